@@ -1,0 +1,69 @@
+# How every target of the project is built.
+
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+
+add_library(brevok_options INTERFACE)
+target_compile_features(brevok_options INTERFACE cxx_std_20)
+target_compile_options(brevok_options INTERFACE
+    -Wall -Wextra -Wshadow -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor -Wconversion -Werror
+    -fvisibility=hidden)
+target_compile_definitions(brevok_options INTERFACE
+    QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS QT_NO_URL_CAST_FROM_STRING
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
+if(BREVOK_SANITIZE)
+    target_compile_options(brevok_options INTERFACE
+        -fsanitize=${BREVOK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+    target_link_options(brevok_options INTERFACE -fsanitize=${BREVOK_SANITIZE})
+endif()
+
+# One precompiled header of the library headers that nearly every file reads, built once for all targets. It holds
+# nothing of ours, so it hides no missing include of a room.
+file(WRITE ${CMAKE_BINARY_DIR}/precompiled.cpp "")
+add_library(brevok_precompiled STATIC ${CMAKE_BINARY_DIR}/precompiled.cpp)
+target_link_libraries(brevok_precompiled PRIVATE brevok_options Qt6::Core)
+target_precompile_headers(brevok_precompiled PRIVATE <QtCore/QtCore> <functional> <memory> <optional> <utility>)
+set_target_properties(brevok_precompiled PROPERTIES AUTOMOC OFF)
+
+function(brevok_common target)
+    target_link_libraries(${target} PRIVATE brevok_options)
+    target_precompile_headers(${target} REUSE_FROM brevok_precompiled)
+endfunction()
+
+# brevok_room(NAME SOURCES file... [USES room...] [LINKS library...] [PRIVATE_LINKS library...])
+# A room is one folder under src/ and one static library. Its headers are included as "room/Header.h" and are
+# reachable only through a link to the room, since each room has an include root of its own.
+function(brevok_room name)
+    cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LINKS;PRIVATE_LINKS" ${ARGN})
+    set(include_root ${CMAKE_BINARY_DIR}/include/${name})
+    file(MAKE_DIRECTORY ${include_root})
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/src/${name} ${include_root}/${name} SYMBOLIC)
+    add_library(brevok_${name} STATIC ${ROOM_SOURCES})
+    target_include_directories(brevok_${name} PUBLIC ${include_root})
+    list(TRANSFORM ROOM_USES PREPEND brevok_)
+    target_link_libraries(brevok_${name} PUBLIC ${ROOM_USES} ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE_LINKS})
+    brevok_common(brevok_${name})
+endfunction()
+
+# brevok_program(NAME SOURCES file... LINKS library...)
+function(brevok_program name)
+    cmake_parse_arguments(PROGRAM "" "" "SOURCES;LINKS" ${ARGN})
+    add_executable(${name} ${PROGRAM_SOURCES})
+    target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS})
+    brevok_common(${name})
+endfunction()
+
+# brevok_test(NAME SOURCES file... LINKS library... [THREADED] [LABELS label...])
+# A Qt Test program, run by ctest under a private session bus; THREADED ones also run under ThreadSanitizer.
+function(brevok_test name)
+    cmake_parse_arguments(TEST "THREADED" "" "SOURCES;LINKS;LABELS" ${ARGN})
+    add_executable(test_${name} ${TEST_SOURCES})
+    target_link_libraries(test_${name} PRIVATE ${TEST_LINKS} brevok_test_support Qt6::Test)
+    brevok_common(test_${name})
+    set_target_properties(test_${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+    add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run-isolated $<TARGET_FILE:test_${name}>)
+    if(TEST_THREADED)
+        list(APPEND TEST_LABELS threaded)
+    endif()
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
+endfunction()

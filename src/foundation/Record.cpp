@@ -1,0 +1,147 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Record.h"
+
+#include <QCborArray>
+#include <QCborMap>
+#include <QCborValue>
+#include <QJsonDocument>
+
+#include <cmath>
+#include <limits>
+
+namespace brevok {
+
+QString nonEmptyString(const QJsonValue &value)
+{
+    if (!value.isString()) {
+        return {};
+    }
+    QString text = value.toString();
+    return text.isEmpty() ? QString() : text;
+}
+
+bool isNumber(const QJsonValue &value)
+{
+    return value.isDouble() || value.isBool();
+}
+
+qint64 integerValue(const QJsonValue &value)
+{
+    if (value.isBool()) {
+        return value.toBool() ? 1 : 0;
+    }
+    if (value.isString()) {
+        return leadingInteger(value.toString());
+    }
+    if (!value.isDouble()) {
+        return 0;
+    }
+    constexpr auto unset = std::numeric_limits<qint64>::min();
+    if (const qint64 whole = value.toInteger(unset); whole != unset) {
+        return whole;
+    }
+    constexpr double limit = 9.2e18;
+    const double number = value.toDouble();
+    if (std::isnan(number)) {
+        return 0;
+    }
+    if (number >= limit) {
+        return std::numeric_limits<qint64>::max();
+    }
+    return number <= -limit ? unset : static_cast<qint64>(number);
+}
+
+qint64 leadingInteger(QStringView text)
+{
+    qsizetype i = 0;
+    while (i < text.size() && text[i].isSpace()) {
+        ++i;
+    }
+    bool negative = false;
+    if (i < text.size() && (text[i] == u'-' || text[i] == u'+')) {
+        negative = text[i] == u'-';
+        ++i;
+    }
+    constexpr auto highest = std::numeric_limits<qint64>::max();
+    qint64 number = 0;
+    for (; i < text.size() && text[i] >= u'0' && text[i] <= u'9'; ++i) {
+        const qint64 digit = text[i].unicode() - u'0';
+        if (number > (highest - digit) / 10) {
+            return negative ? std::numeric_limits<qint64>::min() : highest;
+        }
+        number = number * 10 + digit;
+    }
+    return negative ? -number : number;
+}
+
+float leadingFloat(QStringView text)
+{
+    const QStringView trimmed = text.trimmed();
+    qsizetype end = 0;
+    if (end < trimmed.size() && (trimmed[end] == u'-' || trimmed[end] == u'+')) {
+        ++end;
+    }
+    bool point = false;
+    while (end < trimmed.size()) {
+        const QChar c = trimmed[end];
+        if (c == u'.' && !point) {
+            point = true;
+        } else if (c < u'0' || c > u'9') {
+            break;
+        }
+        ++end;
+    }
+    return trimmed.first(end).toFloat();
+}
+
+QString displayText(const QJsonValue &value)
+{
+    switch (value.type()) {
+    case QJsonValue::Bool:
+        return value.toBool() ? QStringLiteral("1") : QStringLiteral("0");
+    case QJsonValue::Double: {
+        const double number = value.toDouble();
+        if (number == std::trunc(number) && std::abs(number) < 9e18) {
+            return QString::number(value.toInteger(static_cast<qint64>(number)));
+        }
+        return QString::number(number, 'g', QLocale::FloatingPointShortest);
+    }
+    case QJsonValue::String:
+        return value.toString();
+    case QJsonValue::Array:
+        return QString::fromUtf8(QJsonDocument(value.toArray()).toJson(QJsonDocument::Compact));
+    case QJsonValue::Object:
+        return QString::fromUtf8(QJsonDocument(value.toObject()).toJson(QJsonDocument::Compact));
+    case QJsonValue::Null:
+    case QJsonValue::Undefined:
+        break;
+    }
+    return QStringLiteral("(null)");
+}
+
+QString orDash(const QString &text)
+{
+    return text.isEmpty() ? QStringLiteral("-") : text;
+}
+
+QByteArray archived(const QJsonValue &value)
+{
+    return QCborValue::fromJsonValue(value).toCbor();
+}
+
+QJsonValue unarchived(const QByteArray &data)
+{
+    if (data.isEmpty()) {
+        return QJsonValue(QJsonValue::Undefined);
+    }
+    QCborParserError error;
+    const QCborValue value = QCborValue::fromCbor(data, &error);
+    if (error.error != QCborError::NoError || !(value.isMap() || value.isArray())) {
+        return QJsonValue(QJsonValue::Undefined);
+    }
+    return value.toJsonValue();
+}
+
+} // namespace brevok

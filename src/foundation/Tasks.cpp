@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Tasks.h"
+
+#include <QCoreApplication>
+#include <QMetaObject>
+#include <QPointer>
+#include <QThread>
+#include <QThreadPool>
+
+#include <atomic>
+#include <semaphore>
+
+namespace brevok {
+
+namespace {
+
+// Carries work from one thread to another. The release and acquire on `ready` order everything written before
+// the hand-over with everything read after it, also for tools that cannot look into the event loop.
+class HandedOver {
+public:
+    explicit HandedOver(Task work)
+        : m_work(std::move(work))
+    {
+        m_ready.store(true, std::memory_order_release);
+    }
+
+    void run()
+    {
+        while (!m_ready.load(std::memory_order_acquire)) { }
+        const Task work = std::exchange(m_work, {});
+        work();
+    }
+
+private:
+    Task m_work;
+    std::atomic<bool> m_ready = false;
+};
+
+std::function<void()> handOver(Task work)
+{
+    return [handed = std::make_shared<HandedOver>(std::move(work))] {
+        handed->run();
+    };
+}
+
+} // namespace
+
+bool onMainThread()
+{
+    const QCoreApplication *application = QCoreApplication::instance();
+    return application == nullptr || QThread::currentThread() == application->thread();
+}
+
+void inBackground(Task work)
+{
+    QThreadPool::globalInstance()->start(handOver(std::move(work)));
+}
+
+void onMain(QObject *context, Task work)
+{
+    QMetaObject::invokeMethod(context, handOver(std::move(work)), Qt::QueuedConnection);
+}
+
+void onMainAndWait(QObject *context, const Task &work)
+{
+    if (onMainThread()) {
+        work();
+        return;
+    }
+    // The signal is given when the posted event goes, run or dropped, so a context that vanishes ends the
+    // wait too.
+    auto done = std::make_shared<std::binary_semaphore>(0);
+    auto signalAtEnd = std::shared_ptr<void>(nullptr, [done](void *) { done->release(); });
+    onMain(context, [work, signalAtEnd = std::move(signalAtEnd)] { work(); });
+    done->acquire();
+}
+
+bool finishBackgroundWork(int milliseconds)
+{
+    QThreadPool::globalInstance()->clear();
+    return QThreadPool::globalInstance()->waitForDone(milliseconds);
+}
+
+SerialQueue::SerialQueue(QObject *parent)
+    : QObject(parent)
+{
+}
+
+SerialQueue::~SerialQueue() = default;
+
+void SerialQueue::add(Task work)
+{
+    m_waiting.append(std::move(work));
+    if (!m_running) {
+        next();
+    }
+}
+
+void SerialQueue::next()
+{
+    m_running = !m_waiting.isEmpty();
+    if (!m_running) {
+        return;
+    }
+    inBackground([work = m_waiting.takeFirst(), queue = QPointer<SerialQueue>(this)] {
+        work();
+        onMain(QCoreApplication::instance(), [queue] {
+            if (queue) {
+                queue->next();
+            }
+        });
+    });
+}
+
+} // namespace brevok

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+namespace brevok {
+
+using Task = std::function<void()>;
+
+/// Whether the calling thread is the application's main thread.
+[[nodiscard]] bool onMainThread();
+
+/// Runs @p work on a background thread. The work gets values, not references to what the main thread owns,
+/// and hands its result back with onMain(). These four functions are the only hand-over between threads.
+void inBackground(Task work);
+
+/// Runs @p work on the main thread, on a later turn of its loop; dropped when @p context is gone by then.
+/// @p context lives on the main thread.
+void onMain(QObject *context, Task work);
+
+/// As onMain(), and waits until @p work has run. Called on the main thread it runs @p work at once.
+void onMainAndWait(QObject *context, const Task &work);
+
+/// Waits for running background work and starts no more; the last act of a program (and of a test that used
+/// any).
+/// @return false when work is still running after @p milliseconds
+bool finishBackgroundWork(int milliseconds);
+
+/// A queue of background work whose tasks run one at a time, in the order they were added.
+class SerialQueue final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SerialQueue)
+
+public:
+    explicit SerialQueue(QObject *parent = nullptr);
+    ~SerialQueue() override;
+
+    /// Adds @p work. Main thread.
+    void add(Task work);
+
+private:
+    void next();
+
+    QList<Task> m_waiting;
+    bool m_running = false;
+};
+
+} // namespace brevok

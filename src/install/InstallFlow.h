@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "catalogue/BrevokPackages.h"
+#include "foundation/Tasks.h"
+
+#include <QObject>
+
+namespace brevok {
+
+class BrevokAppInstaller;
+
+/// What became of one install or removal of a package.
+struct InstallOutcome {
+    /// Every failure, those included that the failure alert leaves out; empty when all went well.
+    QList<BrevokError> failures;
+    /// How many commands were planned; 0 when there was nothing to do.
+    int planned = 0;
+};
+
+/// Carries out what the user asks of a package: plans, downloads, installs, removes, reports. Called on the
+/// main thread, returns at once; planning and file work run in the background on snapshots, every change of a
+/// definition is made on the main thread and stored at once, so that a crash leaves what the question at the
+/// next start needs.
+class InstallFlow final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(InstallFlow)
+
+public:
+    /// Called once on the main thread when the operation has ended, whatever became of it.
+    using Completion = std::function<void(const InstallOutcome &)>;
+
+    struct Collaborators {
+        BrevokPlugins &plugins;
+        BrevokPackages &packages;
+        BrevokTargetApps &targets;
+        BrevokAppInstaller &installer;
+        BrevokAlertQueue &alerts;
+        QString dataFolder;
+    };
+
+    explicit InstallFlow(Collaborators collaborators, QObject *parent = nullptr);
+    ~InstallFlow() override;
+
+    /// For every package with that prefix; @p done after the last one, and also when no package has it.
+    void installWithPrefix(const QString &prefix, bool skipRunningTargets, Completion done = {});
+    void installWithPackage(
+        const Record &package, const QString &prefix, bool skipRunningTargets, Completion done = {});
+    void uninstallWithPrefix(const QString &prefix, Completion done = {});
+    void uninstallWithPackage(const Record &package, const QString &prefix, Completion done = {});
+
+Q_SIGNALS:
+    /// Bytes done of bytes expected of one plug-in's archive while it is downloaded.
+    void progress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
+};
+
+} // namespace brevok

@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "foundation/BrevokError.h"
+
+#include <QString>
+
+#include <optional>
+
+namespace brevok {
+
+/// The file manager that the installer's operations stand on. Any thread; no state. Paths are absolute. An
+/// operation that fails fills @p error (domain fileErrorDomain) with what failed and where, and says so by
+/// its result.
+class FileOperations {
+public:
+    using ErrorSlot = std::optional<BrevokError> *;
+
+    FileOperations() = default;
+    virtual ~FileOperations() = default;
+    Q_DISABLE_COPY_MOVE(FileOperations)
+
+    /// Whether something exists at @p path, following links; a dangling link counts as nothing.
+    [[nodiscard]] virtual bool fileExists(const QString &path, bool *isDirectory = nullptr) const = 0;
+    [[nodiscard]] virtual bool isReadable(const QString &path) const = 0;
+    [[nodiscard]] virtual bool isWritable(const QString &path) const = 0;
+    [[nodiscard]] virtual bool isExecutable(const QString &path) const = 0;
+    /// Whether the entry itself could be removed now.
+    [[nodiscard]] virtual bool isDeletable(const QString &path) const = 0;
+
+    /// Creates a folder and all missing folders above it; an existing folder is a success.
+    virtual bool createFolder(const QString &path, ErrorSlot error) = 0;
+    /// Removes a file, a link (not what it points at) or a folder with everything in it. Never leaves the
+    /// folder, even when one is swapped for a link meanwhile.
+    virtual bool removeItem(const QString &path, ErrorSlot error) = 0;
+    /// Copies a file or folder to a path where nothing exists. The copy appears whole or not at all.
+    virtual bool copyItem(const QString &source, const QString &target, ErrorSlot error) = 0;
+    /// Unpacks a zip archive into @p folder. Every top-level entry is unpacked beside its place and renamed
+    /// when whole, so that a half-unpacked bundle never bears its final name; entries that climb out of @p
+    /// folder, are links outward, devices or the like, and archives that break the caps on size, ratio,
+    /// entries or depth, refuse the archive as a whole and leave @p folder as it was.
+    virtual bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) = 0;
+
+    /// Adds permission bits to the item's own and makes @p user its owner (not following a link at @p path).
+    /// @return false when the item has no attributes to read; a failed change fills @p error and answers
+    /// true.
+    virtual bool addPermissionsAndOwner(
+        const QString &path, quint32 permissions, quint32 user, ErrorSlot error) = 0;
+    /// The names of a folder's entries, sorted; empty when it is no folder.
+    [[nodiscard]] virtual QStringList entries(const QString &folder) const = 0;
+};
+
+} // namespace brevok

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/SettingsStore.h"
+
+namespace brevok {
+
+SettingsStore::SettingsStore(QObject *parent)
+    : QObject(parent)
+{
+}
+
+SettingsStore::~SettingsStore() = default;
+
+void SettingsStore::registerDefaults(const QVariantMap &defaults)
+{
+    m_defaults = defaults;
+}
+
+QVariant SettingsStore::value(const QString &key) const
+{
+    const QVariant stored = storedValue(key);
+    return stored.isValid() ? stored : m_defaults.value(key);
+}
+
+bool SettingsStore::boolValue(const QString &key) const
+{
+    return value(key).toBool();
+}
+
+int SettingsStore::integerValue(const QString &key) const
+{
+    return value(key).toInt();
+}
+
+double SettingsStore::floatValue(const QString &key) const
+{
+    return value(key).toDouble();
+}
+
+QByteArray SettingsStore::dataValue(const QString &key) const
+{
+    const QVariant data = value(key);
+    return data.typeId() == QMetaType::QByteArray ? data.toByteArray() : QByteArray();
+}
+
+QStringList SettingsStore::stringListValue(const QString &key) const
+{
+    return value(key).toStringList();
+}
+
+QDateTime SettingsStore::dateValue(const QString &key) const
+{
+    const QDateTime date = value(key).toDateTime();
+    return date.isValid() ? date : distantPast();
+}
+
+void SettingsStore::setValue(const QString &key, const QVariant &value)
+{
+    store(key, value);
+    Q_EMIT changed(key);
+}
+
+void SettingsStore::remove(const QString &key)
+{
+    erase(key);
+    Q_EMIT changed(key);
+}
+
+QDateTime SettingsStore::distantPast()
+{
+    return QDateTime(QDate(1, 1, 1), QTime(0, 0), Qt::UTC);
+}
+
+} // namespace brevok

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QDateTime>
+#include <QObject>
+#include <QString>
+#include <QStringList>
+#include <QVariant>
+
+namespace brevok {
+
+/// The user's settings: values by key, over registered defaults. Main thread only.
+///
+/// A change is visible to value() at once and reaches the disk at the latest with the next synchronize();
+/// changes that another program made meanwhile are merged by key. Values are bool, int, double, QByteArray,
+/// QString, QStringList and QDateTime. Keys may hold any character.
+class SettingsStore : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SettingsStore)
+
+public:
+    explicit SettingsStore(QObject *parent = nullptr);
+    ~SettingsStore() override;
+
+    /// Values for keys that the user has not set. Nothing is written.
+    void registerDefaults(const QVariantMap &defaults);
+
+    /// The user's value, else the registered default, else an invalid variant.
+    [[nodiscard]] QVariant value(const QString &key) const;
+    /// Whether the user's own value exists, whatever the defaults say.
+    [[nodiscard]] virtual bool contains(const QString &key) const = 0;
+
+    [[nodiscard]] bool boolValue(const QString &key) const;
+    [[nodiscard]] int integerValue(const QString &key) const;
+    [[nodiscard]] double floatValue(const QString &key) const;
+    /// An absent value and one of another type read as empty.
+    [[nodiscard]] QByteArray dataValue(const QString &key) const;
+    [[nodiscard]] QStringList stringListValue(const QString &key) const;
+    /// An absent value and one that is no date read as the distant past.
+    [[nodiscard]] QDateTime dateValue(const QString &key) const;
+
+    void setValue(const QString &key, const QVariant &value);
+    void remove(const QString &key);
+
+    /// Writes what changed and makes it survive a power cut. @return false when the disk refused (which is
+    /// logged); the values then stay in memory and the next call tries again.
+    virtual bool synchronize() = 0;
+
+    /// Called by the owner of @p key when what is stored there cannot be used. The stored bytes are kept
+    /// beside the store under a name that says so, the key is removed, and one log line says what happened
+    /// and where it went.
+    virtual void setAside(const QString &key, const QString &reason) = 0;
+
+    /// The date that absent dates read as.
+    static QDateTime distantPast();
+
+Q_SIGNALS:
+    /// After every setValue() and remove() of that key, whether or not the value differs.
+    void changed(const QString &key);
+
+protected:
+    [[nodiscard]] virtual QVariant storedValue(const QString &key) const = 0;
+    virtual void store(const QString &key, const QVariant &value) = 0;
+    virtual void erase(const QString &key) = 0;
+
+private:
+    QVariantMap m_defaults;
+};
+
+} // namespace brevok

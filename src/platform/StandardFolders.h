@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+namespace brevok {
+
+/// Where the user's files of this program belong. Folders are made by whoever writes into them.
+struct StandardFolders {
+    QString settingsFile; ///< the settings store
+    QString applicationSupport; ///< Application Support folder
+    QString library; ///< Library folder, which holds "Logs"
+    QString autostart; ///< where login items are kept
+
+    /// The program's own folder for icons and downloaded archives.
+    [[nodiscard]] QString dataFolder() const;
+    /// The log file.
+    [[nodiscard]] QString logFile() const;
+};
+
+/// The folders of the user who runs this process.
+[[nodiscard]] StandardFolders standardFoldersForUser();
+
+} // namespace brevok

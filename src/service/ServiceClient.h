@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "foundation/BrevokError.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QNetworkReply>
+#include <QObject>
+#include <QSslCertificate>
+#include <QUrl>
+
+#include <functional>
+#include <optional>
+
+namespace brevok {
+
+/// Where the service is and whom to trust.
+struct ServiceConfiguration {
+    QUrl baseUrl; ///< HTTPS; without a trailing slash
+    QList<QSslCertificate> extraAuthorities; ///< trusted beside the system's
+    QString reachabilityHost; ///< public host that stands for a working network
+    int requestTimeoutMs = 60000; ///< without any progress, as the platform's default
+
+    /// The address of @p path ("/api/plugin/list") on the service.
+    [[nodiscard]] QUrl url(const QString &path) const;
+};
+
+/// What came back for one request.
+struct ServiceReply {
+    int status = 0; ///< HTTP status code, 0 when no response head arrived
+    QByteArray body;
+    QList<QNetworkReply::RawHeaderPair> headers;
+    std::optional<BrevokError> error; ///< transport errors only; an HTTP status is none
+
+    /// The value of the header @p name, whatever its letter case; empty when absent.
+    [[nodiscard]] QByteArray header(const QByteArray &name) const;
+};
+
+/// The end of one archive download.
+struct DownloadResult {
+    qint64 received = 0; ///< bytes of the body
+    bool stored = false; ///< the file stands at its destination, complete
+    std::optional<BrevokError>
+        error; ///< transfer error, HTTP status other than 200, wrong length or refused write
+};
+
+/// The requests that other rooms make. Main thread; handlers are called on the main thread, once, later than
+/// the call, and not at all when @p context is gone by then.
+class ServiceClient {
+public:
+    using ReplyHandler = std::function<void(const ServiceReply &)>;
+    using ProgressHandler = std::function<void(qint64 done, qint64 expected)>;
+    using DownloadHandler = std::function<void(const DownloadResult &)>;
+
+    ServiceClient() = default;
+    virtual ~ServiceClient() = default;
+    Q_DISABLE_COPY_MOVE(ServiceClient)
+
+    /// Whether a request makes sense at all (see Reachability). Quick; resolves nothing.
+    [[nodiscard]] virtual bool checkNetworkReachability() = 0;
+
+    /// GET of a list at @p path on the service, with the version header and, when signed in, the session
+    /// cookie.
+    virtual void getList(const QString &path, QObject *context, ReplyHandler handler) = 0;
+
+    /// GET of a small file (an icon) past any cache, at most 60 seconds and 8 MiB.
+    virtual void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) = 0;
+
+    /// GET of an archive, without headers or cookies of ours, streamed to a temporary file beside @p
+    /// destination while it arrives. Only a body of exactly @p expectedSize bytes is renamed to @p
+    /// destination (replacing an older file); on any failure nothing is left. The folder exists already.
+    virtual void download(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
+        ProgressHandler progress, DownloadHandler handler) = 0;
+};
+
+} // namespace brevok

@@ -1,0 +1,193 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/BrevokError.h"
+#include "foundation/Log.h"
+#include "foundation/Record.h"
+#include "foundation/StandardVersionComparator.h"
+#include "foundation/Tasks.h"
+#include "support/LogCapture.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+#include <limits>
+#include <semaphore>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+using testing::LogCapture;
+
+namespace {
+
+int sign(std::strong_ordering order)
+{
+    return order == std::strong_ordering::less ? -1 : order == std::strong_ordering::greater ? 1 : 0;
+}
+
+} // namespace
+
+class FoundationTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void cleanupTestCase() { QVERIFY(finishBackgroundWork(10000)); }
+
+    void versionsCompare_data();
+    void versionsCompare();
+    void leadingNumbers_data();
+    void leadingNumbers();
+    void valuesReadAsThePlatformReadsThem();
+    void archivesKeepEveryValue();
+    void rubbishIsNoArchive();
+    void errorsAreLoggedWithTheirDetails();
+    void workIsHandedOverInOrder();
+    void workForAnObjectThatIsGoneIsDropped();
+};
+
+void FoundationTest::versionsCompare_data()
+{
+    QTest::addColumn<QString>("older");
+    QTest::addColumn<QString>("newer");
+    QTest::addColumn<int>("order");
+    const auto row = [](const char *a, const char *b, int order) {
+        QTest::addRow("%s / %s", a, b) << QString::fromLatin1(a) << QString::fromLatin1(b) << order;
+    };
+    row("1.0", "1.1", -1);
+    row("2.9", "2.10", -1);
+    row("0.0.1", "0.1", -1);
+    row("1.0", "1.0.0", 0);
+    row("1.01", "1.1", 0);
+    row("3.3 (5847)", "3.3.0 (5847)", 0);
+    row("1.1.1.1818", "1.1.1.1818.0", 0);
+    row("1.0a1", "1.0b1", -1);
+    row("1.0b2", "1.0", -1);
+    row("1.0b", "1.0b2", -1);
+    row("1.0b9", "1.0b10", -1);
+    row("1.0pre1", "1.0.0pre1", 0);
+    row("1.5.5", "1.5.6a1", -1);
+    row("3.3 (5847)", "3.3.1b1 (5902)", -1);
+    row("1.0 (1234)", "1.0 (1235)", -1);
+    row("1.0", "1.0 (7)", -1);
+    row("1.5.5-335d3e2", "1.5.5-a655360", 0);
+    row("1.5-beta", "1.5.0", 0);
+    row("1_2", "1 3", -1);
+    row("", "1", -1);
+    row("", "", 0);
+    row("99999999999999999999998", "99999999999999999999999", -1);
+}
+
+void FoundationTest::versionsCompare()
+{
+    QFETCH(QString, older);
+    QFETCH(QString, newer);
+    QFETCH(int, order);
+    QCOMPARE(sign(StandardVersionComparator::compareVersion(older, newer)), order);
+    QCOMPARE(sign(StandardVersionComparator::compareVersion(newer, older)), -order);
+}
+
+void FoundationTest::leadingNumbers_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qint64>("integer");
+    QTest::addColumn<float>("number");
+    QTest::addRow("plain") << u"14012"_s << qint64(14012) << 14012.0F;
+    QTest::addRow("dotted") << u"15.0.2"_s << qint64(15) << 15.0F;
+    QTest::addRow("one decimal") << u"16.4"_s << qint64(16) << 16.4F;
+    QTest::addRow("blank and sign") << u" \t-7x"_s << qint64(-7) << -7.0F;
+    QTest::addRow("letters") << u"CC"_s << qint64(0) << 0.0F;
+    QTest::addRow("empty") << QString() << qint64(0) << 0.0F;
+    QTest::addRow("too large") << u"99999999999999999999"_s << std::numeric_limits<qint64>::max() << 1e20F;
+}
+
+void FoundationTest::leadingNumbers()
+{
+    QFETCH(QString, text);
+    QFETCH(qint64, integer);
+    QFETCH(float, number);
+    QCOMPARE(leadingInteger(text), integer);
+    QCOMPARE(leadingFloat(text), number);
+}
+
+void FoundationTest::valuesReadAsThePlatformReadsThem()
+{
+    QVERIFY(isNumber(QJsonValue(true)));
+    QVERIFY(!isNumber(QJsonValue(u"1"_s)));
+    QCOMPARE(integerValue(QJsonValue(true)), 1);
+    QCOMPARE(integerValue(QJsonValue(75.9)), 75);
+    QCOMPARE(integerValue(QJsonValue(1e300)), std::numeric_limits<qint64>::max());
+    QCOMPARE(integerValue(QJsonValue(u"75x"_s)), 75);
+    QCOMPARE(displayText(QJsonValue(140.0)), u"140"_s);
+    QCOMPARE(displayText(QJsonValue(7.5)), u"7.5"_s);
+    QCOMPARE(displayText(QJsonValue(QJsonValue::Undefined)), u"(null)"_s);
+    QVERIFY(nonEmptyString(QJsonValue(5)).isNull());
+}
+
+void FoundationTest::archivesKeepEveryValue()
+{
+    const QJsonObject record{{u"Name"_s, u"Ä\u0000b"_s}, {u"Size"_s, qint64(9007199254740993)},
+        {u"Flag"_s, true}, {u"Nothing"_s, QJsonValue()}, {u"Half"_s, 0.5},
+        {u"Queue"_s, QJsonArray{QJsonArray{u"removeStart"_s, u"/a b"_s}}}};
+    QCOMPARE(unarchived(archived(record)).toObject(), record);
+    QCOMPARE(unarchived(archived(QJsonArray{record})).toArray(), QJsonArray{record});
+}
+
+void FoundationTest::rubbishIsNoArchive()
+{
+    const QByteArray whole = archived(QJsonObject{{u"a"_s, QJsonArray{1, 2, 3}}});
+    for (const QByteArray &rubbish : {QByteArray(), QByteArray("bplist00"), QByteArray("\xff\xff\xff"),
+             QByteArray(100000, '\x9f'), whole.chopped(2), QByteArray("{\"a\":1}")}) {
+        QVERIFY(unarchived(rubbish).isUndefined());
+    }
+}
+
+void FoundationTest::errorsAreLoggedWithTheirDetails()
+{
+    const LogCapture log;
+    logError(std::nullopt);
+    QVERIFY(LogCapture::lines().isEmpty());
+
+    BrevokError error{.domain = u"d"_s, .code = 1, .description = u"It failed."_s};
+    logError(error);
+    logError(BrevokError{});
+    error.detailedErrors = {BrevokError{.description = u"why"_s}, BrevokError{}};
+    logError(error);
+    QCOMPARE(LogCapture::lines(),
+        (QStringList{u"Error: It failed."_s, u"  {Description = \"It failed.\"}"_s, u"Error: -"_s, u"  -"_s,
+            u"Error: It failed."_s, u"  DetailedError: {Description = \"why\"}"_s, u"  DetailedError: -"_s}));
+}
+
+void FoundationTest::workIsHandedOverInOrder()
+{
+    QStringList order;
+    SerialQueue queue;
+    for (int i = 0; i < 50; ++i) {
+        queue.add([this, i, &order] {
+            QVERIFY(!onMainThread());
+            onMainAndWait(this, [i, &order] { order << QString::number(i); });
+        });
+    }
+    QTRY_COMPARE(order.size(), 50);
+    for (int i = 0; i < 50; ++i) {
+        QCOMPARE(order[i], QString::number(i));
+    }
+}
+
+void FoundationTest::workForAnObjectThatIsGoneIsDropped()
+{
+    bool ran = false;
+    std::binary_semaphore posted(0);
+    auto *context = new QObject;
+    inBackground([&] {
+        onMain(context, [&] { ran = true; });
+        posted.release();
+    });
+    posted.acquire();
+    delete context;
+    QCoreApplication::processEvents();
+    QVERIFY(!ran);
+}
+
+QTEST_GUILESS_MAIN(FoundationTest)
+#include "test_foundation.moc"

@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "service/ServiceClient.h"
+
+#include <QHash>
+#include <QMetaObject>
+#include <QPointer>
+
+namespace brevok::testing {
+
+/// A service whose replies the test gives. Requests are kept until the test answers them.
+class FakeServiceClient final : public ServiceClient {
+public:
+    struct ListRequest {
+        QString path;
+        QPointer<QObject> context;
+        ReplyHandler handler;
+    };
+    struct FileRequest {
+        QUrl url;
+        QPointer<QObject> context;
+        ReplyHandler handler;
+    };
+    struct DownloadRequest {
+        QUrl url;
+        QString destination;
+        qint64 expectedSize = 0;
+        QPointer<QObject> context;
+        ProgressHandler progress;
+        DownloadHandler handler;
+    };
+
+    bool reachable = true;
+    QList<ListRequest> lists;
+    QList<FileRequest> files;
+    QList<DownloadRequest> downloads;
+
+    [[nodiscard]] bool checkNetworkReachability() override { return reachable; }
+    void getList(const QString &path, QObject *context, ReplyHandler handler) override
+    {
+        lists.append({path, context, std::move(handler)});
+    }
+    void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) override
+    {
+        files.append({url, context, std::move(handler)});
+    }
+    void download(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
+        ProgressHandler progress, DownloadHandler handler) override
+    {
+        downloads.append({url, destination, expectedSize, context, std::move(progress), std::move(handler)});
+    }
+
+    /// Answers the oldest list request.
+    void answerList(const ServiceReply &reply)
+    {
+        const ListRequest request = lists.takeFirst();
+        if (request.context) {
+            request.handler(reply);
+        }
+    }
+};
+
+} // namespace brevok::testing

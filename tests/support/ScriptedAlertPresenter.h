@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/AlertPresenter.h"
+
+#include <QList>
+
+namespace brevok::testing {
+
+/// Keeps what it was asked to show and answers as the test says.
+class ScriptedAlertPresenter final : public AlertPresenter {
+public:
+    QList<AlertContent> shown;
+    QList<AlertContent> sheets;
+    QList<Completion> completions;
+    int answer = alertFirstButton;
+    SheetInterface sheetSupport = SheetInterface::WithHandler;
+    /// Runs while an alert is up, before it is answered.
+    std::function<void(const AlertContent &)> whileShown;
+
+    int runModal(const AlertContent &alert) override
+    {
+        shown.append(alert);
+        if (whileShown) {
+            whileShown(alert);
+        }
+        return answer;
+    }
+    [[nodiscard]] SheetInterface sheetInterface() const override { return sheetSupport; }
+    void beginSheet(const AlertContent &alert, QObject *, Completion completion) override
+    {
+        sheets.append(alert);
+        completions.append(std::move(completion));
+    }
+    [[nodiscard]] bool windowEndsSheets(QObject *) const override { return true; }
+    void windowEndSheet(QObject *) override { }
+    void applicationEndSheet(QObject *) override { }
+};
+
+/// A panel that remembers what it was told.
+class RecordingPanel final : public PanelKeeper {
+public:
+    QList<bool> calls;
+    void setKeepOpenPanel(bool keepOpen) override { calls.append(keepOpen); }
+};
+
+} // namespace brevok::testing

@@ -4,6 +4,7 @@
 #include "foundation/Tasks.h"
 
 #include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QMetaObject>
 #include <QPointer>
 #include <QThread>
@@ -79,8 +80,18 @@ void onMainAndWait(QObject *context, const Task &work)
 
 bool finishBackgroundWork(int milliseconds)
 {
-    QThreadPool::globalInstance()->clear();
-    return QThreadPool::globalInstance()->waitForDone(milliseconds);
+    constexpr int sliceMs = 10;
+    QThreadPool *pool = QThreadPool::globalInstance();
+    pool->clear();
+    const QDeadlineTimer deadline(milliseconds);
+    while (!pool->waitForDone(sliceMs)) {
+        // Work that waits for the main thread gets its turn, or it would never end.
+        QCoreApplication::sendPostedEvents();
+        if (deadline.hasExpired()) {
+            return false;
+        }
+    }
+    return true;
 }
 
 SerialQueue::SerialQueue(QObject *parent)

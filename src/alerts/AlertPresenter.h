@@ -47,6 +47,7 @@ public:
 };
 
 /// The presenter of a program without windows: says in the log that the alert was not shown, and answers so.
+/// A sheet's completion gets alertNotShown before beginSheet() returns, so that nobody waits for an answer.
 class HeadlessAlertPresenter final : public AlertPresenter {
 public:
     int runModal(const AlertContent &alert) override;

@@ -23,7 +23,7 @@ class Alert : public QObject {
     Q_DISABLE_COPY_MOVE(Alert)
 
 public:
-    explicit Alert(AlertPresenter &presenter, AlertContent content = {});
+    explicit Alert(AlertPresenter &presenter, AlertContent initialContent = {});
     ~Alert() override;
 
     AlertContent content;
@@ -38,9 +38,11 @@ public:
         QObject *window, Alert *modalDelegate, AlertPresenter::Completion block);
 
     /// Opens the alert as a sheet by whatever interface the system has; on the older one @p completion always
-    /// gets alertContinued, and with none it is never called.
+    /// gets alertContinued, and with none it is never called. The alert stays alive until the sheet ended.
     void openSheetModalForWindow(QObject *window, AlertPresenter::Completion completion);
     void brevokSheetDidEnd(QObject *sheet, int returnCode, const AlertPresenter::Completion &context);
+    /// Takes the window of an ended sheet off the screen.
+    static void didEndSheet(QObject *sheet);
     void closeSheet(QObject *window);
 
     /// Message text immediately followed by informative text: what makes two alerts the same.
@@ -78,7 +80,7 @@ class BrevokBlockingAlert final : public Alert {
 
 public:
     /// @p panel is null while there is no application delegate: then nothing is shown.
-    BrevokBlockingAlert(AlertPresenter &presenter, PanelKeeper *panel, AlertContent content = {});
+    BrevokBlockingAlert(AlertPresenter &presenter, PanelKeeper *panel, AlertContent initialContent = {});
 
     int runModal() override;
     void beginSheetModalForWindow(QObject *window, AlertPresenter::Completion completion) override;

@@ -34,6 +34,8 @@ public:
     [[nodiscard]] AlertPresenter &presenter() const { return m_presenter; }
 
 private:
+    int showOnce(Alert &alert);
+
     AlertPresenter &m_presenter;
     PanelKeeper &m_panel;
     QSet<QString> m_keys;

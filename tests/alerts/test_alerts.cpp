@@ -1,0 +1,287 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "alerts/BrevokAlertQueue.h"
+#include "foundation/Tasks.h"
+#include "support/LogCapture.h"
+#include "support/ScriptedAlertPresenter.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString refusal = u"Alert called from background thread."_s;
+
+// Runs the work on another thread and waits for it. The work takes what the main thread owns: it stands
+// still.
+void elsewhere(const Task &work)
+{
+    QObject context;
+    bool done = false;
+    inBackground([&] {
+        work();
+        onMain(&context, [&] { done = true; });
+    });
+    QTRY_VERIFY(done);
+}
+
+AlertContent contentOf(std::optional<QString> message, std::optional<QString> info)
+{
+    AlertContent content;
+    content.messageText = std::move(message);
+    content.informativeText = std::move(info);
+    return content;
+}
+
+} // namespace
+
+class TestAlerts final : public QObject {
+    Q_OBJECT
+
+private:
+    std::unique_ptr<LogCapture> log;
+    std::unique_ptr<ScriptedAlertPresenter> presenter;
+    std::unique_ptr<RecordingPanel> panel;
+    std::unique_ptr<BrevokAlertQueue> queue;
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init()
+    {
+        log = std::make_unique<LogCapture>();
+        presenter = std::make_unique<ScriptedAlertPresenter>();
+        panel = std::make_unique<RecordingPanel>();
+        queue = std::make_unique<BrevokAlertQueue>(*presenter, *panel);
+    }
+    void cleanup()
+    {
+        queue.reset();
+        log.reset();
+    }
+    void cleanupTestCase() { QVERIFY(finishBackgroundWork(10000)); }
+
+    void keysAndLogLines_data();
+    void keysAndLogLines();
+    void modalAlertShowsWhatItIsGiven();
+    void sameTextIsShownOnceAtATime();
+    void otherAlertsBlockTheirTextForGood();
+    void errorAlert();
+    void backgroundThreadIsRefused();
+    void blockingAlert();
+    void sheets_data();
+    void sheets();
+    void blockingSheetHoldsThePanelWhileItIsAttached();
+    void sheetsAreClosedByWhoeverCan();
+    void headless();
+};
+
+void TestAlerts::keysAndLogLines_data()
+{
+    QTest::addColumn<std::optional<QString>>("message");
+    QTest::addColumn<std::optional<QString>>("info");
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("line");
+    const std::optional<QString> none;
+    QTest::newRow("both") << std::optional(u"A"_s) << std::optional(u"b"_s) << u"Ab"_s << u"Alert: A\nb"_s;
+    QTest::newRow("no info") << std::optional(u"A"_s) << none << u"A"_s << u"Alert: A\n-"_s;
+    QTest::newRow("empty info") << std::optional(u"A"_s) << std::optional(u""_s) << u"A"_s << u"Alert: A\n"_s;
+    QTest::newRow("nothing") << none << none << u""_s << u"Alert: -\n-"_s;
+    QTest::newRow("places") << std::optional(u"%2"_s) << std::optional(u"%1"_s) << u"%2%1"_s
+                            << u"Alert: %2\n%1"_s;
+}
+
+void TestAlerts::keysAndLogLines()
+{
+    QFETCH(std::optional<QString>, message);
+    QFETCH(std::optional<QString>, info);
+    Alert alert(*presenter, contentOf(message, info));
+    QTEST(alert.key(), "key");
+    QCOMPARE(queue->runModal(alert), alertFirstButton);
+    QTEST(LogCapture::lines().value(0), "line");
+    QCOMPARE(LogCapture::lines().size(), 1);
+}
+
+void TestAlerts::modalAlertShowsWhatItIsGiven()
+{
+    presenter->answer = alertSecondButton;
+    presenter->whileShown = [&](const AlertContent &) {
+        QCOMPARE(panel->calls, QList<bool>({true}));
+    };
+    QCOMPARE(queue->modalAlert(u"Title"_s, {}, u"image"_s, {u"Continue"_s, u"Quit"_s}, 7), alertSecondButton);
+    QCOMPARE(LogCapture::lines(), QStringList{u"Alert: Title\n"_s});
+    QCOMPARE(panel->calls, QList<bool>({true, false}));
+    const AlertContent &shown = presenter->shown.at(0);
+    QCOMPARE(shown.messageText, u"Title"_s);
+    QVERIFY(!shown.informativeText);
+    QCOMPARE(shown.icon, u"image"_s);
+    QCOMPARE(shown.buttons.size(), 2);
+    QCOMPARE(shown.buttons.at(0).title, u"Continue"_s);
+    QCOMPARE(shown.accessory, QVariant(7));
+}
+
+void TestAlerts::sameTextIsShownOnceAtATime()
+{
+    const QStringList ok{u"OK"_s};
+    QList<int> answers;
+    presenter->whileShown = [&](const AlertContent &) {
+        if (answers.isEmpty()) {
+            answers << queue->modalAlert(u"A"_s, u"b"_s, {}, ok);
+            Alert sameKey(*presenter, contentOf(u"Ab"_s, std::nullopt));
+            answers << queue->runModal(sameKey);
+            answers << queue->modalAlert(u"other"_s, {}, {}, ok);
+        }
+    };
+    QCOMPARE(queue->modalAlert(u"A"_s, u"b"_s, {}, ok), alertFirstButton);
+    QCOMPARE(answers, QList<int>({alertNotShown, alertNotShown, alertFirstButton}));
+    QCOMPARE(panel->calls, QList<bool>({true, true, false, false})); // not a counter
+    QCOMPARE(queue->modalAlert(u"A"_s, u"b"_s, {}, ok), alertNotShown); // dismissed just now
+    QCOMPARE(LogCapture::lines().size(), 5);
+    bool again = false;
+    QTRY_VERIFY(again = again || queue->modalAlert(u"A"_s, u"b"_s, {}, ok) == alertFirstButton);
+}
+
+void TestAlerts::otherAlertsBlockTheirTextForGood()
+{
+    {
+        Alert plain(*presenter, contentOf(u"once"_s, {}));
+        QCOMPARE(queue->runModal(plain), alertFirstButton);
+        BrevokBlockingAlert blocking(*presenter, panel.get(), contentOf(u"blocking"_s, {}));
+        QCOMPARE(queue->runModal(blocking), alertFirstButton);
+        const auto ours = BrevokAlert::create(*presenter);
+        ours->content.messageText = u"ours"_s;
+        QCOMPARE(queue->runModal(*ours), alertFirstButton);
+        QCOMPARE(queue->runModal(*ours), alertNotShown); // its key stays while it lives
+    }
+    bool again = false;
+    QTRY_VERIFY(again = again || queue->modalAlert(u"ours"_s, {}, {}, {}) == alertFirstButton);
+    QCOMPARE(queue->modalAlert(u"once"_s, {}, {}, {}), alertNotShown);
+    QCOMPARE(queue->modalAlert(u"blocking"_s, {}, {}, {}), alertNotShown);
+    queue->removeFromQueue(u"once"_s);
+    QCOMPARE(queue->modalAlert(u"once"_s, {}, {}, {}), alertFirstButton);
+}
+
+void TestAlerts::errorAlert()
+{
+    const auto alert = BrevokAlert::alertWithError(
+        *presenter, {.description = u"It failed."_s, .recoverySuggestion = u"Try again."_s});
+    QCOMPARE(alert->key(), u"It failed.Try again."_s);
+    QCOMPARE(alert->content.buttons.size(), 1);
+    const auto bare = BrevokAlert::alertWithError(*presenter, {.description = u"It failed."_s});
+    QVERIFY(!bare->content.informativeText);
+}
+
+void TestAlerts::backgroundThreadIsRefused()
+{
+    BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
+    bool created = true;
+    QList<int> answers;
+    elsewhere([&] {
+        created = BrevokAlert::create(*presenter) != nullptr
+            || BrevokAlert::alertWithError(*presenter, {}) != nullptr;
+        answers << queue->runModal(alert) << queue->modalAlert(u"A"_s, {}, {}, {}) << alert.runModal();
+        alert.openSheetModalForWindow(nullptr, [&](int answer) { answers << answer; });
+        alert.beginSheetModalForWindow(nullptr, [&](int answer) { answers << answer; });
+        alert.beginSheetModalForWindow(nullptr, &alert, [&](int answer) { answers << answer; });
+    });
+    QVERIFY(!created);
+    QCOMPARE(answers, QList<int>({alertNotShown, alertNotShown, alertStopped}));
+    QCOMPARE(LogCapture::count(u"Alert created from background thread."_s), 2);
+    QCOMPARE(LogCapture::count(refusal), 6);
+    QVERIFY(presenter->shown.isEmpty() && presenter->sheets.isEmpty() && panel->calls.isEmpty());
+    QCOMPARE(queue->modalAlert(u"A"_s, {}, {}, {}), alertFirstButton); // the refusals took no key
+}
+
+void TestAlerts::blockingAlert()
+{
+    BrevokBlockingAlert orphan(*presenter, nullptr, contentOf(u"A"_s, {}));
+    QCOMPARE(orphan.runModal(), alertStopped);
+    orphan.beginSheetModalForWindow(nullptr, {});
+    QVERIFY(presenter->shown.isEmpty() && presenter->sheets.isEmpty());
+
+    presenter->answer = alertThirdButton;
+    BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
+    QCOMPARE(alert.runModal(), alertThirdButton);
+    QCOMPARE(panel->calls, QList<bool>({true, false}));
+    QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s, u"Alert: A\n-"_s}));
+}
+
+void TestAlerts::sheets_data()
+{
+    QTest::addColumn<int>("support");
+    QTest::addColumn<QList<int>>("answers");
+    QTest::addColumn<int>("shownModally");
+    using Support = AlertPresenter::SheetInterface;
+    QTest::newRow("with handler") << int(Support::WithHandler) << QList<int>{alertSecondButton} << 0;
+    QTest::newRow("with delegate") << int(Support::WithDelegate) << QList<int>{alertContinued} << 0;
+    QTest::newRow("none") << int(Support::None) << QList<int>{} << 1;
+}
+
+void TestAlerts::sheets()
+{
+    QFETCH(int, support);
+    presenter->sheetSupport = static_cast<AlertPresenter::SheetInterface>(support);
+    QList<int> answers;
+    Alert alert(*presenter, contentOf(u"A"_s, u"b"_s));
+    alert.openSheetModalForWindow(this, [&](int answer) { answers << answer; });
+    QCOMPARE(LogCapture::lines(), QStringList{u"Alert: A\nb"_s});
+    for (const AlertPresenter::Completion &completion : std::as_const(presenter->completions)) {
+        completion(alertSecondButton);
+    }
+    QTEST(answers, "answers");
+    QTEST(int(presenter->shown.size()), "shownModally");
+}
+
+void TestAlerts::blockingSheetHoldsThePanelWhileItIsAttached()
+{
+    for (const auto support :
+        {AlertPresenter::SheetInterface::WithHandler, AlertPresenter::SheetInterface::WithDelegate}) {
+        presenter->sheetSupport = support;
+        BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
+        alert.openSheetModalForWindow(this, {});
+        QCOMPARE(panel->calls, QList<bool>({true, false}));
+        QVERIFY(!presenter->completions.isEmpty()); // still up
+        QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s}));
+        panel->calls.clear();
+        LogCapture::clear();
+    }
+}
+
+void TestAlerts::sheetsAreClosedByWhoeverCan()
+{
+    class Closer final : public AlertPresenter {
+    public:
+        bool windowCan = true;
+        QStringList calls;
+        int runModal(const AlertContent &) override { return alertNotShown; }
+        [[nodiscard]] SheetInterface sheetInterface() const override { return SheetInterface::None; }
+        void beginSheet(const AlertContent &, QObject *, Completion) override { }
+        [[nodiscard]] bool windowEndsSheets(QObject *) const override { return windowCan; }
+        void windowEndSheet(QObject *) override { calls << u"window"_s; }
+        void applicationEndSheet(QObject *) override { calls << u"application"_s; }
+    } closer;
+    Alert alert(closer);
+    alert.closeSheet(this);
+    closer.windowCan = false;
+    alert.closeSheet(this);
+    QCOMPARE(closer.calls, QStringList({u"window"_s, u"application"_s}));
+}
+
+void TestAlerts::headless()
+{
+    HeadlessAlertPresenter nobody;
+    BrevokAlertQueue headlessQueue(nobody, *panel);
+    QCOMPARE(headlessQueue.modalAlert(u"Title"_s, u"text"_s, {}, {u"OK"_s}), alertNotShown);
+    QCOMPARE(LogCapture::lines(), QStringList({u"Alert: Title\ntext"_s, u"Alert not shown: Title"_s}));
+    int answer = -1;
+    Alert alert(nobody, contentOf(u"Sheet"_s, {}));
+    alert.openSheetModalForWindow(this, [&](int given) { answer = given; });
+    QCOMPARE(answer, alertNotShown);
+}
+
+QTEST_GUILESS_MAIN(TestAlerts)
+#include "test_alerts.moc"

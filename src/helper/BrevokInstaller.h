@@ -30,6 +30,8 @@ public:
     void setUID(quint32 user, quint32 permissions, const QString &item, bool recursive) override;
 
 private:
+    void place(const QString &source, const QString &target, const QString &folder, ErrorSlot error);
+
     FileOperations &m_files;
 };
 

@@ -5,7 +5,9 @@
 
 #include "foundation/BrevokError.h"
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -48,6 +50,17 @@ public:
     /// true.
     virtual bool addPermissionsAndOwner(
         const QString &path, quint32 permissions, quint32 user, ErrorSlot error) = 0;
+    /// An item whose permissions and owner did not change.
+    struct AttributeFailure {
+        QString path;
+        bool missing = false; ///< it has no attributes to read
+    };
+    /// The same for an item and, when it is a folder, for everything in it, a folder before its contents.
+    /// Goes on after a failure. Enters no folder through a link, even when one is swapped for a link
+    /// meanwhile.
+    /// @return what failed, in the order of the walk
+    [[nodiscard]] virtual QList<AttributeFailure> addPermissionsAndOwnerToTree(
+        const QString &path, quint32 permissions, quint32 user) = 0;
     /// The names of a folder's entries, sorted; empty when it is no folder.
     [[nodiscard]] virtual QStringList entries(const QString &folder) const = 0;
 };

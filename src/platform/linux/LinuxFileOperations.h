@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/FileOperations.h"
+
+namespace brevok {
+
+/// The file manager on Linux. Tests answer for the effective user.
+class LinuxFileOperations final : public FileOperations {
+public:
+    [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;
+    [[nodiscard]] bool isReadable(const QString &path) const override;
+    [[nodiscard]] bool isWritable(const QString &path) const override;
+    [[nodiscard]] bool isExecutable(const QString &path) const override;
+    [[nodiscard]] bool isDeletable(const QString &path) const override;
+
+    bool createFolder(const QString &path, ErrorSlot error) override;
+    bool removeItem(const QString &path, ErrorSlot error) override;
+    bool copyItem(const QString &source, const QString &target, ErrorSlot error) override;
+    bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) override;
+
+    bool addPermissionsAndOwner(
+        const QString &path, quint32 permissions, quint32 user, ErrorSlot error) override;
+    [[nodiscard]] QList<AttributeFailure> addPermissionsAndOwnerToTree(
+        const QString &path, quint32 permissions, quint32 user) override;
+    [[nodiscard]] QStringList entries(const QString &folder) const override;
+};
+
+} // namespace brevok

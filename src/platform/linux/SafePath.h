@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/linux/FileDescriptor.h"
+
+#include <QByteArrayList>
+
+#include <optional>
+
+#include <sys/types.h>
+
+/// File calls that start at an open folder, so that nobody leads an operation elsewhere by putting a link in
+/// its way while it works. Names and paths are bytes as the system has them; every failure leaves its reason
+/// in errno.
+namespace brevok::safepath {
+
+/// A path's folder and the entry's own name; the folder is "." where the path names none, the name is empty
+/// where the path has none of its own ("/", "..").
+struct SplitPath {
+    QByteArray folder;
+    QByteArray name;
+};
+[[nodiscard]] SplitPath split(QByteArray path);
+
+/// Opens the folder at @p path, following links: the path is the caller's own.
+[[nodiscard]] FileDescriptor openFolder(const QByteArray &path);
+/// Opens @p path beneath @p folder. A link in any component, the last one too, and ".." are refused.
+/// Descriptors are closed on exec.
+[[nodiscard]] FileDescriptor openBeneath(int folder, const QByteArray &path, int flags, mode_t mode = 0);
+/// The names in a folder, sorted; nothing when it cannot be read.
+[[nodiscard]] std::optional<QByteArrayList> names(int folder);
+/// Renames an entry to a name that nothing may bear yet.
+[[nodiscard]] bool renameExclusively(
+    int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to);
+/// Writes all of @p size bytes.
+[[nodiscard]] bool writeAll(int file, const char *bytes, size_t size);
+
+} // namespace brevok::safepath

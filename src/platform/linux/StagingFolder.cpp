@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/StagingFolder.h"
+
+#include "platform/linux/FileTree.h"
+#include "platform/linux/SafePath.h"
+
+#include <QRandomGenerator>
+
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+
+namespace brevok {
+
+namespace {
+
+constexpr auto prefix = ".tolvane-unpack-";
+constexpr int attempts = 100;
+
+bool stillNamed(int folder, const QByteArray &name, int opened)
+{
+    struct stat named { };
+    struct stat held { };
+    return ::fstatat(folder, name.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0
+        && ::fstat(opened, &held) == 0 && named.st_dev == held.st_dev && named.st_ino == held.st_ino;
+}
+
+FileDescriptor openLocked(int folder, const QByteArray &name)
+{
+    FileDescriptor opened = safepath::openBeneath(folder, name, O_RDONLY | O_DIRECTORY);
+    if (!opened || ::flock(opened.get(), LOCK_EX | LOCK_NB) != 0) {
+        return {};
+    }
+    return opened;
+}
+
+/// A folder that can be locked has lost its owner. Failures are left to the next time.
+void removeStale(int folder)
+{
+    const QByteArrayList entries = safepath::names(folder).value_or(QByteArrayList());
+    for (const QByteArray &name : entries) {
+        if (!name.startsWith(prefix)) {
+            continue;
+        }
+        const FileDescriptor stale = openLocked(folder, name);
+        QByteArray where;
+        if (stale && filetree::removeContents(stale.get(), &where)) {
+            ::unlinkat(folder, name.constData(), AT_REMOVEDIR);
+        }
+    }
+}
+
+QByteArray freshName()
+{
+    constexpr auto letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+    QByteArray name(prefix);
+    for (int i = 0; i < 6; ++i) {
+        name += letters[QRandomGenerator::system()->bounded(62)];
+    }
+    return name;
+}
+
+} // namespace
+
+StagingFolder::StagingFolder(int folder)
+    : m_folder(folder)
+{
+    removeStale(folder);
+    for (int attempt = 0; attempt < attempts && !m_staging; ++attempt) {
+        if (!make()) {
+            return;
+        }
+    }
+}
+
+/// Makes and locks a folder. Between the two steps another process may take it for a stale one: then there is
+/// no folder yet and another name is tried. @return false when there is no point in that
+bool StagingFolder::make()
+{
+    m_name = freshName();
+    if (::mkdirat(m_folder, m_name.constData(), S_IRWXU) != 0) {
+        return errno == EEXIST;
+    }
+    FileDescriptor made = openLocked(m_folder, m_name);
+    if (made && stillNamed(m_folder, m_name, made.get())) {
+        m_staging = std::move(made);
+        return true;
+    }
+    return made || errno == ENOENT || errno == EWOULDBLOCK;
+}
+
+StagingFolder::~StagingFolder()
+{
+    QByteArray where;
+    if (m_staging && filetree::removeContents(m_staging.get(), &where)) {
+        ::unlinkat(m_folder, m_name.constData(), AT_REMOVEDIR);
+    }
+}
+
+bool StagingFolder::publish(const QByteArrayList &names, QByteArray *where)
+{
+    // One flush of the file system costs less than one of every file, and without any a power cut could leave
+    // empty files under final names.
+    if (::syncfs(m_staging.get()) != 0) {
+        return false;
+    }
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        if (safepath::renameExclusively(m_staging.get(), names[i], m_folder, names[i])) {
+            continue;
+        }
+        const int code = errno;
+        *where = names[i];
+        for (qsizetype back = i - 1; back >= 0; --back) {
+            // What cannot be taken back is whole at least.
+            (void)safepath::renameExclusively(m_folder, names[back], m_staging.get(), names[back]);
+        }
+        errno = code;
+        return false;
+    }
+    // They are in place; that the folder remembers it after a power cut is a bonus.
+    ::fsync(m_folder);
+    return true;
+}
+
+} // namespace brevok

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/linux/FileDescriptor.h"
+
+#include <QByteArrayList>
+
+namespace brevok {
+
+/// A hidden folder inside another one, where entries are made complete before they get their final names.
+/// It is locked while it lives; what crashed runs left is removed when the next one is made.
+class StagingFolder final {
+public:
+    /// @p folder must stay open as long as this lives.
+    explicit StagingFolder(int folder);
+    ~StagingFolder();
+    Q_DISABLE_COPY_MOVE(StagingFolder)
+
+    /// Whether it could be made; errno tells why not.
+    [[nodiscard]] explicit operator bool() const { return static_cast<bool>(m_staging); }
+    [[nodiscard]] int descriptor() const { return m_staging.get(); }
+
+    /// Brings everything inside to the disk and moves the entries @p names to the folder, all or none, and
+    /// none of them over something that stands there.
+    /// @return false with errno set and the entry that failed in @p where
+    [[nodiscard]] bool publish(const QByteArrayList &names, QByteArray *where);
+
+private:
+    [[nodiscard]] bool make();
+
+    int m_folder;
+    QByteArray m_name;
+    FileDescriptor m_staging;
+};
+
+} // namespace brevok

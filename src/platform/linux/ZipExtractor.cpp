@@ -1,0 +1,274 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/ZipExtractor.h"
+
+#include "foundation/Texts.h"
+#include "platform/linux/FileErrors.h"
+#include "platform/linux/SafePath.h"
+#include "platform/linux/StagingFolder.h"
+#include "platform/linux/ZipReader.h"
+#include "platform/linux/ZipRules.h"
+
+#include <QFile>
+
+#include <array>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace brevok {
+
+namespace {
+
+/// Judging hops from header to header, unpacking reads on.
+constexpr size_t judgingBlock = size_t(4) * 1024;
+constexpr size_t unpackingBlock = size_t(128) * 1024;
+constexpr mode_t folderMode = 0755;
+constexpr mode_t fileMode = 0644;
+constexpr mode_t programMode = 0755;
+
+class Extraction final {
+public:
+    Extraction(int archive, int folder)
+        : m_archive(archive)
+        , m_folder(folder)
+    {
+    }
+    ~Extraction() = default;
+    Q_DISABLE_COPY_MOVE(Extraction)
+
+    [[nodiscard]] bool run();
+    [[nodiscard]] int code() const { return m_code; }
+    [[nodiscard]] const QString &reason() const { return m_reason; }
+
+private:
+    struct Link {
+        QByteArray path;
+        QByteArray target;
+    };
+
+    [[nodiscard]] bool judge(qint64 archiveSize);
+    [[nodiscard]] bool unpack(ZipRules &rules);
+    [[nodiscard]] bool unpackEntry(ZipReader &reader, const ZipEntry &entry, const QByteArray &path);
+    [[nodiscard]] bool unpackFile(ZipReader &reader, const ZipEntry &entry, const QByteArray &path);
+    [[nodiscard]] bool makeLinks();
+    /// The open folder at @p path, made where it is missing; -1 on failure. Valid until the next call.
+    [[nodiscard]] int folderAt(const QByteArray &path);
+    bool fail(int code, const QString &reason);
+    bool failAt(const QByteArray &path);
+
+    int m_archive;
+    int m_folder;
+    StagingFolder *m_staging = nullptr;
+    QByteArray m_currentPath;
+    FileDescriptor m_current; ///< entries follow one another folder by folder
+    QList<Link> m_links; ///< made last, so that nothing is written through them
+    int m_code = 0;
+    QString m_reason;
+};
+
+QByteArray folderOf(const QByteArray &path)
+{
+    return path.left(qMax<qsizetype>(path.lastIndexOf('/'), 0));
+}
+
+QByteArray nameOf(const QByteArray &path)
+{
+    return path.mid(path.lastIndexOf('/') + 1);
+}
+
+bool Extraction::run()
+{
+    struct stat facts { };
+    if (::fstat(m_archive, &facts) != 0) {
+        return fail(errno, qt_error_string(errno));
+    }
+    if (!S_ISREG(facts.st_mode)) {
+        return fail(EINVAL, Texts::tr("it is no file"));
+    }
+    if (!judge(facts.st_size)) {
+        return false;
+    }
+    StagingFolder staging(m_folder);
+    if (!staging) {
+        return fail(errno, qt_error_string(errno));
+    }
+    m_staging = &staging;
+    ZipRules rules(facts.st_size);
+    const bool unpacked = unpack(rules) && makeLinks();
+    m_current.close();
+    QByteArray where;
+    return unpacked && (staging.publish(rules.topLevel(), &where) || failAt(where));
+}
+
+bool Extraction::judge(qint64 archiveSize)
+{
+    ZipReader reader(m_archive, judgingBlock);
+    ZipRules rules(archiveSize);
+    ZipEntry entry;
+    ZipReader::Step step = ZipReader::Step::Got;
+    while ((step = reader.next(entry)) == ZipReader::Step::Got) {
+        if (rules.judge(entry) == ZipRules::Verdict::Refuse) {
+            return fail(EPERM, rules.refusal());
+        }
+    }
+    if (step == ZipReader::Step::Failed) {
+        return fail(EILSEQ, reader.failure());
+    }
+    if (rules.topLevel().isEmpty()) {
+        return fail(EILSEQ, Texts::tr("it holds nothing to unpack"));
+    }
+    for (const QByteArray &name : rules.topLevel()) {
+        struct stat existing { };
+        if (::fstatat(m_folder, name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
+            errno = EEXIST;
+            return failAt(name);
+        }
+    }
+    return true;
+}
+
+bool Extraction::unpack(ZipRules &rules)
+{
+    ZipReader reader(m_archive, unpackingBlock);
+    ZipEntry entry;
+    for (;;) {
+        switch (reader.next(entry)) {
+        case ZipReader::Step::Failed:
+            return fail(EILSEQ, reader.failure());
+        case ZipReader::Step::End:
+            return true;
+        case ZipReader::Step::Got:
+            break;
+        }
+        // Judged again: somebody may have written to the archive in between.
+        switch (rules.judge(entry)) {
+        case ZipRules::Verdict::Refuse:
+            return fail(EPERM, rules.refusal());
+        case ZipRules::Verdict::Skip:
+            break;
+        case ZipRules::Verdict::Take:
+            if (!unpackEntry(reader, entry, rules.path())) {
+                return false;
+            }
+        }
+    }
+}
+
+bool Extraction::unpackEntry(ZipReader &reader, const ZipEntry &entry, const QByteArray &path)
+{
+    switch (entry.kind) {
+    case ZipEntry::Kind::Folder:
+        return folderAt(path) >= 0 || failAt(path);
+    case ZipEntry::Kind::Link:
+        m_links.append({path, entry.linkTarget});
+        return true;
+    case ZipEntry::Kind::File:
+    case ZipEntry::Kind::Other:
+        break;
+    }
+    return unpackFile(reader, entry, path);
+}
+
+bool Extraction::unpackFile(ZipReader &reader, const ZipEntry &entry, const QByteArray &path)
+{
+    const mode_t mode = entry.executable ? programMode : fileMode;
+    const int folder = folderAt(folderOf(path));
+    FileDescriptor file;
+    if (folder >= 0) {
+        file = safepath::openBeneath(folder, nameOf(path), O_WRONLY | O_CREAT | O_EXCL, mode);
+    }
+    if (!file) {
+        return failAt(path);
+    }
+    qint64 left = entry.size;
+    const char *bytes = nullptr;
+    size_t size = 0;
+    ZipReader::Step step = ZipReader::Step::Got;
+    while ((step = reader.data(bytes, size)) == ZipReader::Step::Got) {
+        // The caps were kept with the size that the entry claims.
+        if (size > static_cast<size_t>(left)) {
+            return fail(
+                EILSEQ, Texts::tr("an entry is larger than it claims (%1)").arg(QFile::decodeName(path)));
+        }
+        if (!safepath::writeAll(file.get(), bytes, size)) {
+            return failAt(path);
+        }
+        left -= static_cast<qint64>(size);
+    }
+    if (step == ZipReader::Step::Failed || left != 0) {
+        return fail(EILSEQ, QStringLiteral("%1 (%2)").arg(reader.failure(), QFile::decodeName(path)));
+    }
+    const std::array<timespec, 2> times{
+        timespec{0, UTIME_OMIT}, timespec{entry.seconds, static_cast<long>(entry.nanoseconds)}};
+    if (entry.hasTime && ::futimens(file.get(), times.data()) != 0) {
+        return failAt(path);
+    }
+    return (::fchmod(file.get(), mode) == 0 && file.close()) || failAt(path);
+}
+
+bool Extraction::makeLinks()
+{
+    for (const Link &link : std::as_const(m_links)) {
+        const int folder = folderAt(folderOf(link.path));
+        if (folder < 0 || ::symlinkat(link.target.constData(), folder, nameOf(link.path).constData()) != 0) {
+            return failAt(link.path);
+        }
+    }
+    return true;
+}
+
+int Extraction::folderAt(const QByteArray &path)
+{
+    if (path.isEmpty()) {
+        return m_staging->descriptor();
+    }
+    if (m_current && path == m_currentPath) {
+        return m_current.get();
+    }
+    constexpr int flags = O_RDONLY | O_DIRECTORY;
+    FileDescriptor opened = safepath::openBeneath(m_staging->descriptor(), path, flags);
+    if (!opened && errno == ENOENT) {
+        const int parent = folderAt(folderOf(path));
+        if (parent < 0 || ::mkdirat(parent, nameOf(path).constData(), folderMode) != 0) {
+            return -1;
+        }
+        opened = safepath::openBeneath(parent, nameOf(path), flags);
+        if (!opened || ::fchmod(opened.get(), folderMode) != 0) {
+            return -1;
+        }
+    }
+    m_current = std::move(opened);
+    m_currentPath = path;
+    return m_current.get();
+}
+
+bool Extraction::fail(int code, const QString &reason)
+{
+    m_code = code;
+    m_reason = reason;
+    return false;
+}
+
+bool Extraction::failAt(const QByteArray &path)
+{
+    const int code = errno;
+    return fail(code, QStringLiteral("%1 (%2)").arg(qt_error_string(code), QFile::decodeName(path)));
+}
+
+} // namespace
+
+std::optional<BrevokError> extractZipArchive(
+    int archive, int folder, const QString &archiveName, const QString &folderName)
+{
+    Extraction extraction(archive, folder);
+    if (extraction.run()) {
+        return std::nullopt;
+    }
+    return fileError(Texts::tr("Could not unpack \"%1\" into \"%2\"").arg(archiveName, folderName),
+        archiveName, extraction.code(), extraction.reason());
+}
+
+} // namespace brevok

@@ -1,0 +1,198 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/ZipReader.h"
+
+#include "foundation/Texts.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <vector>
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <clocale>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace brevok {
+
+namespace {
+
+/// The parser holds the whole index in memory: a hostile one must not fill it.
+constexpr qint64 maximumIndexBytes = qint64(32) * 1024 * 1024;
+
+/// libarchive converts names to the character set of the thread's locale; names are UTF-8 here, wherever the
+/// program was started.
+class Utf8Names final {
+public:
+    Utf8Names()
+        : m_locale(::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr))
+        , m_previous(m_locale == nullptr ? nullptr : ::uselocale(m_locale))
+    {
+    }
+    ~Utf8Names()
+    {
+        if (m_locale != nullptr) {
+            ::uselocale(m_previous);
+            ::freelocale(m_locale);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Utf8Names)
+
+private:
+    locale_t m_locale;
+    locale_t m_previous;
+};
+
+struct Source {
+    int file = -1;
+    qint64 size = 0;
+    qint64 position = 0;
+    qint64 indexBudget = maximumIndexBytes; ///< what may still be read before the first entry
+    bool readingIndex = true;
+    std::vector<char> block;
+};
+
+la_ssize_t readBlock(archive *reader, void *client, const void **bytes)
+{
+    Source &source = *static_cast<Source *>(client);
+    ssize_t got = -1;
+    do {
+        got = ::pread(source.file, source.block.data(), source.block.size(), source.position);
+    } while (got < 0 && errno == EINTR);
+    if (got < 0) {
+        archive_set_error(reader, errno, "%s", qt_error_string(errno).toUtf8().constData());
+        return ARCHIVE_FATAL;
+    }
+    if (source.readingIndex) {
+        source.indexBudget -= got;
+        if (source.indexBudget < 0) {
+            archive_set_error(reader, EFBIG, "the index is too large");
+            return ARCHIVE_FATAL;
+        }
+    }
+    source.position += got;
+    *bytes = source.block.data();
+    return got;
+}
+
+la_int64_t skipBytes(archive * /*reader*/, void *client, la_int64_t request)
+{
+    Source &source = *static_cast<Source *>(client);
+    const qint64 skipped = std::clamp<qint64>(request, 0, std::max<qint64>(source.size - source.position, 0));
+    source.position += skipped;
+    return skipped;
+}
+
+la_int64_t seekTo(archive * /*reader*/, void *client, la_int64_t offset, int whence)
+{
+    Source &source = *static_cast<Source *>(client);
+    const qint64 from = whence == SEEK_SET ? 0 : whence == SEEK_CUR ? source.position : source.size;
+    if (offset < -from || offset > source.size - from) {
+        return ARCHIVE_FATAL;
+    }
+    source.position = from + offset;
+    return source.position;
+}
+
+struct FreeReader {
+    void operator()(archive *reader) const { archive_read_free(reader); }
+};
+
+ZipEntry::Kind kindOf(archive_entry *entry)
+{
+    if (archive_entry_hardlink(entry) != nullptr) {
+        return ZipEntry::Kind::Other;
+    }
+    switch (archive_entry_filetype(entry)) {
+    case AE_IFREG:
+        return ZipEntry::Kind::File;
+    case AE_IFDIR:
+        return ZipEntry::Kind::Folder;
+    case AE_IFLNK:
+        return ZipEntry::Kind::Link;
+    default:
+        return ZipEntry::Kind::Other;
+    }
+}
+
+void describe(archive_entry *from, ZipEntry &entry)
+{
+    constexpr mode_t setIdBits = 06000;
+    entry.name = QByteArray(archive_entry_pathname(from));
+    entry.kind = kindOf(from);
+    entry.size = archive_entry_size_is_set(from) != 0 ? archive_entry_size(from) : 0;
+    entry.executable = (archive_entry_perm(from) & S_IXUSR) != 0;
+    entry.setId = (archive_entry_perm(from) & setIdBits) != 0;
+    entry.encrypted = archive_entry_is_encrypted(from) != 0;
+    entry.linkTarget =
+        entry.kind == ZipEntry::Kind::Link ? QByteArray(archive_entry_symlink(from)) : QByteArray();
+    entry.hasTime = archive_entry_mtime_is_set(from) != 0;
+    entry.seconds = archive_entry_mtime(from);
+    entry.nanoseconds = archive_entry_mtime_nsec(from);
+}
+
+} // namespace
+
+struct ZipReader::Private {
+    Utf8Names names;
+    Source source;
+    std::unique_ptr<archive, FreeReader> reader{archive_read_new()};
+    bool opened = false;
+};
+
+ZipReader::ZipReader(int archive, size_t blockSize)
+    : d(std::make_unique<Private>())
+{
+    struct stat facts { };
+    d->source.file = archive;
+    d->source.size = ::fstat(archive, &facts) == 0 ? facts.st_size : 0;
+    d->source.block.resize(blockSize);
+    auto *reader = d->reader.get();
+    // By its index only: what an archive without one holds is a guess.
+    d->opened = reader != nullptr && archive_read_support_format_zip_seekable(reader) == ARCHIVE_OK
+        && archive_read_set_read_callback(reader, readBlock) == ARCHIVE_OK
+        && archive_read_set_skip_callback(reader, skipBytes) == ARCHIVE_OK
+        && archive_read_set_seek_callback(reader, seekTo) == ARCHIVE_OK
+        && archive_read_set_callback_data(reader, &d->source) == ARCHIVE_OK
+        && archive_read_open1(reader) == ARCHIVE_OK;
+}
+
+ZipReader::~ZipReader() = default;
+
+ZipReader::Step ZipReader::next(ZipEntry &entry)
+{
+    if (!d->opened) {
+        return Step::Failed;
+    }
+    archive_entry *found = nullptr;
+    const int result = archive_read_next_header(d->reader.get(), &found);
+    d->source.readingIndex = false;
+    if (result == ARCHIVE_EOF) {
+        return Step::End;
+    }
+    if (result != ARCHIVE_OK) {
+        return Step::Failed;
+    }
+    describe(found, entry);
+    return Step::Got;
+}
+
+ZipReader::Step ZipReader::data(const char *&bytes, size_t &size)
+{
+    const void *block = nullptr;
+    la_int64_t offset = 0;
+    const int result = archive_read_data_block(d->reader.get(), &block, &size, &offset);
+    bytes = static_cast<const char *>(block);
+    return result == ARCHIVE_OK ? Step::Got : result == ARCHIVE_EOF ? Step::End : Step::Failed;
+}
+
+QString ZipReader::failure() const
+{
+    const char *text = d->reader ? archive_error_string(d->reader.get()) : nullptr;
+    return text == nullptr ? Texts::tr("it is no zip archive") : QString::fromUtf8(text);
+}
+
+} // namespace brevok

@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <memory>
+
+namespace brevok {
+
+/// One entry of a zip archive, as the archive has it: nothing here can be trusted.
+struct ZipEntry {
+    enum class Kind { File, Folder, Link, Other };
+    QByteArray name;
+    Kind kind = Kind::Other;
+    qint64 size = 0; ///< bytes it claims to unpack to
+    bool executable = false;
+    bool setId = false;
+    bool encrypted = false;
+    QByteArray linkTarget;
+    bool hasTime = false;
+    qint64 seconds = 0; ///< modification time since the epoch
+    qint64 nanoseconds = 0;
+};
+
+/// Reads a zip archive from its index on, entry by entry, in blocks. Any doubt that the parser has about the
+/// archive is a failure. One thread.
+class ZipReader final {
+public:
+    /// @p archive is an open file, read by position; @p blockSize is how much is read at a time.
+    ZipReader(int archive, size_t blockSize);
+    ~ZipReader();
+    Q_DISABLE_COPY_MOVE(ZipReader)
+
+    enum class Step { Got, End, Failed };
+    [[nodiscard]] Step next(ZipEntry &entry);
+    /// The next bytes of the current entry, valid until the next call.
+    [[nodiscard]] Step data(const char *&bytes, size_t &size);
+    /// What is wrong with the archive.
+    [[nodiscard]] QString failure() const;
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
+
+} // namespace brevok

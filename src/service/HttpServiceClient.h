@@ -1,0 +1,46 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "service/ServiceClient.h"
+
+namespace brevok {
+
+class NetworkFactory;
+
+/// The requests of other rooms, over HTTPS. Main thread.
+class HttpServiceClient final : public QObject, public ServiceClient {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(HttpServiceClient)
+
+public:
+    /// How much and how long is waited for.
+    struct Limits {
+        qint64 listBytes = 256LL * 1024 * 1024;
+        qint64 fileBytes = 8LL * 1024 * 1024;
+        int fileMs = 60000; ///< for all of a small file
+    };
+
+    /// @p sessionId gives the session id, empty when signed out; @p reachable answers
+    /// checkNetworkReachability().
+    HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
+        std::function<bool()> reachable, Limits limits, QObject *parent = nullptr);
+    HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
+        std::function<bool()> reachable, QObject *parent = nullptr);
+    ~HttpServiceClient() override;
+
+    [[nodiscard]] bool checkNetworkReachability() override;
+    void getList(const QString &path, QObject *context, ReplyHandler handler) override;
+    void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) override;
+    void download(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
+        ProgressHandler progress, DownloadHandler handler) override;
+
+private:
+    NetworkFactory &m_network;
+    std::function<QString()> m_sessionId;
+    std::function<bool()> m_reachable;
+    Limits m_limits;
+};
+
+} // namespace brevok

@@ -27,6 +27,8 @@ public:
     /// The bundle of the running program: its resources stand in `../share/tolvane-brevok` beside the
     /// executable.
     static MainBundle ofRunningProgram();
+    /// The same for the copy of this program at @p executable.
+    static MainBundle ofExecutable(const QString &executable);
 
     [[nodiscard]] const QString &bundlePath() const { return m_bundlePath; }
     [[nodiscard]] const Record &information() const { return m_information; }

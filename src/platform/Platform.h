@@ -1,0 +1,55 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QStringList>
+
+#include <memory>
+
+namespace brevok {
+
+class ApplicationSearch;
+class DistributedNotifications;
+class FileOperations;
+class HelperTool;
+class LoginItems;
+class MainBundle;
+class RouteLookup;
+class RunningApplications;
+class SelfUpdater;
+class SettingsStore;
+struct StandardFolders;
+class UrlOpener;
+
+/// Every ability of the operating system, ready to be handed to those who need it. Made and destroyed on the
+/// main thread; outlives what it was handed to.
+struct Platform {
+    std::unique_ptr<SettingsStore> settings;
+    std::unique_ptr<RunningApplications> runningApplications;
+    std::unique_ptr<LoginItems> loginItems;
+    std::unique_ptr<DistributedNotifications> notifications;
+    std::unique_ptr<UrlOpener> urlOpener;
+    std::unique_ptr<RouteLookup> routeLookup;
+    std::unique_ptr<ApplicationSearch> applicationSearch;
+    std::unique_ptr<FileOperations> fileOperations;
+    std::unique_ptr<HelperTool> helperTool;
+    std::unique_ptr<SelfUpdater> selfUpdater; ///< keeps its switch in `settings`
+
+    Platform();
+    ~Platform();
+    Platform(Platform &&other) noexcept;
+    Platform &operator=(Platform &&other) = delete;
+    Platform(const Platform &other) = delete;
+    Platform &operator=(const Platform &other) = delete;
+};
+
+/// This system's abilities. Host applications are searched for in @p applicationFolders. Needs the
+/// QCoreApplication.
+[[nodiscard]] Platform createPlatform(
+    const MainBundle &mainBundle, const StandardFolders &folders, const QStringList &applicationFolders);
+
+/// Where applications are looked for unless the user names other folders.
+[[nodiscard]] QStringList defaultApplicationFolders();
+
+} // namespace brevok

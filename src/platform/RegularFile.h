@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <optional>
+
+namespace brevok {
+
+/// The contents of the regular file at @p path (links are followed); nothing when it is absent, longer than
+/// @p limit bytes, cannot be read, or is anything else, which is never waited for. Any thread.
+[[nodiscard]] std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit);
+
+} // namespace brevok

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/StandardFolders.h"
+
+namespace brevok {
+
+QString StandardFolders::dataFolder() const
+{
+    return applicationSupport + QStringLiteral("/Tolvane Brevok");
+}
+
+QString StandardFolders::logFile() const
+{
+    return library + QStringLiteral("/Logs/orlec.log");
+}
+
+} // namespace brevok

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/Platform.h"
+
+#include "platform/linux/AutostartLoginItems.h"
+#include "platform/linux/DBusNotifications.h"
+#include "platform/linux/FileSettingsStore.h"
+#include "platform/linux/InotifyApplicationSearch.h"
+#include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/NullHelperTool.h"
+#include "platform/linux/ProcRunningApplications.h"
+#include "platform/linux/RouteTableLookup.h"
+#include "platform/linux/SettingsSelfUpdater.h"
+#include "platform/linux/XdgUrlOpener.h"
+#include "platform/PropertyLists.h"
+#include "platform/StandardFolders.h"
+
+#include <QDir>
+
+namespace brevok {
+
+Platform::Platform() = default;
+Platform::~Platform() = default;
+Platform::Platform(Platform &&other) noexcept = default;
+
+Platform createPlatform(
+    const MainBundle &mainBundle, const StandardFolders &folders, const QStringList &applicationFolders)
+{
+    Platform platform;
+    platform.settings = std::make_unique<FileSettingsStore>(folders.settingsFile);
+    platform.runningApplications = std::make_unique<ProcRunningApplications>(mainBundle);
+    platform.loginItems = std::make_unique<AutostartLoginItems>(
+        folders.autostart + u'/' + mainBundle.identifier() + QStringLiteral(".desktop"),
+        mainBundle.displayNames().constLast());
+    platform.notifications = std::make_unique<DBusNotifications>(QDBusConnection::sessionBus());
+    platform.urlOpener = std::make_unique<XdgUrlOpener>();
+    platform.routeLookup = std::make_unique<RouteTableLookup>();
+    platform.applicationSearch = std::make_unique<InotifyApplicationSearch>(applicationFolders);
+    platform.fileOperations = std::make_unique<LinuxFileOperations>();
+    platform.helperTool = std::make_unique<NullHelperTool>();
+    platform.selfUpdater = std::make_unique<SettingsSelfUpdater>(*platform.settings);
+    return platform;
+}
+
+QStringList defaultApplicationFolders()
+{
+    return {QStringLiteral("/Applications"), QDir::homePath() + QStringLiteral("/Applications"),
+        QStringLiteral("/opt")};
+}
+
+} // namespace brevok

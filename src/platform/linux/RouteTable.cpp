@@ -1,0 +1,113 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/RouteTable.h"
+
+#include <QList>
+#include <QtEndian>
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <optional>
+
+#include <net/route.h>
+
+namespace brevok {
+
+namespace {
+
+struct Route {
+    QHostAddress network{};
+    int prefixLength = 0;
+    bool hasGateway = false;
+};
+
+bool leadsSomewhere(quint32 flags, QByteArrayView interface)
+{
+    return (flags & RTF_UP) != 0 && (flags & RTF_REJECT) == 0 && interface != QByteArrayView("lo");
+}
+
+std::optional<Route> ipv4Route(const QList<QByteArray> &fields)
+{
+    // interface destination gateway flags references uses metric mask ...
+    if (fields.size() < 8) {
+        return std::nullopt;
+    }
+    bool numbers[4] = {};
+    const quint32 destination = fields[1].toUInt(&numbers[0], 16);
+    const quint32 gateway = fields[2].toUInt(&numbers[1], 16);
+    const quint32 flags = fields[3].toUInt(&numbers[2], 16);
+    const quint32 mask = fields[7].toUInt(&numbers[3], 16);
+    if (!std::all_of(std::begin(numbers), std::end(numbers), [](bool number) { return number; })
+        || !leadsSomewhere(flags, fields[0])) {
+        return std::nullopt;
+    }
+    return Route{.network = QHostAddress(qFromBigEndian(destination)),
+        .prefixLength = std::popcount(mask),
+        .hasGateway = gateway != 0};
+}
+
+std::optional<Route> ipv6Route(const QList<QByteArray> &fields)
+{
+    // destination length source length next-hop metric references uses flags interface
+    if (fields.size() < 10) {
+        return std::nullopt;
+    }
+    const QByteArray destination = QByteArray::fromHex(fields[0]);
+    const QByteArray nextHop = QByteArray::fromHex(fields[4]);
+    bool isLength = false;
+    bool isFlags = false;
+    const int length = fields[1].toInt(&isLength, 16);
+    const quint32 flags = fields[8].toUInt(&isFlags, 16);
+    Q_IPV6ADDR network = {};
+    if (destination.size() != sizeof network.c || nextHop.size() != sizeof network.c || !isLength || !isFlags
+        || length < 0 || length > 128 || !leadsSomewhere(flags, fields[9])) {
+        return std::nullopt;
+    }
+    std::memcpy(network.c, destination.constData(), sizeof network.c);
+    return Route{.network = QHostAddress(network),
+        .prefixLength = length,
+        .hasGateway = nextHop.count('\0') != nextHop.size()};
+}
+
+template <typename Parse> QList<Route> routes(const QByteArray &table, Parse parse)
+{
+    QList<Route> found;
+    for (const QByteArray &line : table.split('\n')) {
+        if (const std::optional<Route> route = parse(line.simplified().split(' '))) {
+            found.append(*route);
+        }
+    }
+    return found;
+}
+
+} // namespace
+
+bool RouteTable::hasDefaultRoute() const
+{
+    // Tunnels cover everything with two halves, so that the default route of the link below stays untouched.
+    const auto coversTheInternet = [](const Route &route) {
+        return route.prefixLength <= 1;
+    };
+    const QList<Route> ipv4Routes = routes(ipv4, ipv4Route);
+    const QList<Route> ipv6Routes = routes(ipv6, ipv6Route);
+    return std::any_of(ipv4Routes.cbegin(), ipv4Routes.cend(), coversTheInternet)
+        || std::any_of(ipv6Routes.cbegin(), ipv6Routes.cend(), coversTheInternet);
+}
+
+bool RouteTable::isDirect(const QHostAddress &address) const
+{
+    const bool isIpv4 = address.protocol() == QAbstractSocket::IPv4Protocol;
+    const QList<Route> table = isIpv4 ? routes(ipv4, ipv4Route) : routes(ipv6, ipv6Route);
+    const Route *best = nullptr;
+    for (const Route &route : table) {
+        if (address.isInSubnet(route.network, route.prefixLength)
+            && (best == nullptr || route.prefixLength > best->prefixLength)) {
+            best = &route;
+        }
+    }
+    return best != nullptr && !best->hasGateway;
+}
+
+} // namespace brevok

@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/StandardFolders.h"
+
+#include <QDir>
+
+namespace brevok {
+
+namespace {
+
+// A relative path counts as unset: it would mean another folder with every working directory.
+QString folderFrom(const char *variable, const char *underHome)
+{
+    const QString value = qEnvironmentVariable(variable);
+    return QDir::cleanPath(
+        QDir::isAbsolutePath(value) ? value : QDir::homePath() + u'/' + QString::fromLatin1(underHome));
+}
+
+} // namespace
+
+StandardFolders standardFoldersForUser()
+{
+    const QString configuration = folderFrom("XDG_CONFIG_HOME", ".config");
+    return {.settingsFile = configuration + QStringLiteral("/tolvane/brevok.conf"),
+        .applicationSupport = folderFrom("XDG_DATA_HOME", ".local/share"),
+        .library = folderFrom("XDG_STATE_HOME", ".local/state") + QStringLiteral("/tolvane-brevok"),
+        .autostart = configuration + QStringLiteral("/autostart")};
+}
+
+} // namespace brevok

@@ -4,12 +4,18 @@
 #pragma once
 
 #include "catalogue/BrevokPlugins.h"
+#include "catalogue/PackageIcons.h"
+#include "catalogue/PackageStatus.h"
 
-#include <QSet>
+#include <QElapsedTimer>
+#include <QTimer>
+
+#include <map>
 
 namespace brevok {
 
 class BrevokTargetApps;
+struct StatusResult;
 
 /// Keys of a package record.
 namespace PackageKeys {
@@ -23,26 +29,6 @@ inline constexpr QLatin1StringView prefix("Prefix");
 inline constexpr QLatin1StringView info("Info");
 } // namespace PackageKeys
 
-/// What a package's plug-ins are in all valid targets together. The numbers are kept by other programs'
-/// reports.
-enum class PackageStatus : unsigned {
-    MissingData = 1,
-    NotInstalled = 2,
-    NotUpdated = 3,
-    UpToDate = 4,
-    InProgress = 5,
-    Mixed = 6,
-    MixedNotUpdated = 7,
-};
-/// "Missing Data", "Not Installed" and so on.
-[[nodiscard]] QString packageStatusName(PackageStatus status);
-
-/// A package's icon: the bytes of an image file, or the built-in generic one.
-struct PackageIcon {
-    QByteArray data; ///< empty for the generic icon
-    [[nodiscard]] bool isGeneric() const { return data.isEmpty(); }
-};
-
 /// The packages that the service publishes, their icons and their status. Main thread; statuses are
 /// calculated in the background from snapshots.
 class BrevokPackages final : public QObject {
@@ -50,9 +36,6 @@ class BrevokPackages final : public QObject {
     Q_DISABLE_COPY_MOVE(BrevokPackages)
 
 public:
-    /// Tells whether bytes form an image.
-    using ImageTest = std::function<bool(const QByteArray &)>;
-
     struct Collaborators {
         SettingsStore &settings;
         ServiceClient &service;
@@ -71,14 +54,17 @@ public:
 
     /// The observable property `packages`: the records, by name, case-insensitively.
     [[nodiscard]] QList<Record> packageRecords() const;
-    [[nodiscard]] const QHash<QString, PackageIcon> &packagesIcons() const { return m_icons; }
+    [[nodiscard]] const QHash<QString, PackageIcon> &packagesIcons() const { return m_icons->icons(); }
     /// Prefix to status. A prefix without an entry counts as MissingData.
     [[nodiscard]] const QHash<QString, PackageStatus> &packagesStatus() const { return m_status; }
     /// The packages that the last notification counted as needing an update.
     [[nodiscard]] int updates() const { return m_updates; }
     [[nodiscard]] bool updating() const { return m_updating; }
     [[nodiscard]] bool needUpdate() const { return m_needUpdate; }
-    [[nodiscard]] QTimer *updateTimer() const { return m_updateTimer; }
+    /// Active while another check is scheduled.
+    [[nodiscard]] QTimer *updateTimer() const;
+    /// Active between notifyPackageStatusesLazily() and the notification.
+    [[nodiscard]] const QTimer *statusTimer() const { return &m_statusTimer; }
 
     /// @p automatically is false for the user's own check, which ends with the result window.
     void checkForUpdates(bool automatically = true);
@@ -105,15 +91,39 @@ Q_SIGNALS:
     void updateResult(const QString &title, const QString &label);
 
 private:
-    QHash<QString, PackageIcon> m_icons;
+    /// By name, case-insensitively; names that differ in case only are two names.
+    struct ByName {
+        bool operator()(const QString &a, const QString &b) const;
+    };
+
+    void load();
+    void loadStoredIcons();
+    void observe();
+    void enter(const Record &package, const QString &name);
+    void iconCached(const QString &name, const QString &path);
+    void saveAfterIcon();
+    void save();
+    void statusesCalculated(const StatusResult &result, quint64 run);
+    void showUpdateResult(const QStringList &newNames);
+
+    SettingsStore &m_settings;
+    BrevokPlugins &m_plugins;
+    BrevokTargetApps &m_targets;
+    ListRefresh *m_refresh;
+    PackageIcons *m_icons;
+    std::map<QString, Record, ByName> m_packages;
     QHash<QString, PackageStatus> m_status;
-    QTimer *m_updateTimer = nullptr;
+    QTimer m_statusTimer;
+    QElapsedTimer m_sinceSave;
+    qint64 m_saveCost = 0; ///< of the last save, in milliseconds
+    quint64 m_lastRun = 0; ///< number of the calculation begun last
+    quint64 m_appliedRun = 0; ///< number of the latest calculation whose result is shown
+    int m_runsUnderWay = 0;
     int m_updates = 0;
+    bool m_iconPathsUnsaved = false;
+    bool m_showNotifications = true;
     bool m_updating = false;
     bool m_needUpdate = false;
 };
-
-/// Whether @p data begins like an image file of a known kind; the test where no image library is loaded.
-[[nodiscard]] bool looksLikeImage(const QByteArray &data);
 
 } // namespace brevok

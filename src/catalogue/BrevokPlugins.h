@@ -3,54 +3,18 @@
 
 #pragma once
 
-#include "foundation/Record.h"
+#include "catalogue/DefinitionTables.h"
 #include "service/ServiceClient.h"
 
-#include <QDateTime>
-#include <QHash>
-#include <QMap>
 #include <QObject>
-
-#include <memory>
 
 class QTimer;
 
 namespace brevok {
 
 class BrevokAlertQueue;
+class ListRefresh;
 class SettingsStore;
-
-/// Keys and values of a plug-in definition.
-namespace PluginKeys {
-inline constexpr QLatin1StringView name("Name");
-inline constexpr QLatin1StringView prefix("Prefix");
-inline constexpr QLatin1StringView version("Version");
-inline constexpr QLatin1StringView hostVersion("HostVersion");
-inline constexpr QLatin1StringView size("Size");
-inline constexpr QLatin1StringView link("Link");
-inline constexpr QLatin1StringView published("Published");
-inline constexpr QLatin1StringView platform("Platform");
-inline constexpr QLatin1StringView prefixes("Prefixes");
-inline constexpr QLatin1StringView commandQueue("CommandQueue");
-inline constexpr QLatin1StringView savedVersion("SavedVersion");
-inline constexpr QLatin1StringView downloading("Downloading"); ///< value of savedVersion
-inline constexpr QLatin1StringView mac("Mac"); ///< value of platform
-} // namespace PluginKeys
-
-/// One build of one plug-in for one host version: one shared object per build key, so that local state
-/// written into it is seen under every prefix. Changed on the main thread only, inside
-/// BrevokPlugins::change().
-struct PluginDefinition {
-    Record record;
-};
-using DefinitionPtr = std::shared_ptr<PluginDefinition>;
-/// Prefix to definitions, in order of the prefixes.
-using DefinitionIndex = QMap<QString, QList<DefinitionPtr>>;
-/// The same as plain values, for background work.
-using DefinitionSnapshot = QHash<QString, QList<Record>>;
-
-/// "HostVersion:Name_Version", what makes a build one build.
-[[nodiscard]] QString buildKey(const Record &definition);
 
 /// The plug-in builds that the service publishes, merged with the local install state. Main thread.
 class BrevokPlugins final : public QObject {
@@ -67,7 +31,7 @@ public:
     static BrevokPlugins *plugins();
 
     /// The observable property `plugins`.
-    [[nodiscard]] const DefinitionIndex &pluginIndex() const { return m_plugins; }
+    [[nodiscard]] const DefinitionIndex &pluginIndex() const { return m_tables.byPrefix(); }
     [[nodiscard]] DefinitionSnapshot snapshot() const;
     /// The definition under a build key, null when there is none.
     [[nodiscard]] DefinitionPtr definition(const QString &key) const;
@@ -89,7 +53,8 @@ public:
     void downloadPlugin(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
         ServiceClient::ProgressHandler progress, ServiceClient::DownloadHandler completionHandler);
 
-    [[nodiscard]] QTimer *updateTimer() const { return m_updateTimer; }
+    /// Active while another check is scheduled.
+    [[nodiscard]] QTimer *updateTimer() const;
 
 Q_SIGNALS:
     void pluginsWillChange();
@@ -98,8 +63,15 @@ Q_SIGNALS:
     void checkFinished(bool ok);
 
 private:
-    DefinitionIndex m_plugins;
-    QTimer *m_updateTimer = nullptr;
+    void load();
+    void askAboutUnfinishedActions();
+    void save();
+
+    SettingsStore &m_settings;
+    ServiceClient &m_service;
+    BrevokAlertQueue &m_alerts;
+    ListRefresh *m_refresh;
+    DefinitionTables m_tables;
 };
 
 } // namespace brevok

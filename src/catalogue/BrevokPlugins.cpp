@@ -1,0 +1,180 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "catalogue/BrevokPlugins.h"
+
+#include "alerts/BrevokAlertQueue.h"
+#include "catalogue/CatalogueSettings.h"
+#include "catalogue/ListRefresh.h"
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "platform/SettingsStore.h"
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+BrevokPlugins *sharedPlugins = nullptr;
+
+ListRefresh::Wording wording()
+{
+    return {.path = u"/api/plugin/list"_s,
+        .dateKey = CatalogueSettings::pluginsUpdateDate,
+        .alertTitle = Texts::tr("Failed to update Plug-Ins data"),
+        .failedWithError = u"Plugins update failed with error"_s,
+        .failedWithResponse = u"Plugins update failed with response: "_s,
+        .failedWithContent = u"Plugins definitions update failed!"_s};
+}
+
+} // namespace
+
+BrevokPlugins::BrevokPlugins(
+    SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts, QObject *parent)
+    : QObject(parent)
+    , m_settings(settings)
+    , m_service(service)
+    , m_alerts(alerts)
+    , m_refresh(new ListRefresh(
+          wording(), settings, service, alerts, [this](const QJsonArray &list) { updateWithArray(list); },
+          this))
+{
+    if (sharedPlugins == nullptr) {
+        sharedPlugins = this;
+    }
+    connect(m_refresh, &ListRefresh::due, this, &BrevokPlugins::checkForUpdates);
+    connect(m_refresh, &ListRefresh::finished, this, &BrevokPlugins::checkFinished);
+    load();
+    if (hasUnfinishedActions()) {
+        askAboutUnfinishedActions();
+    }
+    checkForUpdates();
+}
+
+BrevokPlugins::~BrevokPlugins()
+{
+    if (sharedPlugins == this) {
+        sharedPlugins = nullptr;
+    }
+}
+
+BrevokPlugins *BrevokPlugins::plugins()
+{
+    return sharedPlugins;
+}
+
+void BrevokPlugins::load()
+{
+    const int unusable = m_tables.load(storedDictionary(m_settings, CatalogueSettings::pluginsData));
+    if (unusable > 0) {
+        logLine(u"Stored plug-in definitions: %1 unusable values left out."_s.arg(unusable));
+    }
+}
+
+void BrevokPlugins::askAboutUnfinishedActions()
+{
+    const std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_alerts.presenter());
+    if (!alert) {
+        return;
+    }
+    alert->content.style = AlertStyle::Informational;
+    alert->content.messageText = Texts::tr("Installer detected one or more unfinished actions. Do you want "
+                                           "to finish or discard those actions?");
+    alert->content.informativeText =
+        Texts::tr("Tolvane Brevok application probably crashed, or was forced to quit. Unfinished "
+                  "install/uninstall actions are left overs from previous session.");
+    alert->content.buttons = {
+        {.title = Texts::tr("Discard Actions")}, {.title = Texts::tr("Finish Actions"), .enabled = false}};
+    if (m_alerts.runModal(*alert) == alertFirstButton) {
+        discardActions();
+    }
+}
+
+DefinitionSnapshot BrevokPlugins::snapshot() const
+{
+    DefinitionSnapshot snapshot;
+    const DefinitionIndex &index = m_tables.byPrefix();
+    snapshot.reserve(index.size());
+    for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
+        QList<Record> records;
+        records.reserve(entry.value().size());
+        for (const DefinitionPtr &definition : entry.value()) {
+            records.append(definition->record);
+        }
+        snapshot.insert(entry.key(), std::move(records));
+    }
+    return snapshot;
+}
+
+DefinitionPtr BrevokPlugins::definition(const QString &key) const
+{
+    return m_tables.byBuild().value(key);
+}
+
+DefinitionPtr BrevokPlugins::pluginWithPrefix(const QString &prefix, const QString &version) const
+{
+    const qint64 wanted = leadingInteger(version);
+    const QList<DefinitionPtr> definitions = m_tables.byPrefix().value(prefix);
+    for (const DefinitionPtr &definition : definitions) {
+        const qint64 host = integerValue(definition->record.value(PluginKeys::hostVersion));
+        if (wanted / 10 == host / 10 && wanted % 10 >= host % 10) {
+            return definition;
+        }
+    }
+    return nullptr;
+}
+
+void BrevokPlugins::checkForUpdates()
+{
+    m_refresh->check();
+}
+
+void BrevokPlugins::updateWithArray(const QJsonArray &list)
+{
+    Q_EMIT pluginsWillChange();
+    const DefinitionTables::ListedKeys listed = m_tables.merge(newestBuilds(list));
+    Q_EMIT pluginsChanged();
+    // After the announcement: observers see this with the next change.
+    m_tables.dropWhatIsNotListed(listed);
+    save();
+}
+
+void BrevokPlugins::change(const std::function<void()> &edit)
+{
+    Q_EMIT pluginsWillChange();
+    edit();
+    save();
+    Q_EMIT pluginsChanged();
+}
+
+void BrevokPlugins::discardActions()
+{
+    change([this] { m_tables.discardCommands(); });
+}
+
+bool BrevokPlugins::hasUnfinishedActions() const
+{
+    return m_tables.hasPendingCommands();
+}
+
+void BrevokPlugins::downloadPlugin(const QUrl &url, const QString &destination, qint64 expectedSize,
+    QObject *context, ServiceClient::ProgressHandler progress,
+    ServiceClient::DownloadHandler completionHandler)
+{
+    m_service.download(
+        url, destination, expectedSize, context, std::move(progress), std::move(completionHandler));
+}
+
+QTimer *BrevokPlugins::updateTimer() const
+{
+    return m_refresh->timer();
+}
+
+void BrevokPlugins::save()
+{
+    m_settings.setValue(CatalogueSettings::pluginsData, archived(m_tables.stored()));
+    m_settings.synchronize();
+}
+
+} // namespace brevok

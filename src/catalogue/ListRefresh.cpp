@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "catalogue/ListRefresh.h"
+
+#include "alerts/BrevokAlertQueue.h"
+#include "foundation/BrevokError.h"
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "platform/SettingsStore.h"
+#include "service/ReplyDecoding.h"
+#include "service/ServiceClient.h"
+
+#include <QJsonDocument>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int afterReplySeconds = 3600;
+constexpr int afterErrorSeconds = 60;
+constexpr double warnAfterSeconds = 604800;
+constexpr double secondsOfDay = 86400;
+constexpr qsizetype shownCharacters = 256;
+constexpr qsizetype longestUtf8Character = 4;
+
+} // namespace
+
+ListRefresh::ListRefresh(Wording wording, SettingsStore &settings, ServiceClient &service,
+    BrevokAlertQueue &alerts, ListHandler takeList, QObject *parent)
+    : QObject(parent)
+    , m_wording(std::move(wording))
+    , m_settings(settings)
+    , m_service(service)
+    , m_alerts(alerts)
+    , m_takeList(std::move(takeList))
+    , m_lastUpdate(settings.dateValue(m_wording.dateKey))
+{
+    m_timer.setSingleShot(true);
+    m_timer.setTimerType(Qt::VeryCoarseTimer);
+    connect(&m_timer, &QTimer::timeout, this, &ListRefresh::due);
+}
+
+ListRefresh::~ListRefresh() = default;
+
+void ListRefresh::check()
+{
+    if (!m_service.checkNetworkReachability()) {
+        Q_EMIT finished(false);
+        return;
+    }
+    m_service.getList(m_wording.path, this, [this](const ServiceReply &reply) { handle(reply); });
+}
+
+void ListRefresh::handle(const ServiceReply &reply)
+{
+    if (reply.error) {
+        handleTransportError(reply);
+        Q_EMIT finished(false);
+        return;
+    }
+    if (reply.status != 200) {
+        // The cycle ends here: it begins again with the next check that somebody asks for.
+        m_timer.stop();
+        logLine(u"%1%2 - %3"_s.arg(m_wording.failedWithResponse)
+                    .arg(reply.status, 3, 10, QLatin1Char('0'))
+                    .arg(localizedStringForStatusCode(reply.status)));
+        Q_EMIT finished(false);
+        return;
+    }
+    // Before the body is looked at, so that a bad one does not stop the cycle.
+    schedule(afterReplySeconds);
+    Q_EMIT finished(handleContent(reply));
+}
+
+void ListRefresh::handleTransportError(const ServiceReply &reply)
+{
+    logLine(m_wording.failedWithError);
+    // A date in the past counts negative: the warning is for a date that lies far ahead.
+    if (secondsUntilLastUpdate() > warnAfterSeconds) {
+        showAlert();
+    } else {
+        logError(reply.error);
+    }
+    schedule(afterErrorSeconds);
+}
+
+bool ListRefresh::handleContent(const ServiceReply &reply)
+{
+    QJsonParseError problem;
+    const QJsonDocument document = QJsonDocument::fromJson(reply.body, &problem);
+    if (document.isArray()) {
+        m_takeList(document.array());
+        m_lastUpdate = QDateTime::currentDateTimeUtc();
+        m_settings.setValue(m_wording.dateKey, m_lastUpdate);
+        return true;
+    }
+    showAlert();
+    logLine(m_wording.failedWithContent);
+    logLine(u"Received %1 bytes of data"_s.arg(reply.body.size()));
+    // Enough for what is shown; a large body is not decoded whole.
+    const auto text = QString::fromUtf8(reply.body.left((shownCharacters + 1) * longestUtf8Character));
+    logLine(u"Response string: %1"_s.arg(text.left(shownCharacters)));
+    if (problem.error != QJsonParseError::NoError) {
+        logError(BrevokError{.domain = QString::fromLatin1(connectionErrorDomain),
+            .code = problem.error,
+            .description = problem.errorString()});
+    }
+    return false;
+}
+
+void ListRefresh::schedule(int seconds)
+{
+    m_timer.start(seconds * 1000);
+}
+
+double ListRefresh::secondsUntilLastUpdate() const
+{
+    const auto now = static_cast<double>(QDateTime::currentMSecsSinceEpoch());
+    return (static_cast<double>(m_lastUpdate.toMSecsSinceEpoch()) - now) / 1000;
+}
+
+void ListRefresh::showAlert()
+{
+    const auto days = static_cast<qint32>(static_cast<qint64>(secondsUntilLastUpdate() / secondsOfDay));
+    m_alerts.modalAlert(m_wording.alertTitle,
+        Texts::tr("Unable to contact the Tolvane Brevok server for %d days.")
+            .replace("%d"_L1, QString::number(days)),
+        {}, {Texts::tr("OK")});
+}
+
+} // namespace brevok

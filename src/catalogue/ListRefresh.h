@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+
+namespace brevok {
+
+class BrevokAlertQueue;
+class ServiceClient;
+class SettingsStore;
+struct ServiceReply;
+
+/// The refresh cycle of one published list: request, reply, timer. What a reply means is decided here for
+/// all lists alike; what a list holds is its owner's concern. Main thread.
+class ListRefresh final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ListRefresh)
+
+public:
+    /// What differs between the lists.
+    struct Wording {
+        QString path; ///< on the service
+        QString dateKey; ///< setting that holds the date of the last good list
+        QString alertTitle;
+        QString failedWithError;
+        QString failedWithResponse; ///< followed by code and text
+        QString failedWithContent;
+    };
+    using ListHandler = std::function<void(const QJsonArray &)>;
+
+    /// @p takeList gets every good list, before its date is stored.
+    ListRefresh(Wording wording, SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts,
+        ListHandler takeList, QObject *parent);
+    ~ListRefresh() override;
+
+    /// Requests the list, when the service can be reached at all.
+    void check();
+
+    /// Active while another check is scheduled.
+    [[nodiscard]] QTimer *timer() { return &m_timer; }
+
+Q_SIGNALS:
+    /// The timer says that it is time for the next check.
+    void due();
+    /// A check ended, with or without a usable list (or could not be made).
+    void finished(bool ok);
+
+private:
+    void handle(const ServiceReply &reply);
+    void handleTransportError(const ServiceReply &reply);
+    bool handleContent(const ServiceReply &reply);
+    void schedule(int seconds);
+    [[nodiscard]] double secondsUntilLastUpdate() const;
+    void showAlert();
+
+    Wording m_wording;
+    SettingsStore &m_settings;
+    ServiceClient &m_service;
+    BrevokAlertQueue &m_alerts;
+    ListHandler m_takeList;
+    QDateTime m_lastUpdate;
+    QTimer m_timer;
+};
+
+} // namespace brevok

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QObject>
+#include <QQueue>
+#include <QSet>
+#include <QString>
+
+#include <functional>
+
+namespace brevok {
+
+class ServiceClient;
+
+/// A package's icon: the bytes of an image file, or the built-in generic one.
+struct PackageIcon {
+    QByteArray data; ///< empty for the generic icon
+    [[nodiscard]] bool isGeneric() const { return data.isEmpty(); }
+};
+
+/// Tells whether bytes form an image.
+using ImageTest = std::function<bool(const QByteArray &)>;
+
+/// Whether @p data begins like an image file of a known kind; the test where no image library is loaded.
+[[nodiscard]] bool looksLikeImage(const QByteArray &data);
+
+/// The file name under which the icon at @p address is cached; empty when it gives no plain one.
+[[nodiscard]] QString iconFileName(const QString &address);
+
+/// The icons of the packages by package name, their download and their cache files. Main thread.
+class PackageIcons final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(PackageIcons)
+
+public:
+    PackageIcons(ServiceClient &service, QString folder, ImageTest formsImage, QObject *parent);
+    ~PackageIcons() override;
+
+    [[nodiscard]] const QHash<QString, PackageIcon> &icons() const { return m_icons; }
+
+    /// Gives a package that has no icon the generic one.
+    void ensureIcon(const QString &package);
+    /// Uses the image file at @p path. @return false, and nothing changes, when it is none
+    bool load(const QString &package, const QString &path);
+    /// Fetches the icon at @p address. A failure is silent. A later address for the same package wins.
+    void download(const QString &package, const QString &address);
+    /// Whether no download is waiting or under way.
+    [[nodiscard]] bool idle() const { return m_waiting.isEmpty() && m_running == 0; }
+
+Q_SIGNALS:
+    void iconChanged();
+    /// The downloaded bytes stand in the file @p path.
+    void cached(const QString &package, const QString &path);
+    /// After every download, whatever became of it.
+    void downloadEnded();
+
+private:
+    void startDownloads();
+    void take(const QString &package, const QString &address, const QByteArray &data);
+    [[nodiscard]] QString storedFile(const QString &address, const QByteArray &data) const;
+
+    ServiceClient &m_service;
+    QString m_folder;
+    ImageTest m_formsImage;
+    QHash<QString, PackageIcon> m_icons;
+    QQueue<QString> m_waiting;
+    QSet<QString> m_queued; ///< what m_waiting holds
+    QHash<QString, QString> m_addresses; ///< the latest address by package
+    int m_running = 0;
+};
+
+} // namespace brevok

@@ -1,0 +1,51 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "foundation/Record.h"
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+
+#include <memory>
+
+namespace brevok {
+
+/// Keys and values of a plug-in definition.
+namespace PluginKeys {
+inline constexpr QLatin1StringView name("Name");
+inline constexpr QLatin1StringView prefix("Prefix");
+inline constexpr QLatin1StringView version("Version");
+inline constexpr QLatin1StringView hostVersion("HostVersion");
+inline constexpr QLatin1StringView size("Size");
+inline constexpr QLatin1StringView link("Link");
+inline constexpr QLatin1StringView published("Published");
+inline constexpr QLatin1StringView platform("Platform");
+inline constexpr QLatin1StringView prefixes("Prefixes");
+inline constexpr QLatin1StringView commandQueue("CommandQueue");
+inline constexpr QLatin1StringView savedVersion("SavedVersion");
+inline constexpr QLatin1StringView downloading("Downloading"); ///< value of savedVersion
+inline constexpr QLatin1StringView mac("Mac"); ///< value of platform
+} // namespace PluginKeys
+
+/// One build of one plug-in for one host version: one shared object per build key, so that local state
+/// written into it is seen under every prefix. Changed on the main thread only, inside
+/// BrevokPlugins::change().
+struct PluginDefinition {
+    Record record;
+};
+using DefinitionPtr = std::shared_ptr<PluginDefinition>;
+/// Prefix to definitions, in order of the prefixes.
+using DefinitionIndex = QMap<QString, QList<DefinitionPtr>>;
+/// The same as plain values, for background work.
+using DefinitionSnapshot = QHash<QString, QList<Record>>;
+
+/// "HostVersion:Name_Version", what makes a build one build.
+[[nodiscard]] QString buildKey(const Record &definition);
+
+/// Whether @p definition has a pending install or remove command.
+[[nodiscard]] bool hasPendingCommands(const Record &definition);
+
+} // namespace brevok

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/BrevokAlertQueue.h"
+#include "catalogue/BrevokPlugins.h"
+#include "catalogue/CatalogueSettings.h"
+#include "support/FakeServiceClient.h"
+#include "support/MemorySettingsStore.h"
+#include "support/ScriptedAlertPresenter.h"
+
+#include <QJsonDocument>
+
+namespace brevok::testing {
+
+/// What the catalogue works with, in memory, and lists to feed it.
+struct CatalogueFixture {
+    MemorySettingsStore settings;
+    FakeServiceClient service;
+    ScriptedAlertPresenter presenter;
+    RecordingPanel panel;
+    BrevokAlertQueue alerts{presenter, panel};
+
+    /// Stores @p value as an earlier run would have.
+    void archive(QLatin1StringView key, const QJsonValue &value)
+    {
+        settings.values.insert(key, archived(value));
+    }
+    [[nodiscard]] QJsonObject stored(QLatin1StringView key) const
+    {
+        return unarchived(settings.values.value(key).toByteArray()).toObject();
+    }
+
+    static Record build(const QString &name, const QString &prefix, const QString &version,
+        const QJsonValue &host, const QString &link = QStringLiteral("https://x/a.zip"))
+    {
+        return {{QStringLiteral("Name"), name}, {QStringLiteral("Prefix"), prefix},
+            {QStringLiteral("Version"), version}, {QStringLiteral("HostVersion"), host},
+            {QStringLiteral("Size"), 10}, {QStringLiteral("Link"), link},
+            {QStringLiteral("Published"), QStringLiteral("2024-01-01")},
+            {QStringLiteral("Platform"), QStringLiteral("Mac")}};
+    }
+    static Record package(const QString &name, const QString &prefix, const QString &icon = {})
+    {
+        Record record{{QStringLiteral("Name"), name}, {QStringLiteral("Prefix"), prefix},
+            {QStringLiteral("Version"), QStringLiteral("1.0")},
+            {QStringLiteral("Published"), QStringLiteral("2024-01-01")},
+            {QStringLiteral("Platform"), QStringLiteral("Mac")}};
+        if (!icon.isEmpty()) {
+            record.insert(QStringLiteral("Icon"), icon);
+        }
+        return record;
+    }
+    static Record with(Record record, const QString &key, const QJsonValue &value)
+    {
+        if (value.isUndefined()) {
+            record.remove(key);
+        } else {
+            record.insert(key, value);
+        }
+        return record;
+    }
+    static ServiceReply good(const QJsonArray &list)
+    {
+        return {.status = 200, .body = QJsonDocument(list).toJson(), .headers = {}, .error = {}};
+    }
+};
+
+} // namespace brevok::testing

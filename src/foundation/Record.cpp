@@ -7,11 +7,38 @@
 #include <QCborMap>
 #include <QCborValue>
 #include <QJsonDocument>
+#include <QtEndian>
 
 #include <cmath>
 #include <limits>
 
+#include <zlib.h>
+
 namespace brevok {
+
+namespace {
+
+// The packed form is the size of the content in four bytes, then the content compressed (RFC 1950).
+constexpr qsizetype headerSize = 4;
+
+// As qUncompress(), which would warn: a damaged archive is an answer here, not a fault of the program.
+QByteArray unpacked(const QByteArray &packed)
+{
+    constexpr quint32 largest = 512 * 1024 * 1024;
+    const quint32 size = packed.size() > headerSize ? qFromBigEndian<quint32>(packed.constData()) : 0;
+    // A damaged size must not make us allocate; nothing compresses better than this.
+    if (size > largest || size / 1100 > static_cast<size_t>(packed.size())) {
+        return {};
+    }
+    QByteArray content(size, Qt::Uninitialized);
+    uLongf length = size;
+    const auto *source = reinterpret_cast<const Bytef *>(packed.constData() + headerSize);
+    const int result = ::uncompress(reinterpret_cast<Bytef *>(content.data()), &length, source,
+        static_cast<uLong>(packed.size() - headerSize));
+    return result == Z_OK && length == size ? content : QByteArray();
+}
+
+} // namespace
 
 QString nonEmptyString(const QJsonValue &value)
 {
@@ -128,16 +155,18 @@ QString orDash(const QString &text)
 
 QByteArray archived(const QJsonValue &value)
 {
-    return QCborValue::fromJsonValue(value).toCbor();
+    // Base64 keeps the settings file readable as text; the fast compression more than pays for it.
+    return qCompress(QCborValue::fromJsonValue(value).toCbor(), 1).toBase64();
 }
 
 QJsonValue unarchived(const QByteArray &data)
 {
-    if (data.isEmpty()) {
+    const auto packed = QByteArray::fromBase64Encoding(data, QByteArray::AbortOnBase64DecodingErrors);
+    if (!packed) {
         return QJsonValue(QJsonValue::Undefined);
     }
     QCborParserError error;
-    const QCborValue value = QCborValue::fromCbor(data, &error);
+    const QCborValue value = QCborValue::fromCbor(unpacked(*packed), &error);
     if (error.error != QCborError::NoError || !(value.isMap() || value.isArray())) {
         return QJsonValue(QJsonValue::Undefined);
     }

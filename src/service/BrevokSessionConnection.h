@@ -55,10 +55,11 @@ Q_SIGNALS:
     void didFailWithError(brevok::BrevokSessionConnection *connection, const brevok::BrevokError &error);
 
 private:
+    void didRedirect(const QUrl &target);
     void didReceiveResponse();
     void didReceiveData();
     void didEnd();
-    void fail(const BrevokError &error);
+    void stop(const BrevokError &error);
 
     QNetworkReply *m_reply;
     bool m_settled = false;

@@ -1,0 +1,333 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "service/BrevokSession.h"
+
+#include "alerts/BrevokAlertQueue.h"
+#include "foundation/Log.h"
+#include "foundation/Tasks.h"
+#include "foundation/Texts.h"
+#include "platform/SelfUpdater.h"
+#include "platform/SettingsStore.h"
+#include "service/BrevokSessionConnection.h"
+#include "service/Connectivity.h"
+#include "service/NetworkFactory.h"
+#include "service/ReplyDecoding.h"
+
+#include <QRegularExpression>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+BrevokSession *sharedSession = nullptr;
+
+const QString dataKey = u"OrlecSessionData"_s;
+const QString versionKey = u"OrlecSessionVersion"_s;
+constexpr double recordVersion = 1.2;
+
+const QString sessionIdKey = u"SessionId"_s;
+const QString orlecIdKey = u"orlecId"_s;
+
+constexpr int retries = 2;
+constexpr qsizetype loggedResponseLength = 256;
+
+QString addressText(const QUrl &url)
+{
+    return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
+}
+
+// What a service sends back may hold what the request told it, or the session id that it just made.
+QString withoutSecrets(QString text, const SessionRequest &request)
+{
+    static const QRegularExpression fields(
+        uR"re(("?(?:SessionId|password)"?\s*[:=]\s*)("(?:[^"\\]|\\.)*"?|[^\s,;}"]+))re"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    constexpr qsizetype shortestSecret = 4; // a shorter one stands in every text
+    const QString hidden = u"(not logged)"_s;
+    text.replace(fields, u"\\1"_s + hidden);
+    const QString password = QJsonDocument::fromJson(request.body).object().value("password"_L1).toString();
+    const QString cookie = QString::fromUtf8(request.request.rawHeader("Cookie")).section(u'=', 1);
+    for (const QString &secret : {password, cookie}) {
+        if (secret.size() >= shortestSecret) {
+            text.replace(secret, hidden);
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+BrevokSession::BrevokSession(SettingsStore &settings, NetworkFactory &network,
+    const Connectivity &connectivity, BrevokAlertQueue &alerts, SelfUpdater &updater, QObject *parent)
+    : QObject(parent)
+    , m_settings(settings)
+    , m_network(network)
+    , m_connectivity(connectivity)
+    , m_alerts(alerts)
+    , m_updater(updater)
+{
+    if (sharedSession == nullptr) {
+        sharedSession = this;
+    }
+    load();
+}
+
+BrevokSession::~BrevokSession()
+{
+    if (sharedSession == this) {
+        sharedSession = nullptr;
+    }
+}
+
+BrevokSession *BrevokSession::session()
+{
+    return sharedSession;
+}
+
+void BrevokSession::load()
+{
+    if (m_settings.contains(dataKey)) {
+        const QJsonValue stored = unarchived(m_settings.dataValue(dataKey));
+        if (stored.isObject()) {
+            m_session = stored.toObject();
+        } else {
+            m_settings.setAside(dataKey, u"the stored session cannot be read"_s);
+        }
+    }
+    m_settings.setValue(versionKey, recordVersion);
+}
+
+QString BrevokSession::sessionId() const
+{
+    return nonEmptyString(m_session.value(sessionIdKey));
+}
+
+QString BrevokSession::orlecId() const
+{
+    return nonEmptyString(m_session.value(orlecIdKey));
+}
+
+bool BrevokSession::isUpdating() const
+{
+    return !m_connections.isEmpty();
+}
+
+QString BrevokSession::description() const
+{
+    return u"Session:\n  orlecId:   %1\n  SessionId: %2\n  updating:  %3"_s.arg(orDash(orlecId()),
+        sessionId().isEmpty() ? u"-"_s : u"(not logged)"_s, isUpdating() ? u"YES"_s : u"NO"_s);
+}
+
+void BrevokSession::setSessionId(const QString &sessionId)
+{
+    if (sessionId.isEmpty()) {
+        m_session.remove(sessionIdKey);
+    } else {
+        m_session.insert(sessionIdKey, sessionId);
+    }
+}
+
+// The record is written once the last outstanding reply has been handled, never in between.
+void BrevokSession::stateChanged()
+{
+    if (m_connections.isEmpty()) {
+        m_settings.setValue(dataKey, archived(m_session));
+        m_settings.synchronize();
+    }
+    Q_EMIT statusWillChange();
+    Q_EMIT statusChanged();
+}
+
+bool BrevokSession::checkNetworkReachability()
+{
+    const bool reachable = m_connectivity.checkNetworkReachability();
+    if (!reachable) {
+        stateChanged();
+    }
+    return reachable;
+}
+
+void BrevokSession::signinWithID(const QString &email, const QString &password)
+{
+    m_session.insert(orlecIdKey, email);
+    connectToURL(m_network.configuration().url(u"/api/machine/signin"_s), u"POST"_s, SessionSignin, false,
+        false, {{u"email"_s, email}, {u"password"_s, password}}, true);
+}
+
+void BrevokSession::signout()
+{
+    connectToURL(m_network.configuration().url(u"/api/machine/signout"_s), u"POST"_s, SessionSignout, true,
+        false, {}, true);
+}
+
+void BrevokSession::connectToURL(const QUrl &url, const QString &method, int status, bool sessionID,
+    bool /*machineIDs*/, const QJsonObject &jsonData, bool verbose)
+{
+    if (!checkNetworkReachability()) {
+        const QString text = Texts::tr("Network is unreachable. Is your internet connection down?");
+        onMain(this, [this, status, text] { Q_EMIT actionFinished(status, false, text); });
+        if (verbose) {
+            m_alerts.modalAlert(Texts::tr("Connection Error"), text, {}, {Texts::tr("OK")});
+        }
+        return;
+    }
+    SessionRequest request{m_network.request(url), method.toLatin1(), {}};
+    request.request.setRawHeader("Content-Type", "application/json");
+    request.request.setRawHeader("Accept", "application/json");
+    request.request.setRawHeader("Accept-Encoding", "gzip");
+    request.request.setRawHeader(versionHeader, versionHeaderValue);
+    if (sessionID && !sessionId().isEmpty()) {
+        request.request.setRawHeader("Cookie", "SessionId=" + sessionId().toUtf8());
+    }
+    if (!jsonData.isEmpty()) {
+        request.body = QJsonDocument(jsonData).toJson(QJsonDocument::Compact);
+    }
+    add(new BrevokSessionConnection(m_network, request, status, this));
+    stateChanged();
+}
+
+void BrevokSession::add(BrevokSessionConnection *connection)
+{
+    m_connection = connection;
+    m_connections.append(connection);
+    connect(connection, &BrevokSessionConnection::didFinishLoading, this, &BrevokSession::finishLoading);
+    connect(connection, &BrevokSessionConnection::didFailWithError, this, &BrevokSession::failWithError);
+}
+
+void BrevokSession::remove(BrevokSessionConnection *connection)
+{
+    m_connections.removeOne(connection);
+    if (m_connection == connection) {
+        m_connection = nullptr;
+    }
+    connection->deleteLater();
+    stateChanged();
+}
+
+void BrevokSession::finishLoading(BrevokSessionConnection *connection)
+{
+    const int action = connection->status;
+    if (demandsUpdate(connection)) {
+        return;
+    }
+    const std::optional<QJsonDocument> document = jsonObjectFromData(connection->responseData,
+        connection->responseHTTP ? connection->responseHTTP->statusCode : 0, &connection->responseError);
+    if (!document) {
+        handleUnexpectedData(*connection);
+        const QString message = connection->responseError->description;
+        remove(connection);
+        Q_EMIT actionFinished(action, false, message);
+        return;
+    }
+    const Record reply = document->object(); // a list has no fields, and no error code
+    const ReplyVerdict verdict = handleErrorCode(*connection, reply);
+    handleReply(action, reply);
+    remove(connection);
+    reportEnd(action, verdict, reply);
+    if (verdict.message.isNull()) {
+        return;
+    }
+    if (verdict.quiet) {
+        logLine(u"Session action: %1 failed With Error Message: %2"_s.arg(
+            sessionActionName(action), verdict.message));
+    } else {
+        m_alerts.modalAlert(Texts::tr("Authentication Error"), verdict.message, {}, {Texts::tr("OK")});
+    }
+}
+
+// The service answers only newer versions of the program: its body is not looked at.
+bool BrevokSession::demandsUpdate(BrevokSessionConnection *connection)
+{
+    const QByteArray code =
+        connection->responseHTTP ? connection->responseHTTP->header(responseCodeHeader) : QByteArray();
+    if (leadingInteger(QString::fromLatin1(code)) != 1) {
+        return false;
+    }
+    const QString title = Texts::tr("There is critical update of Tolvane Brevok application.");
+    m_updater.checkForUpdatesInBackground();
+    Q_EMIT actionFinished(connection->status, false, title);
+    m_alerts.modalAlert(title, {}, {}, {Texts::tr("OK")});
+    remove(connection);
+    return true;
+}
+
+void BrevokSession::handleUnexpectedData(const BrevokSessionConnection &connection)
+{
+    logLine(u"Session action %1 failed with error. Received %2 bytes of unexpected data"_s
+                .arg(sessionActionName(connection.status))
+                .arg(connection.responseData.size()));
+    logLine(u"Response string: "_s
+        + withoutSecrets(QString::fromUtf8(connection.responseData), connection.originalRequest2)
+              .left(loggedResponseLength));
+    if (connection.status == SessionSignin || connection.status == SessionSignout) {
+        setSessionId({});
+    }
+}
+
+ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &connection, const Record &reply)
+{
+    const qint64 code = integerValue(reply.value("ErrorCode"_L1));
+    // It goes into the log with the alert too.
+    const QString errorMessage =
+        withoutSecrets(nonEmptyString(reply.value("ErrorMessage"_L1)), connection.originalRequest2);
+    ReplyVerdict verdict = verdictFor(code, connection.status, !sessionId().isEmpty(), errorMessage);
+    if (verdict.dropsSessionId) {
+        setSessionId({});
+    }
+    if (verdict.sendsSignout) {
+        signout();
+    }
+    if (verdict.logged) {
+        logLine(u"Server Error! connection to: \"%1\" failed: %2 with message: %3"_s.arg(
+            addressText(connection.responseHTTP ? connection.responseHTTP->url
+                                                : connection.originalRequest2.request.url()),
+            QString::number(code), orDash(errorMessage)));
+    }
+    return verdict;
+}
+
+// Also after an error: the reply then has no session id, and what was held is cleared.
+void BrevokSession::handleReply(int action, const Record &reply)
+{
+    if (action == SessionSignin) {
+        setSessionId(nonEmptyString(reply.value(sessionIdKey)));
+    } else if (action == SessionSignout) {
+        setSessionId({});
+    }
+}
+
+void BrevokSession::reportEnd(int action, const ReplyVerdict &verdict, const Record &reply)
+{
+    if (!verdict.succeeded) {
+        const QString told =
+            verdict.message.isNull() ? nonEmptyString(reply.value("ErrorMessage"_L1)) : verdict.message;
+        Q_EMIT actionFinished(action, false, orDash(told));
+    } else if (action == SessionSignin && sessionId().isEmpty()) {
+        Q_EMIT actionFinished(action, false, Texts::tr("Unexpected server response."));
+    } else {
+        Q_EMIT actionFinished(action, true, {});
+    }
+}
+
+void BrevokSession::failWithError(BrevokSessionConnection *connection, const BrevokError &error)
+{
+    logLine(u"Session connection to: \"%1\" failed!"_s.arg(
+        addressText(connection->originalRequest2.request.url())));
+    if (error.code == timedOutCode && connection->errorCount < retries) {
+        logError(error);
+        auto *again =
+            new BrevokSessionConnection(m_network, connection->originalRequest2, connection->status, this);
+        again->errorCount = connection->errorCount + 1;
+        add(again);
+    } else {
+        Q_EMIT actionFinished(connection->status, false, error.description);
+        const std::unique_ptr<BrevokAlert> alert = BrevokAlert::alertWithError(m_alerts.presenter(), error);
+        m_alerts.runModal(*alert);
+    }
+    remove(connection);
+}
+
+} // namespace brevok

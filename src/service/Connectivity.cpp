@@ -1,0 +1,232 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "service/Connectivity.h"
+
+#include "foundation/Log.h"
+#include "foundation/Tasks.h"
+#include "service/NetworkFactory.h"
+#include "service/ServerTrust.h"
+
+#include <QCoreApplication>
+#include <QHostInfo>
+#include <QNetworkReply>
+#include <QPointer>
+
+#include <algorithm>
+#include <array>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+struct Connectivity::Answer {
+    int status = 0;
+    bool empty = true;
+    QList<QNetworkReply::RawHeaderPair> headers;
+    std::optional<BrevokError> error;
+
+    [[nodiscard]] bool valid() const { return !error && status == 200 && !empty; }
+};
+
+struct Connectivity::Diagnosis {
+    QUrl url;
+    QPointer<QObject> context;
+    std::function<void()> done;
+
+    void end() const
+    {
+        if (context) {
+            done();
+        }
+    }
+};
+
+namespace {
+
+constexpr int okStatus = 200;
+
+// Empty for a host without any address. Blocks while the name is being resolved.
+QString resolvedAddress(const QString &host)
+{
+    if (const QHostAddress literal(host); !literal.isNull()) {
+        return literal.toString();
+    }
+    const QList<QHostAddress> addresses = QHostInfo::fromName(host).addresses();
+    const auto preferred = std::find_if(addresses.cbegin(), addresses.cend(),
+        [](const QHostAddress &address) { return address.protocol() == QAbstractSocket::IPv4Protocol; });
+    if (preferred != addresses.cend()) {
+        return preferred->toString();
+    }
+    return addresses.isEmpty() ? QString() : addresses.first().toString();
+}
+
+QString addressText(const QUrl &url)
+{
+    return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
+}
+
+QString headerText(const QList<QNetworkReply::RawHeaderPair> &headers)
+{
+    QStringList fields;
+    for (const auto &[name, value] : headers) {
+        const bool secret = name.compare("Set-Cookie", Qt::CaseInsensitive) == 0;
+        fields << u"%1 = \"%2\""_s.arg(
+            QString::fromLatin1(name), secret ? u"(not logged)"_s : QString::fromLatin1(value));
+    }
+    return u"{%1}"_s.arg(fields.join("; "_L1));
+}
+
+} // namespace
+
+QString reachabilityPhrase(ReachabilityFlags flags)
+{
+    struct Phrase {
+        ReachabilityFlag flag;
+        const char *text;
+    };
+    // The first that applies. The second phrase for traffic can never be reached; the order is as it always
+    // was.
+    static constexpr std::array phrases{Phrase{TransientConnection, "Transient Connection "},
+        Phrase{Reachable, "Reachable "}, Phrase{ConnectionRequired, "Connection Required "},
+        Phrase{ConnectionOnTraffic, "Connection Automatic "},
+        Phrase{ConnectionOnDemand, "Connection On Demand "},
+        Phrase{ConnectionOnTraffic, "Connection On Traffic "},
+        Phrase{InterventionRequired, "Intervention Required "}, Phrase{IsLocalAddress, "Is Local Address "},
+        Phrase{IsDirect, "Is Direct "}};
+    for (const Phrase &phrase : phrases) {
+        if ((flags & phrase.flag) != 0) {
+            return QString::fromLatin1(phrase.text);
+        }
+    }
+    return u"Not Reachable "_s;
+}
+
+Connectivity::Connectivity(NetworkFactory &network, const RouteLookup &routes, QObject *parent)
+    : QObject(parent)
+    , m_network(network)
+    , m_routes(routes)
+{
+}
+
+Connectivity::~Connectivity() = default;
+
+bool Connectivity::checkNetworkReachability() const
+{
+    const QString host = m_network.configuration().reachabilityHost;
+    const std::optional<ReachabilityFlags> flags =
+        host.isEmpty() ? std::nullopt : m_routes.flagsForHost(host);
+    return flags && (*flags & Reachable) != 0 && (*flags & ConnectionRequired) == 0;
+}
+
+void Connectivity::checkAzureReachability(QObject *context, std::function<void(bool)> done)
+{
+    const auto answer = [guard = QPointer<QObject>(context), done = std::move(done)](bool reachable) {
+        if (guard) {
+            done(reachable);
+        }
+    };
+    send(m_network.configuration().baseUrl, "GET", [this, answer](const Answer &got) {
+        if (!got.valid()) {
+            answer(false);
+            return;
+        }
+        send(m_network.configuration().baseUrl, "POST",
+            [answer](const Answer &posted) { answer(posted.valid()); });
+    });
+}
+
+void Connectivity::logConectivityTo(const QUrl &url, int port, QObject *context, std::function<void()> done)
+{
+    const Diagnosis diagnosis{url, context, std::move(done)};
+    const auto endLater = [this, diagnosis] {
+        onMain(this, [diagnosis] { diagnosis.end(); });
+    };
+    if (!url.isValid()) {
+        logLine(u"Connection: Invalid URL"_s);
+        endLater();
+        return;
+    }
+    logLine(u"Connection: %1:%2"_s.arg(addressText(url), QString::number(port)));
+    if (url.host().isEmpty()) {
+        logLine(u"Connection: Invalid host"_s);
+        endLater();
+        return;
+    }
+    logLine(u"Connection: "_s + url.host());
+    Task resolve = [self = QPointer<Connectivity>(this), host = url.host(), asked = diagnosis]() mutable {
+        const QString address = resolvedAddress(host);
+        // Moved on, so that nothing of the caller's is destroyed on this thread.
+        onMain(QCoreApplication::instance(), [self, address, asked = std::move(asked)] {
+            if (self) {
+                logLine(u"Connection: "_s + (address.isEmpty() ? u"Can't resolve adress"_s : address));
+                self->logFlags(asked);
+            }
+        });
+    };
+    inBackground(std::move(resolve));
+}
+
+void Connectivity::logFlags(const Diagnosis &diagnosis)
+{
+    const std::optional<ReachabilityFlags> known = m_routes.flagsForHost(diagnosis.url.host());
+    const ReachabilityFlags flags = known.value_or(0);
+    logLine(u"Connection: Host is %1(%2)"_s.arg(reachabilityPhrase(flags)).arg(flags));
+    if (known && (flags & Reachable) != 0 && (flags & ConnectionOnTraffic) == 0) {
+        logRequests(diagnosis);
+    } else {
+        diagnosis.end();
+    }
+}
+
+void Connectivity::logRequests(const Diagnosis &diagnosis)
+{
+    send(diagnosis.url, "GET", [this, diagnosis](const Answer &got) {
+        logAnswer(u"GET"_s, got);
+        // To the service whatever address was asked for.
+        send(m_network.configuration().baseUrl, "POST", [diagnosis](const Answer &posted) {
+            logAnswer(u"POST"_s, posted);
+            diagnosis.end();
+        });
+    });
+}
+
+void Connectivity::logAnswer(const QString &method, const Answer &answer)
+{
+    const QString line = u"Connection: %1 "_s.arg(method);
+    if (answer.error) {
+        logLine(line + u"returned error "_s + answer.error->description);
+    } else if (answer.status != okStatus) {
+        logLine(line + u"responded %1"_s.arg(answer.status));
+    } else if (answer.empty) {
+        logLine(line + u"returned with empty reply"_s);
+    } else {
+        logLine(line + u"returned valid reply"_s);
+        logLine(line + u"header fields: "_s + headerText(answer.headers));
+    }
+}
+
+// Of the body only matters whether there is one: it is thrown away as it arrives.
+void Connectivity::send(const QUrl &url, const QByteArray &method, AnswerHandler handler)
+{
+    QNetworkReply *reply = m_network.send(m_network.request(url), method);
+    reply->setParent(this);
+    answerChallenges(*reply, url, m_network.configuration().baseUrl.host());
+    auto answer = std::make_shared<Answer>();
+    const auto drain = [reply, answer] {
+        answer->empty = reply->readAll().isEmpty() && answer->empty;
+    };
+    connect(reply, &QNetworkReply::readyRead, this, drain);
+    connect(reply, &QNetworkReply::finished, this, [reply, answer, drain, handler = std::move(handler)] {
+        if (reply->isOpen()) {
+            drain();
+        }
+        answer->status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+        answer->headers = reply->rawHeaderPairs();
+        answer->error = NetworkFactory::transportError(*reply);
+        reply->deleteLater();
+        handler(*answer);
+    });
+}
+
+} // namespace brevok

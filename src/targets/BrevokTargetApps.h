@@ -8,10 +8,19 @@
 
 #include <QMap>
 #include <QObject>
+#include <QPointer>
+
+#include <optional>
 
 namespace brevok {
 
 class SettingsStore;
+
+/// Settings of the list of targets.
+namespace TargetSettings {
+inline constexpr auto data = "OrlecTargetsData";
+inline constexpr auto gathered = "OrlecTargetsGathered";
+} // namespace TargetSettings
 
 /// Keys and flag values of a target record; every value is a text.
 namespace TargetKeys {
@@ -34,7 +43,7 @@ class BrevokTargetApps final : public QObject {
     Q_DISABLE_COPY_MOVE(BrevokTargetApps)
 
 public:
-    /// Loads the stored list and starts the search.
+    /// Loads the stored list and starts the search, which is stopped at the end.
     BrevokTargetApps(SettingsStore &settings, ApplicationSearch &search, QObject *parent = nullptr);
     ~BrevokTargetApps() override;
 
@@ -44,9 +53,13 @@ public:
     /// Re-checks the known targets and takes in what the search found; nothing given: only the re-check.
     void getInstallTargets(std::optional<ApplicationSearch::Notification> notification);
 
+    /// Puts a new, enabled record in the place of any other under @p path, and saves the list.
     void insertTarget(const QString &path, const QString &type, const QString &version);
+    /// Hides the target from both views until it is inserted again, and saves the list.
     void removeTarget(const QString &path);
+    /// Enables or disables the target, and saves the list.
     void setTarget(const QString &path, bool state);
+    /// Whether the target is known and enabled.
     [[nodiscard]] bool targetState(const QString &path) const;
 
     /// The records that are neither removed nor invalid.
@@ -57,12 +70,23 @@ public:
     [[nodiscard]] const TargetRecords &allRecords() const { return m_records; }
 
 Q_SIGNALS:
+    /// Around every change of a record, also when it leaves the record as it was.
     void targetsWillChange();
     void targetsChanged();
     /// The first search ended with none or several installations: the user should review the list of targets.
     void reviewWanted();
 
 private:
+    void load();
+    void save();
+    void checkExistence();
+    void takeIn(const QString &foundPath);
+    void endFirstGathering();
+    void change(const QString &path, QLatin1StringView key, QLatin1StringView value);
+    [[nodiscard]] bool has(const QString &path, QLatin1StringView flag) const;
+
+    SettingsStore &m_settings;
+    QPointer<ApplicationSearch> m_search; ///< may go first, where both have one parent
     TargetRecords m_records;
 };
 

@@ -11,6 +11,7 @@
 namespace brevok {
 
 class BrevokAppInstaller;
+class PackageOperation;
 
 /// What became of one install or removal of a package.
 struct InstallOutcome {
@@ -23,7 +24,8 @@ struct InstallOutcome {
 /// Carries out what the user asks of a package: plans, downloads, installs, removes, reports. Called on the
 /// main thread, returns at once; planning and file work run in the background on snapshots, every change of a
 /// definition is made on the main thread and stored at once, so that a crash leaves what the question at the
-/// next start needs.
+/// next start needs. Operations on the same prefix, and on prefixes that share a definition, wait for each
+/// other; others run side by side.
 class InstallFlow final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(InstallFlow)
@@ -51,9 +53,27 @@ public:
     void uninstallWithPrefix(const QString &prefix, Completion done = {});
     void uninstallWithPackage(const Record &package, const QString &prefix, Completion done = {});
 
+    /// Logs the errors and shows the install failure alert; nothing for an empty list. @p plugin is the
+    /// plug-in's designation as it is to be shown.
+    void reportError(const QList<BrevokError> &errors, const QString &plugin);
+
 Q_SIGNALS:
     /// Bytes done of bytes expected of one plug-in's archive while it is downloaded.
     void progress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
+
+private:
+    using Operations = QList<PackageOperation *>;
+    using Maker = std::function<PackageOperation *(const Record &package)>;
+
+    void forPackages(const QString &prefix, const Maker &make, const Completion &done);
+    void enqueue(PackageOperation *operation, const Completion &done);
+    void startWhatCan();
+    void ended(PackageOperation *operation, const Completion &done);
+    [[nodiscard]] QSet<QString> whatItTouches(const PackageOperation &operation) const;
+
+    Collaborators m_with;
+    Operations m_waiting;
+    QHash<PackageOperation *, QSet<QString>> m_running; ///< with what each touches
 };
 
 } // namespace brevok

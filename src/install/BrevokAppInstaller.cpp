@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/BrevokAppInstaller.h"
+
+#include "catalogue/BrevokPackages.h"
+#include "catalogue/CatalogueSettings.h"
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "install/CommandQueue.h"
+#include "install/InstallPaths.h"
+#include "install/RunningTargets.h"
+#include "platform/SettingsStore.h"
+#include "targets/MarketingNames.h"
+
+#include <QCoreApplication>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+BrevokAppInstaller *sharedInstaller = nullptr;
+
+// The error list that users see takes errors of calls that answered yes only; every other one is a failure
+// too.
+void collect(
+    bool answer, const std::optional<BrevokError> &error, const QString &otherwise, CommandResult &result)
+{
+    if (answer && error) {
+        result.errors.append(*error);
+    }
+    if (error) {
+        result.failures.append(*error);
+    } else if (!answer) {
+        result.failures.append(installerError(otherwise));
+    }
+}
+
+} // namespace
+
+BrevokAppInstaller::BrevokAppInstaller(Collaborators collaborators, QObject *parent)
+    : QObject(parent)
+    , BrevokInstaller(collaborators.files)
+    , m_with(std::move(collaborators))
+{
+    if (sharedInstaller == nullptr) {
+        sharedInstaller = this;
+    }
+}
+
+BrevokAppInstaller::~BrevokAppInstaller()
+{
+    if (sharedInstaller == this) {
+        sharedInstaller = nullptr;
+    }
+}
+
+BrevokAppInstaller *BrevokAppInstaller::appInstaller()
+{
+    return sharedInstaller;
+}
+
+QString BrevokAppInstaller::getVersionString(const QString &version)
+{
+    return brevok::getVersionString(version);
+}
+
+void BrevokAppInstaller::addJob(Task job)
+{
+    if (!std::exchange(m_helperChecked, true)) {
+        m_jobs.add([this] {
+            const bool found = checkUpdateHelper();
+            onMainAndWait(this, [this, found] { m_valid = found; });
+        });
+    }
+    m_jobs.add(std::move(job));
+}
+
+bool BrevokAppInstaller::onMainNow(const Task &work)
+{
+    auto ran = std::make_shared<bool>(false);
+    onMainAndWait(this, [ran, work] {
+        work();
+        *ran = true;
+    });
+    return *ran;
+}
+
+std::optional<Record> BrevokAppInstaller::currentRecord(const QString &key)
+{
+    auto record = std::make_shared<Record>();
+    const bool ran = onMainNow([this, key, record] {
+        if (const DefinitionPtr definition = m_with.plugins.definition(key)) {
+            *record = definition->record;
+        }
+    });
+    return ran ? std::optional(*record) : std::nullopt;
+}
+
+std::optional<CatalogueSnapshot> BrevokAppInstaller::catalogue()
+{
+    auto snapshot = std::make_shared<CatalogueSnapshot>();
+    const bool ran = onMainNow([this, snapshot] {
+        *snapshot = {m_with.packages.packageRecords(), m_with.plugins.snapshot()};
+    });
+    return ran ? std::optional(*snapshot) : std::nullopt;
+}
+
+bool BrevokAppInstaller::dequeue(const QString &key, const QJsonArray &command)
+{
+    return onMainNow([this, key, command] {
+        m_with.plugins.change([&] {
+            if (const DefinitionPtr definition = m_with.plugins.definition(key)) {
+                removeCommand(definition->record, command);
+            }
+        });
+    });
+}
+
+void BrevokAppInstaller::finishPackage(const Record &package)
+{
+    onMainAndWait(this, [this, name = package.value(PackageKeys::name).toString()] {
+        QStringList names = m_with.settings.stringListValue(CatalogueSettings::notifiedPackages);
+        if (names.removeAll(name) > 0) {
+            m_with.settings.setValue(CatalogueSettings::notifiedPackages, names);
+        }
+        onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
+    });
+}
+
+void BrevokAppInstaller::installPlugin(
+    const QString &key, const Record &package, bool skipRunningTargets, QObject *context, Completion done)
+{
+    addJob([this, key, package, skipRunningTargets, guard = QPointer(context), done = std::move(done)] {
+        const CommandResult result = carryOutInstalls(key, package, skipRunningTargets);
+        onMain(QCoreApplication::instance(), [guard, done, result] {
+            if (guard) {
+                done(result);
+            }
+        });
+    });
+}
+
+void BrevokAppInstaller::removePlugin(
+    const QString &key, const Record &package, QObject *context, Completion done)
+{
+    addJob([this, key, package, guard = QPointer(context), done = std::move(done)] {
+        const CommandResult result = carryOutRemovals(key, package);
+        onMain(QCoreApplication::instance(), [guard, done, result] {
+            if (guard) {
+                done(result);
+            }
+        });
+    });
+}
+
+CommandResult BrevokAppInstaller::carryOutInstalls(
+    const QString &key, const Record &package, bool skipRunningTargets)
+{
+    CommandResult result;
+    const std::shared_ptr<InstallerOperations> operations = installer();
+    const std::optional<Record> definition = currentRecord(key);
+    if (!definition) {
+        return result;
+    }
+    const QJsonArray queue = commandQueue(*definition);
+    for (const QJsonValue &value : queue) {
+        const QJsonArray command = value.toArray();
+        if (!isInstallCommand(command)) {
+            continue;
+        }
+        const QString pluginPath = command[1].toString();
+        const QString folder = applicationFolder(pluginPath);
+        const std::optional<RunningApplication> running = runningUnder(folder);
+        if (!running || !skipRunningTargets) {
+            if (running && !noteRunning(Action::Install, *running, folder)) {
+                return result;
+            }
+            installWorkspace(*operations, folder, result);
+            install(*operations, command[2].toString(), pluginPath, result);
+        }
+        if (!dequeue(key, command)) {
+            return result;
+        }
+    }
+    finishPackage(package);
+    return result;
+}
+
+void BrevokAppInstaller::install(InstallerOperations &operations, const QString &source,
+    const QString &target, CommandResult &result) const
+{
+    std::optional<BrevokError> error;
+    const bool answer = operations.installPluginFromSource(source, target, m_with.user, &error);
+    collect(answer, error, Texts::tr("The plug-in could not be installed at %1.").arg(target), result);
+    // An archive that cannot be unpacked, or holds something else, is answered yes without an error.
+    if (answer && !error && !operations.fileExistsAtPath(target)) {
+        result.failures.append(
+            installerError(Texts::tr("The archive %1 did not put a plug-in at %2.").arg(source, target)));
+    }
+}
+
+void BrevokAppInstaller::installWorkspace(
+    InstallerOperations &operations, const QString &folder, CommandResult &result) const
+{
+    if (folder.isEmpty()) {
+        return;
+    }
+    const QString target = folder + u"/Presets/InDesign Workspaces/Tolvane.xml"_s;
+    // The installer never replaces this file, so a refusal is the usual answer from the second time on.
+    const bool isThere = operations.fileExistsAtPath(target);
+    std::optional<BrevokError> error;
+    const bool answer = operations.installPluginFromSource(m_with.workspaceFile, target, m_with.user, &error);
+    if (answer || !isThere) {
+        collect(answer, error, Texts::tr("The workspace could not be installed at %1.").arg(target), result);
+    }
+}
+
+CommandResult BrevokAppInstaller::carryOutRemovals(const QString &key, const Record &package)
+{
+    CommandResult result;
+    const QString prefix = package.value(PackageKeys::prefix).toString();
+    const std::shared_ptr<InstallerOperations> operations = installer();
+    const std::optional<Record> definition = currentRecord(key);
+    const std::optional<CatalogueSnapshot> known = definition ? catalogue() : std::nullopt;
+    if (!known) {
+        return result;
+    }
+    const QString name = definition->value(PluginKeys::name).toString();
+    const auto exists = [&](const QString &path) {
+        return operations->fileExistsAtPath(path);
+    };
+    const QJsonArray queue = commandQueue(*definition);
+    for (const QJsonValue &value : queue) {
+        const QJsonArray command = value.toArray();
+        if (!isRemovalCommand(command)) {
+            continue;
+        }
+        const QString pluginPath = command[1].toString();
+        if (operations->fileExistsAtPath(pluginPath)) {
+            const QString folder = applicationFolder(pluginPath);
+            const std::optional<RunningApplication> running = runningUnder(folder);
+            if (running && !noteRunning(Action::Remove, *running, folder)) {
+                return result;
+            }
+            if (mayRemovePlugin(name, pluginPath, prefix, *known, exists)) {
+                remove(*operations, pluginPath, result);
+            }
+        }
+        if (!dequeue(key, command)) {
+            return result;
+        }
+    }
+    finishPackage(package);
+    return result;
+}
+
+void BrevokAppInstaller::remove(
+    InstallerOperations &operations, const QString &path, CommandResult &result) const
+{
+    std::optional<BrevokError> error;
+    const bool answer = operations.removeItemAtPath(path, &error);
+    collect(answer, error, Texts::tr("The plug-in at %1 could not be removed.").arg(path), result);
+}
+
+bool BrevokAppInstaller::canRemovePlugin(
+    const QString &name, const QString &pluginPath, const QString &prefix)
+{
+    const std::shared_ptr<InstallerOperations> operations = installer();
+    return mayRemovePlugin(name, pluginPath, prefix, catalogue().value_or(CatalogueSnapshot()),
+        [&](const QString &path) { return operations->fileExistsAtPath(path); });
+}
+
+void BrevokAppInstaller::canRemovePlugins(
+    const QList<RemovalQuestion> &questions, QObject *context, RemovalAnswers done)
+{
+    addJob([this, questions, guard = QPointer(context), done = std::move(done)] {
+        const std::shared_ptr<InstallerOperations> operations = installer();
+        const CatalogueSnapshot known = catalogue().value_or(CatalogueSnapshot());
+        const auto exists = [&](const QString &path) {
+            return operations->fileExistsAtPath(path);
+        };
+        QList<bool> answers;
+        for (const RemovalQuestion &question : questions) {
+            answers.append(
+                mayRemovePlugin(question.name, question.pluginPath, question.prefix, known, exists));
+        }
+        onMain(QCoreApplication::instance(), [guard, done, answers] {
+            if (guard) {
+                done(answers);
+            }
+        });
+    });
+}
+
+} // namespace brevok

@@ -1,0 +1,170 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/InstallFlow.h"
+
+#include "alerts/BrevokAlertQueue.h"
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "install/InstallOperation.h"
+#include "install/InstallPaths.h"
+#include "install/RemoveOperation.h"
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+InstallFlow::InstallFlow(Collaborators collaborators, QObject *parent)
+    : QObject(parent)
+    , m_with(std::move(collaborators))
+{
+}
+
+InstallFlow::~InstallFlow() = default;
+
+void InstallFlow::installWithPrefix(const QString &prefix, bool skipRunningTargets, Completion done)
+{
+    forPackages(
+        prefix,
+        [&](const Record &package) {
+            return new InstallOperation(*this, m_with, package, prefix, skipRunningTargets);
+        },
+        done);
+}
+
+void InstallFlow::installWithPackage(
+    const Record &package, const QString &prefix, bool skipRunningTargets, Completion done)
+{
+    const bool complete = !package.isEmpty() && !prefix.isEmpty();
+    enqueue(
+        complete ? new InstallOperation(*this, m_with, package, prefix, skipRunningTargets) : nullptr, done);
+}
+
+void InstallFlow::uninstallWithPrefix(const QString &prefix, Completion done)
+{
+    forPackages(
+        prefix, [&](const Record &package) { return new RemoveOperation(*this, m_with, package, prefix); },
+        done);
+}
+
+void InstallFlow::uninstallWithPackage(const Record &package, const QString &prefix, Completion done)
+{
+    const bool complete = !package.isEmpty() && !prefix.isEmpty();
+    enqueue(complete ? new RemoveOperation(*this, m_with, package, prefix) : nullptr, done);
+}
+
+void InstallFlow::forPackages(const QString &prefix, const Maker &make, const Completion &done)
+{
+    Operations operations;
+    const QList<Record> records = m_with.packages.packageRecords();
+    for (const Record &package : records) {
+        if (!prefix.isEmpty() && nonEmptyString(package.value(PackageKeys::prefix)) == prefix) {
+            operations.append(make(package));
+        }
+    }
+    if (operations.isEmpty()) {
+        enqueue(nullptr, done);
+        return;
+    }
+    struct Total {
+        InstallOutcome outcome;
+        qsizetype missing = 0;
+    };
+    auto total = std::make_shared<Total>();
+    total->missing = operations.size();
+    for (PackageOperation *operation : std::as_const(operations)) {
+        enqueue(operation, [total, done](const InstallOutcome &outcome) {
+            total->outcome.failures += outcome.failures;
+            total->outcome.planned += outcome.planned;
+            if (--total->missing == 0 && done) {
+                done(total->outcome);
+            }
+        });
+    }
+}
+
+void InstallFlow::enqueue(PackageOperation *operation, const Completion &done)
+{
+    if (operation == nullptr) {
+        onMain(this, [done] {
+            if (done) {
+                done({});
+            }
+        });
+        return;
+    }
+    connect(
+        operation, &PackageOperation::finished, this, [this, operation, done] { ended(operation, done); });
+    m_waiting.append(operation);
+    // Later, so that an operation neither begins nor ends within the call that asks for it.
+    onMain(this, [this] { startWhatCan(); });
+}
+
+// What no two operations may touch at a time: the prefix, and the archives of its definitions, which stand
+// for the definitions too.
+QSet<QString> InstallFlow::whatItTouches(const PackageOperation &operation) const
+{
+    QSet<QString> touched{u"prefix "_s + operation.prefix()};
+    const QList<DefinitionPtr> definitions = m_with.plugins.pluginIndex().value(operation.prefix());
+    for (const DefinitionPtr &definition : definitions) {
+        touched.insert(archivePath({}, definition->record));
+    }
+    return touched;
+}
+
+void InstallFlow::startWhatCan()
+{
+    QSet<QString> taken;
+    for (const QSet<QString> &touched : std::as_const(m_running)) {
+        taken.unite(touched);
+    }
+    Operations starting;
+    for (PackageOperation *operation : std::as_const(m_waiting)) {
+        const QSet<QString> touched = whatItTouches(*operation);
+        if (!taken.intersects(touched)) {
+            m_running.insert(operation, touched);
+            starting.append(operation);
+        }
+        // What an operation waits for is kept for it: a later one must not overtake it.
+        taken.unite(touched);
+    }
+    for (PackageOperation *operation : std::as_const(starting)) {
+        m_waiting.removeOne(operation);
+    }
+    for (PackageOperation *operation : std::as_const(starting)) {
+        operation->begin();
+    }
+}
+
+void InstallFlow::ended(PackageOperation *operation, const Completion &done)
+{
+    const InstallOutcome outcome = operation->outcome();
+    m_running.remove(operation);
+    operation->deleteLater();
+    startWhatCan();
+    if (done) {
+        done(outcome);
+    }
+}
+
+void InstallFlow::reportError(const QList<BrevokError> &errors, const QString &plugin)
+{
+    for (const BrevokError &error : errors) {
+        logError(error);
+    }
+    if (errors.isEmpty()) {
+        return;
+    }
+    BrevokError shown = installerError(Texts::tr("Failed to install '%1.InDesignPlugin'!").arg(plugin));
+    shown.detailedErrors = errors;
+    if (errors.size() > 1) {
+        shown.recoverySuggestion = Texts::tr("Multiple errors have occured. Please contact Tolvane support.");
+    } else if (!errors.constFirst().description.isEmpty()) {
+        shown.recoverySuggestion = Texts::tr("Error: %1").arg(errors.constFirst().description);
+    }
+    if (const auto alert = BrevokAlert::alertWithError(m_with.alerts.presenter(), shown)) {
+        m_with.alerts.runModal(*alert);
+    }
+}
+
+} // namespace brevok

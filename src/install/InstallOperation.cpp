@@ -1,0 +1,243 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/InstallOperation.h"
+
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "install/BrevokAppInstaller.h"
+#include "install/CommandQueue.h"
+#include "install/InstallPaths.h"
+#include "targets/BrevokTargetApps.h"
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool isDownloading(const Record &definition)
+{
+    return definition.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading;
+}
+
+// Makes the folder that an archive is streamed into; nothing when that succeeded.
+std::optional<BrevokError> prepareFolder(FileOperations &files, const QString &folder)
+{
+    std::optional<BrevokError> error;
+    if (!files.createFolder(folder, &error)) {
+        return error ? error : installerError(Texts::tr("The folder %1 could not be made.").arg(folder));
+    }
+    if (!files.isWritable(folder)) {
+        return installerError(Texts::tr("The folder %1 is not writable.").arg(folder));
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QString archiveAddress(const QString &link)
+{
+    return link.startsWith(u"http://"_s) ? u"https"_s + link.sliced(4) : link;
+}
+
+InstallOperation::InstallOperation(InstallFlow &flow, InstallFlow::Collaborators &with, Record package,
+    QString prefix, bool skipRunningTargets)
+    : PackageOperation(flow, with, std::move(package), std::move(prefix))
+    , m_skipRunningTargets(skipRunningTargets)
+{
+}
+
+InstallOperation::~InstallOperation() = default;
+
+void InstallOperation::begin()
+{
+    inBackgroundThen(
+        this,
+        [known = definitions(), targets = m_with.targets.validTargets().values(), folder = m_with.dataFolder,
+            &files = m_with.installer.files()] {
+            return planInstall(known, targets, folder, factsReader(files));
+        },
+        [this](const InstallPlan &plan) { applyPlan(plan); });
+}
+
+void InstallOperation::applyPlan(const InstallPlan &plan)
+{
+    m_plan = plan;
+    m_outcome.planned = static_cast<int>(plan.installs.size());
+    m_outcome.failures = plan.refused;
+    reportLater(plan.refused, m_package.value(PackageKeys::name).toString());
+    m_with.plugins.change([&] {
+        for (const QString &key : plan.downloads) {
+            if (const DefinitionPtr shared = definition(key)) {
+                shared->record.remove(PluginKeys::savedVersion);
+            }
+        }
+        for (const PlannedInstall &planned : plan.installs) {
+            if (const DefinitionPtr shared = definition(planned.key)) {
+                appendCommand(shared->record, installCommand(planned.pluginPath, planned.archivePath));
+            }
+        }
+    });
+    installStored();
+}
+
+void InstallOperation::installStored()
+{
+    while (m_nextInstall < m_plan.installs.size()) {
+        const QString key = m_plan.installs[m_nextInstall++].key;
+        const DefinitionPtr shared = definition(key);
+        if (shared && hasCommandQueue(shared->record) && shared->record.contains(PluginKeys::savedVersion)
+            && !isDownloading(shared->record)) {
+            install(key, [this, shared](const CommandResult &result) {
+                reportLater(result.errors, displayText(shared->record));
+                announceChange();
+                installStored();
+            });
+            return;
+        }
+        announceChange();
+    }
+    startDownloads();
+}
+
+void InstallOperation::install(const QString &key, const CommandsDone &done)
+{
+    m_with.installer.installPlugin(
+        key, m_package, m_skipRunningTargets, this, [this, done](const CommandResult &result) {
+            m_outcome.failures += result.failures;
+            done(result);
+        });
+}
+
+void InstallOperation::startDownloads()
+{
+    m_openDownloads = m_plan.downloads.size();
+    if (m_openDownloads == 0) {
+        Q_EMIT finished();
+        return;
+    }
+    for (const QString &key : std::as_const(m_plan.downloads)) {
+        startDownload(key);
+    }
+}
+
+void InstallOperation::startDownload(const QString &key)
+{
+    const DefinitionPtr shared = definition(key);
+    Download download{.key = key};
+    if (shared) {
+        m_with.plugins.change(
+            [&] { shared->record.insert(PluginKeys::savedVersion, QString(PluginKeys::downloading)); });
+        download.name = shared->record.value(PluginKeys::name).toString();
+        download.link = archiveAddress(shared->record.value(PluginKeys::link).toString());
+        download.destination = archivePath(m_with.dataFolder, shared->record);
+        download.expectedSize = integerValue(shared->record.value(PluginKeys::size));
+    }
+    // Two versions of one plug-in share one archive path: they take turns.
+    if (m_takenPlaces.contains(download.destination)) {
+        m_waitingDownloads.append(key);
+        return;
+    }
+    m_takenPlaces.insert(download.destination);
+    if (detailedLog()) {
+        logLine(u"Downloading start %1"_s.arg(download.name));
+    }
+    inBackgroundThen(
+        this,
+        [folder = deletingLastPathComponent(download.destination), &files = m_with.installer.files()] {
+            return prepareFolder(files, folder);
+        },
+        [this, download](const std::optional<BrevokError> &error) {
+            if (error) {
+                downloadEnded(download, {.error = error});
+            } else {
+                fetch(download);
+            }
+        });
+}
+
+void InstallOperation::fetch(const Download &download)
+{
+    m_with.plugins.downloadPlugin(
+        QUrl(download.link), download.destination, download.expectedSize, this,
+        [this, download](qint64 done, qint64 expected) {
+            Q_EMIT m_flow.progress(m_prefix, download.name, done, expected);
+        },
+        [this, download](const DownloadResult &result) { downloadEnded(download, result); });
+}
+
+void InstallOperation::downloadEnded(const Download &download, const DownloadResult &result)
+{
+    if (!result.error && result.stored && result.received == download.expectedSize) {
+        downloadStored(download);
+        return;
+    }
+    logError(result.error);
+    const QString name = download.name.isEmpty() ? u"MISSING NAME"_s : download.name;
+    BrevokError error = installerError(Texts::tr("Failed to download %1, from %2").arg(name, download.link));
+    if (result.error) {
+        error.detailedErrors.append(*result.error);
+    }
+    m_outcome.failures.append(error);
+    if (detailedLog()) {
+        logLine(u"Downloading cleanup %1"_s.arg(name));
+    }
+    forget(download.key);
+    reportLater({error}, name);
+    cleanUp(download);
+}
+
+void InstallOperation::downloadStored(const Download &download)
+{
+    const DefinitionPtr shared = definition(download.key);
+    m_with.plugins.change(
+        [&] { shared->record.insert(PluginKeys::savedVersion, shared->record.value(PluginKeys::version)); });
+    const auto installed = [this, download](const CommandResult &result) {
+        if (detailedLog()) {
+            logLine(u"Downloading OK %1"_s.arg(download.name));
+        }
+        // The alert names no plug-in here, as the name belongs to failed downloads.
+        reportLater(result.errors, u"(null)"_s);
+        cleanUp(download);
+    };
+    if (commandQueue(shared->record).isEmpty()) {
+        installed({});
+    } else {
+        install(download.key, installed);
+    }
+}
+
+void InstallOperation::cleanUp(const Download &download)
+{
+    const DefinitionPtr shared = definition(download.key);
+    if (shared && isDownloading(shared->record)) {
+        logLine(u"Cleanup 1: %1"_s.arg(download.name));
+        forget(download.key);
+    }
+    if (shared && !commandQueue(shared->record).isEmpty()) {
+        logLine(u"Cleanup 2: %1"_s.arg(download.name));
+        forget(download.key);
+    }
+    announceChange();
+    m_takenPlaces.remove(download.destination);
+    const QStringList waiting = std::exchange(m_waitingDownloads, {});
+    for (const QString &key : waiting) {
+        startDownload(key);
+    }
+    if (--m_openDownloads == 0) {
+        Q_EMIT finished();
+    }
+}
+
+void InstallOperation::forget(const QString &key)
+{
+    m_with.plugins.change([&] {
+        if (const DefinitionPtr shared = definition(key)) {
+            shared->record.remove(PluginKeys::savedVersion);
+            shared->record.remove(PluginKeys::commandQueue);
+        }
+    });
+}
+
+} // namespace brevok

@@ -1,0 +1,32 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "foundation/BrevokError.h"
+#include "foundation/Record.h"
+
+#include <QString>
+
+namespace brevok {
+
+/// The path without its last component and without a slash at its end; "/" stays, a single name gives
+/// nothing.
+[[nodiscard]] QString deletingLastPathComponent(const QString &path);
+
+/// The folder of the target application that a plug-in path belongs to; empty when it cannot be told.
+[[nodiscard]] QString applicationFolder(const QString &pluginPath);
+
+/// Where the archives of a definition's host version are kept under @p dataPath, and its own archive there.
+[[nodiscard]] QString archiveFolder(const QString &dataPath, const Record &definition);
+[[nodiscard]] QString archivePath(const QString &dataPath, const Record &definition);
+
+/// Names come from the service and become parts of paths: one that could lead elsewhere is refused.
+[[nodiscard]] bool isPlainFileName(const QString &name);
+
+/// An error of the installer's family.
+[[nodiscard]] BrevokError installerError(const QString &description);
+/// The error for a definition whose name is no plain file name.
+[[nodiscard]] BrevokError nameRefused(const QString &name);
+
+} // namespace brevok

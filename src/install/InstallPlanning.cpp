@@ -1,0 +1,149 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/InstallPlanning.h"
+
+#include "catalogue/BrevokPlugins.h"
+#include "catalogue/StatusRun.h"
+#include "foundation/StandardVersionComparator.h"
+#include "install/CommandQueue.h"
+#include "install/InstallPaths.h"
+#include "platform/FileOperations.h"
+#include "platform/PropertyLists.h"
+#include "targets/BrevokTargetApps.h"
+
+#include <cmath>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The host version that an installed bundle was built for ("14.0" is 140), in single precision.
+std::optional<qint64> installedHostVersion(const Record &information)
+{
+    const QJsonValue value = information.value(u"TolvaneHostAppShortVersion"_s);
+    if (value.isUndefined() || value.isNull()) {
+        return std::nullopt;
+    }
+    const float number =
+        value.isString() ? leadingFloat(value.toString()) : static_cast<float>(value.toDouble());
+    const float code = number * 10.0F;
+    constexpr float limit = 1e9F;
+    return std::abs(code) < limit ? std::optional(static_cast<qint64>(code)) : std::nullopt;
+}
+
+bool onSameSide(qint64 a, qint64 b, qint64 split)
+{
+    return (a < split) == (b < split);
+}
+
+} // namespace
+
+InstallFacts factsReader(const FileOperations &files)
+{
+    return {.exists = [&files](const QString &path) { return files.fileExists(path); },
+        .information =
+            [](const QString &bundlePath) {
+                return bundleInformation(bundlePath);
+            }};
+}
+
+bool buildSuitsTarget(qint64 target, qint64 build)
+{
+    const qint64 major = target / 10;
+    const qint64 targetMinor = target % 10;
+    const qint64 buildMinor = build % 10;
+    if (major != build / 10 || targetMinor < buildMinor) {
+        return false;
+    }
+    if (major == 7) {
+        return onSameSide(targetMinor, buildMinor, 5);
+    }
+    return major != 16 || onSameSide(targetMinor, buildMinor, 3);
+}
+
+InstallPlanner::InstallPlanner(const QList<Record> &definitions, QString dataPath, InstallFacts facts)
+    : m_dataPath(std::move(dataPath))
+    , m_facts(std::move(facts))
+{
+    for (const Record &definition : definitions) {
+        const QString key = buildKey(definition);
+        m_order.append(key);
+        m_definitions.insert(key, definition);
+    }
+}
+
+void InstallPlanner::determinePluginsAction(const QString &targetPath, qint64 targetVersion)
+{
+    for (const QString &key : std::as_const(m_order)) {
+        const Record definition = m_definitions.value(key);
+        const qint64 host = integerValue(definition.value(PluginKeys::hostVersion));
+        if (!buildSuitsTarget(targetVersion, host)) {
+            continue;
+        }
+        const QString name = definition.value(PluginKeys::name).toString();
+        if (isPlainFileName(name)) {
+            determinePluginAction(key, installedPluginPath(targetPath, name), host);
+        } else if (const BrevokError error = nameRefused(name);
+                   m_plan.refused.isEmpty() || m_plan.refused.constLast().description != error.description) {
+            m_plan.refused.append(error);
+        }
+    }
+}
+
+void InstallPlanner::determinePluginAction(const QString &key, const QString &pluginPath, qint64 version)
+{
+    Record &definition = m_definitions[key];
+    // Pending commands may be about to change what is on disk, so they are always planned again.
+    if (commandQueue(definition).isEmpty() && isUpToDate(definition, pluginPath, version)) {
+        return;
+    }
+    const QString archive = archivePath(m_dataPath, definition);
+    const QJsonValue saved = definition.value(PluginKeys::savedVersion);
+    const bool reusable =
+        saved.isString() && saved == definition.value(PluginKeys::version) && m_facts.exists(archive);
+    const bool underWay = saved.toString() == PluginKeys::downloading;
+    if (!reusable && !underWay && !m_plan.downloads.contains(key)) {
+        m_plan.downloads.append(key);
+        definition.remove(PluginKeys::savedVersion);
+    }
+    appendCommand(definition, installCommand(pluginPath, archive));
+    m_plan.installs.append({key, pluginPath, archive});
+}
+
+bool InstallPlanner::isUpToDate(const Record &definition, const QString &pluginPath, qint64 version) const
+{
+    if (!m_facts.exists(pluginPath)) {
+        return false;
+    }
+    const Record information = m_facts.information(pluginPath).value_or(Record());
+    const std::optional<qint64> installedHost = installedHostVersion(information);
+    if (!installedHost || version / 10 != *installedHost / 10 || version % 10 < *installedHost % 10) {
+        return false;
+    }
+    const QString installed =
+        nonEmptyString(information.value(u"CFBundleShortVersionString"_s)).section(u' ', 0, 0);
+    const QString offered = nonEmptyString(definition.value(PluginKeys::version));
+    if (installed.isEmpty() || offered.isEmpty()) {
+        return false;
+    }
+    return StandardVersionComparator::compareVersion(installed, offered) != std::strong_ordering::less;
+}
+
+InstallPlan planInstall(const QList<Record> &definitions, const QList<Record> &targets,
+    const QString &dataPath, const InstallFacts &facts)
+{
+    InstallPlanner planner(definitions, dataPath, facts);
+    for (const Record &target : targets) {
+        const QString path = nonEmptyString(target.value(TargetKeys::path));
+        const QJsonValue version = target.value(TargetKeys::version);
+        if (!path.isEmpty() && !version.isUndefined() && !version.isNull()) {
+            planner.determinePluginsAction(path, integerValue(version));
+        }
+    }
+    return planner.plan();
+}
+
+} // namespace brevok

@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "install/InstallFlow.h"
+
+#include <QCoreApplication>
+#include <QPointer>
+
+namespace brevok {
+
+/// One install or removal of one package, from its start to its end. Main thread.
+class PackageOperation : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(PackageOperation)
+
+public:
+    PackageOperation(InstallFlow &flow, InstallFlow::Collaborators &with, Record package, QString prefix);
+    ~PackageOperation() override;
+
+    [[nodiscard]] const QString &prefix() const { return m_prefix; }
+    [[nodiscard]] const InstallOutcome &outcome() const { return m_outcome; }
+    /// Starts the work, which emits finished() at its end.
+    virtual void begin() = 0;
+
+Q_SIGNALS:
+    void finished();
+
+protected:
+    [[nodiscard]] QList<Record> definitions() const;
+    [[nodiscard]] DefinitionPtr definition(const QString &key) const
+    {
+        return m_with.plugins.definition(key);
+    }
+    /// Announces a change of the definitions that was made elsewhere.
+    void announceChange()
+    {
+        m_with.plugins.change([] {});
+    }
+    /// The failure alert, later, so that the work does not wait for the user's answer.
+    void reportLater(const QList<BrevokError> &errors, const QString &plugin);
+
+    InstallFlow &m_flow;
+    InstallFlow::Collaborators &m_with;
+    Record m_package;
+    QString m_prefix;
+    InstallOutcome m_outcome;
+};
+
+/// Runs @p work in the background and @p then on the main thread with its result, unless @p context is gone
+/// by then. Main thread.
+template <typename Work, typename Then> void inBackgroundThen(QObject *context, Work work, Then then)
+{
+    inBackground([guard = QPointer<QObject>(context), work = std::move(work), then = std::move(then)] {
+        const auto result = work();
+        onMain(QCoreApplication::instance(), [guard, then, result] {
+            if (guard) {
+                then(result);
+            }
+        });
+    });
+}
+
+} // namespace brevok

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/RemovalRule.h"
+
+#include "catalogue/BrevokPackages.h"
+#include "foundation/Log.h"
+#include "install/InstallPaths.h"
+
+#include <algorithm>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// The maker's support packages never count as sharing a plug-in.
+bool isSupportPackage(const QString &prefix)
+{
+    return prefix == u"KM#xR57"_s || prefix == u"0xr5700"_s;
+}
+
+} // namespace
+
+bool mayRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
+    const CatalogueSnapshot &catalogue, const std::function<bool(const QString &path)> &exists)
+{
+    if (name.isEmpty() || pluginPath.isEmpty() || prefix.isEmpty()) {
+        logLine(
+            u"canRemovePlugin failed (%1, %2, %3)"_s.arg(orDash(name), orDash(pluginPath), orDash(prefix)));
+        return false;
+    }
+    const QString folder = deletingLastPathComponent(pluginPath);
+    return std::none_of(catalogue.packages.cbegin(), catalogue.packages.cend(), [&](const Record &package) {
+        const QString other = package.value(PackageKeys::prefix).toString();
+        if (other == prefix || isSupportPackage(other)) {
+            return false;
+        }
+        const QList<Record> definitions = catalogue.definitions.value(other);
+        const auto sharesPlugin = [&](const Record &definition) {
+            return definition.value(PluginKeys::name).toString() == name;
+        };
+        const auto isInstalled = [&](const Record &definition) {
+            return exists(
+                folder + u'/' + definition.value(PluginKeys::name).toString() + u".InDesignPlugin"_s);
+        };
+        return std::any_of(definitions.cbegin(), definitions.cend(), sharesPlugin)
+            && std::all_of(definitions.cbegin(), definitions.cend(), isInstalled);
+    });
+}
+
+} // namespace brevok

@@ -1,0 +1,72 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/RemoveOperation.h"
+
+#include "catalogue/StatusRun.h"
+#include "foundation/Log.h"
+#include "install/BrevokAppInstaller.h"
+#include "install/CommandQueue.h"
+#include "install/InstallPaths.h"
+#include "targets/BrevokTargetApps.h"
+
+namespace brevok {
+
+void RemoveOperation::begin()
+{
+    QList<Candidate> candidates;
+    QList<RemovalQuestion> questions;
+    QSet<QString> refused;
+    const QList<Record> records = definitions();
+    const QList<Record> targets = m_with.targets.validTargets().values();
+    for (const Record &target : targets) {
+        const QString path = nonEmptyString(target.value(TargetKeys::path));
+        for (const Record &record : path.isEmpty() ? QList<Record>() : records) {
+            const QString name = record.value(PluginKeys::name).toString();
+            if (!name.isEmpty() && !isPlainFileName(name)) {
+                refused.insert(name);
+                continue;
+            }
+            const QString pluginPath = installedPluginPath(path, name);
+            candidates.append({buildKey(record), pluginPath});
+            questions.append({name, pluginPath, m_prefix});
+        }
+    }
+    for (const QString &name : std::as_const(refused)) {
+        m_outcome.failures.append(nameRefused(name));
+        logError(m_outcome.failures.constLast());
+    }
+    m_with.installer.canRemovePlugins(questions, this,
+        [this, candidates](const QList<bool> &answers) { queueRemovals(candidates, answers); });
+}
+
+void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QList<bool> &answers)
+{
+    m_with.plugins.change([&] {
+        for (qsizetype i = 0; i < candidates.size(); ++i) {
+            const DefinitionPtr shared = answers[i] ? definition(candidates[i].key) : nullptr;
+            if (shared) {
+                appendCommand(shared->record, removalCommand(candidates[i].pluginPath));
+                m_removals.append(candidates[i].key);
+            }
+        }
+    });
+    m_outcome.planned = static_cast<int>(m_removals.size());
+    removeNext();
+}
+
+void RemoveOperation::removeNext()
+{
+    if (m_removals.isEmpty()) {
+        announceChange();
+        Q_EMIT finished();
+        return;
+    }
+    m_with.installer.removePlugin(
+        m_removals.takeFirst(), m_package, this, [this](const CommandResult &result) {
+            m_outcome.failures += result.failures;
+            removeNext();
+        });
+}
+
+} // namespace brevok

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helper/BrevokInstaller.h"
+
+#include <QStringList>
+
+namespace brevok::testing {
+
+/// A running helper: the real operations, unless the test scripts the answers.
+class HelperProxy final : public BrevokInstaller {
+public:
+    HelperProxy(FileOperations &files, int version)
+        : BrevokInstaller(files)
+        , m_version(version)
+    {
+    }
+
+    struct Answer {
+        bool yes = true;
+        std::optional<BrevokError> error;
+    };
+    std::optional<Answer> scripted; ///< of installs and removals; nothing is done then
+
+    [[nodiscard]] int version() override { return m_version; }
+    [[nodiscard]] bool installPluginFromSource(
+        const QString &source, const QString &target, quint32 user, ErrorSlot error) override
+    {
+        if (!scripted || target.endsWith(QStringLiteral(".xml"))) {
+            return BrevokInstaller::installPluginFromSource(source, target, user, error);
+        }
+        *error = scripted->error;
+        return scripted->yes;
+    }
+    [[nodiscard]] bool removeItemAtPath(const QString &path, ErrorSlot error) override
+    {
+        if (!scripted) {
+            return BrevokInstaller::removeItemAtPath(path, error);
+        }
+        *error = scripted->error;
+        return scripted->yes;
+    }
+
+private:
+    int m_version;
+};
+
+/// A system where the helper is in the state that the test says.
+class FakeHelperTool final : public HelperTool {
+public:
+    Connection state;
+    int authorization = 0;
+    int externalForm = 0;
+    bool removes = true;
+    bool blesses = true;
+    QStringList calls;
+
+    [[nodiscard]] Connection connection() override { return state; }
+    [[nodiscard]] int createAuthorization() override
+    {
+        calls.append(QStringLiteral("authorize"));
+        return authorization;
+    }
+    [[nodiscard]] int makeExternalForm() override
+    {
+        calls.append(QStringLiteral("externalForm"));
+        return externalForm;
+    }
+    [[nodiscard]] bool removeJob(std::optional<BrevokError> *error) override
+    {
+        calls.append(QStringLiteral("remove"));
+        return said(removes, error);
+    }
+    [[nodiscard]] bool bless(std::optional<BrevokError> *error) override
+    {
+        calls.append(QStringLiteral("bless"));
+        return said(blesses, error);
+    }
+
+private:
+    static bool said(bool yes, std::optional<BrevokError> *error)
+    {
+        if (!yes) {
+            *error = BrevokError{.description = QStringLiteral("not today")};
+        }
+        return yes;
+    }
+};
+
+} // namespace brevok::testing

@@ -1,0 +1,129 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/BrevokAlertQueue.h"
+#include "catalogue/BrevokPackages.h"
+#include "FakeHelperTool.h"
+#include "install/BrevokAppInstaller.h"
+#include "install/InstallFlow.h"
+#include "platform/linux/LinuxFileOperations.h"
+#include "support/FakePlatform.h"
+#include "support/FakeServiceClient.h"
+#include "support/LogCapture.h"
+#include "support/MemorySettingsStore.h"
+#include "support/SampleBundles.h"
+#include "support/ScriptedAlertPresenter.h"
+#include "support/ZipWriter.h"
+#include "targets/BrevokTargetApps.h"
+
+#include <QJsonArray>
+#include <QTemporaryDir>
+
+#include <unistd.h>
+
+namespace brevok::testing {
+
+/// The whole of installing over real files; the service, the helper, the user and other programs are the
+/// test's.
+struct InstallRig {
+    Q_DISABLE_COPY_MOVE(InstallRig)
+
+    InstallRig() { writeFile(workspace(), "<workspace/>"); }
+    ~InstallRig() { finishBackgroundWork(10000); }
+
+    QTemporaryDir folder;
+    QDateTime clock = QDateTime::currentDateTimeUtc();
+    LogCapture log;
+    MemorySettingsStore settings;
+    FakeServiceClient service;
+    ScriptedAlertPresenter presenter;
+    RecordingPanel panel;
+    BrevokAlertQueue alerts{presenter, panel};
+    FakeApplicationSearch search;
+    LinuxFileOperations files;
+    FakeHelperTool helper;
+    FakeRunningApplications applications;
+    BrevokTargetApps targets{settings, search};
+    BrevokPlugins plugins{settings, service, alerts};
+    BrevokPackages packages{{settings, service, alerts, plugins, targets, dataFolder(), &looksLikeImage}};
+    BrevokAppInstaller installer{
+        {files, helper, applications, settings, alerts, plugins, packages, workspace(), ::getuid(), [this] {
+             return clock;
+         }}};
+    InstallFlow flow{{plugins, packages, targets, installer, alerts, dataFolder()}};
+
+    [[nodiscard]] QString dataFolder() const { return folder.filePath(QStringLiteral("data")); }
+    [[nodiscard]] QString workspace() const { return folder.filePath(QStringLiteral("Tolvane.xml")); }
+
+    /// A host application on disk as an enabled target; returns its path.
+    QString addTarget(const QString &name, const QString &version)
+    {
+        const QString path = writeHostApplication(
+            folder.filePath(QStringLiteral("Apps")), name, version + QStringLiteral("00"));
+        targets.insertTarget(path, QStringLiteral("InDesign"), version);
+        return path;
+    }
+    /// A build as the service lists it, for a host version such as 140.
+    static QJsonObject build(const QString &prefix, const QString &name, int host,
+        const QString &version = QStringLiteral("2.0"), qint64 size = 0)
+    {
+        return {{PluginKeys::name, name}, {PluginKeys::prefix, prefix}, {PluginKeys::version, version},
+            {PluginKeys::hostVersion, host}, {PluginKeys::platform, QStringLiteral("Mac")},
+            {PluginKeys::link, QStringLiteral("http://host/%1-%2.zip").arg(name).arg(host)},
+            {PluginKeys::published, QStringLiteral("now")},
+            {PluginKeys::size, size > 0 ? size : archiveOf(name, host, version).size()}};
+    }
+    static QByteArray archiveOf(const QString &name, int host, const QString &version = QStringLiteral("2.0"))
+    {
+        return pluginArchive(name.toUtf8(),
+            propertyList({{QStringLiteral("CFBundleShortVersionString"), version},
+                {QStringLiteral("TolvaneHostAppShortVersion"),
+                    QStringLiteral("%1.%2").arg(host / 10).arg(host % 10)}}),
+            "code");
+    }
+    void addPackage(const QString &name, const QString &prefix)
+    {
+        packages.updateWithArray({QJsonObject{{PackageKeys::name, name}, {PackageKeys::prefix, prefix},
+            {PackageKeys::version, QStringLiteral("1")}, {PackageKeys::published, QStringLiteral("now")},
+            {PackageKeys::platform, QStringLiteral("Mac")}}});
+    }
+    [[nodiscard]] Record package(const QString &prefix) const
+    {
+        const QList<Record> records = packages.packageRecords();
+        for (const Record &record : records) {
+            if (record.value(PackageKeys::prefix).toString() == prefix) {
+                return record;
+            }
+        }
+        return {};
+    }
+    [[nodiscard]] Record record(const QString &key) const
+    {
+        const DefinitionPtr definition = plugins.definition(key);
+        return definition ? definition->record : Record();
+    }
+    /// The definition as the next start of the program would find it.
+    [[nodiscard]] Record stored(const QString &prefix, qsizetype index) const
+    {
+        return unarchived(settings.dataValue(QStringLiteral("OrlecPluginsData")))
+            .toObject()
+            .value(prefix)
+            .toArray()
+            .at(index)
+            .toObject();
+    }
+    /// Answers the oldest download with @p body as the service client does.
+    void answerDownload(const QByteArray &body)
+    {
+        const auto request = service.downloads.takeFirst();
+        const bool whole = body.size() == request.expectedSize;
+        const bool stored = whole && writeFile(request.destination, body);
+        request.handler({body.size(), stored,
+            whole ? std::nullopt
+                  : std::optional(BrevokError{.description = QStringLiteral("wrong length")})});
+    }
+};
+
+} // namespace brevok::testing

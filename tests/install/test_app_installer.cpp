@@ -1,0 +1,403 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "InstallRig.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+class AppInstallerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    void helperIsKeptReplacedOrInstalled_data();
+    void helperIsKeptReplacedOrInstalled();
+    void helperIsUsedWhereItCanBe_data();
+    void helperIsUsedWhereItCanBe();
+    void commandsAreCarriedOutOneByOne();
+    void archiveThatHoldsSomethingElseIsAFailure();
+    void answersAreCollected_data();
+    void answersAreCollected();
+    void runningApplicationIsMentionedOncePerMinute();
+    void removalFromARunningApplication();
+    void skippedCommandsTouchNothing();
+    void sharedPluginsStay_data();
+    void sharedPluginsStay();
+
+private:
+    /// Queues commands of the one build of prefix "P" and carries out those of that kind.
+    static CommandResult carryOut(
+        InstallRig &rig, bool installs, const QList<QJsonArray> &commands, bool skip = false)
+    {
+        QJsonArray queue;
+        for (const QJsonArray &command : commands) {
+            queue.append(command);
+        }
+        rig.plugins.change(
+            [&] { rig.plugins.definition(key)->record.insert(PluginKeys::commandQueue, queue); });
+        CommandResult result;
+        bool ended = false;
+        const auto done = [&](const CommandResult &its) {
+            result = its;
+            ended = true;
+        };
+        const Record package{{PackageKeys::name, u"Pack"_s}, {PackageKeys::prefix, u"P"_s}};
+        if (installs) {
+            rig.installer.installPlugin(key, package, skip, &rig.flow, done);
+        } else {
+            rig.installer.removePlugin(key, package, &rig.flow, done);
+        }
+        [&] {
+            QTRY_VERIFY(ended);
+        }();
+        return result;
+    }
+    static QJsonArray installOf(const QString &plugin, const QString &archive)
+    {
+        return {u"installStart"_s, plugin, archive};
+    }
+    static QJsonArray removalOf(const QString &plugin) { return {u"removeStart"_s, plugin}; }
+
+    inline static const QString key = u"140:Plug_2.0"_s;
+};
+
+namespace {
+
+// A rig with one build, its archive, and one target.
+struct OneBuild : InstallRig {
+    OneBuild()
+    {
+        plugins.updateWithArray({build(u"P"_s, u"Plug"_s, 140)});
+        writeFile(archive, archiveOf(u"Plug"_s, 140));
+    }
+    QString archive = folder.filePath(u"data/140/Plug.zip"_s);
+    QString target = addTarget(u"InDesign 2019"_s, u"140"_s);
+    QString plugin = target + u"/Tolvane/Plug.InDesignPlugin"_s;
+    QString application = folder.filePath(u"Apps/InDesign 2019"_s);
+    QString workspaceThere = application + u"/Presets/InDesign Workspaces/Tolvane.xml"_s;
+
+    void run(qint64 processId)
+    {
+        applications.running = {{.processId = processId,
+            .localizedName = u"InDesign"_s,
+            .bundlePath = application + u"/InDesign 2019.app"_s,
+            .bundleVersion = u"14012"_s}};
+    }
+};
+
+} // namespace
+
+void AppInstallerTest::helperIsKeptReplacedOrInstalled_data()
+{
+    QTest::addColumn<int>("version"); // 0: no helper answers
+    QTest::addColumn<QString>("failing");
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<QStringList>("calls");
+    QTest::addColumn<QStringList>("lines");
+    const QString start = u"start helper"_s;
+    const QString running = u"up to date version already running"_s;
+    const QString updated = u"updated and restarted"_s;
+    QTest::addRow("current") << 15 << QString() << true << QStringList() << QStringList{start, running};
+    QTest::addRow("newer") << 16 << QString() << true << QStringList() << QStringList{start, running};
+    QTest::addRow("older") << 14 << QString() << true
+                           << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s, u"bless"_s}
+                           << QStringList{start, updated};
+    QTest::addRow("none") << 0 << QString() << true
+                          << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
+                          << QStringList{start, updated};
+    QTest::addRow("no rights") << 14 << u"authorize"_s << false << QStringList{u"authorize"_s}
+                               << QStringList{start, u"AuthorizationCreate failed! -60006\n"_s};
+    QTest::addRow("no external form")
+        << 14 << u"externalForm"_s << false << QStringList{u"authorize"_s, u"externalForm"_s}
+        << QStringList{start, u"AuthorizationMakeExternalForm failed! -60006\n"_s};
+    QTest::addRow("not removed") << 14 << u"remove"_s << false
+                                 << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s}
+                                 << QStringList{start, u"Failed to remove installer helper!\n"_s,
+                                        u"Error: not today"_s};
+    QTest::addRow("not installed") << 0 << u"bless"_s << false
+                                   << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
+                                   << QStringList{start, u"Failed to install installer helper!\n"_s,
+                                          u"Error: not today"_s};
+}
+
+void AppInstallerTest::helperIsKeptReplacedOrInstalled()
+{
+    QFETCH(int, version);
+    QFETCH(QString, failing);
+    QFETCH(bool, valid);
+    QFETCH(QStringList, calls);
+    QFETCH(QStringList, lines);
+    InstallRig rig;
+    if (version > 0) {
+        rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, version), true};
+    }
+    rig.helper.authorization = failing == u"authorize"_s ? -60006 : 0;
+    rig.helper.externalForm = failing == u"externalForm"_s ? -60006 : 0;
+    rig.helper.removes = failing != u"remove"_s;
+    rig.helper.blesses = failing != u"bless"_s;
+    LogCapture::clear();
+    // The first job checks the helper, once.
+    bool ended = false;
+    rig.installer.canRemovePlugins({}, this, [&](const QList<bool> &) { ended = true; });
+    QTRY_VERIFY(ended);
+    QCOMPARE(rig.installer.valid(), valid);
+    QCOMPARE(rig.helper.calls, calls);
+    QCOMPARE(LogCapture::lines().first(lines.size()), lines);
+    ended = false;
+    rig.installer.canRemovePlugins({}, this, [&](const QList<bool> &) { ended = true; });
+    QTRY_VERIFY(ended);
+    QCOMPARE(rig.helper.calls, calls);
+}
+
+void AppInstallerTest::helperIsUsedWhereItCanBe_data()
+{
+    QTest::addColumn<bool>("valid");
+    QTest::addColumn<bool>("connected");
+    QTest::addColumn<bool>("proxy");
+    QTest::addColumn<bool>("installs");
+    QTest::addColumn<QString>("line");
+    QTest::addRow("all well") << true << true << true << true << QString();
+    QTest::addRow("invalid") << false << true << true << true << u"Installer helper invalid!"_s;
+    QTest::addRow("unreachable") << true << false << false << false
+                                 << u"Installer helper connection failed!"_s;
+    QTest::addRow("no proxy") << true << true << false << false << u"Installer helper failed to get proxy!"_s;
+    QTest::addRow("other interface")
+        << true << true << true << false
+        << u"Installer helper is missing selector 'installPluginFromSource:target:user:error:'!"_s;
+}
+
+void AppInstallerTest::helperIsUsedWhereItCanBe()
+{
+    QFETCH(bool, valid);
+    QFETCH(bool, connected);
+    QFETCH(bool, proxy);
+    QFETCH(bool, installs);
+    QFETCH(QString, line);
+    InstallRig rig;
+    rig.helper.blesses = valid;
+    bool ended = false;
+    rig.installer.canRemovePlugins({}, this, [&](const QList<bool> &) { ended = true; });
+    QTRY_VERIFY(ended);
+    const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
+    rig.helper.state = {connected, proxy ? helper : nullptr, installs};
+    for (int call = 0; call < 2; ++call) {
+        LogCapture::clear();
+        const auto chosen = rig.installer.installer();
+        const bool falls = !line.isEmpty();
+        QCOMPARE(chosen.get() == static_cast<InstallerOperations *>(&rig.installer), falls);
+        QCOMPARE(chosen == helper, !falls);
+        QCOMPARE(
+            LogCapture::lines(), falls ? QStringList({line, u"Using Installer Fallback!"_s}) : QStringList());
+    }
+}
+
+void AppInstallerTest::commandsAreCarriedOutOneByOne()
+{
+    OneBuild rig;
+    const QString second = rig.addTarget(u"InDesign 2019 b"_s, u"140"_s) + u"/Tolvane/Plug.InDesignPlugin"_s;
+    rig.settings.setValue(u"OrlecNotifiedPackages"_s, QStringList{u"Other"_s, u"Pack"_s});
+    QList<QStringList> notified;
+    QObject::connect(&rig.settings, &SettingsStore::changed, &rig.flow, [&](const QString &changed) {
+        if (changed == u"OrlecNotifiedPackages"_s) {
+            notified.append(rig.settings.stringListValue(changed));
+        }
+    });
+    const QJsonArray left{u"installStart"_s, u"too short"_s};
+    QList<qsizetype> stored;
+    QObject::connect(&rig.plugins, &BrevokPlugins::pluginsChanged, &rig.flow,
+        [&] { stored.append(rig.stored(u"P"_s, 0).value(PluginKeys::commandQueue).toArray().size()); });
+    const CommandResult result = carryOut(rig, true,
+        {left, installOf(rig.plugin, rig.archive), removalOf(u"/nowhere"_s), installOf(second, rig.archive)});
+    QVERIFY(result.errors.isEmpty() && result.failures.isEmpty());
+    QVERIFY(QFile::exists(rig.plugin + u"/Contents/Info.plist"_s));
+    QVERIFY(QFile::exists(second + u"/Contents/Info.plist"_s));
+    QVERIFY(QFile::exists(rig.workspaceThere));
+    // Stored before the next one begins; commands of another kind or form stay.
+    QCOMPARE(stored, (QList<qsizetype>{4, 3, 2}));
+    QCOMPARE(rig.record(key).value(PluginKeys::commandQueue).toArray(),
+        (QJsonArray{left, removalOf(u"/nowhere"_s)}));
+    QCOMPARE(notified.value(0), QStringList{u"Other"_s});
+
+    // The workspace is written once: the refusal to replace it is no failure.
+    writeFile(rig.workspaceThere, "the user's own");
+    const CommandResult again = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
+    QVERIFY(again.errors.isEmpty() && again.failures.isEmpty());
+    QVERIFY(LogCapture::mentions(u"remove item at path failed, wrong data"_s));
+    QFile workspace(rig.workspaceThere);
+    QVERIFY(workspace.open(QIODevice::ReadOnly));
+    QCOMPARE(workspace.readAll(), "the user's own");
+}
+
+void AppInstallerTest::archiveThatHoldsSomethingElseIsAFailure()
+{
+    OneBuild rig;
+    writeFile(rig.archive, InstallRig::archiveOf(u"Stranger"_s, 140));
+    const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
+    QVERIFY(result.errors.isEmpty());
+    QCOMPARE(result.failures.size(), 1);
+    QVERIFY(result.failures[0].description.contains(rig.plugin));
+    QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
+}
+
+void AppInstallerTest::answersAreCollected_data()
+{
+    QTest::addColumn<bool>("installs");
+    QTest::addColumn<bool>("yes");
+    QTest::addColumn<bool>("error");
+    QTest::addColumn<int>("errors");
+    QTest::addColumn<int>("failures");
+    for (const bool installs : {true, false}) {
+        const char *what = installs ? "install" : "removal";
+        QTest::addRow("%s: yes, with an error", what) << installs << true << true << 1 << 1;
+        QTest::addRow("%s: no, with an error", what) << installs << false << true << 0 << 1;
+        QTest::addRow("%s: no, without one", what) << installs << false << false << 0 << 1;
+        QTest::addRow("%s: yes", what) << installs << true << false << 0 << 0;
+    }
+}
+
+void AppInstallerTest::answersAreCollected()
+{
+    QFETCH(bool, installs);
+    QFETCH(bool, yes);
+    QFETCH(bool, error);
+    QFETCH(int, errors);
+    QFETCH(int, failures);
+    OneBuild rig;
+    writeInstalledPlugin(rig.target, u"Plug"_s, u"1.0"_s, u"14.0"_s);
+    const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
+    helper->scripted = {yes, error ? std::optional(BrevokError{.description = u"hm"_s}) : std::nullopt};
+    rig.helper.state = {true, helper, true};
+    const CommandResult result =
+        carryOut(rig, installs, {installs ? installOf(rig.plugin, rig.archive) : removalOf(rig.plugin)});
+    QCOMPARE(result.errors.size(), errors);
+    QCOMPARE(result.failures.size(), failures);
+    QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
+}
+
+void AppInstallerTest::runningApplicationIsMentionedOncePerMinute()
+{
+    OneBuild rig;
+    rig.run(4711);
+    rig.presenter.answer = alertSecondButton;
+    const QString dateKey = u"OrlecInstallNotificationDate"_s + rig.application;
+    const auto install = [&](int secondsLater) {
+        rig.clock = rig.clock.addSecs(secondsLater);
+        const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
+        QCoreApplication::processEvents();
+        QVERIFY(result.failures.isEmpty());
+        QCOMPARE(rig.settings.dateValue(dateKey), rig.clock);
+    };
+    install(0);
+    QCOMPARE(rig.presenter.shown.size(), 1);
+    const AlertContent alert = rig.presenter.shown[0];
+    QCOMPARE(alert.messageText, u"Adobe InDesign CC is running."_s);
+    QCOMPARE(alert.informativeText,
+        u"To take advantage of newly installed Plug-Ins, restart InDesign.\n\nDo you want to quit InDesign "
+        "now or do it yourself later?."_s);
+    QCOMPARE(alert.style, AlertStyle::Informational);
+    QCOMPARE(alert.buttons.size(), 2);
+    QCOMPARE(alert.buttons[0].title, u"Continue"_s);
+    QCOMPARE(alert.buttons[1].title, u"Quit InDesign"_s);
+    QCOMPARE(rig.applications.terminated, QList<qint64>{4711});
+    QVERIFY(QFile::exists(rig.plugin));
+
+    // Every install moves the date, so the minute starts again and again; exactly 60 seconds are not more.
+    rig.presenter.answer = alertFirstButton;
+    for (const int seconds : {30, 50, 60}) {
+        install(seconds);
+        QCOMPARE(rig.presenter.shown.size(), 1);
+    }
+    // The alert queue lets the same text through again a moment after the last one has gone.
+    rig.alerts.removeFromQueue(*alert.messageText + *alert.informativeText);
+    install(61);
+    QCOMPARE(rig.presenter.shown.size(), 2);
+    QCOMPARE(rig.applications.terminated.size(), 1);
+}
+
+void AppInstallerTest::removalFromARunningApplication()
+{
+    OneBuild rig;
+    rig.run(12);
+    writeInstalledPlugin(rig.target, u"Plug"_s, u"1.0"_s, u"14.0"_s);
+    const CommandResult result = carryOut(
+        rig, false, {removalOf(rig.target + u"/Tolvane/Gone.InDesignPlugin"_s), removalOf(rig.plugin)});
+    QTRY_COMPARE(rig.presenter.shown.size(), 1);
+    QVERIFY(result.failures.isEmpty());
+    QVERIFY(!QFile::exists(rig.plugin));
+    QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
+    const AlertContent alert = rig.presenter.shown[0];
+    QCOMPARE(alert.informativeText,
+        u"Removing Plug-Ins from running Adobe InDesign can lead to unexpected behaviour, you should quit "
+        "InDesign before proceeding."_s);
+    QCOMPARE(alert.buttons[0].title, u"Quit InDesign"_s);
+    QCOMPARE(alert.buttons[1].title, u"Continue"_s);
+    QCOMPARE(rig.applications.terminated, QList<qint64>{12});
+}
+
+void AppInstallerTest::skippedCommandsTouchNothing()
+{
+    OneBuild rig;
+    rig.run(12);
+    const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)}, true);
+    QCoreApplication::processEvents();
+    QVERIFY(result.failures.isEmpty() && rig.presenter.shown.isEmpty());
+    QVERIFY(!QFile::exists(rig.plugin));
+    QVERIFY(!QFile::exists(rig.workspaceThere));
+    QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
+}
+
+void AppInstallerTest::sharedPluginsStay_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("prefix");
+    QTest::addColumn<QStringList>("installed");
+    QTest::addColumn<QString>("otherPrefix");
+    QTest::addColumn<bool>("removable");
+    const QString path = u"/T/Tolvane/Plug.InDesignPlugin"_s;
+    const QStringList all{u"Plug"_s, u"Extra"_s};
+    const auto row = [](const char *name) -> QTestData & {
+        return QTest::addRow("%s", name);
+    };
+    row("other package complete") << u"Plug"_s << path << u"P"_s << all << u"Q"_s << false;
+    row("other package lacks one") << u"Plug"_s << path << u"P"_s << QStringList{u"Plug"_s} << u"Q"_s << true;
+    row("not in the other package") << u"Own"_s << path << u"P"_s << all << u"Q"_s << true;
+    row("the package itself") << u"Plug"_s << path << u"Q"_s << all << u"Q"_s << true;
+    row("support package") << u"Plug"_s << path << u"P"_s << all << u"KM#xR57"_s << true;
+    row("other support package") << u"Plug"_s << path << u"P"_s << all << u"0xr5700"_s << true;
+    row("no name") << QString() << path << u"P"_s << QStringList() << u"Q"_s << false;
+    row("no path") << u"Plug"_s << QString() << u"P"_s << QStringList() << u"Q"_s << false;
+    row("no prefix") << u"Plug"_s << path << QString() << QStringList() << u"Q"_s << false;
+}
+
+void AppInstallerTest::sharedPluginsStay()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, path);
+    QFETCH(QString, prefix);
+    QFETCH(QStringList, installed);
+    QFETCH(QString, otherPrefix);
+    QFETCH(bool, removable);
+    const LogCapture log;
+    const CatalogueSnapshot catalogue{{{{PackageKeys::prefix, u"P"_s}}, {{PackageKeys::prefix, otherPrefix}}},
+        {{u"P"_s, {{{PluginKeys::name, u"Own"_s}}}},
+            {otherPrefix, {{{PluginKeys::name, u"Plug"_s}}, {{PluginKeys::name, u"Extra"_s}}}}}};
+    const auto exists = [&](const QString &asked) {
+        return installed.contains(QString(asked).remove(u"/T/Tolvane/"_s).remove(u".InDesignPlugin"_s));
+    };
+    QCOMPARE(mayRemovePlugin(name, path, prefix, catalogue, exists), removable);
+    const bool missing = name.isEmpty() || path.isEmpty() || prefix.isEmpty();
+    QCOMPARE(LogCapture::lines().size(), missing ? 1 : 0);
+    if (name.isEmpty()) {
+        QCOMPARE(LogCapture::lines()[0], u"canRemovePlugin failed (-, %1, P)"_s.arg(path));
+    }
+}
+
+QTEST_GUILESS_MAIN(AppInstallerTest)
+#include "test_app_installer.moc"

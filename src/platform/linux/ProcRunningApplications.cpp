@@ -17,8 +17,11 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <sys/pidfd.h>
 #include <sys/stat.h>
+// The C library of Debian 12 leaves the linkage out of this header.
+extern "C" {
+#include <sys/pidfd.h>
+}
 
 namespace brevok {
 

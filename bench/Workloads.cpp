@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "Workloads.h"
+
+#include "foundation/Tasks.h"
+#include "platform/linux/FileSettingsStore.h"
+#include "support/SampleBundles.h"
+
+#include <QEventLoop>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <plist/plist.h>
+
+namespace brevok::bench {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int hostVersions[] = {75, 80, 140, 150, 160, 163, 170, 180, 190, 200};
+
+Record definition(int number, int hostVersion)
+{
+    return {
+        {PluginKeys::name, u"Plugin %1"_s.arg(number)},
+        {PluginKeys::prefix, u"0x%1"_s.arg(number, 6, 16, QChar(u'0'))},
+        {PluginKeys::version, u"2.%1.0"_s.arg(number % 17)},
+        {PluginKeys::hostVersion, hostVersion},
+        {PluginKeys::size, 1000000 + number},
+        {PluginKeys::link, u"https://localhost/archives/%1/Plugin%2.zip"_s.arg(hostVersion).arg(number)},
+        {PluginKeys::published, u"2026-03-14T09:26:53Z"_s},
+        {PluginKeys::platform, PluginKeys::mac},
+    };
+}
+
+} // namespace
+
+QByteArray pluginList(int count)
+{
+    QJsonArray list;
+    for (int i = 0; i < count; ++i) {
+        list.append(definition(i / 10, hostVersions[i % 10]));
+    }
+    return QJsonDocument(list).toJson(QJsonDocument::Compact);
+}
+
+ListWorkload::ListWorkload() = default;
+
+qsizetype ListWorkload::run(const QByteArray &list)
+{
+    FileSettingsStore settings(m_folder.filePath(u"store-%1.conf"_s.arg(++m_runs)));
+    BrevokPlugins plugins(settings, m_service, m_alerts);
+    ServiceReply reply;
+    reply.status = 200;
+    reply.body = list;
+    m_service.answerList(reply);
+    return plugins.pluginIndex().size();
+}
+
+StatusWorkload::StatusWorkload()
+{
+    constexpr int packageCount = 300;
+    QJsonArray builds;
+    QJsonArray products;
+    for (int package = 0; package < packageCount; ++package) {
+        for (const int hostVersion : hostVersions) {
+            builds.append(definition(package, hostVersion));
+        }
+        products.append(Record{{PackageKeys::name, u"Package %1"_s.arg(package)},
+            {PackageKeys::prefix, u"0x%1"_s.arg(package, 6, 16, QChar(u'0'))},
+            {PackageKeys::version, u"2.0"_s}, {PackageKeys::published, u"2026"_s},
+            {PackageKeys::platform, PluginKeys::mac}});
+    }
+    m_settings.setValue(u"OrlecTargetsGathered"_s, true);
+    m_alerts.emplace(m_presenter, m_panel);
+    m_targets.emplace(m_settings, m_search);
+    for (const int hostVersion : hostVersions) {
+        const QString target = m_folder.filePath(u"%1/Plug-Ins/"_s.arg(hostVersion));
+        m_targets->insertTarget(target, u"Adobe InDesign"_s, QString::number(hostVersion));
+        for (int package = 0; package < packageCount; ++package) {
+            const QString bundle = testing::writeInstalledPlugin(target, u"Plugin %1"_s.arg(package),
+                u"2.%1.0"_s.arg(package % 17), u"%1.%2"_s.arg(hostVersion / 10).arg(hostVersion % 10));
+            m_propertyLists.append(bundle + u"/Contents/Info.plist"_s);
+        }
+    }
+    m_plugins.emplace(m_settings, m_service, *m_alerts);
+    m_plugins->updateWithArray(builds);
+    m_packages.emplace(BrevokPackages::Collaborators{
+        m_settings, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
+    m_packages->updateWithArray(products);
+    run();
+}
+
+qsizetype StatusWorkload::run()
+{
+    QEventLoop loop;
+    QObject::connect(&*m_packages, &BrevokPackages::statusesSettled, &loop, &QEventLoop::quit);
+    m_packages->calculatePackageStatuses();
+    loop.exec();
+    return std::count(
+        m_packages->packagesStatus().cbegin(), m_packages->packagesStatus().cend(), PackageStatus::UpToDate);
+}
+
+qsizetype StatusWorkload::readPropertyLists() const
+{
+    qsizetype count = 0;
+    for (const QString &path : m_propertyLists) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly)) {
+            continue;
+        }
+        const QByteArray data = file.readAll();
+        plist_t list = nullptr;
+        plist_from_memory(data.constData(), static_cast<uint32_t>(data.size()), &list);
+        count += list != nullptr && plist_get_node_type(list) == PLIST_DICT ? 1 : 0;
+        plist_free(list);
+    }
+    return count;
+}
+
+} // namespace brevok::bench

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/BrevokAlertQueue.h"
+#include "catalogue/BrevokPackages.h"
+#include "support/FakePlatform.h"
+#include "support/FakeServiceClient.h"
+#include "support/MemorySettingsStore.h"
+#include "support/ScriptedAlertPresenter.h"
+#include "targets/BrevokTargetApps.h"
+
+#include <QTemporaryDir>
+
+namespace brevok::bench {
+
+/// A list of plug-ins as the service sends it, with @p count elements.
+[[nodiscard]] QByteArray pluginList(int count);
+
+/// Decodes, validates, merges and stores a plug-in list, with settings kept on disk.
+class ListWorkload {
+public:
+    ListWorkload();
+    /// @return how many definitions are stored
+    qsizetype run(const QByteArray &list);
+
+private:
+    QTemporaryDir m_folder;
+    testing::FakeServiceClient m_service;
+    testing::ScriptedAlertPresenter m_presenter;
+    testing::RecordingPanel m_panel;
+    BrevokAlertQueue m_alerts{m_presenter, m_panel};
+    int m_runs = 0;
+};
+
+/// 300 packages over 10 targets with 3,000 installed bundles on disk.
+class StatusWorkload {
+public:
+    StatusWorkload();
+    /// Calculates every status. @return how many packages are up to date
+    qsizetype run();
+    /// The paths of all property lists that run() reads.
+    [[nodiscard]] const QStringList &propertyLists() const { return m_propertyLists; }
+    /// Reads each of them once with libplist alone. @return how many dictionaries were read
+    qsizetype readPropertyLists() const;
+
+private:
+    QTemporaryDir m_folder;
+    QStringList m_propertyLists;
+    testing::MemorySettingsStore m_settings;
+    testing::FakeServiceClient m_service;
+    testing::FakeApplicationSearch m_search;
+    testing::ScriptedAlertPresenter m_presenter;
+    testing::RecordingPanel m_panel;
+    std::optional<BrevokAlertQueue> m_alerts;
+    std::optional<BrevokTargetApps> m_targets;
+    std::optional<BrevokPlugins> m_plugins;
+    std::optional<BrevokPackages> m_packages;
+};
+
+} // namespace brevok::bench

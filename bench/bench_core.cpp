@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+// Each benchmark of ours stands beside its yardstick; run with random interleaving, their repetitions are
+// pairs.
+
+#include "Workloads.h"
+
+#include <benchmark/benchmark.h>
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+
+#include <cstdlib>
+
+using namespace brevok;
+
+namespace {
+
+constexpr int listLength = 20000;
+
+void require(bool condition)
+{
+    if (!condition) {
+        std::abort(); // a benchmark that measures nothing must not report
+    }
+}
+
+void pluginListYardstick(benchmark::State &state)
+{
+    const QByteArray list = bench::pluginList(listLength);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(QJsonDocument::fromJson(list));
+    }
+}
+
+void pluginListOurs(benchmark::State &state)
+{
+    const QByteArray list = bench::pluginList(listLength);
+    bench::ListWorkload workload;
+    for (auto _ : state) {
+        require(workload.run(list) == listLength / 10);
+    }
+}
+
+bench::StatusWorkload &statusWorkload()
+{
+    static bench::StatusWorkload workload;
+    return workload;
+}
+
+void statusYardstick(benchmark::State &state)
+{
+    const bench::StatusWorkload &workload = statusWorkload();
+    for (auto _ : state) {
+        require(workload.readPropertyLists() == 3000);
+    }
+}
+
+void statusOurs(benchmark::State &state)
+{
+    bench::StatusWorkload &workload = statusWorkload();
+    for (auto _ : state) {
+        require(workload.run() == 300);
+    }
+}
+
+BENCHMARK(pluginListYardstick)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(pluginListOurs)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(statusYardstick)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(statusOurs)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    benchmark::Shutdown();
+    return 0;
+}

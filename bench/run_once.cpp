@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "Workloads.h"
+
+#include <QCoreApplication>
+#include <QJsonDocument>
+
+#include <cstdio>
+
+using namespace brevok;
+
+// run_once WORKLOAD TIMES: prepares the workload and runs it that many times. The difference between two
+// counts of runs is the cost of the runs alone.
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList words = QCoreApplication::arguments();
+    const QString workload = words.value(1);
+    const int times = words.value(2).toInt();
+    qsizetype result = 0;
+    if (workload.startsWith(QLatin1StringView("list"))) {
+        const QByteArray list = bench::pluginList(20000);
+        bench::ListWorkload ours;
+        for (int i = 0; i < times; ++i) {
+            result += workload == QLatin1StringView("list-yardstick")
+                ? QJsonDocument::fromJson(list).array().size()
+                : ours.run(list);
+        }
+    } else {
+        bench::StatusWorkload ours;
+        for (int i = 0; i < times; ++i) {
+            result +=
+                workload == QLatin1StringView("status-yardstick") ? ours.readPropertyLists() : ours.run();
+        }
+    }
+    std::printf("%lld\n", static_cast<long long>(result));
+    return 0;
+}

@@ -1,0 +1,320 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/BrevokAppDelegate.h"
+
+#include "app/SettingsKeys.h"
+#include "app/Shared.h"
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "install/RunningTargets.h"
+#include "platform/ApplicationSearch.h"
+#include "platform/CurrentUser.h"
+#include "platform/DistributedNotifications.h"
+#include "platform/FileOperations.h"
+#include "platform/HelperTool.h"
+#include "platform/LoginItems.h"
+#include "platform/Platform.h"
+#include "platform/RouteLookup.h"
+#include "platform/RunningApplications.h"
+#include "platform/SelfUpdater.h"
+#include "platform/SettingsStore.h"
+
+#include <QTimer>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+BrevokAppDelegate *theDelegate = nullptr;
+
+const QString openPanelObject = u"openPanel"_s;
+const QString willTerminateObject = u"willTerminate"_s;
+
+} // namespace
+
+BrevokAppDelegate::BrevokAppDelegate(Environment environment, QObject *parent)
+    : QObject(parent)
+    , m_with(std::move(environment))
+    , m_shared(std::make_unique<Shared>())
+{
+    if (theDelegate == nullptr) {
+        theDelegate = this;
+    }
+}
+
+BrevokAppDelegate::~BrevokAppDelegate()
+{
+    if (theDelegate == this) {
+        theDelegate = nullptr;
+    }
+}
+
+BrevokAppDelegate *BrevokAppDelegate::appDelegate()
+{
+    return theDelegate;
+}
+
+void BrevokAppDelegate::applicationDidFinishLaunching()
+{
+    m_shared->alerts.emplace(m_with.presenter, static_cast<PanelKeeper &>(*this));
+    m_shared->control.emplace();
+    if (anotherCopyRuns()) {
+        giveWayToTheOtherCopy();
+        return;
+    }
+    registerDefaults();
+    moveKeysOfEarlierVersions(*m_with.platform.settings);
+    brevok::setLogLevel(logLevel());
+    redirectStandardError(m_with.folders.logFile());
+    createSharedObjects();
+    setStartAtLogin(m_with.platform.settings->boolValue(AppKeys::startAtLogin));
+    createMenubarController();
+    observeOtherProcesses();
+}
+
+bool BrevokAppDelegate::anotherCopyRuns()
+{
+    if (isAnyAppRunning(m_with.platform.runningApplications->list(), m_with.bundle.displayNames())) {
+        return true;
+    }
+    // Two copies started at the same moment may not see each other yet; only one of them gets the name.
+    return m_shared->control->publish(m_with.bundle.identifier()) == ControlService::Publication::NameTaken;
+}
+
+void BrevokAppDelegate::giveWayToTheOtherCopy()
+{
+    m_with.platform.notifications->post(m_with.bundle.identifier(), openPanelObject);
+    const std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_with.presenter);
+    alert->content = {
+        .messageText = Texts::tr("Another copy of Tolvane Brevok application is already running."),
+        .informativeText =
+            Texts::tr("Only one copy can be run at a time. Quit running Tolvane Brevok to run this "
+                      "copy of Tolvane Brevok application."),
+        .style = AlertStyle::Informational,
+        .icon = {},
+        .buttons = {{.title = Texts::tr("OK")}},
+        .accessory = {},
+    };
+    m_shared->alerts->runModal(*alert);
+    terminateSoon();
+}
+
+void BrevokAppDelegate::registerDefaults()
+{
+    const QString path = m_with.bundle.resourcePath(u"Brevok-Defaults"_s, u"plist"_s);
+    if (const std::optional<Record> defaults = readPropertyList(path)) {
+        m_with.platform.settings->registerDefaults(defaults->toVariantMap());
+    }
+    connect(m_with.platform.settings.get(), &SettingsStore::changed, this, [this](const QString &key) {
+        if (key == AppKeys::logLevel) {
+            brevok::setLogLevel(logLevel());
+        }
+    });
+}
+
+void BrevokAppDelegate::createSharedObjects()
+{
+    Shared &shared = *m_shared;
+    Platform &platform = m_with.platform;
+    shared.network.emplace(m_with.service);
+    shared.connectivity.emplace(*shared.network, *platform.routeLookup);
+
+    shared.targets.emplace(*platform.settings, *platform.applicationSearch);
+    connect(&*shared.targets, &BrevokTargetApps::reviewWanted, this,
+        [this] { m_with.surfaces.showTargetsPreferences(); });
+    shared.session.emplace(
+        *platform.settings, *shared.network, *shared.connectivity, *shared.alerts, *platform.selfUpdater);
+    shared.service.emplace(
+        *shared.network, [this] { return m_shared->session->sessionId(); },
+        [this] { return m_shared->connectivity->checkNetworkReachability(); });
+    shared.plugins.emplace(*platform.settings, *shared.service, *shared.alerts);
+    shared.packages.emplace(BrevokPackages::Collaborators{*platform.settings, *shared.service, *shared.alerts,
+        *shared.plugins, *shared.targets, m_with.folders.dataFolder(), looksLikeImage});
+    createInstaller();
+    connectSharedObjects();
+}
+
+void BrevokAppDelegate::createInstaller()
+{
+    Shared &shared = *m_shared;
+    Platform &platform = m_with.platform;
+    shared.installer.emplace(BrevokAppInstaller::Collaborators {
+        .files = *platform.fileOperations,
+        .helper = *platform.helperTool,
+        .applications = *platform.runningApplications,
+        .settings = *platform.settings,
+        .alerts = *shared.alerts,
+        .plugins = *shared.plugins,
+        .packages = *shared.packages,
+        .workspaceFile = m_with.bundle.resourcePath(u"Tolvane"_s, u"xml"_s),
+        .user = currentUserId(),
+    });
+    shared.flow.emplace(InstallFlow::Collaborators {*shared.plugins, *shared.packages, *shared.targets,
+        *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
+    shared.control->setCollaborators({*shared.session, *shared.plugins, *shared.packages, *shared.targets,
+        *shared.flow, *this, [this] { return m_shared->installer->valid(); }});
+}
+
+void BrevokAppDelegate::connectSharedObjects()
+{
+    Shared &shared = *m_shared;
+    connect(&*shared.packages, &BrevokPackages::updatesChanged, this, [this](int updates) {
+        if (m_menubarController) {
+            m_menubarController->setUpdates(updates);
+        }
+    });
+    connect(&*shared.packages, &BrevokPackages::updateProgressWanted, this,
+        [this] { m_with.surfaces.showUpdateProgress(); });
+    connect(&*shared.packages, &BrevokPackages::updateResult, this,
+        [this](
+            const QString &title, const QString &label) { m_with.surfaces.showUpdateResult(title, label); });
+    connect(&*shared.control, &ControlService::openPanelRequested, this,
+        [this] { panelController().openPanel(); });
+    connect(&*shared.control, &ControlService::quitRequested, this, &BrevokAppDelegate::terminateSoon);
+}
+
+void BrevokAppDelegate::createMenubarController()
+{
+    m_menubarController = m_with.surfaces.makeStatusItem();
+    m_menubarController->setUpdates(m_shared->packages->updates());
+}
+
+void BrevokAppDelegate::observeOtherProcesses()
+{
+    PanelSurface &panel = panelController();
+    DistributedNotifications &notifications = *m_with.platform.notifications;
+    connect(&notifications, &DistributedNotifications::posted, &panel,
+        [this, &panel](const QString &name, const QString &object) {
+            if (name == m_with.bundle.identifier() && object == openPanelObject) {
+                panel.openPanel();
+            }
+        });
+    notifications.observe(m_with.bundle.identifier(), openPanelObject);
+}
+
+bool BrevokAppDelegate::applicationShouldHandleReopen(bool)
+{
+    togglePanel();
+    return true;
+}
+
+bool BrevokAppDelegate::applicationShouldTerminate()
+{
+    m_with.platform.settings->synchronize();
+    m_with.platform.notifications->post(m_with.bundle.identifier(), willTerminateObject);
+    m_menubarController.reset();
+    return true;
+}
+
+void BrevokAppDelegate::terminateSoon()
+{
+    QTimer::singleShot(0, this, [this] {
+        if (applicationShouldTerminate()) {
+            QCoreApplication::quit();
+        }
+    });
+}
+
+void BrevokAppDelegate::togglePanel()
+{
+    const bool active = !m_menubarController->hasActiveIcon();
+    m_menubarController->setHasActiveIcon(active);
+    panelController().setHasActivePanel(active);
+}
+
+PanelSurface &BrevokAppDelegate::panelController()
+{
+    if (!m_panelController) {
+        m_panelController = m_with.surfaces.makePanel();
+        connect(m_panelController.get(), &PanelSurface::hasActivePanelChanged, this, [this](bool active) {
+            if (m_menubarController) {
+                m_menubarController->setHasActiveIcon(active);
+            }
+        });
+    }
+    return *m_panelController;
+}
+
+void BrevokAppDelegate::setKeepOpenPanel(bool keepOpen)
+{
+    panelController().setKeepOpenPanel(keepOpen);
+}
+
+QUrl BrevokAppDelegate::appURL() const
+{
+    return QUrl::fromLocalFile(m_with.bundle.bundlePath());
+}
+
+bool BrevokAppDelegate::willStartAtLogin(const QUrl &application) const
+{
+    return m_with.platform.loginItems->contains(application);
+}
+
+void BrevokAppDelegate::setStartAtLogin(const QUrl &application, bool enabled)
+{
+    LoginItems &items = *m_with.platform.loginItems;
+    const bool present = items.contains(application);
+    if (enabled && !present) {
+        items.insert(application);
+    } else if (!enabled && present) {
+        items.remove(application);
+    }
+}
+
+bool BrevokAppDelegate::startAtLogin() const
+{
+    return willStartAtLogin(appURL());
+}
+
+void BrevokAppDelegate::setStartAtLogin(bool enabled)
+{
+    Q_EMIT startAtLoginWillChange();
+    m_with.platform.settings->setValue(AppKeys::startAtLogin, enabled);
+    setStartAtLogin(appURL(), enabled);
+    Q_EMIT startAtLoginChanged();
+}
+
+bool BrevokAppDelegate::showNotifications() const
+{
+    return m_with.platform.settings->boolValue(AppKeys::showNotifications);
+}
+
+void BrevokAppDelegate::setShowNotifications(bool enabled)
+{
+    m_with.platform.settings->setValue(AppKeys::showNotifications, enabled);
+}
+
+bool BrevokAppDelegate::checkForUpdates() const
+{
+    return m_with.platform.selfUpdater->automaticallyChecksForUpdates();
+}
+
+void BrevokAppDelegate::setCheckForUpdates(bool enabled)
+{
+    m_with.platform.selfUpdater->setAutomaticallyChecksForUpdates(enabled);
+}
+
+bool BrevokAppDelegate::autoUpdate() const
+{
+    return m_with.platform.settings->boolValue(AppKeys::autoUpdate);
+}
+
+void BrevokAppDelegate::setAutoUpdate(bool enabled)
+{
+    m_with.platform.settings->setValue(AppKeys::autoUpdate, enabled);
+}
+
+int BrevokAppDelegate::logLevel() const
+{
+    return m_with.platform.settings->integerValue(AppKeys::logLevel);
+}
+
+void BrevokAppDelegate::setLogLevel(int level)
+{
+    m_with.platform.settings->setValue(AppKeys::logLevel, level);
+}
+
+} // namespace brevok

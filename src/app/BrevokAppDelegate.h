@@ -1,0 +1,96 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/AlertPresenter.h"
+#include "app/Surfaces.h"
+#include "control/ApplicationSettings.h"
+#include "platform/PropertyLists.h"
+#include "platform/StandardFolders.h"
+#include "service/ServiceClient.h"
+
+#include <QObject>
+#include <QUrl>
+
+#include <memory>
+
+namespace brevok {
+
+struct Platform;
+struct Shared;
+
+/// The application's delegate: starts the program once per user session, composes everything, keeps starting
+/// at login in step with the user's login items, and says goodbye to other processes at quit. Main thread.
+class BrevokAppDelegate final : public QObject, public ApplicationSettings, private PanelKeeper {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(BrevokAppDelegate)
+
+public:
+    /// What the outermost code hands over. References outlive the delegate.
+    struct Environment {
+        const MainBundle &bundle;
+        Platform &platform;
+        AlertPresenter &presenter;
+        Surfaces &surfaces;
+        StandardFolders folders;
+        ServiceConfiguration service;
+    };
+
+    explicit BrevokAppDelegate(Environment environment, QObject *parent = nullptr);
+    ~BrevokAppDelegate() override;
+
+    /// The delegate of this process, for the outermost code.
+    static BrevokAppDelegate *appDelegate();
+
+    void applicationDidFinishLaunching();
+    bool applicationShouldHandleReopen(bool hasVisibleWindows);
+    /// Saves, tells other processes, removes the status item. Always true: nothing can refuse.
+    bool applicationShouldTerminate();
+    /// Ends the program on the next turn of the run loop.
+    void terminateSoon();
+
+    void togglePanel();
+    /// The panel, made at the first call.
+    [[nodiscard]] PanelSurface &panelController();
+    /// Null before start-up made it and after termination.
+    [[nodiscard]] StatusItemSurface *menubarController() const { return m_menubarController.get(); }
+
+    /// What identifies this copy in the login items.
+    [[nodiscard]] QUrl appURL() const;
+    [[nodiscard]] bool willStartAtLogin(const QUrl &application) const;
+    void setStartAtLogin(const QUrl &application, bool enabled);
+
+    [[nodiscard]] bool startAtLogin() const override;
+    void setStartAtLogin(bool enabled) override;
+    [[nodiscard]] bool showNotifications() const override;
+    void setShowNotifications(bool enabled) override;
+    [[nodiscard]] bool checkForUpdates() const override;
+    void setCheckForUpdates(bool enabled) override;
+    [[nodiscard]] bool autoUpdate() const override;
+    void setAutoUpdate(bool enabled) override;
+    [[nodiscard]] int logLevel() const override;
+    void setLogLevel(int level) override;
+
+Q_SIGNALS:
+    void startAtLoginWillChange();
+    void startAtLoginChanged();
+
+private:
+    void setKeepOpenPanel(bool keepOpen) override;
+    [[nodiscard]] bool anotherCopyRuns();
+    void giveWayToTheOtherCopy();
+    void registerDefaults();
+    void createSharedObjects();
+    void createInstaller();
+    void connectSharedObjects();
+    void createMenubarController();
+    void observeOtherProcesses();
+
+    Environment m_with;
+    std::unique_ptr<Shared> m_shared;
+    std::unique_ptr<StatusItemSurface> m_menubarController;
+    std::unique_ptr<PanelSurface> m_panelController;
+};
+
+} // namespace brevok

@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/SettingsKeys.h"
+
+#include "platform/SettingsStore.h"
+
+#include <array>
+
+namespace brevok {
+
+namespace {
+
+enum class Kind { Bool, Float, Object };
+
+struct MovedKey {
+    QLatin1StringView before;
+    QLatin1StringView now;
+    Kind kind;
+};
+
+constexpr std::array movedKeys{
+    MovedKey{QLatin1StringView("startAtLogin"), AppKeys::startAtLogin, Kind::Bool},
+    MovedKey{QLatin1StringView("sessionData"), QLatin1StringView("OrlecSessionData"), Kind::Object},
+    MovedKey{QLatin1StringView("sessionVersion"), QLatin1StringView("OrlecSessionVersion"), Kind::Float},
+    MovedKey{QLatin1StringView("targetsGathered"), QLatin1StringView("OrlecTargetsGathered"), Kind::Bool},
+    MovedKey{QLatin1StringView("targets"), QLatin1StringView("OrlecTargetsData"), Kind::Object},
+    MovedKey{QLatin1StringView("packages"), QLatin1StringView("OrlecPackagesData"), Kind::Object},
+    MovedKey{QLatin1StringView("plugins"), QLatin1StringView("OrlecPluginsData"), Kind::Object},
+};
+
+QVariant movedValue(const SettingsStore &settings, const MovedKey &key)
+{
+    const QString before(key.before);
+    switch (key.kind) {
+    case Kind::Bool:
+        return settings.boolValue(before);
+    case Kind::Float:
+        return settings.floatValue(before);
+    case Kind::Object:
+        break;
+    }
+    return settings.value(before);
+}
+
+} // namespace
+
+void moveKeysOfEarlierVersions(SettingsStore &settings)
+{
+    for (const MovedKey &key : movedKeys) {
+        if (settings.contains(QString(key.before))) {
+            settings.setValue(QString(key.now), movedValue(settings, key));
+            settings.remove(QString(key.before));
+        }
+    }
+}
+
+} // namespace brevok

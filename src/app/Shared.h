@@ -1,0 +1,36 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/BrevokAlertQueue.h"
+#include "catalogue/BrevokPackages.h"
+#include "control/ControlService.h"
+#include "install/BrevokAppInstaller.h"
+#include "install/InstallFlow.h"
+#include "service/BrevokSession.h"
+#include "service/Connectivity.h"
+#include "service/HttpServiceClient.h"
+#include "service/NetworkFactory.h"
+#include "targets/BrevokTargetApps.h"
+
+#include <optional>
+
+namespace brevok {
+
+/// Everything that start-up builds, in the order of building; it goes in the reverse order.
+struct Shared {
+    std::optional<BrevokAlertQueue> alerts;
+    std::optional<ControlService> control;
+    std::optional<NetworkFactory> network;
+    std::optional<Connectivity> connectivity;
+    std::optional<BrevokTargetApps> targets;
+    std::optional<BrevokSession> session;
+    std::optional<HttpServiceClient> service;
+    std::optional<BrevokPlugins> plugins;
+    std::optional<BrevokPackages> packages;
+    std::optional<BrevokAppInstaller> installer;
+    std::optional<InstallFlow> flow;
+};
+
+} // namespace brevok

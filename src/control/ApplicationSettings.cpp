@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "control/ApplicationSettings.h"
+
+#include <QStringList>
+
+#include <algorithm>
+#include <array>
+#include <functional>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+struct Switch {
+    QLatin1StringView name;
+    QLatin1StringView storeKey;
+    bool (ApplicationSettings::*get)() const;
+    void (ApplicationSettings::*set)(bool);
+};
+
+constexpr std::array switches{
+    Switch{QLatin1StringView("startAtLogin"), QLatin1StringView("OrlecStartAtLogin"),
+        &ApplicationSettings::startAtLogin, &ApplicationSettings::setStartAtLogin},
+    Switch{QLatin1StringView("showNotifications"), QLatin1StringView("OrlecShowNotifications"),
+        &ApplicationSettings::showNotifications, &ApplicationSettings::setShowNotifications},
+    Switch{QLatin1StringView("checkForUpdates"), QLatin1StringView("SUEnableAutomaticChecks"),
+        &ApplicationSettings::checkForUpdates, &ApplicationSettings::setCheckForUpdates},
+    Switch{QLatin1StringView("autoUpdate"), QLatin1StringView("OrlecAutoUpdate"),
+        &ApplicationSettings::autoUpdate, &ApplicationSettings::setAutoUpdate},
+};
+
+constexpr QLatin1StringView logLevelName("logLevel");
+constexpr QLatin1StringView logLevelKey("OrlecLogLevel");
+
+std::optional<bool> truthOf(const QString &text)
+{
+    const QString lower = text.trimmed().toLower();
+    if (QStringList{u"yes"_s, u"true"_s, u"on"_s, u"1"_s}.contains(lower)) {
+        return true;
+    }
+    if (QStringList{u"no"_s, u"false"_s, u"off"_s, u"0"_s}.contains(lower)) {
+        return false;
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+QJsonObject settingsDocument(const ApplicationSettings &settings)
+{
+    QJsonObject document;
+    for (const Switch &setting : switches) {
+        document.insert(setting.name, std::invoke(setting.get, settings));
+    }
+    document.insert(logLevelName, settings.logLevel());
+    return document;
+}
+
+std::optional<QString> setSettingFromText(
+    ApplicationSettings &settings, const QString &key, const QString &value)
+{
+    if (key == logLevelName || key == logLevelKey) {
+        bool isNumber = false;
+        const int level = value.toInt(&isNumber);
+        if (!isNumber || level < 0) {
+            return u"'%1' is no value for %2: a whole number from 0 is."_s.arg(value, key);
+        }
+        settings.setLogLevel(level);
+        return std::nullopt;
+    }
+    const auto *const setting = std::find_if(switches.cbegin(), switches.cend(),
+        [&](const Switch &candidate) { return key == candidate.name || key == candidate.storeKey; });
+    if (setting == switches.cend()) {
+        return u"There is no setting '%1'."_s.arg(key);
+    }
+    const std::optional<bool> truth = truthOf(value);
+    if (!truth) {
+        return u"'%1' is no value for %2: yes and no are."_s.arg(value, key);
+    }
+    std::invoke(setting->set, settings, *truth);
+    return std::nullopt;
+}
+
+} // namespace brevok

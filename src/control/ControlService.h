@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "control/ApplicationSettings.h"
+#include "install/InstallFlow.h"
+
+#include <QDBusContext>
+#include <QObject>
+#include <QStringList>
+
+namespace brevok {
+
+class BrevokSession;
+
+/// The application's side of the session-bus interface com.tolvane.brevok.Control1. Main thread. It only
+/// translates: every call is an operation of another room, every answer is put together from what those rooms
+/// hold.
+class ControlService final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ControlService)
+
+public:
+    struct Collaborators {
+        BrevokSession &session;
+        BrevokPlugins &plugins;
+        BrevokPackages &packages;
+        BrevokTargetApps &targets;
+        InstallFlow &flow;
+        ApplicationSettings &settings;
+        std::function<bool()> helperIsUsed;
+    };
+
+    explicit ControlService(QObject *parent = nullptr);
+    ~ControlService() override;
+
+    /// What came of publish().
+    enum class Publication { Published, NoBus, NameTaken };
+
+    /// Registers the object on the session bus and takes the name @p busName, unless another process owns it.
+    [[nodiscard]] Publication publish(const QString &busName);
+
+    /// Called once, before the event loop turns: until then no call can arrive.
+    void setCollaborators(Collaborators collaborators);
+
+    // The methods of the interface; com.tolvane.brevok.Control1.xml says what each does.
+    QString Status();
+    QStringList SignIn(const QString &email, const QString &password);
+    QStringList SignOut();
+    QStringList Check();
+    QStringList Install(const QStringList &prefixes);
+    QStringList UpdateAll();
+    QStringList Remove(const QStringList &prefixes);
+    void Discard();
+    QString Targets();
+    void AddTarget(const QString &path, const QString &type, const QString &version);
+    void RemoveTarget(const QString &path);
+    void SetTargetEnabled(const QString &path, bool enabled);
+    QString Settings();
+    void SetSetting(const QString &key, const QString &value);
+    void OpenPanel();
+    void Quit();
+
+Q_SIGNALS:
+    void Progress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
+    void openPanelRequested();
+    void quitRequested();
+
+private:
+    /// Answers the call that is being served later, with the failures given then.
+    [[nodiscard]] std::function<void(const QStringList &)> answerLater();
+    void answerWhenSettled(std::function<void(const QStringList &)> answer, const QStringList &failures);
+    void refuse(const QString &reason);
+    [[nodiscard]] bool refusedUnknown(const QStringList &prefixes);
+    [[nodiscard]] bool refusedUnknownTarget(const QString &path);
+    void runForEach(const QStringList &prefixes, bool remove);
+    QStringList sessionAction(const std::function<void()> &start);
+
+    std::optional<Collaborators> m_with;
+};
+
+} // namespace brevok

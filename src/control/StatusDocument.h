@@ -1,0 +1,31 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "catalogue/BrevokPackages.h"
+#include "targets/BrevokTargetApps.h"
+
+#include <QJsonArray>
+
+namespace brevok {
+
+/// The session part of the status document.
+struct SessionFacts {
+    bool signedIn = false;
+    QString email;
+    bool updating = false;
+};
+
+/// The packages in the given order, each with its status.
+[[nodiscard]] QJsonArray packagesDocument(
+    const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses);
+
+/// All stored targets, by path.
+[[nodiscard]] QJsonArray targetsDocument(const TargetRecords &records);
+
+/// How many packages wait for an update.
+[[nodiscard]] int waitingUpdates(
+    const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses);
+
+} // namespace brevok

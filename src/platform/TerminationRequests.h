@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+
+namespace brevok {
+
+/// Turns the system's requests to end this process (SIGTERM, SIGINT, SIGHUP) into a signal on the main
+/// thread. One object a process.
+class TerminationRequests final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(TerminationRequests)
+
+public:
+    explicit TerminationRequests(QObject *parent = nullptr);
+    ~TerminationRequests() override;
+
+Q_SIGNALS:
+    void requested();
+
+private:
+    int m_readEnd = -1;
+};
+
+} // namespace brevok

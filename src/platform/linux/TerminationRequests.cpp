@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/TerminationRequests.h"
+
+#include <QSocketNotifier>
+
+#include <array>
+#include <csignal>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace brevok {
+
+namespace {
+
+volatile int writeEnd = -1;
+
+// A handler rather than a blocked signal: programs started from here must not inherit a mask.
+void wake(int)
+{
+    const char byte = 0;
+    [[maybe_unused]] const auto written = ::write(writeEnd, &byte, 1);
+}
+
+} // namespace
+
+TerminationRequests::TerminationRequests(QObject *parent)
+    : QObject(parent)
+{
+    std::array<int, 2> ends{};
+    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0) {
+        return; // the signals then end the process as they always do
+    }
+    m_readEnd = ends[0];
+    writeEnd = ends[1];
+    auto *notifier = new QSocketNotifier(m_readEnd, QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        char byte = 0;
+        if (::read(m_readEnd, &byte, 1) == 1) {
+            Q_EMIT requested();
+        }
+    });
+    struct sigaction action { };
+    action.sa_handler = wake;
+    action.sa_flags = SA_RESTART;
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        ::sigaction(number, &action, nullptr);
+    }
+}
+
+TerminationRequests::~TerminationRequests()
+{
+    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+        std::signal(number, SIG_DFL);
+    }
+    if (m_readEnd >= 0) {
+        ::close(m_readEnd);
+        ::close(writeEnd);
+        writeEnd = -1;
+    }
+}
+
+} // namespace brevok

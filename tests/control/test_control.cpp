@@ -1,0 +1,184 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "client/CommandLine.h"
+#include "client/Tables.h"
+#include "control/ApplicationSettings.h"
+#include "control/StatusDocument.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+using client::Command;
+
+namespace {
+
+class PlainSettings final : public ApplicationSettings {
+public:
+    bool atLogin = true;
+    bool notifications = true;
+    bool checks = false;
+    bool automatic = false;
+    int level = 0;
+
+    [[nodiscard]] bool startAtLogin() const override { return atLogin; }
+    void setStartAtLogin(bool enabled) override { atLogin = enabled; }
+    [[nodiscard]] bool showNotifications() const override { return notifications; }
+    void setShowNotifications(bool enabled) override { notifications = enabled; }
+    [[nodiscard]] bool checkForUpdates() const override { return checks; }
+    void setCheckForUpdates(bool enabled) override { checks = enabled; }
+    [[nodiscard]] bool autoUpdate() const override { return automatic; }
+    void setAutoUpdate(bool enabled) override { automatic = enabled; }
+    [[nodiscard]] int logLevel() const override { return level; }
+    void setLogLevel(int value) override { level = value; }
+};
+
+} // namespace
+
+class ControlTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void commandLines_data();
+    void commandLines();
+    void wrongCommandLines_data();
+    void wrongCommandLines();
+    void settingsFromText_data();
+    void settingsFromText();
+    void statusIsShownToPeople();
+};
+
+void ControlTest::commandLines_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<int>("verb");
+    QTest::addColumn<QStringList>("arguments");
+    const auto row = [](const char *line, Command::Verb verb, const QStringList &arguments) {
+        QTest::addRow("%s", line) << QString::fromLatin1(line) << static_cast<int>(verb) << arguments;
+    };
+    row("status", Command::Verb::Status, {});
+    row("install KM#xR57 0xr5700", Command::Verb::Install, {u"KM#xR57"_s, u"0xr5700"_s});
+    row("update --all", Command::Verb::UpdateAll, {});
+    row("--json update A", Command::Verb::Update, {u"A"_s});
+    row("targets", Command::Verb::Targets, {});
+    row("targets add /a/Plug-Ins --type InCopy --version 140", Command::Verb::AddTarget, {u"/a/Plug-Ins"_s});
+    row("targets remove /a", Command::Verb::RemoveTarget, {u"/a"_s});
+    row("settings get logLevel", Command::Verb::GetSetting, {u"logLevel"_s});
+    row("settings set logLevel 1", Command::Verb::SetSetting, {u"logLevel"_s, u"1"_s});
+    row("remove -- --odd", Command::Verb::Remove, {u"--odd"_s});
+    row("--version", Command::Verb::Version, {});
+    row("status --timeout=5", Command::Verb::Status, {});
+}
+
+void ControlTest::commandLines()
+{
+    QFETCH(QString, line);
+    QFETCH(int, verb);
+    QFETCH(QStringList, arguments);
+    const auto parsed = client::parseCommandLine(line.split(u' '));
+    QVERIFY(std::holds_alternative<Command>(parsed));
+    const Command &command = std::get<Command>(parsed);
+    QCOMPARE(static_cast<int>(command.verb), verb);
+    QCOMPARE(command.arguments, arguments);
+    QCOMPARE(command.json, line.contains(u"--json"));
+    QCOMPARE(command.timeoutSeconds, line.contains(u"timeout") ? 5 : 600);
+}
+
+void ControlTest::wrongCommandLines_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<QString>("named");
+    const auto row = [](const char *line, const char *named) {
+        QTest::addRow("%s", line) << QString::fromLatin1(line) << QString::fromLatin1(named);
+    };
+    row("", "no command");
+    row("sing-in a@b", "'sing-in'");
+    row("--jason status", "'--jason'");
+    row("install", "prefixes");
+    row("update A --all", "--all");
+    row("remove --all", "--all");
+    row("signin", "e-mail");
+    row("signin a@b secret", "e-mail");
+    row("status --timeout 0", "'0'");
+    row("status --timeout", "--timeout");
+    row("targets add /a --type InDesign", "--version");
+    row("targets add /a --type Indesign --version 140", "'Indesign'");
+    row("targets remove", "a path");
+    row("settings set logLevel", "a key and a value");
+    row("status --type InDesign", "--type");
+}
+
+void ControlTest::wrongCommandLines()
+{
+    QFETCH(QString, line);
+    QFETCH(QString, named);
+    const auto parsed = client::parseCommandLine(line.split(u' ', Qt::SkipEmptyParts));
+    QVERIFY(std::holds_alternative<client::UsageError>(parsed));
+    const QString message = std::get<client::UsageError>(parsed).message;
+    QVERIFY2(message.contains(named), qPrintable(message));
+    QVERIFY(!message.contains(u'\n'));
+}
+
+void ControlTest::settingsFromText_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("value");
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<QString>("document");
+    const auto document = [](const char *atLogin, const char *checks, int level) {
+        return u"startAtLogin=%1 checkForUpdates=%2 logLevel=%3"_s.arg(
+            QString::fromLatin1(atLogin), QString::fromLatin1(checks), QString::number(level));
+    };
+    QTest::addRow("name") << u"startAtLogin"_s << u"no"_s << QString() << document("no", "no", 0);
+    QTest::addRow("store key") << u"SUEnableAutomaticChecks"_s << u" ON "_s << QString()
+                               << document("yes", "yes", 0);
+    QTest::addRow("level") << u"OrlecLogLevel"_s << u"3"_s << QString() << document("yes", "no", 3);
+    QTest::addRow("no truth") << u"startAtLogin"_s << u"maybe"_s << u"'maybe'"_s << document("yes", "no", 0);
+    QTest::addRow("negative level") << u"logLevel"_s << u"-1"_s << u"'-1'"_s << document("yes", "no", 0);
+    QTest::addRow("unknown") << u"OrlecSessionData"_s << u"x"_s << u"'OrlecSessionData'"_s
+                             << document("yes", "no", 0);
+}
+
+void ControlTest::settingsFromText()
+{
+    QFETCH(QString, key);
+    QFETCH(QString, value);
+    QFETCH(QString, reason);
+    QFETCH(QString, document);
+    PlainSettings settings;
+    const std::optional<QString> refused = setSettingFromText(settings, key, value);
+    QCOMPARE(refused.has_value(), !reason.isEmpty());
+    QVERIFY(!refused || refused->contains(reason));
+    const QJsonObject now = settingsDocument(settings);
+    QCOMPARE(
+        u"startAtLogin=%1 checkForUpdates=%2 logLevel=%3"_s.arg(client::settingText(now[u"startAtLogin"_s]),
+            client::settingText(now[u"checkForUpdates"_s]), client::settingText(now[u"logLevel"_s])),
+        document);
+}
+
+void ControlTest::statusIsShownToPeople()
+{
+    const QList<Record> packages{{{PackageKeys::name, u"Barcode\x1b[31m Studio"_s},
+                                     {PackageKeys::prefix, u"A"_s}, {PackageKeys::version, u"4.2"_s}},
+        {{PackageKeys::name, u"Grid"_s}, {PackageKeys::prefix, u"B"_s}}};
+    const QHash<QString, PackageStatus> statuses{{u"A"_s, PackageStatus::MixedNotUpdated}};
+    QCOMPARE(waitingUpdates(packages, statuses), 1);
+    const TargetRecords records{{u"/b/"_s,
+        {{TargetKeys::path, u"/b/"_s}, {TargetKeys::type, u"Adobe InDesign"_s},
+            {TargetKeys::version, u"140"_s}, {TargetKeys::enabled, u"yes"_s},
+            {TargetKeys::invalid, u"yes"_s}}}};
+    const QString text =
+        client::statusText({{u"updates"_s, 1}, {u"packages"_s, packagesDocument(packages, statuses)},
+            {u"targets"_s, targetsDocument(records)}, {u"installer"_s, QJsonObject{{u"version"_s, 15}}}});
+    QVERIFY2(!text.contains(QChar(0x1b)), "control characters of a name must not reach the terminal");
+    QVERIFY(text.contains(u"Mixed Not Updated  A"_s));
+    QVERIFY(text.contains(u"Missing Data       B"_s));
+    QVERIFY(text.contains(u"Adobe InDesign CC 2019  missing  /b/"_s));
+    QVERIFY(text.contains(u"1 package waits for an update"_s));
+}
+
+QTEST_GUILESS_MAIN(ControlTest)
+#include "test_control.moc"

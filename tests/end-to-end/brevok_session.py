@@ -1,0 +1,197 @@
+"""The real programs in a scratch home: service, sample host applications, application, brevokctl.
+
+Needs a session bus of its own (dbus-run-session). Everything started here is ended by its process id.
+"""
+import json
+import os
+import pathlib
+import plistlib
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+import zipfile
+
+PATIENCE = 60  # seconds until a condition that should come true counts as missed
+
+
+def information(name, version, host):
+    """The information dictionary of an installed plug-in."""
+    return plistlib.dumps({"CFBundleExecutable": name, "CFBundleShortVersionString": f"{version} (build 7)",
+                           "CFBundleShortVersionStringTemplate": version, "TolvaneHostAppShortVersion": host})
+
+
+def wait_for(condition, what):
+    """Waits until `condition()` is true and returns what it gave."""
+    end = time.monotonic() + PATIENCE
+    while time.monotonic() < end:
+        result = condition()
+        if result:
+            return result
+        time.sleep(0.02)
+    raise AssertionError(f"never came true: {what}")
+
+
+class Session:
+    def __init__(self, programs):
+        self.programs = pathlib.Path(programs).resolve()
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="brevok-session-"))
+        self.environment = dict(os.environ)
+        for variable, name in (("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "data"), ("XDG_STATE_HOME", "state"),
+                               ("HOME", "home")):
+            (self.folder / name).mkdir()
+            self.environment[variable] = str(self.folder / name)
+        self.environment.pop("DISPLAY", None)
+        self.applications = self.folder / "Applications"
+        self.applications.mkdir()
+        self.service_root = self.folder / "service"
+        self.service = self.application = None
+        self.service_log = open(self.folder / "service.log", "ab")
+        self.early_log = open(self.folder / "early.log", "ab")
+        self.plugins, self.products = [], []
+
+    def __enter__(self):
+        self.start_service()
+        self.add_host("Adobe InDesign CC 2019", 14012)
+        return self
+
+    def __exit__(self, *_):
+        self.stop_application()
+        self.stop_service()
+        self.service_log.close()
+        self.early_log.close()
+        shutil.rmtree(self.folder, ignore_errors=True)
+
+    # the service
+
+    def start_service(self, port=0):
+        self.service = subprocess.Popen(
+            [self.programs / "brevok-demo-service", "--root", self.service_root, "--tls", self.folder / "tls", "--port",
+             str(port)], stdout=subprocess.PIPE, stderr=self.service_log, text=True)
+        first = json.loads(self.service.stdout.readline())
+        self.service_url, self.service_ca = first["url"], first["ca"]
+
+    def stop_service(self):
+        end_process(self.service, signal.SIGTERM)
+        self.service = None
+
+    def publish(self, name, prefix, version, host_version, archive=None, package=None, **more):
+        """Lists one build (and its package); without an archive one is made that holds the bundle."""
+        if archive is None:
+            archive = self.service_root / "archives" / f"{name}-{host_version}-{version}.zip"
+            archive.parent.mkdir(exist_ok=True)
+            with zipfile.ZipFile(archive, "w") as out:
+                host = f"{host_version // 10}.{host_version % 10}"
+                out.writestr(f"{name}.InDesignPlugin/Contents/Info.plist", information(name, version, host))
+        self.plugins.append({"Name": name, "Prefix": prefix, "Version": version, "HostVersion": host_version,
+                             "Size": archive.stat().st_size, "Link": f"/archives/{archive.name}",
+                             "Published": "2026-01-01", "Platform": "Mac", **more})
+        package = package or name
+        self.products = [product for product in self.products if product["Name"] != package]
+        self.products.append({"Name": package, "Prefix": prefix, "Version": version, "Published": "2026-01-01",
+                              "Platform": "Mac"})
+        self.write_lists()
+        return archive
+
+    def write_lists(self):
+        for name, content in (("plugins.json", self.plugins), ("products.json", self.products)):
+            temporary = self.service_root / (name + ".new")
+            temporary.write_text(json.dumps(content))
+            temporary.rename(self.service_root / name)
+
+    # host applications
+
+    def add_host(self, name, version, signature="InDn", plug_ins=True):
+        folder = self.applications / name
+        contents = folder / f"{name}.app" / "Contents"
+        contents.mkdir(parents=True)
+        if plug_ins:
+            (folder / "Plug-Ins").mkdir()
+        kind = "Adobe InDesign" if signature == "InDn" else "Adobe InCopy"
+        (contents / "Info.plist").write_bytes(plistlib.dumps(
+            {"CFBundlePackageType": "APPL", "CFBundleSignature": signature, "CFBundleVersion": str(version),
+             "CFBundleName": kind}))
+        return folder
+
+    def bundle(self, name, host="Adobe InDesign CC 2019"):
+        return self.applications / host / "Plug-Ins" / "Tolvane" / f"{name}.InDesignPlugin"
+
+    def installed_version(self, name, host="Adobe InDesign CC 2019"):
+        path = self.bundle(name, host) / "Contents" / "Info.plist"
+        return plistlib.loads(path.read_bytes())["CFBundleShortVersionStringTemplate"] if path.exists() else None
+
+    # the application
+
+    def application_command(self, *more):
+        return [self.programs / "tolvane-brevok", "--headless", "--service-url", self.service_url, "--service-ca",
+                self.service_ca, "--reachability-host", "localhost", "--applications", self.applications, *more]
+
+    def start_application(self, *more, wait=True):
+        if self.application is not None:
+            return
+        self.application = subprocess.Popen(self.application_command(*more), env=self.environment,
+                                            stdout=subprocess.DEVNULL, stderr=self.early_log)
+        if wait:
+            wait_for(lambda: self.ctl("status", check=False).returncode == 0, "the application answers")
+
+    def stop_application(self, how=signal.SIGTERM):
+        status = end_process(self.application, how)
+        self.application = None
+        return status
+
+    def log(self):
+        path = self.folder / "state" / "tolvane-brevok" / "Logs" / "orlec.log"
+        return path.read_text(errors="replace") if path.exists() else ""
+
+    def settings_file(self):
+        return self.folder / "config" / "tolvane" / "brevok.conf"
+
+    def forget_archives(self):
+        shutil.rmtree(self.folder / "data" / "Tolvane Brevok", ignore_errors=True)
+
+    def ctl(self, *words, check=True, **more):
+        result = subprocess.run([self.programs / "brevokctl", *words], env={**self.environment, **more},
+                                stdin=subprocess.DEVNULL, capture_output=True, text=True)
+        if check and result.returncode != 0:
+            raise AssertionError(f"brevokctl {' '.join(map(str, words))}: {result.returncode}\n{result.stdout}"
+                                 f"{result.stderr}\n{self.log()[-4000:]}")
+        return result
+
+    def status(self):
+        return json.loads(self.ctl("status", "--json").stdout)
+
+    def package_status(self, prefix):
+        return next((p["statusName"] for p in self.status()["packages"] if p["prefix"] == prefix), None)
+
+    # what the process does
+
+    def process_status(self, field):
+        text = pathlib.Path(f"/proc/{self.application.pid}/status").read_text()
+        return int(next(line for line in text.splitlines() if line.startswith(field + ":")).split()[1])
+
+    def activity(self):
+        """CPU ticks and wake-ups of all threads so far."""
+        ticks = wakeups = 0
+        for task in pathlib.Path(f"/proc/{self.application.pid}/task").iterdir():
+            fields = (task / "stat").read_text().rsplit(")", 1)[1].split()
+            ticks += int(fields[11]) + int(fields[12])
+            status = (task / "status").read_text()
+            wakeups += int(next(line for line in status.splitlines() if line.startswith("voluntary")).split()[1])
+        return {"ticks": ticks, "wakeups": wakeups}
+
+
+def end_process(process, how):
+    """Ends a process that was started here and returns its exit status."""
+    if process is None:
+        return None
+    if process.poll() is None:
+        process.send_signal(how)
+        try:
+            process.wait(PATIENCE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+    if process.stdout:
+        process.stdout.close()
+    return process.returncode

@@ -1,0 +1,164 @@
+"""What goes wrong, with the real programs: nothing is lost, and the user is told."""
+import os
+import pathlib
+import signal
+import subprocess
+import sys
+import unittest
+import zipfile
+
+from brevok_session import Session, information, wait_for
+
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+
+
+class Faults(unittest.TestCase):
+    def setUp(self):
+        self.session = self.enterContext(Session(PROGRAMS))
+
+    def big_archive(self, name, megabytes):
+        path = self.session.service_root / "archives" / f"{name}.zip"
+        path.parent.mkdir(exist_ok=True)
+        block = os.urandom(1000000)
+        with zipfile.ZipFile(path, "w") as out:
+            out.writestr(f"{name}.InDesignPlugin/Contents/Info.plist", information(name, "1.0", "14.0"))
+            for number in range(megabytes):
+                out.writestr(f"{name}.InDesignPlugin/part-{number}", block)
+        return path
+
+    def kill_when(self, condition, what):
+        """Starts an install, kills the application as soon as `condition` holds, and returns what restart logs."""
+        session = self.session
+        session.start_application()
+        session.ctl("check")
+        install = subprocess.Popen([PROGRAMS / "brevokctl", "install", "0xA"], env=session.environment,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for(condition, what)
+        session.stop_application(signal.SIGKILL)
+        self.assertEqual(install.wait(), 3)
+        length = len(session.log())
+        session.start_application()
+        return session.log()[length:]
+
+    def assert_asked_and_mended(self, log, name):
+        session = self.session
+        self.assertIn("Installer detected one or more unfinished actions.", log)
+        self.assertEqual(session.package_status("0xA"), "In Progress")
+        session.ctl("discard")
+        session.ctl("check")
+        self.assertEqual(session.package_status("0xA"), "Not Installed")
+        self.assertFalse(session.bundle(name).exists(), "a half-unpacked bundle must not bear its name")
+        session.ctl("install", "0xA")
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+        self.assertEqual(len(list((session.bundle(name)).glob("part-*"))), 100)
+        leftovers = [p for p in session.bundle(name).parent.iterdir() if p != session.bundle(name)]
+        leftovers += list((session.folder / "data" / "Tolvane Brevok").rglob("*.part*"))
+        self.assertEqual(leftovers, [])
+
+    def test_killed_while_downloading(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140, archive=self.big_archive("Alpha", 100))
+        data = session.folder / "data" / "Tolvane Brevok"
+        log = self.kill_when(lambda: list(data.rglob("*.part*")), "a download under way")
+        self.assert_asked_and_mended(log, "Alpha")
+
+    def test_killed_while_unpacking(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140, archive=self.big_archive("Alpha", 100))
+        folder = session.bundle("Alpha").parent
+        log = self.kill_when(lambda: folder.exists() and list(folder.glob(".*/*/part-*")), "an archive being unpacked")
+        self.assert_asked_and_mended(log, "Alpha")
+
+    def test_archives_that_are_not_what_they_should_be(self):
+        session = self.session
+        archives = session.service_root / "archives"
+        archives.mkdir(exist_ok=True)
+        (archives / "rubbish.zip").write_bytes(b"PK\x03\x04 but no archive at all")
+        with zipfile.ZipFile(archives / "climbs.zip", "w") as out:
+            out.writestr("../../../climbed.txt", "x")
+            out.writestr("Climbs.InDesignPlugin/Contents/Info.plist", information("Climbs", "1.0", "14.0"))
+        session.publish("Rubbish", "0xR", "1.0", 140, archive=archives / "rubbish.zip")
+        session.publish("Climbs", "0xC", "1.0", 140, archive=archives / "climbs.zip")
+        session.publish("Short", "0xS", "1.0", 140)
+        session.plugins[-1]["Size"] += 1
+        session.write_lists()
+        session.start_application()
+        session.ctl("check")
+        for prefix, name in (("0xR", "Rubbish"), ("0xC", "Climbs"), ("0xS", "Short")):
+            result = session.ctl("install", prefix, check=False)
+            self.assertEqual(result.returncode, 1)
+            self.assertIn(name, result.stderr)
+            self.assertEqual(session.package_status(prefix), "Not Installed")
+        self.assertEqual(list(session.folder.rglob("climbed.txt")), [])
+        self.assertIn("Failed to download Short, from ", session.log())
+
+    def test_a_target_that_cannot_be_written(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        (session.bundle("Alpha").parent).write_text("a file where a folder belongs")
+        session.start_application()
+        session.ctl("check")
+        result = session.ctl("install", "0xA", check=False)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("Alpha", result.stderr)
+        self.assertEqual(session.bundle("Alpha").parent.read_text(), "a file where a folder belongs")
+
+    def test_the_service_goes_and_comes_back(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        session.start_application()
+        session.ctl("check")
+        port = int(session.service_url.rsplit(":", 1)[1])
+        session.stop_service()
+        self.assertEqual(session.ctl("check", check=False).returncode, 1)
+        self.assertEqual(session.ctl("install", "0xA", check=False).returncode, 1)
+        self.assertEqual(session.package_status("0xA"), "Not Installed")
+        session.start_service(port)
+        session.ctl("check")
+        session.ctl("install", "0xA")
+
+    def test_an_unknown_authority_is_refused(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        other = session.folder / "other-tls"
+        session.stop_service()
+        (session.folder / "tls").rename(other)
+        session.start_service()
+        session.service_ca = other / "ca.pem"
+        session.start_application()
+        self.assertEqual(session.ctl("check", check=False).returncode, 1)
+        self.assertEqual(session.status()["packages"], [])
+
+    def test_every_stored_value_replaced_by_rubbish(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        session.start_application()
+        session.ctl("check")
+        session.ctl("install", "0xA")
+        session.stop_application()
+        good = session.settings_file().read_text()
+        keys = [line.split("=")[0] for line in good.splitlines() if "=" in line]
+        self.assertIn("OrlecPluginsData", keys)
+        for rubbish in ("@ByteArray(\\0\\x1\\xff)", "@Variant(\\0\\0)", "\"\"", "x" * 100000):
+            session.settings_file().write_text("[General]\n" + "".join(f"{key}={rubbish}\n" for key in keys))
+            session.start_application()
+            session.ctl("check")
+            self.assertEqual(session.package_status("0xA"), "Up To Date", rubbish[:20])
+            self.assertEqual(session.stop_application(), 0)
+
+    def test_a_torn_and_a_hostile_settings_file(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        for content in (b"", b"[General", os.urandom(100000), b"\0" * 5000, b"[General]\nOrlecPluginsData=@ByteArray("):
+            session.settings_file().parent.mkdir(exist_ok=True)
+            session.settings_file().write_bytes(content)
+            session.settings_file().chmod(0o644)
+            session.start_application()
+            session.ctl("check")
+            self.assertEqual(session.package_status("0xA"), "Not Installed")
+            self.assertEqual(session.stop_application(), 0)
+            self.assertEqual(session.settings_file().stat().st_mode & 0o777, 0o600)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,156 @@
+"""What a user does, with the real programs: sign in, look, install, update, remove."""
+import json
+import pathlib
+import shutil
+import signal
+import subprocess
+import sys
+import unittest
+
+from brevok_session import Session, wait_for
+
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+ACCOUNT = {"email": "ada@example.com", "password": "analytical-engine"}
+
+
+class Journey(unittest.TestCase):
+    def setUp(self):
+        self.session = self.enterContext(Session(PROGRAMS))
+
+    def start(self):
+        self.session.start_application()
+        self.session.ctl("check")
+
+    def assert_refused(self, result, status, text):
+        self.assertEqual(result.returncode, status, result.stderr)
+        self.assertIn(text, result.stderr)
+
+    def test_install_update_remove(self):
+        session = self.session
+        session.add_host("Adobe InDesign 2021", 16200)
+        session.publish("Alpha", "0xA", "1.0", 140)
+        session.publish("Alpha", "0xA", "1.0", 160)
+        self.start()
+        status = session.status()
+        self.assertEqual([t["label"] for t in status["targets"]],
+                         ["Adobe InDesign CC 2021", "Adobe InDesign CC 2019"])
+        self.assertEqual(session.package_status("0xA"), "Not Installed")
+
+        session.ctl("install", "0xA")
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+        self.assertEqual(session.installed_version("Alpha"), "1.0")
+        self.assertEqual(session.installed_version("Alpha", "Adobe InDesign 2021"), "1.0")
+        workspace = session.applications / "Adobe InDesign 2021/Presets/InDesign Workspaces/Tolvane.xml"
+        self.assertTrue(workspace.exists())
+
+        session.publish("Alpha", "0xA", "1.1", 160)
+        session.ctl("check")
+        status = session.status()
+        self.assertEqual((session.package_status("0xA"), status["updates"]), ("Mixed Not Updated", 1))
+        session.ctl("update", "--all")
+        self.assertEqual(session.installed_version("Alpha", "Adobe InDesign 2021"), "1.1")
+        self.assertEqual(session.installed_version("Alpha"), "1.0")
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+
+        session.ctl("remove", "0xA")
+        self.assertEqual(session.package_status("0xA"), "Not Installed")
+        self.assertFalse(session.bundle("Alpha").exists())
+        self.assertTrue(workspace.exists())
+
+    def test_sign_in_and_out(self):
+        session = self.session
+        self.start()
+        wrong = session.ctl("signin", ACCOUNT["email"], check=False, BREVOK_PASSWORD="nonsense")
+        self.assert_refused(wrong, 1, "Wrong user name or password.")
+        self.assertEqual(session.status()["session"],
+                         {"signedIn": False, "email": ACCOUNT["email"], "updating": False})
+        session.ctl("signin", ACCOUNT["email"], BREVOK_PASSWORD=ACCOUNT["password"])
+        self.assertTrue(session.status()["session"]["signedIn"])
+        session.stop_application()
+        session.start_application()
+        self.assertTrue(session.status()["session"]["signedIn"])
+        session.ctl("check")
+        requests = [json.loads(line) for line in (session.service_root / "requests.jsonl").open()]
+        lists = [r for r in requests if r["path"] == "/api/product/list"]
+        self.assertIn("SessionId=", json.dumps(lists[-1]["headers"]))
+        session.ctl("signout")
+        self.assertFalse(session.status()["session"]["signedIn"])
+        for text in (session.log(), session.settings_file().read_text(errors="replace")):
+            self.assertNotIn(ACCOUNT["password"], text)
+
+    def test_second_copy_gives_way(self):
+        session = self.session
+        self.start()
+        elsewhere = session.folder / "elsewhere"
+        environment = {**session.environment, **{f"XDG_{kind}_HOME": str(elsewhere) for kind in
+                                                 ("CONFIG", "DATA", "STATE")}}
+        second = subprocess.run(session.application_command(), env=environment, capture_output=True, text=True,
+                                timeout=60)
+        self.assertEqual(second.returncode, 0)
+        self.assertIn("Another copy of Tolvane Brevok application is already running.", second.stderr)
+        wait_for(lambda: "The panel was asked for" in session.log(), "the first copy opens its panel")
+        self.assertNotIn("Another copy", session.log())
+        self.assertFalse(elsewhere.exists(), "settings, log and login items stay as they were")
+
+    def test_options(self):
+        session = self.session
+        program = PROGRAMS / "tolvane-brevok"
+        ca = session.folder / "empty.pem"
+        ca.write_text("nothing")
+        for words, named in ((["--headles"], "headles"), (["--service-url", "http://localhost"], "http://localhost"),
+                             (["--service-ca", "/nowhere.pem"], "/nowhere.pem"), (["--service-ca", ca], str(ca)),
+                             (["--reachability-host", "a b"], "a b"), (["extra"], "extra")):
+            result = subprocess.run([program, *words], env=session.environment, capture_output=True, text=True)
+            self.assert_refused(result, 2, named)
+            self.assertEqual(len(result.stderr.strip().splitlines()), 1)
+        version = subprocess.run([program, "--version"], env=session.environment, capture_output=True, text=True)
+        self.assertEqual(version.stdout, "tolvane-brevok 1.0.0\n")
+        self.assertFalse((session.folder / "config" / "tolvane").exists(), "nothing else is touched")
+        self.assert_refused(session.ctl("instal", check=False), 2, "'instal'")
+        self.assert_refused(session.ctl("status", check=False), 3, "cannot be reached")
+
+    def test_targets_and_settings_from_outside(self):
+        session = self.session
+        self.start()
+        later = session.add_host("Adobe InCopy 2020", 15000, signature="InCp")
+        label = "Adobe InCopy CC 2020"
+        wait_for(lambda: label in [t["label"] for t in session.status()["targets"]], "an application appears")
+        shutil.rmtree(later)
+        wait_for(lambda: [t["invalid"] for t in session.status()["targets"] if t["label"] == label] == [True],
+                 "an application goes away")
+        path = str(session.folder / "own/Plug-Ins")
+        session.ctl("targets", "add", path, "--type", "InCopy", "--version", "75")
+        session.ctl("targets", "disable", path)
+        self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +disabled")
+        self.assert_refused(session.ctl("targets", "remove", "/unknown", check=False), 1, "'/unknown'")
+        session.ctl("settings", "set", "startAtLogin", "no")
+        self.assertFalse((session.folder / "config/autostart/com.tolvane.brevok.desktop").exists())
+        self.assert_refused(session.ctl("settings", "set", "autoUpdate", "perhaps", check=False), 1, "'perhaps'")
+        session.stop_application()
+        session.start_application()
+        self.assertEqual(session.ctl("settings", "get", "startAtLogin").stdout, "no\n")
+        self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +disabled")
+        session.ctl("quit")
+        self.assertEqual(session.stop_application(), 0)
+
+    def test_a_running_host_is_left_alone(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        contents = session.applications / "Adobe InDesign CC 2019/Adobe InDesign CC 2019.app/Contents"
+        information = contents / "Info.plist"
+        information.write_bytes(information.read_bytes().replace(b"Adobe InDesign<", b"InDesign<"))
+        (contents / "MacOS").mkdir()
+        shutil.copy(shutil.which("sleep"), contents / "MacOS" / "Adobe InDesign CC 2019")
+        host = subprocess.Popen([contents / "MacOS" / "Adobe InDesign CC 2019", "600"])
+        self.addCleanup(lambda: (host.kill(), host.wait()))
+        self.start()
+        session.ctl("install", "0xA")
+        self.assertEqual(session.installed_version("Alpha"), "1.0")
+        wait_for(lambda: "Adobe InDesign CC is running." in session.log(), "the user is told")
+        self.assertIsNone(host.poll())
+        session.ctl("remove", "0xA")
+        self.assertEqual(session.log().count("Alert: Adobe InDesign CC is running."), 1, "once within a minute")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -78,7 +78,7 @@ bool copyFile(int sourceFolder, const QByteArray &source, int targetFolder, cons
     FileDescriptor to =
         safepath::openBeneath(targetFolder, target, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
     return to && copyBytes(from.get(), to.get()) && ::fchmod(to.get(), facts.st_mode & permissionBits) == 0
-        && keepTimes(to.get(), facts) && ::fsync(to.get()) == 0 && to.close();
+        && keepTimes(to.get(), facts) && to.close();
 }
 
 bool copyLink(int sourceFolder, const QByteArray &source, int targetFolder, const QByteArray &target)
@@ -114,8 +114,7 @@ bool copyFolder(int sourceFolder, const QByteArray &source, int targetFolder, co
             return failAt(where, below(source, *where));
         }
     }
-    if (::fchmod(to.get(), facts.st_mode & permissionBits) != 0 || !keepTimes(to.get(), facts)
-        || ::fsync(to.get()) != 0) {
+    if (::fchmod(to.get(), facts.st_mode & permissionBits) != 0 || !keepTimes(to.get(), facts)) {
         return failAt(where, source);
     }
     return true;

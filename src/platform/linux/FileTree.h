@@ -19,8 +19,8 @@ namespace brevok::filetree {
 /// Removes everything in @p folder. @return false with the entry that resisted in @p where
 [[nodiscard]] bool removeContents(int folder, QByteArray *where);
 
-/// Copies regular files, folders and links (as links) with their permission bits and modification times, and
-/// has them on disk before it returns. Anything else inside is refused.
+/// Copies regular files, folders and links (as links) with their permission bits and modification times.
+/// Anything else inside is refused.
 /// @return false with the entry of the source that failed in @p where; what was copied stays
 [[nodiscard]] bool copy(int sourceFolder, const QByteArray &source, int targetFolder,
     const QByteArray &target, QByteArray *where);

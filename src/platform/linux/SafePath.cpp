@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <memory>
+#include <utility>
 
 #include <dirent.h>
 #include <fcntl.h>
@@ -94,7 +95,8 @@ std::optional<QByteArrayList> names(int folder)
         return std::nullopt;
     }
     QByteArrayList result;
-    errno = 0;
+    // Nothing else tells the end from a failure.
+    const int before = std::exchange(errno, 0);
     // NOLINTNEXTLINE(concurrency-mt-unsafe): safe on a stream that nobody else reads
     while (const dirent *entry = ::readdir(stream.get())) {
         const QByteArray name(static_cast<const char *>(entry->d_name));
@@ -105,6 +107,7 @@ std::optional<QByteArrayList> names(int folder)
     if (errno != 0) {
         return std::nullopt;
     }
+    errno = before;
     std::sort(result.begin(), result.end());
     return result;
 }

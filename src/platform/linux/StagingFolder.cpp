@@ -95,10 +95,13 @@ bool StagingFolder::make()
 
 StagingFolder::~StagingFolder()
 {
+    // Why something failed is told after this is gone.
+    const int code = errno;
     QByteArray where;
     if (m_staging && filetree::removeContents(m_staging.get(), &where)) {
         ::unlinkat(m_folder, m_name.constData(), AT_REMOVEDIR);
     }
+    errno = code;
 }
 
 bool StagingFolder::publish(const QByteArrayList &names, QByteArray *where)

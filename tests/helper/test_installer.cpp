@@ -1,0 +1,279 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "helper/BrevokInstaller.h"
+#include "platform/linux/LinuxFileOperations.h"
+#include "support/LogCapture.h"
+#include "support/SampleBundles.h"
+#include "support/ZipWriter.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+using testing::LogCapture;
+using testing::writeFile;
+
+namespace {
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(nothing)");
+}
+
+mode_t modeOf(const QString &path)
+{
+    struct stat facts { };
+    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_mode & 07777 : 0;
+}
+
+uid_t ownerOf(const QString &path)
+{
+    struct stat facts { };
+    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_uid : uid_t(-1);
+}
+
+/// An installer that a subclass keeps from removing anything.
+class KeepingInstaller final : public BrevokInstaller {
+public:
+    using BrevokInstaller::BrevokInstaller;
+    QStringList asked;
+    [[nodiscard]] bool removeItemAtPath(const QString &path, ErrorSlot) override
+    {
+        asked.append(path);
+        return false;
+    }
+};
+
+} // namespace
+
+class InstallerTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init();
+    void cleanup();
+
+    void wrongInputTouchesNothing_data();
+    void wrongInputTouchesNothing();
+    void archiveReplacesTheOldBundle();
+    void workspaceFileIsWrittenOnce();
+    void failuresThatStillAnswerYes_data();
+    void failuresThatStillAnswerYes();
+    void replacingAsksTheSubclass();
+    void removing_data();
+    void removing();
+    void attributesAreAdded();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_scratch->filePath(name); }
+
+    std::unique_ptr<LogCapture> m_log;
+    LinuxFileOperations m_files;
+    BrevokInstaller m_installer{m_files};
+    std::unique_ptr<QTemporaryDir> m_scratch;
+    std::optional<BrevokError> m_error;
+};
+
+void InstallerTest::init()
+{
+    m_scratch = std::make_unique<QTemporaryDir>();
+    m_error.reset();
+    m_log = std::make_unique<LogCapture>();
+}
+
+void InstallerTest::cleanup()
+{
+    m_log.reset();
+    m_scratch.reset();
+}
+
+void InstallerTest::wrongInputTouchesNothing_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("no source") << QString() << u"T/A.InDesignPlugin"_s
+                               << u"install failed, source path is wrong: -"_s;
+    QTest::newRow("empty source") << u""_s << u"T/A.InDesignPlugin"_s
+                                  << u"install failed, source path is wrong: "_s;
+    QTest::newRow("no target") << u"/a.zip"_s << QString() << u"install failed, target path is wrong: -"_s;
+    QTest::newRow("target without folder")
+        << u"/a.zip"_s << u"A.InDesignPlugin/"_s << u"install failed, target path is wrong: "_s;
+}
+
+void InstallerTest::wrongInputTouchesNothing()
+{
+    QFETCH(const QString, source);
+    QFETCH(const QString, target);
+    QFETCH(const QString, line);
+    QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
+    QVERIFY(m_error);
+    QCOMPARE(m_error->domain, QString::fromLatin1(installerErrorDomain));
+    QCOMPARE(m_error->code, 1);
+    QCOMPARE(m_error->description, u"Incorrect input to installPlugin:"_s);
+    QCOMPARE(LogCapture::lines(), QStringList{line});
+    QVERIFY(!QFileInfo::exists(target));
+}
+
+void InstallerTest::archiveReplacesTheOldBundle()
+{
+    const QString folder = path(u"Plug-Ins/Tolvane"_s);
+    const QString target = folder + u"/A.InDesignPlugin"_s;
+    const QString archive = path(u"a.ZIP"_s);
+    QVERIFY(writeFile(target + u"/Contents/Old"_s, "old"));
+    QVERIFY(writeFile(archive, testing::pluginArchive("A", "information", "code")));
+    QVERIFY(m_installer.installPluginFromSource(archive, target, ::getuid(), &m_error));
+    QVERIFY(!m_error);
+    QCOMPARE(m_files.entries(folder), QStringList{u"A.InDesignPlugin"_s});
+    QVERIFY(!QFileInfo::exists(target + u"/Contents/Old"_s));
+    QCOMPARE(contents(target + u"/Contents/Info.plist"_s), QByteArray("information"));
+    QCOMPARE(modeOf(target + u"/Contents/MacOS/A"_s), mode_t(0755));
+    const QStringList lines{u"removeItemAtPath"_s, u"removedItemAtPath: %1"_s.arg(target),
+        u"unzip: %1 to: %2"_s.arg(archive, folder), u"unziped"_s};
+    QCOMPARE(LogCapture::lines(), lines);
+}
+
+void InstallerTest::workspaceFileIsWrittenOnce()
+{
+    const QString source = path(u"Tolvane.xml"_s);
+    const QString target = path(u"App/Presets/InDesign Workspaces/Tolvane.xml"_s);
+    QVERIFY(writeFile(source, "first"));
+    QVERIFY(m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
+    QVERIFY(!m_error);
+    const QStringList lines{u"copy: %1 to: %2"_s.arg(source, target), u"copied"_s};
+    QCOMPARE(LogCapture::lines(), lines);
+
+    LogCapture::clear();
+    QVERIFY(writeFile(source, "second"));
+    QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
+    QVERIFY(m_error);
+    QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
+    QCOMPARE(contents(target), QByteArray("first"));
+    const QStringList refusal{
+        u"remove item at path failed, wrong data: %1"_s.arg(target), u"removeItemAtPath failed"_s};
+    QCOMPARE(LogCapture::lines(), refusal);
+}
+
+void InstallerTest::failuresThatStillAnswerYes_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<bool>("handedOver");
+    QTest::newRow("archive that is none") << u"broken.zip"_s << false;
+    QTest::newRow("archive that is missing") << u"missing.zip"_s << false;
+    QTest::newRow("file that is missing") << u"missing.xml"_s << true;
+    QTest::newRow("hidden file, no archive") << u".zip"_s << true;
+}
+
+void InstallerTest::failuresThatStillAnswerYes()
+{
+    QFETCH(const QString, source);
+    QFETCH(const bool, handedOver);
+    QVERIFY(writeFile(path(u"broken.zip"_s), "no archive at all"));
+    const QString target = path(u"Tolvane/A.InDesignPlugin"_s);
+    QVERIFY(m_installer.installPluginFromSource(path(source), target, ::getuid(), &m_error));
+    QCOMPARE(m_error.has_value(), handedOver);
+    QVERIFY(LogCapture::mentions(u"Error: Could not "_s));
+    QVERIFY(LogCapture::contains(handedOver ? u"copied"_s : u"unziped"_s));
+    QVERIFY(LogCapture::contains(u"setUID:permissions:directory: failed missing file attributes"_s));
+    QVERIFY(m_files.entries(path(u"Tolvane"_s)).isEmpty());
+}
+
+void InstallerTest::replacingAsksTheSubclass()
+{
+    const QString target = path(u"Tolvane/A.InDesignPlugin"_s);
+    QVERIFY(writeFile(target, "old"));
+    KeepingInstaller installer(m_files);
+    QVERIFY(!installer.installPluginFromSource(u"/a.zip"_s, target, ::getuid(), &m_error));
+    QCOMPARE(installer.asked, QStringList{target});
+    QCOMPARE(LogCapture::lines(), QStringList{u"removeItemAtPath failed"_s});
+
+    LogCapture::clear();
+    QVERIFY(!m_installer.installPluginFromSource(
+        u"/a.zip"_s, target + u"/B.InDesignPlugin"_s, ::getuid(), &m_error));
+    QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
+    QCOMPARE(LogCapture::lines(), QStringList{u"create dir failed %1"_s.arg(target)});
+}
+
+void InstallerTest::removing_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<bool>("removed");
+    QTest::addColumn<QStringList>("lines");
+    const QString wrong = u"remove item at path failed, wrong data: "_s;
+    QTest::newRow("bundle") << u"A.InDesignPlugin"_s << true
+                            << QStringList{u"removeItemAtPath"_s, u"removedItemAtPath: A.InDesignPlugin"_s};
+    QTest::newRow("nothing there") << u"B.InDesignPlugin"_s << true << QStringList{u"removeItemAtPath"_s};
+    QTest::newRow("other kind") << u"Tolvane.xml"_s << false << QStringList{wrong + u"Tolvane.xml"_s};
+    QTest::newRow("trailing slash") << u"A.InDesignPlugin/"_s << false
+                                    << QStringList{wrong + u"A.InDesignPlugin/"_s};
+    QTest::newRow("no path") << QString() << false << QStringList{wrong + u'-'};
+}
+
+void InstallerTest::removing()
+{
+    QFETCH(const QString, name);
+    QFETCH(const bool, removed);
+    QFETCH(QStringList, lines);
+    QVERIFY(writeFile(path(u"A.InDesignPlugin/Contents/Info.plist"_s), "x"));
+    QVERIFY(writeFile(path(u"Tolvane.xml"_s), "x"));
+    const QString whole = name.isNull() ? QString() : path(name);
+    QCOMPARE(m_installer.removeItemAtPath(whole, &m_error), removed);
+    QCOMPARE(m_error.has_value(), !removed);
+    if (!removed) {
+        QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
+    }
+    QCOMPARE(m_files.entries(m_scratch->path()).size(), removed && name.startsWith(u'A') ? 1 : 2);
+    if (!name.isNull()) {
+        lines.replaceInStrings(name, whole);
+    }
+    QCOMPARE(LogCapture::lines(), lines);
+}
+
+void InstallerTest::attributesAreAdded()
+{
+    const QString bundle = path(u"A.InDesignPlugin"_s);
+    const QString outside = path(u"outside"_s);
+    QVERIFY(writeFile(bundle + u"/inside/file"_s, "x"));
+    QVERIFY(writeFile(outside + u"/file"_s, "x"));
+    QVERIFY(QFile::link(outside, bundle + u"/link"_s));
+    for (const QString &file : {bundle + u"/inside/file"_s, outside + u"/file"_s}) {
+        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0444), 0);
+    }
+    // Only root may give away; everybody may keep.
+    const uid_t user = ::geteuid() == 0 ? 12345 : ::getuid();
+
+    m_installer.setUID(user, 0600, bundle, false);
+    QCOMPARE(modeOf(bundle + u"/inside/file"_s), mode_t(0444));
+    QCOMPARE(ownerOf(bundle), user);
+    m_installer.setUID(user, 0600, bundle, true);
+    QCOMPARE(modeOf(bundle + u"/inside/file"_s), mode_t(0644));
+    QCOMPARE(ownerOf(bundle + u"/inside/file"_s), user);
+    QCOMPARE(ownerOf(bundle + u"/link"_s), user);
+    QCOMPARE(modeOf(outside + u"/file"_s), mode_t(0444));
+    QCOMPARE(ownerOf(outside + u"/file"_s), ::geteuid());
+    QCOMPARE(LogCapture::lines(), QStringList());
+
+    m_installer.setUID(user, 0600, QString(), true);
+    m_installer.setUID(user, 0600, path(u"missing"_s), false);
+    // A file of another user with a second name elsewhere is not given away; a plain user may give nothing
+    // away.
+    QCOMPARE(::link(QFile::encodeName(outside + u"/file"_s).constData(),
+                 QFile::encodeName(bundle + u"/second"_s).constData()),
+        0);
+    m_installer.setUID(54321, 0, bundle + u"/second"_s, true);
+    const QStringList lines{u"setUID:permissions:directory: failed missing directory path"_s,
+        u"setUID:permissions:directory: failed missing file attributes"_s,
+        u"Attributes change failed for: %1/second"_s.arg(bundle)};
+    QCOMPARE(LogCapture::lines(), lines);
+}
+
+QTEST_GUILESS_MAIN(InstallerTest)
+#include "test_installer.moc"

@@ -1,0 +1,287 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/LinuxFileOperations.h"
+#include "support/LogCapture.h"
+#include "support/Privileges.h"
+#include "support/SampleBundles.h"
+#include "support/ZipWriter.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <atomic>
+#include <cerrno>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+using testing::writeFile;
+
+namespace {
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(nothing)");
+}
+
+bool changeMode(const QString &path, mode_t mode)
+{
+    return ::chmod(QFile::encodeName(path).constData(), mode) == 0;
+}
+
+mode_t modeOf(const QString &path)
+{
+    struct stat facts { };
+    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_mode & 07777 : 0;
+}
+
+/// Somebody who swaps the folder "inner" of a bundle for a link to @p outside and back, wherever below
+/// @p folder the bundle stands, as fast as possible.
+void swapFolders(const QString &folder, const QString &outside, const std::atomic_bool &stop)
+{
+    const QByteArray target = QFile::encodeName(outside);
+    while (!stop) {
+        const QStringList places = LinuxFileOperations().entries(folder);
+        for (const QString &place : places) {
+            const QString bundle =
+                folder + u'/' + place + (place.startsWith(u".tolvane"_s) ? u"/A.InDesignPlugin"_s : u""_s);
+            const QByteArray inner = QFile::encodeName(bundle + u"/inner"_s);
+            if (::rename(inner.constData(), (inner + "-away").constData()) == 0) {
+                (void)::symlink(target.constData(), inner.constData());
+                std::this_thread::yield();
+                (void)::unlink(inner.constData());
+                (void)::rename((inner + "-away").constData(), inner.constData());
+            }
+        }
+    }
+}
+
+} // namespace
+
+class FileOperationsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init();
+    void cleanup() { m_scratch.reset(); }
+
+    void existenceFollowsLinks();
+    void testsAnswerForTheEffectiveUser_data();
+    void testsAnswerForTheEffectiveUser();
+    void foldersAreMadeWithAllAbove();
+    void removingStaysInside();
+    void failedRemovalNamesWhatResisted();
+    void copiesAreWhole();
+    void copiesThatAreRefused_data();
+    void copiesThatAreRefused();
+    void nothingOutsideChangesInARace();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_scratch->filePath(name); }
+
+    LinuxFileOperations m_files;
+    std::unique_ptr<QTemporaryDir> m_scratch;
+    std::optional<BrevokError> m_error;
+};
+
+void FileOperationsTest::init()
+{
+    m_scratch = std::make_unique<QTemporaryDir>();
+    m_error.reset();
+}
+
+void FileOperationsTest::existenceFollowsLinks()
+{
+    QVERIFY(writeFile(path(u"folder/file"_s), "x"));
+    QVERIFY(QFile::link(path(u"folder"_s), path(u"link"_s)));
+    QVERIFY(QFile::link(path(u"missing"_s), path(u"dangling"_s)));
+    bool isFolder = false;
+    QVERIFY(m_files.fileExists(path(u"link"_s), &isFolder) && isFolder);
+    QVERIFY(m_files.fileExists(path(u"folder/file"_s), &isFolder) && !isFolder);
+    QVERIFY(!m_files.fileExists(path(u"dangling"_s)));
+    const QStringList all{u"dangling"_s, u"folder"_s, u"link"_s};
+    QCOMPARE(m_files.entries(m_scratch->path()), all);
+    QCOMPARE(m_files.entries(path(u"folder/file"_s)), QStringList());
+}
+
+void FileOperationsTest::testsAnswerForTheEffectiveUser_data()
+{
+    QTest::addColumn<int>("folderMode");
+    QTest::addColumn<int>("fileMode");
+    QTest::addColumn<bool>("readable");
+    QTest::addColumn<bool>("writable");
+    QTest::addColumn<bool>("executable");
+    QTest::addColumn<bool>("deletable");
+    QTest::newRow("plain") << 0755 << 0644 << true << true << false << true;
+    QTest::newRow("write-protected") << 0755 << 0555 << true << false << true << true;
+    QTest::newRow("secret") << 0755 << 0200 << false << true << false << true;
+    QTest::newRow("folder write-protected") << 0555 << 0644 << true << true << false << false;
+    QTest::newRow("folder shut") << 0600 << 0777 << false << false << false << false;
+    QTest::newRow("own file in a shared folder") << 01777 << 0644 << true << true << false << true;
+}
+
+void FileOperationsTest::testsAnswerForTheEffectiveUser()
+{
+    QFETCH(const int, folderMode);
+    QFETCH(const int, fileMode);
+    const QString file = path(u"folder/file"_s);
+    QVERIFY(writeFile(file, "x"));
+    QVERIFY(changeMode(file, static_cast<mode_t>(fileMode)));
+    QVERIFY(changeMode(path(u"folder"_s), static_cast<mode_t>(folderMode)));
+    {
+        const testing::WithoutPrivileges plain;
+        QTEST(m_files.isReadable(file), "readable");
+        QTEST(m_files.isWritable(file), "writable");
+        QTEST(m_files.isExecutable(file), "executable");
+        QTEST(m_files.isDeletable(file), "deletable");
+    }
+    QVERIFY(changeMode(path(u"folder"_s), 0755));
+    QVERIFY(!m_files.isDeletable(path(u"folder/missing"_s)));
+    QVERIFY(!m_files.isDeletable(u"/"_s));
+}
+
+void FileOperationsTest::foldersAreMadeWithAllAbove()
+{
+    QVERIFY(m_files.createFolder(path(u"a/b/c"_s), &m_error));
+    QVERIFY(m_files.createFolder(path(u"a/b/c/"_s), &m_error));
+    QVERIFY(QFileInfo(path(u"a/b/c"_s)).isDir());
+    QVERIFY(writeFile(path(u"file"_s), "x"));
+    for (const QString &blocked : {path(u"file"_s), path(u"file/inside"_s)}) {
+        m_error.reset();
+        QVERIFY(!m_files.createFolder(blocked, &m_error));
+        QCOMPARE(m_error->code, ENOTDIR);
+        QVERIFY(m_error->description.contains(blocked));
+    }
+}
+
+void FileOperationsTest::removingStaysInside()
+{
+    QVERIFY(writeFile(path(u"outside/file"_s), "x"));
+    QVERIFY(writeFile(path(u"tree/a/b/file"_s), "x"));
+    QVERIFY(QFile::link(path(u"outside"_s), path(u"tree/a/link"_s)));
+    QVERIFY(QFile::link(path(u"outside"_s), path(u"link"_s)));
+    QVERIFY(m_files.removeItem(path(u"tree/"_s), &m_error));
+    QVERIFY(m_files.removeItem(path(u"link"_s), &m_error));
+    QCOMPARE(m_files.entries(m_scratch->path()), QStringList{u"outside"_s});
+    QCOMPARE(m_files.entries(path(u"outside"_s)), QStringList{u"file"_s});
+    for (const QString &wrong : {path(u"missing"_s), u"/"_s, path(u"outside/."_s), path(u"outside/.."_s)}) {
+        m_error.reset();
+        QVERIFY(!m_files.removeItem(wrong, &m_error));
+        QCOMPARE(m_error->code, wrong.endsWith(u"missing"_s) ? ENOENT : EINVAL);
+    }
+    QVERIFY(QFileInfo::exists(path(u"outside/file"_s)));
+}
+
+void FileOperationsTest::failedRemovalNamesWhatResisted()
+{
+    QVERIFY(writeFile(path(u"tree/a/file"_s), "x"));
+    QVERIFY(changeMode(path(u"tree/a"_s), 0555));
+    {
+        const testing::WithoutPrivileges plain;
+        QVERIFY(!m_files.removeItem(path(u"tree"_s), &m_error));
+    }
+    QVERIFY(changeMode(path(u"tree/a"_s), 0755));
+    QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
+    QCOMPARE(m_error->code, EACCES);
+    QCOMPARE(
+        m_error->description, u"Could not remove \"%1\": Permission denied."_s.arg(path(u"tree/a/file"_s)));
+}
+
+void FileOperationsTest::copiesAreWhole()
+{
+    const QByteArray large(1'000'000, 'x');
+    QVERIFY(writeFile(path(u"tree/a/large"_s), large));
+    QVERIFY(writeFile(path(u"tree/program"_s), "run"));
+    QVERIFY(changeMode(path(u"tree/program"_s), 04755));
+    QVERIFY(changeMode(path(u"tree/a"_s), 0555));
+    QCOMPARE(::symlink("/nowhere", QFile::encodeName(path(u"tree/link"_s)).constData()), 0);
+    QVERIFY(m_files.copyItem(path(u"tree"_s), path(u"copy"_s), &m_error));
+    QCOMPARE(contents(path(u"copy/a/large"_s)), large);
+    QCOMPARE(modeOf(path(u"copy/a"_s)), mode_t(0555));
+    QCOMPARE(modeOf(path(u"copy/program"_s)), mode_t(0755));
+    QCOMPARE(QFile::symLinkTarget(path(u"copy/link"_s)), u"/nowhere"_s);
+    QVERIFY(changeMode(path(u"copy/a"_s), 0755) && changeMode(path(u"tree/a"_s), 0755));
+    const QStringList all{u"copy"_s, u"tree"_s};
+    QCOMPARE(m_files.entries(m_scratch->path()), all);
+}
+
+void FileOperationsTest::copiesThatAreRefused_data()
+{
+    QTest::addColumn<QString>("source");
+    QTest::addColumn<QString>("target");
+    QTest::addColumn<int>("code");
+    QTest::newRow("target exists") << u"tree"_s << u"file"_s << EEXIST;
+    QTest::newRow("target is a dangling link") << u"tree"_s << u"dangling"_s << EEXIST;
+    QTest::newRow("no source") << u"missing"_s << u"copy"_s << ENOENT;
+    QTest::newRow("no target folder") << u"file"_s << u"missing/copy"_s << ENOENT;
+    QTest::newRow("pipe inside") << u"tree"_s << u"copy"_s << EINVAL;
+    QTest::newRow("into itself") << u"tree"_s << u"tree/copy"_s << EINVAL;
+}
+
+void FileOperationsTest::copiesThatAreRefused()
+{
+    QFETCH(const QString, source);
+    QFETCH(const QString, target);
+    QFETCH(const int, code);
+    QVERIFY(writeFile(path(u"file"_s), "x"));
+    QVERIFY(writeFile(path(u"tree/a/file"_s), "x"));
+    QVERIFY(QFile::link(path(u"missing"_s), path(u"dangling"_s)));
+    QCOMPARE(::mkfifo(QFile::encodeName(path(u"tree/pipe"_s)).constData(), 0600), 0);
+    QVERIFY(!m_files.copyItem(path(source), path(target), &m_error));
+    QCOMPARE(m_error->code, code);
+    const QStringList all{u"dangling"_s, u"file"_s, u"tree"_s};
+    QCOMPARE(m_files.entries(m_scratch->path()), all);
+    const QStringList inside{u"a"_s, u"pipe"_s};
+    QCOMPARE(m_files.entries(path(u"tree"_s)), inside);
+}
+
+void FileOperationsTest::nothingOutsideChangesInARace()
+{
+    // The disk would only slow the race down.
+    const QString parent = QFileInfo(u"/dev/shm"_s).isWritable() ? u"/dev/shm"_s : QDir::tempPath();
+    m_scratch = std::make_unique<QTemporaryDir>(parent + u"/brevok-test-XXXXXX"_s);
+    const QString folder = path(u"Tolvane"_s);
+    const QString bundle = folder + u"/A.InDesignPlugin"_s;
+    const QString outside = path(u"outside"_s);
+    QList<testing::ZipMember> members;
+    QStringList names;
+    for (int i = 10; i < 50; ++i) {
+        members.append({"A.InDesignPlugin/inner/deep/" + QByteArray::number(i), "overwritten"});
+        names.append(QString::number(i));
+        QVERIFY(writeFile(outside + u"/deep/"_s + names.last(), "untouched"));
+        QVERIFY(changeMode(outside + u"/deep/"_s + names.last(), 0444));
+    }
+    members.append(testing::ZipMember{"A.InDesignPlugin/inner/new/file", "new"});
+    QVERIFY(writeFile(path(u"a.zip"_s), testing::zipArchive(members)));
+    QVERIFY(m_files.createFolder(folder, &m_error));
+
+    std::atomic_bool stop = false;
+    std::thread adversary([&] { swapFolders(folder, outside, stop); });
+    for (int i = 0; i < 200; ++i) {
+        // Each may fail, none may do harm.
+        m_files.extractZip(path(u"a.zip"_s), folder, nullptr);
+        (void)m_files.addPermissionsAndOwnerToTree(bundle, 0600, ::getuid());
+        m_files.copyItem(bundle, folder + u"/copy"_s, nullptr);
+        m_files.removeItem(bundle, nullptr);
+        m_files.removeItem(folder + u"/copy"_s, nullptr);
+    }
+    stop = true;
+    adversary.join();
+
+    QCOMPARE(m_files.entries(outside), QStringList{u"deep"_s});
+    QCOMPARE(m_files.entries(outside + u"/deep"_s), names);
+    for (const QString &name : names) {
+        QCOMPARE(contents(outside + u"/deep/"_s + name), QByteArray("untouched"));
+        QCOMPARE(modeOf(outside + u"/deep/"_s + name), mode_t(0444));
+    }
+}
+
+QTEST_GUILESS_MAIN(FileOperationsTest)
+#include "test_file_operations.moc"

@@ -1,0 +1,375 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/LinuxFileOperations.h"
+#include "support/LogCapture.h"
+#include "support/Privileges.h"
+#include "support/SampleBundles.h"
+#include "support/ZipWriter.h"
+
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cerrno>
+#include <clocale>
+#include <csignal>
+
+#include <sys/mount.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+using testing::writeFile;
+using testing::zipArchive;
+using testing::ZipMember;
+
+namespace {
+
+using Members = QList<ZipMember>;
+
+constexpr auto extractOption = "--extract";
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(nothing)");
+}
+
+mode_t modeOf(const QString &path)
+{
+    struct stat facts { };
+    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_mode & 07777 : 0;
+}
+
+/// Incompressible to no one's harm: the archives here are stored.
+QByteArray noise(qsizetype size)
+{
+    QByteArray result(size, Qt::Uninitialized);
+    quint32 state = 1;
+    for (char &byte : result) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<char>(state >> 24U);
+    }
+    return result;
+}
+
+/// What a signal or a limit does, undone at the end of the scope.
+class FileSizeLimit final {
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        ::getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limit{bytes, m_before.rlim_max};
+        m_previous = std::signal(SIGXFSZ, SIG_IGN);
+        ::setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit()
+    {
+        ::setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_previous);
+    }
+    Q_DISABLE_COPY_MOVE(FileSizeLimit)
+
+private:
+    rlimit m_before{};
+    void (*m_previous)(int) = nullptr;
+};
+
+} // namespace
+
+class ZipExtractionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init();
+    void cleanup() { m_scratch.reset(); }
+
+    void bundleIsUnpacked();
+    void archiveOfAnotherProgramIsUnpacked();
+    void namesAreUtf8InEveryLocale();
+    void refusedArchives_data();
+    void refusedArchives();
+    void damagedArchives();
+    void unusableDestinations();
+    void fullDiskLeavesNothing();
+    void killedExtractionLeavesNoHalfBundle();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_scratch->filePath(name); }
+    void useScratch(const QString &parent);
+    [[nodiscard]] bool extract(const QByteArray &archive);
+    [[nodiscard]] QStringList unpacked() const { return m_files.entries(m_folder); }
+
+    LinuxFileOperations m_files;
+    std::unique_ptr<QTemporaryDir> m_scratch;
+    QString m_folder;
+    std::optional<BrevokError> m_error;
+};
+
+void ZipExtractionTest::init()
+{
+    useScratch(QDir::tempPath());
+}
+
+void ZipExtractionTest::useScratch(const QString &parent)
+{
+    m_scratch = std::make_unique<QTemporaryDir>(parent + u"/brevok-test-XXXXXX"_s);
+    m_folder = path(u"Tolvane"_s);
+    m_error.reset();
+    QVERIFY(m_files.createFolder(m_folder, &m_error));
+}
+
+bool ZipExtractionTest::extract(const QByteArray &archive)
+{
+    return writeFile(path(u"a.zip"_s), archive) && m_files.extractZip(path(u"a.zip"_s), m_folder, &m_error);
+}
+
+void ZipExtractionTest::bundleIsUnpacked()
+{
+    QVERIFY(QFile::link(path(u"outside"_s), m_folder + u"/.tolvane-unpack-link"_s));
+    QVERIFY(writeFile(m_folder + u"/.tolvane-unpack-stale/half"_s, "left by a crash"));
+    const mode_t mask = ::umask(077);
+    const bool done = extract(zipArchive({{"./", {}, testing::zipFolder}, {"./A/", {}, 0040777},
+        {"A/Versions/1//code", "program", 0100711, true}, {"A/data", "data", 0100666},
+        {"A/Versions/Current", "1", testing::zipLink},
+        {"A/code", "./Versions/Current/code", testing::zipLink},
+        {"A/Versions/back", "../data", testing::zipLink}, {"B.txt", {}, 0100600},
+        /* called a pipe, but with contents: a file */ {"A/pipe", "flow", 0010644},
+        {"__MACOSX/A/._data", "fork"}, {"A/._data", "fork"}, {"A/.DS_Store", "view"}}));
+    ::umask(mask);
+    QVERIFY2(done, m_error ? qPrintable(m_error->description) : "");
+    QFile::remove(m_folder + u"/.tolvane-unpack-link"_s);
+    QCOMPARE(unpacked(), (QStringList{u"A"_s, u"B.txt"_s}));
+    QCOMPARE(
+        m_files.entries(m_folder + u"/A"_s), (QStringList{u"Versions"_s, u"code"_s, u"data"_s, u"pipe"_s}));
+    QCOMPARE(contents(m_folder + u"/A/code"_s), QByteArray("program"));
+    QCOMPARE(contents(m_folder + u"/A/Versions/back"_s), QByteArray("data"));
+    QCOMPARE(contents(m_folder + u"/A/pipe"_s), QByteArray("flow"));
+    QCOMPARE(modeOf(m_folder + u"/A"_s), mode_t(0755));
+    QCOMPARE(modeOf(m_folder + u"/A/Versions/1"_s), mode_t(0755));
+    QCOMPARE(modeOf(m_folder + u"/A/Versions/1/code"_s), mode_t(0755));
+    QCOMPARE(modeOf(m_folder + u"/A/data"_s), mode_t(0644));
+    QCOMPARE(QFileInfo(m_folder + u"/A/data"_s).lastModified().date(), QDate(2024, 1, 1));
+
+    // What stands there is never replaced, and nothing of the archive appears beside it.
+    QVERIFY(!extract(zipArchive({{"C/file", "new"}, {"B.txt", "new"}})));
+    QCOMPARE(m_error->code, EEXIST);
+    QVERIFY(m_error->description.contains(u"B.txt"_s));
+    QCOMPARE(unpacked(), (QStringList{u"A"_s, u"B.txt"_s}));
+}
+
+void ZipExtractionTest::archiveOfAnotherProgramIsUnpacked()
+{
+    const QByteArray large = noise(700'000);
+    QVERIFY(writeFile(path(u"A.InDesignPlugin/Contents/large"_s), large));
+    QVERIFY(QFile::link(u"large"_s, path(u"A.InDesignPlugin/Contents/link"_s)));
+    QCOMPARE(QProcess::execute(u"bsdtar"_s,
+                 {u"--format"_s, u"zip"_s, u"-cf"_s, path(u"b.zip"_s), u"-C"_s, m_scratch->path(),
+                     u"A.InDesignPlugin"_s}),
+        0);
+    QVERIFY(m_files.extractZip(path(u"b.zip"_s), m_folder, &m_error));
+    QCOMPARE(contents(m_folder + u"/A.InDesignPlugin/Contents/link"_s), large);
+}
+
+void ZipExtractionTest::namesAreUtf8InEveryLocale()
+{
+    constexpr quint16 utf8Flag = 0x0800;
+    const QByteArray name = u"Gr\u00fc\u00dfe \u65e5\u672c"_s.toUtf8();
+    const QByteArray before = std::setlocale(LC_ALL, nullptr);
+    std::setlocale(LC_ALL, "C");
+    const bool done =
+        extract(zipArchive({{name + "/a", "x", testing::zipFile, false, -1, utf8Flag}, {name + "/b", "y"}}));
+    std::setlocale(LC_ALL, before.constData());
+    QVERIFY2(done, m_error ? qPrintable(m_error->description) : "");
+    QCOMPARE(contents(m_folder + u'/' + QString::fromUtf8(name) + u"/a"_s), QByteArray("x"));
+    QCOMPARE(contents(m_folder + u'/' + QString::fromUtf8(name) + u"/b"_s), QByteArray("y"));
+}
+
+void ZipExtractionTest::refusedArchives_data()
+{
+    QTest::addColumn<QByteArray>("archive");
+    const auto row = [](const char *name, const Members &members) {
+        QTest::newRow(name) << zipArchive(members);
+    };
+    const ZipMember good{"A/good", "good"};
+    const auto beside = [&](const char *name, const ZipMember &evil) {
+        row(name, {good, evil});
+    };
+    const auto link = [](const char *name, const char *target) {
+        return ZipMember{name, target, testing::zipLink};
+    };
+    QTest::newRow("empty file") << QByteArray();
+    QTest::newRow("no zip") << noise(5000);
+    row("no entries", {});
+    row("resource forks only", {{"__MACOSX/._A", "x"}});
+    beside("climbs out", {"../outside/file", "x"});
+    beside("climbs out on the way", {"A/b/../../../outside/file", "x"});
+    beside("climbs out among forks", {"__MACOSX/../../outside/file", "x"});
+    beside("absolute", {"/outside", "x"});
+    beside("backslashes", {"..\\outside\\file", "x"});
+    beside("nameless", {".", "x"});
+    beside("name too long", {"A/" + QByteArray(256, 'n'), "x"});
+    beside("too deep", {QByteArray("d/").repeated(64) + "f", "x"});
+    row("writes through a link", {link("A/out", "../../outside"), {"A/out/file", "x"}});
+    row("replaces its own link", {link("A/out", "sub"), {"A/out", "x"}});
+    row("folder becomes a link", {{"A/b/file", "x"}, link("A/b", "good")});
+    beside("link to an absolute path", link("A/l", "/etc/passwd"));
+    beside("link out of the bundle", link("A/b/l", "../../B/file"));
+    beside("link at the top", link("L", "A/good"));
+    beside("link to nothing", link("A/l", ""));
+    row("links that climb together", {{"A/b/c/f", "x"}, link("A/up", "b/c"), link("A/l", "up/../../../x")});
+    beside("device", {"A/d", {}, 0020666});
+    beside("block device", {"A/d", {}, 0060666});
+    beside("socket", {"A/s", {}, 0140666});
+    beside("set-uid program", {"A/s", "x", 0104755});
+    beside("set-gid program", {"A/s", "x", 0102755});
+    row("same file twice", {good, good});
+    row("file becomes a folder", {good, {"A/good/file", "x"}});
+    row("folder becomes a file", {{"A/b/file", "x"}, {"A/b", "x"}});
+    beside("encrypted", {"A/e", "secret bytes", testing::zipFile, false, -1, 1});
+    beside("wrong checksum", {"A/c", "x", testing::zipFile, false, -1, 0, true});
+    beside("wrong checksum, packed", {"A/c", noise(300'000), testing::zipFile, true, -1, 0, true});
+    beside("larger than it claims", {"A/c", noise(300'000), testing::zipFile, true, 1000});
+    beside("smaller than it claims", {"A/c", noise(1000), testing::zipFile, true, 300'000});
+    row("bomb of zeros", {{"A/zeros", QByteArray(80'000'000, '\0'), testing::zipFile, true}});
+    row("claims too much", {{"A/f", "x", testing::zipFile, true, 0xFFFFFFF0, 0, false, 3}});
+    row("bomb that claims little",
+        {{"A/zeros", QByteArray(1'000'000, '\0'), testing::zipFile, true, 10, 0, false, 100}});
+    row("too many entries", {{"A/f", {}, testing::zipFile, false, -1, 0, false, 200'001}});
+    row("too many links", {{"A/f", "x", testing::zipLink, false, -1, 0, false, 10'001}});
+}
+
+void ZipExtractionTest::refusedArchives()
+{
+    QFETCH(const QByteArray, archive);
+    QVERIFY(writeFile(path(u"outside/file"_s), "untouched"));
+    QVERIFY(!extract(archive));
+    QVERIFY(m_error);
+    QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
+    QVERIFY(m_error->code != 0);
+    QVERIFY(m_error->description.contains(path(u"a.zip"_s)));
+    QCOMPARE(unpacked(), QStringList());
+    QCOMPARE(m_files.entries(m_scratch->path()), (QStringList{u"Tolvane"_s, u"a.zip"_s, u"outside"_s}));
+    QCOMPARE(contents(path(u"outside/file"_s)), QByteArray("untouched"));
+}
+
+/// Cut short anywhere it is refused; with a byte changed it is refused or does what it may.
+void ZipExtractionTest::damagedArchives()
+{
+    // Hundreds of flushes cost nothing in memory.
+    useScratch(QFileInfo(u"/dev/shm"_s).isWritable() ? u"/dev/shm"_s : QDir::tempPath());
+    const QByteArray whole = zipArchive({{"A/b/f", QByteArray(200, 'a') + noise(60), testing::zipFile, true},
+        {"A/g", noise(50)}, {"A/l", "g", testing::zipLink}});
+    for (qsizetype size = 0; size < whole.size(); size += 3) {
+        QVERIFY2(!extract(whole.left(size)), qPrintable(QString::number(size)));
+        QCOMPARE(unpacked(), QStringList());
+    }
+    for (qsizetype at = 0; at < whole.size(); at += 2) {
+        QByteArray damaged = whole;
+        damaged[at] = static_cast<char>(damaged[at] ^ (at % 4 == 0 ? 0x01 : 0x5a));
+        if (!extract(damaged)) {
+            QCOMPARE(unpacked(), QStringList());
+        }
+        for (const QString &name : unpacked()) {
+            QVERIFY(m_files.removeItem(m_folder + u'/' + name, &m_error));
+        }
+        QCOMPARE(m_files.entries(m_scratch->path()), (QStringList{u"Tolvane"_s, u"a.zip"_s}));
+    }
+}
+
+void ZipExtractionTest::unusableDestinations()
+{
+    const QString archive = path(u"a.zip"_s);
+    QVERIFY(writeFile(archive, zipArchive({{"A/f", "x"}})));
+    const auto codeOf = [&](const QString &from, const QString &folder) {
+        m_error.reset();
+        const bool done = m_files.extractZip(from, folder, &m_error);
+        return done || !m_error ? 0 : m_error->code;
+    };
+    QCOMPARE(codeOf(archive, path(u"missing"_s)), ENOENT);
+    QCOMPARE(codeOf(archive, archive), ENOTDIR);
+    QCOMPARE(codeOf(path(u"missing.zip"_s), m_folder), ENOENT);
+    QCOMPARE(codeOf(m_folder, m_folder), EINVAL);
+    QCOMPARE(::mkfifo(QFile::encodeName(path(u"pipe.zip"_s)).constData(), 0600), 0);
+    QCOMPARE(codeOf(path(u"pipe.zip"_s), m_folder), EINVAL);
+    QCOMPARE(::chmod(QFile::encodeName(m_folder).constData(), 0555), 0);
+    {
+        const testing::WithoutPrivileges plain;
+        QCOMPARE(codeOf(archive, m_folder), EACCES);
+    }
+    QCOMPARE(unpacked(), QStringList());
+}
+
+void ZipExtractionTest::fullDiskLeavesNothing()
+{
+    const QByteArray archive =
+        zipArchive({{"A/first", noise(100'000)}, {"A/second", noise(2'000'000), testing::zipFile, true}});
+    QVERIFY(writeFile(path(u"a.zip"_s), archive));
+    {
+        const FileSizeLimit limit(500'000);
+        QVERIFY(!m_files.extractZip(path(u"a.zip"_s), m_folder, &m_error));
+    }
+    QCOMPARE(m_error->code, EFBIG);
+    QVERIFY(m_error->description.contains(u"A/second"_s));
+    QCOMPARE(unpacked(), QStringList());
+
+    const QByteArray folder = QFile::encodeName(m_folder);
+    if (::mount("tmpfs", folder.constData(), "tmpfs", 0, "size=1m") != 0) {
+        QSKIP("a small disk can be made by root only");
+    }
+    const bool done = m_files.extractZip(path(u"a.zip"_s), m_folder, &m_error);
+    const QStringList left = unpacked();
+    QCOMPARE(::umount(folder.constData()), 0);
+    QVERIFY(!done);
+    QCOMPARE(m_error->code, ENOSPC);
+    QVERIFY(m_error->description.contains(u"No space left on device (A/second)"_s));
+    QCOMPARE(left, QStringList());
+}
+
+void ZipExtractionTest::killedExtractionLeavesNoHalfBundle()
+{
+    constexpr qsizetype files = 300;
+    const QString bundle = m_folder + u"/A.InDesignPlugin"_s;
+    QVERIFY(writeFile(path(u"big.zip"_s),
+        zipArchive({{"A.InDesignPlugin/f", noise(50'000), testing::zipFile, false, -1, 0, false, files}})));
+    const auto inStaging = [&] {
+        const QStringList names = unpacked().filter(u".tolvane-unpack-"_s);
+        return names.isEmpty()
+            ? qsizetype(-1)
+            : m_files.entries(m_folder + u'/' + names.first() + u"/A.InDesignPlugin"_s).size();
+    };
+    for (const qsizetype moment : {qsizetype(0), qsizetype(1), qsizetype(20), qsizetype(100), files}) {
+        QProcess child;
+        child.start(QCoreApplication::applicationFilePath(),
+            {QString::fromLatin1(extractOption), path(u"big.zip"_s), m_folder});
+        QVERIFY(child.waitForStarted());
+        while (inStaging() < moment && !child.waitForFinished(0)) { }
+        child.kill();
+        QVERIFY(child.state() == QProcess::NotRunning || child.waitForFinished());
+        if (QFileInfo::exists(bundle)) {
+            QCOMPARE(m_files.entries(bundle).size(), files);
+            QVERIFY(m_files.removeItem(bundle, &m_error));
+        }
+        QVERIFY(extract(zipArchive({{"A.InDesignPlugin/f", "x"}})));
+        QCOMPARE(unpacked(), QStringList{u"A.InDesignPlugin"_s});
+        QVERIFY(m_files.removeItem(bundle, &m_error));
+    }
+}
+
+/// The program is its own child where one must be killed.
+int main(int argc, char *argv[])
+{
+    if (argc == 4 && qstrcmp(argv[1], extractOption) == 0) {
+        LinuxFileOperations files;
+        return files.extractZip(QFile::decodeName(argv[2]), QFile::decodeName(argv[3]), nullptr) ? 0 : 1;
+    }
+    const QCoreApplication application(argc, argv);
+    ZipExtractionTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_zip_extraction.moc"

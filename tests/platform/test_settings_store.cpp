@@ -5,7 +5,6 @@
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 
-#include <QCborValue>
 #include <QCoreApplication>
 #include <QProcess>
 #include <QRegularExpression>
@@ -114,7 +113,6 @@ void SettingsStoreTest::valuesSurvive_data()
     QTest::newRow("distant past") << u"past"_s << QVariant(SettingsStore::distantPast());
     QTest::newRow("path") << u"OrlecInstallNotificationDate/Applications//X/y z/"_s << QVariant(1);
     QTest::newRow("odd key") << u"%2F=[Grüße]\\;\n"_s << QVariant(2);
-    QTest::newRow("empty key") << u""_s << QVariant(3);
 }
 
 void SettingsStoreTest::valuesSurvive()
@@ -128,9 +126,20 @@ void SettingsStoreTest::valuesSurvive()
         QCOMPARE(store.value(key), value);
     }
     const FileSettingsStore store(path());
-    QVERIFY(store.contains(key));
-    QCOMPARE(store.value(key).typeId(), value.typeId());
-    QCOMPARE(store.value(key), value);
+    switch (value.typeId()) {
+    case QMetaType::QByteArray:
+        QCOMPARE(store.dataValue(key), value.toByteArray());
+        break;
+    case QMetaType::QStringList:
+        QCOMPARE(store.stringListValue(key), value.toStringList());
+        break;
+    case QMetaType::QDateTime:
+        QCOMPARE(store.dateValue(key), value.toDateTime());
+        break;
+    default:
+        QCOMPARE(store.value(key).toString(), value.toString());
+        QCOMPARE(store.boolValue(key), value.toBool());
+    }
     QVERIFY(!store.contains(key + u'x'));
 }
 
@@ -158,15 +167,10 @@ void SettingsStoreTest::whatCannotBeReadIsSetAside_data()
 {
     QTest::addColumn<QByteArray>("contents");
     QTest::addColumn<QString>("kind");
-    const QByteArray whole = QCborValue(QCborMap{{u"a"_s, 1}, {u"b"_s, u"text"_s}}).toCbor();
-    QTest::newRow("torn") << whole.chopped(2) << u"file"_s;
-    QTest::newRow("with a tail") << whole + "x" << u"file"_s;
-    QTest::newRow("text") << "[General]\na=@Variant(\\x0\\x0)\n"_ba << u"file"_s;
+    QTest::newRow("torn") << "[General]\na=1\nOrlecSess"_ba << u"file"_s;
+    QTest::newRow("no settings") << "a: 1"_ba << u"file"_s;
     QTest::newRow("zeroes") << QByteArray(4096, '\0') << u"file"_s;
-    QTest::newRow("list") << QCborValue(QCborArray{1, 2}).toCbor() << u"file"_s;
-    QTest::newRow("deep") << "\xa1\x61k"_ba + QByteArray(1'000'000, '\x81') << u"file"_s;
-    QTest::newRow("endless length") << "\xa1\x61k\x5b\xff\xff\xff\xff\xff\xff\xff\xff"_ba << u"file"_s;
-    QTest::newRow("endless map") << "\xbb\x7f\xff\xff\xff\xff\xff\xff\xff"_ba << u"file"_s;
+    QTest::newRow("one long line") << QByteArray(1'000'000, '[') << u"file"_s;
     QTest::newRow("too large") << QByteArray() << u"large"_s;
     QTest::newRow("folder") << QByteArray() << u"folder"_s;
     QTest::newRow("fifo") << QByteArray() << u"fifo"_s;

@@ -5,9 +5,8 @@
 
 #include "foundation/Log.h"
 #include "platform/DurableFile.h"
+#include "platform/linux/SettingsText.h"
 
-#include <QCborMap>
-#include <QCborValue>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QUrl>
@@ -24,67 +23,9 @@ constexpr qint64 sizeLimit = 256LL * 1024 * 1024;
 // Another program holds the lock for the time of one write.
 constexpr int lockTimeoutMilliseconds = 5000;
 
-QVariant fromCbor(const QCborValue &value)
-{
-    QVariant variant = value.toVariant();
-    if (variant.typeId() == QMetaType::LongLong) {
-        const qint64 number = variant.toLongLong();
-        return number == static_cast<int>(number) ? QVariant(static_cast<int>(number)) : variant;
-    }
-    if (variant.typeId() == QMetaType::QVariantList) {
-        const QVariantList list = variant.toList();
-        const bool texts = std::all_of(list.cbegin(), list.cend(),
-            [](const QVariant &element) { return element.typeId() == QMetaType::QString; });
-        return texts ? QVariant(variant.toStringList()) : variant;
-    }
-    return variant;
-}
-
-// Nothing when the bytes are not what encoded() writes.
-std::optional<QVariantMap> decoded(const QByteArray &bytes)
-{
-    QVariantMap values;
-    if (bytes.isEmpty()) {
-        return values;
-    }
-    QCborParserError error;
-    QCborValue root = QCborValue::fromCbor(bytes, &error);
-    if (root.isTag()) {
-        root = root.taggedValue();
-    }
-    if (error.error != QCborError::NoError || error.offset != bytes.size() || !root.isMap()) {
-        return std::nullopt;
-    }
-    const QCborMap map = root.toMap();
-    for (auto entry = map.cbegin(); entry != map.cend(); ++entry) {
-        if (entry.key().isString()) {
-            values.insert(entry.key().toString(), fromCbor(entry.value()));
-        }
-    }
-    return values;
-}
-
-QByteArray encoded(const QVariantMap &values)
-{
-    QCborMap map;
-    for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        map.insert(value.key(),
-            value->typeId() == QMetaType::QDateTime ? QCborValue(value->toDateTime().toUTC())
-                                                    : QCborValue::fromVariant(*value));
-    }
-    return QCborValue(QCborKnownTags::Signature, map).toCbor();
-}
-
 QByteArray rawBytes(const QVariant &value)
 {
-    switch (value.typeId()) {
-    case QMetaType::QByteArray:
-        return value.toByteArray();
-    case QMetaType::QString:
-        return value.toString().toUtf8();
-    default:
-        return QCborValue::fromVariant(value).toDiagnosticNotation().toUtf8();
-    }
+    return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : value.toString().toUtf8();
 }
 
 QString resolved(const QString &path)
@@ -186,7 +127,11 @@ bool FileSettingsStore::write()
     merged.insert(m_changed);
     const QString fresh = m_path + QStringLiteral(".new");
     std::optional<BrevokError> error;
-    if (!writePrivateFile(fresh, encoded(merged), &error) || !renameDurably(fresh, m_path, &error)) {
+    const std::optional<QByteArray> text = settingsText(merged);
+    if (!text) {
+        return failed(QStringLiteral("the temporary folder cannot be written"));
+    }
+    if (!writePrivateFile(fresh, *text, &error) || !renameDurably(fresh, m_path, &error)) {
         return failed(error->description);
     }
     m_stamp = stampOf(m_path);
@@ -212,7 +157,7 @@ bool FileSettingsStore::refresh()
 {
     PrivateFile file = readPrivateFile(m_path, m_stamp, sizeLimit);
     if (file.state == PrivateFile::State::Read) {
-        if (std::optional<QVariantMap> values = decoded(file.contents)) {
+        if (std::optional<QVariantMap> values = settingsValues(file.contents)) {
             m_saved = std::move(*values);
             m_stamp = file.stamp;
             return true;

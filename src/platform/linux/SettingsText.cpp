@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/SettingsText.h"
+
+#include <QDateTime>
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryFile>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// QSettings keeps what it once read under a path; a path of its own for every text keeps them apart.
+std::optional<QString> pathOfNewFile(QTemporaryFile &file, const QByteArray &text)
+{
+    if (!file.open() || file.write(text) != text.size() || !file.flush()) {
+        return std::nullopt;
+    }
+    return file.fileName();
+}
+
+QString encodedKey(QString key)
+{
+    return key.replace(u'%', "%25"_L1).replace(u'/', "%2F"_L1).replace(u'\\', "%5C"_L1);
+}
+
+QString decodedKey(QString key)
+{
+    return key.replace("%5C"_L1, "\\"_L1).replace("%2F"_L1, "/"_L1).replace("%25"_L1, "%"_L1);
+}
+
+QVariant textForm(const QVariant &value)
+{
+    return value.typeId() == QMetaType::QDateTime
+        ? QVariant(value.toDateTime().toUTC().toString(Qt::ISODateWithMs))
+        : value;
+}
+
+bool holds(const QByteArray &text, const QVariantMap &values)
+{
+    const std::optional<QVariantMap> found = settingsValues(text);
+    if (!found) {
+        return false;
+    }
+    for (auto value = values.cbegin(); value != values.cend(); ++value) {
+        const QVariant is = found->value(value.key());
+        const QVariant wanted = textForm(*value);
+        const bool same = wanted.typeId() == QMetaType::QStringList
+            ? is.toStringList() == wanted.toStringList()
+            : is.toByteArray() == wanted.toByteArray();
+        if (!same) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::optional<QByteArray> settingsText(const QVariantMap &values)
+{
+    QTemporaryFile file;
+    const std::optional<QString> path = pathOfNewFile(file, {});
+    if (!path) {
+        return std::nullopt;
+    }
+    {
+        QSettings settings(*path, QSettings::IniFormat);
+        for (auto value = values.cbegin(); value != values.cend(); ++value) {
+            settings.setValue(encodedKey(value.key()), textForm(*value));
+        }
+    }
+    QFile written(*path);
+    if (!written.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    // QSettings does not notice a disk that fills up while it writes.
+    QByteArray text = written.readAll();
+    return holds(text, values) ? std::optional(text) : std::nullopt;
+}
+
+std::optional<QVariantMap> settingsValues(const QByteArray &text)
+{
+    QTemporaryFile file;
+    const std::optional<QString> path = text.contains('\0') ? std::nullopt : pathOfNewFile(file, text);
+    if (!path) {
+        return std::nullopt;
+    }
+    const QSettings settings(*path, QSettings::IniFormat);
+    QVariantMap values;
+    const QStringList keys = settings.allKeys(); // parses: the status says more only after this
+    if (settings.status() != QSettings::NoError) {
+        return std::nullopt;
+    }
+    for (const QString &key : keys) {
+        values.insert(decodedKey(key), settings.value(key));
+    }
+    return values;
+}
+
+} // namespace brevok

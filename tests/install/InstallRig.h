@@ -30,13 +30,19 @@ namespace brevok::testing {
 struct InstallRig {
     Q_DISABLE_COPY_MOVE(InstallRig)
 
-    InstallRig() { writeFile(workspace(), "<workspace/>"); }
+    /// @p left is what the last run of the program left in the settings.
+    explicit InstallRig(const QVariantMap &left = {})
+        : isFilled(fill(left))
+    {
+        writeFile(workspace(), "<workspace/>");
+    }
     ~InstallRig() { finishBackgroundWork(10000); }
 
     QTemporaryDir folder;
     QDateTime clock = QDateTime::currentDateTimeUtc();
     LogCapture log;
     MemorySettingsStore settings;
+    bool isFilled; ///< stands here as the catalogue below reads the settings when it is made
     FakeServiceClient service;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;
@@ -54,6 +60,11 @@ struct InstallRig {
          }}};
     InstallFlow flow{{plugins, packages, targets, installer, alerts, dataFolder()}};
 
+    [[nodiscard]] bool fill(const QVariantMap &left)
+    {
+        settings.values = left;
+        return true;
+    }
     [[nodiscard]] QString dataFolder() const { return folder.filePath(QStringLiteral("data")); }
     [[nodiscard]] QString workspace() const { return folder.filePath(QStringLiteral("Tolvane.xml")); }
 

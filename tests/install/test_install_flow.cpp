@@ -34,6 +34,7 @@ private Q_SLOTS:
     void failuresAreReported_data();
     void failuresAreReported();
     void quittingLeavesTheQueueInTheStore();
+    void versionsWithOneArchivePathTakeTurns();
 
 private:
     struct Ended {
@@ -378,17 +379,30 @@ void InstallFlowTest::quittingLeavesTheQueueInTheStore()
         QTRY_COMPARE(rig.service.downloads.size(), 1);
         left = rig.settings.values;
     }
-    MemorySettingsStore settings;
-    settings.values = left;
-    const LogCapture log;
-    FakeServiceClient service;
-    ScriptedAlertPresenter presenter;
-    RecordingPanel panel;
-    BrevokAlertQueue alerts(presenter, panel);
-    const BrevokPlugins next(settings, service, alerts);
-    QCOMPARE(presenter.shown.size(), 1);
-    QVERIFY(!next.hasUnfinishedActions()); // discarded
-    QVERIFY(!next.definition(u"140:Plug_2.0"_s)->record.contains(PluginKeys::savedVersion));
+    const InstallRig next(left);
+    QCOMPARE(next.presenter.shown.size(), 1);
+    QVERIFY(!next.plugins.hasUnfinishedActions()); // discarded
+    QVERIFY(!next.record(u"140:Plug_2.0"_s).contains(PluginKeys::savedVersion));
+}
+
+// Two versions of one build have one archive path: each is installed before the other overwrites it.
+void InstallFlowTest::versionsWithOneArchivePathTakeTurns()
+{
+    const QJsonArray stored{InstallRig::build(u"P"_s, u"Plug"_s, 140, u"2.0"_s),
+        InstallRig::build(u"P"_s, u"Plug"_s, 140, u"2.1"_s)};
+    InstallRig rig({{u"OrlecPluginsData"_s, archived(QJsonObject{{u"P"_s, stored}})}});
+    const QString a = rig.addTarget(u"InDesign 2019"_s, u"140"_s);
+    rig.addPackage(u"Pack"_s, u"P"_s);
+    Ended ended;
+    rig.flow.installWithPrefix(u"P"_s, false, ended.here());
+    for (const QString &version : {u"2.0"_s, u"2.1"_s}) {
+        QTRY_COMPARE(rig.service.downloads.size(), 1);
+        QCOMPARE(ended.times, 0);
+        rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140, version));
+    }
+    QTRY_COMPARE(ended.times, 1);
+    QVERIFY(ended.outcome.failures.isEmpty());
+    QCOMPARE(bundleInformation(pluginIn(a, u"Plug"_s))->value(u"CFBundleShortVersionString"_s), u"2.1"_s);
 }
 
 QTEST_GUILESS_MAIN(InstallFlowTest)

@@ -24,17 +24,20 @@ namespace {
 BrevokAppInstaller *sharedInstaller = nullptr;
 
 // The error list that users see takes errors of calls that answered yes only; every other one is a failure
-// too.
+// too. A failure says what could not be done, and why.
 void collect(
-    bool answer, const std::optional<BrevokError> &error, const QString &otherwise, CommandResult &result)
+    bool answer, const std::optional<BrevokError> &error, const QString &sentence, CommandResult &result)
 {
     if (answer && error) {
         result.errors.append(*error);
     }
-    if (error) {
-        result.failures.append(*error);
-    } else if (!answer) {
-        result.failures.append(installerError(otherwise));
+    if (error || !answer) {
+        const QString reason = error ? error->description : QString();
+        BrevokError failure = installerError(reason.isEmpty() ? sentence : sentence + u' ' + reason);
+        if (error) {
+            failure.detailedErrors.append(*error);
+        }
+        result.failures.append(failure);
     }
 }
 

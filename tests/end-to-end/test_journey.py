@@ -70,7 +70,7 @@ class Journey(unittest.TestCase):
         session.start_application()
         self.assertTrue(session.status()["session"]["signedIn"])
         session.ctl("check")
-        requests = [json.loads(line) for line in (session.service_root / "requests.jsonl").open()]
+        requests = [json.loads(line) for line in (session.service_root / "requests.jsonl").read_text().splitlines()]
         lists = [r for r in requests if r["path"] == "/api/product/list"]
         self.assertIn("SessionId=", json.dumps(lists[-1]["headers"]))
         session.ctl("signout")
@@ -119,6 +119,7 @@ class Journey(unittest.TestCase):
         wait_for(lambda: [t["invalid"] for t in session.status()["targets"] if t["label"] == label] == [True],
                  "an application goes away")
         path = str(session.folder / "own/Plug-Ins")
+        pathlib.Path(path).mkdir(parents=True)
         session.ctl("targets", "add", path, "--type", "InCopy", "--version", "75")
         session.ctl("targets", "disable", path)
         self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +disabled")

@@ -124,6 +124,29 @@ bool recognise(const QString &executable, BundleFacts &bundles, RunningApplicati
     return false;
 }
 
+// What tells one session of a user from another: the address of its bus, else its runtime folder. Empty for a
+// process whose environment is not ours to read.
+QByteArray sessionOf(int processTable, const QByteArray &processId)
+{
+    const QByteArray name = processId + "/environ";
+    const FileDescriptor file(::openat(processTable, name.constData(), O_RDONLY | O_CLOEXEC));
+    QFile stream;
+    if (!file || !stream.open(file.get(), QIODevice::ReadOnly)) {
+        return {};
+    }
+    const QList<QByteArray> variables = stream.readAll().split('\0');
+    QByteArray runtimeFolder = "none";
+    for (const QByteArray &variable : variables) {
+        if (variable.startsWith("DBUS_SESSION_BUS_ADDRESS=")) {
+            return variable;
+        }
+        if (variable.startsWith("XDG_RUNTIME_DIR=")) {
+            runtimeFolder = variable;
+        }
+    }
+    return runtimeFolder;
+}
+
 // A copy goes by the name that stands in its own Info.plist.
 void recogniseCopy(const QString &executable, RunningApplication *application)
 {
@@ -157,7 +180,9 @@ QList<RunningApplication> ProcRunningApplications::list() const
             continue;
         }
         const QByteArray executable = executableOf(processTable, entry->d_name);
-        const bool copy = executable.endsWith(m_ownExecutableName);
+        // A copy in another session, or of another user, is no concern of this one.
+        const bool copy = executable.endsWith(m_ownExecutableName)
+            && sessionOf(processTable, entry->d_name) == sessionOf(processTable, "self");
         if (!copy && !executable.contains(".app/")) {
             continue;
         }

@@ -3,10 +3,12 @@
 
 #include "service/Transport.h"
 
+#include <QCoreApplication>
 #include <QNetworkCookie>
 #include <QNetworkCookieJar>
 #include <QNetworkProxyQuery>
 #include <QNetworkReply>
+#include <QSet>
 
 namespace brevok {
 
@@ -31,22 +33,19 @@ private:
     const SystemProxies &m_proxies;
 };
 
-QSslConfiguration tlsConfiguration(const QList<QSslCertificate> &extraAuthorities)
+QSslConfiguration tlsConfiguration()
 {
     QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
     tls.setProtocol(QSsl::TlsV1_2OrLater);
     tls.setPeerVerifyMode(QSslSocket::VerifyPeer);
-    // An explicit list takes the place of the system's, which is otherwise read as needed.
-    if (!extraAuthorities.isEmpty()) {
-        tls.setCaCertificates(QSslConfiguration::systemCaCertificates() + extraAuthorities);
-    }
     return tls;
 }
 
 } // namespace
 
 Transport::Transport(const QList<QSslCertificate> &extraAuthorities)
-    : m_tls(tlsConfiguration(extraAuthorities))
+    : m_tls(tlsConfiguration())
+    , m_extraAuthorities(extraAuthorities)
 {
     m_manager.setProxyFactory(new KnownProxies(m_proxies));
 }
@@ -58,7 +57,41 @@ Transport::~Transport()
 
 void Transport::prepare(const QUrl &url, QObject *context, Task then)
 {
-    m_proxies.whenKnown(url, context, std::move(then));
+    if (m_extraAuthorities.isEmpty()) {
+        m_proxies.whenKnown(url, context, std::move(then));
+        return;
+    }
+    m_waiting.append({url, context, std::move(then)});
+    if (m_waiting.size() == 1) {
+        readSystemAuthorities();
+    }
+}
+
+// The library reads the system's authorities as it needs them, unless there is a list of one's own: that
+// takes their place and has to hold them all. Reading them takes a tenth of a second, and finds each of them
+// twice.
+void Transport::readSystemAuthorities()
+{
+    inBackground([self = QPointer<Transport>(this)] {
+        const QList<QSslCertificate> all = QSslConfiguration::systemCaCertificates();
+        const QSet<QSslCertificate> once(all.cbegin(), all.cend());
+        onMain(QCoreApplication::instance(), [self, authorities = once.values()] {
+            if (self) {
+                self->trust(authorities);
+            }
+        });
+    });
+}
+
+void Transport::trust(const QList<QSslCertificate> &authorities)
+{
+    m_tls.setCaCertificates(authorities + std::exchange(m_extraAuthorities, {}));
+    const QList<Waiting> waiting = std::exchange(m_waiting, {});
+    for (const Waiting &one : waiting) {
+        if (one.context) {
+            m_proxies.whenKnown(one.url, one.context, one.then);
+        }
+    }
 }
 
 QNetworkReply *Transport::send(QNetworkRequest request, const QByteArray &method, const QByteArray &body)

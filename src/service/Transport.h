@@ -36,9 +36,20 @@ Q_SIGNALS:
     void closing();
 
 private:
+    struct Waiting {
+        QUrl url;
+        QPointer<QObject> context;
+        Task then;
+    };
+
+    void readSystemAuthorities();
+    void trust(const QList<QSslCertificate> &authorities);
+
     SystemProxies m_proxies;
     QNetworkAccessManager m_manager;
     QSslConfiguration m_tls;
+    QList<QSslCertificate> m_extraAuthorities; ///< not yet part of m_tls
+    QList<Waiting> m_waiting; ///< for the authorities
 };
 
 } // namespace brevok

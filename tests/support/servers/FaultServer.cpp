@@ -311,13 +311,16 @@ QList<Request> FaultServer::requests(const QString &path) const
 
 qsizetype FaultServer::connections() const
 {
-    return findChildren<QTcpSocket *>().size();
+    const QObjectList all = children();
+    return std::count_if(all.cbegin(), all.cend(),
+        [](QObject *child) { return dynamic_cast<Connection *>(child) != nullptr; });
 }
 
 void FaultServer::stop()
 {
     m_server->close();
-    for (QObject *child : children()) {
+    const QObjectList all = children();
+    for (QObject *child : all) {
         if (auto *connection = dynamic_cast<Connection *>(child)) {
             delete connection;
         }

@@ -141,7 +141,7 @@ void BrevokAppDelegate::createInstaller()
 {
     Shared &shared = *m_shared;
     Platform &platform = m_with.platform;
-    shared.installer.emplace(BrevokAppInstaller::Collaborators {
+    shared.installer.emplace(BrevokAppInstaller::Collaborators{
         .files = *platform.fileOperations,
         .helper = *platform.helperTool,
         .applications = *platform.runningApplications,
@@ -152,10 +152,12 @@ void BrevokAppDelegate::createInstaller()
         .workspaceFile = m_with.bundle.resourcePath(u"Tolvane"_s, u"xml"_s),
         .user = currentUserId(),
     });
-    shared.flow.emplace(InstallFlow::Collaborators {*shared.plugins, *shared.packages, *shared.targets,
+    shared.flow.emplace(InstallFlow::Collaborators{*shared.plugins, *shared.packages, *shared.targets,
         *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
-    shared.control->setCollaborators({*shared.session, *shared.plugins, *shared.packages, *shared.targets,
-        *shared.flow, *this, [this] { return m_shared->installer->valid(); }});
+    shared.control->setCollaborators(
+        {*shared.session, *shared.plugins, *shared.packages, *shared.targets, *shared.flow, *this, [this] {
+             return m_shared->installer->valid();
+         }});
 }
 
 void BrevokAppDelegate::connectSharedObjects()

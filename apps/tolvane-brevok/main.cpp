@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/BrevokAppDelegate.h"
+#include "app/HeadlessSurfaces.h"
 #include "app/Options.h"
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"

@@ -4,11 +4,11 @@
 #pragma once
 
 #include "alerts/AlertPresenter.h"
-#include "app/Surfaces.h"
 #include "control/ApplicationSettings.h"
 #include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
 #include "service/ServiceClient.h"
+#include "ui/Surfaces.h"
 
 #include <QObject>
 #include <QUrl>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "app/Surfaces.h"
+#include "app/HeadlessSurfaces.h"
 
 #include "foundation/Log.h"
 
@@ -48,13 +48,6 @@ public:
 };
 
 } // namespace
-
-PanelSurface::PanelSurface(QObject *parent)
-    : QObject(parent)
-{
-}
-
-PanelSurface::~PanelSurface() = default;
 
 std::unique_ptr<StatusItemSurface> HeadlessSurfaces::makeStatusItem()
 {

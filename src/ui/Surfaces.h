@@ -55,14 +55,4 @@ public:
     virtual void showUpdateResult(const QString &title, const QString &label) = 0;
 };
 
-/// The surfaces of a program without windows.
-class HeadlessSurfaces final : public Surfaces {
-public:
-    [[nodiscard]] std::unique_ptr<StatusItemSurface> makeStatusItem() override;
-    [[nodiscard]] std::unique_ptr<PanelSurface> makePanel() override;
-    void showTargetsPreferences() override;
-    void showUpdateProgress() override;
-    void showUpdateResult(const QString &title, const QString &label) override;
-};
-
 } // namespace brevok

@@ -274,9 +274,16 @@ bool BrevokAppDelegate::startAtLogin() const
 void BrevokAppDelegate::setStartAtLogin(bool enabled)
 {
     Q_EMIT startAtLoginWillChange();
-    m_with.platform.settings->setValue(AppKeys::startAtLogin, enabled);
+    keep(AppKeys::startAtLogin, enabled);
     setStartAtLogin(appURL(), enabled);
     Q_EMIT startAtLoginChanged();
+}
+
+// What the user set is on the disk when the setter returns.
+void BrevokAppDelegate::keep(const QString &key, const QVariant &value)
+{
+    m_with.platform.settings->setValue(key, value);
+    m_with.platform.settings->synchronize();
 }
 
 bool BrevokAppDelegate::showNotifications() const
@@ -286,7 +293,7 @@ bool BrevokAppDelegate::showNotifications() const
 
 void BrevokAppDelegate::setShowNotifications(bool enabled)
 {
-    m_with.platform.settings->setValue(AppKeys::showNotifications, enabled);
+    keep(AppKeys::showNotifications, enabled);
 }
 
 bool BrevokAppDelegate::checkForUpdates() const
@@ -297,6 +304,7 @@ bool BrevokAppDelegate::checkForUpdates() const
 void BrevokAppDelegate::setCheckForUpdates(bool enabled)
 {
     m_with.platform.selfUpdater->setAutomaticallyChecksForUpdates(enabled);
+    m_with.platform.settings->synchronize();
 }
 
 bool BrevokAppDelegate::autoUpdate() const
@@ -306,7 +314,7 @@ bool BrevokAppDelegate::autoUpdate() const
 
 void BrevokAppDelegate::setAutoUpdate(bool enabled)
 {
-    m_with.platform.settings->setValue(AppKeys::autoUpdate, enabled);
+    keep(AppKeys::autoUpdate, enabled);
 }
 
 int BrevokAppDelegate::logLevel() const
@@ -316,7 +324,7 @@ int BrevokAppDelegate::logLevel() const
 
 void BrevokAppDelegate::setLogLevel(int level)
 {
-    m_with.platform.settings->setValue(AppKeys::logLevel, level);
+    keep(AppKeys::logLevel, level);
 }
 
 } // namespace brevok

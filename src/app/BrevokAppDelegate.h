@@ -86,6 +86,7 @@ private:
     void connectSharedObjects();
     void createMenubarController();
     void observeOtherProcesses();
+    void keep(const QString &key, const QVariant &value);
 
     Environment m_with;
     std::unique_ptr<Shared> m_shared;

@@ -69,6 +69,25 @@ class Faults(unittest.TestCase):
         log = self.kill_when(lambda: folder.exists() and list(folder.glob(".*/*/part-*")), "an archive being unpacked")
         self.assert_asked_and_mended(log, "Alpha")
 
+    def test_killed_while_saving(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        session.start_application()
+        session.ctl("check")
+        session.ctl("install", "0xA")
+        for level in range(1, 25):
+            words = [PROGRAMS / "brevokctl", "settings", "set", "logLevel", str(level)]
+            setting = subprocess.Popen(words, env=session.environment, stderr=subprocess.DEVNULL)
+            if level % 2:
+                setting.wait()  # killed just after the answer, else somewhere before it
+            session.stop_application(signal.SIGKILL)
+            setting.wait()
+            session.start_application()
+            kept = session.ctl("settings", "get", "logLevel").stdout.strip()
+            self.assertIn(kept, (str(level),) if level % 2 else (str(level), str(level - 1)))
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+        self.assertEqual(list(session.settings_file().parent.glob("*unreadable*")), [])
+
     def test_archives_that_are_not_what_they_should_be(self):
         session = self.session
         archives = session.service_root / "archives"

@@ -1,5 +1,6 @@
 """What a user does, with the real programs: sign in, look, install, update, remove."""
 import json
+import os
 import pathlib
 import shutil
 import signal
@@ -11,6 +12,20 @@ from brevok_session import Session, wait_for
 
 PROGRAMS = pathlib.Path(sys.argv.pop(1))
 ACCOUNT = {"email": "ada@example.com", "password": "analytical-engine"}
+
+
+def ask_bus(method):
+    return subprocess.run(
+        ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+         f"org.freedesktop.DBus.{method}"], capture_output=True, text=True, check=True).stdout
+
+
+def activatable_names():
+    return ask_bus("ListActivatableNames")
+
+
+def owned_names():
+    return ask_bus("ListNames")
 
 
 class Journey(unittest.TestCase):
@@ -133,6 +148,26 @@ class Journey(unittest.TestCase):
         self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +disabled")
         session.ctl("quit")
         self.assertEqual(session.stop_application(), 0)
+
+    def test_the_bus_starts_the_application(self):
+        session = self.session
+        shipped = (PROGRAMS.parent / "share/dbus-1/services/com.tolvane.brevok.service").read_text()
+        self.assertIn(f"Exec={PROGRAMS.resolve()}/tolvane-brevok --background\n", shipped)
+        variables = {"BREVOK_SERVICE_URL": session.service_url, "BREVOK_SERVICE_CA": session.service_ca,
+                     "BREVOK_REACHABILITY_HOST": "localhost", "BREVOK_APPLICATIONS": session.applications}
+        variables |= {name: session.environment[name] for name in session.environment if name.startswith("XDG_")}
+        words = " ".join(f"{name}={value}" for name, value in variables.items())
+        # The bus of this test looks where the data of the test's own scratch home is.
+        services = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "dbus-1" / "services"
+        services.mkdir(parents=True, exist_ok=True)
+        file = services / "com.tolvane.brevok.service"
+        self.addCleanup(file.unlink)
+        file.write_text(shipped.replace("Exec=", f"Exec=/usr/bin/env {words} "))
+        ask_bus("ReloadConfig")
+        wait_for(lambda: "com.tolvane.brevok" in activatable_names(), "the bus knows the service")
+        self.assertEqual([t["label"] for t in session.status()["targets"]], ["Adobe InDesign CC 2019"])
+        session.ctl("quit")
+        wait_for(lambda: "com.tolvane.brevok" not in owned_names(), "the application is gone")
 
     def test_a_running_host_is_left_alone(self):
         session = self.session

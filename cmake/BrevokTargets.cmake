@@ -13,7 +13,8 @@ target_compile_definitions(brevok_options INTERFACE
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 if(BREVOK_SANITIZE)
     target_compile_options(brevok_options INTERFACE
-        -fsanitize=${BREVOK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1)
+        -fsanitize=${BREVOK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O1
+        -Wno-maybe-uninitialized) # mistaken where a sanitizer's checks stand in between
     target_link_options(brevok_options INTERFACE -fsanitize=${BREVOK_SANITIZE})
 endif()
 

@@ -1,0 +1,419 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/AutostartLoginItems.h"
+#include "platform/linux/DBusNotifications.h"
+#include "platform/linux/ProcRunningApplications.h"
+#include "platform/linux/XdgUrlOpener.h"
+#include "platform/Platform.h"
+#include "platform/PropertyLists.h"
+#include "platform/SelfUpdater.h"
+#include "platform/SettingsStore.h"
+#include "platform/StandardFolders.h"
+#include "support/LogCapture.h"
+#include "support/SampleBundles.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+using testing::LogCapture;
+using testing::propertyList;
+using testing::writeFile;
+
+namespace {
+
+QString notificationName()
+{
+    return u"com.tolvane.brevok"_s;
+}
+
+// The other program: says one thing and ends at once.
+int runPoster(const QString &object)
+{
+    DBusNotifications notifications(QDBusConnection::sessionBus());
+    notifications.post(notificationName(), object);
+    return 0;
+}
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// A program that runs until it is asked to end; ended with its owner.
+class Sleeper {
+public:
+    explicit Sleeper(const QString &executable)
+    {
+        QDir().mkpath(QFileInfo(executable).path());
+        QFile::copy(u"/bin/sleep"_s, executable);
+        m_process.start(executable, {u"600"_s});
+        m_started = m_process.waitForStarted();
+    }
+    ~Sleeper()
+    {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+    Q_DISABLE_COPY_MOVE(Sleeper)
+
+    [[nodiscard]] bool started() const { return m_started; }
+    QProcess &process() { return m_process; }
+
+private:
+    QProcess m_process;
+    bool m_started = false;
+};
+
+std::optional<RunningApplication> find(const RunningApplications &applications, qint64 processId)
+{
+    for (const RunningApplication &application : applications.list()) {
+        if (application.processId == processId) {
+            return application;
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
+class DesktopSessionTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void cleanup() { m_folder.reset(); }
+
+    void processesCountAsTheirApplication_data();
+    void processesCountAsTheirApplication();
+    void copiesOfTheProgramGoByTheirOwnName();
+    void onlyTheMeantProcessIsTerminated();
+    void loginItemsAreDesktopEntries_data();
+    void loginItemsAreDesktopEntries();
+    void whatIsNoLoginItemCountsAsAbsent_data();
+    void whatIsNoLoginItemCountsAsAbsent();
+    void loginItemsFailWithOneLine();
+    void notificationsReachOtherProcesses();
+    void withoutABusNothingIsPosted();
+    void webPagesAreHandedToTheDesktop_data();
+    void webPagesAreHandedToTheDesktop();
+    void foldersFollowTheEnvironment_data();
+    void foldersFollowTheEnvironment();
+    void thePlatformIsWhole();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void DesktopSessionTest::processesCountAsTheirApplication_data()
+{
+    QTest::addColumn<QMap<QString, QByteArray>>("files");
+    QTest::addColumn<QString>("executable");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("bundle");
+    QTest::addColumn<QString>("version");
+    const QString main = u"InDesign CC.app/Contents/MacOS/InDesign CC"_s;
+    const QString list = u"InDesign CC.app/Contents/Info.plist"_s;
+    const QString bundle = u"InDesign CC.app"_s;
+    const QByteArray named =
+        propertyList({{u"CFBundleName"_s, u"InDesign"_s}, {u"CFBundleVersion"_s, u"14012"_s}});
+    const QByteArray displayed =
+        propertyList({{u"CFBundleName"_s, u"InDesign"_s}, {u"CFBundleDisplayName"_s, u"Ädobe"_s}});
+    using Files = QMap<QString, QByteArray>;
+    QTest::newRow("bundle name") << Files{{list, named}} << main << u"InDesign"_s << bundle << u"14012"_s;
+    QTest::newRow("display name") << Files{{list, displayed}} << main << u"Ädobe"_s << bundle << QString();
+    QTest::newRow("broken list") << Files{{list, "<plist>"}} << main << u"InDesign CC"_s << bundle
+                                 << QString();
+    QTest::newRow("helper within") << Files{{list, named},
+        {bundle + u"/Contents/Helper.app/Contents/Info.plist"_s, displayed}}
+                                   << bundle + u"/Contents/Helper.app/Contents/MacOS/x"_s << u"InDesign"_s
+                                   << bundle << u"14012"_s;
+    QTest::newRow("folder called so")
+        << Files{{u"all.app/In.app/Contents/Info.plist"_s, named}} << u"all.app/In.app/Contents/MacOS/In"_s
+        << u"InDesign"_s << u"all.app/In.app"_s << u"14012"_s;
+    QTest::newRow("no bundle") << Files{} << main << QString() << QString() << QString();
+    QTest::newRow("beside a bundle") << Files{{list, named}} << u"InDesign CC.app.d/x"_s << QString()
+                                     << QString() << QString();
+}
+
+void DesktopSessionTest::processesCountAsTheirApplication()
+{
+    using Files = QMap<QString, QByteArray>;
+    QFETCH(Files, files);
+    QFETCH(QString, executable);
+    QFETCH(QString, name);
+    QFETCH(QString, bundle);
+    QFETCH(QString, version);
+    for (auto file = files.cbegin(); file != files.cend(); ++file) {
+        QVERIFY(writeFile(path(file.key()), file.value()));
+    }
+    Sleeper program(path(executable));
+    QVERIFY(program.started());
+    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, m_folder->path()));
+    const auto found = find(applications, program.process().processId());
+    QCOMPARE(found.has_value(), !name.isEmpty());
+    if (found) {
+        QCOMPARE(found->localizedName, name);
+        QCOMPARE(found->bundlePath, path(bundle));
+        QCOMPARE(found->bundleVersion, version);
+        QVERIFY(found->startTime > 0);
+    }
+}
+
+void DesktopSessionTest::copiesOfTheProgramGoByTheirOwnName()
+{
+    QVERIFY(writeFile(path(u"b/share/tolvane-brevok/Info.plist"_s),
+        propertyList({{u"CFBundleDisplayName"_s, u"Other"_s}, {u"CFBundleVersion"_s, u"7"_s}})));
+    Sleeper plain(path(u"a/bin/tolvane-brevok"_s));
+    Sleeper renamed(path(u"b/bin/tolvane-brevok"_s));
+    Sleeper different(path(u"c/bin/tolvane-brevokx"_s));
+    QVERIFY(plain.started() && renamed.started() && different.started());
+    QVERIFY(QFile::remove(path(u"a/bin/tolvane-brevok"_s))); // as an upgrade does
+
+    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, m_folder->path()));
+    const auto found = find(applications, plain.process().processId());
+    QVERIFY(found);
+    QCOMPARE(found->localizedName, u"Tolvane Brevok"_s);
+    QCOMPARE(found->bundlePath, path(u"a/bin/tolvane-brevok"_s));
+    const auto other = find(applications, renamed.process().processId());
+    QVERIFY(other);
+    QCOMPARE(other->localizedName, u"Other"_s);
+    QCOMPARE(other->bundleVersion, u"7"_s);
+    QVERIFY(!find(applications, different.process().processId()));
+
+    const ProcRunningApplications own(MainBundle(QCoreApplication::applicationFilePath(), m_folder->path()));
+    QVERIFY(!find(own, QCoreApplication::applicationPid()));
+}
+
+void DesktopSessionTest::onlyTheMeantProcessIsTerminated()
+{
+    QVERIFY(writeFile(path(u"A.app/Contents/Info.plist"_s), propertyList({{u"CFBundleName"_s, u"A"_s}})));
+    Sleeper program(path(u"A.app/a"_s));
+    Sleeper neighbour(path(u"A.app/b"_s));
+    ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, m_folder->path()));
+    const auto found = find(applications, program.process().processId());
+    QVERIFY(found);
+
+    RunningApplication replaced = *found;
+    ++replaced.startTime;
+    QVERIFY(!applications.terminate(replaced));
+    QVERIFY(!applications.terminate({}));
+    QCOMPARE(program.process().state(), QProcess::Running);
+
+    QVERIFY(applications.terminate(*found));
+    QVERIFY(program.process().waitForFinished());
+    QCOMPARE(program.process().exitStatus(), QProcess::CrashExit); // by the signal
+    QVERIFY(!applications.terminate(*found));
+    QCOMPARE(neighbour.process().state(), QProcess::Running);
+}
+
+void DesktopSessionTest::loginItemsAreDesktopEntries_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("plain") << u"/usr/bin/tolvane-brevok"_s
+                           << "Exec=\"/usr/bin/tolvane-brevok\" --background\n"_ba;
+    QTest::newRow("odd") << u"/opt/a b/\"$`\\%f ü"_s
+                         << "Exec=\"/opt/a b/\\\\\"\\\\$\\\\`\\\\\\\\%%f \xc3\xbc\" --background\n"_ba;
+    QTest::newRow("line break") << u"/opt/a\nHidden=true"_s
+                                << "Exec=\"/opt/a\\nHidden=true\" --background\n"_ba;
+}
+
+void DesktopSessionTest::loginItemsAreDesktopEntries()
+{
+    QFETCH(QString, program);
+    QFETCH(QByteArray, line);
+    const QString file = path(u"autostart/com.tolvane.brevok.desktop"_s);
+    const QUrl application = QUrl::fromLocalFile(program);
+    AutostartLoginItems items(file, u"Tolvane Brevok"_s);
+    QVERIFY(!items.contains(application));
+    items.insert(application);
+    items.insert(application);
+    QVERIFY(items.contains(application));
+    QVERIFY(!items.contains(QUrl::fromLocalFile(program + u'2')));
+    QVERIFY2(contentsOf(file).contains(line), contentsOf(file).constData());
+    QVERIFY(contentsOf(file).startsWith("[Desktop Entry]\nType=Application\n"));
+    items.remove(QUrl::fromLocalFile(u"/elsewhere"_s));
+    QVERIFY(QFileInfo::exists(file));
+    items.remove(application);
+    QVERIFY(!QFileInfo::exists(file));
+    items.remove(application);
+    QCOMPARE(QDir(path(u"autostart"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+void DesktopSessionTest::whatIsNoLoginItemCountsAsAbsent_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    const QByteArray url = "X-Tolvane-Application-URL=file:///usr/bin/tolvane-brevok\n";
+    QTest::newRow("switched off") << "[Desktop Entry]\n" + url + "Hidden=true\n";
+    QTest::newRow("switched off in GNOME") << "[Desktop Entry]\n" + url + "X-GNOME-Autostart-enabled=false\n";
+    QTest::newRow("other group") << "[Other]\n" + url;
+    QTest::newRow("comment") << "[Desktop Entry]\n#" + url;
+    QTest::newRow("garbage") << QByteArray(3000, '\xfe') + url;
+    QTest::newRow("huge") << "[Desktop Entry]\n" + url + QByteArray(100'000, '\n');
+    QTest::newRow("fifo") << "fifo"_ba;
+}
+
+void DesktopSessionTest::whatIsNoLoginItemCountsAsAbsent()
+{
+    QFETCH(QByteArray, contents);
+    const QString file = path(u"com.tolvane.brevok.desktop"_s);
+    if (contents == "fifo") {
+        QCOMPARE(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
+    } else {
+        QVERIFY(writeFile(file, contents));
+    }
+    const QUrl application = QUrl::fromLocalFile(u"/usr/bin/tolvane-brevok"_s);
+    AutostartLoginItems items(file, u"Tolvane Brevok"_s);
+    QVERIFY(!items.contains(application));
+    items.insert(application);
+    QVERIFY(items.contains(application));
+}
+
+void DesktopSessionTest::loginItemsFailWithOneLine()
+{
+    QVERIFY(writeFile(path(u"file"_s), "x"));
+    const LogCapture log;
+    AutostartLoginItems items(path(u"file/com.tolvane.brevok.desktop"_s), u"Tolvane Brevok"_s);
+    items.insert(QUrl::fromLocalFile(u"/usr/bin/tolvane-brevok"_s));
+    QCOMPARE(log.lines().size(), 1);
+    QVERIFY(log.mentions(u"The login item cannot be written to "_s));
+}
+
+void DesktopSessionTest::notificationsReachOtherProcesses()
+{
+    DBusNotifications notifications(QDBusConnection::sessionBus());
+    QSignalSpy heard(&notifications, &DistributedNotifications::posted);
+    notifications.observe(notificationName(), u"openPanel"_s);
+    notifications.post(notificationName(), u"openPanel"_s); // heard by others alone
+    for (int round = 1; round <= 10; ++round) {
+        for (const QString &object : {u"willTerminate"_s, u"openPanel"_s}) {
+            QProcess poster;
+            poster.start(QCoreApplication::applicationFilePath(), {u"--post"_s, object});
+            QVERIFY(poster.waitForFinished());
+            QCOMPARE(poster.exitCode(), 0);
+        }
+        QTRY_COMPARE(heard.size(), round);
+    }
+    QCOMPARE(heard.constFirst(), (QVariantList{notificationName(), u"openPanel"_s}));
+}
+
+void DesktopSessionTest::withoutABusNothingIsPosted()
+{
+    const LogCapture log;
+    DBusNotifications notifications(QDBusConnection(u"no such connection"_s));
+    notifications.observe(notificationName(), u"openPanel"_s);
+    notifications.post(notificationName(), u"openPanel"_s);
+    QCOMPARE(log.lines(), QStringList{u"There is no session bus: other programs cannot be told anything."_s});
+}
+
+void DesktopSessionTest::webPagesAreHandedToTheDesktop_data()
+{
+    QTest::addColumn<QString>("url");
+    QTest::addColumn<QByteArray>("argument");
+    QTest::newRow("https") << u"https://example.com/a b?c=$(id)&d='e'"_s
+                           << "https://example.com/a%20b?c=$(id)&d='e'\n1\n"_ba;
+    QTest::newRow("http") << u"http://example.com/"_s << "http://example.com/\n1\n"_ba;
+    QTest::newRow("file") << u"file:///etc/passwd"_s << QByteArray();
+    QTest::newRow("no host") << u"https:///x"_s << QByteArray();
+    QTest::newRow("option") << u"--help"_s << QByteArray();
+    QTest::newRow("nothing") << QString() << QByteArray();
+}
+
+void DesktopSessionTest::webPagesAreHandedToTheDesktop()
+{
+    QFETCH(QString, url);
+    QFETCH(QByteArray, argument);
+    const QString opener = path(u"xdg-open"_s);
+    const QString seen = path(u"seen"_s);
+    QVERIFY(writeFile(opener,
+        "#!/bin/sh\nprintf '%s\\n%s\\n' \"$1\" $# > '" + QFile::encodeName(seen) + ".part'\nmv '"
+            + QFile::encodeName(seen) + ".part' '" + QFile::encodeName(seen) + "'\n"));
+    QVERIFY(QFile::setPermissions(opener, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+    const QByteArray before = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(m_folder->path()) + ':' + before);
+    const bool opened = XdgUrlOpener().open(QUrl(url));
+    qputenv("PATH", before);
+    QCOMPARE(opened, !argument.isEmpty());
+    if (opened) {
+        QTRY_VERIFY(QFileInfo::exists(seen));
+        QCOMPARE(contentsOf(seen), argument);
+    }
+}
+
+void DesktopSessionTest::foldersFollowTheEnvironment_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<QString>("configuration");
+    QTest::addColumn<QString>("data");
+    QTest::addColumn<QString>("state");
+    QTest::newRow("set") << "/x/y/"_ba << u"/x/y"_s << u"/x/y"_s << u"/x/y"_s;
+    const QString home = QDir::homePath();
+    for (const char *unset : {"", "relative/folder"}) {
+        QTest::addRow("\"%s\"", unset) << QByteArray(unset) << home + u"/.config"_s
+                                       << home + u"/.local/share"_s << home + u"/.local/state"_s;
+    }
+}
+
+void DesktopSessionTest::foldersFollowTheEnvironment()
+{
+    QFETCH(QByteArray, value);
+    QFETCH(QString, configuration);
+    QFETCH(QString, data);
+    QFETCH(QString, state);
+    const char *names[] = {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
+    QByteArrayList before;
+    for (const char *name : names) {
+        before.append(qgetenv(name));
+        qputenv(name, value);
+    }
+    const StandardFolders folders = standardFoldersForUser();
+    for (const char *name : names) {
+        qputenv(name, before.takeFirst());
+    }
+    QCOMPARE(folders.settingsFile, configuration + u"/tolvane/brevok.conf"_s);
+    QCOMPARE(folders.autostart, configuration + u"/autostart"_s);
+    QCOMPARE(folders.dataFolder(), data + u"/Tolvane Brevok"_s);
+    QCOMPARE(folders.logFile(), state + u"/tolvane-brevok/Logs/orlec.log"_s);
+}
+
+void DesktopSessionTest::thePlatformIsWhole()
+{
+    const MainBundle bundle(QCoreApplication::applicationFilePath(), m_folder->path());
+    const Platform platform = createPlatform(bundle, standardFoldersForUser(), {});
+    QVERIFY(platform.runningApplications && platform.loginItems && platform.notifications
+        && platform.urlOpener && platform.routeLookup && platform.applicationSearch && platform.fileOperations
+        && platform.helperTool);
+    const LogCapture log;
+    platform.selfUpdater->setAutomaticallyChecksForUpdates(true);
+    QVERIFY(platform.settings->boolValue(u"SUEnableAutomaticChecks"_s));
+    QVERIFY(platform.selfUpdater->automaticallyChecksForUpdates());
+    platform.selfUpdater->checkForUpdatesInBackground();
+    platform.selfUpdater->checkForUpdatesInBackground();
+    QCOMPARE(log.count(u"Update check is not available in this build."_s), 1);
+}
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"--post"_s) {
+        return runPoster(arguments.value(2));
+    }
+    DesktopSessionTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_desktop_session.moc"

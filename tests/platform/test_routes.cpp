@@ -1,0 +1,196 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/RouteTable.h"
+#include "platform/linux/RouteTableLookup.h"
+
+#include <QCoreApplication>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <cstdio>
+#include <cstring>
+#include <sched.h>
+
+#include <net/if.h>
+#include <sys/ioctl.h>
+#include <sys/socket.h>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int notPermitted = 77;
+
+bool switchLoopbackOn()
+{
+    const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
+    ifreq request = {};
+    std::strcpy(request.ifr_name, "lo");
+    request.ifr_flags = IFF_UP;
+    const bool done = ::ioctl(socket, SIOCSIFFLAGS, &request) == 0;
+    ::close(socket);
+    return done;
+}
+
+// Runs in a network of its own that has no route at all.
+int runUnplugged(int argc, char **argv)
+{
+    if (::unshare(CLONE_NEWUSER | CLONE_NEWNET) != 0) {
+        return notPermitted;
+    }
+    const QCoreApplication application(argc, argv);
+    RouteTableLookup lookup;
+    for (const QString &host : {u"www.example.com"_s, u"192.0.2.1"_s, u"2001:db8::1"_s, u"0.0.0.0"_s}) {
+        if (lookup.flagsForHost(host) != std::optional<ReachabilityFlags>(0)) {
+            return 1;
+        }
+    }
+    QSignalSpy changes(&lookup, &RouteLookup::routesChanged);
+    if (!lookup.startNotifier() || !lookup.startNotifier() || !switchLoopbackOn() || !changes.wait()) {
+        return 2;
+    }
+    const bool local = lookup.flagsForHost(u"127.0.0.1"_s) == (Reachable | IsLocalAddress);
+    return local && lookup.flagsForHost(u"www.example.com"_s) == ReachabilityFlags(0) ? 0 : 3;
+}
+
+QByteArray ipv4Head()
+{
+    return "Iface\tDestination\tGateway \tFlags\tRefCnt\tUse\tMetric\tMask\t\tMTU\tWindow\tIRTT\n";
+}
+
+} // namespace
+
+class RoutesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    void tablesTellOfTheInternet_data();
+    void tablesTellOfTheInternet();
+    void networksOfTheLinkAreDirect_data();
+    void networksOfTheLinkAreDirect();
+    void localAddressesAreReachable_data();
+    void localAddressesAreReachable();
+    void anUnpluggedMachineReachesNothing();
+    void theNotifierCanBeStopped();
+};
+
+void RoutesTest::tablesTellOfTheInternet_data()
+{
+    QTest::addColumn<QByteArray>("ipv4");
+    QTest::addColumn<QByteArray>("ipv6");
+    QTest::addColumn<bool>("reaches");
+    const auto ipv4 = [](const char *name, const QByteArray &lines, bool reaches) {
+        QTest::newRow(name) << ipv4Head() + lines << QByteArray() << reaches;
+    };
+    const auto ipv6 = [](const char *name, const QByteArray &rest, bool reaches) {
+        const QByteArray zero(32, '0');
+        QTest::newRow(name) << ipv4Head() << zero + ' ' + rest << reaches;
+    };
+    const QByteArray zero(32, '0');
+    ipv4("default", "eth0\t00000000\t010200C0\t0003\t0\t0\t0\t00000000\t0\t0\t0   \n", true);
+    ipv4("point to point", "ppp0\t00000000\t00000000\t0001\t0\t0\t0\t00000000\t0\t0\t0\n", true);
+    ipv4("half", "tun0\t00000080\t0100000A\t0003\t0\t0\t0\t00000080\t0\t0\t0\n", true);
+    ipv4("link only", "eth0\t000200C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0\n", false);
+    ipv4("down", "eth0\t00000000\t010200C0\t0002\t0\t0\t0\t00000000\t0\t0\t0\n", false);
+    ipv4("reject", "*\t00000000\t00000000\t0201\t0\t0\t0\t00000000\t0\t0\t0\n", false);
+    ipv4("loopback", "lo\t00000000\t00000000\t0001\t0\t0\t0\t00000000\t0\t0\t0\n", false);
+    ipv4("cut short", "eth0\t00000000\t010200C0\t0003\t0", false);
+    ipv4("no numbers", "eth0\tx\ty\tz\t0\t0\t0\tw\t0\t0\t0\n", false);
+    ipv4("binary", QByteArray(5000, '\xff') + QByteArray(5000, '\0'), false);
+    ipv4("empty", "\n\n", false);
+    ipv6("default 6", "00 " + zero + " 00 fd" + QByteArray(30, '1') + " 00000400 1 0 00000003 eth0\n", true);
+    ipv6("unreachable 6", "00 " + zero + " 00 " + zero + " ffffffff 1 0 00200200 lo\n", false);
+    ipv6("too long 6", "ff " + zero + " 00 " + zero + " 0 1 0 00000003 eth0\n", false);
+    ipv6("cut short 6", "00 " + zero, false);
+}
+
+void RoutesTest::tablesTellOfTheInternet()
+{
+    QFETCH(QByteArray, ipv4);
+    QFETCH(QByteArray, ipv6);
+    QFETCH(bool, reaches);
+    QCOMPARE((RouteTable{.ipv4 = ipv4, .ipv6 = ipv6}.hasDefaultRoute()), reaches);
+}
+
+void RoutesTest::networksOfTheLinkAreDirect_data()
+{
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<bool>("direct");
+    QTest::newRow("link") << u"192.0.2.77"_s << true;
+    QTest::newRow("beyond") << u"198.51.100.1"_s << false;
+    QTest::newRow("gateway within the link") << u"192.0.2.200"_s << false;
+    QTest::newRow("link 6") << u"fd00::5"_s << true;
+    QTest::newRow("beyond 6") << u"2001:db8::1"_s << false;
+}
+
+void RoutesTest::networksOfTheLinkAreDirect()
+{
+    QFETCH(QString, address);
+    QFETCH(bool, direct);
+    const QByteArray zero(32, '0');
+    const RouteTable table{.ipv4 = ipv4Head() + "eth0\t00000000\t010200C0\t0003\t0\t0\t0\t00000000\t0\t0\t0\n"
+            + "eth0\t000200C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0\n"
+            + "eth0\tC00200C0\t010200C0\t0003\t0\t0\t0\tC0FFFFFF\t0\t0\t0\n",
+        .ipv6 = "fd" + QByteArray(30, '0') + " 40 " + zero + " 00 " + zero + " 100 1 0 00000001 eth0\n" + zero
+            + " 00 " + zero + " 00 fd" + QByteArray(29, '0') + "1 400 1 0 00000003 eth0\n"};
+    QCOMPARE(table.isDirect(QHostAddress(address)), direct);
+}
+
+void RoutesTest::localAddressesAreReachable_data()
+{
+    QTest::addColumn<QString>("host");
+    for (const char *host : {"127.0.0.1", "localhost", "LocalHost", "127.1.2.3"}) {
+        QTest::newRow(host) << QString::fromLatin1(host);
+    }
+}
+
+void RoutesTest::localAddressesAreReachable()
+{
+    QFETCH(QString, host);
+    const RouteTableLookup lookup;
+    QCOMPARE(lookup.flagsForHost(host), std::optional<ReachabilityFlags>(Reachable | IsLocalAddress));
+    QCOMPARE(lookup.flagsForHost({}), std::optional<ReachabilityFlags>());
+    QCOMPARE(lookup.flagsForAddress({}), std::optional<ReachabilityFlags>());
+    // A name says no more than the way to the internet does, even one that cannot exist.
+    QCOMPARE(
+        lookup.flagsForHost(u"no such host.invalid"_s), lookup.flagsForAddress(QHostAddress(u"0.0.0.0"_s)));
+}
+
+void RoutesTest::anUnpluggedMachineReachesNothing()
+{
+    QProcess unplugged;
+    unplugged.setProcessChannelMode(QProcess::ForwardedChannels);
+    unplugged.start(QCoreApplication::applicationFilePath(), {u"--unplugged"_s});
+    QVERIFY(unplugged.waitForFinished());
+    if (unplugged.exitCode() == notPermitted) {
+        QSKIP("networks of one's own are not permitted here");
+    }
+    QCOMPARE(unplugged.exitCode(), 0);
+}
+
+void RoutesTest::theNotifierCanBeStopped()
+{
+    RouteTableLookup lookup;
+    QVERIFY(lookup.startNotifier());
+    lookup.stopNotifier();
+    lookup.stopNotifier();
+    QVERIFY(lookup.startNotifier());
+}
+
+int main(int argc, char **argv)
+{
+    if (argc > 1 && std::strcmp(argv[1], "--unplugged") == 0) {
+        return runUnplugged(argc, argv);
+    }
+    const QCoreApplication application(argc, argv);
+    RoutesTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_routes.moc"

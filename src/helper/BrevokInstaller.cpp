@@ -15,8 +15,8 @@ namespace {
 /// What the owner of an installed item is given: reading and writing.
 constexpr quint32 ownerPermissions = 0600;
 
-/// Absent values are logged as a dash.
-QString orDash(const QString &value)
+/// An empty argument is logged as it is, an absent one as a dash.
+QString argumentText(const QString &value)
 {
     return value.isNull() ? u"-"_s : value;
 }
@@ -73,13 +73,13 @@ bool BrevokInstaller::installPluginFromSource(
     const QString &source, const QString &target, quint32 user, ErrorSlot error)
 {
     if (source.isEmpty()) {
-        logLine(u"install failed, source path is wrong: %1"_s.arg(orDash(source)));
+        logLine(u"install failed, source path is wrong: %1"_s.arg(argumentText(source)));
         return refuse(error, Texts::tr("Incorrect input to installPlugin:"));
     }
     const QString folder = parentFolder(target);
     if (target.isEmpty() || folder.isEmpty()) {
-        logLine(
-            u"install failed, target path is wrong: %1"_s.arg(orDash(target.isEmpty() ? target : folder)));
+        logLine(u"install failed, target path is wrong: %1"_s.arg(
+            argumentText(target.isEmpty() ? target : folder)));
         return refuse(error, Texts::tr("Incorrect input to installPlugin:"));
     }
     if (!m_files.createFolder(folder, error)) {
@@ -121,7 +121,7 @@ void BrevokInstaller::place(
 bool BrevokInstaller::removeItemAtPath(const QString &path, ErrorSlot error)
 {
     if (!path.endsWith(u".InDesignPlugin")) {
-        logLine(u"remove item at path failed, wrong data: %1"_s.arg(orDash(path)));
+        logLine(u"remove item at path failed, wrong data: %1"_s.arg(argumentText(path)));
         return refuse(error, Texts::tr("Incorrect input to removeItemAtPath:"));
     }
     logLine(u"removeItemAtPath"_s);

@@ -3,14 +3,13 @@
 
 #include "foundation/Tasks.h"
 #include "platform/linux/InotifyApplicationSearch.h"
-#include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <unistd.h>
+#include <cstdio>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;

@@ -238,7 +238,6 @@ void TargetsTest::recordsFollowTheirApplications()
     BrevokTargetApps targets(house.settings, house.search);
     const QString path = house.install(u"InDesign 2019"_s, u"14012"_s);
     house.notify();
-    const Record fresh = house.stored().value(path).toObject();
     targets.setTarget(path, false);
     targets.removeTarget(path);
     const int written = house.settings.synchronizations;
@@ -258,8 +257,8 @@ void TargetsTest::recordsFollowTheirApplications()
     // Another version needs the folder before it makes a new record.
     const QString plist = house.search.found.first() + u"/Contents/Info.plist"_s;
     house.install(u"InDesign 2019"_s, u"14012"_s);
-    const QByteArray newer = QByteArray(testing::propertyList({{u"CFBundlePackageType"_s, u"APPL"_s},
-        {u"CFBundleSignature"_s, u"InDn"_s}, {u"CFBundleVersion"_s, u"15020"_s}}));
+    const QByteArray newer = testing::propertyList({{u"CFBundlePackageType"_s, u"APPL"_s},
+        {u"CFBundleSignature"_s, u"InDn"_s}, {u"CFBundleVersion"_s, u"15020"_s}});
     QVERIFY(testing::writeFile(plist, newer) && QDir(path).removeRecursively());
     house.notify();
     QCOMPARE(targets.allRecords().value(path).value(u"Version"_s), u"140"_s);
@@ -269,7 +268,6 @@ void TargetsTest::recordsFollowTheirApplications()
     QVERIFY(QDir().mkpath(path));
     house.notify();
     QCOMPARE(targets.validTargets().value(path).value(u"Version"_s), u"150"_s);
-    QCOMPARE(fresh.value(u"Version"_s), u"140"_s);
 
     // An application that went leaves an invalid record.
     house.search.found.clear();

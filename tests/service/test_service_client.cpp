@@ -231,8 +231,11 @@ void ServiceClientTest::lists()
     });
 
     const ServiceReply reply = stage.list(u"/list"_s);
-    QCOMPARE(reply.status, status);
     QCOMPARE(reply.error ? reply.error->code : 0, code);
+    // On a busy machine the short time is over before a head comes.
+    if (code != timedOutCode) {
+        QCOMPARE(reply.status, status);
+    }
     if (reply.error) {
         QCOMPARE(reply.error->domain, QString::fromLatin1(transportErrorDomain));
         QVERIFY(!reply.error->description.isEmpty());

@@ -5,8 +5,10 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QEvent>
 #include <QMetaObject>
 #include <QPointer>
+#include <QRunnable>
 #include <QThread>
 #include <QThreadPool>
 
@@ -17,8 +19,9 @@ namespace brevok {
 
 namespace {
 
-// Carries work from one thread to another. The release and acquire on `ready` order everything written before
-// the hand-over with everything read after it, also for tools that cannot look into the event loop.
+// Work on its way from one thread to another. The release and acquire on `ready`, which is the first thing
+// that the receiving thread touches, order everything written before the hand-over with everything read after
+// it, also for tools that cannot look into the event loop and the thread pool.
 class HandedOver {
 public:
     explicit HandedOver(Task work)
@@ -27,11 +30,10 @@ public:
         m_ready.store(true, std::memory_order_release);
     }
 
-    void run()
+    Task take()
     {
         while (!m_ready.load(std::memory_order_acquire)) { }
-        const Task work = std::exchange(m_work, {});
-        work();
+        return std::exchange(m_work, {});
     }
 
 private:
@@ -39,12 +41,45 @@ private:
     std::atomic<bool> m_ready = false;
 };
 
-std::function<void()> handOver(Task work)
-{
-    return [handed = std::make_shared<HandedOver>(std::move(work))] {
-        handed->run();
-    };
-}
+class PoolWork final : public QRunnable {
+public:
+    explicit PoolWork(Task work)
+        : m_work(std::move(work))
+    {
+    }
+    void run() override { m_work.take()(); }
+
+private:
+    HandedOver m_work;
+};
+
+const QEvent::Type handOverEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
+
+class MainWork final : public QEvent {
+public:
+    MainWork(QObject *context, Task work)
+        : QEvent(handOverEvent)
+        , m_work([context = QPointer<QObject>(context), work = std::move(work)] {
+            if (context) {
+                work();
+            }
+        })
+    {
+    }
+    Task take() { return m_work.take(); }
+
+private:
+    HandedOver m_work;
+};
+
+// Receives the work for the main thread.
+class MainReceiver final : public QObject {
+public:
+    MainReceiver() { moveToThread(QCoreApplication::instance()->thread()); }
+
+protected:
+    void customEvent(QEvent *event) override { static_cast<MainWork *>(event)->take()(); }
+};
 
 } // namespace
 
@@ -56,12 +91,13 @@ bool onMainThread()
 
 void inBackground(Task work)
 {
-    QThreadPool::globalInstance()->start(handOver(std::move(work)));
+    QThreadPool::globalInstance()->start(new PoolWork(std::move(work)));
 }
 
 void onMain(QObject *context, Task work)
 {
-    QMetaObject::invokeMethod(context, handOver(std::move(work)), Qt::QueuedConnection);
+    static MainReceiver receiver;
+    QCoreApplication::postEvent(&receiver, new MainWork(context, std::move(work)));
 }
 
 void onMainAndWait(QObject *context, const Task &work)

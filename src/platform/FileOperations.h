@@ -40,7 +40,8 @@ public:
     /// Copies a file or folder to a path where nothing exists. The copy appears whole or not at all.
     virtual bool copyItem(const QString &source, const QString &target, ErrorSlot error) = 0;
     /// Unpacks a zip archive into @p folder. Every top-level entry is unpacked beside its place and renamed
-    /// when whole, so that a half-unpacked bundle never bears its final name; entries that climb out of @p
+    /// when whole, so that a half-unpacked bundle never bears its final name; what bears that name already is
+    /// replaced. Entries that climb out of @p
     /// folder, are links outward, devices or the like, and archives that break the caps on size, ratio,
     /// entries or depth, refuse the archive as a whole and leave @p folder as it was.
     virtual bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) = 0;

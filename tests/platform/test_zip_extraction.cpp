@@ -155,11 +155,14 @@ void ZipExtractionTest::bundleIsUnpacked()
     QCOMPARE(modeOf(m_folder + u"/A/data"_s), mode_t(0644));
     QCOMPARE(QFileInfo(m_folder + u"/A/data"_s).lastModified().date(), QDate(2024, 1, 1));
 
-    // What stands there is never replaced, and nothing of the archive appears beside it.
-    QVERIFY(!extract(zipArchive({{"C/file", "new"}, {"B.txt", "new"}})));
-    QCOMPARE(m_error->code, EEXIST);
-    QVERIFY(m_error->description.contains(u"B.txt"_s));
-    QCOMPARE(unpacked(), (QStringList{u"A"_s, u"B.txt"_s}));
+    // What stands there is replaced whole, a folder by a file too.
+    QVERIFY(extract(zipArchive({{"A", "now a file"}, {"B.txt", "new"}, {"C/file", "new"}})));
+    QCOMPARE(unpacked(), (QStringList{u"A"_s, u"B.txt"_s, u"C"_s}));
+    QCOMPARE(contents(m_folder + u"/A"_s), QByteArray("now a file"));
+    QCOMPARE(contents(m_folder + u"/B.txt"_s), QByteArray("new"));
+    // A refused archive replaces nothing.
+    QVERIFY(!extract(zipArchive({{"B.txt", "newer"}, {"../out", "x"}})));
+    QCOMPARE(contents(m_folder + u"/B.txt"_s), QByteArray("new"));
 }
 
 void ZipExtractionTest::archiveOfAnotherProgramIsUnpacked()

@@ -76,7 +76,7 @@ bool copyThroughStaging(
         *failedPath = pathOf(source, where);
         return false;
     }
-    return staging.publish({target.name}, &where);
+    return staging.publish({target.name}, StagingFolder::Existing::Refused, &where);
 }
 
 } // namespace

@@ -129,6 +129,11 @@ bool renameExclusively(int fromFolder, const QByteArray &from, int toFolder, con
     return ::renameat(fromFolder, from.constData(), toFolder, to.constData()) == 0;
 }
 
+bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByteArray &other)
+{
+    return ::renameat2(oneFolder, one.constData(), otherFolder, other.constData(), RENAME_EXCHANGE) == 0;
+}
+
 bool writeAll(int file, const char *bytes, size_t size)
 {
     while (size > 0) {

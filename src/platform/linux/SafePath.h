@@ -34,6 +34,8 @@ struct SplitPath {
 /// Renames an entry to a name that nothing may bear yet.
 [[nodiscard]] bool renameExclusively(
     int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to);
+/// Swaps two entries, both of which exist.
+[[nodiscard]] bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByteArray &other);
 /// Writes all of @p size bytes.
 [[nodiscard]] bool writeAll(int file, const char *bytes, size_t size);
 

@@ -104,7 +104,17 @@ StagingFolder::~StagingFolder()
     errno = code;
 }
 
-bool StagingFolder::publish(const QByteArrayList &names, QByteArray *where)
+// A swap leaves what stood there in the staging folder, and swapping once more takes it back.
+bool StagingFolder::move(const QByteArray &name, Existing existing)
+{
+    if (safepath::renameExclusively(m_staging.get(), name, m_folder, name)) {
+        return true;
+    }
+    return errno == EEXIST && existing == Existing::Replaced
+        && safepath::exchange(m_staging.get(), name, m_folder, name);
+}
+
+bool StagingFolder::publish(const QByteArrayList &names, Existing existing, QByteArray *where)
 {
     // One flush of the file system costs less than one of every file, and without any a power cut could leave
     // empty files under final names.
@@ -112,14 +122,16 @@ bool StagingFolder::publish(const QByteArrayList &names, QByteArray *where)
         return false;
     }
     for (qsizetype i = 0; i < names.size(); ++i) {
-        if (safepath::renameExclusively(m_staging.get(), names[i], m_folder, names[i])) {
+        if (move(names[i], existing)) {
             continue;
         }
         const int code = errno;
         *where = names[i];
         for (qsizetype back = i - 1; back >= 0; --back) {
             // What cannot be taken back is whole at least.
-            (void)safepath::renameExclusively(m_folder, names[back], m_staging.get(), names[back]);
+            if (!safepath::exchange(m_staging.get(), names[back], m_folder, names[back])) {
+                (void)safepath::renameExclusively(m_folder, names[back], m_staging.get(), names[back]);
+            }
         }
         errno = code;
         return false;

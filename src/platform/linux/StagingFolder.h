@@ -22,13 +22,17 @@ public:
     [[nodiscard]] explicit operator bool() const { return static_cast<bool>(m_staging); }
     [[nodiscard]] int descriptor() const { return m_staging.get(); }
 
-    /// Brings everything inside to the disk and moves the entries @p names to the folder, all or none, and
-    /// none of them over something that stands there.
+    /// What becomes of an entry that already bears a name.
+    enum class Existing { Refused, Replaced };
+
+    /// Brings everything inside to the disk and moves the entries @p names to the folder, all or none. What
+    /// is replaced goes with this folder.
     /// @return false with errno set and the entry that failed in @p where
-    [[nodiscard]] bool publish(const QByteArrayList &names, QByteArray *where);
+    [[nodiscard]] bool publish(const QByteArrayList &names, Existing existing, QByteArray *where);
 
 private:
     [[nodiscard]] bool make();
+    [[nodiscard]] bool move(const QByteArray &name, Existing existing);
 
     int m_folder;
     QByteArray m_name;

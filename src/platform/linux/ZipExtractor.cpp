@@ -100,7 +100,8 @@ bool Extraction::run()
     const bool unpacked = unpack(rules) && makeLinks();
     m_current.close();
     QByteArray where;
-    return unpacked && (staging.publish(rules.topLevel(), &where) || failAt(where));
+    return unpacked
+        && (staging.publish(rules.topLevel(), StagingFolder::Existing::Replaced, &where) || failAt(where));
 }
 
 bool Extraction::judge(qint64 archiveSize)
@@ -119,13 +120,6 @@ bool Extraction::judge(qint64 archiveSize)
     }
     if (rules.topLevel().isEmpty()) {
         return fail(EILSEQ, Texts::tr("it holds nothing to unpack"));
-    }
-    for (const QByteArray &name : rules.topLevel()) {
-        struct stat existing { };
-        if (::fstatat(m_folder, name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
-            errno = EEXIST;
-            return failAt(name);
-        }
     }
     return true;
 }

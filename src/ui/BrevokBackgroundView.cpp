@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "ui/BrevokBackgroundView.h"
+
+#include "ui/PanelLayout.h"
+#include "ui/PanelStyle.h"
+
+#include <QPainter>
+
+namespace brevok {
+
+BrevokBackgroundView::BrevokBackgroundView(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+BrevokBackgroundView::~BrevokBackgroundView() = default;
+
+void BrevokBackgroundView::setFillColor(const QColor &colour)
+{
+    m_fillColor = colour;
+    update();
+}
+
+QColor BrevokBackgroundView::fillColor() const
+{
+    return m_fillColor.isValid() ? m_fillColor : palette().color(QPalette::Window);
+}
+
+void BrevokBackgroundView::setArrowX(int x)
+{
+    if (x != m_arrowX) {
+        m_arrowX = x;
+        update();
+    }
+}
+
+void BrevokBackgroundView::setUpward(bool upward)
+{
+    if (upward != m_upward) {
+        m_upward = upward;
+        update();
+    }
+}
+
+QRegion BrevokBackgroundView::shape() const
+{
+    return {panelOutline(rect(), m_arrowX, m_upward).toFillPolygon().toPolygon()};
+}
+
+void BrevokBackgroundView::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(PanelStyle::mixed(fillColor(), palette().color(QPalette::WindowText), 0.28));
+    painter.setBrush(fillColor());
+    painter.drawPath(panelOutline(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), m_arrowX, m_upward));
+}
+
+} // namespace brevok

@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "ui/PanelLabels.h"
+
+#include "ui/PanelStyle.h"
+
+#include <QEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int gap = 6; // between text and detail
+constexpr double detailShare = 0.4; // of the width, at most
+
+// Whole words of a very long text, broken to a readable width; never as markup.
+QString toolTipFor(const QString &text)
+{
+    return u"<p style='white-space: pre-wrap'>%1</p>"_s.arg(text.toHtmlEscaped());
+}
+
+} // namespace
+
+SecondaryLabel::SecondaryLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+}
+
+SecondaryLabel::~SecondaryLabel() = default;
+
+void SecondaryLabel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    painter.setPen(PanelStyle::secondaryText(palette()));
+    const Qt::Alignment aligned = QStyle::visualAlignment(layoutDirection(), alignment());
+    const int wrap = wordWrap() ? Qt::TextWordWrap : 0;
+    painter.drawText(contentsRect(), static_cast<int>(aligned.toInt()) | wrap, text());
+}
+
+ElidedLabel::ElidedLabel(QWidget *parent)
+    : QWidget(parent)
+{
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+}
+
+ElidedLabel::~ElidedLabel() = default;
+
+void ElidedLabel::setText(const QString &text, const QString &detail)
+{
+    if (text != m_text || detail != m_detail) {
+        m_text = text;
+        m_detail = detail;
+        setAccessibleName(this->text());
+        lay();
+    }
+}
+
+QString ElidedLabel::text() const
+{
+    return m_detail.isEmpty() ? m_text : u"%1 %2"_s.arg(m_text, m_detail);
+}
+
+void ElidedLabel::setFonts(const QFont &font, const QFont &detailFont)
+{
+    m_detailFont = detailFont;
+    setFont(font);
+    updateGeometry();
+    lay();
+}
+
+QSize ElidedLabel::sizeHint() const
+{
+    return {fontMetrics().horizontalAdvance(m_text.left(80)), fontMetrics().height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const
+{
+    return {20, fontMetrics().height()};
+}
+
+void ElidedLabel::lay()
+{
+    const QFontMetrics detailMetrics(m_detailFont);
+    int detailWidth = 0;
+    m_shownDetail.clear();
+    if (!m_detail.isEmpty()) {
+        m_shownDetail = detailMetrics.elidedText(
+            m_detail, Qt::ElideRight, std::max(0, static_cast<int>(width() * detailShare)));
+        detailWidth = detailMetrics.horizontalAdvance(m_shownDetail) + gap;
+    }
+    m_shownText = fontMetrics().elidedText(m_text, Qt::ElideRight, std::max(0, width() - detailWidth));
+    const bool whole = m_shownText == m_text && m_shownDetail == m_detail;
+    setToolTip(whole ? QString() : toolTipFor(text()));
+    update();
+}
+
+void ElidedLabel::paintEvent(QPaintEvent *)
+{
+    QPainter painter(this);
+    const QColor secondary = PanelStyle::secondaryText(palette());
+    const int textWidth = fontMetrics().horizontalAdvance(m_shownText);
+    const int ascent = (height() - fontMetrics().height()) / 2 + fontMetrics().ascent();
+    const bool mirrored = layoutDirection() == Qt::RightToLeft;
+    const int detailWidth = QFontMetrics(m_detailFont).horizontalAdvance(m_shownDetail);
+    painter.setLayoutDirection(Qt::LeftToRight); // of the line; a text keeps its own direction
+    painter.setPen(m_secondary ? secondary : palette().color(QPalette::WindowText));
+    painter.drawText(mirrored ? width() - textWidth : 0, ascent, m_shownText);
+    painter.setFont(m_detailFont);
+    painter.setPen(secondary);
+    painter.drawText(
+        mirrored ? width() - textWidth - gap - detailWidth : textWidth + gap, ascent, m_shownDetail);
+}
+
+void ElidedLabel::resizeEvent(QResizeEvent *)
+{
+    lay();
+}
+
+void ElidedLabel::changeEvent(QEvent *event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) {
+        lay();
+    }
+    QWidget::changeEvent(event);
+}
+
+} // namespace brevok

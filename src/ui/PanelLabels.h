@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QLabel>
+
+namespace brevok {
+
+/// A label in the colour of secondary texts, whatever the palette becomes.
+class SecondaryLabel final : public QLabel {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SecondaryLabel)
+
+public:
+    explicit SecondaryLabel(QWidget *parent = nullptr);
+    ~SecondaryLabel() override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
+/// One line of plain text, and a second text behind it that is kept in view, both cut with an ellipsis where
+/// they do not fit; then a tool tip holds the whole.
+class ElidedLabel final : public QWidget {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(ElidedLabel)
+    /// Whether the first text is drawn as a secondary one.
+    Q_PROPERTY(bool secondary MEMBER m_secondary)
+
+public:
+    explicit ElidedLabel(QWidget *parent = nullptr);
+    ~ElidedLabel() override;
+
+    void setText(const QString &text, const QString &detail = {});
+    /// Both texts.
+    [[nodiscard]] QString text() const;
+    void setFonts(const QFont &font, const QFont &detailFont);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void changeEvent(QEvent *event) override;
+
+private:
+    void lay();
+
+    QString m_text;
+    QString m_detail;
+    QFont m_detailFont;
+    QString m_shownText;
+    QString m_shownDetail;
+    bool m_secondary = false;
+};
+
+} // namespace brevok

@@ -96,6 +96,7 @@ void FollowedReply::startHop()
 
 void FollowedReply::send()
 {
+    somethingMoved();
     QNetworkRequest request = m_request;
     // The time is watched here, so that running out of it can be told from being aborted.
     request.setTransferTimeout(0);
@@ -127,7 +128,10 @@ void FollowedReply::connectHop()
     connect(m_hop, &QNetworkReply::metaDataChanged, this, &FollowedReply::headArrived);
     connect(m_hop, &QNetworkReply::readyRead, this, &FollowedReply::dataArrived);
     connect(m_hop, &QNetworkReply::finished, this, &FollowedReply::hopEnded);
-    connect(m_hop, &QNetworkReply::encrypted, this, &QNetworkReply::encrypted);
+    connect(m_hop, &QNetworkReply::encrypted, this, [this] {
+        somethingMoved();
+        Q_EMIT encrypted();
+    });
     connect(m_hop, &QNetworkReply::downloadProgress, this, &QNetworkReply::downloadProgress);
     connect(m_hop, &QNetworkReply::uploadProgress, this, [this](qint64 done, qint64 total) {
         somethingMoved();

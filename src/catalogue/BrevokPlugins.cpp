@@ -37,7 +37,7 @@ BrevokPlugins::BrevokPlugins(
     , m_service(service)
     , m_alerts(alerts)
     , m_refresh(new ListRefresh(
-          wording(), settings, service, alerts, [this](const QJsonArray &list) { updateWithArray(list); },
+          wording(), settings, service, alerts, [this](QJsonArray list) { updateWithArray(std::move(list)); },
           this))
 {
     if (sharedPlugins == nullptr) {
@@ -130,10 +130,10 @@ void BrevokPlugins::checkForUpdates()
     m_refresh->check();
 }
 
-void BrevokPlugins::updateWithArray(const QJsonArray &list)
+void BrevokPlugins::updateWithArray(QJsonArray list)
 {
     Q_EMIT pluginsWillChange();
-    const DefinitionTables::ListedKeys listed = m_tables.merge(newestBuilds(list));
+    const DefinitionTables::ListedKeys listed = m_tables.merge(newestBuilds(std::exchange(list, {})));
     Q_EMIT pluginsChanged();
     // After the announcement: observers see this with the next change.
     m_tables.dropWhatIsNotListed(listed);

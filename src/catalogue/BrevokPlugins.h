@@ -38,7 +38,8 @@ public:
     [[nodiscard]] DefinitionPtr pluginWithPrefix(const QString &prefix, const QString &version) const;
 
     void checkForUpdates();
-    void updateWithArray(const QJsonArray &list);
+    /// Validates, merges and stores a list. Elements that nobody else refers to are taken over uncopied.
+    void updateWithArray(QJsonArray list);
 
     /// Announces a change of `plugins`, runs @p edit (which may write into definitions), makes the result
     /// survive a crash, and announces that the change is done.

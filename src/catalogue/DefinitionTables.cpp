@@ -46,16 +46,6 @@ void ensurePrefix(PluginDefinition &definition, const QString &prefix)
     }
 }
 
-// The service's values of the keys that this program writes would be taken for local state.
-Record withoutLocalState(Record record)
-{
-    for (const QLatin1StringView key :
-        {PluginKeys::commandQueue, PluginKeys::savedVersion, PluginKeys::prefixes}) {
-        record.remove(key);
-    }
-    return record;
-}
-
 void copyValue(QLatin1StringView key, const Record &from, Record &to)
 {
     if (const QJsonValue value = from.value(key); to.value(key) != value) {
@@ -134,7 +124,8 @@ int DefinitionTables::load(const Record &stored)
             }
             unusable += removeUnusableState(record);
             const DefinitionPtr definition = entered(record);
-            ensurePrefix(*definition, nonEmptyString(record.value(PluginKeys::prefix)));
+            const QString prefix = nonEmptyString(record.value(PluginKeys::prefix));
+            ensurePrefix(*definition, prefix);
             if (definition->record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
                 definition->record.remove(PluginKeys::savedVersion);
             }
@@ -158,40 +149,66 @@ Record DefinitionTables::stored() const
     return stored;
 }
 
-DefinitionTables::ListedKeys DefinitionTables::merge(const QList<ListedBuild> &builds)
+DefinitionPtr DefinitionTables::mergedBuild(ListedBuild &build, const QString &key, const QJsonArray &alone)
 {
-    ListedKeys listed;
-    QHash<QString, Places> placesByPrefix;
-    for (const ListedBuild &build : builds) {
-        QList<DefinitionPtr> &definitions = m_byPrefix[build.prefix];
-        auto places = placesByPrefix.find(build.prefix);
-        if (places == placesByPrefix.end()) {
-            places = placesByPrefix.insert(build.prefix, placesIn(definitions));
-        }
-        const QString key = build.key();
-        listed[build.prefix].append(key);
-
-        DefinitionPtr &definition = m_byBuild[key];
-        if (definition) {
-            copyValue(PluginKeys::link, build.record, definition->record);
-            copyValue(PluginKeys::size, build.record, definition->record);
-        } else {
-            definition =
-                std::make_shared<PluginDefinition>(PluginDefinition{withoutLocalState(build.record)});
-        }
+    DefinitionPtr &definition = m_byBuild[key];
+    if (definition) {
+        copyValue(PluginKeys::link, build.record, definition->record);
+        copyValue(PluginKeys::size, build.record, definition->record);
         ensurePrefix(*definition, build.prefix);
+        return definition;
+    }
+    definition = std::make_shared<PluginDefinition>();
+    Record &record = definition->record;
+    record = std::move(build.record);
+    // What the service sends under the keys that this program writes would be taken for local state. A record
+    // of the required keys alone holds none.
+    if (record.size() > ListedBuild::requiredKeys) {
+        record.remove(PluginKeys::commandQueue);
+        record.remove(PluginKeys::savedVersion);
+    }
+    record.insert(PluginKeys::prefixes, alone);
+    return definition;
+}
+
+DefinitionTables::ListedKeys DefinitionTables::merge(QList<ListedBuild> builds)
+{
+    // What one prefix of the reply needs, looked up once per build.
+    struct Group {
+        QList<DefinitionPtr> *definitions = nullptr;
+        QStringList keys{};
+        QJsonArray alone{}; ///< this prefix only, shared by most definitions
+        Places places{};
+    };
+    QHash<QString, Group> groups;
+    m_byBuild.reserve(m_byBuild.size() + builds.size());
+    for (ListedBuild &build : builds) {
+        Group &group = groups[build.prefix];
+        if (group.definitions == nullptr) {
+            group.definitions = &m_byPrefix[build.prefix];
+            group.alone.append(build.prefix);
+            group.places = placesIn(*group.definitions);
+        }
+        QString key = build.key();
+        const DefinitionPtr definition = mergedBuild(build, key, group.alone);
+        group.keys.append(std::move(key));
 
         const PlaceKey place{build.name, build.hostVersion};
-        if (const auto known = places->constFind(place); known == places->cend()) {
-            places->insert(place, definitions.size());
-            definitions.append(definition);
-        } else if (definitions[*known] != definition) {
-            definitions[*known] = definition;
+        if (const auto known = group.places.constFind(place); known == group.places.cend()) {
+            group.places.insert(place, group.definitions->size());
+            group.definitions->append(definition);
+        } else if (DefinitionPtr &former = (*group.definitions)[*known]; former != definition) {
+            former = definition;
             // Names and versions that run into each other can share a build key across plug-ins.
             if (placeKey(definition->record) != place) {
-                *places = placesIn(definitions);
+                group.places = placesIn(*group.definitions);
             }
         }
+    }
+    ListedKeys listed;
+    listed.reserve(groups.size());
+    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
+        listed.insert(group.key(), group->keys);
     }
     return listed;
 }

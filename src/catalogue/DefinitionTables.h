@@ -24,7 +24,7 @@ public:
     [[nodiscard]] Record stored() const;
 
     /// Enters the newest builds of a reply.
-    ListedKeys merge(const QList<ListedBuild> &builds);
+    ListedKeys merge(QList<ListedBuild> builds);
     /// Removes from the prefixes of the reply what it does not list, where the counts differ.
     void dropWhatIsNotListed(const ListedKeys &listed);
 
@@ -34,6 +34,7 @@ public:
 
 private:
     DefinitionPtr entered(const Record &definition);
+    DefinitionPtr mergedBuild(ListedBuild &build, const QString &key, const QJsonArray &alone);
 
     DefinitionIndex m_byPrefix;
     QHash<QString, DefinitionPtr> m_byBuild;

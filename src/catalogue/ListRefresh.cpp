@@ -90,9 +90,12 @@ void ListRefresh::handleTransportError(const ServiceReply &reply)
 bool ListRefresh::handleContent(const ServiceReply &reply)
 {
     QJsonParseError problem;
-    const QJsonDocument document = QJsonDocument::fromJson(reply.body, &problem);
+    QJsonDocument document = QJsonDocument::fromJson(reply.body, &problem);
     if (document.isArray()) {
-        m_takeList(document.array());
+        // The only reference is handed over: what is kept of the elements then needs no copy.
+        QJsonArray list = document.array();
+        document = {};
+        m_takeList(std::move(list));
         m_lastUpdate = QDateTime::currentDateTimeUtc();
         m_settings.setValue(m_wording.dateKey, m_lastUpdate);
         return true;

@@ -33,9 +33,9 @@ public:
         QString failedWithResponse; ///< followed by code and text
         QString failedWithContent;
     };
-    using ListHandler = std::function<void(const QJsonArray &)>;
+    using ListHandler = std::function<void(QJsonArray)>;
 
-    /// @p takeList gets every good list, before its date is stored.
+    /// @p takeList gets every good list, for itself alone, before its date is stored.
     ListRefresh(Wording wording, SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts,
         ListHandler takeList, QObject *parent);
     ~ListRefresh() override;

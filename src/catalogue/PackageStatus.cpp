@@ -102,7 +102,7 @@ BundleFacts bundleFacts(bool exists, const std::optional<Record> &information)
     facts.hostVersion = hostCodeOf(information->value("TolvaneHostAppShortVersion"_L1));
     const QString version = nonEmptyString(information->value("CFBundleShortVersionString"_L1));
     facts.hasVersion = !version.isEmpty();
-    facts.version = version.section(u' ', 0, 0);
+    facts.version = version.left(version.indexOf(u' ')); // all of it when there is no space
     return facts;
 }
 

@@ -7,7 +7,7 @@
 #include "foundation/Log.h"
 #include "foundation/StandardVersionComparator.h"
 
-#include <optional>
+#include <utility>
 
 namespace brevok {
 
@@ -27,31 +27,27 @@ QString buildKeyOf(const QString &host, const QString &name, const QString &vers
     return key;
 }
 
-std::optional<ListedBuild> listedBuild(const Record &record)
+// Reads the element into @p build. Returns false when something that must be there is not.
+bool read(const Record &record, ListedBuild &build)
 {
-    ListedBuild build;
-    const auto text = [&record](QLatin1StringView key) {
-        return nonEmptyString(record.value(key));
-    };
-    if (build.name = text(PluginKeys::name); build.name.isNull()) {
-        return {};
+    build.name = nonEmptyString(record.value(PluginKeys::name));
+    if (build.name.isNull() || !isNumber(record.value(PluginKeys::size))) {
+        return false;
     }
-    if (!isNumber(record.value(PluginKeys::size))) {
-        return {};
+    build.prefix = nonEmptyString(record.value(PluginKeys::prefix));
+    if (build.prefix.isNull() || nonEmptyString(record.value(PluginKeys::link)).isNull()) {
+        return false;
     }
-    build.prefix = text(PluginKeys::prefix);
-    if (build.prefix.isNull() || text(PluginKeys::link).isNull()) {
-        return {};
-    }
-    build.version = text(PluginKeys::version);
+    build.version = nonEmptyString(record.value(PluginKeys::version));
     const QJsonValue host = record.value(PluginKeys::hostVersion);
-    if (build.version.isNull() || !isNumber(host) || text(PluginKeys::published).isNull()) {
-        return {};
+    if (build.version.isNull() || !isNumber(host)
+        || nonEmptyString(record.value(PluginKeys::published)).isNull()) {
+        return false;
     }
     build.host = displayText(host);
     build.hostVersion = integerValue(host);
     build.record = record;
-    return build;
+    return true;
 }
 
 bool isNewer(const QString &version, const QString &than)
@@ -72,11 +68,14 @@ QString ListedBuild::key() const
     return buildKeyOf(host, name, version);
 }
 
-QList<ListedBuild> newestBuilds(const QJsonArray &list)
+QList<ListedBuild> newestBuilds(QJsonArray list)
 {
+    const QJsonArray elements = std::exchange(list, {});
     QList<ListedBuild> selected;
     QHash<QString, qsizetype> positions;
-    for (const QJsonValue &element : list) {
+    selected.reserve(elements.size());
+    positions.reserve(elements.size());
+    for (const QJsonValue &element : elements) {
         if (!element.isObject()) {
             logLine(u"plugin is not nsdirectory!"_s);
             continue;
@@ -85,18 +84,18 @@ QList<ListedBuild> newestBuilds(const QJsonArray &list)
         if (record.value(PluginKeys::platform).toString() != PluginKeys::mac) {
             continue;
         }
-        std::optional<ListedBuild> build = listedBuild(record);
-        if (!build) {
+        ListedBuild build;
+        if (!read(record, build)) {
             logLine(u"incomming plugin package do not containe necessary data!"_s);
             continue;
         }
-        const QString key = build->host + build->name + build->prefix;
+        const QString key = build.host + build.name + build.prefix;
         const auto known = positions.constFind(key);
         if (known == positions.cend()) {
             positions.insert(key, selected.size());
-            selected.append(std::move(*build));
-        } else if (!isNewer(selected[*known].version, build->version)) {
-            selected[*known] = std::move(*build);
+            selected.append(std::move(build));
+        } else if (!isNewer(selected[*known].version, build.version)) {
+            selected[*known] = std::move(build);
         }
     }
     return selected;

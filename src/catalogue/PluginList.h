@@ -12,6 +12,9 @@ namespace brevok {
 
 /// A valid element of the published list with the values that merging needs, read once.
 struct ListedBuild {
+    /// How many keys a valid element has at the least.
+    static constexpr qsizetype requiredKeys = 8;
+
     Record record;
     QString prefix;
     QString name;
@@ -25,6 +28,6 @@ struct ListedBuild {
 
 /// The newest build per plug-in, host version and prefix, in the order in which the list names them first.
 /// What is no usable element is left out, with the log line that belongs to it.
-[[nodiscard]] QList<ListedBuild> newestBuilds(const QJsonArray &list);
+[[nodiscard]] QList<ListedBuild> newestBuilds(QJsonArray list);
 
 } // namespace brevok

@@ -20,14 +20,19 @@ constexpr int symbolSize = 16;
 constexpr int symbolButtonSize = 28;
 
 // Buttons take arrow keys for themselves; in the panel these belong to the list around them. Return presses a
-// button like Space does.
-bool keyForOthers(const QKeyEvent &event)
+// button like Space does. Whether the event was dealt with.
+bool handledKey(QAbstractButton &button, QKeyEvent *event)
 {
-    switch (event.key()) {
+    switch (event->key()) {
     case Qt::Key_Up:
     case Qt::Key_Down:
     case Qt::Key_Left:
     case Qt::Key_Right:
+        event->ignore();
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        button.animateClick();
         return true;
     default:
         return false;
@@ -124,15 +129,9 @@ void PanelButton::paintEvent(QPaintEvent *)
 
 void PanelButton::keyPressEvent(QKeyEvent *event)
 {
-    if (keyForOthers(*event)) {
-        event->ignore();
-        return;
+    if (!handledKey(*this, event)) {
+        QPushButton::keyPressEvent(event);
     }
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        animateClick();
-        return;
-    }
-    QPushButton::keyPressEvent(event);
 }
 
 SymbolButton::SymbolButton(QWidget *parent)
@@ -183,15 +182,9 @@ void SymbolButton::paintEvent(QPaintEvent *)
 
 void SymbolButton::keyPressEvent(QKeyEvent *event)
 {
-    if (keyForOthers(*event)) {
-        event->ignore();
-        return;
+    if (!handledKey(*this, event)) {
+        QPushButton::keyPressEvent(event);
     }
-    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        animateClick();
-        return;
-    }
-    QPushButton::keyPressEvent(event);
 }
 
 } // namespace brevok

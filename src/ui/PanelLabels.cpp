@@ -45,6 +45,19 @@ void SecondaryLabel::paintEvent(QPaintEvent *)
     painter.drawText(contentsRect(), static_cast<int>(aligned.toInt()) | wrap, text());
 }
 
+SeparatorLine::SeparatorLine(QWidget *parent)
+    : QWidget(parent)
+{
+    setFixedHeight(1);
+}
+
+SeparatorLine::~SeparatorLine() = default;
+
+void SeparatorLine::paintEvent(QPaintEvent *)
+{
+    QPainter(this).fillRect(rect(), PanelStyle::separator(palette()));
+}
+
 ElidedLabel::ElidedLabel(QWidget *parent)
     : QWidget(parent)
 {

@@ -20,6 +20,19 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
+/// A line between parts of the panel.
+class SeparatorLine final : public QWidget {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SeparatorLine)
+
+public:
+    explicit SeparatorLine(QWidget *parent = nullptr);
+    ~SeparatorLine() override;
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+};
+
 /// One line of plain text, and a second text behind it that is kept in view, both cut with an ellipsis where
 /// they do not fit; then a tool tip holds the whole.
 class ElidedLabel final : public QWidget {

@@ -15,7 +15,7 @@ namespace {
 // As many containers may nest in the worst case; the library needs less than 200 bytes of stack for each.
 constexpr int containerLimit = 10000;
 constexpr int depthLimit = 200;
-constexpr qint64 unfoldedLimit = 64 * 1024 * 1024;
+constexpr qint64 unfoldedLimit = 64LL * 1024 * 1024;
 constexpr qint64 nodeSize = 128;
 
 bool startsWith(QByteArrayView bytes, const char *tag, size_t length)

@@ -22,7 +22,7 @@ namespace brevok {
 
 namespace {
 
-constexpr qint64 sizeLimit = 4 * 1024 * 1024;
+constexpr qint64 sizeLimit = 4LL * 1024 * 1024;
 constexpr int depthLimit = 200;
 
 struct Free {
@@ -254,7 +254,8 @@ QString MainBundle::shortVersion() const
 
 QString MainBundle::resourcePath(const QString &name, const QString &type) const
 {
-    const QString path = m_resourceFolder + u'/' + name + u'.' + type;
+    const QString file = type.isEmpty() ? name : name + u'.' + type;
+    const QString path = m_resourceFolder + u'/' + file;
     return QFileInfo(path).isFile() ? path : QString();
 }
 

@@ -20,6 +20,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
+
 #include <sys/stat.h>
 
 using namespace brevok;
@@ -373,7 +375,7 @@ void DesktopSessionTest::foldersFollowTheEnvironment()
     QFETCH(QString, configuration);
     QFETCH(QString, data);
     QFETCH(QString, state);
-    const char *names[] = {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
+    constexpr std::array names = {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
     QByteArrayList before;
     for (const char *name : names) {
         before.append(qgetenv(name));

@@ -10,6 +10,8 @@
 #include <QtEndian>
 #include <QTest>
 
+#include <array>
+
 #include <plist/plist.h>
 #include <sys/stat.h>
 
@@ -165,11 +167,11 @@ void PropertyListsTest::damagedListsDoNoHarm()
         xml("<dict><key>list</key><array><integer>1</integer><string>text</string>"
             "<dict><key>x</key><real>2.5</real><key>y</key><data>AAEC</data></dict></array>"
             "<key>name</key><string>Ünïcode</string></dict>");
-    const QByteArray sources[] = {text, binary(text)};
+    const std::array sources = {text, binary(text)};
     QRandomGenerator random(20260301);
     int read = 0;
     for (int round = 0; round < 3000; ++round) {
-        QByteArray bytes = sources[round % 2];
+        QByteArray bytes = sources[static_cast<size_t>(round % 2)];
         for (int change = random.bounded(1, 5); change > 0; --change) {
             bytes[random.bounded(static_cast<int>(bytes.size()))] = static_cast<char>(random.bounded(256));
         }

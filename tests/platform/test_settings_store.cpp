@@ -11,6 +11,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <array>
 #include <csignal>
 
 #include <sys/resource.h>
@@ -297,7 +298,7 @@ void SettingsStoreTest::changesOfOthersAreMerged()
 
 void SettingsStoreTest::twoProcessesLoseNothing()
 {
-    const std::unique_ptr<QProcess> writers[] = {start(u"keys"_s, u"A"_s), start(u"keys"_s, u"B"_s)};
+    const std::array writers = {start(u"keys"_s, u"A"_s), start(u"keys"_s, u"B"_s)};
     for (const auto &writer : writers) {
         QVERIFY(writer->waitForFinished(60000));
         QCOMPARE(writer->exitCode(), 0);

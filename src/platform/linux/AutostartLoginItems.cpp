@@ -15,7 +15,7 @@ namespace brevok {
 
 namespace {
 
-constexpr qint64 sizeLimit = 64 * 1024;
+constexpr qint64 sizeLimit = 64LL * 1024;
 
 // A value of type string, as the desktop entry format escapes it.
 QString escaped(const QString &text)

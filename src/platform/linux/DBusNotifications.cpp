@@ -30,9 +30,9 @@ QString postedMember()
 
 } // namespace
 
-DBusNotifications::DBusNotifications(const QDBusConnection &bus, QObject *parent)
+DBusNotifications::DBusNotifications(QDBusConnection bus, QObject *parent)
     : DistributedNotifications(parent)
-    , m_bus(bus)
+    , m_bus(std::move(bus))
 {
 }
 

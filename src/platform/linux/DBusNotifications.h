@@ -23,7 +23,7 @@ class DBusNotifications final : public DistributedNotifications {
 
 public:
     /// @p bus need not be connected: then one log line says so and nothing is posted.
-    explicit DBusNotifications(const QDBusConnection &bus, QObject *parent = nullptr);
+    explicit DBusNotifications(QDBusConnection bus, QObject *parent = nullptr);
     ~DBusNotifications() override;
 
     void post(const QString &name, const QString &object) override;

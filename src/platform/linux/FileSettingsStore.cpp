@@ -9,6 +9,7 @@
 
 #include <QFileInfo>
 #include <QLockFile>
+#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -87,15 +88,12 @@ void FileSettingsStore::writeSoon()
         return;
     }
     m_writesSoon = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_writesSoon = false;
-            if (hasChanges()) {
-                synchronize();
-            }
-        },
-        Qt::QueuedConnection);
+    QTimer::singleShot(0, this, [this] {
+        m_writesSoon = false;
+        if (hasChanges()) {
+            synchronize();
+        }
+    });
 }
 
 bool FileSettingsStore::synchronize()

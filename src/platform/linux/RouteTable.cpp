@@ -34,13 +34,18 @@ std::optional<Route> ipv4Route(const QList<QByteArray> &fields)
     if (fields.size() < 8) {
         return std::nullopt;
     }
-    bool numbers[4] = {};
-    const quint32 destination = fields[1].toUInt(&numbers[0], 16);
-    const quint32 gateway = fields[2].toUInt(&numbers[1], 16);
-    const quint32 flags = fields[3].toUInt(&numbers[2], 16);
-    const quint32 mask = fields[7].toUInt(&numbers[3], 16);
-    if (!std::all_of(std::begin(numbers), std::end(numbers), [](bool number) { return number; })
-        || !leadsSomewhere(flags, fields[0])) {
+    bool areNumbers = true;
+    const auto number = [&](qsizetype field) {
+        bool isNumber = false;
+        const quint32 value = fields[field].toUInt(&isNumber, 16);
+        areNumbers = areNumbers && isNumber;
+        return value;
+    };
+    const quint32 destination = number(1);
+    const quint32 gateway = number(2);
+    const quint32 flags = number(3);
+    const quint32 mask = number(7);
+    if (!areNumbers || !leadsSomewhere(flags, fields[0])) {
         return std::nullopt;
     }
     return Route{.network = QHostAddress(qFromBigEndian(destination)),

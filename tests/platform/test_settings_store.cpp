@@ -24,7 +24,7 @@ using testing::writeFile;
 
 namespace {
 
-constexpr int keysOfEachWriter = 60;
+constexpr int keysOfEachWriter = 25;
 
 QString writerKey(const QString &writer, int number)
 {

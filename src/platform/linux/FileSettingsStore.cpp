@@ -9,7 +9,6 @@
 
 #include <QFileInfo>
 #include <QLockFile>
-#include <QTimer>
 #include <QUrl>
 
 #include <algorithm>
@@ -41,6 +40,13 @@ FileSettingsStore::FileSettingsStore(const QString &path, QObject *parent)
     : SettingsStore(parent)
     , m_path(resolved(path))
 {
+    m_writing.setSingleShot(true);
+    m_writing.setInterval(0);
+    connect(&m_writing, &QTimer::timeout, this, [this] {
+        if (hasChanges()) {
+            synchronize();
+        }
+    });
     refresh();
 }
 
@@ -72,28 +78,14 @@ void FileSettingsStore::store(const QString &key, const QVariant &value)
     }
     m_erased.remove(key);
     m_changed.insert(key, value);
-    writeSoon();
+    m_writing.start();
 }
 
 void FileSettingsStore::erase(const QString &key)
 {
     m_changed.remove(key);
     m_erased.insert(key);
-    writeSoon();
-}
-
-void FileSettingsStore::writeSoon()
-{
-    if (m_writesSoon) {
-        return;
-    }
-    m_writesSoon = true;
-    QTimer::singleShot(0, this, [this] {
-        m_writesSoon = false;
-        if (hasChanges()) {
-            synchronize();
-        }
-    });
+    m_writing.start();
 }
 
 bool FileSettingsStore::synchronize()

@@ -7,6 +7,7 @@
 #include "platform/SettingsStore.h"
 
 #include <QSet>
+#include <QTimer>
 
 namespace brevok {
 
@@ -40,15 +41,14 @@ private:
     bool moveAside(const QString &reason);
     bool write();
     bool failed(const QString &reason);
-    void writeSoon();
 
     QString m_path;
     QVariantMap m_saved; // what the file held when it was last read or written
     QVariantMap m_changed; // set since then
     QSet<QString> m_erased; // removed since then
     FileStamp m_stamp;
+    QTimer m_writing; // on the next turn of the event loop
     bool m_failureSaid = false;
-    bool m_writesSoon = false;
 };
 
 } // namespace brevok

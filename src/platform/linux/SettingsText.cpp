@@ -6,7 +6,7 @@
 #include <QDateTime>
 #include <QFile>
 #include <QSettings>
-#include <QTemporaryFile>
+#include <QTemporaryDir>
 
 namespace brevok {
 
@@ -14,13 +14,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// QSettings keeps what it once read under a path; a path of its own for every text keeps them apart.
-std::optional<QString> pathOfNewFile(QTemporaryFile &file, const QByteArray &text)
+// QSettings keeps what it once read under a path; a path of its own for every text keeps them apart. A folder
+// that nobody else may enter hides the files that QSettings makes on its way, which are not private from the
+// start.
+std::optional<QString> pathOfNewFile(const QTemporaryDir &folder, const QByteArray &text)
 {
-    if (!file.open() || file.write(text) != text.size() || !file.flush()) {
-        return std::nullopt;
-    }
-    return file.fileName();
+    QString path = folder.filePath("settings.ini"_L1);
+    QFile file(path);
+    const bool written = folder.isValid() && file.open(QIODevice::WriteOnly)
+        && file.write(text) == text.size() && file.flush();
+    return written ? std::optional(std::move(path)) : std::nullopt;
 }
 
 QString encodedKey(QString key)
@@ -63,8 +66,8 @@ bool holds(const QByteArray &text, const QVariantMap &values)
 
 std::optional<QByteArray> settingsText(const QVariantMap &values)
 {
-    QTemporaryFile file;
-    const std::optional<QString> path = pathOfNewFile(file, {});
+    const QTemporaryDir folder;
+    const std::optional<QString> path = pathOfNewFile(folder, {});
     if (!path) {
         return std::nullopt;
     }
@@ -85,8 +88,8 @@ std::optional<QByteArray> settingsText(const QVariantMap &values)
 
 std::optional<QVariantMap> settingsValues(const QByteArray &text)
 {
-    QTemporaryFile file;
-    const std::optional<QString> path = text.contains('\0') ? std::nullopt : pathOfNewFile(file, text);
+    const QTemporaryDir folder;
+    const std::optional<QString> path = text.contains('\0') ? std::nullopt : pathOfNewFile(folder, text);
     if (!path) {
         return std::nullopt;
     }

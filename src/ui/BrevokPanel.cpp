@@ -178,6 +178,8 @@ void BrevokPanel::keyPressEvent(QKeyEvent *event)
 {
     if (event->matches(QKeySequence::Cancel)) {
         Q_EMIT cancelOperation();
+    } else if (event->key() == Qt::Key_Down) {
+        Q_EMIT moveDown();
     } else {
         QWidget::keyPressEvent(event);
     }

@@ -47,6 +47,8 @@ Q_SIGNALS:
     /// Escape.
     void cancelOperation();
     void willClose();
+    /// The arrow down, while no control has the focus.
+    void moveDown();
     /// fadeOut() has ended.
     void orderedOut();
     /// The font or palette of the system is another.

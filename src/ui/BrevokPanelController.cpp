@@ -77,6 +77,7 @@ void BrevokPanelController::connectWindow()
     connect(window, &BrevokPanel::cancelOperation, this, [this] { setHasActivePanel(false); });
     connect(window, &BrevokPanel::willClose, this, [this] { setHasActivePanel(false); });
     connect(window, &BrevokPanel::orderedOut, this, &BrevokPanelController::windowOrderedOut);
+    connect(window, &BrevokPanel::moveDown, m_packagesTab, &PanelPackagesTab::focusFirst);
     connect(window, &BrevokPanel::styleChanged, this, &BrevokPanelController::updateTexts);
     connect(m_accountTab, &PanelAccountTab::createAccountWanted, this, &BrevokPanelController::createAccount);
     connect(m_packagesTab, &PanelPackagesTab::signInWanted, this, [this] {
@@ -202,6 +203,8 @@ void BrevokPanelController::openPanel()
     m_window->orderFront(where, openDuration(held));
     if (m_accountTab->selectedTab() == PanelTab::Account) {
         m_accountTab->focusFirst();
+    } else {
+        m_window->setFocus(); // no control before the user chooses one
     }
 }
 
@@ -254,7 +257,7 @@ void BrevokPanelController::updateAccountTab()
         updateHeader();
         m_packagesTab->updateNotice();
         if (before == PanelTab::Account && m_accountTab->selectedTab() == PanelTab::Packages) {
-            m_packagesTab->focusFirst();
+            m_window->setFocus();
         }
     }
 }

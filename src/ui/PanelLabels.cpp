@@ -18,7 +18,8 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int gap = 6; // between text and detail
-constexpr double detailShare = 0.4; // of the width, at most
+constexpr double leastDetail = 0.25; // of the width, however long the text is
+constexpr double mostDetail = 0.6;
 
 // Whole words of a very long text, broken to a readable width; never as markup.
 QString toolTipFor(const QString &text)
@@ -105,8 +106,9 @@ void ElidedLabel::lay()
     int detailWidth = 0;
     m_shownDetail.clear();
     if (!m_detail.isEmpty()) {
-        m_shownDetail = detailMetrics.elidedText(
-            m_detail, Qt::ElideRight, std::max(0, static_cast<int>(width() * detailShare)));
+        const double free = width() - fontMetrics().horizontalAdvance(m_text) - gap;
+        const double room = std::clamp(free, width() * leastDetail, width() * mostDetail);
+        m_shownDetail = detailMetrics.elidedText(m_detail, Qt::ElideRight, static_cast<int>(room));
         detailWidth = detailMetrics.horizontalAdvance(m_shownDetail) + gap;
     }
     m_shownText = fontMetrics().elidedText(m_text, Qt::ElideRight, std::max(0, width() - detailWidth));

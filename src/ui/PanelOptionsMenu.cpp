@@ -14,15 +14,15 @@ namespace brevok {
 PanelOptionsMenu::PanelOptionsMenu(SymbolButton &button, const QList<Command> &commands, QObject *parent)
     : QObject(parent)
     , m_button(button)
-    , m_menu(&button)
+    , m_menu(new QMenu(&button))
     , m_commands(commands)
 {
     for (const Command &command : m_commands) {
         if (!command.title) {
-            m_menu.addSeparator();
+            m_menu->addSeparator();
             continue;
         }
-        QAction *action = m_menu.addAction(QString());
+        QAction *action = m_menu->addAction(QString());
         action->setObjectName(command.objectName);
         action->setShortcut(command.shortcut);
         action->setMenuRole(QAction::NoRole);
@@ -30,8 +30,8 @@ PanelOptionsMenu::PanelOptionsMenu(SymbolButton &button, const QList<Command> &c
         button.window()->addAction(action); // for its shortcut while the menu is closed
     }
     connect(&button, &QPushButton::clicked, this, &PanelOptionsMenu::open);
-    connect(&m_menu, &QMenu::aboutToShow, this, &PanelOptionsMenu::beforeMenuOpen);
-    connect(&m_menu, &QMenu::aboutToHide, this, &PanelOptionsMenu::swapTabPanel);
+    connect(m_menu, &QMenu::aboutToShow, this, &PanelOptionsMenu::beforeMenuOpen);
+    connect(m_menu, &QMenu::aboutToHide, this, &PanelOptionsMenu::swapTabPanel);
     updateTexts();
     swapTabPanel();
 }
@@ -42,7 +42,7 @@ void PanelOptionsMenu::updateTexts()
 {
     m_button.setAccessibleName(Texts::tr("Options"));
     m_button.setToolTip(Texts::tr("Options").toHtmlEscaped());
-    const QList<QAction *> actions = m_menu.actions();
+    const QList<QAction *> actions = m_menu->actions();
     for (qsizetype i = 0; i < m_commands.size(); ++i) {
         if (m_commands.at(i).title) {
             actions.at(i)->setText(m_commands.at(i).title());
@@ -63,9 +63,9 @@ void PanelOptionsMenu::setMenuColor(const QColor &colour)
         palette.setColor(QPalette::Active, role, text);
         palette.setColor(QPalette::Inactive, role, text);
     }
-    m_menu.setPalette(palette);
+    m_menu->setPalette(palette);
     const QFont font = PanelStyle::menuFont();
-    const QList<QAction *> actions = m_menu.actions();
+    const QList<QAction *> actions = m_menu->actions();
     for (QAction *action : actions) {
         action->setFont(font);
     }
@@ -84,8 +84,8 @@ void PanelOptionsMenu::swapTabPanel()
 void PanelOptionsMenu::open()
 {
     const bool mirrored = m_button.layoutDirection() == Qt::RightToLeft;
-    const int x = mirrored ? 0 : m_button.width() - m_menu.sizeHint().width();
-    m_menu.popup(m_button.mapToGlobal(QPoint(x, m_button.height() + 2)));
+    const int x = mirrored ? 0 : m_button.width() - m_menu->sizeHint().width();
+    m_menu->popup(m_button.mapToGlobal(QPoint(x, m_button.height() + 2)));
 }
 
 } // namespace brevok

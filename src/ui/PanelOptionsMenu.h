@@ -30,7 +30,7 @@ public:
     PanelOptionsMenu(SymbolButton &button, const QList<Command> &commands, QObject *parent);
     ~PanelOptionsMenu() override;
 
-    [[nodiscard]] QMenu &popUpMenu() { return m_menu; }
+    [[nodiscard]] QMenu &popUpMenu() { return *m_menu; }
     /// White while the menu is closed, black while it is open.
     [[nodiscard]] QColor menuColor() const { return m_menuColor; }
     /// Restyles the titles: their font, and @p colour where it can be read on the menu, else the system's.
@@ -43,7 +43,7 @@ private:
     void open();
 
     SymbolButton &m_button;
-    QMenu m_menu;
+    QMenu *m_menu; ///< owned by the button
     QList<Command> m_commands;
     QColor m_menuColor;
 };

@@ -96,8 +96,10 @@ QColor hoverFill(const QPalette &palette)
 
 QColor priorityFill(const QPalette &palette)
 {
-    const QColor light = QColor::fromRgbF(1.0F, 0.9F, 0.9F);
-    return isDark(palette) ? mixed(palette.color(QPalette::Window), light.darker(), 0.2) : light;
+    if (isDark(palette)) {
+        return mixed(palette.color(QPalette::Window), QColor::fromRgbF(0.8F, 0.25F, 0.25F), 0.16);
+    }
+    return QColor::fromRgbF(1.0F, 0.9F, 0.9F);
 }
 
 } // namespace brevok::PanelStyle

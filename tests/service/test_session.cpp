@@ -361,14 +361,14 @@ void TestSession::unreachable()
 
 void TestSession::silentServerIsAskedThrice()
 {
-    Stage stage(300, Stage::signedIn());
+    Stage stage(2000, Stage::signedIn());
     stage.server.on(signoutPath, Response::silent());
     bool updatingWhileTold = false;
     stage.presenter.whileShown = [&](const AlertContent &) {
         updatingWhileTold = stage.session->isUpdating();
     };
     stage.session->signout();
-    QTRY_VERIFY(stage.ended == 1 && !stage.session->isUpdating());
+    QTRY_VERIFY_WITH_TIMEOUT(stage.ended == 1 && !stage.session->isUpdating(), 60000);
     QVERIFY(!stage.succeeded && updatingWhileTold);
     QCOMPARE(stage.server.requests(signoutPath).size(), 3);
     QCOMPARE(stage.server.requests().at(2).headers, stage.server.requests().at(0).headers);
@@ -382,13 +382,13 @@ void TestSession::silentServerIsAskedThrice()
 
 void TestSession::lastTryCounts()
 {
-    Stage stage(300);
+    Stage stage(2000);
     stage.server.on(signinPath, [&](const Request &) {
         return stage.server.requests().size() < 3 ? Response::silent()
                                                   : Response::ok(R"({"ErrorCode":0,"SessionId":"late"})");
     });
     stage.request(SessionSignin);
-    QTRY_COMPARE(stage.ended, 1);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.ended, 1, 60000);
     QVERIFY(stage.succeeded);
     QCOMPARE(stage.session->sessionId(), u"late"_s);
     QVERIFY(stage.presenter.shown.isEmpty());

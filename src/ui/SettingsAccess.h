@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QtGlobal>
+
+namespace brevok {
+
+/// The settings of the application delegate, as the windows read and change them. Main thread.
+class SettingsAccess {
+public:
+    SettingsAccess() = default;
+    virtual ~SettingsAccess() = default;
+    Q_DISABLE_COPY_MOVE(SettingsAccess)
+
+    [[nodiscard]] virtual bool startAtLogin() const = 0;
+    virtual void setStartAtLogin(bool enabled) = 0;
+    [[nodiscard]] virtual bool showNotifications() const = 0;
+    virtual void setShowNotifications(bool enabled) = 0;
+    [[nodiscard]] virtual bool checkForUpdates() const = 0;
+    virtual void setCheckForUpdates(bool enabled) = 0;
+    [[nodiscard]] virtual bool autoUpdate() const = 0;
+    virtual void setAutoUpdate(bool enabled) = 0;
+    [[nodiscard]] virtual int logLevel() const = 0;
+    virtual void setLogLevel(int level) = 0;
+};
+
+} // namespace brevok

@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+namespace brevok {
+
+/// What the order of the rows of targets depends on.
+struct OrderedTarget {
+    QString path;
+    QString resolvedPath; ///< without symbolic links
+    QString version; ///< the record's "Version"
+};
+
+/// Whether @p a stands before @p b (negative), behind it (positive), or is the same (0): higher versions
+/// first, then InDesign, then what is no debug build, then what stands later in @p unsorted.
+[[nodiscard]] int compareTargets(const OrderedTarget &a, const OrderedTarget &b, const QStringList &unsorted);
+
+/// The paths in the order of their rows.
+[[nodiscard]] QStringList sortedTargetPaths(QList<OrderedTarget> targets);
+
+/// The rows after a change of the targets: those that are still there keep their places, new ones follow.
+[[nodiscard]] QStringList rowsAfterChange(const QStringList &rows, const QStringList &paths);
+
+/// How many versions the pop-up offers.
+inline constexpr int targetVersionCount = 16;
+/// The version text that the item at @p index stands for.
+[[nodiscard]] QString targetVersion(int index);
+/// The name that the user reads for it: "CS5.5", "CC 2019".
+[[nodiscard]] QString targetVersionName(int index);
+
+/// The part of the test of a chosen folder that needs no look at the disk: at least two characters, and the
+/// last component is exactly "Plug-Ins".
+[[nodiscard]] bool isPlugInsPath(const QString &path);
+/// Whether an entry's name is that of an InDesign application.
+[[nodiscard]] bool isInDesignApplication(const QString &fileName);
+/// Whether there is such an entry anywhere below the folder that holds @p path. Reads the disk, links are not
+/// followed; gives up after very many entries. Any thread.
+[[nodiscard]] bool hasInDesignBeside(const QString &path);
+
+} // namespace brevok

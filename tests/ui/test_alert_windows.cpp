@@ -1,0 +1,307 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/PropertyLists.h"
+#include "support/SampleBundles.h"
+#include "ui/AlertDialog.h"
+#include "ui/ApplicationFacts.h"
+#include "ui/BrevokAboutController.h"
+#include "ui/BrevokUpdateProgressController.h"
+#include "ui/BrevokUpdateResultController.h"
+#include "ui/SmallWindows.h"
+#include "ui/WidgetAlertPresenter.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QPointer>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Buttons = QList<AlertButton>;
+
+AlertContent alertWith(const Buttons &buttons)
+{
+    AlertContent content;
+    content.messageText = u"<b>Message</b>"_s;
+    content.informativeText = u"More"_s;
+    content.buttons = buttons;
+    return content;
+}
+
+Buttons quitQuestion()
+{
+    return {{u"Quit"_s, true, AlertKey::Escape}, {u"Cancel"_s, true, AlertKey::Return}};
+}
+
+/// Does @p act with the alert as soon as it is up.
+void onceShown(const std::function<void(AlertDialog &)> &act)
+{
+    QTimer::singleShot(0, qApp, [act] {
+        auto *dialog = qobject_cast<AlertDialog *>(QApplication::activeModalWidget());
+        if (dialog != nullptr) {
+            act(*dialog);
+        } else {
+            onceShown(act);
+        }
+    });
+}
+
+QPushButton *button(const AlertDialog &dialog, const QString &title)
+{
+    const QList<QPushButton *> buttons = dialog.findChildren<QPushButton *>();
+    for (QPushButton *candidate : buttons) {
+        if (candidate->accessibleName() == title) {
+            return candidate;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace
+
+class AlertWindowsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        // All but what the windowless platform says of itself.
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
+    }
+    void initTestCase() { QApplication::setQuitOnLastWindowClosed(false); }
+
+    void keysPressButtons_data();
+    void keysPressButtons();
+    void contentIsShownAsItIs();
+    void accessoryComesBack();
+    void endOfTheProgramAnswers();
+    void sheetsBlockTheirWindowOnly();
+    void sheetsEndWithTheirWindow();
+    void factsComeFromTheBundle_data();
+    void factsComeFromTheBundle();
+    void aboutIsMadeAfreshOnceClosed();
+    void updateWindowsShowAndClose();
+};
+
+void AlertWindowsTest::keysPressButtons_data()
+{
+    QTest::addColumn<Buttons>("buttons");
+    QTest::addColumn<int>("onReturn"); // -1000 where the key does nothing
+    QTest::addColumn<int>("onEscape");
+    QTest::newRow("none given") << Buttons{} << 1000 << 1000;
+    QTest::newRow("one") << Buttons{{u"OK"_s}} << 1000 << 1000;
+    QTest::newRow("Cancel") << Buttons{{u"OK"_s}, {u"Cancel"_s}} << 1000 << 1001;
+    QTest::newRow("no Cancel") << Buttons{{u"Continue"_s}, {u"Quit InDesign"_s}} << 1000 << -1000;
+    QTest::newRow("reversed") << quitQuestion() << 1001 << 1000;
+    QTest::newRow("third") << Buttons{{u"A"_s}, {u"B"_s}, {u"Cancel"_s}} << 1000 << 1002;
+    QTest::newRow("disabled") << Buttons{{u"Finish Actions"_s, false}, {u"Cancel"_s}} << -1000 << 1001;
+    QTest::newRow("Return on the second")
+        << Buttons{{u"Quit"_s}, {u"Cancel"_s, true, AlertKey::Return}} << 1001 << -1000;
+}
+
+void AlertWindowsTest::keysPressButtons()
+{
+    QFETCH(Buttons, buttons);
+    WidgetAlertPresenter presenter;
+    const auto answerTo = [&](Qt::Key key, bool focusLast) {
+        onceShown([key, focusLast, &buttons](AlertDialog &dialog) {
+            // Wherever the focus is, Return means the same.
+            if (focusLast && !buttons.isEmpty()) {
+                button(dialog, buttons.last().title)->setFocus();
+            }
+            QTest::keyClick(dialog.focusWidget() != nullptr ? dialog.focusWidget() : &dialog, key);
+            if (dialog.isVisible()) {
+                dialog.close();
+            }
+        });
+        return presenter.runModal(alertWith(buttons));
+    };
+    QFETCH(int, onReturn);
+    QCOMPARE(answerTo(Qt::Key_Return, false), onReturn);
+    QCOMPARE(answerTo(Qt::Key_Return, true), onReturn);
+    QCOMPARE(answerTo(Qt::Key_Enter, false), onReturn);
+    QTEST(answerTo(Qt::Key_Escape, false), "onEscape");
+}
+
+void AlertWindowsTest::contentIsShownAsItIs()
+{
+    WidgetAlertPresenter presenter;
+    AlertContent content = alertWith({{u"R&D"_s}, {u"Cancel"_s}});
+    content.informativeText = QString(3000, u'W') + u"\n<img src=x>"_s;
+    onceShown([](AlertDialog &dialog) {
+        auto *message = dialog.findChild<QLabel *>(u"messageText"_s);
+        QCOMPARE(message->text(), u"<b>Message</b>"_s);
+        QCOMPARE(message->textFormat(), Qt::PlainText);
+        QCOMPARE(dialog.findChild<QLabel *>(u"informativeText"_s)->textFormat(), Qt::PlainText);
+        QVERIFY(dialog.width() < 900 && dialog.height() < 900);
+        QCOMPARE(dialog.windowModality(), Qt::ApplicationModal);
+        QPushButton *first = button(dialog, u"R&D"_s);
+        QVERIFY(
+            first->isDefault() && first->geometry().left() > button(dialog, u"Cancel"_s)->geometry().left());
+        QTest::mouseClick(button(dialog, u"Cancel"_s), Qt::LeftButton);
+    });
+    QCOMPARE(presenter.runModal(content), alertSecondButton);
+}
+
+void AlertWindowsTest::accessoryComesBack()
+{
+    WidgetAlertPresenter presenter;
+    QCheckBox box(u"Do not ask again"_s);
+    AlertContent content = alertWith({{u"OK"_s}});
+    content.accessory = QVariant::fromValue<QWidget *>(&box);
+    onceShown([&box](AlertDialog &dialog) {
+        QVERIFY(box.isVisible() && dialog.isAncestorOf(&box));
+        QTest::keyClick(&box, Qt::Key_Space);
+        QTest::keyClick(&dialog, Qt::Key_Return);
+    });
+    QCOMPARE(presenter.runModal(content), alertFirstButton);
+    QVERIFY(box.isChecked() && box.parent() == nullptr && !box.isVisible());
+}
+
+void AlertWindowsTest::endOfTheProgramAnswers()
+{
+    WidgetAlertPresenter presenter;
+    QEventLoop loop;
+    int answer = 0;
+    QTimer::singleShot(0, &loop, [&] {
+        answer = presenter.runModal(alertWith({{u"Continue"_s}, {u"Quit InDesign"_s}}));
+        loop.quit();
+    });
+    // No alert may refuse what closes all windows of a program that ends.
+    onceShown([](AlertDialog &) { QApplication::closeAllWindows(); });
+    loop.exec();
+    QCOMPARE(answer, alertStopped);
+}
+
+void AlertWindowsTest::sheetsBlockTheirWindowOnly()
+{
+    WidgetAlertPresenter presenter;
+    QWidget window;
+    window.show();
+    QList<int> answers;
+    const auto completion = [&answers](int answer) {
+        answers.append(answer);
+    };
+    QVERIFY(presenter.windowEndsSheets(&window));
+    presenter.beginSheet(alertWith({{u"OK"_s}, {u"Cancel"_s}}), &window, completion);
+    auto *sheet = window.findChild<AlertDialog *>();
+    QVERIFY(sheet->isVisible());
+    QCOMPARE(sheet->windowModality(), Qt::WindowModal);
+    QVERIFY(answers.isEmpty());
+    QTest::keyClick(sheet, Qt::Key_Return);
+    QCOMPARE(answers, QList<int>{alertFirstButton});
+
+    presenter.beginSheet(alertWith({{u"OK"_s}, {u"Cancel"_s}}), &window, completion);
+    presenter.windowEndSheet(&window);
+    QCOMPARE(answers, (QList<int>{alertFirstButton, alertStopped}));
+    QTRY_VERIFY(window.findChildren<AlertDialog *>().isEmpty());
+    presenter.windowEndSheet(&window);
+    QCOMPARE(answers.size(), 2);
+}
+
+void AlertWindowsTest::sheetsEndWithTheirWindow()
+{
+    WidgetAlertPresenter presenter;
+    auto window = std::make_unique<QWidget>();
+    window->show();
+    bool answered = false;
+    presenter.beginSheet(alertWith({{u"OK"_s}}), window.get(), [&answered](int) { answered = true; });
+    const QPointer<AlertDialog> sheet = window->findChild<AlertDialog *>();
+    QVERIFY(sheet);
+    window.reset();
+    QVERIFY(!sheet && !answered);
+}
+
+void AlertWindowsTest::factsComeFromTheBundle_data()
+{
+    using Values = QMap<QString, QString>;
+    QTest::addColumn<Values>("information");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("line");
+    QTest::newRow("all") << Values{{u"CFBundleDisplayName"_s, u"D %1"_s}, {u"CFBundleName"_s, u"N"_s},
+        {u"CFBundleVersion"_s, u"%1"_s}, {u"CFBundleShortVersionString"_s, u"2.0"_s}}
+                         << u"D %1"_s << u"Version 2.0 (%1, 15)"_s;
+    QTest::newRow("short") << Values{{u"CFBundleName"_s, u"N"_s}, {u"CFBundleVersion"_s, u"7"_s}} << u"N"_s
+                           << u"Version 7 (7, 15)"_s;
+    QTest::newRow("none") << Values{} << u"My Program.v2"_s << u"Version  (, 15)"_s;
+}
+
+void AlertWindowsTest::factsComeFromTheBundle()
+{
+    using Values = QMap<QString, QString>;
+    QFETCH(Values, information);
+    const QTemporaryDir folder;
+    QVERIFY(writeFile(folder.filePath(u"Info.plist"_s), propertyList(information)));
+    const MainBundle bundle(u"/x/My Program.v2.app"_s, folder.path());
+    const ApplicationFacts facts = applicationFacts(bundle);
+    QTEST(facts.appName, "name");
+    QTEST(facts.versionLine(), "line");
+    QVERIFY(!applicationIcon(bundle).pixmap(32).isNull());
+}
+
+void AlertWindowsTest::aboutIsMadeAfreshOnceClosed()
+{
+    const QTemporaryDir folder;
+    const auto write = [&folder](const QString &version) {
+        return writeFile(folder.filePath(u"Info.plist"_s),
+            propertyList({{u"CFBundleName"_s, u"<i>N</i>"_s}, {u"CFBundleVersion"_s, version},
+                {u"NSHumanReadableCopyright"_s, u"© all"_s}}));
+    };
+    QVERIFY(write(u"7"_s));
+    MainBundle bundle(u"/x"_s, folder.path());
+    SmallWindows windows(bundle);
+    const QPointer<BrevokAboutController> first = &windows.aboutController();
+    first->showWindow();
+    QCOMPARE(&windows.aboutController(), first.data());
+    QCOMPARE(first->findChild<QLabel *>(u"name"_s)->text(), u"<i>N</i>"_s);
+    QCOMPARE(first->findChild<QLabel *>(u"name"_s)->textFormat(), Qt::PlainText);
+    QCOMPARE(first->findChild<QLabel *>(u"version"_s)->text(), u"Version 7 (7, 15)"_s);
+    QCOMPARE(first->findChild<QLabel *>(u"copyright"_s)->text(), u"© all"_s);
+    QVERIFY(!first->findChild<QLabel *>(u"icon"_s)->pixmap().isNull());
+    QTest::keyClick(first, Qt::Key_Escape);
+    QTRY_VERIFY(!first);
+
+    QVERIFY(write(u"8"_s));
+    bundle = MainBundle(u"/x"_s, folder.path());
+    BrevokAboutController &second = windows.aboutController();
+    QCOMPARE(second.findChild<QLabel *>(u"version"_s)->text(), u"Version 8 (8, 15)"_s);
+    second.showWindow();
+    second.close();
+    QTRY_VERIFY(QApplication::topLevelWidgets().isEmpty());
+}
+
+void AlertWindowsTest::updateWindowsShowAndClose()
+{
+    const QTemporaryDir folder;
+    const MainBundle bundle(u"/x"_s, folder.path());
+    SmallWindows windows(bundle);
+    BrevokUpdateProgressController &progress = windows.updateProgressController();
+    progress.showWindow();
+    QTest::mouseClick(progress.findChild<QPushButton *>(), Qt::LeftButton);
+    QVERIFY(!progress.isVisible());
+    QCOMPARE(&windows.updateProgressController(), &progress);
+
+    BrevokUpdateResultController &result = windows.updateResultController();
+    for (const QString &title : {u"One"_s, u"Two"_s}) {
+        result.titleString = title;
+        result.labelString = u"<b>label</b>"_s;
+        result.showWindow();
+        QCOMPARE(result.findChild<QLabel *>(u"title"_s)->text(), title);
+        QCOMPARE(result.findChild<QLabel *>(u"label"_s)->text(), u"<b>label</b>"_s);
+        QTest::keyClick(&result, Qt::Key_Return);
+        QVERIFY(!result.isVisible());
+    }
+}
+
+QTEST_MAIN(AlertWindowsTest)
+#include "test_alert_windows.moc"

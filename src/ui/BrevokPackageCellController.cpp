@@ -144,7 +144,7 @@ void BrevokPackageCellController::setProgress(const std::optional<DownloadProgre
 
 QList<QWidget *> BrevokPackageCellController::controls() const
 {
-    return {m_view, m_ui->actionButton, m_ui->infoButton, m_ui->removeButton};
+    return {m_ui->actionButton, m_ui->infoButton, m_ui->removeButton};
 }
 
 void BrevokPackageCellController::focus()
@@ -157,7 +157,7 @@ void BrevokPackageCellController::focus()
 void BrevokPackageCellController::focusColumn(qsizetype column)
 {
     QWidget *control = controls().value(column);
-    if (control != nullptr && control != m_view && takesFocus(control)) {
+    if (control != nullptr && takesFocus(control)) {
         control->setFocus(Qt::OtherFocusReason);
     } else {
         focus();

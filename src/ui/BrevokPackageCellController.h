@@ -44,7 +44,7 @@ public:
     void focus();
     /// Gives the focus to the control at @p column of controls(), or else as focus().
     void focusColumn(qsizetype column);
-    /// The row itself and its controls, in the order of the Tab key.
+    /// The row's buttons, in the order of the Tab key.
     [[nodiscard]] QList<QWidget *> controls() const;
 
     void action();

@@ -22,8 +22,8 @@ namespace {
 constexpr auto orderOutDelay = std::chrono::milliseconds(PanelGeometry::orderOutMilliseconds);
 constexpr auto orderOutCheck = 20ms;
 
-// Elsewhere a window cannot fade by itself, and says so in the log at every try.
-bool windowsFade()
+// Elsewhere a window cannot choose its opacity, shape or level, and says so in the log at every try.
+bool windowsObey()
 {
     const QString platform = QGuiApplication::platformName();
     return platform == "xcb"_L1 || platform == "cocoa"_L1;
@@ -71,7 +71,9 @@ void BrevokPanel::orderFront(const PanelPlace &place, int milliseconds)
     setOpacity(0);
     setGeometry(place.item);
     show();
-    raise();
+    if (windowsObey()) {
+        raise();
+    }
     activateWindow();
     animate(milliseconds, 1);
 }
@@ -130,7 +132,7 @@ void BrevokPanel::applyFrame(double progress)
 void BrevokPanel::setOpacity(double opacity)
 {
     m_opacity = opacity;
-    if (windowsFade()) {
+    if (windowsObey()) {
         setWindowOpacity(opacity);
     }
 }
@@ -144,7 +146,9 @@ void BrevokPanel::windowDidResize()
     const int bodyHeight = m_place.panel.height() - PanelGeometry::arrowHeight;
     const int y = m_place.upward ? height() - m_place.panel.height() : PanelGeometry::arrowHeight;
     m_ui->contentView->setGeometry((width() - PanelGeometry::width) / 2, y, PanelGeometry::width, bodyHeight);
-    setMask(background->shape());
+    if (windowsObey()) {
+        setMask(background->shape()); // for desktops that know no translucent windows
+    }
 }
 
 void BrevokPanel::resizeEvent(QResizeEvent *)

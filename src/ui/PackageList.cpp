@@ -8,11 +8,11 @@
 #include "ui/PackageCellView.h"
 #include "ui/PanelLayout.h"
 #include "ui/RowIcons.h"
+#include "ui/SlimScrollBar.h"
 
 #include <QApplication>
 #include <QKeyEvent>
 #include <QScrollArea>
-#include <QScrollBar>
 
 #include <algorithm>
 
@@ -34,6 +34,7 @@ PackageList::PackageList(
     , m_packagesView(packagesView)
     , m_with(collaborators)
 {
+    m_scrollArea.setVerticalScrollBar(new SlimScrollBar);
     m_packagesView.installEventFilter(this);
     m_scrollArea.viewport()->installEventFilter(this);
     m_scrollArea.verticalScrollBar()->setSingleStep(rowHeight / 2);
@@ -139,7 +140,7 @@ void PackageList::chainTabOrder()
         order.append(m_rowOf.value(entry.key()));
     }
     std::sort(order.begin(), order.end());
-    QWidget *last = &m_packagesView;
+    QWidget *last = &m_with.before;
     for (const qsizetype row : std::as_const(order)) {
         const QList<QWidget *> controls = controllerAt(row)->controls();
         for (QWidget *control : controls) {

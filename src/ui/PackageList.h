@@ -29,6 +29,7 @@ public:
         PackageActivity &activity;
         RowIcons &icons;
         UrlOpener &urls;
+        QWidget &before; ///< after which the rows come with the Tab key
     };
 
     /// @p packagesView is the document of @p scrollArea; both outlive this.

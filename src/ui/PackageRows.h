@@ -44,7 +44,7 @@ struct PackageRow {
 
 /// What a row's buttons are in one status.
 struct RowButtons {
-    QString actionTitle; ///< localised
+    QString actionTitle{}; ///< localised
     bool actionVisible = true;
     bool actionEnabled = true;
     bool actionSmall = false; ///< in the font of secondary texts

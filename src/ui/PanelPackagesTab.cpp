@@ -24,7 +24,8 @@ PanelPackagesTab::PanelPackagesTab(Ui::BrevokPanel &ui, Collaborators collaborat
     , m_with(collaborators)
     , m_activity(collaborators.flow, collaborators.packages)
     , m_icons(collaborators.packages)
-    , m_list(*ui.brevokView, *ui.packagesView, {m_activity, m_icons, collaborators.urls}, nullptr)
+    , m_list(*ui.brevokView, *ui.packagesView, {m_activity, m_icons, collaborators.urls, *ui.updatesView},
+          nullptr)
 {
     m_ui.packagesView->setAutoFillBackground(false);
     m_ui.brevokView->viewport()->setAutoFillBackground(false);

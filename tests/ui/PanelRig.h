@@ -1,0 +1,120 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "../install/InstallRig.h"
+#include "platform/SelfUpdater.h"
+#include "platform/UrlOpener.h"
+#include "service/BrevokSession.h"
+#include "service/Connectivity.h"
+#include "service/NetworkFactory.h"
+#include "support/FakeRouteLookup.h"
+#include "ui/BrevokPackageCellController.h"
+#include "ui/BrevokPanelController.h"
+#include "ui/PackageCellView.h"
+#include "ui/StatusItemView.h"
+
+#include <QTest>
+
+namespace brevok::testing {
+
+class RecordingOpener final : public UrlOpener {
+public:
+    QList<QUrl> opened;
+    bool open(const QUrl &url) override
+    {
+        opened.append(url);
+        return true;
+    }
+};
+
+class IdleUpdater final : public SelfUpdater {
+public:
+    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
+    void setAutomaticallyChecksForUpdates(bool) override { }
+    void checkForUpdatesInBackground() override { }
+};
+
+class PlacedItem final : public StatusItemPlace {
+public:
+    std::optional<QRect> frame = QRect(600, 0, 24, 24);
+    [[nodiscard]] std::optional<QRect> frameOnScreen() const override { return frame; }
+    [[nodiscard]] QScreen *screen() const override { return nullptr; }
+};
+
+/// The panel over the real catalogue, targets and install flow; service, network and user are the test's.
+struct PanelRig final : private PanelKeeper {
+    Q_DISABLE_COPY_MOVE(PanelRig)
+
+    explicit PanelRig(bool signedIn, const QUrl &service = QUrl(QStringLiteral("https://localhost:1/base")),
+        const QList<QSslCertificate> &authorities = {})
+        : network({.baseUrl = service,
+            .extraAuthorities = authorities,
+            .reachabilityHost = QStringLiteral("public.example")})
+    {
+        if (signedIn) {
+            rig.settings.values.insert(QStringLiteral("OrlecSessionData"),
+                archived(Record{{QStringLiteral("SessionId"), QStringLiteral("id")},
+                    {QStringLiteral("orlecId"), QStringLiteral("ada@example.com")}}));
+        }
+        session = std::make_unique<BrevokSession>(rig.settings, network, connectivity, alerts, updater);
+        panel = std::make_unique<BrevokPanelController>(BrevokPanelController::Collaborators{
+            .session = *session,
+            .plugins = rig.plugins,
+            .packages = rig.packages,
+            .targets = rig.targets,
+            .flow = rig.flow,
+            .alerts = alerts,
+            .connectivity = connectivity,
+            .urls = urls,
+            .serviceUrl = service,
+            .helpUrl = QUrl(QStringLiteral("https://help.example/")),
+            .statusItem = [this] { return hasItem ? &item : nullptr; },
+            .modifiers = [this] { return modifiers; },
+        });
+    }
+    ~PanelRig() override = default;
+
+    InstallRig rig;
+    FakeRouteLookup routes;
+    NetworkFactory network;
+    Connectivity connectivity{network, routes};
+    BrevokAlertQueue alerts{rig.presenter, *this};
+    IdleUpdater updater;
+    RecordingOpener urls;
+    PlacedItem item;
+    bool hasItem = true;
+    Qt::KeyboardModifiers modifiers;
+    std::unique_ptr<BrevokSession> session;
+    std::unique_ptr<BrevokPanelController> panel;
+
+    static QJsonObject package(const QString &name, const QString &prefix,
+        const QString &version = QStringLiteral("1.0"), const QString &info = {})
+    {
+        return {{PackageKeys::name, name}, {PackageKeys::prefix, prefix}, {PackageKeys::version, version},
+            {PackageKeys::published, QStringLiteral("now")}, {PackageKeys::platform, QStringLiteral("Mac")},
+            {PackageKeys::info, info}};
+    }
+    /// A named child of the panel's window.
+    template <typename T> [[nodiscard]] T *child(const char *name) const
+    {
+        return panel->window()->findChild<T *>(QLatin1StringView(name));
+    }
+    /// A named control of a row in sight.
+    template <typename T> [[nodiscard]] T *control(qsizetype row, const char *name) const
+    {
+        const BrevokPackageCellController *cell = panel->packagesTab()->list().controllerAt(row);
+        return cell != nullptr ? cell->view()->findChild<T *>(QLatin1StringView(name)) : nullptr;
+    }
+    void open()
+    {
+        panel->setHasActivePanel(true);
+        QVERIFY(QTest::qWaitFor([this] { return panel->window()->geometry() == panel->place().panel; }));
+    }
+
+private:
+    void setKeepOpenPanel(bool keepOpen) override { panel->setKeepOpenPanel(keepOpen); }
+};
+
+} // namespace brevok::testing

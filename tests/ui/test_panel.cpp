@@ -1,0 +1,404 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "PanelRig.h"
+
+#include "support/servers/FaultServer.h"
+#include "ui/AnimatedTabView.h"
+#include "ui/BrevokBackgroundView.h"
+#include "ui/PanelButtons.h"
+#include "ui/PanelLabels.h"
+#include "ui/Spinner.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QLineEdit>
+#include <QRegularExpression>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSignalSpy>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+{
+    QWidget *focused = QApplication::focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
+}
+
+void type(const QString &text)
+{
+    QTest::keyClicks(QApplication::focusWidget(), text);
+}
+
+// A catalogue of packages with one build each, of which every other one is installed.
+void fillCatalogue(PanelRig &rig, int packages)
+{
+    const QString target = rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
+    QJsonArray builds;
+    QJsonArray list;
+    for (int i = 0; i < packages; ++i) {
+        const QString prefix = u"p%1"_s.arg(i, 5, 10, QChar(u'0'));
+        builds.append(InstallRig::build(prefix, prefix, 140));
+        list.append(PanelRig::package(u"Package "_s + prefix, prefix, u"2.0"_s, u"https://x/"_s + prefix));
+        if (i % 2 == 1) {
+            writeInstalledPlugin(target, prefix, u"2.0"_s, u"14.0"_s);
+        }
+    }
+    rig.rig.plugins.updateWithArray(builds);
+    rig.rig.packages.updateWithArray(list);
+    QVERIFY(
+        QTest::qWaitFor([&rig, packages] { return rig.rig.packages.packagesStatus().size() == packages; }));
+    QVERIFY(QTest::qWaitFor([&rig] { return !rig.rig.packages.updating(); }));
+}
+
+} // namespace
+
+class TestPanel final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    void opensUnderItsItemAndCloses()
+    {
+        PanelRig rig(true);
+        const QSignalSpy spy(rig.panel.get(), &PanelSurface::hasActivePanelChanged);
+        QVERIFY(rig.panel->window() == nullptr); // built when first opened
+        rig.open();
+        BrevokPanel *window = rig.panel->window();
+        QCOMPARE(window->geometry(), rig.panel->place().panel);
+        QCOMPARE(rig.child<BrevokBackgroundView>("backgroundView")->arrowX(),
+            rig.item.frame->x() + 12 - window->x());
+        QVERIFY(rig.panel->hasActivePanel());
+        rig.panel->setHasActivePanel(true); // unchanged: nothing happens
+        QCOMPARE(spy.size(), 1);
+
+        press(Qt::Key_Escape);
+        QVERIFY(!rig.panel->hasActivePanel());
+        QVERIFY(window->isVisible()); // fading
+        QTRY_VERIFY(!window->isVisible());
+        QCOMPARE(spy.size(), 2);
+
+        rig.hasItem = false;
+        rig.open();
+        QCOMPARE(window->geometry(), rig.panel->place().panel);
+        window->close();
+        QVERIFY(!rig.panel->hasActivePanel());
+        rig.panel->openPanel(); // another copy asks while the panel is fading away
+        QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
+        QTest::qWait(PanelGeometry::orderOutMilliseconds); // nothing is to happen
+        QVERIFY(window->isVisible() && rig.panel->hasActivePanel());
+    }
+
+    void losesTheFocus()
+    {
+        PanelRig rig(true);
+        rig.open();
+        BrevokPanel *window = rig.panel->window();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        {
+            QDialog sheet(window);
+            sheet.setWindowModality(Qt::WindowModal);
+            sheet.show();
+            QVERIFY(QTest::qWaitForWindowActive(&sheet));
+            QVERIFY(rig.panel->hasActivePanel());
+        }
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+
+        QWidget other;
+        rig.panel->setKeepOpenPanel(true);
+        other.show();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        QVERIFY(!rig.panel->hasActivePanel() && window->isVisible() && !window->isFading());
+        rig.panel->setKeepOpenPanel(false);
+        QVERIFY(rig.panel->hasActivePanel()); // it is still there, so it can be closed again
+
+        window->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(window));
+        const QSignalSpy spy(rig.panel.get(), &PanelSurface::hasActivePanelChanged);
+        other.activateWindow();
+        QTRY_VERIFY(!rig.panel->hasActivePanel() && window->isFading());
+        // The click on the item that took the focus does not open the panel again.
+        rig.panel->setHasActivePanel(true);
+        QVERIFY(!rig.panel->hasActivePanel());
+        QVERIFY(!spy.last().first().toBool());
+        QTRY_VERIFY(!window->isVisible());
+        rig.open();
+        QVERIFY(window->isVisible());
+    }
+
+    void logsTheSlowOpening()
+    {
+        PanelRig rig(true);
+        rig.modifiers = Qt::ShiftModifier | Qt::AltModifier;
+        rig.open();
+        QVERIFY(LogCapture::mentions(u"Icon is at {{600, 24}, {24, 24}}\n\tMenu is on screen {{0, 0}, {"_s));
+    }
+
+    void signsInByKeyboard()
+    {
+        FaultServer server(TestCertificates::shared().valid());
+        server.on(u"/api/machine/signin"_s, [](const Request &request) {
+            return Response::ok(request.body.contains("\"right\"") ? R"({"ErrorCode":0,"SessionId":"new"})"
+                                                                   : R"({"ErrorCode":2})");
+        });
+        server.on(u"/api/machine/signout"_s, Response::ok(R"({"ErrorCode":0})"));
+        PanelRig rig(false, server.url(), TestCertificates::shared().authorities());
+        rig.open();
+        QVERIFY(QTest::qWaitForWindowActive(rig.panel->window()));
+        auto *email = rig.child<QLineEdit>("orlecIdField");
+        auto *password = rig.child<QLineEdit>("passwordField");
+        QCOMPARE(QApplication::focusWidget(), email);
+        press(Qt::Key_Return); // nothing to go on with
+        QCOMPARE(QApplication::focusWidget(), email);
+        type(u"ada@example.com"_s);
+        press(Qt::Key_Return);
+        QCOMPARE(QApplication::focusWidget(), password);
+        type(u"wrong"_s);
+        press(Qt::Key_Return);
+        QVERIFY(password->isHidden() && !email->isEnabled());
+        QVERIFY(rig.child<Spinner>("progressIndicator")->isAnimating());
+        QTRY_COMPARE(rig.rig.presenter.shown.size(), 1);
+        QTRY_VERIFY(password->isVisible());
+        QTRY_COMPARE(QApplication::focusWidget(), password);
+        QCOMPARE(email->text(), u"ada@example.com"_s);
+
+        type(u"right"_s);
+        press(Qt::Key_Return);
+        auto *tabs = rig.child<AnimatedTabView>("tabView");
+        QTRY_COMPARE(tabs->currentWidget(), rig.child<QWidget>("packagesTab"));
+        QVERIFY(password->text().isEmpty());
+
+        // Signed out under the user's eyes: the tab changes when the panel is closed.
+        rig.session->signout();
+        QTRY_VERIFY(rig.session->sessionId().isNull());
+        QCOMPARE(tabs->currentWidget(), rig.child<QWidget>("packagesTab"));
+        QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::SignedOut);
+        rig.panel->setHasActivePanel(false);
+        QTRY_COMPARE(tabs->currentWidget(), rig.child<QWidget>("accountTab"));
+    }
+
+    void installsAndRemovesFromARow()
+    {
+        PanelRig rig(true);
+        fillCatalogue(rig, 3);
+        rig.open();
+        auto *install = rig.control<PanelButton>(0, "actionButton");
+        QCOMPARE(install->accessibleName(), u"Install Package p00000"_s);
+        QVERIFY(!rig.control<PanelButton>(1, "actionButton")->isEnabled());
+        QCOMPARE(install->x(), rig.control<PanelButton>(1, "actionButton")->x());
+        QCOMPARE(install->width(), rig.control<PanelButton>(1, "actionButton")->width());
+
+        install->setFocus();
+        press(Qt::Key_Return);
+        QTRY_COMPARE(rig.rig.service.downloads.size(), 1);
+        QTRY_VERIFY(rig.control<Spinner>(0, "progressIndicator")->isAnimating());
+        QVERIFY(install->isHidden() && rig.control<QWidget>(0, "removeButton")->isHidden());
+        rig.rig.service.downloads.first().progress(1'000'000, 4'000'000);
+        QCOMPARE(rig.control<ElidedLabel>(0, "note")->text(), u"Downloading 1.0 of 4.0 MB"_s);
+        QCOMPARE(rig.control<ThinProgressBar>(0, "progressBar")->permille(), 250);
+        QVERIFY(rig.control<ThinProgressBar>(0, "progressBar")->isVisible());
+
+        rig.rig.answerDownload(InstallRig::archiveOf(u"p00000"_s, 140));
+        QTRY_COMPARE(install->text(), u"Up To Date"_s);
+        QVERIFY(install->isVisible() && !install->isEnabled());
+        auto *remove = rig.control<SymbolButton>(0, "removeButton");
+        QCOMPARE(remove->accessibleName(), u"Remove Package p00000"_s);
+        QTRY_COMPARE(QApplication::focusWidget(), remove); // the keyboard stayed at its row
+        press(Qt::Key_Space);
+        QTRY_COMPARE(install->text(), u"Install"_s);
+        QTRY_VERIFY(install->isVisible() && install->isEnabled());
+
+        rig.control<SymbolButton>(2, "infoButton")->click();
+        QCOMPARE(rig.urls.opened, QList<QUrl>{QUrl(u"https://x/p00002"_s)});
+    }
+
+    void showsHostileNamesAsText()
+    {
+        PanelRig rig(true);
+        rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
+        const QString name = u"<img src='x'>\nשלום 🎉 "_s + QString(300, u'w');
+        rig.rig.packages.updateWithArray({PanelRig::package(name, u"a"_s, QString(300, u'9')),
+            PanelRig::package(u"z"_s, u"b"_s, u"1"_s, u"javascript:alert(1)"_s)});
+        rig.open();
+        auto *label = rig.control<ElidedLabel>(0, "name");
+        QVERIFY(label->text().startsWith(u"<img src='x'> שלום"_s));
+        QVERIFY(label->toolTip().contains(u"&lt;img src='x'&gt;"_s));
+        QVERIFY(label->toolTip().contains(QString(300, u'9')));
+        QCOMPARE(rig.panel->window()->width(), PanelGeometry::width);
+        QVERIFY(rig.control<ElidedLabel>(1, "name")->toolTip().isEmpty());
+        QVERIFY(rig.control<PanelButton>(1, "actionButton")->isHidden()); // nothing is known of it
+    }
+
+    void thousandsOfRowsAreNotBuilt()
+    {
+        PanelRig rig(true);
+        fillCatalogue(rig, 2000);
+        rig.open();
+        PackageList &list = rig.panel->packagesTab()->list();
+        QCOMPARE(list.rows().size(), 2000);
+        const auto *area = rig.child<QScrollArea>("brevokView");
+        QCOMPARE(area->widget()->height(), 2000 * 52);
+        QVERIFY(list.controllerCount() < 30);
+
+        rig.control<PanelButton>(0, "actionButton")->setFocus();
+        press(Qt::Key_Down);
+        QCOMPARE(QApplication::focusWidget(), rig.control<QWidget>(1, "removeButton")); // it has no action
+        for (const Qt::Key key : {Qt::Key_End, Qt::Key_Up}) {
+            press(key);
+        }
+        QVERIFY(rig.control<QWidget>(1998, "actionButton") != nullptr);
+        QVERIFY(list.controllerAt(1998)->view()->isAncestorOf(QApplication::focusWidget()));
+        QCOMPARE(list.controllerAt(1998)->row().prefix(), u"p01998"_s);
+        QVERIFY(list.controllerCount() < 50);
+        press(Qt::Key_Home);
+        for (int i = 0; i < 60; ++i) { // the Tab key builds the rows that it comes to
+            press(Qt::Key_Tab);
+            QVERIFY(rig.child<QWidget>("packagesView")->isAncestorOf(QApplication::focusWidget()));
+        }
+        QVERIFY(area->verticalScrollBar()->value() > 0);
+
+        rig.rig.packages.updateWithArray({PanelRig::package(u"AAA"_s, u"new"_s)});
+        QTRY_COMPARE(list.rows().size(), 2001);
+        QCOMPARE(area->verticalScrollBar()->value(), 0); // another height: back to the top
+    }
+
+    void saysWhatToDoNext()
+    {
+        PanelRig rig(true);
+        const QSignalSpy targets(rig.panel.get(), &BrevokPanelController::showTargetsRequested);
+        rig.open();
+        auto *button = rig.child<PanelButton>("noticeButton");
+        QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::NoTargets);
+        button->click();
+        QCOMPARE(targets.size(), 1);
+        rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
+        QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::Loading);
+        QVERIFY(button->isHidden());
+        while (!rig.rig.service.lists.isEmpty()) {
+            rig.rig.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
+        }
+        QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::ServiceSilent);
+        button->click();
+        QCOMPARE(rig.rig.service.lists.size(), 2);
+        while (!rig.rig.service.lists.isEmpty()) {
+            rig.rig.service.answerList({.status = 200, .body = "[]", .headers = {}, .error = {}});
+        }
+        QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::EmptyCatalogue);
+        rig.routes.flags = 0;
+        button->click();
+        QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::Offline);
+    }
+
+    void asksBeforeQuitting()
+    {
+        PanelRig rig(true);
+        QSignalSpy ended(rig.panel.get(), &BrevokPanelController::terminateRequested);
+        rig.open();
+        rig.rig.presenter.whileShown = [&rig](const AlertContent &) {
+            QVERIFY(rig.panel->keepOpenPanel());
+        };
+        rig.rig.presenter.answer = alertSecondButton;
+        QTest::keyClick(rig.panel->window(), Qt::Key_Q, Qt::ControlModifier);
+        QCOMPARE(rig.rig.presenter.shown.size(), 1);
+        const AlertContent &shown = rig.rig.presenter.shown.first();
+        QCOMPARE(shown.messageText, u"Are you sure you want to quit"_s);
+        QCOMPARE(static_cast<int>(shown.style), 1);
+        QCOMPARE(shown.buttons.at(0).title, u"Quit"_s);
+        QCOMPARE(shown.buttons.at(0).key, AlertKey::Escape);
+        QCOMPARE(shown.buttons.at(1).title, u"Cancel"_s);
+        QCOMPARE(shown.buttons.at(1).key, AlertKey::Return);
+        QTest::qWait(400); // the same text may be shown again
+        QVERIFY(ended.isEmpty());
+
+        rig.rig.presenter.answer = alertFirstButton;
+        rig.panel->quit();
+        QVERIFY(ended.isEmpty()); // on the next turn
+        QTRY_COMPARE(ended.size(), 1);
+        inBackground([panel = rig.panel.get()] { panel->quit(); });
+        QTRY_COMPARE(ended.size(), 2);
+        QCOMPARE(rig.rig.presenter.shown.size(), 2);
+        QVERIFY(LogCapture::contains(u"Quit alert called from background thread."_s));
+    }
+
+    void optionsMenuCommands()
+    {
+        PanelRig rig(true);
+        rig.open();
+        QMenu &menu = rig.panel->optionsMenu()->popUpMenu();
+        const auto run = [&menu](const char *name) {
+            menu.findChild<QAction *>(QLatin1StringView(name))->trigger();
+        };
+        using Panel = BrevokPanelController;
+        const std::pair<const char *, void (Panel::*)()> wishes[]{
+            {"showSettings", &Panel::showSettingsRequested}, {"showAbout", &Panel::showAboutRequested},
+            {"showBugReporter", &Panel::showBugReporterRequested},
+            {"checkAppUpdate", &Panel::checkAppUpdateRequested}};
+        for (const auto &[name, wish] : wishes) {
+            const QSignalSpy spy(rig.panel.get(), wish);
+            run(name);
+            QCOMPARE(spy.size(), 1);
+        }
+        run("showAccount");
+        run("showHelpPage");
+        rig.panel->createAccount();
+        QCOMPARE(rig.urls.opened,
+            (QList<QUrl>{QUrl(u"https://localhost:1/base/account/signin"_s), QUrl(u"https://help.example/"_s),
+                QUrl(u"https://localhost:1/base/account/register"_s)}));
+        rig.rig.service.lists.clear();
+        const QSignalSpy progress(&rig.rig.packages, &BrevokPackages::updateProgressWanted);
+        run("checkPlugInUpdates");
+        QCOMPARE(progress.size(), 1);
+        QCOMPARE(rig.rig.service.lists.size(), 2);
+        QCOMPARE(rig.rig.service.lists.at(0).path, u"/api/plugin/list"_s);
+
+        QCOMPARE(rig.panel->optionsMenu()->menuColor(), QColor(Qt::white));
+        rig.child<SymbolButton>("popUpButton")->click();
+        QTRY_VERIFY(menu.isVisible());
+        QCOMPARE(rig.panel->optionsMenu()->menuColor(), QColor(Qt::black));
+        QVERIFY(rig.panel->hasActivePanel());
+        menu.hide();
+        QCOMPARE(rig.panel->optionsMenu()->menuColor(), QColor(Qt::white));
+    }
+
+    void everyControlHasAName()
+    {
+        for (const bool signedIn : {false, true}) {
+            PanelRig rig(signedIn);
+            fillCatalogue(rig, 2);
+            rig.open();
+            const QList<QWidget *> controls = rig.panel->window()->findChildren<QWidget *>();
+            for (const QWidget *control : controls) {
+                if (control->isVisible() && control->focusPolicy() != Qt::NoFocus) {
+                    const bool named = !control->accessibleName().isEmpty()
+                        || !control->property("text").toString().isEmpty();
+                    QVERIFY2(named, qPrintable(control->objectName()));
+                }
+            }
+        }
+    }
+
+    void followsThePalette()
+    {
+        PanelRig rig(true);
+        fillCatalogue(rig, 2);
+        rig.open();
+        const QPalette usual = QApplication::palette();
+        QPalette dark(QColor(40, 40, 40));
+        QApplication::setPalette(dark);
+        QTRY_COMPARE(
+            rig.child<BrevokBackgroundView>("backgroundView")->fillColor(), dark.color(QPalette::Window));
+        const QImage shown = rig.panel->window()->grab().toImage();
+        QCOMPARE(shown.pixelColor(shown.width() / 2, shown.height() - 40), dark.color(QPalette::Window));
+        QApplication::setPalette(usual);
+    }
+};
+
+QTEST_MAIN(TestPanel)
+#include "test_panel.moc"

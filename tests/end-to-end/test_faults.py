@@ -163,7 +163,7 @@ class Faults(unittest.TestCase):
             session.start_application()
             session.ctl("check")
             self.assertEqual(session.package_status("0xA"), "Up To Date", rubbish[:20])
-            self.assertEqual(session.stop_application(), 0)
+            self.assertEqual(session.stop_application(), 0, session.log()[-6000:])
 
     def test_a_torn_and_a_hostile_settings_file(self):
         session = self.session
@@ -175,7 +175,7 @@ class Faults(unittest.TestCase):
             session.start_application()
             session.ctl("check")
             self.assertEqual(session.package_status("0xA"), "Not Installed")
-            self.assertEqual(session.stop_application(), 0)
+            self.assertEqual(session.stop_application(), 0, session.log()[-6000:])
             self.assertEqual(session.settings_file().stat().st_mode & 0o777, 0o600)
 
 

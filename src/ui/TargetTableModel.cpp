@@ -11,8 +11,21 @@
 
 #include <QFileInfo>
 #include <QFontMetrics>
+#include <QGuiApplication>
 
 namespace brevok {
+
+namespace {
+
+// A path reads from left to right everywhere.
+QString shownLabel(const QString &label)
+{
+    constexpr QChar isolate(0x2066);
+    constexpr QChar endOfIsolate(0x2069);
+    return QGuiApplication::isRightToLeft() ? isolate + label + endOfIsolate : label;
+}
+
+} // namespace
 
 TargetTableModel::TargetTableModel(BrevokTargetApps &targets, QObject *parent)
     : QAbstractTableModel(parent)
@@ -90,7 +103,7 @@ QVariant TargetTableModel::data(const QModelIndex &index, int role) const
         return plainToolTip(getCellLabelForRow(row));
     }
     if (index.column() == LabelColumn) {
-        return role == Qt::DisplayRole ? getCellLabelForRow(row) : QVariant();
+        return role == Qt::DisplayRole ? shownLabel(getCellLabelForRow(row)) : QVariant();
     }
     if (role == Qt::CheckStateRole) {
         return m_targets.targetState(path(row)) ? Qt::Checked : Qt::Unchecked;

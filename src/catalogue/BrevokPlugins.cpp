@@ -148,6 +148,12 @@ void BrevokPlugins::change(const std::function<void()> &edit)
     Q_EMIT pluginsChanged();
 }
 
+void BrevokPlugins::announceChange()
+{
+    Q_EMIT pluginsWillChange();
+    Q_EMIT pluginsChanged();
+}
+
 void BrevokPlugins::discardActions()
 {
     change([this] { m_tables.discardCommands(); });

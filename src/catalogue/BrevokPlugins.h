@@ -45,6 +45,9 @@ public:
     /// survive a crash, and announces that the change is done.
     void change(const std::function<void()> &edit);
 
+    /// Announces a change of `plugins` that was made, and stored, before.
+    void announceChange();
+
     /// Removes every command queue ("Discard Actions").
     void discardActions();
     /// Whether any definition has a pending command.

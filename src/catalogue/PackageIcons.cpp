@@ -3,6 +3,7 @@
 
 #include "catalogue/PackageIcons.h"
 
+#include "foundation/Paths.h"
 #include "platform/RegularFile.h"
 #include "service/ServiceClient.h"
 
@@ -27,12 +28,10 @@ constexpr int downloadsAtOnce = 8;
 QString iconFileName(const QString &address)
 {
     const QString name = QUrl(address).fileName(QUrl::FullyDecoded);
-    const bool plain = !name.isEmpty() && name != "."_L1 && name != ".."_L1 && !name.contains(u'/')
-        && !name.contains(QChar::Null);
     // The data folder holds a folder of archives for every host version.
     const bool folderOfArchives =
         std::all_of(name.cbegin(), name.cend(), [](QChar c) { return c >= u'0' && c <= u'9'; });
-    return plain && !folderOfArchives ? name : QString();
+    return isPlainFileName(name) && !folderOfArchives ? name : QString();
 }
 
 PackageIcons::PackageIcons(ServiceClient &service, QString folder, ImageTest formsImage, QObject *parent)

@@ -130,10 +130,15 @@ bool isSupportPlugin(const QString &name)
     return name == "Tolvane"_L1 || name == "Vondrel Tools"_L1;
 }
 
+bool isSupportPackage(const QString &prefix)
+{
+    return prefix == "KM#xR57"_L1 || prefix == "0xr5700"_L1;
+}
+
 PackageStatus combinedStatus(
     PackageStatus before, PackageStatus result, bool supportPlugin, const QString &prefix)
 {
-    if (supportPlugin && prefix != "KM#xR57"_L1 && prefix != "0xr5700"_L1) {
+    if (supportPlugin && !isSupportPackage(prefix)) {
         return before;
     }
     if (before == result) {

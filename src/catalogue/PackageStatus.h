@@ -57,6 +57,9 @@ struct BundleFacts {
 /// Whether a plug-in called @p name belongs to what the maker's packages share.
 [[nodiscard]] bool isSupportPlugin(const QString &name);
 
+/// Whether @p prefix is that of a package made of nothing but shared plug-ins.
+[[nodiscard]] bool isSupportPackage(const QString &prefix);
+
 /// The status of a package with @p prefix after one more result: @p result of a plug-in, which may be a
 /// support plug-in, on top of @p before.
 [[nodiscard]] PackageStatus combinedStatus(

@@ -4,6 +4,7 @@
 #include "helper/BrevokInstaller.h"
 
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 #include "foundation/Texts.h"
 
 namespace brevok {
@@ -33,22 +34,6 @@ bool refuse(InstallerOperations::ErrorSlot error, const QString &description)
     return false;
 }
 
-QString withoutTrailingSlashes(QString path)
-{
-    while (path.size() > 1 && path.endsWith(u'/')) {
-        path.chop(1);
-    }
-    return path;
-}
-
-/// The path without its last component: "/" for what stands in "/", empty for a name alone.
-QString parentFolder(const QString &target)
-{
-    const QString path = withoutTrailingSlashes(target);
-    const qsizetype slash = path.lastIndexOf(u'/');
-    return slash < 0 ? u""_s : slash == 0 ? u"/"_s : withoutTrailingSlashes(path.left(slash));
-}
-
 bool isZip(const QString &source)
 {
     const QString path = withoutTrailingSlashes(source);
@@ -76,7 +61,7 @@ bool BrevokInstaller::installPluginFromSource(
         logLine(u"install failed, source path is wrong: %1"_s.arg(argumentText(source)));
         return refuse(error, Texts::tr("Incorrect input to installPlugin:"));
     }
-    const QString folder = parentFolder(target);
+    const QString folder = deletingLastPathComponent(target);
     if (target.isEmpty() || folder.isEmpty()) {
         logLine(u"install failed, target path is wrong: %1"_s.arg(
             argumentText(target.isEmpty() ? target : folder)));

@@ -4,6 +4,7 @@
 #include "install/InstallOperation.h"
 
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 #include "foundation/Texts.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/CommandQueue.h"
@@ -91,12 +92,12 @@ void InstallOperation::installStored()
             && !isDownloading(shared->record)) {
             install(key, [this, shared](const CommandResult &result) {
                 reportLater(result.errors, displayText(shared->record));
-                announceChange();
+                m_with.plugins.announceChange();
                 installStored();
             });
             return;
         }
-        announceChange();
+        m_with.plugins.announceChange();
     }
     startDownloads();
 }
@@ -219,7 +220,7 @@ void InstallOperation::cleanUp(const Download &download)
         logLine(u"Cleanup 2: %1"_s.arg(download.name));
         forget(download.key);
     }
-    announceChange();
+    m_with.plugins.announceChange();
     m_takenPlaces.remove(download.destination);
     const QStringList waiting = std::exchange(m_waitingDownloads, {});
     for (const QString &key : waiting) {

@@ -4,24 +4,12 @@
 #include "install/InstallPaths.h"
 
 #include "catalogue/BrevokPlugins.h"
+#include "foundation/Paths.h"
 #include "foundation/Texts.h"
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
-
-QString deletingLastPathComponent(const QString &path)
-{
-    const auto withoutSlashesAtEnd = [](QString text) {
-        while (text.size() > 1 && text.endsWith(u'/')) {
-            text.chop(1);
-        }
-        return text;
-    };
-    const QString whole = withoutSlashesAtEnd(path);
-    const qsizetype slash = whole.lastIndexOf(u'/');
-    return slash < 0 ? QString() : withoutSlashesAtEnd(whole.first(slash + 1));
-}
 
 QString applicationFolder(const QString &pluginPath)
 {
@@ -39,12 +27,6 @@ QString archivePath(const QString &dataPath, const Record &definition)
 {
     return archiveFolder(dataPath, definition) + u'/' + definition.value(PluginKeys::name).toString()
         + u".zip"_s;
-}
-
-bool isPlainFileName(const QString &name)
-{
-    return !name.isEmpty() && name != u"."_s && name != u".."_s && !name.contains(u'/')
-        && !name.contains(QChar(u'\0'));
 }
 
 BrevokError installerError(const QString &description)

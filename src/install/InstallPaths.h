@@ -10,10 +10,6 @@
 
 namespace brevok {
 
-/// The path without its last component and without a slash at its end; "/" stays, a single name gives
-/// nothing.
-[[nodiscard]] QString deletingLastPathComponent(const QString &path);
-
 /// The folder of the target application that a plug-in path belongs to; empty when it cannot be told.
 [[nodiscard]] QString applicationFolder(const QString &pluginPath);
 
@@ -21,12 +17,10 @@ namespace brevok {
 [[nodiscard]] QString archiveFolder(const QString &dataPath, const Record &definition);
 [[nodiscard]] QString archivePath(const QString &dataPath, const Record &definition);
 
-/// Names come from the service and become parts of paths: one that could lead elsewhere is refused.
-[[nodiscard]] bool isPlainFileName(const QString &name);
-
 /// An error of the installer's family.
 [[nodiscard]] BrevokError installerError(const QString &description);
-/// The error for a definition whose name is no plain file name.
+/// The error for a definition whose name is no plain file name: names come from the service and become parts
+/// of paths, so one that could lead elsewhere is refused.
 [[nodiscard]] BrevokError nameRefused(const QString &name);
 
 } // namespace brevok

@@ -4,7 +4,9 @@
 #include "install/InstallPlanning.h"
 
 #include "catalogue/BrevokPlugins.h"
+#include "catalogue/PackageStatus.h"
 #include "catalogue/StatusRun.h"
+#include "foundation/Paths.h"
 #include "foundation/StandardVersionComparator.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
@@ -12,34 +14,9 @@
 #include "platform/PropertyLists.h"
 #include "targets/BrevokTargetApps.h"
 
-#include <cmath>
-
 namespace brevok {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The host version that an installed bundle was built for ("14.0" is 140), in single precision.
-std::optional<qint64> installedHostVersion(const Record &information)
-{
-    const QJsonValue value = information.value(u"TolvaneHostAppShortVersion"_s);
-    if (value.isUndefined() || value.isNull()) {
-        return std::nullopt;
-    }
-    const float number =
-        value.isString() ? leadingFloat(value.toString()) : static_cast<float>(value.toDouble());
-    const float code = number * 10.0F;
-    constexpr float limit = 1e9F;
-    return std::abs(code) < limit ? std::optional(static_cast<qint64>(code)) : std::nullopt;
-}
-
-bool onSameSide(qint64 a, qint64 b, qint64 split)
-{
-    return (a < split) == (b < split);
-}
-
-} // namespace
 
 InstallFacts factsReader(const FileOperations &files)
 {
@@ -52,16 +29,8 @@ InstallFacts factsReader(const FileOperations &files)
 
 bool buildSuitsTarget(qint64 target, qint64 build)
 {
-    const qint64 major = target / 10;
-    const qint64 targetMinor = target % 10;
-    const qint64 buildMinor = build % 10;
-    if (major != build / 10 || targetMinor < buildMinor) {
-        return false;
-    }
-    if (major == 7) {
-        return onSameSide(targetMinor, buildMinor, 5);
-    }
-    return major != 16 || onSameSide(targetMinor, buildMinor, 3);
+    // Stricter than the match that a status is made from, which lets a later minor of majors 7 and 16 pass.
+    return hostMatches(HostCode(target), HostCode(build)) && HostCode(target).minor >= HostCode(build).minor;
 }
 
 InstallPlanner::InstallPlanner(const QList<Record> &definitions, QString dataPath, InstallFacts facts)
@@ -118,18 +87,20 @@ bool InstallPlanner::isUpToDate(const Record &definition, const QString &pluginP
     if (!m_facts.exists(pluginPath)) {
         return false;
     }
-    const Record information = m_facts.information(pluginPath).value_or(Record());
-    const std::optional<qint64> installedHost = installedHostVersion(information);
-    if (!installedHost || version / 10 != *installedHost / 10 || version % 10 < *installedHost % 10) {
+    const BundleFacts bundle = bundleFacts(true, m_facts.information(pluginPath));
+    if (!bundle.hostVersion) {
         return false;
     }
-    const QString installed =
-        nonEmptyString(information.value(u"CFBundleShortVersionString"_s)).section(u' ', 0, 0);
+    const HostCode wanted(version);
+    const HostCode installed(*bundle.hostVersion);
+    if (wanted.major != installed.major || wanted.minor < installed.minor) {
+        return false;
+    }
     const QString offered = nonEmptyString(definition.value(PluginKeys::version));
-    if (installed.isEmpty() || offered.isEmpty()) {
+    if (bundle.version.isEmpty() || offered.isEmpty()) {
         return false;
     }
-    return StandardVersionComparator::compareVersion(installed, offered) != std::strong_ordering::less;
+    return StandardVersionComparator::compareVersion(bundle.version, offered) != std::strong_ordering::less;
 }
 
 InstallPlan planInstall(const QList<Record> &definitions, const QList<Record> &targets,

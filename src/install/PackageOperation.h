@@ -33,11 +33,6 @@ protected:
     {
         return m_with.plugins.definition(key);
     }
-    /// Announces a change of the definitions that was made elsewhere.
-    void announceChange()
-    {
-        m_with.plugins.change([] {});
-    }
     /// The failure alert, later, so that the work does not wait for the user's answer.
     void reportLater(const QList<BrevokError> &errors, const QString &plugin);
 

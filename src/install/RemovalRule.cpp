@@ -5,23 +5,13 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Log.h"
-#include "install/InstallPaths.h"
+#include "foundation/Paths.h"
 
 #include <algorithm>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
-
-namespace {
-
-// The maker's support packages never count as sharing a plug-in.
-bool isSupportPackage(const QString &prefix)
-{
-    return prefix == u"KM#xR57"_s || prefix == u"0xr5700"_s;
-}
-
-} // namespace
 
 bool mayRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
     const CatalogueSnapshot &catalogue, const std::function<bool(const QString &path)> &exists)
@@ -34,6 +24,7 @@ bool mayRemovePlugin(const QString &name, const QString &pluginPath, const QStri
     const QString folder = deletingLastPathComponent(pluginPath);
     return std::none_of(catalogue.packages.cbegin(), catalogue.packages.cend(), [&](const Record &package) {
         const QString other = package.value(PackageKeys::prefix).toString();
+        // The maker's support packages never count as sharing a plug-in.
         if (other == prefix || isSupportPackage(other)) {
             return false;
         }

@@ -5,6 +5,7 @@
 
 #include "catalogue/StatusRun.h"
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
@@ -58,7 +59,7 @@ void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QL
 void RemoveOperation::removeNext()
 {
     if (m_removals.isEmpty()) {
-        announceChange();
+        m_with.plugins.announceChange();
         Q_EMIT finished();
         return;
     }

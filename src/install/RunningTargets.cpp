@@ -3,7 +3,7 @@
 
 #include "install/RunningTargets.h"
 
-#include "install/InstallPaths.h"
+#include "foundation/Paths.h"
 #include "targets/BrevokTargetApps.h"
 
 #include <algorithm>

@@ -512,6 +512,9 @@ void PluginsTest::changesAreStoredBeforeTheyAreAnnounced()
         [&] { plugins.definition(u"140:A_1"_s)->record.insert(PluginKeys::savedVersion, u"Downloading"_s); });
     QCOMPARE(order, (QStringList{u"will none"_s, u"did Downloading"_s}));
     QCOMPARE(f.settings.synchronizations, written + 1);
+    plugins.announceChange();
+    QCOMPARE(order.mid(2), (QStringList{u"will Downloading"_s, u"did Downloading"_s}));
+    QCOMPARE(f.settings.synchronizations, written + 1);
 }
 
 void PluginsTest::veryLongListsAreTaken()

@@ -3,6 +3,7 @@
 
 #include "foundation/BrevokError.h"
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 #include "foundation/Record.h"
 #include "foundation/StandardVersionComparator.h"
 #include "foundation/Tasks.h"
@@ -39,6 +40,8 @@ private Q_SLOTS:
     void leadingNumbers_data();
     void leadingNumbers();
     void valuesReadAsThePlatformReadsThem();
+    void foldersAreTakenFromPaths_data();
+    void foldersAreTakenFromPaths();
     void archivesKeepEveryValue();
     void rubbishIsNoArchive();
     void errorsAreLoggedWithTheirDetails();
@@ -108,6 +111,26 @@ void FoundationTest::leadingNumbers()
     QFETCH(float, number);
     QCOMPARE(leadingInteger(text), integer);
     QCOMPARE(leadingFloat(text), number);
+}
+
+void FoundationTest::foldersAreTakenFromPaths_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("folder");
+    QTest::addRow("file") << u"/A/Plug-Ins//Tolvane/P.x"_s << u"/A/Plug-Ins//Tolvane"_s;
+    QTest::addRow("two slashes before") << u"/A/Plug-Ins//Tolvane"_s << u"/A/Plug-Ins"_s;
+    QTest::addRow("slashes at the end") << u"/A/Plug-Ins//"_s << u"/A"_s;
+    QTest::addRow("in the root") << u"/A"_s << u"/"_s;
+    QTest::addRow("root") << u"/"_s << u"/"_s;
+    QTest::addRow("name alone") << u"A/"_s << u""_s;
+    QTest::addRow("nothing") << QString() << u""_s;
+}
+
+void FoundationTest::foldersAreTakenFromPaths()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, folder);
+    QCOMPARE(deletingLastPathComponent(path), folder);
 }
 
 void FoundationTest::valuesReadAsThePlatformReadsThem()

@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+namespace brevok {
+
+// Paths as texts: nothing here asks the disk.
+
+/// @p path without slashes at its end; "/" stays.
+[[nodiscard]] QString withoutTrailingSlashes(QString path);
+
+/// @p path without its last component and without a slash at its end; "/" stays, a single name gives an
+/// empty text.
+[[nodiscard]] QString deletingLastPathComponent(const QString &path);
+
+/// Whether @p name names an entry of a folder and cannot lead elsewhere.
+[[nodiscard]] bool isPlainFileName(const QString &name);
+
+} // namespace brevok

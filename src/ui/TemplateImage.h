@@ -1,0 +1,49 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QIcon>
+#include <QImage>
+#include <QPalette>
+#include <QString>
+
+namespace brevok {
+
+/// A drawn image of the application, ":/images/NAME.svg". As a template only its alpha counts and whoever
+/// shows it gives the colour, so that one drawing serves light and dark surroundings. A value; main thread.
+class TemplateImage final {
+public:
+    TemplateImage() = default;
+    explicit TemplateImage(QString name);
+
+    [[nodiscard]] const QString &name() const { return m_name; }
+    /// No such image, or none that can be drawn.
+    [[nodiscard]] bool isNull() const { return m_size.isEmpty(); }
+    /// Its natural size in points.
+    [[nodiscard]] QSizeF size() const { return m_size; }
+
+    [[nodiscard]] bool isTemplate() const { return m_template; }
+    void setTemplate(bool isTemplate) { m_template = isTemplate; }
+
+    /// Draws the image @p pixels large (premultiplied), keeping its proportions. A template takes the colour
+    /// @p tint; other images keep their own.
+    [[nodiscard]] QImage rendered(const QSize &pixels, const QColor &tint = Qt::black) const;
+
+    friend bool operator==(const TemplateImage &, const TemplateImage &) = default;
+
+private:
+    QString m_name;
+    QSizeF m_size;
+    bool m_template = false;
+};
+
+/// An icon that paints the template image @p name with the colour that the application's palette has for
+/// @p role at the time of painting: a change of palette needs no new icon. Disabled icons take the palette's
+/// disabled colour, selected ones that of selected text.
+[[nodiscard]] QIcon templateIcon(const QString &name, QPalette::ColorRole role = QPalette::ButtonText);
+
+/// An icon that paints the image @p name in its own colours, sharp at every size.
+[[nodiscard]] QIcon drawnIcon(const QString &name);
+
+} // namespace brevok

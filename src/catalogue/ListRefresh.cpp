@@ -129,9 +129,8 @@ void ListRefresh::showAlert()
 {
     const auto days = static_cast<qint32>(static_cast<qint64>(secondsUntilLastUpdate() / secondsOfDay));
     m_alerts.modalAlert(m_wording.alertTitle,
-        Texts::tr("Unable to contact the Tolvane Brevok server for %d days.")
-            .replace("%d"_L1, QString::number(days)),
-        {}, {Texts::tr("OK")});
+        Texts::tr("Unable to contact the Tolvane Brevok server for %1 days.").arg(days), {},
+        {Texts::tr("OK")});
 }
 
 } // namespace brevok

@@ -108,11 +108,10 @@ void BrevokPackages::showUpdateResult(const QStringList &newNames)
     QString label = Texts::tr("There are no new Plug-In updates available.");
     if (newNames.size() == 1) {
         title = Texts::tr("Plug-In update available!");
-        label = Texts::tr("%@ Plug-In update is available.").replace("%@"_L1, newNames.first());
+        label = Texts::tr("%1 Plug-In update is available.").arg(newNames.first());
     } else if (!newNames.isEmpty()) {
         title = Texts::tr("Plug-In updates available!");
-        label = Texts::tr("You have %ld Plug-In updates available.")
-                    .replace("%ld"_L1, QString::number(newNames.size()));
+        label = Texts::tr("You have %1 Plug-In updates available.").arg(newNames.size());
     }
     Q_EMIT updateResult(title, label);
     m_showNotifications = true;

@@ -1,0 +1,985 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de" sourcelanguage="en">
+<context>
+    <name>Brevok</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Another copy of Tolvane Brevok application is already running.</source>
+        <translation>Eine weitere Kopie von Tolvane Brevok läuft bereits.</translation>
+    </message>
+    <message>
+        <source>Only one copy can be run at a time. Quit running Tolvane Brevok to run this copy of Tolvane Brevok application.</source>
+        <translation>Es kann nur eine Kopie gleichzeitig laufen. Beenden Sie das laufende Tolvane Brevok, um diese Kopie von Tolvane Brevok zu starten.</translation>
+    </message>
+    <message>
+        <source>Failed to update Products data</source>
+        <translation>Die Produktdaten konnten nicht aktualisiert werden</translation>
+    </message>
+    <message>
+        <source>Failed to update Plug-Ins data</source>
+        <translation>Die Plug-In-Daten konnten nicht aktualisiert werden</translation>
+    </message>
+    <message>
+        <source>Installer detected one or more unfinished actions. Do you want to finish or discard those actions?</source>
+        <translation>Das Installationsprogramm hat eine oder mehrere unvollendete Aktionen gefunden. Möchten Sie diese Aktionen abschließen oder verwerfen?</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session.</source>
+        <translation>Tolvane Brevok ist wahrscheinlich abgestürzt oder wurde zwangsweise beendet. Aus der vorherigen Sitzung sind unvollendete Installationen oder Deinstallationen übrig.</translation>
+    </message>
+    <message>
+        <source>Discard Actions</source>
+        <translation>Aktionen verwerfen</translation>
+    </message>
+    <message>
+        <source>Finish Actions</source>
+        <translation>Aktionen abschließen</translation>
+    </message>
+    <message>
+        <source>Unable to contact the Tolvane Brevok server for %1 days.</source>
+        <translation>Der Tolvane-Brevok-Server ist seit %1 Tagen nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>You&apos;re up-to-date!</source>
+        <translation>Alles ist aktuell!</translation>
+    </message>
+    <message>
+        <source>There are no new Plug-In updates available.</source>
+        <translation>Es sind keine neuen Plug-In-Updates verfügbar.</translation>
+    </message>
+    <message>
+        <source>Plug-In update available!</source>
+        <translation>Plug-In-Update verfügbar!</translation>
+    </message>
+    <message>
+        <source>%1 Plug-In update is available.</source>
+        <translation>%1 Plug-In-Update ist verfügbar.</translation>
+    </message>
+    <message>
+        <source>Plug-In updates available!</source>
+        <translation>Plug-In-Updates verfügbar!</translation>
+    </message>
+    <message>
+        <source>You have %1 Plug-In updates available.</source>
+        <translation>Es sind %1 Plug-In-Updates verfügbar.</translation>
+    </message>
+    <message>
+        <source>Incorrect input to installPlugin:</source>
+        <translation>Falsche Eingabe für installPlugin:</translation>
+    </message>
+    <message>
+        <source>Incorrect input to removeItemAtPath:</source>
+        <translation>Falsche Eingabe für removeItemAtPath:</translation>
+    </message>
+    <message>
+        <source>The plug-in could not be installed at %1.</source>
+        <translation>Das Plug-In konnte nicht unter %1 installiert werden.</translation>
+    </message>
+    <message>
+        <source>The archive %1 did not put a plug-in at %2.</source>
+        <translation>Das Archiv %1 hat kein Plug-In unter %2 abgelegt.</translation>
+    </message>
+    <message>
+        <source>The workspace could not be installed at %1.</source>
+        <translation>Der Arbeitsbereich konnte nicht unter %1 installiert werden.</translation>
+    </message>
+    <message>
+        <source>The plug-in at %1 could not be removed.</source>
+        <translation>Das Plug-In unter %1 konnte nicht entfernt werden.</translation>
+    </message>
+    <message>
+        <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
+        <translation>„%1.InDesignPlugin“ konnte nicht installiert werden!</translation>
+    </message>
+    <message>
+        <source>Multiple errors have occured. Please contact Tolvane support.</source>
+        <translation>Es sind mehrere Fehler aufgetreten. Bitte wenden Sie sich an den Tolvane-Support.</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Fehler: %1</translation>
+    </message>
+    <message>
+        <source>The folder %1 could not be made.</source>
+        <translation>Der Ordner %1 konnte nicht angelegt werden.</translation>
+    </message>
+    <message>
+        <source>The folder %1 is not writable.</source>
+        <translation>Der Ordner %1 ist nicht beschreibbar.</translation>
+    </message>
+    <message>
+        <source>Failed to download %1, from %2</source>
+        <translation>%1 konnte nicht von %2 geladen werden</translation>
+    </message>
+    <message>
+        <source>The plug-in name “%1” cannot be used as a file name.</source>
+        <translation>Der Plug-In-Name „%1“ kann nicht als Dateiname verwendet werden.</translation>
+    </message>
+    <message>
+        <source>To take advantage of newly installed Plug-Ins, restart %1.
+
+Do you want to quit %1 now or do it yourself later?</source>
+        <translation>Um die neu installierten Plug-Ins zu nutzen, starten Sie %1 neu.
+
+Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
+    </message>
+    <message>
+        <source>Quit %1</source>
+        <translation>%1 beenden</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Fortfahren</translation>
+    </message>
+    <message>
+        <source>Adobe %1 %2 is running.</source>
+        <translation>Adobe %1 %2 läuft.</translation>
+    </message>
+    <message>
+        <source>Removing Plug-Ins from running Adobe %1 can lead to unexpected behaviour, you should quit %1 before proceeding.</source>
+        <translation>Plug-Ins aus dem laufenden Adobe %1 zu entfernen kann zu unerwartetem Verhalten führen. Beenden Sie %1, bevor Sie fortfahren.</translation>
+    </message>
+    <message>
+        <source>Could not create the folder &quot;%1&quot;</source>
+        <translation>Der Ordner „%1“ konnte nicht angelegt werden</translation>
+    </message>
+    <message>
+        <source>Could not remove &quot;%1&quot;</source>
+        <translation>„%1“ konnte nicht entfernt werden</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot;</source>
+        <translation>„%1“ konnte nicht nach „%2“ kopiert werden</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot; (at &quot;%3&quot;)</source>
+        <translation>„%1“ konnte nicht nach „%2“ kopiert werden (bei „%3“)</translation>
+    </message>
+    <message>
+        <source>Could not open the archive &quot;%1&quot;</source>
+        <translation>Das Archiv „%1“ konnte nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Could not open the folder &quot;%1&quot;</source>
+        <translation>Der Ordner „%1“ konnte nicht geöffnet werden</translation>
+    </message>
+    <message>
+        <source>Could not change the owner and permissions of &quot;%1&quot;</source>
+        <translation>Eigentümer und Zugriffsrechte von „%1“ konnten nicht geändert werden</translation>
+    </message>
+    <message>
+        <source>This system offers no privileged helper.</source>
+        <translation>Dieses System bietet kein Hilfsprogramm mit Systemrechten.</translation>
+    </message>
+    <message>
+        <source>it is no file</source>
+        <translation>es ist keine Datei</translation>
+    </message>
+    <message>
+        <source>it holds nothing to unpack</source>
+        <translation>es enthält nichts zum Entpacken</translation>
+    </message>
+    <message>
+        <source>an entry is larger than it claims (%1)</source>
+        <translation>ein Eintrag ist größer als angegeben (%1)</translation>
+    </message>
+    <message>
+        <source>Could not unpack &quot;%1&quot; into &quot;%2&quot;</source>
+        <translation>„%1“ konnte nicht nach „%2“ entpackt werden</translation>
+    </message>
+    <message>
+        <source>it is no zip archive</source>
+        <translation>es ist kein Zip-Archiv</translation>
+    </message>
+    <message>
+        <source>it has more than %1 entries</source>
+        <translation>es hat mehr als %1 Einträge</translation>
+    </message>
+    <message>
+        <source>an entry has no name</source>
+        <translation>ein Eintrag hat keinen Namen</translation>
+    </message>
+    <message>
+        <source>the name of the entry is not relative</source>
+        <translation>der Name des Eintrags ist nicht relativ</translation>
+    </message>
+    <message>
+        <source>the entry leads out of the folder</source>
+        <translation>der Eintrag führt aus dem Ordner heraus</translation>
+    </message>
+    <message>
+        <source>the name of the entry is too long</source>
+        <translation>der Name des Eintrags ist zu lang</translation>
+    </message>
+    <message>
+        <source>the entry is too deep</source>
+        <translation>der Eintrag liegt zu tief</translation>
+    </message>
+    <message>
+        <source>the entry is encrypted</source>
+        <translation>der Eintrag ist verschlüsselt</translation>
+    </message>
+    <message>
+        <source>the entry would run as another user</source>
+        <translation>der Eintrag würde als anderer Benutzer laufen</translation>
+    </message>
+    <message>
+        <source>the entry is a link that leads elsewhere</source>
+        <translation>der Eintrag ist ein Verweis, der anderswohin führt</translation>
+    </message>
+    <message>
+        <source>it has too many links</source>
+        <translation>es hat zu viele Verweise</translation>
+    </message>
+    <message>
+        <source>the entry is neither a file nor a folder</source>
+        <translation>der Eintrag ist weder Datei noch Ordner</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much</source>
+        <translation>entpackt ist es zu groß</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much for its size</source>
+        <translation>entpackt ist es zu groß für seine Größe</translation>
+    </message>
+    <message>
+        <source>the entry lies in something that is no folder</source>
+        <translation>der Eintrag liegt in etwas, das kein Ordner ist</translation>
+    </message>
+    <message>
+        <source>the entry occurs twice</source>
+        <translation>der Eintrag kommt zweimal vor</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be saved: %1</source>
+        <translation>Die geladene Datei kann nicht gespeichert werden: %1</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: %1.</source>
+        <translation>Der Server antwortete mit HTTP-Code: %1.</translation>
+    </message>
+    <message>
+        <source>The download is longer than the expected %1 bytes.</source>
+        <translation>Der Download ist länger als die erwarteten %1 Bytes.</translation>
+    </message>
+    <message>
+        <source>The download has %1 of the expected %2 bytes.</source>
+        <translation>Der Download hat %1 der erwarteten %2 Bytes.</translation>
+    </message>
+    <message>
+        <source>Network is unreachable. Is your internet connection down?</source>
+        <translation>Das Netzwerk ist nicht erreichbar. Ist Ihre Internetverbindung unterbrochen?</translation>
+    </message>
+    <message>
+        <source>Connection Error</source>
+        <translation>Verbindungsfehler</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>Anmeldefehler</translation>
+    </message>
+    <message>
+        <source>There is critical update of Tolvane Brevok application.</source>
+        <translation>Es gibt ein wichtiges Update für Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Unexpected server response.</source>
+        <translation>Unerwartete Antwort des Servers.</translation>
+    </message>
+    <message>
+        <source>The server redirected the request to another server.</source>
+        <translation>Der Server leitete die Anfrage an einen anderen Server weiter.</translation>
+    </message>
+    <message>
+        <source>The server sent more data than expected.</source>
+        <translation>Der Server hat mehr Daten als erwartet gesendet.</translation>
+    </message>
+    <message>
+        <source>Wrong user name or password.</source>
+        <translation>Falscher Benutzername oder falsches Passwort.</translation>
+    </message>
+    <message>
+        <source>Insufficient rights to access Tolvane Brevok verification server.</source>
+        <translation>Keine ausreichenden Rechte für den Zugriff auf den Tolvane-Brevok-Prüfserver.</translation>
+    </message>
+    <message>
+        <source>The requested resource could not be found.
+Server might be temporarily inaccessible.</source>
+        <translation>Die angeforderte Ressource wurde nicht gefunden.
+Der Server ist möglicherweise vorübergehend nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: </source>
+        <translation>Der Server antwortete mit HTTP-Code: </translation>
+    </message>
+    <message>
+        <source>continue</source>
+        <translation>fortfahren</translation>
+    </message>
+    <message>
+        <source>switching protocols</source>
+        <translation>Protokoll wird gewechselt</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>kein Fehler</translation>
+    </message>
+    <message>
+        <source>created</source>
+        <translation>angelegt</translation>
+    </message>
+    <message>
+        <source>accepted</source>
+        <translation>angenommen</translation>
+    </message>
+    <message>
+        <source>non-authoritative information</source>
+        <translation>nicht maßgebliche Information</translation>
+    </message>
+    <message>
+        <source>no content</source>
+        <translation>kein Inhalt</translation>
+    </message>
+    <message>
+        <source>reset content</source>
+        <translation>Inhalt zurücksetzen</translation>
+    </message>
+    <message>
+        <source>partial content</source>
+        <translation>Teilinhalt</translation>
+    </message>
+    <message>
+        <source>multiple choices</source>
+        <translation>mehrere Möglichkeiten</translation>
+    </message>
+    <message>
+        <source>moved permanently</source>
+        <translation>dauerhaft verschoben</translation>
+    </message>
+    <message>
+        <source>found</source>
+        <translation>gefunden</translation>
+    </message>
+    <message>
+        <source>see other</source>
+        <translation>siehe anderswo</translation>
+    </message>
+    <message>
+        <source>not modified</source>
+        <translation>nicht geändert</translation>
+    </message>
+    <message>
+        <source>needs proxy</source>
+        <translation>Proxy nötig</translation>
+    </message>
+    <message>
+        <source>temporarily redirected</source>
+        <translation>vorübergehend umgeleitet</translation>
+    </message>
+    <message>
+        <source>bad request</source>
+        <translation>fehlerhafte Anfrage</translation>
+    </message>
+    <message>
+        <source>unauthorized</source>
+        <translation>nicht angemeldet</translation>
+    </message>
+    <message>
+        <source>payment required</source>
+        <translation>Zahlung erforderlich</translation>
+    </message>
+    <message>
+        <source>forbidden</source>
+        <translation>verboten</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>nicht gefunden</translation>
+    </message>
+    <message>
+        <source>method not allowed</source>
+        <translation>Methode nicht erlaubt</translation>
+    </message>
+    <message>
+        <source>unacceptable</source>
+        <translation>nicht annehmbar</translation>
+    </message>
+    <message>
+        <source>proxy authentication required</source>
+        <translation>Anmeldung am Proxy nötig</translation>
+    </message>
+    <message>
+        <source>request timed out</source>
+        <translation>Zeitüberschreitung der Anfrage</translation>
+    </message>
+    <message>
+        <source>conflict</source>
+        <translation>Konflikt</translation>
+    </message>
+    <message>
+        <source>no longer exists</source>
+        <translation>nicht mehr vorhanden</translation>
+    </message>
+    <message>
+        <source>length required</source>
+        <translation>Länge erforderlich</translation>
+    </message>
+    <message>
+        <source>precondition failed</source>
+        <translation>Vorbedingung nicht erfüllt</translation>
+    </message>
+    <message>
+        <source>request too large</source>
+        <translation>Anfrage zu groß</translation>
+    </message>
+    <message>
+        <source>requested URL too long</source>
+        <translation>angeforderte URL zu lang</translation>
+    </message>
+    <message>
+        <source>unsupported media type</source>
+        <translation>Medientyp nicht unterstützt</translation>
+    </message>
+    <message>
+        <source>requested range not satisfiable</source>
+        <translation>angeforderter Bereich nicht erfüllbar</translation>
+    </message>
+    <message>
+        <source>expectation failed</source>
+        <translation>Erwartung nicht erfüllt</translation>
+    </message>
+    <message>
+        <source>internal server error</source>
+        <translation>interner Serverfehler</translation>
+    </message>
+    <message>
+        <source>unimplemented</source>
+        <translation>nicht umgesetzt</translation>
+    </message>
+    <message>
+        <source>bad gateway</source>
+        <translation>fehlerhaftes Gateway</translation>
+    </message>
+    <message>
+        <source>service unavailable</source>
+        <translation>Dienst nicht verfügbar</translation>
+    </message>
+    <message>
+        <source>gateway timed out</source>
+        <translation>Zeitüberschreitung des Gateways</translation>
+    </message>
+    <message>
+        <source>unsupported version</source>
+        <translation>Version nicht unterstützt</translation>
+    </message>
+    <message>
+        <source>informational</source>
+        <translation>Information</translation>
+    </message>
+    <message>
+        <source>success</source>
+        <translation>Erfolg</translation>
+    </message>
+    <message>
+        <source>redirected</source>
+        <translation>umgeleitet</translation>
+    </message>
+    <message>
+        <source>client error</source>
+        <translation>Fehler des Clients</translation>
+    </message>
+    <message>
+        <source>server error</source>
+        <translation>Fehler des Servers</translation>
+    </message>
+    <message>
+        <source>Invalid session Id. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>Ungültige Sitzungskennung. Sie wurden abgemeldet!
+Bitte melden Sie sich erneut an.</translation>
+    </message>
+    <message>
+        <source>Security Violation Error. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>Sicherheitsverletzung. Sie wurden abgemeldet!
+Bitte melden Sie sich erneut an.</translation>
+    </message>
+    <message>
+        <source>Internal Server Error. Please contact Tolvane support.</source>
+        <translation>Interner Serverfehler. Bitte wenden Sie sich an den Tolvane-Support.</translation>
+    </message>
+    <message>
+        <source>The request timed out.</source>
+        <translation>Zeitüberschreitung der Anfrage.</translation>
+    </message>
+    <message>
+        <source>A server with the specified hostname could not be found.</source>
+        <translation>Es wurde kein Server mit diesem Namen gefunden.</translation>
+    </message>
+    <message>
+        <source>Could not connect to the server.</source>
+        <translation>Es konnte keine Verbindung zum Server aufgebaut werden.</translation>
+    </message>
+    <message>
+        <source>Could not connect to the proxy server.</source>
+        <translation>Es konnte keine Verbindung zum Proxyserver aufgebaut werden.</translation>
+    </message>
+    <message>
+        <source>The network connection was lost.</source>
+        <translation>Die Netzwerkverbindung wurde unterbrochen.</translation>
+    </message>
+    <message>
+        <source>Too many HTTP redirects.</source>
+        <translation>Zu viele HTTP-Umleitungen.</translation>
+    </message>
+    <message>
+        <source>A secure connection to the server cannot be made: %1</source>
+        <translation>Es kann keine sichere Verbindung zum Server aufgebaut werden: %1</translation>
+    </message>
+    <message>
+        <source>The request was cancelled.</source>
+        <translation>Die Anfrage wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>The transfer failed: %1</source>
+        <translation>Die Übertragung ist fehlgeschlagen: %1</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not trusted: %1</source>
+        <translation>Dem Zertifikat des Servers wird nicht vertraut: %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Version %1 (%2, %3)</source>
+        <translation>Version %1 (%2, %3)</translation>
+    </message>
+    <message>
+        <source>About %1</source>
+        <translation>Über %1</translation>
+    </message>
+    <message>
+        <source>1 update available</source>
+        <translation>1 Update verfügbar</translation>
+    </message>
+    <message>
+        <source>%1 updates available</source>
+        <translation>%1 Updates verfügbar</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>%1 entfernen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>More about this Plug-In</source>
+        <translation>Mehr über dieses Plug-In</translation>
+    </message>
+    <message>
+        <source>%1 is in progress</source>
+        <translation>%1 ist in Arbeit</translation>
+    </message>
+    <message>
+        <source>Download of %1</source>
+        <translation>Download von %1</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Check for Plug-In Updates</source>
+        <translation>Nach Plug-In-Updates suchen</translation>
+    </message>
+    <message>
+        <source>Check for Application Update…</source>
+        <translation>Nach App-Update suchen …</translation>
+    </message>
+    <message>
+        <source>My Account</source>
+        <translation>Mein Konto</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Reload Images</source>
+        <translation>Bilder neu laden</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Hilfe</translation>
+    </message>
+    <message>
+        <source>Report a Bug…</source>
+        <translation>Fehler melden …</translation>
+    </message>
+    <message>
+        <source>About Tolvane Brevok</source>
+        <translation>Über Tolvane Brevok</translation>
+    </message>
+    <message>
+        <source>Quit…</source>
+        <translation>Beenden …</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok</source>
+        <translation>Tolvane Brevok</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to quit</source>
+        <translation>Möchten Sie wirklich beenden</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok needs to be running to keep the Plug-Ins active.</source>
+        <translation>Tolvane Brevok muss laufen, damit die Plug-Ins aktiv bleiben.</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Konto</translation>
+    </message>
+    <message>
+        <source>Targets</source>
+        <translation>Ziele</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <translation>Melden Sie sich an, um Plug-Ins mit diesem Konto zu installieren und aktuell zu halten.</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail:</source>
+        <translation>&amp;E-Mail:</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>&amp;Passwort:</translation>
+    </message>
+    <message>
+        <source>Create Account…</source>
+        <translation>Konto erstellen …</translation>
+    </message>
+    <message>
+        <source>Start at &amp;login</source>
+        <translation>Bei der &amp;Anmeldung starten</translation>
+    </message>
+    <message>
+        <source>Show &amp;notifications</source>
+        <translation>&amp;Mitteilungen zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Check for new versions of this application</source>
+        <translation>Nach neuen &amp;Versionen dieses Programms suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Update plug-ins automatically</source>
+        <translation>Plug-Ins automatisch akt&amp;ualisieren</translation>
+    </message>
+    <message>
+        <source>Write a &amp;detailed log</source>
+        <translation>Ausführliches &amp;Protokoll schreiben</translation>
+    </message>
+    <message>
+        <source>Plug-ins are installed into the enabled folders.</source>
+        <translation>Plug-Ins werden in die aktivierten Ordner installiert.</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
+        <translation>InDesign oder InCopy wurde nicht gefunden. Fügen Sie den Plug-Ins-Ordner des Programms hinzu.</translation>
+    </message>
+    <message>
+        <source>&amp;Add…</source>
+        <translation>&amp;Hinzufügen …</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Entfernen</translation>
+    </message>
+    <message>
+        <source>Add Target</source>
+        <translation>Ziel hinzufügen</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder.</source>
+        <translation>Wählen Sie den Plug-Ins-Ordner im Programmordner von Adobe InCopy/InDesign.</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Ordner:</translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>&amp;Durchsuchen …</translation>
+    </message>
+    <message>
+        <source>&amp;Application:</source>
+        <translation>&amp;Programm:</translation>
+    </message>
+    <message>
+        <source>&amp;Version:</source>
+        <translation>&amp;Version:</translation>
+    </message>
+    <message>
+        <source>Sign Out</source>
+        <translation>Abmelden</translation>
+    </message>
+    <message>
+        <source>Sign In</source>
+        <translation>Anmelden</translation>
+    </message>
+    <message>
+        <source>Contacting the service…</source>
+        <translation>Verbindung zum Dienst …</translation>
+    </message>
+    <message>
+        <source>Signed in as %1.</source>
+        <translation>Angemeldet als %1.</translation>
+    </message>
+    <message>
+        <source>Not signed in.</source>
+        <translation>Nicht angemeldet.</translation>
+    </message>
+    <message>
+        <source>Checking for Updates</source>
+        <translation>Suche nach Updates</translation>
+    </message>
+    <message>
+        <source>Checking for updates…</source>
+        <translation>Suche nach Updates …</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 GB</source>
+        <translation>Lade %1 von %2 GB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 GB</source>
+        <translation>Lade %1 GB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 MB</source>
+        <translation>Lade %1 von %2 MB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 MB</source>
+        <translation>Lade %1 MB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 KB</source>
+        <translation>Lade %1 von %2 KB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 KB</source>
+        <translation>Lade %1 KB</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installieren</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Up To Date</source>
+        <translation>Aktuell</translation>
+    </message>
+    <message>
+        <source>No build for your applications</source>
+        <translation>Keine Fassung für Ihre Programme</translation>
+    </message>
+    <message>
+        <source>Partly installed</source>
+        <translation>Teilweise installiert</translation>
+    </message>
+    <message>
+        <source>Partly outdated</source>
+        <translation>Teilweise veraltet</translation>
+    </message>
+    <message>
+        <source>Working…</source>
+        <translation>In Arbeit …</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>Installiere …</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>Anmelden</translation>
+    </message>
+    <message>
+        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
+        <translation>Ihr Konto bringt Ihre Plug-Ins zu InDesign und InCopy.</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail address</source>
+        <translation>&amp;E-Mail-Adresse</translation>
+    </message>
+    <message>
+        <source>&amp;Password</source>
+        <translation>&amp;Passwort</translation>
+    </message>
+    <message>
+        <source>E-mail address</source>
+        <translation>E-Mail-Adresse</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>Contacting the service</source>
+        <translation>Verbindung zum Dienst</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Optionen</translation>
+    </message>
+    <message>
+        <source>Plug-Ins</source>
+        <translation>Plug-Ins</translation>
+    </message>
+    <message>
+        <source>You are signed out</source>
+        <translation>Sie sind abgemeldet</translation>
+    </message>
+    <message>
+        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <translation>Melden Sie sich an, um Ihre Plug-Ins zu installieren und aktuell zu halten.</translation>
+    </message>
+    <message>
+        <source>Sign In…</source>
+        <translation>Anmelden …</translation>
+    </message>
+    <message>
+        <source>No network connection</source>
+        <translation>Keine Netzwerkverbindung</translation>
+    </message>
+    <message>
+        <source>Connect to the internet to install and update Plug-Ins.</source>
+        <translation>Verbinden Sie sich mit dem Internet, um Plug-Ins zu installieren und zu aktualisieren.</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Erneut versuchen</translation>
+    </message>
+    <message>
+        <source>The service does not answer</source>
+        <translation>Der Dienst antwortet nicht</translation>
+    </message>
+    <message>
+        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
+        <translation>Keine Antwort seit %1. Ihre installierten Plug-Ins funktionieren weiter.</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy found</source>
+        <translation>InDesign oder InCopy nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Choose the applications that Plug-Ins shall go into.</source>
+        <translation>Wählen Sie die Programme, in die Plug-Ins installiert werden sollen.</translation>
+    </message>
+    <message>
+        <source>Choose Applications…</source>
+        <translation>Programme wählen …</translation>
+    </message>
+    <message>
+        <source>Loading Plug-Ins…</source>
+        <translation>Plug-Ins werden geladen …</translation>
+    </message>
+    <message>
+        <source>The list is being fetched from the service.</source>
+        <translation>Die Liste wird vom Dienst geholt.</translation>
+    </message>
+    <message>
+        <source>No Plug-Ins yet</source>
+        <translation>Noch keine Plug-Ins</translation>
+    </message>
+    <message>
+        <source>The service lists no Plug-Ins for this account.</source>
+        <translation>Der Dienst führt keine Plug-Ins für dieses Konto.</translation>
+    </message>
+    <message>
+        <source>Check Again</source>
+        <translation>Erneut prüfen</translation>
+    </message>
+    <message>
+        <source>Not signed in</source>
+        <translation>Nicht angemeldet</translation>
+    </message>
+    <message>
+        <source>Signed in</source>
+        <translation>Angemeldet</translation>
+    </message>
+    <message>
+        <source>1 update</source>
+        <translation>1 Update</translation>
+    </message>
+    <message>
+        <source>%1 updates</source>
+        <translation>%1 Updates</translation>
+    </message>
+    <message>
+        <source>Other…</source>
+        <translation>Anderer …</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keiner</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory</source>
+        <translation>Plug-Ins-Ordner wählen</translation>
+    </message>
+    <message>
+        <source>Checking the folder…</source>
+        <translation>Ordner wird geprüft …</translation>
+    </message>
+    <message>
+        <source>Invalid Plug-Ins path selected!</source>
+        <translation>Ungültiger Plug-Ins-Pfad gewählt!</translation>
+    </message>
+    <message>
+        <source>The path you specified doesn&apos;t look like a valid Adobe InDesign Plug-Ins folder. Do you want to use it anyway?</source>
+        <translation>Der angegebene Pfad sieht nicht wie ein gültiger Plug-Ins-Ordner von Adobe InDesign aus. Möchten Sie ihn trotzdem verwenden?</translation>
+    </message>
+    <message>
+        <source>Enable %1</source>
+        <translation>%1 aktivieren</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>Aktiviert</translation>
+    </message>
+    <message>
+        <source>Plug-Ins folder</source>
+        <translation>Plug-Ins-Ordner</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,985 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="es" sourcelanguage="en">
+<context>
+    <name>Brevok</name>
+    <message>
+        <source>OK</source>
+        <translation>Aceptar</translation>
+    </message>
+    <message>
+        <source>Another copy of Tolvane Brevok application is already running.</source>
+        <translation>Ya se está ejecutando otra copia de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Only one copy can be run at a time. Quit running Tolvane Brevok to run this copy of Tolvane Brevok application.</source>
+        <translation>Solo se puede ejecutar una copia a la vez. Salga de Tolvane Brevok para ejecutar esta copia de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Failed to update Products data</source>
+        <translation>No se pudieron actualizar los datos de los productos</translation>
+    </message>
+    <message>
+        <source>Failed to update Plug-Ins data</source>
+        <translation>No se pudieron actualizar los datos de los plug-ins</translation>
+    </message>
+    <message>
+        <source>Installer detected one or more unfinished actions. Do you want to finish or discard those actions?</source>
+        <translation>El instalador detectó una o más acciones sin terminar. ¿Desea terminar o descartar esas acciones?</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session.</source>
+        <translation>Es probable que Tolvane Brevok se bloqueara o se forzara su salida. Quedan instalaciones o desinstalaciones sin terminar de la sesión anterior.</translation>
+    </message>
+    <message>
+        <source>Discard Actions</source>
+        <translation>Descartar acciones</translation>
+    </message>
+    <message>
+        <source>Finish Actions</source>
+        <translation>Terminar acciones</translation>
+    </message>
+    <message>
+        <source>Unable to contact the Tolvane Brevok server for %1 days.</source>
+        <translation>No se puede contactar con el servidor de Tolvane Brevok desde hace %1 días.</translation>
+    </message>
+    <message>
+        <source>You&apos;re up-to-date!</source>
+        <translation>¡Todo está actualizado!</translation>
+    </message>
+    <message>
+        <source>There are no new Plug-In updates available.</source>
+        <translation>No hay nuevas actualizaciones de plug-ins.</translation>
+    </message>
+    <message>
+        <source>Plug-In update available!</source>
+        <translation>¡Actualización de plug-in disponible!</translation>
+    </message>
+    <message>
+        <source>%1 Plug-In update is available.</source>
+        <translation>Hay %1 actualización de plug-in disponible.</translation>
+    </message>
+    <message>
+        <source>Plug-In updates available!</source>
+        <translation>¡Actualizaciones de plug-ins disponibles!</translation>
+    </message>
+    <message>
+        <source>You have %1 Plug-In updates available.</source>
+        <translation>Hay %1 actualizaciones de plug-ins disponibles.</translation>
+    </message>
+    <message>
+        <source>Incorrect input to installPlugin:</source>
+        <translation>Entrada incorrecta para installPlugin:</translation>
+    </message>
+    <message>
+        <source>Incorrect input to removeItemAtPath:</source>
+        <translation>Entrada incorrecta para removeItemAtPath:</translation>
+    </message>
+    <message>
+        <source>The plug-in could not be installed at %1.</source>
+        <translation>No se pudo instalar el plug-in en %1.</translation>
+    </message>
+    <message>
+        <source>The archive %1 did not put a plug-in at %2.</source>
+        <translation>El archivo %1 no colocó ningún plug-in en %2.</translation>
+    </message>
+    <message>
+        <source>The workspace could not be installed at %1.</source>
+        <translation>No se pudo instalar el espacio de trabajo en %1.</translation>
+    </message>
+    <message>
+        <source>The plug-in at %1 could not be removed.</source>
+        <translation>No se pudo eliminar el plug-in de %1.</translation>
+    </message>
+    <message>
+        <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
+        <translation>¡No se pudo instalar «%1.InDesignPlugin»!</translation>
+    </message>
+    <message>
+        <source>Multiple errors have occured. Please contact Tolvane support.</source>
+        <translation>Se produjeron varios errores. Póngase en contacto con el soporte de Tolvane.</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Error: %1</translation>
+    </message>
+    <message>
+        <source>The folder %1 could not be made.</source>
+        <translation>No se pudo crear la carpeta %1.</translation>
+    </message>
+    <message>
+        <source>The folder %1 is not writable.</source>
+        <translation>No se puede escribir en la carpeta %1.</translation>
+    </message>
+    <message>
+        <source>Failed to download %1, from %2</source>
+        <translation>No se pudo descargar %1 de %2</translation>
+    </message>
+    <message>
+        <source>The plug-in name “%1” cannot be used as a file name.</source>
+        <translation>El nombre de plug-in «%1» no se puede usar como nombre de archivo.</translation>
+    </message>
+    <message>
+        <source>To take advantage of newly installed Plug-Ins, restart %1.
+
+Do you want to quit %1 now or do it yourself later?</source>
+        <translation>Para usar los plug-ins recién instalados, reinicie %1.
+
+¿Desea salir de %1 ahora o hacerlo usted más tarde?</translation>
+    </message>
+    <message>
+        <source>Quit %1</source>
+        <translation>Salir de %1</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Continuar</translation>
+    </message>
+    <message>
+        <source>Adobe %1 %2 is running.</source>
+        <translation>Adobe %1 %2 se está ejecutando.</translation>
+    </message>
+    <message>
+        <source>Removing Plug-Ins from running Adobe %1 can lead to unexpected behaviour, you should quit %1 before proceeding.</source>
+        <translation>Eliminar plug-ins mientras se ejecuta Adobe %1 puede causar un comportamiento inesperado; salga de %1 antes de continuar.</translation>
+    </message>
+    <message>
+        <source>Could not create the folder &quot;%1&quot;</source>
+        <translation>No se pudo crear la carpeta «%1»</translation>
+    </message>
+    <message>
+        <source>Could not remove &quot;%1&quot;</source>
+        <translation>No se pudo eliminar «%1»</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot;</source>
+        <translation>No se pudo copiar «%1» en «%2»</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot; (at &quot;%3&quot;)</source>
+        <translation>No se pudo copiar «%1» en «%2» (en «%3»)</translation>
+    </message>
+    <message>
+        <source>Could not open the archive &quot;%1&quot;</source>
+        <translation>No se pudo abrir el archivo comprimido «%1»</translation>
+    </message>
+    <message>
+        <source>Could not open the folder &quot;%1&quot;</source>
+        <translation>No se pudo abrir la carpeta «%1»</translation>
+    </message>
+    <message>
+        <source>Could not change the owner and permissions of &quot;%1&quot;</source>
+        <translation>No se pudieron cambiar el propietario y los permisos de «%1»</translation>
+    </message>
+    <message>
+        <source>This system offers no privileged helper.</source>
+        <translation>Este sistema no ofrece un programa auxiliar con privilegios.</translation>
+    </message>
+    <message>
+        <source>it is no file</source>
+        <translation>no es un archivo</translation>
+    </message>
+    <message>
+        <source>it holds nothing to unpack</source>
+        <translation>no contiene nada que extraer</translation>
+    </message>
+    <message>
+        <source>an entry is larger than it claims (%1)</source>
+        <translation>una entrada es mayor de lo que declara (%1)</translation>
+    </message>
+    <message>
+        <source>Could not unpack &quot;%1&quot; into &quot;%2&quot;</source>
+        <translation>No se pudo extraer «%1» en «%2»</translation>
+    </message>
+    <message>
+        <source>it is no zip archive</source>
+        <translation>no es un archivo zip</translation>
+    </message>
+    <message>
+        <source>it has more than %1 entries</source>
+        <translation>tiene más de %1 entradas</translation>
+    </message>
+    <message>
+        <source>an entry has no name</source>
+        <translation>una entrada no tiene nombre</translation>
+    </message>
+    <message>
+        <source>the name of the entry is not relative</source>
+        <translation>el nombre de la entrada no es relativo</translation>
+    </message>
+    <message>
+        <source>the entry leads out of the folder</source>
+        <translation>la entrada lleva fuera de la carpeta</translation>
+    </message>
+    <message>
+        <source>the name of the entry is too long</source>
+        <translation>el nombre de la entrada es demasiado largo</translation>
+    </message>
+    <message>
+        <source>the entry is too deep</source>
+        <translation>la entrada está a demasiada profundidad</translation>
+    </message>
+    <message>
+        <source>the entry is encrypted</source>
+        <translation>la entrada está cifrada</translation>
+    </message>
+    <message>
+        <source>the entry would run as another user</source>
+        <translation>la entrada se ejecutaría como otro usuario</translation>
+    </message>
+    <message>
+        <source>the entry is a link that leads elsewhere</source>
+        <translation>la entrada es un enlace que lleva a otro lugar</translation>
+    </message>
+    <message>
+        <source>it has too many links</source>
+        <translation>tiene demasiados enlaces</translation>
+    </message>
+    <message>
+        <source>the entry is neither a file nor a folder</source>
+        <translation>la entrada no es ni un archivo ni una carpeta</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much</source>
+        <translation>su contenido extraído es demasiado grande</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much for its size</source>
+        <translation>su contenido extraído es demasiado grande para su tamaño</translation>
+    </message>
+    <message>
+        <source>the entry lies in something that is no folder</source>
+        <translation>la entrada está en algo que no es una carpeta</translation>
+    </message>
+    <message>
+        <source>the entry occurs twice</source>
+        <translation>la entrada aparece dos veces</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be saved: %1</source>
+        <translation>No se puede guardar el archivo descargado: %1</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: %1.</source>
+        <translation>El servidor respondió con el código HTTP: %1.</translation>
+    </message>
+    <message>
+        <source>The download is longer than the expected %1 bytes.</source>
+        <translation>La descarga supera los %1 bytes esperados.</translation>
+    </message>
+    <message>
+        <source>The download has %1 of the expected %2 bytes.</source>
+        <translation>La descarga tiene %1 de los %2 bytes esperados.</translation>
+    </message>
+    <message>
+        <source>Network is unreachable. Is your internet connection down?</source>
+        <translation>No se puede acceder a la red. ¿Se ha interrumpido su conexión a Internet?</translation>
+    </message>
+    <message>
+        <source>Connection Error</source>
+        <translation>Error de conexión</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>Error de autenticación</translation>
+    </message>
+    <message>
+        <source>There is critical update of Tolvane Brevok application.</source>
+        <translation>Hay una actualización crítica de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Unexpected server response.</source>
+        <translation>Respuesta inesperada del servidor.</translation>
+    </message>
+    <message>
+        <source>The server redirected the request to another server.</source>
+        <translation>El servidor redirigió la solicitud a otro servidor.</translation>
+    </message>
+    <message>
+        <source>The server sent more data than expected.</source>
+        <translation>El servidor envió más datos de los esperados.</translation>
+    </message>
+    <message>
+        <source>Wrong user name or password.</source>
+        <translation>Nombre de usuario o contraseña incorrectos.</translation>
+    </message>
+    <message>
+        <source>Insufficient rights to access Tolvane Brevok verification server.</source>
+        <translation>Permisos insuficientes para acceder al servidor de verificación de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>The requested resource could not be found.
+Server might be temporarily inaccessible.</source>
+        <translation>No se encontró el recurso solicitado.
+Es posible que el servidor no esté accesible temporalmente.</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: </source>
+        <translation>El servidor respondió con el código HTTP: </translation>
+    </message>
+    <message>
+        <source>continue</source>
+        <translation>continuar</translation>
+    </message>
+    <message>
+        <source>switching protocols</source>
+        <translation>cambio de protocolo</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>sin errores</translation>
+    </message>
+    <message>
+        <source>created</source>
+        <translation>creado</translation>
+    </message>
+    <message>
+        <source>accepted</source>
+        <translation>aceptado</translation>
+    </message>
+    <message>
+        <source>non-authoritative information</source>
+        <translation>información no autorizada</translation>
+    </message>
+    <message>
+        <source>no content</source>
+        <translation>sin contenido</translation>
+    </message>
+    <message>
+        <source>reset content</source>
+        <translation>restablecer contenido</translation>
+    </message>
+    <message>
+        <source>partial content</source>
+        <translation>contenido parcial</translation>
+    </message>
+    <message>
+        <source>multiple choices</source>
+        <translation>varias opciones</translation>
+    </message>
+    <message>
+        <source>moved permanently</source>
+        <translation>movido permanentemente</translation>
+    </message>
+    <message>
+        <source>found</source>
+        <translation>encontrado</translation>
+    </message>
+    <message>
+        <source>see other</source>
+        <translation>ver otro</translation>
+    </message>
+    <message>
+        <source>not modified</source>
+        <translation>sin cambios</translation>
+    </message>
+    <message>
+        <source>needs proxy</source>
+        <translation>necesita proxy</translation>
+    </message>
+    <message>
+        <source>temporarily redirected</source>
+        <translation>redirigido temporalmente</translation>
+    </message>
+    <message>
+        <source>bad request</source>
+        <translation>solicitud incorrecta</translation>
+    </message>
+    <message>
+        <source>unauthorized</source>
+        <translation>no autorizado</translation>
+    </message>
+    <message>
+        <source>payment required</source>
+        <translation>pago necesario</translation>
+    </message>
+    <message>
+        <source>forbidden</source>
+        <translation>prohibido</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>no encontrado</translation>
+    </message>
+    <message>
+        <source>method not allowed</source>
+        <translation>método no permitido</translation>
+    </message>
+    <message>
+        <source>unacceptable</source>
+        <translation>inaceptable</translation>
+    </message>
+    <message>
+        <source>proxy authentication required</source>
+        <translation>autenticación del proxy necesaria</translation>
+    </message>
+    <message>
+        <source>request timed out</source>
+        <translation>tiempo de la solicitud agotado</translation>
+    </message>
+    <message>
+        <source>conflict</source>
+        <translation>conflicto</translation>
+    </message>
+    <message>
+        <source>no longer exists</source>
+        <translation>ya no existe</translation>
+    </message>
+    <message>
+        <source>length required</source>
+        <translation>longitud necesaria</translation>
+    </message>
+    <message>
+        <source>precondition failed</source>
+        <translation>condición previa no cumplida</translation>
+    </message>
+    <message>
+        <source>request too large</source>
+        <translation>solicitud demasiado grande</translation>
+    </message>
+    <message>
+        <source>requested URL too long</source>
+        <translation>URL solicitada demasiado larga</translation>
+    </message>
+    <message>
+        <source>unsupported media type</source>
+        <translation>tipo de medio no admitido</translation>
+    </message>
+    <message>
+        <source>requested range not satisfiable</source>
+        <translation>el intervalo solicitado no se puede satisfacer</translation>
+    </message>
+    <message>
+        <source>expectation failed</source>
+        <translation>expectativa no cumplida</translation>
+    </message>
+    <message>
+        <source>internal server error</source>
+        <translation>error interno del servidor</translation>
+    </message>
+    <message>
+        <source>unimplemented</source>
+        <translation>no implementado</translation>
+    </message>
+    <message>
+        <source>bad gateway</source>
+        <translation>puerta de enlace incorrecta</translation>
+    </message>
+    <message>
+        <source>service unavailable</source>
+        <translation>servicio no disponible</translation>
+    </message>
+    <message>
+        <source>gateway timed out</source>
+        <translation>tiempo de la puerta de enlace agotado</translation>
+    </message>
+    <message>
+        <source>unsupported version</source>
+        <translation>versión no admitida</translation>
+    </message>
+    <message>
+        <source>informational</source>
+        <translation>información</translation>
+    </message>
+    <message>
+        <source>success</source>
+        <translation>éxito</translation>
+    </message>
+    <message>
+        <source>redirected</source>
+        <translation>redirigido</translation>
+    </message>
+    <message>
+        <source>client error</source>
+        <translation>error del cliente</translation>
+    </message>
+    <message>
+        <source>server error</source>
+        <translation>error del servidor</translation>
+    </message>
+    <message>
+        <source>Invalid session Id. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>El id. de sesión no es válido. ¡Se ha cerrado su sesión!
+Vuelva a iniciar sesión.</translation>
+    </message>
+    <message>
+        <source>Security Violation Error. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>Error de infracción de seguridad. ¡Se ha cerrado su sesión!
+Vuelva a iniciar sesión.</translation>
+    </message>
+    <message>
+        <source>Internal Server Error. Please contact Tolvane support.</source>
+        <translation>Error interno del servidor. Póngase en contacto con el soporte de Tolvane.</translation>
+    </message>
+    <message>
+        <source>The request timed out.</source>
+        <translation>Se agotó el tiempo de la solicitud.</translation>
+    </message>
+    <message>
+        <source>A server with the specified hostname could not be found.</source>
+        <translation>No se encontró ningún servidor con el nombre indicado.</translation>
+    </message>
+    <message>
+        <source>Could not connect to the server.</source>
+        <translation>No se pudo conectar con el servidor.</translation>
+    </message>
+    <message>
+        <source>Could not connect to the proxy server.</source>
+        <translation>No se pudo conectar con el servidor proxy.</translation>
+    </message>
+    <message>
+        <source>The network connection was lost.</source>
+        <translation>Se perdió la conexión de red.</translation>
+    </message>
+    <message>
+        <source>Too many HTTP redirects.</source>
+        <translation>Demasiadas redirecciones HTTP.</translation>
+    </message>
+    <message>
+        <source>A secure connection to the server cannot be made: %1</source>
+        <translation>No se puede establecer una conexión segura con el servidor: %1</translation>
+    </message>
+    <message>
+        <source>The request was cancelled.</source>
+        <translation>Se canceló la solicitud.</translation>
+    </message>
+    <message>
+        <source>The transfer failed: %1</source>
+        <translation>La transferencia falló: %1</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not trusted: %1</source>
+        <translation>El certificado del servidor no es de confianza: %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancelar</translation>
+    </message>
+    <message>
+        <source>Version %1 (%2, %3)</source>
+        <translation>Versión %1 (%2, %3)</translation>
+    </message>
+    <message>
+        <source>About %1</source>
+        <translation>Acerca de %1</translation>
+    </message>
+    <message>
+        <source>1 update available</source>
+        <translation>1 actualización disponible</translation>
+    </message>
+    <message>
+        <source>%1 updates available</source>
+        <translation>%1 actualizaciones disponibles</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>Eliminar %1</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Eliminar</translation>
+    </message>
+    <message>
+        <source>More about this Plug-In</source>
+        <translation>Más sobre este plug-in</translation>
+    </message>
+    <message>
+        <source>%1 is in progress</source>
+        <translation>%1 está en curso</translation>
+    </message>
+    <message>
+        <source>Download of %1</source>
+        <translation>Descarga de %1</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Check for Plug-In Updates</source>
+        <translation>Buscar actualizaciones de plug-ins</translation>
+    </message>
+    <message>
+        <source>Check for Application Update…</source>
+        <translation>Buscar actualización de la aplicación…</translation>
+    </message>
+    <message>
+        <source>My Account</source>
+        <translation>Mi cuenta</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Preferencias…</translation>
+    </message>
+    <message>
+        <source>Reload Images</source>
+        <translation>Volver a cargar las imágenes</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Ayuda</translation>
+    </message>
+    <message>
+        <source>Report a Bug…</source>
+        <translation>Informar de un error…</translation>
+    </message>
+    <message>
+        <source>About Tolvane Brevok</source>
+        <translation>Acerca de Tolvane Brevok</translation>
+    </message>
+    <message>
+        <source>Quit…</source>
+        <translation>Salir…</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok</source>
+        <translation>Tolvane Brevok</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to quit</source>
+        <translation>¿Seguro que desea salir?</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok needs to be running to keep the Plug-Ins active.</source>
+        <translation>Tolvane Brevok debe estar en ejecución para que los plug-ins sigan activos.</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Salir</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>Preferencias</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Páginas</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Cuenta</translation>
+    </message>
+    <message>
+        <source>Targets</source>
+        <translation>Destinos</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Ajustes</translation>
+    </message>
+    <message>
+        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <translation>Inicie sesión para instalar plug-ins con esta cuenta y mantenerlos al día.</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail:</source>
+        <translation>Correo &amp;electrónico:</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>C&amp;ontraseña:</translation>
+    </message>
+    <message>
+        <source>Create Account…</source>
+        <translation>Crear cuenta…</translation>
+    </message>
+    <message>
+        <source>Start at &amp;login</source>
+        <translation>&amp;Abrir al iniciar sesión</translation>
+    </message>
+    <message>
+        <source>Show &amp;notifications</source>
+        <translation>Mostrar &amp;notificaciones</translation>
+    </message>
+    <message>
+        <source>&amp;Check for new versions of this application</source>
+        <translation>&amp;Buscar nuevas versiones de esta aplicación</translation>
+    </message>
+    <message>
+        <source>&amp;Update plug-ins automatically</source>
+        <translation>Act&amp;ualizar los plug-ins automáticamente</translation>
+    </message>
+    <message>
+        <source>Write a &amp;detailed log</source>
+        <translation>Escribir un registro &amp;detallado</translation>
+    </message>
+    <message>
+        <source>Plug-ins are installed into the enabled folders.</source>
+        <translation>Los plug-ins se instalan en las carpetas activadas.</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
+        <translation>No se encontró InDesign ni InCopy. Añada la carpeta Plug-Ins de la aplicación.</translation>
+    </message>
+    <message>
+        <source>&amp;Add…</source>
+        <translation>&amp;Añadir…</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Eliminar</translation>
+    </message>
+    <message>
+        <source>Add Target</source>
+        <translation>Añadir destino</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder.</source>
+        <translation>Elija la carpeta Plug-Ins dentro de la carpeta de la aplicación Adobe InCopy/InDesign.</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Carpeta:</translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>&amp;Examinar…</translation>
+    </message>
+    <message>
+        <source>&amp;Application:</source>
+        <translation>&amp;Aplicación:</translation>
+    </message>
+    <message>
+        <source>&amp;Version:</source>
+        <translation>&amp;Versión:</translation>
+    </message>
+    <message>
+        <source>Sign Out</source>
+        <translation>Cerrar sesión</translation>
+    </message>
+    <message>
+        <source>Sign In</source>
+        <translation>Iniciar sesión</translation>
+    </message>
+    <message>
+        <source>Contacting the service…</source>
+        <translation>Contactando con el servicio…</translation>
+    </message>
+    <message>
+        <source>Signed in as %1.</source>
+        <translation>Sesión iniciada como %1.</translation>
+    </message>
+    <message>
+        <source>Not signed in.</source>
+        <translation>Sesión no iniciada.</translation>
+    </message>
+    <message>
+        <source>Checking for Updates</source>
+        <translation>Búsqueda de actualizaciones</translation>
+    </message>
+    <message>
+        <source>Checking for updates…</source>
+        <translation>Buscando actualizaciones…</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 GB</source>
+        <translation>Descargando %1 de %2 GB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 GB</source>
+        <translation>Descargando %1 GB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 MB</source>
+        <translation>Descargando %1 de %2 MB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 MB</source>
+        <translation>Descargando %1 MB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 KB</source>
+        <translation>Descargando %1 de %2 KB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 KB</source>
+        <translation>Descargando %1 KB</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Instalar</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Actualizar</translation>
+    </message>
+    <message>
+        <source>Up To Date</source>
+        <translation>Actualizado</translation>
+    </message>
+    <message>
+        <source>No build for your applications</source>
+        <translation>No hay versión para sus aplicaciones</translation>
+    </message>
+    <message>
+        <source>Partly installed</source>
+        <translation>Instalado en parte</translation>
+    </message>
+    <message>
+        <source>Partly outdated</source>
+        <translation>Desactualizado en parte</translation>
+    </message>
+    <message>
+        <source>Working…</source>
+        <translation>En curso…</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>Instalando…</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>Iniciar sesión</translation>
+    </message>
+    <message>
+        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
+        <translation>Su cuenta lleva sus plug-ins a InDesign e InCopy.</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail address</source>
+        <translation>Dirección de correo &amp;electrónico</translation>
+    </message>
+    <message>
+        <source>&amp;Password</source>
+        <translation>&amp;Contraseña</translation>
+    </message>
+    <message>
+        <source>E-mail address</source>
+        <translation>Dirección de correo electrónico</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Contraseña</translation>
+    </message>
+    <message>
+        <source>Contacting the service</source>
+        <translation>Contactando con el servicio</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Opciones</translation>
+    </message>
+    <message>
+        <source>Plug-Ins</source>
+        <translation>Plug-ins</translation>
+    </message>
+    <message>
+        <source>You are signed out</source>
+        <translation>Ha cerrado la sesión</translation>
+    </message>
+    <message>
+        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <translation>Inicie sesión para instalar sus plug-ins y mantenerlos al día.</translation>
+    </message>
+    <message>
+        <source>Sign In…</source>
+        <translation>Iniciar sesión…</translation>
+    </message>
+    <message>
+        <source>No network connection</source>
+        <translation>Sin conexión de red</translation>
+    </message>
+    <message>
+        <source>Connect to the internet to install and update Plug-Ins.</source>
+        <translation>Conéctese a Internet para instalar y actualizar plug-ins.</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Reintentar</translation>
+    </message>
+    <message>
+        <source>The service does not answer</source>
+        <translation>El servicio no responde</translation>
+    </message>
+    <message>
+        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
+        <translation>Sin respuesta desde %1. Sus plug-ins instalados siguen funcionando.</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy found</source>
+        <translation>No se encontró InDesign ni InCopy</translation>
+    </message>
+    <message>
+        <source>Choose the applications that Plug-Ins shall go into.</source>
+        <translation>Elija las aplicaciones en las que se instalarán los plug-ins.</translation>
+    </message>
+    <message>
+        <source>Choose Applications…</source>
+        <translation>Elegir aplicaciones…</translation>
+    </message>
+    <message>
+        <source>Loading Plug-Ins…</source>
+        <translation>Cargando plug-ins…</translation>
+    </message>
+    <message>
+        <source>The list is being fetched from the service.</source>
+        <translation>Se está obteniendo la lista del servicio.</translation>
+    </message>
+    <message>
+        <source>No Plug-Ins yet</source>
+        <translation>Aún no hay plug-ins</translation>
+    </message>
+    <message>
+        <source>The service lists no Plug-Ins for this account.</source>
+        <translation>El servicio no ofrece plug-ins para esta cuenta.</translation>
+    </message>
+    <message>
+        <source>Check Again</source>
+        <translation>Comprobar de nuevo</translation>
+    </message>
+    <message>
+        <source>Not signed in</source>
+        <translation>Sesión no iniciada</translation>
+    </message>
+    <message>
+        <source>Signed in</source>
+        <translation>Sesión iniciada</translation>
+    </message>
+    <message>
+        <source>1 update</source>
+        <translation>1 actualización</translation>
+    </message>
+    <message>
+        <source>%1 updates</source>
+        <translation>%1 actualizaciones</translation>
+    </message>
+    <message>
+        <source>Other…</source>
+        <translation>Otra…</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Ninguna</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory</source>
+        <translation>Elegir la carpeta Plug-Ins</translation>
+    </message>
+    <message>
+        <source>Checking the folder…</source>
+        <translation>Comprobando la carpeta…</translation>
+    </message>
+    <message>
+        <source>Invalid Plug-Ins path selected!</source>
+        <translation>¡La ruta Plug-Ins seleccionada no es válida!</translation>
+    </message>
+    <message>
+        <source>The path you specified doesn&apos;t look like a valid Adobe InDesign Plug-Ins folder. Do you want to use it anyway?</source>
+        <translation>La ruta indicada no parece una carpeta Plug-Ins válida de Adobe InDesign. ¿Desea usarla de todos modos?</translation>
+    </message>
+    <message>
+        <source>Enable %1</source>
+        <translation>Activar %1</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>Activado</translation>
+    </message>
+    <message>
+        <source>Plug-Ins folder</source>
+        <translation>Carpeta Plug-Ins</translation>
+    </message>
+</context>
+</TS>

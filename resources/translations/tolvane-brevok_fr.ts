@@ -1,0 +1,985 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="fr" sourcelanguage="en">
+<context>
+    <name>Brevok</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Another copy of Tolvane Brevok application is already running.</source>
+        <translation>Une autre copie de Tolvane Brevok est déjà en cours d’exécution.</translation>
+    </message>
+    <message>
+        <source>Only one copy can be run at a time. Quit running Tolvane Brevok to run this copy of Tolvane Brevok application.</source>
+        <translation>Une seule copie peut s’exécuter à la fois. Quittez Tolvane Brevok pour lancer cette copie de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Failed to update Products data</source>
+        <translation>Échec de la mise à jour des données des produits</translation>
+    </message>
+    <message>
+        <source>Failed to update Plug-Ins data</source>
+        <translation>Échec de la mise à jour des données des plug-ins</translation>
+    </message>
+    <message>
+        <source>Installer detected one or more unfinished actions. Do you want to finish or discard those actions?</source>
+        <translation>Le programme d’installation a détecté une ou plusieurs actions inachevées. Voulez-vous terminer ou abandonner ces actions ?</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session.</source>
+        <translation>Tolvane Brevok s’est probablement bloqué ou a été forcé à quitter. Des installations ou désinstallations inachevées restent de la session précédente.</translation>
+    </message>
+    <message>
+        <source>Discard Actions</source>
+        <translation>Abandonner les actions</translation>
+    </message>
+    <message>
+        <source>Finish Actions</source>
+        <translation>Terminer les actions</translation>
+    </message>
+    <message>
+        <source>Unable to contact the Tolvane Brevok server for %1 days.</source>
+        <translation>Impossible de joindre le serveur Tolvane Brevok depuis %1 jours.</translation>
+    </message>
+    <message>
+        <source>You&apos;re up-to-date!</source>
+        <translation>Tout est à jour !</translation>
+    </message>
+    <message>
+        <source>There are no new Plug-In updates available.</source>
+        <translation>Aucune nouvelle mise à jour de plug-in n’est disponible.</translation>
+    </message>
+    <message>
+        <source>Plug-In update available!</source>
+        <translation>Mise à jour de plug-in disponible !</translation>
+    </message>
+    <message>
+        <source>%1 Plug-In update is available.</source>
+        <translation>%1 mise à jour de plug-in est disponible.</translation>
+    </message>
+    <message>
+        <source>Plug-In updates available!</source>
+        <translation>Mises à jour de plug-ins disponibles !</translation>
+    </message>
+    <message>
+        <source>You have %1 Plug-In updates available.</source>
+        <translation>%1 mises à jour de plug-ins sont disponibles.</translation>
+    </message>
+    <message>
+        <source>Incorrect input to installPlugin:</source>
+        <translation>Entrée incorrecte pour installPlugin:</translation>
+    </message>
+    <message>
+        <source>Incorrect input to removeItemAtPath:</source>
+        <translation>Entrée incorrecte pour removeItemAtPath:</translation>
+    </message>
+    <message>
+        <source>The plug-in could not be installed at %1.</source>
+        <translation>Le plug-in n’a pas pu être installé dans %1.</translation>
+    </message>
+    <message>
+        <source>The archive %1 did not put a plug-in at %2.</source>
+        <translation>L’archive %1 n’a pas placé de plug-in dans %2.</translation>
+    </message>
+    <message>
+        <source>The workspace could not be installed at %1.</source>
+        <translation>L’espace de travail n’a pas pu être installé dans %1.</translation>
+    </message>
+    <message>
+        <source>The plug-in at %1 could not be removed.</source>
+        <translation>Le plug-in dans %1 n’a pas pu être supprimé.</translation>
+    </message>
+    <message>
+        <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
+        <translation>Échec de l’installation de « %1.InDesignPlugin » !</translation>
+    </message>
+    <message>
+        <source>Multiple errors have occured. Please contact Tolvane support.</source>
+        <translation>Plusieurs erreurs se sont produites. Veuillez contacter l’assistance Tolvane.</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>Erreur : %1</translation>
+    </message>
+    <message>
+        <source>The folder %1 could not be made.</source>
+        <translation>Le dossier %1 n’a pas pu être créé.</translation>
+    </message>
+    <message>
+        <source>The folder %1 is not writable.</source>
+        <translation>Le dossier %1 n’est pas accessible en écriture.</translation>
+    </message>
+    <message>
+        <source>Failed to download %1, from %2</source>
+        <translation>Échec du téléchargement de %1 depuis %2</translation>
+    </message>
+    <message>
+        <source>The plug-in name “%1” cannot be used as a file name.</source>
+        <translation>Le nom de plug-in « %1 » ne peut pas servir de nom de fichier.</translation>
+    </message>
+    <message>
+        <source>To take advantage of newly installed Plug-Ins, restart %1.
+
+Do you want to quit %1 now or do it yourself later?</source>
+        <translation>Pour profiter des plug-ins qui viennent d’être installés, redémarrez %1.
+
+Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translation>
+    </message>
+    <message>
+        <source>Quit %1</source>
+        <translation>Quitter %1</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>Continuer</translation>
+    </message>
+    <message>
+        <source>Adobe %1 %2 is running.</source>
+        <translation>Adobe %1 %2 est en cours d’exécution.</translation>
+    </message>
+    <message>
+        <source>Removing Plug-Ins from running Adobe %1 can lead to unexpected behaviour, you should quit %1 before proceeding.</source>
+        <translation>Supprimer des plug-ins pendant qu’Adobe %1 s’exécute peut entraîner un comportement inattendu ; quittez %1 avant de continuer.</translation>
+    </message>
+    <message>
+        <source>Could not create the folder &quot;%1&quot;</source>
+        <translation>Impossible de créer le dossier « %1 »</translation>
+    </message>
+    <message>
+        <source>Could not remove &quot;%1&quot;</source>
+        <translation>Impossible de supprimer « %1 »</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot;</source>
+        <translation>Impossible de copier « %1 » vers « %2 »</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot; (at &quot;%3&quot;)</source>
+        <translation>Impossible de copier « %1 » vers « %2 » (à « %3 »)</translation>
+    </message>
+    <message>
+        <source>Could not open the archive &quot;%1&quot;</source>
+        <translation>Impossible d’ouvrir l’archive « %1 »</translation>
+    </message>
+    <message>
+        <source>Could not open the folder &quot;%1&quot;</source>
+        <translation>Impossible d’ouvrir le dossier « %1 »</translation>
+    </message>
+    <message>
+        <source>Could not change the owner and permissions of &quot;%1&quot;</source>
+        <translation>Impossible de modifier le propriétaire et les autorisations de « %1 »</translation>
+    </message>
+    <message>
+        <source>This system offers no privileged helper.</source>
+        <translation>Ce système n’offre pas de programme auxiliaire privilégié.</translation>
+    </message>
+    <message>
+        <source>it is no file</source>
+        <translation>ce n’est pas un fichier</translation>
+    </message>
+    <message>
+        <source>it holds nothing to unpack</source>
+        <translation>elle ne contient rien à extraire</translation>
+    </message>
+    <message>
+        <source>an entry is larger than it claims (%1)</source>
+        <translation>un élément est plus grand qu’annoncé (%1)</translation>
+    </message>
+    <message>
+        <source>Could not unpack &quot;%1&quot; into &quot;%2&quot;</source>
+        <translation>Impossible d’extraire « %1 » dans « %2 »</translation>
+    </message>
+    <message>
+        <source>it is no zip archive</source>
+        <translation>ce n’est pas une archive zip</translation>
+    </message>
+    <message>
+        <source>it has more than %1 entries</source>
+        <translation>elle contient plus de %1 éléments</translation>
+    </message>
+    <message>
+        <source>an entry has no name</source>
+        <translation>un élément n’a pas de nom</translation>
+    </message>
+    <message>
+        <source>the name of the entry is not relative</source>
+        <translation>le nom de l’élément n’est pas relatif</translation>
+    </message>
+    <message>
+        <source>the entry leads out of the folder</source>
+        <translation>l’élément mène hors du dossier</translation>
+    </message>
+    <message>
+        <source>the name of the entry is too long</source>
+        <translation>le nom de l’élément est trop long</translation>
+    </message>
+    <message>
+        <source>the entry is too deep</source>
+        <translation>l’élément est trop profond</translation>
+    </message>
+    <message>
+        <source>the entry is encrypted</source>
+        <translation>l’élément est chiffré</translation>
+    </message>
+    <message>
+        <source>the entry would run as another user</source>
+        <translation>l’élément s’exécuterait sous un autre utilisateur</translation>
+    </message>
+    <message>
+        <source>the entry is a link that leads elsewhere</source>
+        <translation>l’élément est un lien qui mène ailleurs</translation>
+    </message>
+    <message>
+        <source>it has too many links</source>
+        <translation>elle contient trop de liens</translation>
+    </message>
+    <message>
+        <source>the entry is neither a file nor a folder</source>
+        <translation>l’élément n’est ni un fichier ni un dossier</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much</source>
+        <translation>son contenu extrait est trop grand</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much for its size</source>
+        <translation>son contenu extrait est trop grand pour sa taille</translation>
+    </message>
+    <message>
+        <source>the entry lies in something that is no folder</source>
+        <translation>l’élément se trouve dans ce qui n’est pas un dossier</translation>
+    </message>
+    <message>
+        <source>the entry occurs twice</source>
+        <translation>l’élément apparaît deux fois</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be saved: %1</source>
+        <translation>Le fichier téléchargé ne peut pas être enregistré : %1</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: %1.</source>
+        <translation>Le serveur a répondu avec le code HTTP : %1.</translation>
+    </message>
+    <message>
+        <source>The download is longer than the expected %1 bytes.</source>
+        <translation>Le téléchargement dépasse les %1 octets attendus.</translation>
+    </message>
+    <message>
+        <source>The download has %1 of the expected %2 bytes.</source>
+        <translation>Le téléchargement contient %1 des %2 octets attendus.</translation>
+    </message>
+    <message>
+        <source>Network is unreachable. Is your internet connection down?</source>
+        <translation>Le réseau est inaccessible. Votre connexion Internet est-elle coupée ?</translation>
+    </message>
+    <message>
+        <source>Connection Error</source>
+        <translation>Erreur de connexion</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>Erreur d’authentification</translation>
+    </message>
+    <message>
+        <source>There is critical update of Tolvane Brevok application.</source>
+        <translation>Une mise à jour critique de Tolvane Brevok est disponible.</translation>
+    </message>
+    <message>
+        <source>Unexpected server response.</source>
+        <translation>Réponse inattendue du serveur.</translation>
+    </message>
+    <message>
+        <source>The server redirected the request to another server.</source>
+        <translation>Le serveur a redirigé la requête vers un autre serveur.</translation>
+    </message>
+    <message>
+        <source>The server sent more data than expected.</source>
+        <translation>Le serveur a envoyé plus de données que prévu.</translation>
+    </message>
+    <message>
+        <source>Wrong user name or password.</source>
+        <translation>Nom d’utilisateur ou mot de passe incorrect.</translation>
+    </message>
+    <message>
+        <source>Insufficient rights to access Tolvane Brevok verification server.</source>
+        <translation>Droits insuffisants pour accéder au serveur de vérification Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>The requested resource could not be found.
+Server might be temporarily inaccessible.</source>
+        <translation>La ressource demandée est introuvable.
+Le serveur est peut-être temporairement inaccessible.</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: </source>
+        <translation>Le serveur a répondu avec le code HTTP : </translation>
+    </message>
+    <message>
+        <source>continue</source>
+        <translation>continuer</translation>
+    </message>
+    <message>
+        <source>switching protocols</source>
+        <translation>changement de protocole</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>aucune erreur</translation>
+    </message>
+    <message>
+        <source>created</source>
+        <translation>créé</translation>
+    </message>
+    <message>
+        <source>accepted</source>
+        <translation>accepté</translation>
+    </message>
+    <message>
+        <source>non-authoritative information</source>
+        <translation>information ne faisant pas autorité</translation>
+    </message>
+    <message>
+        <source>no content</source>
+        <translation>aucun contenu</translation>
+    </message>
+    <message>
+        <source>reset content</source>
+        <translation>contenu à réinitialiser</translation>
+    </message>
+    <message>
+        <source>partial content</source>
+        <translation>contenu partiel</translation>
+    </message>
+    <message>
+        <source>multiple choices</source>
+        <translation>choix multiples</translation>
+    </message>
+    <message>
+        <source>moved permanently</source>
+        <translation>déplacé définitivement</translation>
+    </message>
+    <message>
+        <source>found</source>
+        <translation>trouvé</translation>
+    </message>
+    <message>
+        <source>see other</source>
+        <translation>voir ailleurs</translation>
+    </message>
+    <message>
+        <source>not modified</source>
+        <translation>non modifié</translation>
+    </message>
+    <message>
+        <source>needs proxy</source>
+        <translation>proxy nécessaire</translation>
+    </message>
+    <message>
+        <source>temporarily redirected</source>
+        <translation>redirigé temporairement</translation>
+    </message>
+    <message>
+        <source>bad request</source>
+        <translation>requête incorrecte</translation>
+    </message>
+    <message>
+        <source>unauthorized</source>
+        <translation>non autorisé</translation>
+    </message>
+    <message>
+        <source>payment required</source>
+        <translation>paiement requis</translation>
+    </message>
+    <message>
+        <source>forbidden</source>
+        <translation>interdit</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>introuvable</translation>
+    </message>
+    <message>
+        <source>method not allowed</source>
+        <translation>méthode non autorisée</translation>
+    </message>
+    <message>
+        <source>unacceptable</source>
+        <translation>inacceptable</translation>
+    </message>
+    <message>
+        <source>proxy authentication required</source>
+        <translation>authentification du proxy requise</translation>
+    </message>
+    <message>
+        <source>request timed out</source>
+        <translation>délai de la requête dépassé</translation>
+    </message>
+    <message>
+        <source>conflict</source>
+        <translation>conflit</translation>
+    </message>
+    <message>
+        <source>no longer exists</source>
+        <translation>n’existe plus</translation>
+    </message>
+    <message>
+        <source>length required</source>
+        <translation>longueur requise</translation>
+    </message>
+    <message>
+        <source>precondition failed</source>
+        <translation>condition préalable non remplie</translation>
+    </message>
+    <message>
+        <source>request too large</source>
+        <translation>requête trop grande</translation>
+    </message>
+    <message>
+        <source>requested URL too long</source>
+        <translation>URL demandée trop longue</translation>
+    </message>
+    <message>
+        <source>unsupported media type</source>
+        <translation>type de média non pris en charge</translation>
+    </message>
+    <message>
+        <source>requested range not satisfiable</source>
+        <translation>plage demandée impossible à fournir</translation>
+    </message>
+    <message>
+        <source>expectation failed</source>
+        <translation>attente non satisfaite</translation>
+    </message>
+    <message>
+        <source>internal server error</source>
+        <translation>erreur interne du serveur</translation>
+    </message>
+    <message>
+        <source>unimplemented</source>
+        <translation>non implémenté</translation>
+    </message>
+    <message>
+        <source>bad gateway</source>
+        <translation>mauvaise passerelle</translation>
+    </message>
+    <message>
+        <source>service unavailable</source>
+        <translation>service indisponible</translation>
+    </message>
+    <message>
+        <source>gateway timed out</source>
+        <translation>délai de la passerelle dépassé</translation>
+    </message>
+    <message>
+        <source>unsupported version</source>
+        <translation>version non prise en charge</translation>
+    </message>
+    <message>
+        <source>informational</source>
+        <translation>information</translation>
+    </message>
+    <message>
+        <source>success</source>
+        <translation>succès</translation>
+    </message>
+    <message>
+        <source>redirected</source>
+        <translation>redirigé</translation>
+    </message>
+    <message>
+        <source>client error</source>
+        <translation>erreur du client</translation>
+    </message>
+    <message>
+        <source>server error</source>
+        <translation>erreur du serveur</translation>
+    </message>
+    <message>
+        <source>Invalid session Id. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>Identifiant de session non valide. Vous avez été déconnecté !
+Veuillez vous reconnecter.</translation>
+    </message>
+    <message>
+        <source>Security Violation Error. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>Violation de sécurité. Vous avez été déconnecté !
+Veuillez vous reconnecter.</translation>
+    </message>
+    <message>
+        <source>Internal Server Error. Please contact Tolvane support.</source>
+        <translation>Erreur interne du serveur. Veuillez contacter l’assistance Tolvane.</translation>
+    </message>
+    <message>
+        <source>The request timed out.</source>
+        <translation>Le délai de la requête est dépassé.</translation>
+    </message>
+    <message>
+        <source>A server with the specified hostname could not be found.</source>
+        <translation>Aucun serveur portant ce nom n’a été trouvé.</translation>
+    </message>
+    <message>
+        <source>Could not connect to the server.</source>
+        <translation>Impossible de se connecter au serveur.</translation>
+    </message>
+    <message>
+        <source>Could not connect to the proxy server.</source>
+        <translation>Impossible de se connecter au serveur proxy.</translation>
+    </message>
+    <message>
+        <source>The network connection was lost.</source>
+        <translation>La connexion au réseau a été perdue.</translation>
+    </message>
+    <message>
+        <source>Too many HTTP redirects.</source>
+        <translation>Trop de redirections HTTP.</translation>
+    </message>
+    <message>
+        <source>A secure connection to the server cannot be made: %1</source>
+        <translation>Impossible d’établir une connexion sécurisée avec le serveur : %1</translation>
+    </message>
+    <message>
+        <source>The request was cancelled.</source>
+        <translation>La requête a été annulée.</translation>
+    </message>
+    <message>
+        <source>The transfer failed: %1</source>
+        <translation>Le transfert a échoué : %1</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not trusted: %1</source>
+        <translation>Le certificat du serveur n’est pas fiable : %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Annuler</translation>
+    </message>
+    <message>
+        <source>Version %1 (%2, %3)</source>
+        <translation>Version %1 (%2, %3)</translation>
+    </message>
+    <message>
+        <source>About %1</source>
+        <translation>À propos de %1</translation>
+    </message>
+    <message>
+        <source>1 update available</source>
+        <translation>1 mise à jour disponible</translation>
+    </message>
+    <message>
+        <source>%1 updates available</source>
+        <translation>%1 mises à jour disponibles</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>Supprimer %1</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Supprimer</translation>
+    </message>
+    <message>
+        <source>More about this Plug-In</source>
+        <translation>En savoir plus sur ce plug-in</translation>
+    </message>
+    <message>
+        <source>%1 is in progress</source>
+        <translation>%1 est en cours</translation>
+    </message>
+    <message>
+        <source>Download of %1</source>
+        <translation>Téléchargement de %1</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Check for Plug-In Updates</source>
+        <translation>Rechercher des mises à jour de plug-ins</translation>
+    </message>
+    <message>
+        <source>Check for Application Update…</source>
+        <translation>Rechercher une mise à jour de l’application…</translation>
+    </message>
+    <message>
+        <source>My Account</source>
+        <translation>Mon compte</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>Préférences…</translation>
+    </message>
+    <message>
+        <source>Reload Images</source>
+        <translation>Recharger les images</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Aide</translation>
+    </message>
+    <message>
+        <source>Report a Bug…</source>
+        <translation>Signaler un problème…</translation>
+    </message>
+    <message>
+        <source>About Tolvane Brevok</source>
+        <translation>À propos de Tolvane Brevok</translation>
+    </message>
+    <message>
+        <source>Quit…</source>
+        <translation>Quitter…</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok</source>
+        <translation>Tolvane Brevok</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to quit</source>
+        <translation>Voulez-vous vraiment quitter</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok needs to be running to keep the Plug-Ins active.</source>
+        <translation>Tolvane Brevok doit rester ouvert pour que les plug-ins restent actifs.</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Quitter</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>Préférences</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Pages</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Compte</translation>
+    </message>
+    <message>
+        <source>Targets</source>
+        <translation>Cibles</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Réglages</translation>
+    </message>
+    <message>
+        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <translation>Connectez-vous pour installer des plug-ins avec ce compte et les tenir à jour.</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail:</source>
+        <translation>&amp;E-mail :</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>&amp;Mot de passe :</translation>
+    </message>
+    <message>
+        <source>Create Account…</source>
+        <translation>Créer un compte…</translation>
+    </message>
+    <message>
+        <source>Start at &amp;login</source>
+        <translation>Lancer à l’ouverture de &amp;session</translation>
+    </message>
+    <message>
+        <source>Show &amp;notifications</source>
+        <translation>Afficher les &amp;notifications</translation>
+    </message>
+    <message>
+        <source>&amp;Check for new versions of this application</source>
+        <translation>&amp;Rechercher les nouvelles versions de cette application</translation>
+    </message>
+    <message>
+        <source>&amp;Update plug-ins automatically</source>
+        <translation>Mettre à jour les plug-ins a&amp;utomatiquement</translation>
+    </message>
+    <message>
+        <source>Write a &amp;detailed log</source>
+        <translation>Écrire un journal &amp;détaillé</translation>
+    </message>
+    <message>
+        <source>Plug-ins are installed into the enabled folders.</source>
+        <translation>Les plug-ins sont installés dans les dossiers activés.</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
+        <translation>Ni InDesign ni InCopy n’a été trouvé. Ajoutez le dossier Plug-Ins de l’application.</translation>
+    </message>
+    <message>
+        <source>&amp;Add…</source>
+        <translation>&amp;Ajouter…</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>&amp;Supprimer</translation>
+    </message>
+    <message>
+        <source>Add Target</source>
+        <translation>Ajouter la cible</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder.</source>
+        <translation>Choisissez le dossier Plug-Ins dans le dossier de l’application Adobe InCopy/InDesign.</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Dossier :</translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>&amp;Parcourir…</translation>
+    </message>
+    <message>
+        <source>&amp;Application:</source>
+        <translation>&amp;Application :</translation>
+    </message>
+    <message>
+        <source>&amp;Version:</source>
+        <translation>&amp;Version :</translation>
+    </message>
+    <message>
+        <source>Sign Out</source>
+        <translation>Se déconnecter</translation>
+    </message>
+    <message>
+        <source>Sign In</source>
+        <translation>Se connecter</translation>
+    </message>
+    <message>
+        <source>Contacting the service…</source>
+        <translation>Connexion au service…</translation>
+    </message>
+    <message>
+        <source>Signed in as %1.</source>
+        <translation>Connecté en tant que %1.</translation>
+    </message>
+    <message>
+        <source>Not signed in.</source>
+        <translation>Non connecté.</translation>
+    </message>
+    <message>
+        <source>Checking for Updates</source>
+        <translation>Recherche de mises à jour</translation>
+    </message>
+    <message>
+        <source>Checking for updates…</source>
+        <translation>Recherche de mises à jour…</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 GB</source>
+        <translation>Téléchargement de %1 sur %2 Go</translation>
+    </message>
+    <message>
+        <source>Downloading %1 GB</source>
+        <translation>Téléchargement de %1 Go</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 MB</source>
+        <translation>Téléchargement de %1 sur %2 Mo</translation>
+    </message>
+    <message>
+        <source>Downloading %1 MB</source>
+        <translation>Téléchargement de %1 Mo</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 KB</source>
+        <translation>Téléchargement de %1 sur %2 Ko</translation>
+    </message>
+    <message>
+        <source>Downloading %1 KB</source>
+        <translation>Téléchargement de %1 Ko</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>Installer</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>Mettre à jour</translation>
+    </message>
+    <message>
+        <source>Up To Date</source>
+        <translation>À jour</translation>
+    </message>
+    <message>
+        <source>No build for your applications</source>
+        <translation>Aucune version pour vos applications</translation>
+    </message>
+    <message>
+        <source>Partly installed</source>
+        <translation>Partiellement installé</translation>
+    </message>
+    <message>
+        <source>Partly outdated</source>
+        <translation>Partiellement obsolète</translation>
+    </message>
+    <message>
+        <source>Working…</source>
+        <translation>En cours…</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>Installation…</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>Se connecter</translation>
+    </message>
+    <message>
+        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
+        <translation>Votre compte apporte vos plug-ins à InDesign et InCopy.</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail address</source>
+        <translation>Adresse &amp;e-mail</translation>
+    </message>
+    <message>
+        <source>&amp;Password</source>
+        <translation>&amp;Mot de passe</translation>
+    </message>
+    <message>
+        <source>E-mail address</source>
+        <translation>Adresse e-mail</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Mot de passe</translation>
+    </message>
+    <message>
+        <source>Contacting the service</source>
+        <translation>Connexion au service</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <source>Plug-Ins</source>
+        <translation>Plug-ins</translation>
+    </message>
+    <message>
+        <source>You are signed out</source>
+        <translation>Vous êtes déconnecté</translation>
+    </message>
+    <message>
+        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <translation>Connectez-vous pour installer vos plug-ins et les tenir à jour.</translation>
+    </message>
+    <message>
+        <source>Sign In…</source>
+        <translation>Se connecter…</translation>
+    </message>
+    <message>
+        <source>No network connection</source>
+        <translation>Aucune connexion réseau</translation>
+    </message>
+    <message>
+        <source>Connect to the internet to install and update Plug-Ins.</source>
+        <translation>Connectez-vous à Internet pour installer et mettre à jour des plug-ins.</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>Réessayer</translation>
+    </message>
+    <message>
+        <source>The service does not answer</source>
+        <translation>Le service ne répond pas</translation>
+    </message>
+    <message>
+        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
+        <translation>Aucune réponse depuis %1. Vos plug-ins installés continuent de fonctionner.</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy found</source>
+        <translation>Ni InDesign ni InCopy trouvé</translation>
+    </message>
+    <message>
+        <source>Choose the applications that Plug-Ins shall go into.</source>
+        <translation>Choisissez les applications qui doivent recevoir les plug-ins.</translation>
+    </message>
+    <message>
+        <source>Choose Applications…</source>
+        <translation>Choisir les applications…</translation>
+    </message>
+    <message>
+        <source>Loading Plug-Ins…</source>
+        <translation>Chargement des plug-ins…</translation>
+    </message>
+    <message>
+        <source>The list is being fetched from the service.</source>
+        <translation>La liste est en cours de récupération auprès du service.</translation>
+    </message>
+    <message>
+        <source>No Plug-Ins yet</source>
+        <translation>Pas encore de plug-ins</translation>
+    </message>
+    <message>
+        <source>The service lists no Plug-Ins for this account.</source>
+        <translation>Le service ne propose aucun plug-in pour ce compte.</translation>
+    </message>
+    <message>
+        <source>Check Again</source>
+        <translation>Vérifier à nouveau</translation>
+    </message>
+    <message>
+        <source>Not signed in</source>
+        <translation>Non connecté</translation>
+    </message>
+    <message>
+        <source>Signed in</source>
+        <translation>Connecté</translation>
+    </message>
+    <message>
+        <source>1 update</source>
+        <translation>1 mise à jour</translation>
+    </message>
+    <message>
+        <source>%1 updates</source>
+        <translation>%1 mises à jour</translation>
+    </message>
+    <message>
+        <source>Other…</source>
+        <translation>Autre…</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucun</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory</source>
+        <translation>Choisir le dossier Plug-Ins</translation>
+    </message>
+    <message>
+        <source>Checking the folder…</source>
+        <translation>Vérification du dossier…</translation>
+    </message>
+    <message>
+        <source>Invalid Plug-Ins path selected!</source>
+        <translation>Chemin Plug-Ins non valide !</translation>
+    </message>
+    <message>
+        <source>The path you specified doesn&apos;t look like a valid Adobe InDesign Plug-Ins folder. Do you want to use it anyway?</source>
+        <translation>Le chemin indiqué ne semble pas être un dossier Plug-Ins d’Adobe InDesign valide. Voulez-vous l’utiliser quand même ?</translation>
+    </message>
+    <message>
+        <source>Enable %1</source>
+        <translation>Activer %1</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>Activé</translation>
+    </message>
+    <message>
+        <source>Plug-Ins folder</source>
+        <translation>Dossier Plug-Ins</translation>
+    </message>
+</context>
+</TS>

@@ -1,0 +1,985 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="ja" sourcelanguage="en">
+<context>
+    <name>Brevok</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Another copy of Tolvane Brevok application is already running.</source>
+        <translation>Tolvane Brevok は既に起動しています。</translation>
+    </message>
+    <message>
+        <source>Only one copy can be run at a time. Quit running Tolvane Brevok to run this copy of Tolvane Brevok application.</source>
+        <translation>同時に起動できるのは 1 つだけです。この Tolvane Brevok を起動するには、起動中の Tolvane Brevok を終了してください。</translation>
+    </message>
+    <message>
+        <source>Failed to update Products data</source>
+        <translation>製品データを更新できませんでした</translation>
+    </message>
+    <message>
+        <source>Failed to update Plug-Ins data</source>
+        <translation>プラグインデータを更新できませんでした</translation>
+    </message>
+    <message>
+        <source>Installer detected one or more unfinished actions. Do you want to finish or discard those actions?</source>
+        <translation>未完了の操作が 1 つ以上見つかりました。これらの操作を完了しますか、それとも破棄しますか?</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session.</source>
+        <translation>Tolvane Brevok がクラッシュしたか、強制終了された可能性があります。前回のセッションのインストールまたは削除の操作が未完了のまま残っています。</translation>
+    </message>
+    <message>
+        <source>Discard Actions</source>
+        <translation>操作を破棄</translation>
+    </message>
+    <message>
+        <source>Finish Actions</source>
+        <translation>操作を完了</translation>
+    </message>
+    <message>
+        <source>Unable to contact the Tolvane Brevok server for %1 days.</source>
+        <translation>%1 日間 Tolvane Brevok サーバーに接続できません。</translation>
+    </message>
+    <message>
+        <source>You&apos;re up-to-date!</source>
+        <translation>最新の状態です。</translation>
+    </message>
+    <message>
+        <source>There are no new Plug-In updates available.</source>
+        <translation>新しいプラグインのアップデートはありません。</translation>
+    </message>
+    <message>
+        <source>Plug-In update available!</source>
+        <translation>プラグインのアップデートがあります。</translation>
+    </message>
+    <message>
+        <source>%1 Plug-In update is available.</source>
+        <translation>%1 個のプラグインのアップデートがあります。</translation>
+    </message>
+    <message>
+        <source>Plug-In updates available!</source>
+        <translation>プラグインのアップデートがあります。</translation>
+    </message>
+    <message>
+        <source>You have %1 Plug-In updates available.</source>
+        <translation>%1 個のプラグインのアップデートがあります。</translation>
+    </message>
+    <message>
+        <source>Incorrect input to installPlugin:</source>
+        <translation>installPlugin: への入力が正しくありません</translation>
+    </message>
+    <message>
+        <source>Incorrect input to removeItemAtPath:</source>
+        <translation>removeItemAtPath: への入力が正しくありません</translation>
+    </message>
+    <message>
+        <source>The plug-in could not be installed at %1.</source>
+        <translation>プラグインを %1 にインストールできませんでした。</translation>
+    </message>
+    <message>
+        <source>The archive %1 did not put a plug-in at %2.</source>
+        <translation>アーカイブ %1 から %2 にプラグインが作成されませんでした。</translation>
+    </message>
+    <message>
+        <source>The workspace could not be installed at %1.</source>
+        <translation>ワークスペースを %1 にインストールできませんでした。</translation>
+    </message>
+    <message>
+        <source>The plug-in at %1 could not be removed.</source>
+        <translation>%1 のプラグインを削除できませんでした。</translation>
+    </message>
+    <message>
+        <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
+        <translation>「%1.InDesignPlugin」をインストールできませんでした。</translation>
+    </message>
+    <message>
+        <source>Multiple errors have occured. Please contact Tolvane support.</source>
+        <translation>複数のエラーが発生しました。Tolvane サポートにお問い合わせください。</translation>
+    </message>
+    <message>
+        <source>Error: %1</source>
+        <translation>エラー: %1</translation>
+    </message>
+    <message>
+        <source>The folder %1 could not be made.</source>
+        <translation>フォルダー %1 を作成できませんでした。</translation>
+    </message>
+    <message>
+        <source>The folder %1 is not writable.</source>
+        <translation>フォルダー %1 に書き込めません。</translation>
+    </message>
+    <message>
+        <source>Failed to download %1, from %2</source>
+        <translation>%1 を %2 からダウンロードできませんでした</translation>
+    </message>
+    <message>
+        <source>The plug-in name “%1” cannot be used as a file name.</source>
+        <translation>プラグイン名「%1」はファイル名として使用できません。</translation>
+    </message>
+    <message>
+        <source>To take advantage of newly installed Plug-Ins, restart %1.
+
+Do you want to quit %1 now or do it yourself later?</source>
+        <translation>新しくインストールしたプラグインを使用するには、%1 を再起動してください。
+
+今すぐ %1 を終了しますか、それとも後で自分で終了しますか?</translation>
+    </message>
+    <message>
+        <source>Quit %1</source>
+        <translation>%1 を終了</translation>
+    </message>
+    <message>
+        <source>Continue</source>
+        <translation>続ける</translation>
+    </message>
+    <message>
+        <source>Adobe %1 %2 is running.</source>
+        <translation>Adobe %1 %2 が起動しています。</translation>
+    </message>
+    <message>
+        <source>Removing Plug-Ins from running Adobe %1 can lead to unexpected behaviour, you should quit %1 before proceeding.</source>
+        <translation>起動中の Adobe %1 からプラグインを削除すると、予期しない動作をすることがあります。続ける前に %1 を終了してください。</translation>
+    </message>
+    <message>
+        <source>Could not create the folder &quot;%1&quot;</source>
+        <translation>フォルダー「%1」を作成できませんでした</translation>
+    </message>
+    <message>
+        <source>Could not remove &quot;%1&quot;</source>
+        <translation>「%1」を削除できませんでした</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot;</source>
+        <translation>「%1」を「%2」にコピーできませんでした</translation>
+    </message>
+    <message>
+        <source>Could not copy &quot;%1&quot; to &quot;%2&quot; (at &quot;%3&quot;)</source>
+        <translation>「%1」を「%2」にコピーできませんでした (「%3」)</translation>
+    </message>
+    <message>
+        <source>Could not open the archive &quot;%1&quot;</source>
+        <translation>アーカイブ「%1」を開けませんでした</translation>
+    </message>
+    <message>
+        <source>Could not open the folder &quot;%1&quot;</source>
+        <translation>フォルダー「%1」を開けませんでした</translation>
+    </message>
+    <message>
+        <source>Could not change the owner and permissions of &quot;%1&quot;</source>
+        <translation>「%1」の所有者とアクセス権を変更できませんでした</translation>
+    </message>
+    <message>
+        <source>This system offers no privileged helper.</source>
+        <translation>このシステムでは特権ヘルパーを利用できません。</translation>
+    </message>
+    <message>
+        <source>it is no file</source>
+        <translation>ファイルではありません</translation>
+    </message>
+    <message>
+        <source>it holds nothing to unpack</source>
+        <translation>展開する内容がありません</translation>
+    </message>
+    <message>
+        <source>an entry is larger than it claims (%1)</source>
+        <translation>項目が表示より大きくなっています (%1)</translation>
+    </message>
+    <message>
+        <source>Could not unpack &quot;%1&quot; into &quot;%2&quot;</source>
+        <translation>「%1」を「%2」に展開できませんでした</translation>
+    </message>
+    <message>
+        <source>it is no zip archive</source>
+        <translation>zip アーカイブではありません</translation>
+    </message>
+    <message>
+        <source>it has more than %1 entries</source>
+        <translation>項目が %1 個を超えています</translation>
+    </message>
+    <message>
+        <source>an entry has no name</source>
+        <translation>名前のない項目があります</translation>
+    </message>
+    <message>
+        <source>the name of the entry is not relative</source>
+        <translation>項目の名前が相対パスではありません</translation>
+    </message>
+    <message>
+        <source>the entry leads out of the folder</source>
+        <translation>項目がフォルダーの外を指しています</translation>
+    </message>
+    <message>
+        <source>the name of the entry is too long</source>
+        <translation>項目の名前が長すぎます</translation>
+    </message>
+    <message>
+        <source>the entry is too deep</source>
+        <translation>項目の階層が深すぎます</translation>
+    </message>
+    <message>
+        <source>the entry is encrypted</source>
+        <translation>項目が暗号化されています</translation>
+    </message>
+    <message>
+        <source>the entry would run as another user</source>
+        <translation>項目が別のユーザーとして実行されます</translation>
+    </message>
+    <message>
+        <source>the entry is a link that leads elsewhere</source>
+        <translation>項目が別の場所を指すリンクです</translation>
+    </message>
+    <message>
+        <source>it has too many links</source>
+        <translation>リンクが多すぎます</translation>
+    </message>
+    <message>
+        <source>the entry is neither a file nor a folder</source>
+        <translation>項目がファイルでもフォルダーでもありません</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much</source>
+        <translation>展開後のサイズが大きすぎます</translation>
+    </message>
+    <message>
+        <source>it unpacks to too much for its size</source>
+        <translation>展開後のサイズが元のサイズに対して大きすぎます</translation>
+    </message>
+    <message>
+        <source>the entry lies in something that is no folder</source>
+        <translation>項目がフォルダーではないものの中にあります</translation>
+    </message>
+    <message>
+        <source>the entry occurs twice</source>
+        <translation>項目が重複しています</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be saved: %1</source>
+        <translation>ダウンロードしたファイルを保存できません: %1</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: %1.</source>
+        <translation>サーバーの応答の HTTP コード: %1。</translation>
+    </message>
+    <message>
+        <source>The download is longer than the expected %1 bytes.</source>
+        <translation>ダウンロードが想定の %1 バイトを超えています。</translation>
+    </message>
+    <message>
+        <source>The download has %1 of the expected %2 bytes.</source>
+        <translation>ダウンロードは %1 バイトで、想定は %2 バイトです。</translation>
+    </message>
+    <message>
+        <source>Network is unreachable. Is your internet connection down?</source>
+        <translation>ネットワークに接続できません。インターネット接続が切れていませんか?</translation>
+    </message>
+    <message>
+        <source>Connection Error</source>
+        <translation>接続エラー</translation>
+    </message>
+    <message>
+        <source>Authentication Error</source>
+        <translation>認証エラー</translation>
+    </message>
+    <message>
+        <source>There is critical update of Tolvane Brevok application.</source>
+        <translation>Tolvane Brevok の重要なアップデートがあります。</translation>
+    </message>
+    <message>
+        <source>Unexpected server response.</source>
+        <translation>サーバーから予期しない応答がありました。</translation>
+    </message>
+    <message>
+        <source>The server redirected the request to another server.</source>
+        <translation>サーバーがリクエストを別のサーバーに転送しました。</translation>
+    </message>
+    <message>
+        <source>The server sent more data than expected.</source>
+        <translation>サーバーが想定より多くのデータを送信しました。</translation>
+    </message>
+    <message>
+        <source>Wrong user name or password.</source>
+        <translation>ユーザー名またはパスワードが違います。</translation>
+    </message>
+    <message>
+        <source>Insufficient rights to access Tolvane Brevok verification server.</source>
+        <translation>Tolvane Brevok 認証サーバーにアクセスする権限がありません。</translation>
+    </message>
+    <message>
+        <source>The requested resource could not be found.
+Server might be temporarily inaccessible.</source>
+        <translation>要求されたリソースが見つかりませんでした。
+サーバーに一時的に接続できない可能性があります。</translation>
+    </message>
+    <message>
+        <source>Server responded with HTTP code: </source>
+        <translation>サーバーの応答の HTTP コード: </translation>
+    </message>
+    <message>
+        <source>continue</source>
+        <translation>継続</translation>
+    </message>
+    <message>
+        <source>switching protocols</source>
+        <translation>プロトコルの切り替え</translation>
+    </message>
+    <message>
+        <source>no error</source>
+        <translation>エラーなし</translation>
+    </message>
+    <message>
+        <source>created</source>
+        <translation>作成済み</translation>
+    </message>
+    <message>
+        <source>accepted</source>
+        <translation>受理</translation>
+    </message>
+    <message>
+        <source>non-authoritative information</source>
+        <translation>信頼できない情報</translation>
+    </message>
+    <message>
+        <source>no content</source>
+        <translation>内容なし</translation>
+    </message>
+    <message>
+        <source>reset content</source>
+        <translation>内容のリセット</translation>
+    </message>
+    <message>
+        <source>partial content</source>
+        <translation>部分的な内容</translation>
+    </message>
+    <message>
+        <source>multiple choices</source>
+        <translation>複数の選択肢</translation>
+    </message>
+    <message>
+        <source>moved permanently</source>
+        <translation>恒久的に移動</translation>
+    </message>
+    <message>
+        <source>found</source>
+        <translation>発見</translation>
+    </message>
+    <message>
+        <source>see other</source>
+        <translation>他を参照</translation>
+    </message>
+    <message>
+        <source>not modified</source>
+        <translation>変更なし</translation>
+    </message>
+    <message>
+        <source>needs proxy</source>
+        <translation>プロキシが必要</translation>
+    </message>
+    <message>
+        <source>temporarily redirected</source>
+        <translation>一時的な転送</translation>
+    </message>
+    <message>
+        <source>bad request</source>
+        <translation>不正なリクエスト</translation>
+    </message>
+    <message>
+        <source>unauthorized</source>
+        <translation>未認証</translation>
+    </message>
+    <message>
+        <source>payment required</source>
+        <translation>支払いが必要</translation>
+    </message>
+    <message>
+        <source>forbidden</source>
+        <translation>禁止</translation>
+    </message>
+    <message>
+        <source>not found</source>
+        <translation>見つかりません</translation>
+    </message>
+    <message>
+        <source>method not allowed</source>
+        <translation>許可されていないメソッド</translation>
+    </message>
+    <message>
+        <source>unacceptable</source>
+        <translation>受理できません</translation>
+    </message>
+    <message>
+        <source>proxy authentication required</source>
+        <translation>プロキシ認証が必要</translation>
+    </message>
+    <message>
+        <source>request timed out</source>
+        <translation>リクエストのタイムアウト</translation>
+    </message>
+    <message>
+        <source>conflict</source>
+        <translation>競合</translation>
+    </message>
+    <message>
+        <source>no longer exists</source>
+        <translation>既に存在しません</translation>
+    </message>
+    <message>
+        <source>length required</source>
+        <translation>長さが必要</translation>
+    </message>
+    <message>
+        <source>precondition failed</source>
+        <translation>前提条件の不成立</translation>
+    </message>
+    <message>
+        <source>request too large</source>
+        <translation>リクエストが大きすぎます</translation>
+    </message>
+    <message>
+        <source>requested URL too long</source>
+        <translation>要求された URL が長すぎます</translation>
+    </message>
+    <message>
+        <source>unsupported media type</source>
+        <translation>未対応のメディアタイプ</translation>
+    </message>
+    <message>
+        <source>requested range not satisfiable</source>
+        <translation>要求された範囲を満たせません</translation>
+    </message>
+    <message>
+        <source>expectation failed</source>
+        <translation>期待に応えられません</translation>
+    </message>
+    <message>
+        <source>internal server error</source>
+        <translation>サーバー内部エラー</translation>
+    </message>
+    <message>
+        <source>unimplemented</source>
+        <translation>未実装</translation>
+    </message>
+    <message>
+        <source>bad gateway</source>
+        <translation>不正なゲートウェイ</translation>
+    </message>
+    <message>
+        <source>service unavailable</source>
+        <translation>サービス利用不可</translation>
+    </message>
+    <message>
+        <source>gateway timed out</source>
+        <translation>ゲートウェイのタイムアウト</translation>
+    </message>
+    <message>
+        <source>unsupported version</source>
+        <translation>未対応のバージョン</translation>
+    </message>
+    <message>
+        <source>informational</source>
+        <translation>情報</translation>
+    </message>
+    <message>
+        <source>success</source>
+        <translation>成功</translation>
+    </message>
+    <message>
+        <source>redirected</source>
+        <translation>転送</translation>
+    </message>
+    <message>
+        <source>client error</source>
+        <translation>クライアントエラー</translation>
+    </message>
+    <message>
+        <source>server error</source>
+        <translation>サーバーエラー</translation>
+    </message>
+    <message>
+        <source>Invalid session Id. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>セッション ID が無効です。サインアウトされました。
+もう一度サインインしてください。</translation>
+    </message>
+    <message>
+        <source>Security Violation Error. You have been logged out!
+Please try to sign-in again.</source>
+        <translation>セキュリティ違反エラー。サインアウトされました。
+もう一度サインインしてください。</translation>
+    </message>
+    <message>
+        <source>Internal Server Error. Please contact Tolvane support.</source>
+        <translation>サーバー内部エラー。Tolvane サポートにお問い合わせください。</translation>
+    </message>
+    <message>
+        <source>The request timed out.</source>
+        <translation>リクエストがタイムアウトしました。</translation>
+    </message>
+    <message>
+        <source>A server with the specified hostname could not be found.</source>
+        <translation>指定された名前のサーバーが見つかりませんでした。</translation>
+    </message>
+    <message>
+        <source>Could not connect to the server.</source>
+        <translation>サーバーに接続できませんでした。</translation>
+    </message>
+    <message>
+        <source>Could not connect to the proxy server.</source>
+        <translation>プロキシサーバーに接続できませんでした。</translation>
+    </message>
+    <message>
+        <source>The network connection was lost.</source>
+        <translation>ネットワーク接続が切れました。</translation>
+    </message>
+    <message>
+        <source>Too many HTTP redirects.</source>
+        <translation>HTTP の転送が多すぎます。</translation>
+    </message>
+    <message>
+        <source>A secure connection to the server cannot be made: %1</source>
+        <translation>サーバーへの安全な接続ができません: %1</translation>
+    </message>
+    <message>
+        <source>The request was cancelled.</source>
+        <translation>リクエストがキャンセルされました。</translation>
+    </message>
+    <message>
+        <source>The transfer failed: %1</source>
+        <translation>転送に失敗しました: %1</translation>
+    </message>
+    <message>
+        <source>The certificate of the server is not trusted: %1</source>
+        <translation>サーバーの証明書は信頼されていません: %1</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>キャンセル</translation>
+    </message>
+    <message>
+        <source>Version %1 (%2, %3)</source>
+        <translation>バージョン %1 (%2, %3)</translation>
+    </message>
+    <message>
+        <source>About %1</source>
+        <translation>%1 について</translation>
+    </message>
+    <message>
+        <source>1 update available</source>
+        <translation>1 個のアップデートがあります</translation>
+    </message>
+    <message>
+        <source>%1 updates available</source>
+        <translation>%1 個のアップデートがあります</translation>
+    </message>
+    <message>
+        <source>Remove %1</source>
+        <translation>%1 を削除</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>削除</translation>
+    </message>
+    <message>
+        <source>More about this Plug-In</source>
+        <translation>このプラグインの詳細</translation>
+    </message>
+    <message>
+        <source>%1 is in progress</source>
+        <translation>%1 は処理中です</translation>
+    </message>
+    <message>
+        <source>Download of %1</source>
+        <translation>%1 のダウンロード</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%1 %2</translation>
+    </message>
+    <message>
+        <source>Check for Plug-In Updates</source>
+        <translation>プラグインのアップデートを確認</translation>
+    </message>
+    <message>
+        <source>Check for Application Update…</source>
+        <translation>アプリケーションのアップデートを確認…</translation>
+    </message>
+    <message>
+        <source>My Account</source>
+        <translation>マイアカウント</translation>
+    </message>
+    <message>
+        <source>Preferences…</source>
+        <translation>環境設定…</translation>
+    </message>
+    <message>
+        <source>Reload Images</source>
+        <translation>画像を再読み込み</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>ヘルプ</translation>
+    </message>
+    <message>
+        <source>Report a Bug…</source>
+        <translation>問題を報告…</translation>
+    </message>
+    <message>
+        <source>About Tolvane Brevok</source>
+        <translation>Tolvane Brevok について</translation>
+    </message>
+    <message>
+        <source>Quit…</source>
+        <translation>終了…</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok</source>
+        <translation>Tolvane Brevok</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to quit</source>
+        <translation>本当に終了しますか</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok needs to be running to keep the Plug-Ins active.</source>
+        <translation>プラグインを有効に保つには、Tolvane Brevok が起動している必要があります。</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>終了</translation>
+    </message>
+    <message>
+        <source>Preferences</source>
+        <translation>環境設定</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>ページ</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>アカウント</translation>
+    </message>
+    <message>
+        <source>Targets</source>
+        <translation>対象</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>設定</translation>
+    </message>
+    <message>
+        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <translation>このアカウントでプラグインをインストールし、最新に保つには、サインインしてください。</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail:</source>
+        <translation>メール(&amp;E):</translation>
+    </message>
+    <message>
+        <source>&amp;Password:</source>
+        <translation>パスワード(&amp;P):</translation>
+    </message>
+    <message>
+        <source>Create Account…</source>
+        <translation>アカウントを作成…</translation>
+    </message>
+    <message>
+        <source>Start at &amp;login</source>
+        <translation>ログイン時に起動(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Show &amp;notifications</source>
+        <translation>通知を表示(&amp;N)</translation>
+    </message>
+    <message>
+        <source>&amp;Check for new versions of this application</source>
+        <translation>このアプリケーションの新しいバージョンを確認(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Update plug-ins automatically</source>
+        <translation>プラグインを自動的にアップデート(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Write a &amp;detailed log</source>
+        <translation>詳細なログを記録(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Plug-ins are installed into the enabled folders.</source>
+        <translation>プラグインは有効なフォルダーにインストールされます。</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
+        <translation>InDesign も InCopy も見つかりませんでした。アプリケーションの Plug-Ins フォルダーを追加してください。</translation>
+    </message>
+    <message>
+        <source>&amp;Add…</source>
+        <translation>追加(&amp;A)…</translation>
+    </message>
+    <message>
+        <source>&amp;Remove</source>
+        <translation>削除(&amp;R)</translation>
+    </message>
+    <message>
+        <source>Add Target</source>
+        <translation>対象を追加</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder.</source>
+        <translation>Adobe InCopy/InDesign のアプリケーションフォルダーにある Plug-Ins フォルダーを選択してください。</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>フォルダー(&amp;F):</translation>
+    </message>
+    <message>
+        <source>&amp;Browse…</source>
+        <translation>参照(&amp;B)…</translation>
+    </message>
+    <message>
+        <source>&amp;Application:</source>
+        <translation>アプリケーション(&amp;A):</translation>
+    </message>
+    <message>
+        <source>&amp;Version:</source>
+        <translation>バージョン(&amp;V):</translation>
+    </message>
+    <message>
+        <source>Sign Out</source>
+        <translation>サインアウト</translation>
+    </message>
+    <message>
+        <source>Sign In</source>
+        <translation>サインイン</translation>
+    </message>
+    <message>
+        <source>Contacting the service…</source>
+        <translation>サービスに接続中…</translation>
+    </message>
+    <message>
+        <source>Signed in as %1.</source>
+        <translation>%1 としてサインインしています。</translation>
+    </message>
+    <message>
+        <source>Not signed in.</source>
+        <translation>サインインしていません。</translation>
+    </message>
+    <message>
+        <source>Checking for Updates</source>
+        <translation>アップデートの確認</translation>
+    </message>
+    <message>
+        <source>Checking for updates…</source>
+        <translation>アップデートを確認中…</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 GB</source>
+        <translation>ダウンロード中 %1 / %2 GB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 GB</source>
+        <translation>ダウンロード中 %1 GB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 MB</source>
+        <translation>ダウンロード中 %1 / %2 MB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 MB</source>
+        <translation>ダウンロード中 %1 MB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 of %2 KB</source>
+        <translation>ダウンロード中 %1 / %2 KB</translation>
+    </message>
+    <message>
+        <source>Downloading %1 KB</source>
+        <translation>ダウンロード中 %1 KB</translation>
+    </message>
+    <message>
+        <source>Install</source>
+        <translation>インストール</translation>
+    </message>
+    <message>
+        <source>Update</source>
+        <translation>アップデート</translation>
+    </message>
+    <message>
+        <source>Up To Date</source>
+        <translation>最新</translation>
+    </message>
+    <message>
+        <source>No build for your applications</source>
+        <translation>お使いのアプリケーション用のビルドがありません</translation>
+    </message>
+    <message>
+        <source>Partly installed</source>
+        <translation>一部インストール済み</translation>
+    </message>
+    <message>
+        <source>Partly outdated</source>
+        <translation>一部が古いバージョンです</translation>
+    </message>
+    <message>
+        <source>Working…</source>
+        <translation>処理中…</translation>
+    </message>
+    <message>
+        <source>Installing…</source>
+        <translation>インストール中…</translation>
+    </message>
+    <message>
+        <source>Sign in</source>
+        <translation>サインイン</translation>
+    </message>
+    <message>
+        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
+        <translation>アカウントのプラグインを InDesign と InCopy で使えます。</translation>
+    </message>
+    <message>
+        <source>&amp;E-mail address</source>
+        <translation>メールアドレス(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Password</source>
+        <translation>パスワード(&amp;P)</translation>
+    </message>
+    <message>
+        <source>E-mail address</source>
+        <translation>メールアドレス</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>パスワード</translation>
+    </message>
+    <message>
+        <source>Contacting the service</source>
+        <translation>サービスに接続中</translation>
+    </message>
+    <message>
+        <source>Options</source>
+        <translation>オプション</translation>
+    </message>
+    <message>
+        <source>Plug-Ins</source>
+        <translation>プラグイン</translation>
+    </message>
+    <message>
+        <source>You are signed out</source>
+        <translation>サインアウトしています</translation>
+    </message>
+    <message>
+        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <translation>サインインすると、プラグインをインストールし、最新に保てます。</translation>
+    </message>
+    <message>
+        <source>Sign In…</source>
+        <translation>サインイン…</translation>
+    </message>
+    <message>
+        <source>No network connection</source>
+        <translation>ネットワーク接続がありません</translation>
+    </message>
+    <message>
+        <source>Connect to the internet to install and update Plug-Ins.</source>
+        <translation>プラグインをインストール、アップデートするには、インターネットに接続してください。</translation>
+    </message>
+    <message>
+        <source>Try Again</source>
+        <translation>再試行</translation>
+    </message>
+    <message>
+        <source>The service does not answer</source>
+        <translation>サービスが応答しません</translation>
+    </message>
+    <message>
+        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
+        <translation>%1 から応答がありません。インストール済みのプラグインは引き続き使えます。</translation>
+    </message>
+    <message>
+        <source>No InDesign or InCopy found</source>
+        <translation>InDesign も InCopy も見つかりません</translation>
+    </message>
+    <message>
+        <source>Choose the applications that Plug-Ins shall go into.</source>
+        <translation>プラグインをインストールするアプリケーションを選択してください。</translation>
+    </message>
+    <message>
+        <source>Choose Applications…</source>
+        <translation>アプリケーションを選択…</translation>
+    </message>
+    <message>
+        <source>Loading Plug-Ins…</source>
+        <translation>プラグインを読み込み中…</translation>
+    </message>
+    <message>
+        <source>The list is being fetched from the service.</source>
+        <translation>サービスから一覧を取得しています。</translation>
+    </message>
+    <message>
+        <source>No Plug-Ins yet</source>
+        <translation>プラグインはまだありません</translation>
+    </message>
+    <message>
+        <source>The service lists no Plug-Ins for this account.</source>
+        <translation>このアカウントのプラグインはサービスにありません。</translation>
+    </message>
+    <message>
+        <source>Check Again</source>
+        <translation>もう一度確認</translation>
+    </message>
+    <message>
+        <source>Not signed in</source>
+        <translation>サインインしていません</translation>
+    </message>
+    <message>
+        <source>Signed in</source>
+        <translation>サインイン済み</translation>
+    </message>
+    <message>
+        <source>1 update</source>
+        <translation>1 個のアップデート</translation>
+    </message>
+    <message>
+        <source>%1 updates</source>
+        <translation>%1 個のアップデート</translation>
+    </message>
+    <message>
+        <source>Other…</source>
+        <translation>その他…</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>Chose Plug-Ins directory</source>
+        <translation>Plug-Ins フォルダーを選択</translation>
+    </message>
+    <message>
+        <source>Checking the folder…</source>
+        <translation>フォルダーを確認中…</translation>
+    </message>
+    <message>
+        <source>Invalid Plug-Ins path selected!</source>
+        <translation>選択された Plug-Ins のパスが無効です。</translation>
+    </message>
+    <message>
+        <source>The path you specified doesn&apos;t look like a valid Adobe InDesign Plug-Ins folder. Do you want to use it anyway?</source>
+        <translation>指定されたパスは有効な Adobe InDesign の Plug-Ins フォルダーではないようです。それでも使用しますか?</translation>
+    </message>
+    <message>
+        <source>Enable %1</source>
+        <translation>%1 を有効にする</translation>
+    </message>
+    <message>
+        <source>Enabled</source>
+        <translation>有効</translation>
+    </message>
+    <message>
+        <source>Plug-Ins folder</source>
+        <translation>Plug-Ins フォルダー</translation>
+    </message>
+</context>
+</TS>

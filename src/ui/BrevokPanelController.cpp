@@ -236,7 +236,9 @@ void BrevokPanelController::windowOrderedOut()
 {
     m_closedByFocusLoss = false;
     m_packagesTab->setOnScreen(false);
-    updateAccountTab(); // a tab that had to wait for the panel to be closed
+    if (!m_signedIn && m_accountTab->selectedTab() == PanelTab::Packages) {
+        updateAccountTab(); // the tab had to wait for the panel to be closed
+    }
 }
 
 void BrevokPanelController::sessionStatusChanged()

@@ -52,6 +52,7 @@ PanelButton::PanelButton(QWidget *parent)
     : QPushButton(parent)
 {
     setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus); // the ring is for the keyboard
     setAutoDefault(true);
     setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
@@ -138,6 +139,7 @@ SymbolButton::SymbolButton(QWidget *parent)
     : QPushButton(parent)
 {
     setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::TabFocus); // the ring is for the keyboard
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

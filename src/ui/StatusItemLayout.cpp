@@ -47,8 +47,11 @@ QSize bitmapSize(double length, double thickness, double devicePixelRatio)
 
 bool isWide(const QSize &granted, double length, bool hasNumber, bool wasWide)
 {
-    const bool roomy = granted.width() > granted.height() && granted.width() >= std::floor(length);
-    return hasNumber ? roomy : wasWide && granted.width() >= std::floor(length);
+    if (granted.width() < std::floor(length)) {
+        return false;
+    }
+    const bool oblong = granted.width() > granted.height();
+    return hasNumber ? oblong : granted.width() == qCeil(length) || (wasWide && oblong);
 }
 
 QString badgeText(qint64 updates, int side)

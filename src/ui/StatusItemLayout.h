@@ -13,6 +13,9 @@ namespace brevok::statusitem {
 
 /// The length that a new item is asked for.
 inline constexpr double initialLength = 24.0;
+/// Bars above this height get a square, large enough to show a badge, in place of a small icon in a wide
+/// item.
+inline constexpr double highestWideBar = 36.0;
 /// Around the icon; the number follows at the same distance as one half of it.
 inline constexpr double padding = 8.0;
 inline constexpr double numberGap = 4.0;
@@ -42,7 +45,8 @@ struct Layout {
 [[nodiscard]] QSize bitmapSize(double length, double thickness, double devicePixelRatio);
 
 /// Whether a place of @p granted pixels shows the wide layout (icon and number side by side) rather than a
-/// square with a badge. Without a number both would fit a wide place, so the item stays as it was.
+/// square with a badge, for an item of @p length pixels. Without a number there is no telling by the shape:
+/// the place is wide when it is as long as was asked for, or was wide before.
 [[nodiscard]] bool isWide(const QSize &granted, double length, bool hasNumber, bool wasWide);
 
 /// The number as the badge of a square of @p side pixels; what has no room there is rounded down to a text

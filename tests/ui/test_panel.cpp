@@ -160,6 +160,14 @@ private Q_SLOTS:
         type(u"ada@example.com"_s);
         press(Qt::Key_Return);
         QCOMPARE(QApplication::focusWidget(), password);
+        press(Qt::Key_Escape);
+        QTRY_VERIFY(!rig.panel->window()->isVisible());
+        QWidget other;
+        other.show();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        rig.open();
+        QCOMPARE(email->text(), u"ada@example.com"_s); // what was typed is kept
+        QTRY_COMPARE(QApplication::focusWidget(), password);
         type(u"wrong"_s);
         press(Qt::Key_Return);
         QVERIFY(password->isHidden() && !email->isEnabled());

@@ -1,0 +1,218 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "support/XembedTray.h"
+#include "ui/BrevokMenubarController.h"
+#include "ui/linux/LinuxStatusBar.h"
+#include "ui/StatusBar.h"
+#include "ui/StatusItemImage.h"
+#include "ui/StatusItemLayout.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QPainter>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QScreen>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+using namespace brevok;
+using brevok::testing::XembedTray;
+
+namespace {
+
+/// The number of pixels in @p image that are like @p colour.
+int pixelsLike(const QImage &image, const QColor &colour)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            const QColor pixel = image.pixelColor(x, y);
+            count += qAbs(pixel.red() - colour.red()) + qAbs(pixel.green() - colour.green())
+                    + qAbs(pixel.blue() - colour.blue())
+                < 24;
+        }
+    }
+    return count;
+}
+
+/// The bus' list of items.
+class Watcher final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.kde.StatusNotifierWatcher")
+    Q_PROPERTY(bool IsStatusNotifierHostRegistered READ hasHost)
+
+public:
+    [[nodiscard]] bool hasHost() const { return host; }
+    QStringList items;
+    bool host = false;
+
+public Q_SLOTS:
+    void RegisterStatusNotifierItem(const QString &item) { items.append(item); }
+
+Q_SIGNALS:
+    void StatusNotifierHostRegistered();
+};
+
+} // namespace
+
+/// Real trays on a display of the test's own.
+class TrayWindowTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        m_bar = std::make_unique<LinuxStatusBar>(QDBusConnection::sessionBus());
+    }
+
+    void comesBackAfterEveryCrashOfItsHost()
+    {
+        BrevokMenubarController controller(*m_bar);
+        controller.setUpdates(3);
+        QVERIFY(!controller.statusItem().frameOnScreen());
+        for (int life = 0; life < 3; ++life) {
+            QProcess host;
+            host.start(
+                u"trayer"_s, {u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s, u"--height"_s, u"24"_s});
+            QVERIFY(host.waitForStarted());
+            QTRY_VERIFY(controller.statusItem().frameOnScreen());
+            // This host gives the width that an item asks for.
+            QTRY_COMPARE(
+                controller.statusItem().frameOnScreen()->width(), qCeil(controller.statusItem().length()));
+            QTRY_VERIFY(QGuiApplication::primaryScreen()->geometry().contains(
+                controller.statusItem().frameOnScreen()->center()));
+            QVERIFY(controller.statusItem().screen() != nullptr);
+            host.kill();
+            QVERIFY(host.waitForFinished());
+            QTRY_VERIFY(!controller.statusItem().frameOnScreen());
+        }
+    }
+
+    void hostThatGivesRoomShowsTheWideLayout_data()
+    {
+        QTest::addColumn<QColor>("bar");
+        QTest::addColumn<QColor>("told");
+        QTest::addColumn<QColor>("shown");
+        QTest::newRow("light bar") << QColor(u"#f0f0f0"_s) << QColor() << QColor(u"#232629"_s);
+        QTest::newRow("dark bar") << QColor(u"#202020"_s) << QColor() << QColor(u"#ffffff"_s);
+        QTest::newRow("bar with its own colour")
+            << QColor(u"#202020"_s) << QColor(u"#ffd200"_s) << QColor(u"#ffd200"_s);
+    }
+    void hostThatGivesRoomShowsTheWideLayout()
+    {
+        QFETCH(QColor, bar);
+        QFETCH(QColor, told);
+        QFETCH(QColor, shown);
+        BrevokMenubarController controller(*m_bar);
+        XembedTray tray(bar, 24);
+        if (told.isValid()) {
+            tray.setTextColour(told);
+        }
+        QTRY_VERIFY(tray.items() > 0);
+        QTRY_COMPARE(tray.itemSize(), QSize(24, 24));
+        QTRY_VERIFY(pixelsLike(tray.itemPicture(), shown) > 60);
+        controller.setUpdates(128);
+        const int width = qCeil(controller.statusItem().length());
+        QVERIFY(width > 40);
+        QTRY_COMPARE(tray.itemSize(), QSize(width, 24));
+        // The number stands right of the icon.
+        QTRY_VERIFY(pixelsLike(tray.itemPicture().copy(23, 0, width - 23, 24), bar) < (width - 23) * 24 - 40);
+        QTRY_COMPARE(controller.statusItem().frameOnScreen(), std::optional(QRect(200, 0, width, 24)));
+        QCOMPARE(pixelsLike(tray.itemPicture(), QColor(u"#d92d20"_s)), 0);
+        controller.setUpdates(0);
+        QTRY_COMPARE(tray.itemSize(), QSize(24, 24));
+        QTRY_VERIFY(pixelsLike(tray.itemPicture().copy(4, 4, 16, 16), shown) > 60);
+    }
+
+    void highBarShowsASquareWithABadge()
+    {
+        BrevokMenubarController controller(*m_bar);
+        controller.setUpdates(47);
+        const XembedTray tray(Qt::white, 48);
+        QTRY_COMPARE(tray.itemSize(), QSize(48, 48));
+        QTRY_COMPARE(controller.statusItem().frameOnScreen(), std::optional(QRect(200, 0, 48, 48)));
+        QImage expected(48, 48, QImage::Format_RGB32);
+        expected.fill(Qt::white);
+        QPainter(&expected).drawImage(0, 0,
+            statusitem::squareImage(48, 47, statusitem::coloursFor(statusitem::textColourOn(Qt::white))));
+        QTRY_COMPARE(tray.itemPicture(), expected);
+    }
+
+    void clickTellsWhere()
+    {
+        const BrevokMenubarController controller(*m_bar);
+        QSignalSpy asked(&controller, &BrevokMenubarController::togglePanelRequested);
+        const XembedTray tray(Qt::white, 24);
+        QTRY_COMPARE(controller.statusItem().frameOnScreen(), std::optional(QRect(200, 0, 24, 24)));
+        QCOMPARE(QProcess::execute(u"xdotool"_s,
+                     {u"mousemove"_s, u"210"_s, u"11"_s, u"click"_s, u"3"_s, u"click"_s, u"1"_s}),
+            0);
+        QTRY_COMPARE(asked.size(), 1);
+        QCOMPARE(asked.first().first().toPoint(), QPoint(210, 11));
+    }
+
+    void leavesWithItsController()
+    {
+        XembedTray tray(Qt::white, 24);
+        {
+            const BrevokMenubarController controller(*m_bar);
+            QTRY_VERIFY(!tray.itemPicture().isNull());
+        }
+        QTRY_VERIFY(tray.itemPicture().isNull());
+    }
+
+    void watcherOnTheBusTakesTheItemAndGivesItBack()
+    {
+        const BrevokMenubarController controller(*m_bar);
+        XembedTray tray(Qt::white, 24);
+        QTRY_VERIFY(controller.statusItem().frameOnScreen());
+        const int before = tray.items();
+        Watcher watcher;
+        {
+            QDBusConnection bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"watcher"_s);
+            bus.registerObject(u"/StatusNotifierWatcher"_s, &watcher, QDBusConnection::ExportAllContents);
+            QVERIFY(bus.registerService(u"org.kde.StatusNotifierWatcher"_s));
+        }
+        // Nobody shows items yet: the tray keeps it.
+        QTRY_COMPARE(watcher.items.size(), 1);
+        QVERIFY(controller.statusItem().frameOnScreen());
+        watcher.host = true;
+        Q_EMIT watcher.StatusNotifierHostRegistered();
+        QTRY_VERIFY(!controller.statusItem().frameOnScreen());
+        QDBusConnection::disconnectFromBus(u"watcher"_s);
+        QTRY_VERIFY(controller.statusItem().frameOnScreen());
+        QCOMPARE(tray.items(), before + 1);
+    }
+
+private:
+    std::unique_ptr<LinuxStatusBar> m_bar;
+};
+
+int main(int argc, char **argv)
+{
+    QProcess display;
+    display.start(
+        u"sh"_s, {u"-c"_s, u"exec Xvfb -displayfd 1 -screen 0 1440x900x24 -nolisten tcp 2>/dev/null"_s});
+    if (!display.waitForReadyRead()) {
+        qCritical("no virtual display");
+        return 1;
+    }
+    qputenv("DISPLAY", ":" + display.readLine().trimmed());
+    qputenv("QT_QPA_PLATFORM", "xcb");
+    int result = 1;
+    {
+        const QApplication application(argc, argv);
+        TrayWindowTest test;
+        result = QTest::qExec(&test, argc, argv);
+    }
+    display.terminate();
+    display.waitForFinished();
+    return result;
+}
+
+#include "test_tray_window.moc"

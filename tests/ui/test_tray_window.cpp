@@ -129,6 +129,14 @@ private Q_SLOTS:
         QTRY_VERIFY(pixelsLike(tray.itemPicture().copy(4, 4, 16, 16), shown) > 60);
     }
 
+    void needsNoBus()
+    {
+        LinuxStatusBar bar{QDBusConnection(u"no such connection"_s)};
+        const BrevokMenubarController controller(bar);
+        const XembedTray tray(Qt::white, 24);
+        QTRY_VERIFY(controller.statusItem().frameOnScreen());
+    }
+
     void highBarShowsASquareWithABadge()
     {
         BrevokMenubarController controller(*m_bar);

@@ -49,6 +49,12 @@ StatusNotifier::StatusNotifier(const QDBusConnection &bus)
     : m_bus(bus)
     , m_watcher(watcherName, bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
+    if (!m_bus.isConnected()) {
+        // Calls on such a bus are never answered. Later, for nobody listens yet.
+        QMetaObject::invokeMethod(
+            this, [this] { setHost(false); }, Qt::QueuedConnection);
+        return;
+    }
     // Each item of a process has a name of its own, so that hosts notice when one goes.
     static int items = 0;
     m_name = u"org.kde.StatusNotifierItem-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(++items);
@@ -58,6 +64,11 @@ StatusNotifier::StatusNotifier(const QDBusConnection &bus)
     constexpr uint doNotQueue = 4;
     m_bus.send(busCall(u"RequestName"_s, {m_name, doNotQueue}));
 
+    lookForWatcher();
+}
+
+void StatusNotifier::lookForWatcher()
+{
     connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](const QString & /*service*/, const QString & /*from*/, const QString &to) {
             watcherChanged(!to.isEmpty());
@@ -79,6 +90,9 @@ StatusNotifier::StatusNotifier(const QDBusConnection &bus)
 
 StatusNotifier::~StatusNotifier()
 {
+    if (m_name.isEmpty()) {
+        return;
+    }
     m_bus.send(busCall(u"ReleaseName"_s, {m_name}));
     m_bus.unregisterObject(itemPath);
 }

@@ -77,6 +77,7 @@ private Q_SLOTS:
     void askForHost();
 
 private:
+    void lookForWatcher();
     void watcherChanged(bool running);
     void setHost(bool host);
 

@@ -107,8 +107,20 @@ void ControlService::refuse(const QString &reason)
     sendErrorReply(QString::fromLatin1(refusedError), reason);
 }
 
+// While start-up waits for an answer of the user, calls arrive before there is anything to ask.
+bool ControlService::refusedTooEarly()
+{
+    if (!m_with) {
+        refuse(u"Tolvane Brevok is still starting; try again when its question has been answered."_s);
+    }
+    return !m_with;
+}
+
 bool ControlService::refusedUnknown(const QStringList &prefixes)
 {
+    if (refusedTooEarly()) {
+        return true;
+    }
     const QList<Record> packages = m_with->packages.packageRecords();
     if (prefixes.isEmpty()) {
         refuse(u"No package is named."_s);
@@ -128,6 +140,9 @@ bool ControlService::refusedUnknown(const QStringList &prefixes)
 
 bool ControlService::refusedUnknownTarget(const QString &path)
 {
+    if (refusedTooEarly()) {
+        return true;
+    }
     if (m_with->targets.allRecords().contains(path)) {
         return false;
     }
@@ -137,6 +152,9 @@ bool ControlService::refusedUnknownTarget(const QString &path)
 
 QString ControlService::Status()
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     const BrevokSession &session = m_with->session;
     const QList<Record> packages = m_with->packages.packageRecords();
     const auto &statuses = m_with->packages.packagesStatus();
@@ -154,6 +172,9 @@ QString ControlService::Status()
 
 QStringList ControlService::sessionAction(const std::function<void()> &start)
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     if (m_with->session.isUpdating()) {
         refuse(u"A request of the account is under way; try again when it has ended."_s);
         return {};
@@ -178,6 +199,9 @@ QStringList ControlService::SignIn(const QString &email, const QString &password
 
 QStringList ControlService::SignOut()
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     if (m_with->session.sessionId().isEmpty()) {
         return {};
     }
@@ -186,6 +210,9 @@ QStringList ControlService::SignOut()
 
 QStringList ControlService::Check()
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     const auto settled = [this, answer = answerLater()](const QStringList &failures) {
         answerWhenSettled(answer, failures);
     };
@@ -229,6 +256,9 @@ QStringList ControlService::Install(const QStringList &prefixes)
 
 QStringList ControlService::UpdateAll()
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     const auto &statuses = m_with->packages.packagesStatus();
     QStringList prefixes;
     const QList<Record> packages = m_with->packages.packageRecords();
@@ -256,16 +286,25 @@ QStringList ControlService::Remove(const QStringList &prefixes)
 
 void ControlService::Discard()
 {
+    if (refusedTooEarly()) {
+        return;
+    }
     m_with->plugins.discardActions();
 }
 
 QString ControlService::Targets()
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     return compactText({{u"targets"_s, targetsDocument(m_with->targets.allRecords())}});
 }
 
 void ControlService::AddTarget(const QString &path, const QString &type, const QString &version)
 {
+    if (refusedTooEarly()) {
+        return;
+    }
     if (!path.startsWith(u'/')) {
         refuse(u"'%1' is no absolute path."_s.arg(path));
     } else if (type != u"InDesign" && type != u"InCopy") {
@@ -293,11 +332,17 @@ void ControlService::SetTargetEnabled(const QString &path, bool enabled)
 
 QString ControlService::Settings()
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     return compactText(settingsDocument(m_with->settings));
 }
 
 void ControlService::SetSetting(const QString &key, const QString &value)
 {
+    if (refusedTooEarly()) {
+        return;
+    }
     if (const std::optional<QString> reason = setSettingFromText(m_with->settings, key, value)) {
         refuse(*reason);
     }
@@ -305,11 +350,17 @@ void ControlService::SetSetting(const QString &key, const QString &value)
 
 void ControlService::OpenPanel()
 {
+    if (refusedTooEarly()) {
+        return;
+    }
     Q_EMIT openPanelRequested();
 }
 
 void ControlService::Quit()
 {
+    if (refusedTooEarly()) {
+        return;
+    }
     Q_EMIT quitRequested();
 }
 

@@ -41,7 +41,8 @@ public:
     /// Registers the object on the session bus and takes the name @p busName, unless another process owns it.
     [[nodiscard]] Publication publish(const QString &busName);
 
-    /// Called once, before the event loop turns: until then no call can arrive.
+    /// Called once. Calls that arrive before, while a question of the start-up waits for its answer, are
+    /// refused.
     void setCollaborators(Collaborators collaborators);
 
     // The methods of the interface; com.tolvane.brevok.Control1.xml says what each does.
@@ -72,6 +73,7 @@ private:
     [[nodiscard]] std::function<void(const QStringList &)> answerLater();
     void answerWhenSettled(std::function<void(const QStringList &)> answer, const QStringList &failures);
     void refuse(const QString &reason);
+    [[nodiscard]] bool refusedTooEarly();
     [[nodiscard]] bool refusedUnknown(const QStringList &prefixes);
     [[nodiscard]] bool refusedUnknownTarget(const QString &path);
     void runForEach(const QStringList &prefixes, bool remove);

@@ -4,8 +4,13 @@
 #include "client/CommandLine.h"
 #include "client/Tables.h"
 #include "control/ApplicationSettings.h"
+#include "control/ControlService.h"
 #include "control/StatusDocument.h"
 
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusPendingCall>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -49,6 +54,8 @@ private Q_SLOTS:
     void settingsFromText_data();
     void settingsFromText();
     void statusIsShownToPeople();
+    void callsDuringStartUpAreRefused_data();
+    void callsDuringStartUpAreRefused();
 };
 
 void ControlTest::commandLines_data()
@@ -178,6 +185,39 @@ void ControlTest::statusIsShownToPeople()
     QVERIFY(text.contains(u"Missing Data       B"_s));
     QVERIFY(text.contains(u"Adobe InDesign CC 2019  missing  /b/"_s));
     QVERIFY(text.contains(u"1 package waits for an update"_s));
+}
+
+void ControlTest::callsDuringStartUpAreRefused_data()
+{
+    QTest::addColumn<QVariantList>("arguments");
+    const QVariantList none;
+    for (const char *method :
+        {"Status", "SignOut", "Check", "UpdateAll", "Discard", "Targets", "Settings", "OpenPanel", "Quit"}) {
+        QTest::newRow(method) << none;
+    }
+    QTest::newRow("SignIn") << QVariantList{u"a@b"_s, u"word"_s};
+    QTest::newRow("Install") << QVariantList{QStringList{u"A"_s}};
+    QTest::newRow("Remove") << QVariantList{QStringList{u"A"_s}};
+    QTest::newRow("AddTarget") << QVariantList{u"/a"_s, u"InCopy"_s, u"140"_s};
+    QTest::newRow("RemoveTarget") << QVariantList{u"/a"_s};
+    QTest::newRow("SetTargetEnabled") << QVariantList{u"/a"_s, true};
+    QTest::newRow("SetSetting") << QVariantList{u"logLevel"_s, u"1"_s};
+}
+
+void ControlTest::callsDuringStartUpAreRefused()
+{
+    QFETCH(QVariantList, arguments);
+    const QString name = u"com.tolvane.brevok.Test"_s;
+    ControlService service;
+    QCOMPARE(service.publish(name), ControlService::Publication::Published);
+    QDBusMessage call = QDBusMessage::createMethodCall(name, u"/com/tolvane/brevok/Control"_s,
+        u"com.tolvane.brevok.Control1"_s, QString::fromLatin1(QTest::currentDataTag()));
+    call.setArguments(arguments);
+    QDBusPendingCall answer = QDBusConnection::sessionBus().asyncCall(call);
+    QTRY_VERIFY(answer.isFinished());
+    QCOMPARE(answer.error().name(), u"com.tolvane.brevok.Error.Refused"_s);
+    QVERIFY(answer.error().message().contains(u"still starting"_s));
+    QDBusConnection::sessionBus().unregisterService(name);
 }
 
 QTEST_GUILESS_MAIN(ControlTest)

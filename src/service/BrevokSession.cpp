@@ -33,21 +33,17 @@ const QString orlecIdKey = u"orlecId"_s;
 
 constexpr int retries = 2;
 constexpr qsizetype loggedResponseLength = 256;
+const QString hidden = u"(not logged)"_s;
 
 QString addressText(const QUrl &url)
 {
     return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
 }
 
-// What a service sends back may hold what the request told it, or the session id that it just made.
-QString withoutSecrets(QString text, const SessionRequest &request)
+// What a service sends back may hold what the request told it.
+QString withoutSentSecrets(QString text, const SessionRequest &request)
 {
-    static const QRegularExpression fields(
-        uR"re(("?(?:SessionId|password)"?\s*[:=]\s*)("(?:[^"\\]|\\.)*"?|[^\s,;}"]+))re"_s,
-        QRegularExpression::CaseInsensitiveOption);
     constexpr qsizetype shortestSecret = 4; // a shorter one stands in every text
-    const QString hidden = u"(not logged)"_s;
-    text.replace(fields, u"\\1"_s + hidden);
     const QString password = QJsonDocument::fromJson(request.body).object().value("password"_L1).toString();
     const QString cookie = QString::fromUtf8(request.request.rawHeader("Cookie")).section(u'=', 1);
     for (const QString &secret : {password, cookie}) {
@@ -56,6 +52,15 @@ QString withoutSecrets(QString text, const SessionRequest &request)
         }
     }
     return text;
+}
+
+// A reply that cannot be decoded may also hold the session id that the service just made.
+QString withoutSecretFields(QString text)
+{
+    static const QRegularExpression fields(
+        uR"re(("?(?:SessionId|password)"?\s*[:=]\s*)("(?:[^"\\]|\\.)*"?|[^\s,;}"]+))re"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    return text.replace(fields, u"\\1"_s + hidden);
 }
 
 } // namespace
@@ -259,9 +264,9 @@ void BrevokSession::handleUnexpectedData(const BrevokSessionConnection &connecti
     logLine(u"Session action %1 failed with error. Received %2 bytes of unexpected data"_s
                 .arg(sessionActionName(connection.status))
                 .arg(connection.responseData.size()));
-    logLine(u"Response string: "_s
-        + withoutSecrets(QString::fromUtf8(connection.responseData), connection.originalRequest2)
-              .left(loggedResponseLength));
+    const QString text =
+        withoutSentSecrets(QString::fromUtf8(connection.responseData), connection.originalRequest2);
+    logLine(u"Response string: "_s + withoutSecretFields(text).left(loggedResponseLength));
     if (connection.status == SessionSignin || connection.status == SessionSignout) {
         setSessionId({});
     }
@@ -272,7 +277,7 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
     const qint64 code = integerValue(reply.value("ErrorCode"_L1));
     // It goes into the log with the alert too.
     const QString errorMessage =
-        withoutSecrets(nonEmptyString(reply.value("ErrorMessage"_L1)), connection.originalRequest2);
+        withoutSentSecrets(nonEmptyString(reply.value("ErrorMessage"_L1)), connection.originalRequest2);
     ReplyVerdict verdict = verdictFor(code, connection.status, !sessionId().isEmpty(), errorMessage);
     if (verdict.dropsSessionId) {
         setSessionId({});

@@ -252,6 +252,10 @@ void TestSession::replies_data()
         u"Session action: signout failed With Error Message: "_s + wrong);
     row("code 1", SessionSignout, Response::ok(R"({"ErrorCode":1,"ErrorMessage":7})"), u"-"_s, {}, false,
         u"Server Error! connection to: \"%1\" failed: 1 with message: -"_s);
+    row("text of the service", SessionSignin,
+        Response::ok(R"({"ErrorCode":10,"ErrorMessage":"Password: at least nine letters"})"),
+        u"Password: at least nine letters"_s, u"Authentication Error|Password: at least nine letters"_s,
+        false);
     row("code 9", SessionSignin, Response::ok(R"({"ErrorCode":9,"SessionId":"new"})"), {}, {}, true);
     row("garbage at sign-out", SessionSignout, Response::ok("<html>\n"), unexpected, {}, false,
         u"Session action signout failed with error. Received 7 bytes of unexpected data"_s);

@@ -11,8 +11,7 @@
 
 namespace brevok {
 
-/// The settings in one file: a CBOR map, which keeps every type, any key and large data exactly and is
-/// written several times faster than text.
+/// The settings in one text file that people can read and edit (see settingsText()).
 ///
 /// The file is replaced whole, under a lock, so that readers never see half of one; what other programs wrote
 /// meanwhile is merged by key. Changes that nobody synchronizes are written on the next turn of the event

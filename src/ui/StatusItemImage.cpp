@@ -88,8 +88,8 @@ QPainterPath digitsIn(const QRect &pill, const QString &text, int digitHeight)
     const double scale = digitHeight / drawn.height();
     const double width = qMin(drawn.width() * scale, pill.width() - 2.0);
     QTransform place;
-    place.translate(
-        std::round(pill.left() + (pill.width() - width) / 2), pill.top() + (pill.height() - digitHeight) / 2);
+    place.translate(std::round(pill.left() + (pill.width() - width) / 2),
+        pill.top() + (pill.height() - digitHeight) / 2.0);
     place.scale(width / drawn.width(), scale);
     place.translate(-drawn.left(), -drawn.top());
     return place.map(path);

@@ -65,8 +65,10 @@ public:
         xcb_flush(m_connection);
     }
     /// What the item shows.
-    [[nodiscard]] QImage itemPicture() const
+    [[nodiscard]] QImage itemPicture()
     {
+        // Waiting for one answer also reads events, of which the socket then tells no more.
+        handleEvents();
         const auto cookie = xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, m_item, 0, 0,
             static_cast<quint16>(m_itemSize.width()), static_cast<quint16>(m_itemSize.height()), ~0U);
         const std::unique_ptr<xcb_get_image_reply_t, decltype(&free)> pixels(
@@ -89,6 +91,7 @@ private:
 
     void handleEvents()
     {
+        xcb_flush(m_connection);
         while (auto *const raw = xcb_poll_for_event(m_connection)) {
             const std::unique_ptr<xcb_generic_event_t, decltype(&free)> event(raw, &free);
             const auto *const message = reinterpret_cast<const xcb_client_message_event_t *>(raw);

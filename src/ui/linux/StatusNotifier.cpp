@@ -3,6 +3,7 @@
 
 #include "ui/linux/StatusNotifier.h"
 
+#include "foundation/Tasks.h"
 #include "foundation/Texts.h"
 #include "statusnotifieritemadaptor.h"
 #include "ui/StatusItemImage.h"
@@ -19,6 +20,7 @@ namespace brevok {
 namespace {
 
 const auto watcherName = u"org.kde.StatusNotifierWatcher"_s;
+const auto watcherInterface = watcherName;
 const auto watcherPath = u"/StatusNotifierWatcher"_s;
 const auto itemPath = u"/StatusNotifierItem"_s;
 
@@ -51,8 +53,7 @@ StatusNotifier::StatusNotifier(const QDBusConnection &bus)
 {
     if (!m_bus.isConnected()) {
         // Calls on such a bus are never answered. Later, for nobody listens yet.
-        QMetaObject::invokeMethod(
-            this, [this] { setHost(false); }, Qt::QueuedConnection);
+        onMain(this, [this] { setHost(false); });
         return;
     }
     // Each item of a process has a name of its own, so that hosts notice when one goes.
@@ -75,7 +76,7 @@ void StatusNotifier::lookForWatcher()
         });
     // With a service's name, this would wait for the answer who owns it.
     for (const QString &event : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
-        m_bus.connect({}, watcherPath, watcherName, event, this, SLOT(askForHost()));
+        m_bus.connect({}, watcherPath, watcherInterface, event, this, SLOT(askForHost()));
     }
     auto *const answer =
         new QDBusPendingCallWatcher(m_bus.asyncCall(busCall(u"NameHasOwner"_s, {watcherName})), this);
@@ -127,7 +128,7 @@ void StatusNotifier::askForHost()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call << watcherName << u"IsStatusNotifierHostRegistered"_s;
+    call << watcherInterface << u"IsStatusNotifierHostRegistered"_s;
     // Nobody is to be started for this question.
     call.setAutoStartService(false);
     auto *const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);

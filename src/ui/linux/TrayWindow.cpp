@@ -170,14 +170,13 @@ void TrayWindow::createWindow(const Visual &visual)
     const std::array<quint32, 2> mappedByTray{0, 1};
     xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, m_atoms[XembedInfo],
         m_atoms[XembedInfo], 32, mappedByTray.size(), mappedByTray.data());
-    constexpr char name[] = "Tolvane Brevok";
-    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, m_atoms[NetWmName],
-        m_atoms[Utf8String], 8, sizeof(name) - 1, name);
-    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
-        sizeof(name) - 1, name);
-    constexpr char windowClass[] = "tolvane-brevok\0tolvane-brevok";
-    xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 8,
-        sizeof(windowClass), windowClass);
+    const auto setText = [this](quint32 property, quint32 type, const QByteArray &text) {
+        xcb_change_property(m_connection, XCB_PROP_MODE_REPLACE, m_window, property, type, 8,
+            static_cast<quint32>(text.size()), text.constData());
+    };
+    setText(m_atoms[NetWmName], m_atoms[Utf8String], "Tolvane Brevok");
+    setText(XCB_ATOM_WM_NAME, XCB_ATOM_STRING, "Tolvane Brevok");
+    setText(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, QByteArrayLiteral("tolvane-brevok\0tolvane-brevok\0"));
     sizeHints();
 }
 

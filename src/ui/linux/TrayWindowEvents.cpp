@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "ui/linux/TrayWindow.h"
+
+#include "foundation/Tasks.h"
 #include "ui/linux/XcbReply.h"
 
 namespace brevok {
@@ -97,8 +99,7 @@ void TrayWindow::handleWindowEvent(const void *event)
         if (pressed.event == m_window && pressed.detail == XCB_BUTTON_INDEX_1) {
             const QPoint where(pressed.root_x, pressed.root_y);
             // After Qt has seen the event.
-            QMetaObject::invokeMethod(
-                this, [this, where] { Q_EMIT clicked(where); }, Qt::QueuedConnection);
+            onMain(this, [this, where] { Q_EMIT clicked(where); });
         }
         break;
     }

@@ -4,10 +4,10 @@
 #pragma once
 
 #include "alerts/AlertPresenter.h"
-#include "control/ApplicationSettings.h"
 #include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
 #include "service/ServiceClient.h"
+#include "ui/SettingsAccess.h"
 #include "ui/Surfaces.h"
 
 #include <QObject>
@@ -22,7 +22,7 @@ struct Shared;
 
 /// The application's delegate: starts the program once per user session, composes everything, keeps starting
 /// at login in step with the user's login items, and says goodbye to other processes at quit. Main thread.
-class BrevokAppDelegate final : public QObject, public ApplicationSettings, private PanelKeeper {
+class BrevokAppDelegate final : public QObject, public SettingsAccess, private PanelKeeper {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokAppDelegate)
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "control/ApplicationSettings.h"
+#include "control/SettingsDocument.h"
 #include "install/InstallFlow.h"
 
 #include <QDBusContext>
@@ -28,7 +28,7 @@ public:
         BrevokPackages &packages;
         BrevokTargetApps &targets;
         InstallFlow &flow;
-        ApplicationSettings &settings;
+        SettingsAccess &settings;
         std::function<bool()> helperIsUsed;
     };
 

@@ -7,7 +7,7 @@
 
 namespace brevok {
 
-/// The settings of the application delegate, as the windows read and change them. Main thread.
+/// The settings that the user edits, as the application offers them to windows and to the bus. Main thread.
 class SettingsAccess {
 public:
     SettingsAccess() = default;

@@ -3,7 +3,7 @@
 
 #include "client/CommandLine.h"
 #include "client/Tables.h"
-#include "control/ApplicationSettings.h"
+#include "control/SettingsDocument.h"
 #include "control/ControlService.h"
 #include "control/StatusDocument.h"
 
@@ -20,7 +20,7 @@ using client::Command;
 
 namespace {
 
-class PlainSettings final : public ApplicationSettings {
+class PlainSettings final : public SettingsAccess {
 public:
     bool atLogin = true;
     bool notifications = true;

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "control/ApplicationSettings.h"
+#include "control/SettingsDocument.h"
 
 #include <QStringList>
 
@@ -18,19 +18,19 @@ namespace {
 struct Switch {
     QLatin1StringView name;
     QLatin1StringView storeKey;
-    bool (ApplicationSettings::*get)() const;
-    void (ApplicationSettings::*set)(bool);
+    bool (SettingsAccess::*get)() const;
+    void (SettingsAccess::*set)(bool);
 };
 
 constexpr std::array switches{
     Switch{QLatin1StringView("startAtLogin"), QLatin1StringView("OrlecStartAtLogin"),
-        &ApplicationSettings::startAtLogin, &ApplicationSettings::setStartAtLogin},
+        &SettingsAccess::startAtLogin, &SettingsAccess::setStartAtLogin},
     Switch{QLatin1StringView("showNotifications"), QLatin1StringView("OrlecShowNotifications"),
-        &ApplicationSettings::showNotifications, &ApplicationSettings::setShowNotifications},
+        &SettingsAccess::showNotifications, &SettingsAccess::setShowNotifications},
     Switch{QLatin1StringView("checkForUpdates"), QLatin1StringView("SUEnableAutomaticChecks"),
-        &ApplicationSettings::checkForUpdates, &ApplicationSettings::setCheckForUpdates},
-    Switch{QLatin1StringView("autoUpdate"), QLatin1StringView("OrlecAutoUpdate"),
-        &ApplicationSettings::autoUpdate, &ApplicationSettings::setAutoUpdate},
+        &SettingsAccess::checkForUpdates, &SettingsAccess::setCheckForUpdates},
+    Switch{QLatin1StringView("autoUpdate"), QLatin1StringView("OrlecAutoUpdate"), &SettingsAccess::autoUpdate,
+        &SettingsAccess::setAutoUpdate},
 };
 
 constexpr QLatin1StringView logLevelName("logLevel");
@@ -50,7 +50,7 @@ std::optional<bool> truthOf(const QString &text)
 
 } // namespace
 
-QJsonObject settingsDocument(const ApplicationSettings &settings)
+QJsonObject settingsDocument(const SettingsAccess &settings)
 {
     QJsonObject document;
     for (const Switch &setting : switches) {
@@ -60,8 +60,7 @@ QJsonObject settingsDocument(const ApplicationSettings &settings)
     return document;
 }
 
-std::optional<QString> setSettingFromText(
-    ApplicationSettings &settings, const QString &key, const QString &value)
+std::optional<QString> setSettingFromText(SettingsAccess &settings, const QString &key, const QString &value)
 {
     if (key == logLevelName || key == logLevelKey) {
         bool isNumber = false;

@@ -13,6 +13,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <filesystem>
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -76,6 +77,18 @@ void setLogLevel(int level)
 void installLogFormat()
 {
     qInstallMessageHandler(writeToStandardError);
+}
+
+bool moveLongLogAside(const QString &path)
+{
+    const QFileInfo file(path);
+    if (file.isSymLink() || !file.isFile() || file.size() <= longestLog) {
+        return false;
+    }
+    const std::string from = QFile::encodeName(path).toStdString();
+    std::error_code failure;
+    std::filesystem::rename(from, from + ".1", failure);
+    return !failure;
 }
 
 bool redirectStandardError(const QString &path)

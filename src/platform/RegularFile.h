@@ -14,4 +14,13 @@ namespace brevok {
 /// @p limit bytes, cannot be read, or is anything else, which is never waited for. Any thread.
 [[nodiscard]] std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit);
 
+/// The end of a file.
+struct FileTail {
+    QByteArray bytes;
+    bool whole = true; ///< nothing of the file stands before them
+};
+/// The last @p limit bytes of the regular file at @p path, all of a shorter one; nothing and no wait as
+/// above. However long the file is or grows, no more than these bytes are read. Any thread.
+[[nodiscard]] std::optional<FileTail> readFileTail(const QString &path, qint64 limit);
+
 } // namespace brevok

@@ -10,9 +10,14 @@ QString StandardFolders::dataFolder() const
     return applicationSupport + QStringLiteral("/Tolvane Brevok");
 }
 
+QString StandardFolders::logPathForFile(const QString &name) const
+{
+    return library + QStringLiteral("/Logs/") + name;
+}
+
 QString StandardFolders::logFile() const
 {
-    return library + QStringLiteral("/Logs/orlec.log");
+    return logPathForFile(QStringLiteral("orlec.log"));
 }
 
 } // namespace brevok

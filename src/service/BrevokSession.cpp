@@ -13,8 +13,7 @@
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
-
-#include <QRegularExpression>
+#include "service/SecretText.h"
 
 namespace brevok {
 
@@ -33,34 +32,17 @@ const QString orlecIdKey = u"orlecId"_s;
 
 constexpr int retries = 2;
 constexpr qsizetype loggedResponseLength = 256;
-const QString hidden = u"(not logged)"_s;
 
 QString addressText(const QUrl &url)
 {
     return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
 }
 
-// What a service sends back may hold what the request told it.
-QString withoutSentSecrets(QString text, const SessionRequest &request)
+// What the request told in confidence.
+QStringList secretsOf(const SessionRequest &request)
 {
-    constexpr qsizetype shortestSecret = 4; // a shorter one stands in every text
-    const QString password = QJsonDocument::fromJson(request.body).object().value("password"_L1).toString();
-    const QString cookie = QString::fromUtf8(request.request.rawHeader("Cookie")).section(u'=', 1);
-    for (const QString &secret : {password, cookie}) {
-        if (secret.size() >= shortestSecret) {
-            text.replace(secret, hidden);
-        }
-    }
-    return text;
-}
-
-// A reply that cannot be decoded may also hold the session id that the service just made.
-QString withoutSecretFields(QString text)
-{
-    static const QRegularExpression fields(
-        uR"re(("?(?:SessionId|password)"?\s*[:=]\s*)("(?:[^"\\]|\\.)*"?|[^\s,;}"]+))re"_s,
-        QRegularExpression::CaseInsensitiveOption);
-    return text.replace(fields, u"\\1"_s + hidden);
+    return {QJsonDocument::fromJson(request.body).object().value("password"_L1).toString(),
+        QString::fromUtf8(request.request.rawHeader("Cookie")).section(u'=', 1)};
 }
 
 } // namespace
@@ -264,8 +246,8 @@ void BrevokSession::handleUnexpectedData(const BrevokSessionConnection &connecti
     logLine(u"Session action %1 failed with error. Received %2 bytes of unexpected data"_s
                 .arg(sessionActionName(connection.status))
                 .arg(connection.responseData.size()));
-    const QString text =
-        withoutSentSecrets(QString::fromUtf8(connection.responseData), connection.originalRequest2);
+    const QString text = withoutSentSecrets(
+        QString::fromUtf8(connection.responseData), secretsOf(connection.originalRequest2));
     logLine(u"Response string: "_s + withoutSecretFields(text).left(loggedResponseLength));
     if (connection.status == SessionSignin || connection.status == SessionSignout) {
         setSessionId({});
@@ -276,8 +258,8 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
 {
     const qint64 code = integerValue(reply.value("ErrorCode"_L1));
     // It goes into the log with the alert too.
-    const QString errorMessage =
-        withoutSentSecrets(nonEmptyString(reply.value("ErrorMessage"_L1)), connection.originalRequest2);
+    const QString errorMessage = withoutSentSecrets(
+        nonEmptyString(reply.value("ErrorMessage"_L1)), secretsOf(connection.originalRequest2));
     ReplyVerdict verdict = verdictFor(code, connection.status, !sessionId().isEmpty(), errorMessage);
     if (verdict.dropsSessionId) {
         setSessionId({});

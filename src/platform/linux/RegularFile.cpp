@@ -7,27 +7,42 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brevok {
 
-std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit)
+namespace {
+
+struct OpenedFile {
+    FileDescriptor file;
+    qint64 size = 0;
+};
+
+std::optional<OpenedFile> openRegularFile(const QString &path)
 {
     // Without O_NONBLOCK a FIFO in the file's place would be waited for.
-    const FileDescriptor file(
+    FileDescriptor file(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY));
     struct stat facts = {};
-    if (!file || ::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode) || facts.st_size > limit) {
+    if (!file || ::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
         return std::nullopt;
     }
-    QByteArray bytes(facts.st_size, Qt::Uninitialized);
+    return OpenedFile{std::move(file), facts.st_size};
+}
+
+// Up to @p size bytes from @p offset on; fewer when the file has become shorter.
+std::optional<QByteArray> readBytes(const FileDescriptor &file, qint64 offset, qint64 size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
     qsizetype length = 0;
     while (length < bytes.size()) {
-        const ssize_t count =
-            ::read(file.get(), bytes.data() + length, static_cast<size_t>(bytes.size() - length));
+        const ssize_t count = ::pread(
+            file.get(), bytes.data() + length, static_cast<size_t>(bytes.size() - length), offset + length);
         if (count < 0 && errno == EINTR) {
             continue;
         }
@@ -41,6 +56,25 @@ std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit)
     }
     bytes.truncate(length);
     return bytes;
+}
+
+} // namespace
+
+std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit)
+{
+    const std::optional<OpenedFile> opened = openRegularFile(path);
+    return opened && opened->size <= limit ? readBytes(opened->file, 0, opened->size) : std::nullopt;
+}
+
+std::optional<FileTail> readFileTail(const QString &path, qint64 limit)
+{
+    const std::optional<OpenedFile> opened = openRegularFile(path);
+    if (!opened) {
+        return std::nullopt;
+    }
+    const qint64 length = std::min(opened->size, limit);
+    std::optional<QByteArray> bytes = readBytes(opened->file, opened->size - length, length);
+    return bytes ? std::optional(FileTail{std::move(*bytes), length == opened->size}) : std::nullopt;
 }
 
 } // namespace brevok

@@ -19,6 +19,7 @@ class RouteLookup;
 class RunningApplications;
 class SelfUpdater;
 class SettingsStore;
+class SoftwareInstaller;
 struct StandardFolders;
 class UrlOpener;
 
@@ -34,6 +35,7 @@ struct Platform {
     std::unique_ptr<ApplicationSearch> applicationSearch;
     std::unique_ptr<FileOperations> fileOperations;
     std::unique_ptr<HelperTool> helperTool;
+    std::unique_ptr<SoftwareInstaller> softwareInstaller;
     std::unique_ptr<SelfUpdater> selfUpdater; ///< keeps its switch in `settings`
 
     Platform();

@@ -16,6 +16,8 @@ public:
 
     [[nodiscard]] virtual bool automaticallyChecksForUpdates() const = 0;
     virtual void setAutomaticallyChecksForUpdates(bool automatically) = 0;
+    /// The user's own check: whatever it finds is shown, the version too that the user skipped before.
+    virtual void checkForUpdates() = 0;
     /// Looks for a newer version without showing anything unless one is found.
     virtual void checkForUpdatesInBackground() = 0;
 };

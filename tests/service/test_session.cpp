@@ -36,6 +36,7 @@ public:
     int checks = 0;
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
+    void checkForUpdates() override { }
     void checkForUpdatesInBackground() override { ++checks; }
 };
 

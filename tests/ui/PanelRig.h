@@ -33,6 +33,7 @@ class IdleUpdater final : public SelfUpdater {
 public:
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
+    void checkForUpdates() override { }
     void checkForUpdatesInBackground() override { }
 };
 

@@ -42,6 +42,7 @@ class NoUpdater final : public SelfUpdater {
 public:
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
+    void checkForUpdates() override { }
     void checkForUpdatesInBackground() override { }
 };
 

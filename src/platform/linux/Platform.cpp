@@ -9,6 +9,7 @@
 #include "platform/linux/InotifyApplicationSearch.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/NullHelperTool.h"
+#include "platform/linux/PackageKitInstaller.h"
 #include "platform/linux/ProcRunningApplications.h"
 #include "platform/linux/RouteTableLookup.h"
 #include "platform/linux/SettingsSelfUpdater.h"
@@ -39,6 +40,7 @@ Platform createPlatform(
     platform.applicationSearch = std::make_unique<InotifyApplicationSearch>(applicationFolders);
     platform.fileOperations = std::make_unique<LinuxFileOperations>();
     platform.helperTool = std::make_unique<NullHelperTool>();
+    platform.softwareInstaller = std::make_unique<PackageKitInstaller>();
     platform.selfUpdater = std::make_unique<SettingsSelfUpdater>(*platform.settings);
     return platform;
 }

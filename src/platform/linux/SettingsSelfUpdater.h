@@ -20,6 +20,7 @@ public:
 
     [[nodiscard]] bool automaticallyChecksForUpdates() const override;
     void setAutomaticallyChecksForUpdates(bool automatically) override;
+    void checkForUpdates() override { checkForUpdatesInBackground(); }
     void checkForUpdatesInBackground() override;
 
 private:

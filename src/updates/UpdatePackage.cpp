@@ -1,0 +1,137 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "updates/UpdatePackage.h"
+
+#include "foundation/Tasks.h"
+#include "foundation/Texts.h"
+#include "service/ServiceClient.h"
+#include "updates/PackageSignature.h"
+#include "updates/UpdateErrors.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QRegularExpression>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr auto ownerAlone = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+
+// The system tells the kind of a package by its name's ending; nothing else of the address is taken over.
+QString packageName(const QUrl &address)
+{
+    static const QRegularExpression plainEnding(u"^[A-Za-z0-9]{1,8}$"_s);
+    const QString ending = QFileInfo(address.fileName()).suffix();
+    return u"tolvane-brevok-update."_s + (plainEnding.match(ending).hasMatch() ? ending : u"package"_s);
+}
+
+bool isSound(QFile &file, const AppcastItem &item, const QByteArray &publicKey)
+{
+    const uchar *data = file.size() == item.length ? file.map(0, item.length) : nullptr;
+    return isSigned(data, item.length, signatureFrom(item.signature), publicKey);
+}
+
+} // namespace
+
+UpdatePackage::UpdatePackage(
+    ServiceClient &service, QString folder, AppcastItem item, QByteArray publicKey, QObject *parent)
+    : QObject(parent)
+    , m_service(service)
+    , m_folder(std::move(folder))
+    , m_item(std::move(item))
+    , m_publicKey(std::move(publicKey))
+    , m_file(std::make_shared<QFile>(m_folder + u'/' + packageName(m_item.address)))
+{
+}
+
+UpdatePackage::~UpdatePackage()
+{
+    if (!m_left) {
+        QFile::remove(m_file->fileName());
+    }
+}
+
+QString UpdatePackage::path() const
+{
+    return m_sound ? m_file->fileName() : QString();
+}
+
+void UpdatePackage::start()
+{
+    if (!prepareFolder()) {
+        fail(updateError(UpdateError::FileFailure,
+            Texts::tr("The folder for the update cannot be used: %1")
+                .arg(QDir::toNativeSeparators(m_folder))));
+        return;
+    }
+    m_service.download(
+        m_item.address, m_file->fileName(), m_item.length, this,
+        [this](qint64 done, qint64 total) { Q_EMIT progress(done, total); },
+        [this](const DownloadResult &result) {
+            if (result.error) {
+                fail(*result.error);
+            } else {
+                verify();
+            }
+        });
+}
+
+bool UpdatePackage::prepareFolder() const
+{
+    const QFileInfo folder(m_folder);
+    const QDir above = folder.dir();
+    if (folder.isSymLink() || !above.mkpath(u"."_s)
+        || (!folder.isDir() && !above.mkdir(folder.fileName(), ownerAlone))
+        || !QFile::setPermissions(m_folder, ownerAlone)) {
+        return false;
+    }
+    const QFileInfoList left =
+        QDir(m_folder).entryInfoList(QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const QFileInfo &file : left) {
+        QFile::remove(file.filePath());
+    }
+    return true;
+}
+
+// Verified is the open file, not what may bear its name by then.
+void UpdatePackage::verify()
+{
+    if (!m_file->setPermissions(QFile::ReadOwner) || !m_file->open(QIODevice::ReadOnly)) {
+        fail(updateError(UpdateError::FileFailure,
+            Texts::tr("The downloaded file cannot be read: %1").arg(m_file->errorString())));
+        return;
+    }
+    Q_EMIT verifying();
+    inBackground([self = QPointer<UpdatePackage>(this), file = m_file, item = m_item, key = m_publicKey] {
+        const bool sound = isSound(*file, item, key);
+        onMain(QCoreApplication::instance(), [self, sound] {
+            if (self) {
+                self->verified(sound);
+            }
+        });
+    });
+}
+
+void UpdatePackage::verified(bool sound)
+{
+    m_sound = sound;
+    if (sound) {
+        Q_EMIT ready();
+    } else {
+        fail(updateError(UpdateError::WrongSignature,
+            Texts::tr("The downloaded update is not signed by the maker of Tolvane Brevok. It was not "
+                      "installed, and the file was removed.")));
+    }
+}
+
+void UpdatePackage::fail(const BrevokError &error)
+{
+    QFile::remove(m_file->fileName());
+    onMain(this, [this, error] { Q_EMIT failed(error); });
+}
+
+} // namespace brevok

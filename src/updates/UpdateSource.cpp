@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "updates/UpdateSource.h"
+
+#include "service/ServiceClient.h"
+#include "updates/PackageSignature.h"
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+UpdateSource updateSourceOfBuild(const ServiceConfiguration &service)
+{
+    const QString feed = QStringLiteral(BREVOK_UPDATE_FEED_URL);
+    return {.feed = feed.isEmpty() ? service.url(u"/appcast.xml"_s) : QUrl(feed, QUrl::StrictMode),
+        .publicKey = publicKeyFrom(QByteArrayLiteral(BREVOK_UPDATE_PUBLIC_KEY))};
+}
+
+} // namespace brevok

@@ -1,6 +1,7 @@
 # How every target of the project is built.
 
 set(CMAKE_AUTOMOC ON)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 add_library(brevok_options INTERFACE)
@@ -51,6 +52,21 @@ function(brevok_program name)
     cmake_parse_arguments(PROGRAM "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${PROGRAM_SOURCES})
     target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS})
+    brevok_common(${name})
+endfunction()
+
+# brevok_module(NAME SOURCES file... LINKS library...)
+# What a launcher loads at run time: build/<preset>/lib/tolvane-brevok/NAME.so
+function(brevok_module name)
+    cmake_parse_arguments(MODULE "" "" "SOURCES;LINKS" ${ARGN})
+    add_library(${name} MODULE ${MODULE_SOURCES})
+    target_link_libraries(${name} PRIVATE ${MODULE_LINKS})
+    set_target_properties(${name} PROPERTIES
+        PREFIX "" SUFFIX ".so" LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/tolvane-brevok)
+    target_link_options(${name} PRIVATE -Wl,--as-needed)
+    if(NOT BREVOK_SANITIZE) # a sanitizer's own functions come with the launcher
+        target_link_options(${name} PRIVATE -Wl,-z,defs)
+    endif()
     brevok_common(${name})
 endfunction()
 

@@ -1,64 +1,85 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "app/BrevokAppDelegate.h"
-#include "app/HeadlessSurfaces.h"
-#include "app/Options.h"
-#include "foundation/Log.h"
-#include "foundation/Tasks.h"
-#include "platform/Platform.h"
-#include "platform/TerminationRequests.h"
+// The program that starts: it takes the application's name on the session bus, so that callers find it at
+// once, and loads the application itself, with windows or without, from the library folder beside its own.
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QLibrary>
 
 #include <cstdio>
-#include <cstdlib>
-
-using namespace brevok;
-using namespace Qt::StringLiterals;
+#include <string_view>
 
 namespace {
 
-constexpr int usageError = 2;
-constexpr int patienceAtQuitMs = 5000;
+constexpr int cannotStart = 1;
 
-int run(const Options &options, const MainBundle &bundle)
+using Entry = int (*)(int argc, char **argv);
+
+struct Wishes {
+    bool headless = false;
+    bool background = false;
+    bool onlyPrints = false;
+};
+
+// The application reads its options itself; here only counts what has to be known before it is loaded.
+Wishes wishesFrom(int argc, char **argv)
 {
-    const TerminationRequests requests;
-    const StandardFolders folders = standardFoldersForUser();
-    Platform platform = createPlatform(bundle, folders, options.applications);
-    HeadlessAlertPresenter presenter;
-    HeadlessSurfaces surfaces;
-    BrevokAppDelegate delegate({bundle, platform, presenter, surfaces, folders, options.service});
-    QObject::connect(
-        &requests, &TerminationRequests::requested, &delegate, &BrevokAppDelegate::terminateSoon);
-    delegate.applicationDidFinishLaunching();
-    const int status = QCoreApplication::exec();
-    if (!finishBackgroundWork(patienceAtQuitMs)) {
-        // An install that takes longer is cut off as by a crash: its command stays recorded for the next
-        // start.
-        std::_Exit(status);
+    Wishes wishes;
+    for (int i = 1; i < argc; ++i) {
+        std::string_view word(argv[i]);
+        if (word.substr(0, 2) == "--") {
+            word.remove_prefix(1);
+        }
+        wishes.headless = wishes.headless || word == "-headless";
+        wishes.background = wishes.background || word == "-background";
+        wishes.onlyPrints = wishes.onlyPrints || word == "-version" || word == "-help" || word == "-h";
     }
-    return status;
+    return wishes;
+}
+
+bool hasDisplay()
+{
+    return qEnvironmentVariableIsSet("DISPLAY") || qEnvironmentVariableIsSet("WAYLAND_DISPLAY")
+        || qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+}
+
+int runModule(const QString &folder, const char *name, int argc, char **argv)
+{
+    QLibrary module(folder + QStringLiteral("/../lib/tolvane-brevok/") + QLatin1StringView(name));
+    const auto entry = reinterpret_cast<Entry>(module.resolve("runTolvaneBrevok"));
+    if (entry == nullptr) {
+        std::fprintf(stderr, "tolvane-brevok: %s\n", qUtf8Printable(module.errorString()));
+        return cannotStart;
+    }
+    return entry(argc, argv);
+}
+
+int runWithoutWindows(const Wishes &wishes, int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    if (!wishes.onlyPrints) {
+        // Calls that arrive from now on wait until the event loop runs; the application learns what came of
+        // this when it asks for the name again.
+        QDBusConnection::sessionBus().registerService(QStringLiteral(BREVOK_IDENTIFIER));
+    }
+    return runModule(QCoreApplication::applicationDirPath(), "tolvane-brevok-core.so", argc, argv);
+}
+
+QString ownFolder(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    return QCoreApplication::applicationDirPath();
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    installLogFormat();
-    const QCoreApplication application(argc, argv);
-    const MainBundle bundle = MainBundle::ofRunningProgram();
-    const auto parsed = parseOptions(QCoreApplication::arguments(), QProcessEnvironment::systemEnvironment(),
-        {QStringLiteral(BREVOK_DEFAULT_SERVICE_URL), QStringLiteral(BREVOK_DEFAULT_REACHABILITY_HOST),
-            bundle.shortVersion()});
-    if (const auto *text = std::get_if<PrintAndExit>(&parsed)) {
-        std::fputs(qUtf8Printable(text->text), stdout);
-        return 0;
+    const Wishes wishes = wishesFrom(argc, argv);
+    if (wishes.headless || wishes.onlyPrints || (wishes.background && !hasDisplay())) {
+        return runWithoutWindows(wishes, argc, argv);
     }
-    if (const auto *error = std::get_if<OptionError>(&parsed)) {
-        std::fprintf(stderr, "tolvane-brevok: %s\n", qUtf8Printable(error->message));
-        return usageError;
-    }
-    return run(std::get<Options>(parsed), bundle);
+    return runModule(ownFolder(argc, argv), "tolvane-brevok-desktop.so", argc, argv);
 }

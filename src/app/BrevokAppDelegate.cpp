@@ -47,6 +47,9 @@ BrevokAppDelegate::BrevokAppDelegate(Environment environment, QObject *parent)
 
 BrevokAppDelegate::~BrevokAppDelegate()
 {
+    m_menubarController.reset();
+    m_panelController.reset();
+    m_with.surfaces.detach();
     if (theDelegate == this) {
         theDelegate = nullptr;
     }
@@ -77,15 +80,25 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
 
 bool BrevokAppDelegate::anotherCopyRuns()
 {
-    if (isAnyAppRunning(m_with.platform.runningApplications->list(), m_with.bundle.displayNames())) {
+    // Of two copies started at the same moment exactly one gets the name; by the process table each would
+    // give way to the other.
+    switch (m_shared->control->publish(m_with.bundle.identifier())) {
+    case ControlService::Publication::Published:
+        return false;
+    case ControlService::Publication::NameTaken:
         return true;
+    case ControlService::Publication::NoBus:
+        break;
     }
-    // Two copies started at the same moment may not see each other yet; only one of them gets the name.
-    return m_shared->control->publish(m_with.bundle.identifier()) == ControlService::Publication::NameTaken;
+    return isAnyAppRunning(m_with.platform.runningApplications->list(), m_with.bundle.displayNames());
 }
 
 void BrevokAppDelegate::giveWayToTheOtherCopy()
 {
+    if (m_with.background) {
+        terminateSoon();
+        return;
+    }
     m_with.platform.notifications->post(m_with.bundle.identifier(), openPanelObject);
     const std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_with.presenter);
     alert->content = {
@@ -135,6 +148,7 @@ void BrevokAppDelegate::createSharedObjects()
         *shared.plugins, *shared.targets, m_with.folders.dataFolder(), looksLikeImage});
     createInstaller();
     connectSharedObjects();
+    attachSurfaces();
 }
 
 void BrevokAppDelegate::createInstaller()
@@ -170,12 +184,38 @@ void BrevokAppDelegate::connectSharedObjects()
     });
     connect(&*shared.packages, &BrevokPackages::updateProgressWanted, this,
         [this] { m_with.surfaces.showUpdateProgress(); });
+    connect(&*shared.packages, &BrevokPackages::checkFinished, this, [this](bool ok) {
+        if (!ok) {
+            m_with.surfaces.hideUpdateProgress();
+        }
+    });
     connect(&*shared.packages, &BrevokPackages::updateResult, this,
         [this](
             const QString &title, const QString &label) { m_with.surfaces.showUpdateResult(title, label); });
     connect(&*shared.control, &ControlService::openPanelRequested, this,
         [this] { panelController().openPanel(); });
     connect(&*shared.control, &ControlService::quitRequested, this, &BrevokAppDelegate::terminateSoon);
+}
+
+void BrevokAppDelegate::attachSurfaces()
+{
+    Shared &shared = *m_shared;
+    m_with.surfaces.attach({
+        .bundle = m_with.bundle,
+        .session = *shared.session,
+        .plugins = *shared.plugins,
+        .packages = *shared.packages,
+        .targets = *shared.targets,
+        .flow = *shared.flow,
+        .alerts = *shared.alerts,
+        .connectivity = *shared.connectivity,
+        .access = *this,
+        .settings = *m_with.platform.settings,
+        .urls = *m_with.platform.urlOpener,
+        .serviceUrl = m_with.service.baseUrl,
+        .togglePanel = [this] { togglePanel(); },
+        .terminate = [this] { terminateSoon(); },
+    });
 }
 
 void BrevokAppDelegate::createMenubarController()
@@ -215,13 +255,16 @@ void BrevokAppDelegate::terminateSoon()
 {
     QTimer::singleShot(0, this, [this] {
         if (applicationShouldTerminate()) {
-            QCoreApplication::quit();
+            QCoreApplication::exit(); // unlike quit(), no window is asked whether it agrees
         }
     });
 }
 
 void BrevokAppDelegate::togglePanel()
 {
+    if (!m_menubarController) {
+        return; // before start-up made it or while the program ends
+    }
     const bool active = !m_menubarController->hasActiveIcon();
     m_menubarController->setHasActiveIcon(active);
     panelController().setHasActivePanel(active);
@@ -242,7 +285,9 @@ PanelSurface &BrevokAppDelegate::panelController()
 
 void BrevokAppDelegate::setKeepOpenPanel(bool keepOpen)
 {
-    panelController().setKeepOpenPanel(keepOpen);
+    if (m_panelController || m_shared->flow) {
+        panelController().setKeepOpenPanel(keepOpen);
+    } // else a question of the start-up: there is no panel that could close
 }
 
 QUrl BrevokAppDelegate::appURL() const

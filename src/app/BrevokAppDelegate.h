@@ -35,6 +35,7 @@ public:
         Surfaces &surfaces;
         StandardFolders folders;
         ServiceConfiguration service;
+        bool background = false; ///< started by the system: nothing is opened or shown
     };
 
     explicit BrevokAppDelegate(Environment environment, QObject *parent = nullptr);
@@ -84,6 +85,7 @@ private:
     void createSharedObjects();
     void createInstaller();
     void connectSharedObjects();
+    void attachSurfaces();
     void createMenubarController();
     void observeOtherProcesses();
     void keep(const QString &key, const QVariant &value);

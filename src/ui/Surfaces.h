@@ -4,10 +4,24 @@
 #pragma once
 
 #include <QObject>
+#include <QUrl>
 
+#include <functional>
 #include <memory>
 
 namespace brevok {
+
+class BrevokAlertQueue;
+class BrevokPackages;
+class BrevokPlugins;
+class BrevokSession;
+class BrevokTargetApps;
+class Connectivity;
+class InstallFlow;
+class MainBundle;
+class SettingsAccess;
+class SettingsStore;
+class UrlOpener;
 
 /// The status item in the system's bar, as the application drives it. Main thread.
 class StatusItemSurface {
@@ -40,6 +54,24 @@ Q_SIGNALS:
     void hasActivePanelChanged(bool active);
 };
 
+/// What the windows show and drive. Everything outlives them.
+struct SurfaceContext {
+    const MainBundle &bundle;
+    BrevokSession &session;
+    BrevokPlugins &plugins;
+    BrevokPackages &packages;
+    BrevokTargetApps &targets;
+    InstallFlow &flow;
+    BrevokAlertQueue &alerts;
+    const Connectivity &connectivity;
+    SettingsAccess &access;
+    SettingsStore &settings;
+    UrlOpener &urls;
+    QUrl serviceUrl; ///< base address of the service and its web pages
+    std::function<void()> togglePanel;
+    std::function<void()> terminate;
+};
+
 /// Windows of the program, made by whoever composes it. Without windows every wish is a log line.
 class Surfaces {
 public:
@@ -47,11 +79,18 @@ public:
     virtual ~Surfaces() = default;
     Q_DISABLE_COPY_MOVE(Surfaces)
 
+    /// Called once, before anything else here.
+    virtual void attach(const SurfaceContext &context) = 0;
+    /// Closes every window but the surfaces that others own, which are gone by then; nothing else follows.
+    virtual void detach() = 0;
+
     [[nodiscard]] virtual std::unique_ptr<StatusItemSurface> makeStatusItem() = 0;
     [[nodiscard]] virtual std::unique_ptr<PanelSurface> makePanel() = 0;
     /// Brings the preferences to the front, at the page of the targets.
     virtual void showTargetsPreferences() = 0;
     virtual void showUpdateProgress() = 0;
+    /// The check that showUpdateProgress() was about ended.
+    virtual void hideUpdateProgress() = 0;
     virtual void showUpdateResult(const QString &title, const QString &label) = 0;
 };
 

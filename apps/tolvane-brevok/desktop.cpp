@@ -1,0 +1,48 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+// The application with its windows, as the launcher loads it.
+
+#include "app/desktop/DesktopSession.h"
+#include "app/desktop/DesktopSurfaces.h"
+#include "app/Program.h"
+#include "ui/WidgetAlertPresenter.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+using namespace brevok;
+
+namespace {
+
+constexpr int noDisplay = 1;
+
+} // namespace
+
+/// Runs the application until it quits. @return the exit status
+extern "C" Q_DECL_EXPORT int runTolvaneBrevok(int argc, char **argv)
+{
+    std::vector<char *> words(argv, argv + argc); // the application object takes out what is its own
+    const auto problem = prepareDisplay();
+    std::unique_ptr<QCoreApplication> application;
+    if (problem) {
+        application = std::make_unique<QCoreApplication>(argc, argv);
+    } else {
+        application = std::make_unique<QApplication>(argc, argv);
+    }
+    const auto commandLine = readCommandLine(static_cast<int>(words.size()), words.data());
+    if (const int *status = std::get_if<int>(&commandLine)) {
+        return *status;
+    }
+    if (problem) {
+        std::fprintf(stderr, "tolvane-brevok: %s\n", qUtf8Printable(*problem));
+        return noDisplay;
+    }
+    prepareApplication();
+    WidgetAlertPresenter presenter;
+    DesktopSurfaces surfaces(presenter);
+    return runApplication(std::get<Options>(commandLine), presenter, surfaces);
+}

@@ -1,0 +1,70 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/Program.h"
+
+#include "app/BrevokAppDelegate.h"
+#include "foundation/Log.h"
+#include "foundation/Tasks.h"
+#include "platform/Platform.h"
+#include "platform/SettingsStore.h"
+#include "platform/StandardFolders.h"
+#include "platform/TerminationRequests.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace brevok {
+
+namespace {
+
+constexpr int usageError = 2;
+constexpr int patienceAtQuitMs = 5000;
+
+} // namespace
+
+std::variant<Options, int> readCommandLine(int argc, char **argv)
+{
+    installLogFormat();
+    QStringList words;
+    for (int i = 0; i < argc; ++i) {
+        words.append(QString::fromLocal8Bit(argv[i]));
+    }
+    auto parsed = parseOptions(words, QProcessEnvironment::systemEnvironment(),
+        {QStringLiteral(BREVOK_DEFAULT_SERVICE_URL), QStringLiteral(BREVOK_DEFAULT_REACHABILITY_HOST),
+            QStringLiteral(BREVOK_VERSION), administratorsPolicyFile()});
+    if (const auto *text = std::get_if<PrintAndExit>(&parsed)) {
+        std::fputs(qUtf8Printable(text->text), stdout);
+        return EXIT_SUCCESS;
+    }
+    if (const auto *error = std::get_if<OptionError>(&parsed)) {
+        std::fprintf(stderr, "tolvane-brevok: %s\n", qUtf8Printable(error->message));
+        return usageError;
+    }
+    return std::get<Options>(std::move(parsed));
+}
+
+int runApplication(const Options &options, AlertPresenter &presenter, Surfaces &surfaces)
+{
+    const TerminationRequests requests;
+    const MainBundle bundle = MainBundle::ofRunningProgram();
+    const StandardFolders folders = standardFoldersForUser();
+    Platform platform = createPlatform(bundle, folders, options.applications);
+    platform.settings->lock(options.lockedSettings);
+    BrevokAppDelegate delegate(
+        {bundle, platform, presenter, surfaces, folders, options.service, options.background});
+    QObject::connect(
+        &requests, &TerminationRequests::requested, &delegate, &BrevokAppDelegate::terminateSoon);
+    delegate.applicationDidFinishLaunching();
+    const int status = QCoreApplication::exec();
+    if (!finishBackgroundWork(patienceAtQuitMs)) {
+        // An install that takes longer is cut off as by a crash: its command stays recorded for the next
+        // start.
+        std::_Exit(status);
+    }
+    return status;
+}
+
+} // namespace brevok

@@ -1,0 +1,145 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/desktop/DesktopSurfaces.h"
+
+#include "ui/BrevokAboutController.h"
+#include "ui/BrevokMenubarController.h"
+#include "ui/BrevokPanelController.h"
+#include "ui/BrevokPreferencesController.h"
+#include "ui/BrevokUpdateProgressController.h"
+#include "ui/BrevokUpdateResultController.h"
+#include "ui/linux/LinuxStatusBar.h"
+#include "ui/SmallWindows.h"
+#include "ui/StatusBar.h"
+
+#include <QApplication>
+#include <QDBusConnection>
+
+namespace brevok {
+
+DesktopSurfaces::DesktopSurfaces(AlertPresenter &presenter)
+    : m_presenter(presenter)
+{
+}
+
+DesktopSurfaces::~DesktopSurfaces() = default;
+
+void DesktopSurfaces::attach(const SurfaceContext &context)
+{
+    m_with.emplace(context);
+    m_bar = std::make_unique<LinuxStatusBar>(QDBusConnection::sessionBus());
+}
+
+void DesktopSurfaces::detach()
+{
+    m_preferences.reset();
+    m_smallWindows.reset();
+    m_with.reset();
+}
+
+std::unique_ptr<StatusItemSurface> DesktopSurfaces::makeStatusItem()
+{
+    auto item = std::make_unique<BrevokMenubarController>(*m_bar);
+    QObject::connect(item.get(), &BrevokMenubarController::togglePanelRequested, item.get(),
+        [toggle = m_with->togglePanel] { toggle(); });
+    m_statusItem = item.get();
+    return item;
+}
+
+std::unique_ptr<PanelSurface> DesktopSurfaces::makePanel()
+{
+    auto panel = std::make_unique<BrevokPanelController>(BrevokPanelController::Collaborators{
+        .session = m_with->session,
+        .plugins = m_with->plugins,
+        .packages = m_with->packages,
+        .targets = m_with->targets,
+        .flow = m_with->flow,
+        .alerts = m_with->alerts,
+        .connectivity = m_with->connectivity,
+        .urls = m_with->urls,
+        .serviceUrl = m_with->serviceUrl,
+        .helpUrl = QUrl(QStringLiteral(BREVOK_HELP_URL)),
+        .statusItem = [this]() -> const StatusItemPlace * {
+            return m_statusItem ? &m_statusItem->statusItem() : nullptr;
+        },
+    });
+    connectPanel(*panel);
+    return panel;
+}
+
+void DesktopSurfaces::connectPanel(BrevokPanelController &panel)
+{
+    using Panel = BrevokPanelController;
+    QObject::connect(&panel, &Panel::windowsToFrontRequested, &panel, [this] { bringWindowsToFront(); });
+    QObject::connect(&panel, &Panel::showSettingsRequested, &panel, [this] { preferences().showWindow(); });
+    QObject::connect(&panel, &Panel::showTargetsRequested, &panel, [this] { preferences().showTargets(); });
+    QObject::connect(&panel, &Panel::showAboutRequested, &panel,
+        [this] { smallWindows().aboutController().showWindow(); });
+    QObject::connect(
+        &panel, &Panel::terminateRequested, &panel, [terminate = m_with->terminate] { terminate(); });
+}
+
+void DesktopSurfaces::bringWindowsToFront()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (QWidget *window : windows) {
+        if (window->isVisible()
+            && (window == m_preferences.get() || qobject_cast<BrevokAboutController *>(window) != nullptr)) {
+            window->raise();
+        }
+    }
+}
+
+SmallWindows &DesktopSurfaces::smallWindows()
+{
+    if (!m_smallWindows) {
+        m_smallWindows = std::make_unique<SmallWindows>(m_with->bundle);
+    }
+    return *m_smallWindows;
+}
+
+BrevokPreferencesController &DesktopSurfaces::preferences()
+{
+    if (!m_preferences) {
+        m_preferences =
+            std::make_unique<BrevokPreferencesController>(BrevokPreferencesController::Collaborators{
+                .session = m_with->session,
+                .targets = m_with->targets,
+                .access = m_with->access,
+                .settings = m_with->settings,
+                .presenter = m_presenter,
+                .urlOpener = m_with->urls,
+                .service = m_with->serviceUrl,
+            });
+    }
+    return *m_preferences;
+}
+
+void DesktopSurfaces::showTargetsPreferences()
+{
+    preferences().showTargets();
+}
+
+void DesktopSurfaces::showUpdateProgress()
+{
+    smallWindows().updateProgressController().showWindow();
+}
+
+void DesktopSurfaces::hideUpdateProgress()
+{
+    if (m_smallWindows) {
+        m_smallWindows->updateProgressController().close();
+    }
+}
+
+void DesktopSurfaces::showUpdateResult(const QString &title, const QString &label)
+{
+    hideUpdateProgress();
+    BrevokUpdateResultController &result = smallWindows().updateResultController();
+    result.titleString = title;
+    result.labelString = label;
+    result.showWindow();
+}
+
+} // namespace brevok

@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "ui/Surfaces.h"
+
+#include <QPointer>
+
+#include <memory>
+#include <optional>
+
+namespace brevok {
+
+class AlertPresenter;
+class BrevokMenubarController;
+class BrevokPanelController;
+class BrevokPreferencesController;
+class SmallWindows;
+class StatusBar;
+
+/// The windows of a desktop, each made when it is first needed. Main thread; goes before the application
+/// object.
+class DesktopSurfaces final : public Surfaces {
+public:
+    /// @p presenter outlives this object.
+    explicit DesktopSurfaces(AlertPresenter &presenter);
+    ~DesktopSurfaces() override;
+
+    void attach(const SurfaceContext &context) override;
+    void detach() override;
+    [[nodiscard]] std::unique_ptr<StatusItemSurface> makeStatusItem() override;
+    [[nodiscard]] std::unique_ptr<PanelSurface> makePanel() override;
+    void showTargetsPreferences() override;
+    void showUpdateProgress() override;
+    void hideUpdateProgress() override;
+    void showUpdateResult(const QString &title, const QString &label) override;
+
+private:
+    [[nodiscard]] SmallWindows &smallWindows();
+    [[nodiscard]] BrevokPreferencesController &preferences();
+    void connectPanel(BrevokPanelController &panel);
+    void bringWindowsToFront();
+
+    AlertPresenter &m_presenter;
+    std::optional<SurfaceContext> m_with;
+    std::unique_ptr<StatusBar> m_bar;
+    QPointer<BrevokMenubarController> m_statusItem;
+    std::unique_ptr<SmallWindows> m_smallWindows;
+    std::unique_ptr<BrevokPreferencesController> m_preferences;
+};
+
+} // namespace brevok

@@ -32,6 +32,8 @@ public:
 
     /// The presenter that callers build their alerts with.
     [[nodiscard]] AlertPresenter &presenter() const { return m_presenter; }
+    /// The panel that callers' own blocking alerts hold open.
+    [[nodiscard]] PanelKeeper &panel() const { return m_panel; }
 
 private:
     int showOnce(Alert &alert);

@@ -1,0 +1,11 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+namespace brevok {
+
+/// Whether the X server that DISPLAY names lets this process in.
+[[nodiscard]] bool canOpenX11Display();
+
+} // namespace brevok

@@ -64,6 +64,7 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
 {
     m_shared->alerts.emplace(m_with.presenter, static_cast<PanelKeeper &>(*this));
     m_shared->control.emplace();
+    m_shared->activation.emplace();
     if (anotherCopyRuns()) {
         giveWayToTheOtherCopy();
         return;
@@ -76,6 +77,7 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
     setStartAtLogin(m_with.platform.settings->boolValue(AppKeys::startAtLogin));
     createMenubarController();
     observeOtherProcesses();
+    m_shared->activation->setHandler([this] { panelController().openPanel(); });
 }
 
 bool BrevokAppDelegate::anotherCopyRuns()
@@ -320,7 +322,7 @@ void BrevokAppDelegate::setStartAtLogin(bool enabled)
 {
     Q_EMIT startAtLoginWillChange();
     keep(AppKeys::startAtLogin, enabled);
-    setStartAtLogin(appURL(), enabled);
+    setStartAtLogin(appURL(), m_with.platform.settings->boolValue(AppKeys::startAtLogin)); // it may be locked
     Q_EMIT startAtLoginChanged();
 }
 
@@ -370,6 +372,11 @@ int BrevokAppDelegate::logLevel() const
 void BrevokAppDelegate::setLogLevel(int level)
 {
     keep(AppKeys::logLevel, level);
+}
+
+bool BrevokAppDelegate::isLocked(const QString &key) const
+{
+    return m_with.platform.settings->isLocked(key);
 }
 
 } // namespace brevok

@@ -13,22 +13,29 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-struct Given {
-    QString value;
-    QString source; ///< how the value was given, for the message
-};
+using Given = Policy::Entry; // a value, and how it was given, for the message
 
-std::optional<Given> given(const QCommandLineParser &parser, const QProcessEnvironment &environment,
-    const QString &option, const QString &variable)
-{
-    if (parser.isSet(option)) {
-        return Given{parser.value(option), u"--%1"_s.arg(option)};
+// Where values come from: the policy, else the command line, else the environment.
+struct Sources {
+    const Policy &policy;
+    const QCommandLineParser &parser;
+    const QProcessEnvironment &environment;
+
+    [[nodiscard]] std::optional<Given> given(
+        const std::optional<Given> &decided, const QString &option, const QString &variable) const
+    {
+        if (decided) {
+            return decided;
+        }
+        if (parser.isSet(option)) {
+            return Given{parser.value(option), u"--%1"_s.arg(option)};
+        }
+        if (!environment.value(variable).isEmpty()) {
+            return Given{environment.value(variable), variable};
+        }
+        return std::nullopt;
     }
-    if (!environment.value(variable).isEmpty()) {
-        return Given{environment.value(variable), variable};
-    }
-    return std::nullopt;
-}
+};
 
 std::optional<OptionError> readServiceUrl(const Given &address, ServiceConfiguration &service)
 {
@@ -88,22 +95,42 @@ void addOptions(QCommandLineParser &parser)
     });
 }
 
-std::optional<OptionError> readService(const QCommandLineParser &parser,
-    const QProcessEnvironment &environment, const OptionDefaults &defaults, ServiceConfiguration &service)
+std::optional<OptionError> readService(
+    const Sources &sources, const OptionDefaults &defaults, ServiceConfiguration &service)
 {
-    const auto url = given(parser, environment, u"service-url"_s, u"BREVOK_SERVICE_URL"_s)
+    const Policy &policy = sources.policy;
+    const auto url = sources.given(policy.serviceUrl, u"service-url"_s, u"BREVOK_SERVICE_URL"_s)
                          .value_or(Given{defaults.serviceUrl, u"the default"_s});
     if (auto error = readServiceUrl(url, service)) {
         return error;
     }
-    if (const auto path = given(parser, environment, u"service-ca"_s, u"BREVOK_SERVICE_CA"_s)) {
+    if (const auto path = sources.given(policy.serviceAuthorities, u"service-ca"_s, u"BREVOK_SERVICE_CA"_s)) {
         if (auto error = readAuthorities(*path, service)) {
             return error;
         }
     }
-    const auto host = given(parser, environment, u"reachability-host"_s, u"BREVOK_REACHABILITY_HOST"_s)
-                          .value_or(Given{defaults.reachabilityHost, u"the default"_s});
+    const auto host =
+        sources.given(policy.reachabilityHost, u"reachability-host"_s, u"BREVOK_REACHABILITY_HOST"_s)
+            .value_or(Given{defaults.reachabilityHost, u"the default"_s});
     return readReachabilityHost(host, service);
+}
+
+std::optional<OptionError> readApplications(const Sources &sources, QStringList &folders)
+{
+    if (!sources.policy.applications.isEmpty()) {
+        folders = sources.policy.applications;
+        return std::nullopt;
+    }
+    folders = sources.parser.isSet(u"applications"_s)
+        ? sources.parser.values(u"applications"_s)
+        : sources.environment.value(u"BREVOK_APPLICATIONS"_s).split(u':', Qt::SkipEmptyParts);
+    for (QString &folder : folders) {
+        if (folder.isEmpty()) {
+            return OptionError{u"--applications: the name of a folder is missing"_s};
+        }
+        folder = QDir(folder).absolutePath();
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -125,19 +152,19 @@ std::variant<Options, PrintAndExit, OptionError> parseOptions(
     if (!parser.positionalArguments().isEmpty()) {
         return OptionError{u"Unexpected argument '%1'."_s.arg(parser.positionalArguments().constFirst())};
     }
+    const auto policy = readPolicy(defaults.policyFile);
+    if (const auto *wrong = std::get_if<QString>(&policy)) {
+        return OptionError{*wrong};
+    }
+    const Sources sources{std::get<Policy>(policy), parser, environment};
     Options options;
-    if (auto error = readService(parser, environment, defaults, options.service)) {
+    if (auto error = readService(sources, defaults, options.service)) {
         return *error;
     }
-    options.applications = parser.isSet(u"applications"_s)
-        ? parser.values(u"applications"_s)
-        : environment.value(u"BREVOK_APPLICATIONS"_s).split(u':', Qt::SkipEmptyParts);
-    for (QString &folder : options.applications) {
-        if (folder.isEmpty()) {
-            return OptionError{u"--applications: the name of a folder is missing"_s};
-        }
-        folder = QDir(folder).absolutePath();
+    if (auto error = readApplications(sources, options.applications)) {
+        return *error;
     }
+    options.lockedSettings = sources.policy.lockedSettings;
     options.headless = parser.isSet(u"headless"_s);
     options.background = parser.isSet(u"background"_s);
     return options;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "app/Policy.h"
 #include "service/ServiceClient.h"
 
 #include <QProcessEnvironment>
@@ -16,6 +17,7 @@ namespace brevok {
 struct Options {
     ServiceConfiguration service;
     QStringList applications; ///< folders searched for host applications; empty for the platform's own
+    QVariantMap lockedSettings; ///< what the administrator decides, by keys of the settings store
     bool headless = false;
     bool background = false;
 };
@@ -35,9 +37,11 @@ struct OptionDefaults {
     QString serviceUrl;
     QString reachabilityHost;
     QString programVersion;
+    QString policyFile = {}; ///< of the administrator; see readPolicy()
 };
 
-/// Reads @p words (the program's name first) and, for options that are not given, @p environment.
+/// Reads @p words (the program's name first) and, for options that are not given, @p environment. What the
+/// administrator's policy decides is taken from there, whatever the user gave.
 [[nodiscard]] std::variant<Options, PrintAndExit, OptionError> parseOptions(
     const QStringList &words, const QProcessEnvironment &environment, const OptionDefaults &defaults);
 

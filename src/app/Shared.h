@@ -6,6 +6,7 @@
 #include "alerts/BrevokAlertQueue.h"
 #include "catalogue/BrevokPackages.h"
 #include "control/ControlService.h"
+#include "control/DesktopActivation.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/InstallFlow.h"
 #include "service/BrevokSession.h"
@@ -22,6 +23,7 @@ namespace brevok {
 struct Shared {
     std::optional<BrevokAlertQueue> alerts;
     std::optional<ControlService> control;
+    std::optional<DesktopActivation> activation;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;
     std::optional<BrevokTargetApps> targets;

@@ -48,6 +48,13 @@ std::optional<bool> truthOf(const QString &text)
     return std::nullopt;
 }
 
+const Switch *findSwitch(const QString &name)
+{
+    const auto *const found = std::find_if(switches.cbegin(), switches.cend(),
+        [&](const Switch &candidate) { return name == candidate.name || name == candidate.storeKey; });
+    return found == switches.cend() ? nullptr : found;
+}
+
 } // namespace
 
 QJsonObject settingsDocument(const SettingsAccess &settings)
@@ -60,27 +67,42 @@ QJsonObject settingsDocument(const SettingsAccess &settings)
     return document;
 }
 
+std::variant<StoredSetting, QString> settingFromText(const QString &name, const QString &text)
+{
+    if (name == logLevelName || name == logLevelKey) {
+        bool isNumber = false;
+        const int level = text.toInt(&isNumber);
+        if (!isNumber || level < 0) {
+            return u"'%1' is no value for %2: a whole number from 0 is."_s.arg(text, name);
+        }
+        return StoredSetting{logLevelKey, level};
+    }
+    const Switch *const setting = findSwitch(name);
+    if (setting == nullptr) {
+        return u"There is no setting '%1'."_s.arg(name);
+    }
+    const std::optional<bool> truth = truthOf(text);
+    if (!truth) {
+        return u"'%1' is no value for %2: yes and no are."_s.arg(text, name);
+    }
+    return StoredSetting{setting->storeKey, *truth};
+}
+
 std::optional<QString> setSettingFromText(SettingsAccess &settings, const QString &key, const QString &value)
 {
-    if (key == logLevelName || key == logLevelKey) {
-        bool isNumber = false;
-        const int level = value.toInt(&isNumber);
-        if (!isNumber || level < 0) {
-            return u"'%1' is no value for %2: a whole number from 0 is."_s.arg(value, key);
-        }
-        settings.setLogLevel(level);
-        return std::nullopt;
+    const auto meant = settingFromText(key, value);
+    if (const auto *wrong = std::get_if<QString>(&meant)) {
+        return *wrong;
     }
-    const auto *const setting = std::find_if(switches.cbegin(), switches.cend(),
-        [&](const Switch &candidate) { return key == candidate.name || key == candidate.storeKey; });
-    if (setting == switches.cend()) {
-        return u"There is no setting '%1'."_s.arg(key);
+    const auto &setting = std::get<StoredSetting>(meant);
+    if (settings.isLocked(setting.key)) {
+        return u"The administrator decides '%1'; it cannot be changed here."_s.arg(key);
     }
-    const std::optional<bool> truth = truthOf(value);
-    if (!truth) {
-        return u"'%1' is no value for %2: yes and no are."_s.arg(value, key);
+    if (setting.key == logLevelKey) {
+        settings.setLogLevel(setting.value.toInt());
+    } else {
+        std::invoke(findSwitch(key)->set, settings, setting.value.toBool());
     }
-    std::invoke(setting->set, settings, *truth);
     return std::nullopt;
 }
 

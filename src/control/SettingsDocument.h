@@ -7,13 +7,25 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QVariant>
 
 #include <optional>
+#include <variant>
 
 namespace brevok {
 
 /// All settings that the user edits, by name.
 [[nodiscard]] QJsonObject settingsDocument(const SettingsAccess &settings);
+
+/// A setting as the store keeps it.
+struct StoredSetting {
+    QString key;
+    QVariant value; ///< a bool, or an int for the log level
+};
+
+/// What @p text means for the setting @p name; both as setSettingFromText() takes them.
+/// @return that, or a sentence that says what is wrong
+[[nodiscard]] std::variant<StoredSetting, QString> settingFromText(const QString &name, const QString &text);
 
 /// Sets one by its name ("startAtLogin") or its key in the store ("OrlecStartAtLogin") from a text: yes/no,
 /// true/false, on/off, 1/0, or a number from 0 for the log level.

@@ -17,8 +17,16 @@ void SettingsStore::registerDefaults(const QVariantMap &defaults)
     m_defaults = defaults;
 }
 
+void SettingsStore::lock(const QVariantMap &values)
+{
+    m_locked = values;
+}
+
 QVariant SettingsStore::value(const QString &key) const
 {
+    if (isLocked(key)) {
+        return m_locked.value(key);
+    }
     const QVariant stored = storedValue(key);
     return stored.isValid() ? stored : m_defaults.value(key);
 }
@@ -57,13 +65,17 @@ QDateTime SettingsStore::dateValue(const QString &key) const
 
 void SettingsStore::setValue(const QString &key, const QVariant &value)
 {
-    store(key, value);
+    if (!isLocked(key)) {
+        store(key, value);
+    }
     Q_EMIT changed(key);
 }
 
 void SettingsStore::remove(const QString &key)
 {
-    erase(key);
+    if (!isLocked(key)) {
+        erase(key);
+    }
     Q_EMIT changed(key);
 }
 

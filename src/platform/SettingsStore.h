@@ -28,7 +28,12 @@ public:
     /// Values for keys that the user has not set. Nothing is written.
     void registerDefaults(const QVariantMap &defaults);
 
-    /// The user's value, else the registered default, else an invalid variant.
+    /// Values that the administrator decides: they stand over the user's own, which are kept as they are, and
+    /// setValue() and remove() of their keys change nothing.
+    void lock(const QVariantMap &values);
+    [[nodiscard]] bool isLocked(const QString &key) const { return m_locked.contains(key); }
+
+    /// The locked value, else the user's, else the registered default, else an invalid variant.
     [[nodiscard]] QVariant value(const QString &key) const;
     /// Whether the user's own value exists, whatever the defaults say.
     [[nodiscard]] virtual bool contains(const QString &key) const = 0;
@@ -68,6 +73,7 @@ protected:
 
 private:
     QVariantMap m_defaults;
+    QVariantMap m_locked;
 };
 
 } // namespace brevok

@@ -25,4 +25,12 @@ struct StandardFolders {
 /// The folders of the user who runs this process.
 [[nodiscard]] StandardFolders standardFoldersForUser();
 
+/// Where the administrator's policy for this copy of the program stands:
+/// "PREFIX/etc/tolvane-brevok/policy.conf" for a program in "PREFIX/bin", the system's own "etc" for PREFIX
+/// "/usr". It follows from the executable alone, so that no option and no variable of a user leads away from
+/// it. Needs no application object.
+[[nodiscard]] QString administratorsPolicyFile();
+/// The same for the program at @p executable.
+[[nodiscard]] QString administratorsPolicyFile(const QString &executable);
+
 } // namespace brevok

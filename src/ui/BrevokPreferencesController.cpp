@@ -27,7 +27,7 @@ namespace {
 
 BrevokPreferencesController *sharedController = nullptr;
 
-/// The settings that the check boxes show.
+/// The settings that the check boxes show: updates, notifications, automatic updates, log, start at login.
 const QStringList &shownSettings()
 {
     static const QStringList keys{u"SUEnableAutomaticChecks"_s, u"OrlecShowNotifications"_s,
@@ -166,6 +166,15 @@ void BrevokPreferencesController::setUpSettings()
         ui.checkForUpdates, &QCheckBox::clicked, this, [&access](bool on) { access.setCheckForUpdates(on); });
     connect(ui.autoUpdate, &QCheckBox::clicked, this, [&access](bool on) { access.setAutoUpdate(on); });
     connect(ui.logLevel, &QCheckBox::clicked, this, [&access](bool on) { access.setLogLevel(on ? 1 : 0); });
+    const QList<QCheckBox *> boxes{
+        ui.checkForUpdates, ui.notifications, ui.autoUpdate, ui.logLevel, ui.startAtLogin};
+    for (qsizetype i = 0; i < boxes.size(); ++i) {
+        if (access.isLocked(shownSettings().at(i))) {
+            boxes.at(i)->setEnabled(false);
+            boxes.at(i)->setToolTip(Texts::tr("Your administrator decides this setting."));
+            boxes.at(i)->setAccessibleDescription(boxes.at(i)->toolTip());
+        }
+    }
 }
 
 void BrevokPreferencesController::observe()

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include <QtGlobal>
+#include <QString>
 
 namespace brevok {
 
@@ -24,6 +24,9 @@ public:
     virtual void setAutoUpdate(bool enabled) = 0;
     [[nodiscard]] virtual int logLevel() const = 0;
     virtual void setLogLevel(int level) = 0;
+
+    /// Whether the administrator decides the setting with this key in the store: setting it changes nothing.
+    [[nodiscard]] virtual bool isLocked(const QString & /*key*/) const { return false; }
 };
 
 } // namespace brevok

@@ -4,6 +4,8 @@
 #include "platform/StandardFolders.h"
 
 #include <QDir>
+#include <QFile>
+#include <QFileInfo>
 
 namespace brevok {
 
@@ -26,6 +28,20 @@ StandardFolders standardFoldersForUser()
         .applicationSupport = folderFrom("XDG_DATA_HOME", ".local/share"),
         .library = folderFrom("XDG_STATE_HOME", ".local/state") + QStringLiteral("/tolvane-brevok"),
         .autostart = configuration + QStringLiteral("/autostart")};
+}
+
+QString administratorsPolicyFile()
+{
+    return administratorsPolicyFile(QFile::symLinkTarget(QStringLiteral("/proc/self/exe")));
+}
+
+QString administratorsPolicyFile(const QString &executable)
+{
+    QString prefix = QDir::cleanPath(QFileInfo(executable).path() + QStringLiteral("/.."));
+    if (prefix.endsWith(QStringLiteral("/usr"))) {
+        prefix.chop(4);
+    }
+    return QDir::cleanPath(prefix + QStringLiteral("/etc/tolvane-brevok/policy.conf"));
 }
 
 } // namespace brevok

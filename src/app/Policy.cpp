@@ -1,0 +1,154 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/Policy.h"
+
+#include "control/SettingsDocument.h"
+#include "platform/RegularFile.h"
+
+#include <QDir>
+#include <QSet>
+#include <QStringDecoder>
+
+#include <filesystem>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 sizeLimit = 64LL * 1024;
+
+// Takes the lines of one file, in order, into a policy. QSettings would do for the format, but tells no lines
+// and passes over what it does not understand.
+class Reader {
+public:
+    explicit Reader(QString file)
+        : m_file(std::move(file))
+    {
+    }
+
+    /// @return what is wrong with the line
+    std::optional<QString> take(int number, QStringView line)
+    {
+        const QString place = u"%1, line %2"_s.arg(m_file).arg(number);
+        if (line.isEmpty() || line.startsWith(u'#') || line.startsWith(u';')) {
+            return std::nullopt;
+        }
+        if (line.startsWith(u'[')) {
+            m_group = line.toString();
+            const bool known =
+                QStringList{u"[Service]"_s, u"[Applications]"_s, u"[Settings]"_s}.contains(m_group);
+            return known ? std::nullopt : std::optional(u"%1: there is no group '%2'"_s.arg(place, m_group));
+        }
+        const qsizetype sign = line.indexOf(u'=');
+        if (sign < 0) {
+            return u"%1: '%2' is neither [GROUP] nor KEY=VALUE"_s.arg(place, line);
+        }
+        const QString key = line.first(sign).trimmed().toString();
+        const QString value = line.sliced(sign + 1).trimmed().toString();
+        const QString source = u"%1: %2"_s.arg(place, key);
+        if (value.isEmpty()) {
+            return u"%1: the value is missing"_s.arg(source);
+        }
+        return takeValue(key, {value, source});
+    }
+
+    [[nodiscard]] const Policy &policy() const { return m_policy; }
+
+private:
+    std::optional<QString> takeValue(const QString &key, const Policy::Entry &entry)
+    {
+        if (m_group == u"[Settings]") {
+            return takeSetting(key, entry);
+        }
+        const QString name = m_group + key;
+        if (m_taken.contains(name)) {
+            return u"%1: stands there twice"_s.arg(entry.source);
+        }
+        m_taken.insert(name);
+        if (name == u"[Service]URL") {
+            m_policy.serviceUrl = entry;
+        } else if (name == u"[Service]CA") {
+            m_policy.serviceAuthorities = entry;
+            return notAbsolute(entry.value, entry);
+        } else if (name == u"[Service]ReachabilityHost") {
+            m_policy.reachabilityHost = entry;
+        } else if (name == u"[Applications]Folders") {
+            return takeFolders(entry);
+        } else {
+            return m_group.isEmpty() ? u"%1: stands in no group"_s.arg(entry.source)
+                                     : u"%1: there is no such key in %2"_s.arg(entry.source, m_group);
+        }
+        return std::nullopt;
+    }
+
+    std::optional<QString> takeFolders(const Policy::Entry &entry)
+    {
+        const QStringList folders = entry.value.split(u':', Qt::SkipEmptyParts);
+        for (const QString &folder : folders) {
+            if (auto wrong = notAbsolute(folder, entry)) {
+                return wrong;
+            }
+            m_policy.applications.append(QDir::cleanPath(folder));
+        }
+        return folders.isEmpty() ? std::optional(u"%1: names no folder"_s.arg(entry.source)) : std::nullopt;
+    }
+
+    std::optional<QString> takeSetting(const QString &key, const Policy::Entry &entry)
+    {
+        const auto setting = settingFromText(key, entry.value);
+        if (const auto *wrong = std::get_if<QString>(&setting)) {
+            return u"%1: %2"_s.arg(entry.source, *wrong);
+        }
+        const auto &[storeKey, value] = std::get<StoredSetting>(setting);
+        if (m_policy.lockedSettings.contains(storeKey)) {
+            return u"%1: stands there twice"_s.arg(entry.source);
+        }
+        m_policy.lockedSettings.insert(storeKey, value);
+        return std::nullopt;
+    }
+
+    static std::optional<QString> notAbsolute(const QString &path, const Policy::Entry &entry)
+    {
+        return path.startsWith(u'/')
+            ? std::nullopt
+            : std::optional(u"%1: '%2' is no absolute path"_s.arg(entry.source, path));
+    }
+
+    QString m_file;
+    QString m_group;
+    QSet<QString> m_taken;
+    Policy m_policy;
+};
+
+} // namespace
+
+std::variant<Policy, QString> readPolicy(const QString &file)
+{
+    // Only what is certainly absent counts as no policy: a folder that may not be looked into does not.
+    std::error_code error;
+    if (std::filesystem::status(file.toStdString(), error).type() == std::filesystem::file_type::not_found) {
+        return Policy();
+    }
+    const std::optional<QByteArray> bytes = readRegularFile(file, sizeLimit);
+    if (!bytes) {
+        return u"%1: cannot be read"_s.arg(file);
+    }
+    QStringDecoder decode(QStringDecoder::Utf8);
+    const QString text = decode(*bytes);
+    if (decode.hasError()) {
+        return u"%1: is no text in UTF-8"_s.arg(file);
+    }
+    Reader reader(file);
+    int number = 0;
+    for (const QStringView line : QStringView(text).split(u'\n')) {
+        if (auto wrong = reader.take(++number, line.trimmed())) {
+            return *wrong;
+        }
+    }
+    return reader.policy();
+}
+
+} // namespace brevok

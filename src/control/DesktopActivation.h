@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+#include <QVariant>
+
+#include <functional>
+
+namespace brevok {
+
+/// The application's side of org.freedesktop.Application, through which a desktop starts it from the menu and
+/// calls it again. It stands on the session bus from the constructor on. Main thread.
+class DesktopActivation final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(DesktopActivation)
+
+public:
+    explicit DesktopActivation(QObject *parent = nullptr);
+    ~DesktopActivation() override;
+
+    /// From now on the desktop's calls run @p open; so does, at once, one that came before: a desktop starts
+    /// the program with its call.
+    void setHandler(std::function<void()> open);
+
+public Q_SLOTS: // the bus interface, in its own spelling
+    void Activate(const QVariantMap &platformData);
+    /// The application opens no files: it is shown.
+    void Open(const QStringList &uris, const QVariantMap &platformData);
+    /// The desktop entry names no actions; an unknown one is ignored.
+    void ActivateAction(
+        const QString &actionName, const QVariantList &parameter, const QVariantMap &platformData);
+
+private:
+    std::function<void()> m_open;
+    bool m_waiting = false;
+};
+
+} // namespace brevok

@@ -69,9 +69,11 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
         giveWayToTheOtherCopy();
         return;
     }
+    m_shared->usageReporter.emplace();
     registerDefaults();
     moveKeysOfEarlierVersions(*m_with.platform.settings);
     brevok::setLogLevel(logLevel());
+    moveLongLogAside(m_with.folders.logFile());
     redirectStandardError(m_with.folders.logFile());
     createSharedObjects();
     setStartAtLogin(m_with.platform.settings->boolValue(AppKeys::startAtLogin));
@@ -149,6 +151,7 @@ void BrevokAppDelegate::createSharedObjects()
     shared.packages.emplace(BrevokPackages::Collaborators{*platform.settings, *shared.service, *shared.alerts,
         *shared.plugins, *shared.targets, m_with.folders.dataFolder(), looksLikeImage});
     createInstaller();
+    createReporters();
     connectSharedObjects();
     attachSurfaces();
 }
@@ -170,10 +173,29 @@ void BrevokAppDelegate::createInstaller()
     });
     shared.flow.emplace(InstallFlow::Collaborators{*shared.plugins, *shared.packages, *shared.targets,
         *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
-    shared.control->setCollaborators(
-        {*shared.session, *shared.plugins, *shared.packages, *shared.targets, *shared.flow, *this, [this] {
-             return m_shared->installer->valid();
-         }});
+}
+
+void BrevokAppDelegate::createReporters()
+{
+    Shared &shared = *m_shared;
+    const auto sessionId = [this] {
+        return m_shared->session->sessionId();
+    };
+    shared.usageReporter->setCollaborators({.network = *shared.network,
+        .targets = *shared.targets,
+        .plugins = *shared.plugins,
+        .sessionId = sessionId,
+        .appVersion = m_with.bundle.version()});
+    shared.bugReporter.emplace(BugReporter::Collaborators{
+        .network = *shared.network,
+        .connectivity = *shared.connectivity,
+        .packages = &*shared.packages,
+        .plugins = &*shared.plugins,
+        .targets = &*shared.targets,
+        .sessionId = sessionId,
+        .bundle = m_with.bundle,
+        .folders = m_with.folders,
+    });
 }
 
 void BrevokAppDelegate::connectSharedObjects()
@@ -194,6 +216,17 @@ void BrevokAppDelegate::connectSharedObjects()
     connect(&*shared.packages, &BrevokPackages::updateResult, this,
         [this](
             const QString &title, const QString &label) { m_with.surfaces.showUpdateResult(title, label); });
+    shared.control->setCollaborators({
+        .session = *shared.session,
+        .plugins = *shared.plugins,
+        .packages = *shared.packages,
+        .targets = *shared.targets,
+        .flow = *shared.flow,
+        .settings = *this,
+        .helperIsUsed = [this] { return m_shared->installer->valid(); },
+        .bugReporter = *shared.bugReporter,
+        .usageReporter = *shared.usageReporter,
+    });
     connect(&*shared.control, &ControlService::openPanelRequested, this,
         [this] { panelController().openPanel(); });
     connect(&*shared.control, &ControlService::quitRequested, this, &BrevokAppDelegate::terminateSoon);

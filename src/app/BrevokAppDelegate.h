@@ -85,6 +85,7 @@ private:
     void registerDefaults();
     void createSharedObjects();
     void createInstaller();
+    void createReporters();
     void connectSharedObjects();
     void attachSurfaces();
     void createMenubarController();

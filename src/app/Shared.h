@@ -9,6 +9,8 @@
 #include "control/DesktopActivation.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/InstallFlow.h"
+#include "reporting/BrevokUsageReporter.h"
+#include "reporting/BugReporter.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/HttpServiceClient.h"
@@ -24,6 +26,7 @@ struct Shared {
     std::optional<BrevokAlertQueue> alerts;
     std::optional<ControlService> control;
     std::optional<DesktopActivation> activation;
+    std::optional<BrevokUsageReporter> usageReporter;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;
     std::optional<BrevokTargetApps> targets;
@@ -33,6 +36,7 @@ struct Shared {
     std::optional<BrevokPackages> packages;
     std::optional<BrevokAppInstaller> installer;
     std::optional<InstallFlow> flow;
+    std::optional<BugReporter> bugReporter;
 };
 
 } // namespace brevok

@@ -13,6 +13,8 @@
 namespace brevok {
 
 class BrevokSession;
+class BrevokUsageReporter;
+class BugReporter;
 
 /// The application's side of the session-bus interface com.tolvane.brevok.Control1. Main thread. It only
 /// translates: every call is an operation of another room, every answer is put together from what those rooms
@@ -30,6 +32,8 @@ public:
         InstallFlow &flow;
         SettingsAccess &settings;
         std::function<bool()> helperIsUsed;
+        BugReporter &bugReporter;
+        BrevokUsageReporter &usageReporter;
     };
 
     explicit ControlService(QObject *parent = nullptr);
@@ -60,6 +64,9 @@ public:
     void SetTargetEnabled(const QString &path, bool enabled);
     QString Settings();
     void SetSetting(const QString &key, const QString &value);
+    QStringList Report(const QString &email, const QString &note);
+    QString ReportBody(const QString &email, const QString &note);
+    QString UsageBody();
     void OpenPanel();
     void Quit();
 
@@ -69,6 +76,8 @@ Q_SIGNALS:
     void quitRequested();
 
 private:
+    static constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
+
     /// Answers the call that is being served later, with the failures given then.
     [[nodiscard]] std::function<void(const QStringList &)> answerLater();
     void answerWhenSettled(std::function<void(const QStringList &)> answer, const QStringList &failures);

@@ -40,6 +40,8 @@ const QHash<QString, Form> &simpleForms()
         {u"settings get"_s, {Verb::GetSetting, 1, 1, "a key"}},
         {u"settings set"_s, {Verb::SetSetting, 2, 2, "a key and a value"}},
         {u"discard"_s, {Verb::Discard, 0, 0, "no argument"}},
+        {u"report"_s, {Verb::Report, 0, 0, "--email and --note, or --show"}},
+        {u"usage"_s, {Verb::ShowUsage, 0, 0, "--show"}},
         {u"open-panel"_s, {Verb::OpenPanel, 0, 0, "no argument"}},
         {u"quit"_s, {Verb::Quit, 0, 0, "no argument"}},
     };
@@ -52,9 +54,16 @@ struct Options {
     QHash<QString, QString> values;
     bool json = false;
     bool all = false;
+    bool show = false;
     bool help = false;
     bool programVersion = false;
 };
+
+bool takesValue(const QString &option)
+{
+    return QStringList{u"--timeout"_s, u"--type"_s, u"--version"_s, u"--email"_s, u"--note"_s}.contains(
+        option);
+}
 
 std::optional<UsageError> takeOptions(const QStringList &given, Options &options)
 {
@@ -69,11 +78,13 @@ std::optional<UsageError> takeOptions(const QStringList &given, Options &options
             options.json = true;
         } else if (word == u"--all") {
             options.all = true;
+        } else if (word == u"--show") {
+            options.show = true;
         } else if (word == u"--help" || word == u"-h") {
             options.help = true;
         } else if (word == u"--version" && options.words.isEmpty()) {
             options.programVersion = true;
-        } else if (name == u"--timeout" || name == u"--type" || name == u"--version") {
+        } else if (takesValue(name)) {
             if (!word.contains(u'=') && i + 1 == given.size()) {
                 return UsageError{u"%1 needs a value"_s.arg(name)};
             }
@@ -83,6 +94,29 @@ std::optional<UsageError> takeOptions(const QStringList &given, Options &options
         } else {
             options.words.append(word);
         }
+    }
+    return std::nullopt;
+}
+
+// A report is shown with whatever is known of it, but sent only with both texts given, be they empty.
+std::optional<UsageError> checkReportOptions(const Options &options, Command &command)
+{
+    const bool reports = command.verb == Verb::Report;
+    for (const QString &name : {u"--email"_s, u"--note"_s}) {
+        if (options.values.contains(name) && !reports) {
+            return UsageError{u"%1 belongs to report"_s.arg(name)};
+        }
+        if (!options.values.contains(name) && reports && !options.show) {
+            return UsageError{u"report needs %1"_s.arg(name)};
+        }
+    }
+    if (options.show != (command.verb == Verb::ShowUsage) && !reports) {
+        return UsageError{options.show ? u"--show belongs to report and usage"_s : u"usage takes --show"_s};
+    }
+    command.email = options.values.value(u"--email"_s);
+    command.note = options.values.value(u"--note"_s);
+    if (reports && options.show) {
+        command.verb = Verb::ShowReport;
     }
     return std::nullopt;
 }
@@ -151,6 +185,9 @@ std::variant<Command, UsageError> parseCommandLine(const QStringList &words)
     if (const auto error = checkOptions(options, command)) {
         return *error;
     }
+    if (const auto error = checkReportOptions(options, command)) {
+        return *error;
+    }
     return command;
 }
 
@@ -172,6 +209,11 @@ QString helpText()
   settings get KEY
   settings set KEY VALUE
   discard                     forget unfinished install and remove actions
+  report --email ADDRESS --note TEXT
+                              send a bug report with logs and crash reports
+  report --show [--email ADDRESS] [--note TEXT]
+                              print what would be sent, send nothing
+  usage --show                print what the daily usage report would be
   open-panel
   quit
 

@@ -29,6 +29,9 @@ struct Command {
         GetSetting,
         SetSetting,
         Discard,
+        Report,
+        ShowReport,
+        ShowUsage,
         OpenPanel,
         Quit,
         Help,
@@ -39,6 +42,8 @@ struct Command {
     QStringList arguments; ///< prefixes, a path, a key and a value, an e-mail address
     QString type; ///< of `targets add`
     QString version; ///< of `targets add`
+    QString email; ///< of `report`
+    QString note; ///< of `report`
     bool json = false;
     int timeoutSeconds = 600;
 };

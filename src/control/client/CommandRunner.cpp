@@ -115,6 +115,12 @@ QDBusPendingCall CommandRunner::call()
         return proxy.SetSetting(arguments[0], arguments[1]);
     case Verb::Discard:
         return proxy.Discard();
+    case Verb::Report:
+        return proxy.Report(m_command.email, m_command.note);
+    case Verb::ShowReport:
+        return proxy.ReportBody(m_command.email, m_command.note);
+    case Verb::ShowUsage:
+        return proxy.UsageBody();
     case Verb::OpenPanel:
         return proxy.OpenPanel();
     case Verb::Quit:
@@ -189,6 +195,10 @@ void CommandRunner::printResult(const QDBusMessage &reply)
                        : print(stdout, settingText(document[key]) + u'\n');
         break;
     }
+    case Verb::ShowReport:
+    case Verb::ShowUsage: // a document of its own, byte for byte as it would be sent
+        print(stdout, reply.arguments().value(0).toString() + u'\n');
+        break;
     default:
         printFailures(reply.arguments().value(0).toStringList());
         return;

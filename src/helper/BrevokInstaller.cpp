@@ -34,19 +34,19 @@ bool refuse(InstallerOperations::ErrorSlot error, const QString &description)
     return false;
 }
 
-bool isZip(const QString &source)
-{
-    const QString path = withoutTrailingSlashes(source);
-    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
-    // A leading dot begins a hidden name, no extension.
-    return name.size() > 4 && name.endsWith(u".zip", Qt::CaseInsensitive);
-}
-
 } // namespace
 
 BrevokInstaller::BrevokInstaller(FileOperations &files)
     : m_files(files)
 {
+}
+
+bool BrevokInstaller::isArchive(const QString &source)
+{
+    const QString path = withoutTrailingSlashes(source);
+    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
+    // A leading dot begins a hidden name, no extension.
+    return name.size() > 4 && name.endsWith(u".zip", Qt::CaseInsensitive);
 }
 
 int BrevokInstaller::version()
@@ -87,7 +87,7 @@ void BrevokInstaller::place(
     const QString &source, const QString &target, const QString &folder, ErrorSlot error)
 {
     std::optional<BrevokError> failure;
-    if (isZip(source)) {
+    if (isArchive(source)) {
         logLine(u"unzip: %1 to: %2"_s.arg(source, folder));
         m_files.extractZip(source, folder, &failure);
         logError(failure);

@@ -17,6 +17,9 @@ class BrevokInstaller : public InstallerOperations {
 public:
     explicit BrevokInstaller(FileOperations &files);
 
+    /// Whether a source is unpacked rather than copied.
+    [[nodiscard]] static bool isArchive(const QString &source);
+
     [[nodiscard]] int version() override;
     [[nodiscard]] bool installPluginFromSource(
         const QString &source, const QString &target, quint32 user, ErrorSlot error) override;

@@ -152,6 +152,11 @@ Change changeOpened(int entry, const Attributes &attributes, struct stat *facts)
         return Change::Failed;
     }
     if (facts->st_uid != attributes.user) {
+        const mode_t reading = S_ISDIR(facts->st_mode) ? S_IROTH | S_IXOTH : S_IROTH;
+        if (attributes.onlyReadable && (facts->st_mode & reading) != reading) {
+            errno = EACCES;
+            return Change::Failed;
+        }
         // A second name of the file may stand in anybody's folder: giving it away would give that one away.
         if (isFile && facts->st_nlink > 1) {
             errno = EMLINK;

@@ -30,6 +30,8 @@ enum class Change { Done, Missing, Failed };
 struct Attributes {
     mode_t permissions = 0; ///< bits to add
     uid_t user = 0; ///< the owner to be
+    /// Leave what the owner to be could not have read so far.
+    bool onlyReadable = false;
 };
 /// Changes one entry, not what a link points at. A link has an owner but no permissions.
 [[nodiscard]] Change addAttributes(int folder, const QByteArray &name, const Attributes &attributes);

@@ -38,22 +38,6 @@ FileDescriptor openLocked(int folder, const QByteArray &name)
     return opened;
 }
 
-/// A folder that can be locked has lost its owner. Failures are left to the next time.
-void removeStale(int folder)
-{
-    const QByteArrayList entries = safepath::names(folder).value_or(QByteArrayList());
-    for (const QByteArray &name : entries) {
-        if (!name.startsWith(prefix)) {
-            continue;
-        }
-        const FileDescriptor stale = openLocked(folder, name);
-        QByteArray where;
-        if (stale && filetree::removeContents(stale.get(), &where)) {
-            ::unlinkat(folder, name.constData(), AT_REMOVEDIR);
-        }
-    }
-}
-
 QByteArray freshName()
 {
     constexpr auto letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
@@ -65,6 +49,24 @@ QByteArray freshName()
 }
 
 } // namespace
+
+// A folder that can be locked has lost its owner. Failures are left to the next time.
+bool StagingFolder::removeStale(int folder)
+{
+    bool found = false;
+    const QByteArrayList entries = safepath::names(folder).value_or(QByteArrayList());
+    for (const QByteArray &name : entries) {
+        if (!name.startsWith(prefix)) {
+            continue;
+        }
+        const FileDescriptor stale = openLocked(folder, name);
+        QByteArray where;
+        if (stale && filetree::removeContents(stale.get(), &where)) {
+            found = ::unlinkat(folder, name.constData(), AT_REMOVEDIR) == 0 || found;
+        }
+    }
+    return found;
+}
 
 StagingFolder::StagingFolder(int folder)
     : m_folder(folder)

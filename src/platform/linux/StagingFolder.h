@@ -18,6 +18,9 @@ public:
     ~StagingFolder();
     Q_DISABLE_COPY_MOVE(StagingFolder)
 
+    /// Removes what crashed runs left in @p folder. @return whether there was anything
+    static bool removeStale(int folder);
+
     /// Whether it could be made; errno tells why not.
     [[nodiscard]] explicit operator bool() const { return static_cast<bool>(m_staging); }
     [[nodiscard]] int descriptor() const { return m_staging.get(); }

@@ -28,17 +28,20 @@ constexpr size_t unpackingBlock = size_t(128) * 1024;
 constexpr mode_t folderMode = 0755;
 constexpr mode_t fileMode = 0644;
 constexpr mode_t programMode = 0755;
+constexpr auto keepGroup = static_cast<gid_t>(-1);
 
 class Extraction final {
 public:
-    Extraction(int archive, int folder)
+    Extraction(int archive, int folder, const ExtractionTerms &terms)
         : m_archive(archive)
         , m_folder(folder)
+        , m_terms(terms)
     {
     }
     ~Extraction() = default;
     Q_DISABLE_COPY_MOVE(Extraction)
 
+    /// Judges the archive, and with no folder that is all.
     [[nodiscard]] bool run();
     [[nodiscard]] int code() const { return m_code; }
     [[nodiscard]] const QString &reason() const { return m_reason; }
@@ -54,6 +57,8 @@ private:
     [[nodiscard]] bool unpackEntry(ZipReader &reader, const ZipEntry &entry, const QByteArray &path);
     [[nodiscard]] bool unpackFile(ZipReader &reader, const ZipEntry &entry, const QByteArray &path);
     [[nodiscard]] bool makeLinks();
+    [[nodiscard]] ZipRules rulesFor(qint64 archiveSize) const;
+    [[nodiscard]] bool give(int entry) const;
     /// The open folder at @p path, made where it is missing; -1 on failure. Valid until the next call.
     [[nodiscard]] int folderAt(const QByteArray &path);
     bool fail(int code, const QString &reason);
@@ -61,6 +66,7 @@ private:
 
     int m_archive;
     int m_folder;
+    const ExtractionTerms &m_terms;
     StagingFolder *m_staging = nullptr;
     QByteArray m_currentPath;
     FileDescriptor m_current; ///< entries follow one another folder by folder
@@ -88,15 +94,15 @@ bool Extraction::run()
     if (!S_ISREG(facts.st_mode)) {
         return fail(EINVAL, Texts::tr("it is no file"));
     }
-    if (!judge(facts.st_size)) {
-        return false;
+    if (!judge(facts.st_size) || m_folder < 0) {
+        return m_code == 0;
     }
     StagingFolder staging(m_folder);
     if (!staging) {
         return fail(errno, qt_error_string(errno));
     }
     m_staging = &staging;
-    ZipRules rules(facts.st_size);
+    ZipRules rules = rulesFor(facts.st_size);
     const bool unpacked = unpack(rules) && makeLinks();
     m_current.close();
     QByteArray where;
@@ -107,7 +113,7 @@ bool Extraction::run()
 bool Extraction::judge(qint64 archiveSize)
 {
     ZipReader reader(m_archive, judgingBlock);
-    ZipRules rules(archiveSize);
+    ZipRules rules = rulesFor(archiveSize);
     ZipEntry entry;
     ZipReader::Step step = ZipReader::Step::Got;
     while ((step = reader.next(entry)) == ZipReader::Step::Got) {
@@ -120,6 +126,10 @@ bool Extraction::judge(qint64 archiveSize)
     }
     if (rules.topLevel().isEmpty()) {
         return fail(EILSEQ, Texts::tr("it holds nothing to unpack"));
+    }
+    if (!m_terms.only.isEmpty() && rules.topLevel() != QByteArrayList{m_terms.only}) {
+        return fail(
+            EPERM, Texts::tr("it holds something else than \"%1\"").arg(QFile::decodeName(m_terms.only)));
     }
     return true;
 }
@@ -202,18 +212,33 @@ bool Extraction::unpackFile(ZipReader &reader, const ZipEntry &entry, const QByt
     }
     // The disk begins now, so that the flush before the renaming has little left to wait for.
     ::sync_file_range(file.get(), 0, 0, SYNC_FILE_RANGE_WRITE);
-    return (::fchmod(file.get(), mode) == 0 && file.close()) || failAt(path);
+    return (give(file.get()) && ::fchmod(file.get(), mode) == 0 && file.close()) || failAt(path);
 }
 
 bool Extraction::makeLinks()
 {
     for (const Link &link : std::as_const(m_links)) {
         const int folder = folderAt(folderOf(link.path));
-        if (folder < 0 || ::symlinkat(link.target.constData(), folder, nameOf(link.path).constData()) != 0) {
+        const QByteArray name = nameOf(link.path);
+        if (folder < 0 || ::symlinkat(link.target.constData(), folder, name.constData()) != 0
+            || (m_terms.owner
+                && ::fchownat(folder, name.constData(), *m_terms.owner, keepGroup, AT_SYMLINK_NOFOLLOW)
+                    != 0)) {
             return failAt(link.path);
         }
     }
     return true;
+}
+
+ZipRules Extraction::rulesFor(qint64 archiveSize) const
+{
+    return ZipRules(
+        archiveSize, m_terms.refuseOpenModes ? ZipRules::OpenModes::Refused : ZipRules::OpenModes::Closed);
+}
+
+bool Extraction::give(int entry) const
+{
+    return !m_terms.owner || ::fchown(entry, *m_terms.owner, keepGroup) == 0;
 }
 
 int Extraction::folderAt(const QByteArray &path)
@@ -232,7 +257,7 @@ int Extraction::folderAt(const QByteArray &path)
             return -1;
         }
         opened = safepath::openBeneath(parent, nameOf(path), flags);
-        if (!opened || ::fchmod(opened.get(), folderMode) != 0) {
+        if (!opened || !give(opened.get()) || ::fchmod(opened.get(), folderMode) != 0) {
             return -1;
         }
     }
@@ -256,10 +281,21 @@ bool Extraction::failAt(const QByteArray &path)
 
 } // namespace
 
-std::optional<BrevokError> extractZipArchive(
-    int archive, int folder, const QString &archiveName, const QString &folderName)
+std::optional<BrevokError> judgeZipArchive(
+    int archive, const QString &archiveName, const ExtractionTerms &terms)
 {
-    Extraction extraction(archive, folder);
+    Extraction judgement(archive, -1, terms);
+    if (judgement.run()) {
+        return std::nullopt;
+    }
+    return fileError(Texts::tr("\"%1\" may not be unpacked").arg(archiveName), archiveName, judgement.code(),
+        judgement.reason());
+}
+
+std::optional<BrevokError> extractZipArchive(int archive, int folder, const QString &archiveName,
+    const QString &folderName, const ExtractionTerms &terms)
+{
+    Extraction extraction(archive, folder, terms);
     if (extraction.run()) {
         return std::nullopt;
     }

@@ -126,6 +126,7 @@ void describe(archive_entry *from, ZipEntry &entry)
     entry.size = archive_entry_size_is_set(from) != 0 ? archive_entry_size(from) : 0;
     entry.executable = (archive_entry_perm(from) & S_IXUSR) != 0;
     entry.setId = (archive_entry_perm(from) & setIdBits) != 0;
+    entry.writableByAll = (archive_entry_perm(from) & S_IWOTH) != 0;
     entry.encrypted = archive_entry_is_encrypted(from) != 0;
     entry.linkTarget =
         entry.kind == ZipEntry::Kind::Link ? QByteArray(archive_entry_symlink(from)) : QByteArray();

@@ -18,6 +18,7 @@ struct ZipEntry {
     qint64 size = 0; ///< bytes it claims to unpack to
     bool executable = false;
     bool setId = false;
+    bool writableByAll = false;
     bool encrypted = false;
     QByteArray linkTarget;
     bool hasTime = false;

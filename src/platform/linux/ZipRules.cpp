@@ -110,6 +110,9 @@ bool ZipRules::checkKind(const ZipEntry &entry, qsizetype depth)
     if (entry.encrypted) {
         return refuse(entry, Texts::tr("the entry is encrypted"));
     }
+    if (entry.writableByAll && m_openModes == OpenModes::Refused && entry.kind != ZipEntry::Kind::Link) {
+        return refuse(entry, Texts::tr("everybody could write to the entry"));
+    }
     switch (entry.kind) {
     case ZipEntry::Kind::Folder:
         return true;

@@ -14,8 +14,12 @@ namespace brevok {
 /// archive before anything is written and again while it is unpacked.
 class ZipRules final {
 public:
-    explicit ZipRules(qint64 archiveSize)
+    /// What unpacking makes of an entry that everybody may write to.
+    enum class OpenModes { Closed, Refused };
+
+    explicit ZipRules(qint64 archiveSize, OpenModes openModes = OpenModes::Closed)
         : m_archiveSize(archiveSize)
+        , m_openModes(openModes)
     {
     }
 
@@ -40,6 +44,7 @@ private:
     bool refuse(const ZipEntry &entry, const QString &reason);
 
     qint64 m_archiveSize;
+    OpenModes m_openModes;
     qint64 m_total = 0;
     int m_entries = 0;
     int m_links = 0;

@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "daemon/HelperRequest.h"
+#include "daemon/PolkitAuthority.h"
+#include "platform/linux/GuardedFileOperations.h"
+#include "platform/linux/WorkJournal.h"
+
+#include <QDBusServiceWatcher>
+#include <QSet>
+
+namespace brevok {
+
+/// Takes every caller for an enemy. A request goes through here: who is it (the bus says), may anybody have
+/// this (the paths, the user id, the permissions), may he (polkit), and then it is done, as it was made. No
+/// request waits for another, but for one that works on the same folder at that moment. A caller who leaves
+/// takes along what was not begun. Main thread; file work runs in the background.
+class RequestDesk final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(RequestDesk)
+
+public:
+    using Done = std::function<void(const HelperAnswer &)>;
+
+    /// @p stateFolder exists and is this process's alone.
+    RequestDesk(QDBusConnection bus, const QString &stateFolder, QObject *parent = nullptr);
+    ~RequestDesk() override;
+
+    /// @p done is called once, later; not at all when the caller has left by then.
+    void take(const HelperRequestPtr &request, Done done);
+    [[nodiscard]] bool isIdle() const { return m_open.isEmpty(); }
+
+Q_SIGNALS:
+    void becameIdle();
+
+private:
+    /// A request on its way.
+    struct Open {
+        HelperRequestPtr request;
+        Done done;
+        quint32 user = 0;
+        bool identified = false;
+        QString question{}; ///< at polkit
+        bool asks = false; ///< somebody is asked, or will be
+        std::shared_ptr<GuardedFileOperations::Source> source{};
+        bool running = false;
+    };
+    using OpenPtr = std::shared_ptr<Open>;
+
+    void identify(const OpenPtr &open);
+    void judge(const OpenPtr &open);
+    [[nodiscard]] QString objection(const Open &open) const;
+    [[nodiscard]] qsizetype questionsOf(quint32 user) const;
+    void authorize(const OpenPtr &open, PolkitAuthority::Interaction interaction);
+    void authorized(const OpenPtr &open, PolkitAuthority::Verdict verdict);
+    void fetchSource(const OpenPtr &open, PolkitAuthority::Verdict verdict);
+    void sourceFetched(const OpenPtr &open, PolkitAuthority::Verdict verdict);
+    void start(const OpenPtr &open);
+    void run(const OpenPtr &open);
+    void ran(const OpenPtr &open, const HelperAnswer &answer);
+    void refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason);
+    void settle(const OpenPtr &open, const HelperAnswer &answer);
+    void callerLeft(const QString &caller);
+    void forget(const OpenPtr &open);
+
+    QDBusConnection m_bus;
+    QString m_stateFolder;
+    WorkJournal m_journal;
+    PolkitAuthority m_authority;
+    QDBusServiceWatcher m_callers;
+    QHash<QString, quint32> m_users; ///< of the callers that were asked after and are still there
+    QSet<OpenPtr> m_open;
+    QHash<QString, QList<OpenPtr>> m_folders; ///< where work goes on, and who waits for its end
+};
+
+} // namespace brevok

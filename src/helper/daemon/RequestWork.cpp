@@ -1,0 +1,167 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "daemon/RequestWork.h"
+
+#include "daemon/TargetPath.h"
+#include "foundation/Log.h"
+#include "helper/BrevokInstaller.h"
+
+#include <cerrno>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr qint64 longestSource = qint64(1024) * 1024 * 1024;
+
+HelperAnswer forbidden(const std::optional<BrevokError> &error)
+{
+    HelperAnswer answer;
+    answer.refusal = HelperAnswer::Refusal::Forbidden;
+    answer.reason = error ? error->description : QString();
+    return answer;
+}
+
+HelperAnswer answerOf(bool yes, const std::optional<BrevokError> &error)
+{
+    HelperAnswer answer;
+    answer.yes = yes;
+    if (error) {
+        answer.errorDomain = error->domain;
+        answer.errorCode = error->code;
+        answer.errorDescription = error->description;
+    }
+    return answer;
+}
+
+/// Whether a source could not be taken for what it is or where it is, so that saying more would tell about
+/// somebody else's files.
+bool isOfTheCaller(int code)
+{
+    return code != ENOSPC && code != EDQUOT && code != EFBIG && code != EIO && code != ENOMEM;
+}
+
+/// An entry of the journal for as long as it lives.
+class Journalled final {
+public:
+    Journalled(const WorkJournal &journal, WorkJournal::Kind kind, const QString &target)
+        : m_journal(journal)
+        , m_id(journal.begin(kind, target))
+    {
+    }
+    ~Journalled()
+    {
+        if (!m_id.isEmpty()) {
+            m_journal.end(m_id);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Journalled)
+
+    [[nodiscard]] explicit operator bool() const { return !m_id.isEmpty(); }
+
+private:
+    const WorkJournal &m_journal;
+    QString m_id;
+};
+
+HelperAnswer install(const HelperRequest &request, GuardedFileOperations &files, const WorkJournal &journal)
+{
+    std::optional<BrevokError> error;
+    if (BrevokInstaller::isArchive(request.source) && !files.judgeArchive(&error)) {
+        return forbidden(error);
+    }
+    const Journalled entry(journal, WorkJournal::Kind::Install, request.target);
+    if (!entry) {
+        return answerOf(false,
+            BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
+                .code = errno,
+                .description = qt_error_string(errno)});
+    }
+    const bool installed =
+        BrevokInstaller(files).installPluginFromSource(request.source, request.target, request.user, &error);
+    return answerOf(installed, error);
+}
+
+HelperAnswer remove(const HelperRequest &request, GuardedFileOperations &files, const WorkJournal &journal)
+{
+    // On a full disk nothing is remembered, and removing still helps.
+    const Journalled entry(journal, WorkJournal::Kind::Removal, request.target);
+    std::optional<BrevokError> error;
+    const bool removed = BrevokInstaller(files).removeItemAtPath(request.target, &error);
+    return answerOf(removed, error);
+}
+
+} // namespace
+
+std::shared_ptr<GuardedFileOperations::Source> takeSource(
+    const HelperRequest &request, quint32 user, const QString &scratch, HelperAnswer *answer)
+{
+    std::optional<BrevokError> error;
+    auto source = GuardedFileOperations::takeSource(request.source, user, longestSource, scratch, &error);
+    if (!source) {
+        *answer = isOfTheCaller(error ? error->code : 0) ? forbidden(error) : answerOf(false, error);
+        return nullptr;
+    }
+    return std::make_shared<GuardedFileOperations::Source>(std::move(*source));
+}
+
+HelperAnswer carryOut(const HelperRequest &request, quint32 user,
+    const std::shared_ptr<GuardedFileOperations::Source> &source, const WorkJournal &journal)
+{
+    using Operation = HelperRequest::Operation;
+    GuardedFileOperations files(
+        user, request.target, source ? std::move(*source) : GuardedFileOperations::Source());
+    HelperAnswer answer;
+    switch (request.operation) {
+    case Operation::Install:
+        return install(request, files, journal);
+    case Operation::Remove:
+        return remove(request, files, journal);
+    case Operation::SetAttributes:
+        BrevokInstaller(files).setUID(request.user, request.permissions, request.target, request.recursive);
+        break;
+    case Operation::Exists:
+    case Operation::ExistsIsDirectory:
+        answer.yes = files.fileExists(request.target, &answer.isDirectory);
+        break;
+    case Operation::IsReadable:
+        answer.yes = files.isReadable(request.target);
+        break;
+    case Operation::IsWritable:
+        answer.yes = files.isWritable(request.target);
+        break;
+    case Operation::IsExecutable:
+        answer.yes = files.isExecutable(request.target);
+        break;
+    case Operation::IsDeletable:
+        answer.yes = files.isDeletable(request.target);
+        break;
+    }
+    return answer;
+}
+
+void repairInterruptedWork(const WorkJournal &journal)
+{
+    const QList<WorkJournal::Entry> entries = journal.entries();
+    for (const WorkJournal::Entry &entry : entries) {
+        if (const std::optional<QString> target = targetPath(entry.target)) {
+            switch (GuardedFileOperations::repair(*target, entry.kind == WorkJournal::Kind::Install)) {
+            case replaceditem::Repair::NothingToDo:
+                logLine(u"interrupted work had left nothing: %1"_s.arg(*target));
+                break;
+            case replaceditem::Repair::Cleaned:
+                logLine(u"removed what interrupted work had left: %1"_s.arg(*target));
+                break;
+            case replaceditem::Repair::Restored:
+                logLine(u"brought back what interrupted work had replaced: %1"_s.arg(*target));
+                break;
+            }
+        }
+        journal.end(entry.id);
+    }
+}
+
+} // namespace brevok

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "daemon/HelperRequest.h"
+#include "platform/linux/GuardedFileOperations.h"
+#include "platform/linux/WorkJournal.h"
+
+namespace brevok {
+
+/// Takes the source of an install for the user @p user: what is authorized and installed are these bytes,
+/// whatever becomes of the file. Blocks. @return nothing with the refusal in @p answer
+[[nodiscard]] std::shared_ptr<GuardedFileOperations::Source> takeSource(
+    const HelperRequest &request, quint32 user, const QString &scratch, HelperAnswer *answer);
+
+/// Does what the request of the user @p user asks for, with the installer's own operations. Blocks.
+[[nodiscard]] HelperAnswer carryOut(const HelperRequest &request, quint32 user,
+    const std::shared_ptr<GuardedFileOperations::Source> &source, const WorkJournal &journal);
+
+/// Ends what a killed process left, one log line for each item that was touched. Blocks.
+void repairInterruptedWork(const WorkJournal &journal);
+
+} // namespace brevok

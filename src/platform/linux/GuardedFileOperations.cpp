@@ -1,0 +1,271 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/GuardedFileOperations.h"
+
+#include "foundation/Log.h"
+#include "foundation/Texts.h"
+#include "platform/linux/FileErrors.h"
+#include "platform/linux/FileTree.h"
+#include "platform/linux/GuardedPath.h"
+#include "platform/linux/SafePath.h"
+#include "platform/linux/StagingFolder.h"
+#include "platform/linux/ZipExtractor.h"
+
+#include <QFile>
+
+#include <array>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <sys/sendfile.h>
+#include <sys/stat.h>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr mode_t fileMode = 0644;
+
+/// An entry, by its open folder.
+struct Place {
+    FileDescriptor folder;
+    QByteArray name;
+
+    [[nodiscard]] explicit operator bool() const { return folder && !name.isEmpty(); }
+};
+
+Place placeOf(const QString &path)
+{
+    const safepath::SplitPath item = safepath::split(QFile::encodeName(path));
+    return {guardedpath::openFolder(item.folder), item.name};
+}
+
+bool allows(const QString &path, int mode)
+{
+    const Place place = placeOf(path);
+    return place
+        && ::faccessat(place.folder.get(), place.name.constData(), mode, AT_EACCESS | AT_SYMLINK_NOFOLLOW)
+        == 0;
+}
+
+bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, int code)
+{
+    if (error != nullptr) {
+        *error = fileError(operation, path, code);
+    }
+    return false;
+}
+
+} // namespace
+
+GuardedFileOperations::GuardedFileOperations(uid_t caller, QString target, Source source)
+    : m_caller(caller)
+    , m_target(std::move(target))
+    , m_source(std::move(source))
+{
+}
+
+std::optional<GuardedFileOperations::Source> GuardedFileOperations::takeSource(
+    const QString &path, uid_t caller, qint64 longest, const QString &scratch, ErrorSlot error)
+{
+    const FileDescriptor file = guardedpath::openOwnFile(QFile::encodeName(path), caller);
+    struct stat facts { };
+    FileDescriptor copy;
+    if (file && ::fstat(file.get(), &facts) == 0) {
+        if (facts.st_size <= longest) {
+            copy = guardedpath::privateCopy(file.get(), facts.st_size, QFile::encodeName(scratch));
+        } else {
+            errno = EFBIG;
+        }
+    }
+    if (!copy) {
+        fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, errno);
+        return std::nullopt;
+    }
+    return Source{path, std::move(copy)};
+}
+
+ExtractionTerms GuardedFileOperations::terms() const
+{
+    return {.only = safepath::split(QFile::encodeName(m_target)).name,
+        .refuseOpenModes = true,
+        .owner = m_caller};
+}
+
+bool GuardedFileOperations::judgeArchive(ErrorSlot error) const
+{
+    std::optional<BrevokError> refusal = judgeZipArchive(m_source.file.get(), m_source.path, terms());
+    const bool good = !refusal.has_value();
+    if (refusal && error != nullptr) {
+        *error = std::move(refusal);
+    }
+    return good;
+}
+
+replaceditem::Repair GuardedFileOperations::repair(const QString &target, bool restore)
+{
+    const Place place = placeOf(target);
+    return place ? replaceditem::repair(place.folder.get(), place.name, restore)
+                 : replaceditem::Repair::NothingToDo;
+}
+
+// A link counts as what it is: what it points at is not looked at for somebody else.
+bool GuardedFileOperations::fileExists(const QString &path, bool *isDirectory) const
+{
+    struct stat facts { };
+    const Place place = placeOf(path);
+    const bool exists =
+        place && ::fstatat(place.folder.get(), place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+    if (isDirectory != nullptr) {
+        *isDirectory = exists && S_ISDIR(facts.st_mode);
+    }
+    return exists;
+}
+
+bool GuardedFileOperations::isReadable(const QString &path) const
+{
+    return allows(path, R_OK);
+}
+
+bool GuardedFileOperations::isWritable(const QString &path) const
+{
+    return allows(path, W_OK);
+}
+
+bool GuardedFileOperations::isExecutable(const QString &path) const
+{
+    return allows(path, X_OK);
+}
+
+bool GuardedFileOperations::isDeletable(const QString &path) const
+{
+    const Place place = placeOf(path);
+    return fileExists(path) && ::faccessat(place.folder.get(), ".", W_OK | X_OK, AT_EACCESS) == 0;
+}
+
+bool GuardedFileOperations::createFolder(const QString &path, ErrorSlot error)
+{
+    return guardedpath::openFolder(QFile::encodeName(path), guardedpath::Missing::Created)
+        || fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
+}
+
+bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
+{
+    const Place place = placeOf(path);
+    bool gone = place && path == m_target && replaceditem::setAside(place.folder.get(), place.name);
+    if (gone && !m_source.file) {
+        gone = replaceditem::discard(place.folder.get(), place.name);
+    }
+    return gone || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+}
+
+bool GuardedFileOperations::copySource(int folder, const QByteArray &name) const
+{
+    struct stat existing { };
+    if (::fstatat(folder, name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
+        errno = EEXIST;
+        return false;
+    }
+    StagingFolder staging(folder);
+    if (!staging) {
+        return false;
+    }
+    struct stat facts { };
+    FileDescriptor file =
+        safepath::openBeneath(staging.descriptor(), name, O_WRONLY | O_CREAT | O_EXCL, fileMode);
+    if (!file || ::fstat(m_source.file.get(), &facts) != 0) {
+        return false;
+    }
+    off_t at = 0;
+    while (at < facts.st_size) {
+        const ssize_t sent =
+            ::sendfile(file.get(), m_source.file.get(), &at, static_cast<size_t>(facts.st_size - at));
+        if (sent <= 0 && errno != EINTR) {
+            return false;
+        }
+    }
+    QByteArray where;
+    return ::fchown(file.get(), m_caller, static_cast<gid_t>(-1)) == 0 && ::fchmod(file.get(), fileMode) == 0
+        && file.close() && staging.publish({name}, StagingFolder::Existing::Refused, &where);
+}
+
+/// The old item is gone with its name already; what is left of it is of no interest to the caller.
+void GuardedFileOperations::discardReplaced(int folder) const
+{
+    if (!replaceditem::discard(folder, safepath::split(QFile::encodeName(m_target)).name)) {
+        logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));
+    }
+}
+
+bool GuardedFileOperations::copyItem(const QString &source, const QString &target, ErrorSlot error)
+{
+    const Place place = placeOf(target);
+    const bool asked = source == m_source.path && target == m_target && m_source.file;
+    m_placed = asked && place && copySource(place.folder.get(), place.name);
+    const int code = asked ? errno : EINVAL;
+    if (place) {
+        discardReplaced(place.folder.get());
+    }
+    return m_placed
+        || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, code);
+}
+
+bool GuardedFileOperations::extractZip(const QString &archive, const QString &folder, ErrorSlot error)
+{
+    const FileDescriptor into = guardedpath::openFolder(QFile::encodeName(folder));
+    if (!into || archive != m_source.path || !m_source.file) {
+        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, errno);
+    }
+    std::optional<BrevokError> failure =
+        extractZipArchive(m_source.file.get(), into.get(), archive, folder, terms());
+    m_placed = !failure.has_value();
+    discardReplaced(into.get());
+    if (failure && error != nullptr) {
+        *error = std::move(failure);
+    }
+    return m_placed;
+}
+
+bool GuardedFileOperations::addPermissionsAndOwner(
+    const QString &path, quint32 permissions, quint32 user, ErrorSlot error)
+{
+    const Place place = placeOf(path);
+    const filetree::Change change = place
+        ? filetree::addAttributes(place.folder.get(), place.name, {permissions, user, true})
+        : filetree::Change::Missing;
+    if (change == filetree::Change::Failed) {
+        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
+    }
+    return change != filetree::Change::Missing;
+}
+
+// What was put in place by this request is the caller's since before it got its name, and nothing that has
+// taken that name meanwhile is given to him.
+QList<FileOperations::AttributeFailure> GuardedFileOperations::addPermissionsAndOwnerToTree(
+    const QString &path, quint32 permissions, quint32 user)
+{
+    if (m_placed && path == m_target) {
+        return {};
+    }
+    const Place place = placeOf(path);
+    if (!place) {
+        return {{path, true}};
+    }
+    QList<AttributeFailure> failures;
+    filetree::addAttributesToTree(place.folder.get(), place.name, {permissions, user, true},
+        [&](const QByteArray &where, filetree::Change change, int) {
+            failures.append({path + QFile::decodeName(where.mid(place.name.size())),
+                change == filetree::Change::Missing});
+        });
+    return failures;
+}
+
+QStringList GuardedFileOperations::entries(const QString & /*folder*/) const
+{
+    return {}; // nobody asks for somebody else
+}
+
+} // namespace brevok

@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/FileOperations.h"
+#include "platform/linux/FileDescriptor.h"
+#include "platform/linux/ReplacedItem.h"
+
+#include <sys/types.h>
+
+namespace brevok {
+
+struct ExtractionTerms;
+
+/// The file manager of a process that works with root's rights on one request of somebody else, who may
+/// change whatever he may change at any moment. No link that he could have planted is followed, what he could
+/// not read is not given to him, and the only thing that is copied or unpacked is the source he was asked for
+/// before. The target's own name leads to the whole old item, to nothing, or to the whole new one. One thread
+/// at a time.
+class GuardedFileOperations final : public FileOperations {
+public:
+    /// What a request installs: bytes that nobody else can change any more, under the path they came from.
+    struct Source {
+        QString path{};
+        FileDescriptor file{};
+    };
+
+    /// Works for the user @p caller, who wants something done to @p target.
+    GuardedFileOperations(uid_t caller, QString target, Source source);
+    GuardedFileOperations(uid_t caller, QString target)
+        : GuardedFileOperations(caller, std::move(target), Source())
+    {
+    }
+
+    /// Takes the regular file at @p path if it is the caller's own and no longer than @p longest bytes. Its
+    /// bytes are copied to a file without a name in @p scratch. @return nothing with the reason in @p error
+    [[nodiscard]] static std::optional<Source> takeSource(
+        const QString &path, uid_t caller, qint64 longest, const QString &scratch, ErrorSlot error);
+    /// Whether the source, an archive, holds the target alone and nothing that unpacking refuses.
+    [[nodiscard]] bool judgeArchive(ErrorSlot error) const;
+    /// Ends what a killed process left of work on @p target.
+    [[nodiscard]] static replaceditem::Repair repair(const QString &target, bool restore);
+
+    [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;
+    [[nodiscard]] bool isReadable(const QString &path) const override;
+    [[nodiscard]] bool isWritable(const QString &path) const override;
+    [[nodiscard]] bool isExecutable(const QString &path) const override;
+    [[nodiscard]] bool isDeletable(const QString &path) const override;
+
+    bool createFolder(const QString &path, ErrorSlot error) override;
+    bool removeItem(const QString &path, ErrorSlot error) override;
+    bool copyItem(const QString &source, const QString &target, ErrorSlot error) override;
+    bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) override;
+
+    bool addPermissionsAndOwner(
+        const QString &path, quint32 permissions, quint32 user, ErrorSlot error) override;
+    [[nodiscard]] QList<AttributeFailure> addPermissionsAndOwnerToTree(
+        const QString &path, quint32 permissions, quint32 user) override;
+    [[nodiscard]] QStringList entries(const QString &folder) const override;
+
+private:
+    [[nodiscard]] ExtractionTerms terms() const;
+    [[nodiscard]] bool copySource(int folder, const QByteArray &name) const;
+    void discardReplaced(int folder) const;
+
+    uid_t m_caller;
+    QString m_target;
+    Source m_source;
+    bool m_placed = false; ///< the target is in place and the caller's already
+};
+
+} // namespace brevok

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace brevok {
+
+/// Remembers over a crash or a power cut which item was being worked on: one small file for each piece of
+/// work, there from before its first step until after its last. Any thread.
+class WorkJournal final {
+public:
+    enum class Kind { Install, Removal };
+    struct Entry {
+        QString id; ///< what end() takes
+        Kind kind = Kind::Install;
+        QString target; ///< empty when the entry was cut short, which is before any work
+    };
+
+    /// @p folder exists and belongs to this process alone.
+    explicit WorkJournal(QString folder)
+        : m_folder(std::move(folder))
+    {
+    }
+
+    /// @return the entry's id when it is on the disk, else nothing with the reason in errno
+    [[nodiscard]] QString begin(Kind kind, const QString &target) const;
+    void end(const QString &id) const;
+    /// What was begun and not ended.
+    [[nodiscard]] QList<Entry> entries() const;
+
+private:
+    QString m_folder;
+};
+
+} // namespace brevok

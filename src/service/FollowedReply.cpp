@@ -323,10 +323,12 @@ void FollowedReply::end(NetworkError error, const QString &text)
     Q_EMIT finished();
 }
 
+// Not from within a signal of the hop: the library reports the error of an HTTP status after telling of the
+// head, and warns when there is one already.
 void FollowedReply::dropHop()
 {
     m_hop->disconnect(this);
-    m_hop->abort();
+    QMetaObject::invokeMethod(m_hop, &QNetworkReply::abort, Qt::QueuedConnection);
     m_hop->deleteLater();
     m_hop = nullptr;
 }

@@ -20,6 +20,7 @@ AutomaticChecks::AutomaticChecks(SettingsStore &settings, Times times, QObject *
     : QObject(parent)
     , m_settings(settings)
     , m_times(times)
+    , m_timer(this)
 {
     m_timer.setObjectName(u"automaticUpdateChecks"_s);
     m_timer.setSingleShot(true);

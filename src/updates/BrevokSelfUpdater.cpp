@@ -32,7 +32,7 @@ bool isSecure(const QUrl &address)
 BrevokSelfUpdater::BrevokSelfUpdater(Collaborators with, QObject *parent)
     : QObject(parent)
     , m_with(std::move(with))
-    , m_checks(m_with.settings, m_with.times)
+    , m_checks(m_with.settings, m_with.times, this)
 {
     m_state.installedVersion = m_with.shownVersion;
     connect(&m_checks, &AutomaticChecks::due, this, &BrevokSelfUpdater::checkForUpdatesInBackground);

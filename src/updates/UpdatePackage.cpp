@@ -105,7 +105,6 @@ void UpdatePackage::verify()
             Texts::tr("The downloaded file cannot be read: %1").arg(m_file->errorString())));
         return;
     }
-    Q_EMIT verifying();
     inBackground([self = QPointer<UpdatePackage>(this), file = m_file, item = m_item, key = m_publicKey] {
         const bool sound = isSound(*file, item, key);
         onMain(QCoreApplication::instance(), [self, sound] {
@@ -114,6 +113,7 @@ void UpdatePackage::verify()
             }
         });
     });
+    Q_EMIT verifying();
 }
 
 void UpdatePackage::verified(bool sound)

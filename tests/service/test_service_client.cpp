@@ -411,6 +411,7 @@ void ServiceClientTest::downloads_data()
         {.body = body, .framing = Framing::UntilClose, .fault = Fault::Close, .faultAfter = 2000000}, 0,
         content, 200);
     row("404", Response::of(404, body), 0, content, 404);
+    row("404 without a word", Response::of(404), 0, content, 404);
     row("500, endless", {.status = 500, .body = body, .repeat = 1000000}, 0, content, 500);
     row("cut short", {.body = body, .fault = Fault::Close, .faultAfter = 2000000}, 0, transport, -1005);
     row("cut short, gzip", {.body = body, .gzip = true, .fault = Fault::Close, .faultAfter = 2000000}, 0,

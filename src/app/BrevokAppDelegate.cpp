@@ -17,8 +17,8 @@
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
 #include "platform/RunningApplications.h"
-#include "platform/SelfUpdater.h"
 #include "platform/SettingsStore.h"
+#include "platform/SoftwareInstaller.h"
 
 #include <QTimer>
 
@@ -138,15 +138,16 @@ void BrevokAppDelegate::createSharedObjects()
     Platform &platform = m_with.platform;
     shared.network.emplace(m_with.service);
     shared.connectivity.emplace(*shared.network, *platform.routeLookup);
+    shared.service.emplace(
+        *shared.network, [this] { return m_shared->session->sessionId(); },
+        [this] { return m_shared->connectivity->checkNetworkReachability(); });
+    createUpdater();
 
     shared.targets.emplace(*platform.settings, *platform.applicationSearch);
     connect(&*shared.targets, &BrevokTargetApps::reviewWanted, this,
         [this] { m_with.surfaces.showTargetsPreferences(); });
     shared.session.emplace(
-        *platform.settings, *shared.network, *shared.connectivity, *shared.alerts, *platform.selfUpdater);
-    shared.service.emplace(
-        *shared.network, [this] { return m_shared->session->sessionId(); },
-        [this] { return m_shared->connectivity->checkNetworkReachability(); });
+        *platform.settings, *shared.network, *shared.connectivity, *shared.alerts, *shared.updater);
     shared.plugins.emplace(*platform.settings, *shared.service, *shared.alerts);
     shared.packages.emplace(BrevokPackages::Collaborators{*platform.settings, *shared.service, *shared.alerts,
         *shared.plugins, *shared.targets, m_with.folders.dataFolder(), looksLikeImage});
@@ -154,6 +155,21 @@ void BrevokAppDelegate::createSharedObjects()
     createReporters();
     connectSharedObjects();
     attachSurfaces();
+}
+
+void BrevokAppDelegate::createUpdater()
+{
+    Platform &platform = m_with.platform;
+    m_shared->updater.emplace(BrevokSelfUpdater::Collaborators{
+        .settings = *platform.settings,
+        .service = *m_shared->service,
+        .installer = *platform.softwareInstaller,
+        .source = updateSourceOfBuild(m_with.service),
+        .folder = m_with.folders.dataFolder() + u"/Updates"_s,
+        .version = m_with.bundle.version(),
+        .shownVersion = m_with.bundle.shortVersion(),
+        .systemVersion = systemVersion(),
+    });
 }
 
 void BrevokAppDelegate::createInstaller()
@@ -378,12 +394,12 @@ void BrevokAppDelegate::setShowNotifications(bool enabled)
 
 bool BrevokAppDelegate::checkForUpdates() const
 {
-    return m_with.platform.selfUpdater->automaticallyChecksForUpdates();
+    return m_shared->updater->automaticallyChecksForUpdates();
 }
 
 void BrevokAppDelegate::setCheckForUpdates(bool enabled)
 {
-    m_with.platform.selfUpdater->setAutomaticallyChecksForUpdates(enabled);
+    m_shared->updater->setAutomaticallyChecksForUpdates(enabled);
     m_with.platform.settings->synchronize();
 }
 

@@ -84,6 +84,7 @@ private:
     void giveWayToTheOtherCopy();
     void registerDefaults();
     void createSharedObjects();
+    void createUpdater();
     void createInstaller();
     void createReporters();
     void connectSharedObjects();

@@ -16,6 +16,7 @@
 #include "service/HttpServiceClient.h"
 #include "service/NetworkFactory.h"
 #include "targets/BrevokTargetApps.h"
+#include "updates/BrevokSelfUpdater.h"
 
 #include <optional>
 
@@ -29,9 +30,10 @@ struct Shared {
     std::optional<BrevokUsageReporter> usageReporter;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;
+    std::optional<HttpServiceClient> service;
+    std::optional<BrevokSelfUpdater> updater;
     std::optional<BrevokTargetApps> targets;
     std::optional<BrevokSession> session;
-    std::optional<HttpServiceClient> service;
     std::optional<BrevokPlugins> plugins;
     std::optional<BrevokPackages> packages;
     std::optional<BrevokAppInstaller> installer;

@@ -17,7 +17,6 @@ class LoginItems;
 class MainBundle;
 class RouteLookup;
 class RunningApplications;
-class SelfUpdater;
 class SettingsStore;
 class SoftwareInstaller;
 struct StandardFolders;
@@ -36,7 +35,6 @@ struct Platform {
     std::unique_ptr<FileOperations> fileOperations;
     std::unique_ptr<HelperTool> helperTool;
     std::unique_ptr<SoftwareInstaller> softwareInstaller;
-    std::unique_ptr<SelfUpdater> selfUpdater; ///< keeps its switch in `settings`
 
     Platform();
     ~Platform();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QString>
 #include <QUrl>
 
 namespace brevok {
@@ -21,5 +22,8 @@ struct UpdateSource {
 /// What the build says (BREVOK_UPDATE_FEED_URL, BREVOK_UPDATE_PUBLIC_KEY). A build that names no feed takes
 /// "/appcast.xml" of the service.
 [[nodiscard]] UpdateSource updateSourceOfBuild(const ServiceConfiguration &service);
+
+/// The version that the system gives itself ("12"); empty when it gives none.
+[[nodiscard]] QString systemVersion();
 
 } // namespace brevok

@@ -7,8 +7,8 @@
 #include "platform/linux/XdgUrlOpener.h"
 #include "platform/Platform.h"
 #include "platform/PropertyLists.h"
-#include "platform/SelfUpdater.h"
 #include "platform/SettingsStore.h"
+#include "platform/SoftwareInstaller.h"
 #include "platform/StandardFolders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
@@ -397,14 +397,7 @@ void DesktopSessionTest::thePlatformIsWhole()
     const Platform platform = createPlatform(bundle, standardFoldersForUser(), {});
     QVERIFY(platform.runningApplications && platform.loginItems && platform.notifications
         && platform.urlOpener && platform.routeLookup && platform.applicationSearch && platform.fileOperations
-        && platform.helperTool);
-    const LogCapture log;
-    platform.selfUpdater->setAutomaticallyChecksForUpdates(true);
-    QVERIFY(platform.settings->boolValue(u"SUEnableAutomaticChecks"_s));
-    QVERIFY(platform.selfUpdater->automaticallyChecksForUpdates());
-    platform.selfUpdater->checkForUpdatesInBackground();
-    platform.selfUpdater->checkForUpdatesInBackground();
-    QCOMPARE(log.count(u"Update check is not available in this build."_s), 1);
+        && platform.helperTool && platform.softwareInstaller);
 }
 
 int main(int argc, char **argv)

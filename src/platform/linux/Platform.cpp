@@ -12,7 +12,6 @@
 #include "platform/linux/PackageKitInstaller.h"
 #include "platform/linux/ProcRunningApplications.h"
 #include "platform/linux/RouteTableLookup.h"
-#include "platform/linux/SettingsSelfUpdater.h"
 #include "platform/linux/XdgUrlOpener.h"
 #include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
@@ -41,7 +40,6 @@ Platform createPlatform(
     platform.fileOperations = std::make_unique<LinuxFileOperations>();
     platform.helperTool = std::make_unique<NullHelperTool>();
     platform.softwareInstaller = std::make_unique<PackageKitInstaller>();
-    platform.selfUpdater = std::make_unique<SettingsSelfUpdater>(*platform.settings);
     return platform;
 }
 

@@ -54,7 +54,7 @@ ReportOutcome unreadableAnswer(
     const QByteArray &body, const QJsonParseError &parseError, const QStringList &secrets)
 {
     const QString text =
-        withoutSecretFields(withoutSentSecrets(QString::fromUtf8(body), secrets)).left(shownLength);
+        withoutSentSecrets(withoutSecretFields(QString::fromUtf8(body)), secrets).left(shownLength);
     logLine(u"Bug Report connection failed!"_s);
     logLine(u"Received %1 bytes of data"_s.arg(body.size()));
     logLine(u"Response string: "_s + text);
@@ -133,7 +133,7 @@ ReportOutcome answerOutcome(int status, const QByteArray &body, const QStringLis
         return unreadableAnswer(body, parseError, secrets);
     }
     const QString text = QString::fromUtf8(answer.toJson(QJsonDocument::Compact));
-    logLine(withoutSecretFields(withoutSentSecrets(text, secrets)));
+    logLine(withoutSentSecrets(withoutSecretFields(text), secrets));
     if (status != okStatus) {
         logLine(u"Failed to send Bug Report with response: "_s + statusText(status));
         return answered(Texts::tr("Failed to send error report"),

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/BrevokAlertQueue.h"
+#include "catalogue/BrevokPackages.h"
+#include "foundation/Tasks.h"
+#include "platform/PropertyLists.h"
+#include "reporting/BugReporter.h"
+#include "service/Connectivity.h"
+#include "service/NetworkFactory.h"
+#include "support/FakePlatform.h"
+#include "support/FakeRouteLookup.h"
+#include "support/FakeServiceClient.h"
+#include "support/LogCapture.h"
+#include "support/MemorySettingsStore.h"
+#include "support/SampleBundles.h"
+#include "support/ScriptedAlertPresenter.h"
+#include "support/servers/FaultServer.h"
+#include "targets/BrevokTargetApps.h"
+
+#include <QJsonArray>
+#include <QTemporaryDir>
+
+namespace brevok::testing {
+
+/// What reports are made of, on real files, and the service they go to.
+struct ReportRig {
+    Q_DISABLE_COPY_MOVE(ReportRig)
+
+    static constexpr auto homePath = "/";
+    static constexpr auto reportPath = "/api/machine/report";
+    static constexpr auto usagePath = "/api/stats/plugins";
+
+    explicit ReportRig(int timeoutMs = 30000)
+        : network({.baseUrl = server.url(),
+            .extraAuthorities = TestCertificates::shared().authorities(),
+            .reachabilityHost = QStringLiteral("public.example"),
+            .requestTimeoutMs = timeoutMs})
+    {
+        QDir().mkpath(logs());
+        server.on(QString(), Response::ok("here"));
+        server.on(QString::fromLatin1(homePath), Response::ok("here"));
+        plugins.updateWithArray({definition(QStringLiteral("Alpha"), QStringLiteral("0xA")),
+            definition(QStringLiteral("Beta"), QStringLiteral("0xB"))});
+        packages.updateWithArray({QJsonObject{{PackageKeys::name, QStringLiteral("Alpha")},
+            {PackageKeys::prefix, QStringLiteral("0xA")}, {PackageKeys::version, QStringLiteral("1")},
+            {PackageKeys::published, QStringLiteral("now")},
+            {PackageKeys::platform, QStringLiteral("Mac")}}});
+    }
+    ~ReportRig() { finishBackgroundWork(30000); }
+
+    QTemporaryDir folder;
+    LogCapture log;
+    FaultServer server;
+    MemorySettingsStore settings;
+    FakeServiceClient service;
+    ScriptedAlertPresenter presenter;
+    RecordingPanel panel;
+    BrevokAlertQueue alerts{presenter, panel};
+    FakeApplicationSearch search;
+    FakeRouteLookup routes;
+    NetworkFactory network;
+    Connectivity connectivity{network, routes};
+    BrevokTargetApps targets{settings, search};
+    BrevokPlugins plugins{settings, service, alerts};
+    BrevokPackages packages{{settings, service, alerts, plugins, targets,
+        folder.filePath(QStringLiteral("data")), &looksLikeImage}};
+    QString sessionId;
+    MainBundle bundle = makeBundle();
+    BugReporter reporter{{network, connectivity, &packages, &plugins, &targets, [this] { return sessionId; },
+        bundle, {.settingsFile = {}, .applicationSupport = {}, .library = folder.path(), .autostart = {}}}};
+
+    [[nodiscard]] QString logs() const { return folder.filePath(QStringLiteral("Logs")); }
+    [[nodiscard]] QList<Request> arrived(const char *path) const
+    {
+        return server.requests(QString::fromLatin1(path));
+    }
+    static QJsonObject definition(const QString &name, const QString &prefix)
+    {
+        return {{PluginKeys::name, name}, {PluginKeys::prefix, prefix},
+            {PluginKeys::version, QStringLiteral("2.0")}, {PluginKeys::hostVersion, 140},
+            {PluginKeys::size, 10}, {PluginKeys::link, QStringLiteral("https://x/a.zip")},
+            {PluginKeys::published, QStringLiteral("now")}, {PluginKeys::platform, QStringLiteral("Mac")}};
+    }
+    /// A target folder that may hold plug-ins.
+    QString addTarget(const QString &name, const QString &version)
+    {
+        const QString path = folder.filePath(name) + QStringLiteral("/Plug-Ins/");
+        QDir().mkpath(path);
+        targets.insertTarget(path, QStringLiteral("Adobe InDesign"), version);
+        return path;
+    }
+
+private:
+    [[nodiscard]] MainBundle makeBundle() const
+    {
+        const QString resources = folder.filePath(QStringLiteral("resources"));
+        writeFile(resources + QStringLiteral("/Info.plist"),
+            propertyList({{QStringLiteral("CFBundleVersion"), QStringLiteral("7")},
+                {QStringLiteral("CFBundleShortVersionString"), QStringLiteral("1.2")}}));
+        return {QStringLiteral("/nowhere/tolvane-brevok"), resources};
+    }
+};
+
+} // namespace brevok::testing

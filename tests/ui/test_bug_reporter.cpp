@@ -1,0 +1,205 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "../reporting/ReportRig.h"
+#include "ui/BrevokBugReporterController.h"
+#include "ui/ReportBodyView.h"
+#include "ui/Spinner.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(brevok::testing::Response)
+
+namespace {
+
+/// The window over a real reporter and a service of the test's.
+struct Desk {
+    Desk()
+        : window({rig.reporter, rig.alerts})
+    {
+        window.showWindow();
+    }
+    ReportRig rig;
+    BrevokBugReporterController window;
+
+    template <class Widget> [[nodiscard]] Widget *find(const char *name) const
+    {
+        return window.findChild<Widget *>(QString::fromLatin1(name));
+    }
+    [[nodiscard]] QLineEdit *email() const { return find<QLineEdit>("email"); }
+    [[nodiscard]] QPlainTextEdit *note() const { return find<QPlainTextEdit>("note"); }
+    [[nodiscard]] QString progress() const { return find<QLabel>("progressText")->text(); }
+    [[nodiscard]] bool formEnabled() const
+    {
+        return email()->isEnabled() && note()->isEnabled() && find<QPushButton>("send")->isEnabled()
+            && find<QPushButton>("showBody")->isEnabled();
+    }
+    [[nodiscard]] bool formDisabled() const
+    {
+        return !email()->isEnabled() && !note()->isEnabled() && !find<QPushButton>("send")->isEnabled()
+            && !find<QPushButton>("showBody")->isEnabled();
+    }
+    void type(const QString &address, const QString &text) const
+    {
+        email()->setText(address);
+        note()->setPlainText(text);
+    }
+    void click(const char *button) const { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
+};
+
+} // namespace
+
+class BugReporterWindowTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        // All but what the windowless platform says of itself.
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
+    }
+
+    void faultsAreShownAtOnce();
+    void formWaitsForTheAnswer_data();
+    void formWaitsForTheAnswer();
+    void windowStaysUsableMeanwhile();
+    void unreachableServiceIsTold();
+    void bodyIsShown();
+    void subViewsAreSet();
+};
+
+void BugReporterWindowTest::faultsAreShownAtOnce()
+{
+    Desk desk;
+    QCOMPARE(BrevokBugReporterController::bugReporterController(), &desk.window);
+    const auto sheet = [&desk](const QString &address, const QString &note) {
+        desk.type(address, note);
+        desk.click("send");
+        return desk.rig.presenter.sheets.isEmpty() ? QString()
+                                                   : desk.rig.presenter.sheets.takeLast().messageText.value();
+    };
+    QCOMPARE(sheet({}, {}), u"Missing email address!"_s);
+    QCOMPARE(sheet(u"ada@example"_s, u"x"_s), u"Invalid email address!"_s);
+    QCOMPARE(sheet(u"ada@example.com"_s, {}), u"Missing problem description!"_s);
+    QVERIFY(desk.formEnabled());
+    QVERIFY(
+        LogCapture::contains(u"Alert: Missing email address!\nPlease enter a valid email address so we can "
+                             "respond to your message."_s));
+    QVERIFY(LogCapture::lines().first().startsWith(u"Connection: "_s));
+}
+
+void BugReporterWindowTest::formWaitsForTheAnswer_data()
+{
+    QTest::addColumn<Response>("response");
+    QTest::addColumn<QString>("message");
+    QTest::addColumn<int>("style");
+    const QString failed = u"Failed to send error report"_s;
+    const int informational = static_cast<int>(AlertStyle::Informational);
+    QTest::newRow("taken") << Response::ok("{}") << u"Thank you for reporting this issue."_s << informational;
+    QTest::newRow("refused") << Response::of(403, "{}") << failed << informational;
+    QTest::newRow("no JSON") << Response::ok("thanks") << failed << informational;
+    QTest::newRow("hung up") << Response::hangUp() << failed << static_cast<int>(AlertStyle::Warning);
+}
+
+void BugReporterWindowTest::formWaitsForTheAnswer()
+{
+    QFETCH(Response, response);
+    QFETCH(QString, message);
+    QFETCH(int, style);
+    Desk desk;
+    desk.rig.server.on(QString::fromLatin1(ReportRig::reportPath), response);
+    desk.type(u"ada@example.com"_s, u"It broke"_s);
+    desk.note()->setFocus();
+    desk.click("send");
+    QVERIFY(desk.formDisabled());
+    QVERIFY(desk.find<Spinner>("indicator")->isAnimating());
+    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
+    QCOMPARE(desk.rig.presenter.sheets.first().messageText.value(), message);
+    QCOMPARE(static_cast<int>(desk.rig.presenter.sheets.first().style), style);
+    QVERIFY(desk.formEnabled());
+    QVERIFY(desk.progress().isEmpty() && !desk.find<Spinner>("indicator")->isAnimating());
+    QCOMPARE(desk.note()->toPlainText(), u"It broke"_s);
+    // The user can send again.
+    desk.rig.presenter.completions.first()(alertFirstButton);
+    desk.click("send");
+    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 2, 30000);
+}
+
+void BugReporterWindowTest::windowStaysUsableMeanwhile()
+{
+    Desk desk;
+    desk.rig.server.on(QString::fromLatin1(ReportRig::reportPath), Response::silent());
+    desk.type(u"ada@example.com"_s, u"It broke"_s);
+    desk.click("send");
+    QCOMPARE(desk.progress(), u"Checking the connection…"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(desk.progress(), u"Sending the report…"_s, 30000);
+    QTRY_COMPARE(desk.rig.arrived(ReportRig::reportPath).size(), 1);
+    QTest::keyClick(&desk.window, Qt::Key_Escape);
+    QVERIFY(!desk.window.isVisible());
+    desk.window.showWindow();
+    QVERIFY(desk.formDisabled());
+    desk.rig.server.stop();
+    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
+    QVERIFY(desk.formEnabled());
+}
+
+void BugReporterWindowTest::unreachableServiceIsTold()
+{
+    Desk desk;
+    desk.rig.server.stop();
+    desk.type(u"ada@example.com"_s, u"It broke"_s);
+    desk.click("send");
+    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
+    const AlertContent sheet = desk.rig.presenter.sheets.first();
+    QCOMPARE(sheet.messageText.value(), u"Connection Error"_s);
+    QCOMPARE(sheet.informativeText.value(), u"Tolvane Brevok servers are unreachable."_s);
+    QCOMPARE(sheet.style, AlertStyle::Critical);
+    QCOMPARE(sheet.buttons.first().title, u"OK"_s);
+    QCOMPARE(desk.rig.panel.calls, (QList{true, false})); // held open while the sheet was attached
+    QVERIFY(desk.formEnabled());
+}
+
+void BugReporterWindowTest::bodyIsShown()
+{
+    Desk desk;
+    const QByteArray line = "log \"line\" with an \xc3\xa4\n";
+    QVERIFY(writeFile(desk.rig.logs() + u"/orlec.log"_s, line.repeated(20000)));
+    desk.type({}, u"It broke"_s);
+    desk.click("showBody");
+    QVERIFY(!desk.find<QPushButton>("showBody")->isEnabled());
+    QTRY_VERIFY_WITH_TIMEOUT(desk.window.findChild<ReportBodyView *>() != nullptr, 30000);
+    auto *view = desk.window.findChild<ReportBodyView *>();
+    auto *text = view->findChild<QPlainTextEdit *>(u"body"_s);
+    QVERIFY(view->isVisible() && text->isReadOnly());
+    QByteArray body;
+    desk.rig.reporter.reportBody({}, u"It broke"_s, this, [&body](const QByteArray &made) { body = made; });
+    QTRY_VERIFY(!body.isEmpty());
+    QVERIFY(body.size() > 256000);
+    QVERIFY(text->toPlainText() == QString::fromUtf8(body));
+    QVERIFY(desk.formEnabled());
+    QVERIFY(desk.rig.server.requests().isEmpty());
+    QTest::mouseClick(view->findChild<QPushButton *>(u"close"_s), Qt::LeftButton);
+    QTRY_VERIFY(desk.window.findChild<ReportBodyView *>() == nullptr);
+}
+
+void BugReporterWindowTest::subViewsAreSet()
+{
+    Desk desk;
+    BrevokBugReporterController::setSubViews(desk.window, false);
+    QVERIFY(desk.formDisabled());
+    QVERIFY(desk.window.isEnabled());
+    BrevokBugReporterController::setSubViews(desk.window, true);
+    QVERIFY(desk.formEnabled());
+}
+
+QTEST_MAIN(BugReporterWindowTest)
+#include "test_bug_reporter.moc"

@@ -13,13 +13,15 @@
 
 #include <plist/plist.h>
 
+#include <array>
+
 namespace brevok::bench {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int hostVersions[] = {75, 80, 140, 150, 160, 163, 170, 180, 190, 200};
+constexpr std::array hostVersions{75, 80, 140, 150, 160, 163, 170, 180, 190, 200};
 
 Record definition(int number, int hostVersion)
 {
@@ -41,7 +43,7 @@ QByteArray pluginList(int count)
 {
     QJsonArray list;
     for (int i = 0; i < count; ++i) {
-        list.append(definition(i / 10, hostVersions[i % 10]));
+        list.append(definition(i / 10, hostVersions.at(static_cast<size_t>(i) % hostVersions.size())));
     }
     return QJsonDocument(list).toJson(QJsonDocument::Compact);
 }

@@ -29,7 +29,7 @@ void require(bool condition)
 void pluginListYardstick(benchmark::State &state)
 {
     const QByteArray list = bench::pluginList(listLength);
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         benchmark::DoNotOptimize(QJsonDocument::fromJson(list));
     }
 }
@@ -38,7 +38,7 @@ void pluginListOurs(benchmark::State &state)
 {
     const QByteArray list = bench::pluginList(listLength);
     bench::ListWorkload workload;
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         require(workload.run(list) == listLength / 10);
     }
 }
@@ -52,7 +52,7 @@ bench::StatusWorkload &statusWorkload()
 void statusYardstick(benchmark::State &state)
 {
     const bench::StatusWorkload &workload = statusWorkload();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         require(workload.readPropertyLists() == 3000);
     }
 }
@@ -60,7 +60,7 @@ void statusYardstick(benchmark::State &state)
 void statusOurs(benchmark::State &state)
 {
     bench::StatusWorkload &workload = statusWorkload();
-    for (auto _ : state) {
+    for ([[maybe_unused]] auto _ : state) {
         require(workload.run() == 300);
     }
 }

@@ -194,7 +194,7 @@ QString ensureCertificates(const QString &folder)
     for (const auto &[path, data, permissions] : {std::tuple(files.key, pem(server.key), secret),
              std::tuple(files.certificate, pem(server.certificate), open),
              std::tuple(files.authority, pem(authority.certificate), open)}) {
-        if (const QString problem = write(path, data, permissions); !problem.isEmpty()) {
+        if (QString problem = write(path, data, permissions); !problem.isEmpty()) {
             return problem;
         }
     }

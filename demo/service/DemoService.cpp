@@ -119,7 +119,7 @@ DemoService::~DemoService() = default;
 
 QString DemoService::start(quint16 port, const CertificateFiles &certificates)
 {
-    if (const QString problem = m_log.open(); !problem.isEmpty()) {
+    if (QString problem = m_log.open(); !problem.isEmpty()) {
         return problem;
     }
     QFile keyFile(certificates.key);

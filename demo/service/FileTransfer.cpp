@@ -11,8 +11,8 @@ namespace brevok::demo {
 
 namespace {
 
-constexpr qint64 pieceSize = 256 * 1024;
-constexpr qint64 mostWaiting = 4 * pieceSize;
+constexpr qint64 pieceSize = qint64{256} * 1024;
+constexpr qint64 mostWaiting = qint64{4} * pieceSize;
 
 } // namespace
 

@@ -131,6 +131,11 @@ void Alert::closeSheet(QObject *window)
     }
 }
 
+BrevokAlert::BrevokAlert(AlertPresenter &presenter)
+    : Alert(presenter)
+{
+}
+
 std::unique_ptr<BrevokAlert> BrevokAlert::create(AlertPresenter &presenter)
 {
     if (!onMainThread()) {

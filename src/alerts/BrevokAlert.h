@@ -71,7 +71,7 @@ public:
     ~BrevokAlert() override;
 
 private:
-    using Alert::Alert;
+    explicit BrevokAlert(AlertPresenter &presenter);
 };
 
 /// An alert that keeps the panel open while it runs.

@@ -146,7 +146,7 @@ void BrevokPackages::checkForUpdates(bool automatically)
 void BrevokPackages::updateWithArray(const QJsonArray &list)
 {
     Q_EMIT packagesWillChange();
-    for (const QJsonValue &element : list) {
+    for (const QJsonValue element : list) {
         if (!element.isObject()) {
             logLine(u"package is not nsdirectory!"_s);
             continue;

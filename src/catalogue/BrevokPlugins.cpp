@@ -102,7 +102,7 @@ DefinitionSnapshot BrevokPlugins::snapshot() const
         for (const DefinitionPtr &definition : entry.value()) {
             records.append(definition->record);
         }
-        snapshot.insert(entry.key(), std::move(records));
+        snapshot.insert(entry.key(), records);
     }
     return snapshot;
 }

@@ -116,7 +116,7 @@ int DefinitionTables::load(const Record &stored)
         }
         QList<DefinitionPtr> definitions;
         const QJsonArray elements = entry.value().toArray();
-        for (const QJsonValue &element : elements) {
+        for (const QJsonValue element : elements) {
             Record record = element.toObject();
             if (nonEmptyString(record.value(PluginKeys::name)).isNull()) {
                 ++unusable;

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 largestFile = 8 * 1024 * 1024;
+constexpr qint64 largestFile = qint64{8} * 1024 * 1024;
 constexpr int downloadsAtOnce = 8;
 
 } // namespace

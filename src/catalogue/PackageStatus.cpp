@@ -6,6 +6,7 @@
 #include "foundation/StandardVersionComparator.h"
 
 #include <algorithm>
+#include <compare>
 
 namespace brevok {
 
@@ -121,7 +122,7 @@ PackageStatus statusOfBundle(const BundleFacts &bundle, HostCode target, const Q
         return PackageStatus::MissingData;
     }
     const bool older = bundle.version != offeredVersion
-        && StandardVersionComparator::compareVersion(bundle.version, offeredVersion) < 0;
+        && std::is_lt(StandardVersionComparator::compareVersion(bundle.version, offeredVersion));
     return older ? PackageStatus::NotUpdated : PackageStatus::UpToDate;
 }
 

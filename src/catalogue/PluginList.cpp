@@ -7,6 +7,7 @@
 #include "foundation/Log.h"
 #include "foundation/StandardVersionComparator.h"
 
+#include <compare>
 #include <utility>
 
 namespace brevok {
@@ -52,7 +53,7 @@ bool read(const Record &record, ListedBuild &build)
 
 bool isNewer(const QString &version, const QString &than)
 {
-    return version != than && StandardVersionComparator::compareVersion(version, than) > 0;
+    return version != than && std::is_gt(StandardVersionComparator::compareVersion(version, than));
 }
 
 } // namespace
@@ -75,7 +76,7 @@ QList<ListedBuild> newestBuilds(QJsonArray list)
     QHash<QString, qsizetype> positions;
     selected.reserve(elements.size());
     positions.reserve(elements.size());
-    for (const QJsonValue &element : elements) {
+    for (const QJsonValue element : elements) {
         if (!element.isObject()) {
             logLine(u"plugin is not nsdirectory!"_s);
             continue;

@@ -163,12 +163,12 @@ QJsonValue unarchived(const QByteArray &data)
 {
     const auto packed = QByteArray::fromBase64Encoding(data, QByteArray::AbortOnBase64DecodingErrors);
     if (!packed) {
-        return QJsonValue(QJsonValue::Undefined);
+        return {QJsonValue::Undefined};
     }
     QCborParserError error;
     const QCborValue value = QCborValue::fromCbor(unpacked(*packed), &error);
     if (error.error != QCborError::NoError || !(value.isMap() || value.isArray())) {
-        return QJsonValue(QJsonValue::Undefined);
+        return {QJsonValue::Undefined};
     }
     return value.toJsonValue();
 }

@@ -169,7 +169,7 @@ CommandResult BrevokAppInstaller::carryOutInstalls(
         return result;
     }
     const QJsonArray queue = commandQueue(*definition);
-    for (const QJsonValue &value : queue) {
+    for (const QJsonValue value : queue) {
         const QJsonArray command = value.toArray();
         if (!isInstallCommand(command)) {
             continue;
@@ -236,7 +236,7 @@ CommandResult BrevokAppInstaller::carryOutRemovals(const QString &key, const Rec
         return operations->fileExistsAtPath(path);
     };
     const QJsonArray queue = commandQueue(*definition);
-    for (const QJsonValue &value : queue) {
+    for (const QJsonValue value : queue) {
         const QJsonArray command = value.toArray();
         if (!isRemovalCommand(command)) {
             continue;

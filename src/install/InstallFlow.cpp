@@ -22,7 +22,7 @@ InstallFlow::InstallFlow(Collaborators collaborators, QObject *parent)
 
 InstallFlow::~InstallFlow() = default;
 
-void InstallFlow::installWithPrefix(const QString &prefix, bool skipRunningTargets, Completion done)
+void InstallFlow::installWithPrefix(const QString &prefix, bool skipRunningTargets, const Completion &done)
 {
     forPackages(
         prefix,
@@ -33,21 +33,21 @@ void InstallFlow::installWithPrefix(const QString &prefix, bool skipRunningTarge
 }
 
 void InstallFlow::installWithPackage(
-    const Record &package, const QString &prefix, bool skipRunningTargets, Completion done)
+    const Record &package, const QString &prefix, bool skipRunningTargets, const Completion &done)
 {
     const bool complete = !package.isEmpty() && !prefix.isEmpty();
     enqueue(
         complete ? new InstallOperation(*this, m_with, package, prefix, skipRunningTargets) : nullptr, done);
 }
 
-void InstallFlow::uninstallWithPrefix(const QString &prefix, Completion done)
+void InstallFlow::uninstallWithPrefix(const QString &prefix, const Completion &done)
 {
     forPackages(
         prefix, [&](const Record &package) { return new RemoveOperation(*this, m_with, package, prefix); },
         done);
 }
 
-void InstallFlow::uninstallWithPackage(const Record &package, const QString &prefix, Completion done)
+void InstallFlow::uninstallWithPackage(const Record &package, const QString &prefix, const Completion &done)
 {
     const bool complete = !package.isEmpty() && !prefix.isEmpty();
     enqueue(complete ? new RemoveOperation(*this, m_with, package, prefix) : nullptr, done);

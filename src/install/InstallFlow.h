@@ -47,11 +47,11 @@ public:
     ~InstallFlow() override;
 
     /// For every package with that prefix; @p done after the last one, and also when no package has it.
-    void installWithPrefix(const QString &prefix, bool skipRunningTargets, Completion done = {});
+    void installWithPrefix(const QString &prefix, bool skipRunningTargets, const Completion &done = {});
     void installWithPackage(
-        const Record &package, const QString &prefix, bool skipRunningTargets, Completion done = {});
-    void uninstallWithPrefix(const QString &prefix, Completion done = {});
-    void uninstallWithPackage(const Record &package, const QString &prefix, Completion done = {});
+        const Record &package, const QString &prefix, bool skipRunningTargets, const Completion &done = {});
+    void uninstallWithPrefix(const QString &prefix, const Completion &done = {});
+    void uninstallWithPackage(const Record &package, const QString &prefix, const Completion &done = {});
 
     /// Logs the errors and shows the install failure alert; nothing for an empty list. @p plugin is the
     /// plug-in's designation as it is to be shown.

@@ -81,7 +81,7 @@ void SettingsStore::remove(const QString &key)
 
 QDateTime SettingsStore::distantPast()
 {
-    return QDateTime(QDate(1, 1, 1), QTime(0, 0), Qt::UTC);
+    return {QDate(1, 1, 1), QTime(0, 0), Qt::UTC};
 }
 
 } // namespace brevok

@@ -23,8 +23,8 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr qint64 readBuffer = 1024 * 1024;
-constexpr qsizetype pieceSize = 256 * 1024;
+constexpr qint64 readBuffer = qint64{1024} * 1024;
+constexpr qsizetype pieceSize = qsizetype{256} * 1024;
 constexpr auto progressInterval = 50ms;
 constexpr auto partMark = ".part-"_L1;
 constexpr int httpOk = 200;

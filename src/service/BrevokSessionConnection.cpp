@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 // Replies to session requests are a few hundred bytes; a service that sends without end is stopped here.
-constexpr qint64 bodyLimit = 8 * 1024 * 1024;
+constexpr qint64 bodyLimit = qint64{8} * 1024 * 1024;
 constexpr int tooLongCode = -1103; // the platform's "data length exceeds maximum"
 constexpr int redirectedAwayCode = -1010; // the platform's "redirect to a location that does not exist"
 
@@ -62,9 +62,9 @@ QByteArray SessionResponse::header(const QByteArray &name) const
 }
 
 BrevokSessionConnection::BrevokSessionConnection(
-    NetworkFactory &network, const SessionRequest &request, int action, QObject *parent)
+    NetworkFactory &network, const SessionRequest &request, int sessionAction, QObject *parent)
     : QObject(parent)
-    , status(action)
+    , status(sessionAction)
     , originalRequest2(request)
     , m_reply(network.send(request.request, request.method, request.body))
 {

@@ -38,9 +38,9 @@ class BrevokSessionConnection final : public QObject {
     Q_DISABLE_COPY_MOVE(BrevokSessionConnection)
 
 public:
-    /// @p status is the session action that the request performs.
+    /// @p sessionAction is the session action that the request performs.
     BrevokSessionConnection(
-        NetworkFactory &network, const SessionRequest &request, int status, QObject *parent = nullptr);
+        NetworkFactory &network, const SessionRequest &request, int sessionAction, QObject *parent = nullptr);
     ~BrevokSessionConnection() override;
 
     QByteArray responseData; ///< the body so far; decompressed once loading finished

@@ -15,10 +15,10 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 pieceSize = 64 * 1024;
-constexpr qint64 redirectBodyLimit = 1024 * 1024;
+constexpr qint64 pieceSize = qint64{64} * 1024;
+constexpr qint64 redirectBodyLimit = qint64{1024} * 1024;
 // What may be left to decompress when the last byte has arrived, with a reader that keeps up: far less.
-constexpr qsizetype restLimit = 256 * 1024 * 1024;
+constexpr qsizetype restLimit = qsizetype{256} * 1024 * 1024;
 
 QNetworkAccessManager::Operation operationOf(const QByteArray &method)
 {
@@ -56,15 +56,15 @@ bool isGzip(const QNetworkReply &reply)
 } // namespace
 
 FollowedReply::FollowedReply(
-    Transport &transport, const QNetworkRequest &request, const QByteArray &method, const QByteArray &body)
+    Transport &transport, const QNetworkRequest &request, QByteArray method, QByteArray body)
     : m_transport(transport)
     , m_request(request)
-    , m_method(method)
-    , m_body(body)
+    , m_method(std::move(method))
+    , m_body(std::move(body))
 {
     setRequest(request);
     setUrl(request.url());
-    setOperation(operationOf(method));
+    setOperation(operationOf(m_method));
     QIODevice::open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     m_idle.setSingleShot(true);
     m_idle.setInterval(request.transferTimeout());

@@ -22,8 +22,7 @@ class FollowedReply final : public QNetworkReply {
     Q_DISABLE_COPY_MOVE(FollowedReply)
 
 public:
-    FollowedReply(Transport &transport, const QNetworkRequest &request, const QByteArray &method,
-        const QByteArray &body);
+    FollowedReply(Transport &transport, const QNetworkRequest &request, QByteArray method, QByteArray body);
     ~FollowedReply() override;
 
     void abort() override;

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int gzipOnly = MAX_WBITS + 16;
 constexpr qint64 largestStep = 1 << 30; // the library counts in 32 bits
-constexpr qsizetype pieceSize = 256 * 1024;
+constexpr qsizetype pieceSize = qsizetype{256} * 1024;
 
 } // namespace
 

@@ -5,6 +5,8 @@
 
 #include "foundation/Log.h"
 
+#include <QVariant>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;

@@ -14,8 +14,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 pieceSize = 256 * 1024;
-constexpr qint64 readBuffer = 1024 * 1024;
+constexpr qint64 pieceSize = qint64{256} * 1024;
+constexpr qint64 readBuffer = qint64{1024} * 1024;
 
 } // namespace
 

@@ -75,10 +75,10 @@ AlertKeys alertKeys(const QList<AlertButton> &buttons)
     return keys;
 }
 
-AlertDialog::AlertDialog(const AlertContent &content, QWidget *parent)
+AlertDialog::AlertDialog(AlertContent content, QWidget *parent)
     // Only its buttons close an alert, so its frame offers no other way.
     : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
-    , m_content(content)
+    , m_content(std::move(content))
 {
     if (m_content.buttons.isEmpty()) {
         m_content.buttons.append({Texts::tr("OK")});

@@ -34,7 +34,7 @@ class AlertDialog final : public QDialog {
     Q_DISABLE_COPY_MOVE(AlertDialog)
 
 public:
-    explicit AlertDialog(const AlertContent &content, QWidget *parent = nullptr);
+    explicit AlertDialog(AlertContent content, QWidget *parent = nullptr);
     /// Hands an accessory back to whoever made it.
     ~AlertDialog() override;
 

@@ -20,7 +20,7 @@ constexpr int fixedNumber = 15; // the last number of the version line is the sa
 QString appName(const MainBundle &bundle)
 {
     for (const QLatin1StringView key : {"CFBundleDisplayName"_L1, "CFBundleName"_L1}) {
-        const QString name = nonEmptyString(bundle.information().value(key));
+        QString name = nonEmptyString(bundle.information().value(key));
         if (!name.isEmpty()) {
             return name;
         }
@@ -49,7 +49,7 @@ QIcon applicationIcon(const MainBundle &bundle)
     const QString name = nonEmptyString(bundle.information().value("CFBundleIconFile"_L1));
     for (const QString &type : {u"icns"_s, QString()}) {
         const QString path = name.isEmpty() ? QString() : bundle.resourcePath(name, type);
-        const QIcon icon = path.isEmpty() ? QIcon() : QIcon(path);
+        QIcon icon = path.isEmpty() ? QIcon() : QIcon(path);
         if (!icon.pixmap(tried).isNull()) {
             return icon;
         }

@@ -6,6 +6,8 @@
 #include "catalogue/BrevokPackages.h"
 #include "install/InstallFlow.h"
 
+#include <QPointer>
+
 namespace brevok {
 
 PackageActivity::PackageActivity(InstallFlow &flow, BrevokPackages &packages, QObject *parent)

@@ -206,7 +206,7 @@ bool PackageList::moveFocus(int key)
 {
     const qsizetype from = focusedRow();
     const qsizetype page = std::max(1, m_scrollArea.viewport()->height() / rowHeight - 1);
-    qsizetype to = from;
+    qsizetype to = 0;
     switch (key) {
     case Qt::Key_Up:
         to = from - 1;
@@ -221,7 +221,6 @@ bool PackageList::moveFocus(int key)
         to = from + page;
         break;
     case Qt::Key_Home:
-        to = 0;
         break;
     case Qt::Key_End:
         to = m_rows.size() - 1;

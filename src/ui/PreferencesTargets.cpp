@@ -91,9 +91,8 @@ void BrevokPreferencesController::fixColumn()
 bool BrevokPreferencesController::eventFilter(QObject *watched, QEvent *event)
 {
     QTableView *table = m_outlets->targetsView;
-    if (watched == table && event->type() == QEvent::FontChange) {
-        fixColumn();
-    } else if (watched == table->viewport() && event->type() == QEvent::Resize) {
+    if ((watched == table && event->type() == QEvent::FontChange)
+        || (watched == table->viewport() && event->type() == QEvent::Resize)) {
         fixColumn();
     } else if (watched == table && event->type() == QEvent::KeyPress) {
         const int key = static_cast<QKeyEvent *>(event)->key();

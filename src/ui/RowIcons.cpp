@@ -27,8 +27,8 @@ constexpr qsizetype keptIcons = 256;
 constexpr int largestSide = 8192;
 constexpr qint64 largestArea = 16'000'000;
 constexpr int decoderMegabytes = 128;
-constexpr qsizetype quickSize = 32 * 1024;
-constexpr qsizetype largestDrawing = 128 * 1024;
+constexpr qsizetype quickSize = qsizetype{32} * 1024;
+constexpr qsizetype largestDrawing = qsizetype{128} * 1024;
 constexpr int mostShapes = 2000;
 
 constexpr std::array plainElements{"svg"_L1, "g"_L1, "path"_L1, "rect"_L1, "circle"_L1, "ellipse"_L1,

@@ -60,7 +60,7 @@ struct Fixture : CatalogueFixture {
     /// A target with version 140 in which the plug-in @p name is installed.
     QString target(const QString &name, const QString &version)
     {
-        const QString path = folder.path() + u"/App/Plug-Ins/"_s;
+        QString path = folder.path() + u"/App/Plug-Ins/"_s;
         writeInstalledPlugin(path, name, version, u"14.0"_s);
         targets.insertTarget(path, u"InDesign"_s, u"140"_s);
         return path;
@@ -314,7 +314,7 @@ void PackagesTest::storedIconsAreLoaded()
     QVERIFY(writeFile(f.dataFolder + u"/good.png"_s, png));
     QVERIFY(writeFile(f.dataFolder + u"/bad.png"_s, "text"));
     QFile large(f.dataFolder + u"/large.png"_s);
-    QVERIFY(large.open(QIODevice::WriteOnly) && large.write(png) && large.resize(9 * 1024 * 1024));
+    QVERIFY(large.open(QIODevice::WriteOnly) && large.write(png) && large.resize(qint64{9} * 1024 * 1024));
     QJsonObject stored;
     for (const QString &name : {u"good"_s, u"bad"_s, u"large"_s, u"missing"_s}) {
         stored.insert(name,

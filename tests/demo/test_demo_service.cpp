@@ -382,7 +382,7 @@ private Q_SLOTS:
     {
         Service service;
         QVERIFY(service.start());
-        const QByteArray archive(32 * 1024 * 1024, 'z');
+        const QByteArray archive(qsizetype{32} * 1024 * 1024, 'z');
         QVERIFY(writeFile(service.path(u"archives/large.zip"_s), archive));
         for (int i = 0; i < 5; ++i) {
             const std::unique_ptr<QNetworkReply> reply(service.send("GET", u"/archives/large.zip"_s));

@@ -182,11 +182,13 @@ void ZipExtractionTest::namesAreUtf8InEveryLocale()
 {
     constexpr quint16 utf8Flag = 0x0800;
     const QByteArray name = u"Gr\u00fc\u00dfe \u65e5\u672c"_s.toUtf8();
+    // NOLINTBEGIN(concurrency-mt-unsafe): this test has no other thread
     const QByteArray before = std::setlocale(LC_ALL, nullptr);
     std::setlocale(LC_ALL, "C");
     const bool done =
         extract(zipArchive({{name + "/a", "x", testing::zipFile, false, -1, utf8Flag}, {name + "/b", "y"}}));
     std::setlocale(LC_ALL, before.constData());
+    // NOLINTEND(concurrency-mt-unsafe)
     QVERIFY2(done, m_error ? qPrintable(m_error->description) : "");
     QCOMPARE(contents(m_folder + u'/' + QString::fromUtf8(name) + u"/a"_s), QByteArray("x"));
     QCOMPARE(contents(m_folder + u'/' + QString::fromUtf8(name) + u"/b"_s), QByteArray("y"));

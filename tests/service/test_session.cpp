@@ -410,7 +410,7 @@ void TestSession::brokenTransfers_data()
         .framing = Response::Framing::Chunked,
         .fault = Response::Fault::Close,
         .faultAfter = body.size()};
-    QTest::newRow("endless") << Response{.body = QByteArray(1024, ' '), .repeat = 1024 * 1024};
+    QTest::newRow("endless") << Response{.body = QByteArray(1024, ' '), .repeat = qint64{1024} * 1024};
     QTest::newRow("redirect loop") << Response::redirect(signinPath.toLatin1(), 307);
 }
 

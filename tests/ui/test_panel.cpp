@@ -344,10 +344,10 @@ private Q_SLOTS:
             menu.findChild<QAction *>(QLatin1StringView(name))->trigger();
         };
         using Panel = BrevokPanelController;
-        const std::pair<const char *, void (Panel::*)()> wishes[]{
-            {"showSettings", &Panel::showSettingsRequested}, {"showAbout", &Panel::showAboutRequested},
-            {"showBugReporter", &Panel::showBugReporterRequested},
-            {"checkAppUpdate", &Panel::checkAppUpdateRequested}};
+        const std::array<std::pair<const char *, void (Panel::*)()>, 4> wishes{
+            {{"showSettings", &Panel::showSettingsRequested}, {"showAbout", &Panel::showAboutRequested},
+                {"showBugReporter", &Panel::showBugReporterRequested},
+                {"checkAppUpdate", &Panel::checkAppUpdateRequested}}};
         for (const auto &[name, wish] : wishes) {
             const QSignalSpy spy(rig.panel.get(), wish);
             run(name);

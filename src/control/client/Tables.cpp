@@ -67,7 +67,7 @@ QString targetsText(const QJsonArray &targets)
         return u"No targets.\n"_s;
     }
     QList<QStringList> rows{{u"TARGET"_s, u"STATE"_s, u"PATH"_s}};
-    for (const QJsonValue &value : targets) {
+    for (const QJsonValue value : targets) {
         const QJsonObject target = value.toObject();
         rows.append({printable(target[u"label"_s].toString()), stateOf(target),
             printable(target[u"path"_s].toString())});
@@ -89,7 +89,7 @@ QString statusText(const QJsonObject &status)
 
     QList<QStringList> rows{{u"PACKAGE"_s, u"VERSION"_s, u"STATUS"_s, u"PREFIX"_s}};
     const QJsonArray packages = status[u"packages"_s].toArray();
-    for (const QJsonValue &value : packages) {
+    for (const QJsonValue value : packages) {
         const QJsonObject package = value.toObject();
         rows.append({printable(package[u"name"_s].toString()), printable(package[u"version"_s].toString()),
             package[u"statusName"_s].toString(), printable(package[u"prefix"_s].toString())});

@@ -5,6 +5,7 @@
 
 #include "platform/linux/SafePath.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <vector>
@@ -187,12 +188,8 @@ bool removeContents(int folder, QByteArray *where)
     if (!entries) {
         return failAt(where, QByteArray());
     }
-    for (const QByteArray &entry : *entries) {
-        if (!remove(folder, entry, where)) {
-            return false;
-        }
-    }
-    return true;
+    return std::ranges::all_of(
+        *entries, [folder, where](const QByteArray &entry) { return remove(folder, entry, where); });
 }
 
 bool remove(int folder, const QByteArray &name, QByteArray *where)

@@ -19,7 +19,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 pieceSize = 256 * 1024;
+constexpr qint64 pieceSize = qint64{256} * 1024;
 
 QByteArray gzipped(const QByteArray &data)
 {
@@ -291,9 +291,9 @@ void FaultServer::on(const QString &path, const Response &response)
     on(path, [response](const Request &) { return response; });
 }
 
-void FaultServer::on(const QString &path, Handler handler)
+void FaultServer::on(const QString &path, const Handler &handler)
 {
-    m_handlers.insert(path, std::move(handler));
+    m_handlers.insert(path, handler);
 }
 
 QUrl FaultServer::url(const QString &path) const
@@ -321,9 +321,7 @@ void FaultServer::stop()
     m_server->close();
     const QObjectList all = children();
     for (QObject *child : all) {
-        if (auto *connection = dynamic_cast<Connection *>(child)) {
-            delete connection;
-        }
+        delete dynamic_cast<Connection *>(child);
     }
 }
 

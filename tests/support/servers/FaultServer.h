@@ -89,7 +89,7 @@ public:
     ~FaultServer() override;
 
     void on(const QString &path, const Response &response);
-    void on(const QString &path, Handler handler);
+    void on(const QString &path, const Handler &handler);
 
     /// "https://localhost:PORT" with @p path.
     [[nodiscard]] QUrl url(const QString &path = {}) const;

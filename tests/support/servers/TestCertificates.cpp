@@ -68,7 +68,7 @@ QSslKey converted(EVP_PKEY *key)
     PEM_write_bio_PrivateKey(memory.get(), key, nullptr, nullptr, 0, nullptr, nullptr);
     char *pem = nullptr;
     const long size = BIO_get_mem_data(memory.get(), &pem);
-    return QSslKey(QByteArray(pem, size), QSsl::Ec, QSsl::Pem);
+    return {QByteArray(pem, size), QSsl::Ec, QSsl::Pem};
 }
 
 QByteArray alternativeNames(const QStringList &hosts)

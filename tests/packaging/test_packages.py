@@ -1,0 +1,222 @@
+#!/usr/bin/env python3
+# SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+# SPDX-License-Identifier: MIT
+"""The Debian packages of a Release build: what is in them, and their life in a scratch root with the real dpkg."""
+import gzip
+import json
+import os
+import pathlib
+import shutil
+import signal
+import sys
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "end-to-end"))
+from brevok_session import Session, wait_for  # noqa: E402
+from scratch_root import (APPLICATION, DEMO, HELPER, POLICY, ScratchRoot, make_newer, make_packages, missing_tools,
+                          mode_and_path, run, temporary_folder)  # noqa: E402
+
+BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
+SKIPPED = 77
+
+
+def needs(tool):
+    return unittest.skipUnless(shutil.which(tool), f"{tool} is not installed")
+
+
+class PackagesTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.made = temporary_folder(cls, "brevok-packages-")
+        cls.packages = make_packages(BUILD, cls.made)
+
+    def setUp(self):
+        self.root = ScratchRoot(temporary_folder(self, "brevok-root-"))
+
+    def install_all(self):
+        self.root.dpkg("-i", *self.packages.values())
+
+    def write_policy(self, text):
+        (self.root / POLICY).write_text(text)
+
+    # what is in them
+
+    def test_three_packages_share_no_file_and_keep_to_their_places(self):
+        self.assertEqual(set(self.packages), {APPLICATION, HELPER, DEMO})
+        owners = {}
+        for name, file in self.packages.items():
+            for mode, owner, path in map(mode_and_path, run("dpkg-deb", "-c", file).stdout.splitlines()):
+                self.assertEqual(owner, "root/root", path)
+                self.assertTrue(path.startswith(("usr/", "etc/", "lib/")), path)
+                if not mode.startswith("l"):
+                    self.assertRegex(mode, "^[-d]rw[-x]r-[-x]r-[-x]$", f"{path} of {name}")
+                if not path.endswith("/"):
+                    self.assertNotIn(path, owners, f"{name} and {owners.get(path)}")
+                    owners[path] = name
+            self.assertRegex(run("dpkg-deb", "-f", file, "Depends").stdout, r"libqt6core6 \(>= 6")
+        self.assertIn("usr/bin/brevokctl", owners)
+
+    @needs("lintian")
+    def test_lintian_finds_no_errors(self):
+        # The packages go into no archive that keeps bugs for every upload.
+        checked = run("lintian", "--allow-root", "--tag-display-limit", "0", "--fail-on", "error", "--suppress-tags",
+                      "initial-upload-closes-no-bugs", *self.packages.values(), check=False)
+        self.assertEqual(checked.returncode, 0, checked.stdout + checked.stderr)
+        self.assertNotIn("E:", checked.stdout)
+
+    def test_what_the_desktop_reads_is_valid(self):
+        self.install_all()
+        share = self.root / "usr/share"
+        checks = [("desktop-file-validate", [share / "applications/com.tolvane.brevok.desktop"]),
+                  ("appstreamcli", ["validate", "--no-net", share / "metainfo/com.tolvane.brevok.metainfo.xml"]),
+                  *((("mandoc", ["-T", "lint", "-W", "warning", self.unpacked(page)])
+                     for page in share.glob("man/man?/*") if page.stem != "tolvane-brevok-demo.1")),
+                  ("bash", ["-n", share / "bash-completion/completions/brevokctl"]),
+                  ("zsh", ["-n", share / "zsh/vendor-completions/_brevokctl"]),
+                  ("fish", ["-n", share / "fish/vendor_completions.d/brevokctl.fish"])]
+        for tool, words in checks:
+            with self.subTest(tool, words=words):
+                if shutil.which(tool):
+                    run(tool, *words)
+        for size in ("scalable", "symbolic", "16x16", "48x48", "256x256"):
+            self.assertTrue(list((share / "icons/hicolor" / size / "apps").glob("com.tolvane.brevok*")), size)
+        service = (share / "dbus-1/services/com.tolvane.brevok.service").read_text()
+        self.assertIn("Exec=/usr/bin/tolvane-brevok --background\n", service)
+        names = {page.name for page in share.glob("man/man?/*")}
+        self.assertLessEqual({"tolvane-brevok.1.gz", "brevokctl.1.gz", "tolvane-brevok-helper.8.gz"}, names)
+
+    def unpacked(self, page):
+        plain = self.root / page.stem
+        plain.write_bytes(gzip.decompress(page.read_bytes()))
+        return plain
+
+    # the installed programs
+
+    def test_installed_programs_do_their_work(self):
+        self.install_all()
+        with Session(self.root.programs) as session:
+            session.publish("Imposer", "IM#01", "2.0.0", 140)
+            session.start_application()
+            session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+            session.ctl("check")
+            session.ctl("install", "IM#01")
+            self.assertEqual(session.installed_version("Imposer"), "2.0.0")
+            # Only a copy that finds its resources installs the workspace file and knows its defaults.
+            host = session.applications / "Adobe InDesign CC 2019"
+            self.assertTrue((host / "Presets/InDesign Workspaces/Tolvane.xml").is_file())
+            self.assertTrue(json.loads(session.ctl("settings", "--json").stdout)["showNotifications"])
+            self.check_completions(session)
+
+    def check_completions(self, session):
+        environment = {**session.environment, "PATH": f"{self.root.programs}:{os.environ['PATH']}"}
+        target = f"{session.applications}/Adobe InDesign CC 2019/Plug-Ins/"
+        script = self.root / "usr/share/bash-completion/completions/brevokctl"
+        table = [(["brevokctl", "ins"], ["install"]), (["brevokctl", "install", ""], ["IM#01"]),
+                 (["brevokctl", "update", "--a"], ["--all"]), (["brevokctl", "targets", "add", "/x", "--type", "InC"],
+                                                               ["InCopy"]),
+                 (["brevokctl", "settings", "set", "autoUpdate", ""], ["yes", "no"]),
+                 (["brevokctl", "--json", "targets", "disable", ""], [target.replace(" ", "\\ ")])]
+        for words, wanted in table:
+            with self.subTest(shell="bash", words=words):
+                quoted = " ".join(f"'{word}'" for word in words)
+                found = run("bash", "-c", f"source '{script}'; COMP_WORDS=({quoted}); COMP_CWORD={len(words) - 1}; "
+                            "_brevokctl; printf '%s\\n' \"${COMPREPLY[@]}\"", env=environment)
+                self.assertEqual(found.stdout.splitlines(), wanted)
+        if shutil.which("fish"):
+            script = self.root / "usr/share/fish/vendor_completions.d/brevokctl.fish"
+            for line, wanted in [("brevokctl install ", "IM#01"), ("brevokctl targets disable ", target),
+                                 ("brevokctl settings set autoUpdate ", "yes")]:
+                with self.subTest(shell="fish", line=line):
+                    found = run("fish", "--no-config", "-c", f"source '{script}'; complete -C '{line}'", env=environment)
+                    self.assertIn(wanted, [entry.split("\t")[0] for entry in found.stdout.splitlines()])
+
+    @needs("dbus-send")
+    def test_bus_starts_the_installed_copy_under_the_policy(self):
+        self.install_all()
+        with Session(self.root.programs) as session:
+            self.write_policy(f"[Service]\nURL={session.service_url}\nCA={session.service_ca}\n"
+                              f"ReachabilityHost=localhost\n[Applications]\nFolders={session.applications}\n"
+                              "[Settings]\nautoUpdate=yes\nstartAtLogin=no\n")
+            self.offer_to_the_bus()
+            self.addCleanup(self.end_copy_of_the_bus)
+            wait_for(lambda: session.ctl("status", check=False).returncode == 0, "the application answers")
+            wait_for(lambda: session.status()["targets"], "the policy's folder is searched")
+            self.assertIn(str(session.applications), session.status()["targets"][0]["path"])
+            session.ctl("check")  # is answered by the policy's service alone
+            refused = session.ctl("settings", "set", "autoUpdate", "no", check=False)
+            self.assertEqual((refused.returncode, "administrator" in refused.stderr), (1, True), refused.stderr)
+            session.ctl("settings", "set", "showNotifications", "no")
+            settings = json.loads(session.ctl("settings", "--json").stdout)
+            self.assertEqual((settings["autoUpdate"], settings["startAtLogin"], settings["showNotifications"]),
+                             (True, False, False))
+            self.assertFalse(list(pathlib.Path(os.environ["XDG_CONFIG_HOME"]).glob("autostart/*")))
+
+    def end_copy_of_the_bus(self):
+        asked = run("dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
+                    "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:com.tolvane.brevok", check=False)
+        if asked.returncode == 0:
+            os.kill(int(asked.stdout.split()[-1]), signal.SIGTERM)
+            wait_for(self.bus_owner_is_gone, "the copy ends")
+
+    def bus_owner_is_gone(self):
+        return "false" in run("dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
+                              "org.freedesktop.DBus.NameHasOwner", "string:com.tolvane.brevok").stdout
+
+    def offer_to_the_bus(self):
+        """The bus of this test starts what stands in this root."""
+        services = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "dbus-1" / "services"
+        services.mkdir(parents=True, exist_ok=True)
+        text = (self.root / "usr/share/dbus-1/services/com.tolvane.brevok.service").read_text()
+        (services / "com.tolvane.brevok.service").write_text(text.replace("Exec=", f"Exec={self.root.folder}"))
+        run("dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
+
+    def test_policy_that_cannot_be_used_keeps_the_program_from_starting(self):
+        self.install_all()
+        self.write_policy("[Service]\nURL=http://firm.example\n")
+        for variables in ({}, {"BREVOK_SERVICE_URL": "https://localhost:1"}):
+            ended = run(self.root.programs / "tolvane-brevok", "--headless", "--service-url", "https://localhost:1",
+                        check=False, env={**os.environ, **variables})
+            self.assertEqual(ended.returncode, 2)
+            self.assertEqual(ended.stderr, f"tolvane-brevok: {self.root / POLICY}, line 2: URL: 'http://firm.example' "
+                                           "is no https address of a service\n")
+
+    # their life
+
+    def test_upgrade_keeps_what_the_administrator_decided(self):
+        self.install_all()
+        self.write_policy("[Settings]\nautoUpdate=no\n")
+
+        def change(tree):
+            (tree / "usr/share/fish/vendor_completions.d/brevokctl.fish").unlink()
+            (tree / "usr/share/tolvane-brevok/New.txt").write_text("new")
+            (tree / POLICY).write_text("# other words\n")
+        newer = make_newer(self.packages[APPLICATION], self.made, change)
+        self.root.dpkg("-i", newer)
+        self.assertEqual(self.root.state(APPLICATION), "installed 1000.0-1")
+        self.assertEqual((self.root / POLICY).read_text(), "[Settings]\nautoUpdate=no\n")
+        self.assertFalse((self.root / "usr/share/fish/vendor_completions.d/brevokctl.fish").exists())
+        self.assertTrue((self.root / "usr/share/tolvane-brevok/New.txt").exists())
+
+    def test_removal_and_purge_leave_nothing_and_touch_no_user(self):
+        for path in ("home/ada/.config/tolvane/brevok.conf", "home/ada/.local/share/Tolvane Brevok/x.zip",
+                     "home/ada/.config/autostart/com.tolvane.brevok.desktop", "etc/hostname",
+                     "opt/Adobe InDesign/Plug-Ins/Tolvane/Imposer.InDesignPlugin/Contents/Info.plist"):
+            (self.root / path).parent.mkdir(parents=True, exist_ok=True)
+            (self.root / path).write_text("the user's own")
+        before = self.root.files()
+        self.install_all()
+        self.write_policy("[Settings]\nautoUpdate=no\n")
+        self.root.dpkg("-r", *self.packages)
+        left = {name for name in self.root.files() if name not in before}
+        self.assertEqual(left, {"etc/tolvane-brevok", POLICY})
+        self.root.dpkg("-P", *self.packages)
+        self.assertEqual(self.root.files(), before)
+        for name in self.packages:
+            self.assertNotIn("installed", self.root.state(name).replace("not-installed", ""))
+
+
+if __name__ == "__main__":
+    if missing_tools():
+        print(f"skipped: not installed here: {', '.join(missing_tools())}")
+        sys.exit(SKIPPED)
+    unittest.main(verbosity=2)

@@ -59,7 +59,7 @@ void BrevokBugReporterController::setTexts()
     m_outlets->noteLabel->setText(
         Texts::tr("What went &wrong, and what were you doing when the problem came up?"));
     m_outlets->hint->setText(
-        Texts::tr("The state of this application, its logs and the newest crash reports are sent with it."));
+        Texts::tr("The state, the logs and the newest crash reports of this application are sent along."));
     m_outlets->showBody->setText(Texts::tr("Show what will be sent"));
     m_outlets->send->setText(Texts::tr("Send"));
 }

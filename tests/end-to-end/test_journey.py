@@ -188,5 +188,97 @@ class Journey(unittest.TestCase):
         self.assertEqual(session.log().count("Alert: Adobe InDesign CC is running."), 1, "once within a minute")
 
 
+class Reports(unittest.TestCase):
+    def setUp(self):
+        self.session = self.enterContext(Session(PROGRAMS))
+        self.logs = self.session.folder / "state" / "tolvane-brevok" / "Logs"
+        self.logs.mkdir(parents=True)
+
+    def arrived(self, path):
+        lines = (self.session.service_root / "requests.jsonl").read_text().splitlines()
+        return [request for request in map(json.loads, lines) if request["path"] == path]
+
+    def items(self, body):
+        return {item["Key"]: item["Value"] for item in body["Data"]}
+
+    def test_report_arrives_without_secrets(self):
+        session = self.session
+        crashes = self.logs / "DiagnosticReports"
+        crashes.mkdir()
+        (crashes / "Adobe InDesign CC 2019_1.crash").write_text("Thread 0 crashed\n")
+        session.publish("Alpha", "0xA", "1.0", 140)
+        session.start_application()
+        session.ctl("settings", "set", "logLevel", "1")
+        session.ctl("check")
+        session.ctl("install", "0xA")
+        session.ctl("signin", ACCOUNT["email"], BREVOK_PASSWORD=ACCOUNT["password"])
+        words = ["--email", "ada@example.com", "--note", "It broke\n\"twice\""]
+        shown = json.loads(session.ctl("report", "--show", *words).stdout)
+        self.assertEqual(self.arrived("/api/machine/report"), [], "showing sends nothing")
+        self.assertEqual(json.loads(session.ctl("--json", "report", *words).stdout), {"ok": True, "failures": []})
+        (request,) = self.arrived("/api/machine/report")
+        self.assertEqual((request["method"], request["session"]), ("POST", "known"))
+        self.assertEqual(request["body"]["Email"], "ada@example.com")
+        sent = self.items(request["body"])
+        self.assertEqual(list(sent), ["Application", "Description", "Platform", "Packages", "Plugins", "Targets",
+                                      "orlec.log", "tolvane.log", "InDesign.crash"])
+        self.assertEqual(sent["Description"], "It broke\n\"twice\"")
+        self.assertIn("Status=Up To Date\n", sent["Packages"])
+        self.assertIn("Plugins = Alpha 1.0 (14.0),\n", sent["Targets"])
+        self.assertEqual(sent["InDesign.crash"], "Thread 0 crashed\n")
+        self.assertIn("Connection: POST returned valid reply", sent["orlec.log"])
+        differing = {key for key, value in self.items(shown).items() if sent[key] != value}
+        self.assertEqual(differing, {"orlec.log"}, "only the log has grown")
+        # The session id stands in the settings, its ends in what the service wrote down; the program logs neither.
+        first, last = request["headers"]["Cookie"].split("SessionId=")[1].split("…")
+        for text in (session.log(), json.dumps(request["body"]), json.dumps(shown)):
+            self.assertIn("Session request: POST", text)
+            for secret in (ACCOUNT["password"], "SessionId=" + first):
+                self.assertNotIn(secret, text)
+            self.assertNotRegex(text, f"{first}[0-9a-f]{{24}}{last}")
+
+    def test_form_faults(self):
+        session = self.session
+        session.start_application()
+        for email, note, text in (("", "x", "Missing email address!"), ("ada@home", "x", "Invalid email address!"),
+                                  ("ada@example.com", "", "Missing problem description!")):
+            result = session.ctl("report", "--email", email, "--note", note, check=False)
+            self.assertEqual(result.returncode, 1)
+            self.assertIn(text, result.stderr)
+        for words in (["report"], ["report", "--email", "a@b.cd"], ["usage"], ["status", "--show"]):
+            self.assertEqual(session.ctl(*words, check=False).returncode, 2, words)
+        session.stop_service()
+        result = session.ctl("report", "--email", "ada@example.com", "--note", "x", check=False)
+        self.assertEqual(result.returncode, 1)
+        self.assertIn("Tolvane Brevok servers are unreachable.", result.stderr)
+
+    def test_usage_is_shown(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        session.start_application()
+        session.ctl("check")
+        session.ctl("install", "0xA")
+        usage = json.loads(session.ctl("usage", "--show").stdout)
+        self.assertEqual(usage["Installed"], [{"InDesignVersion": "140", "Plugins": [
+            {"Prefix": "0xA", "Version": "1.0", "Note": "Correct host version :-)"}]}])
+        for target in session.status()["targets"]:
+            session.ctl("targets", "remove", target["path"])
+        self.assertEqual(session.ctl("usage", "--show", check=False).returncode, 1)
+        self.assertEqual(self.arrived("/api/stats/plugins"), [])
+
+    def test_a_long_log_makes_way(self):
+        session = self.session
+        log, older = self.logs / "orlec.log", self.logs / "orlec.log.1"
+        log.write_bytes(b"x" * 5000001)
+        session.start_application()
+        session.stop_application()
+        self.assertEqual(older.stat().st_size, 5000001)
+        self.assertLess(log.stat().st_size, 100000)
+        before = log.read_bytes()
+        session.start_application()
+        self.assertTrue(log.read_bytes().startswith(before), "a run appends")
+        self.assertEqual(older.stat().st_size, 5000001)
+
+
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -3,8 +3,8 @@
 
 #include "client/CommandLine.h"
 #include "client/Tables.h"
-#include "control/SettingsDocument.h"
 #include "control/ControlService.h"
+#include "control/SettingsDocument.h"
 #include "control/StatusDocument.h"
 
 #include <QDBusConnection>
@@ -46,7 +46,7 @@ class ControlTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void commandLines_data();
     void commandLines();
     void wrongCommandLines_data();
@@ -77,6 +77,10 @@ void ControlTest::commandLines_data()
     row("settings set logLevel 1", Command::Verb::SetSetting, {u"logLevel"_s, u"1"_s});
     row("remove -- --odd", Command::Verb::Remove, {u"--odd"_s});
     row("--version", Command::Verb::Version, {});
+    row("report --email a@b.cd --note --odd", Command::Verb::Report, {});
+    row("report --email= --note=", Command::Verb::Report, {});
+    row("report --show --note x", Command::Verb::ShowReport, {});
+    row("usage --show", Command::Verb::ShowUsage, {});
     row("status --timeout=5", Command::Verb::Status, {});
 }
 
@@ -116,6 +120,12 @@ void ControlTest::wrongCommandLines_data()
     row("targets remove", "a path");
     row("settings set logLevel", "a key and a value");
     row("status --type InDesign", "--type");
+    row("report", "--email");
+    row("report --email a@b.cd", "--note");
+    row("report text --email a@b.cd --note x", "report");
+    row("status --note x", "--note");
+    row("status --show", "--show");
+    row("usage", "--show");
 }
 
 void ControlTest::wrongCommandLines()
@@ -191,8 +201,8 @@ void ControlTest::callsDuringStartUpAreRefused_data()
 {
     QTest::addColumn<QVariantList>("arguments");
     const QVariantList none;
-    for (const char *method :
-        {"Status", "SignOut", "Check", "UpdateAll", "Discard", "Targets", "Settings", "OpenPanel", "Quit"}) {
+    for (const char *method : {"Status", "SignOut", "Check", "UpdateAll", "Discard", "Targets", "Settings",
+             "UsageBody", "OpenPanel", "Quit"}) {
         QTest::newRow(method) << none;
     }
     QTest::newRow("SignIn") << QVariantList{u"a@b"_s, u"word"_s};
@@ -202,6 +212,8 @@ void ControlTest::callsDuringStartUpAreRefused_data()
     QTest::newRow("RemoveTarget") << QVariantList{u"/a"_s};
     QTest::newRow("SetTargetEnabled") << QVariantList{u"/a"_s, true};
     QTest::newRow("SetSetting") << QVariantList{u"logLevel"_s, u"1"_s};
+    QTest::newRow("Report") << QVariantList{u"a@b.cd"_s, u"x"_s};
+    QTest::newRow("ReportBody") << QVariantList{u"a@b.cd"_s, u"x"_s};
 }
 
 void ControlTest::callsDuringStartUpAreRefused()

@@ -80,6 +80,7 @@ public:
     void setAutoUpdate(bool on) override { m_store.setValue(u"OrlecAutoUpdate"_s, on); }
     [[nodiscard]] int logLevel() const override { return m_store.integerValue(u"OrlecLogLevel"_s); }
     void setLogLevel(int level) override { m_store.setValue(u"OrlecLogLevel"_s, level); }
+    [[nodiscard]] bool isLocked(const QString &key) const override { return m_store.isLocked(key); }
 
 private:
     [[nodiscard]] bool flag(const QString &key) const { return m_store.boolValue(key); }
@@ -177,6 +178,7 @@ private Q_SLOTS:
     void otherFolderIsAskedFor_data();
     void otherFolderIsAskedFor();
     void checkBoxesAreInStep();
+    void whatTheAdministratorDecidesIsDisabled();
     void accountPageFollowsTheSession();
 };
 
@@ -397,6 +399,22 @@ void PreferencesTest::otherFolderIsAskedFor()
     QFETCH(bool, added);
     QCOMPARE(desk.targets->targets().contains(path), added);
     QCOMPARE(desk.find<QDialog>("targetDataSheet")->isVisible(), !added);
+}
+
+void PreferencesTest::whatTheAdministratorDecidesIsDisabled()
+{
+    Desk desk;
+    desk.settings.lock({{u"OrlecAutoUpdate"_s, true}, {u"OrlecLogLevel"_s, 1}});
+    desk.open();
+    desk.window->switchTab(Page::Settings);
+    for (const char *name : {"autoUpdate", "logLevel"}) {
+        auto *box = desk.find<QCheckBox>(name);
+        QVERIFY2(box->isChecked() && !box->isEnabled() && !box->toolTip().isEmpty(), name);
+    }
+    for (const char *name : {"startAtLogin", "notifications", "checkForUpdates"}) {
+        const auto *box = desk.find<QCheckBox>(name);
+        QVERIFY2(box->isEnabled() && box->toolTip().isEmpty(), name);
+    }
 }
 
 void PreferencesTest::checkBoxesAreInStep()

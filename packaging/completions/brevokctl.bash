@@ -24,12 +24,13 @@ _brevokctl_offer() {
 
 _brevokctl() {
     COMPREPLY=()
-    local commands='status signin signout check install update remove targets settings discard open-panel quit'
+    local commands='status signin signout check install update remove targets settings discard report usage open-panel
+        quit'
     local settings='startAtLogin showNotifications checkForUpdates autoUpdate logLevel'
     local words=() index given=
     for ((index = 1; index < COMP_CWORD; index++)); do
         case ${COMP_WORDS[index]} in
-        --timeout | --type) ((index++)) ;;
+        --timeout | --type | --email | --note) ((index++)) ;;
         --version) [[ ${words[0]-} == targets ]] && ((index++)) ;;
         -*) ;;
         *) words+=("${COMP_WORDS[index]}") ;;
@@ -37,13 +38,15 @@ _brevokctl() {
     done
     case ${COMP_WORDS[COMP_CWORD - 1]} in
     --type) _brevokctl_offer InDesign InCopy; return ;;
-    --timeout | --version) return ;;
+    --timeout | --version | --email | --note) return ;;
     esac
     if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
         given='--json --timeout --help'
         case ${words[*]} in
         '') given+=' --version' ;;
         update) given+=' --all' ;;
+        report) given+=' --email --note --show' ;;
+        usage) given+=' --show' ;;
         'targets add'*) given+=' --type --version' ;;
         esac
         # shellcheck disable=SC2086
@@ -52,7 +55,7 @@ _brevokctl() {
     fi
     local IFS=$'\n'
     case "${words[*]}" in
-    '') IFS=' '; _brevokctl_offer $commands ;;
+    '') IFS=$' \n'; _brevokctl_offer $commands ;;
     install* | update* | remove*) _brevokctl_offer $(_brevokctl_ask status prefix) ;;
     targets) _brevokctl_offer add remove enable disable ;;
     targets$'\n'add) compopt -o dirnames ;;

@@ -51,6 +51,8 @@ _brevokctl() {
         'targets:list or change the install targets'
         'settings:list or change the settings'
         'discard:forget unfinished actions'
+        'report:send a bug report, or show what would be sent'
+        'usage:show the usage report'
         'open-panel:open the panel'
         'quit:end the program'
     )
@@ -65,6 +67,8 @@ _brevokctl() {
         update) _alternative 'options:option:(--all)' 'packages:package:_brevokctl_prefixes' ;;
         targets) _brevokctl_targets ;;
         settings) _brevokctl_settings ;;
+        report) _arguments '--email[where answers go]:address' '--note[what happened]:text' '--show[send nothing, print it]' ;;
+        usage) _arguments '--show[print the usage report]' ;;
         esac
         ;;
     esac

@@ -706,6 +706,10 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Ausführliches &amp;Protokoll schreiben</translation>
     </message>
     <message>
+        <source>Your administrator decides this setting.</source>
+        <translation>Diese Einstellung bestimmt Ihr Administrator.</translation>
+    </message>
+    <message>
         <source>Plug-ins are installed into the enabled folders.</source>
         <translation>Plug-Ins werden in die aktivierten Ordner installiert.</translation>
     </message>

@@ -706,6 +706,10 @@ Vuelva a iniciar sesión.</translation>
         <translation>Escribir un registro &amp;detallado</translation>
     </message>
     <message>
+        <source>Your administrator decides this setting.</source>
+        <translation>Este ajuste lo decide su administrador.</translation>
+    </message>
+    <message>
         <source>Plug-ins are installed into the enabled folders.</source>
         <translation>Los plug-ins se instalan en las carpetas activadas.</translation>
     </message>

@@ -706,6 +706,10 @@ Veuillez vous reconnecter.</translation>
         <translation>Écrire un journal &amp;détaillé</translation>
     </message>
     <message>
+        <source>Your administrator decides this setting.</source>
+        <translation>C’est votre administrateur qui décide de ce réglage.</translation>
+    </message>
+    <message>
         <source>Plug-ins are installed into the enabled folders.</source>
         <translation>Les plug-ins sont installés dans les dossiers activés.</translation>
     </message>

@@ -706,6 +706,10 @@ Please try to sign-in again.</source>
         <translation>詳細なログを記録(&amp;D)</translation>
     </message>
     <message>
+        <source>Your administrator decides this setting.</source>
+        <translation>この設定は管理者が決めています。</translation>
+    </message>
+    <message>
         <source>Plug-ins are installed into the enabled folders.</source>
         <translation>プラグインは有効なフォルダーにインストールされます。</translation>
     </message>

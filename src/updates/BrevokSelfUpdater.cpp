@@ -210,6 +210,7 @@ void BrevokSelfUpdater::installUpdate()
         return;
     }
     m_exchange.reset();
+    m_state.byUser = true;
     m_state.done = 0;
     m_state.total = m_item.length;
     m_package =

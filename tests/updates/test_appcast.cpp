@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "SampleFeed.h"
+#include "support/SampleFeed.h"
 #include "updates/AutomaticChecks.h"
 #include "updates/PackageSignature.h"
 #include "updates/UpdateChoice.h"

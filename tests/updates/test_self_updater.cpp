@@ -3,12 +3,13 @@
 
 #include "foundation/Tasks.h"
 #include "platform/linux/PackageKitInstaller.h"
-#include "SampleFeed.h"
 #include "service/HttpServiceClient.h"
 #include "service/NetworkFactory.h"
 #include "support/LogCapture.h"
 #include "support/MemorySettingsStore.h"
 #include "support/PackageKitPlayer.h"
+#include "support/SampleFeed.h"
+#include "support/SampleMaker.h"
 #include "support/servers/FaultServer.h"
 #include "updates/BrevokSelfUpdater.h"
 
@@ -17,8 +18,6 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <sodium.h>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -36,40 +35,6 @@ constexpr int patient = 30000;
 constexpr int shortTimeout = 2000;
 const QString feedPath = u"/base/appcast.xml"_s;
 const QString packagePath = u"/files/brevok.deb"_s;
-
-/// Who signs.
-struct Maker {
-    QByteArray publicKey = QByteArray(crypto_sign_PUBLICKEYBYTES, '\0');
-    QByteArray secretKey = QByteArray(crypto_sign_SECRETKEYBYTES, '\0');
-
-    Maker()
-    {
-        if (sodium_init() < 0
-            || crypto_sign_keypair(
-                   reinterpret_cast<uchar *>(publicKey.data()), reinterpret_cast<uchar *>(secretKey.data()))
-                != 0) {
-            qFatal("libsodium does not work");
-        }
-    }
-
-    [[nodiscard]] QByteArray sign(const QByteArray &data) const
-    {
-        QByteArray signature(crypto_sign_BYTES, '\0');
-        crypto_sign_detached(reinterpret_cast<uchar *>(signature.data()), nullptr,
-            reinterpret_cast<const uchar *>(data.constData()), static_cast<unsigned long long>(data.size()),
-            reinterpret_cast<const uchar *>(secretKey.constData()));
-        return signature.toBase64();
-    }
-};
-
-QByteArray samplePackage()
-{
-    QByteArray package = "!<arch>\n";
-    for (quint32 seed = 3; package.size() < 300000; seed = seed * 1664525 + 1013904223) {
-        package += QByteArray::number(seed >> 4, 36);
-    }
-    return package;
-}
 
 /// The updater against a server that the test scripts.
 struct Stage {
@@ -129,7 +94,7 @@ struct Stage {
 
     LogCapture log;
     QTemporaryDir scratch;
-    Maker maker;
+    SampleMaker maker;
     QByteArray package = samplePackage();
     FaultServer server;
     NetworkFactory network;
@@ -252,7 +217,7 @@ void SelfUpdaterTest::refusedPackages()
     PackageKitPlayer system(m_bus.address(), Act::Install);
     Stage stage(response.fault == Fault::Stall ? shortTimeout : patient);
     const QByteArray signature =
-        signedBytes.isEmpty() ? Maker().sign(stage.package) : stage.maker.sign(signedBytes);
+        signedBytes.isEmpty() ? SampleMaker().sign(stage.package) : stage.maker.sign(signedBytes);
     stage.servePackage({}, signature, stage.package.size());
     stage.server.on(packagePath, response);
     stage.updater->checkForUpdates();

@@ -1,0 +1,286 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Tasks.h"
+#include "platform/PropertyLists.h"
+#include "platform/SoftwareInstaller.h"
+#include "platform/UrlOpener.h"
+#include "service/HttpServiceClient.h"
+#include "service/NetworkFactory.h"
+#include "support/LogCapture.h"
+#include "support/MemorySettingsStore.h"
+#include "support/SampleFeed.h"
+#include "support/SampleMaker.h"
+#include "support/servers/FaultServer.h"
+#include "ui/BrevokSoftwareUpdateController.h"
+#include "ui/ReleaseNotesView.h"
+#include "ui/SoftwareUpdateFace.h"
+#include "updates/BrevokSelfUpdater.h"
+
+#include <QApplication>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+using Phase = UpdateState::Phase;
+
+namespace {
+
+constexpr int patient = 30000;
+
+class RememberingOpener final : public UrlOpener {
+public:
+    QList<QUrl> opened;
+    bool open(const QUrl &url) override
+    {
+        opened.append(url);
+        return true;
+    }
+};
+
+/// A system that does what the test says.
+class WaitingSystem final : public SoftwareInstaller {
+public:
+    QString path;
+    ProgressHandler tellProgress;
+    DoneHandler end;
+    void install(const QString &file, QObject *, ProgressHandler progress, DoneHandler done) override
+    {
+        path = file;
+        tellProgress = std::move(progress);
+        end = std::move(done);
+    }
+};
+
+/// The window over the real updater and a server.
+struct Stage {
+    Stage()
+    {
+        server.on(u"/appcast.xml"_s, Response::ok(sampleFeed(item().xml())));
+        server.on(u"/brevok.deb"_s, Response::ok(package));
+    }
+
+    [[nodiscard]] SampleItem item() const
+    {
+        return {.version = "101",
+            .url = server.url(u"/brevok.deb"_s).toEncoded(),
+            .length = QByteArray::number(package.size()),
+            .signature = maker.sign(package),
+            .more = "<description><![CDATA[<h2>New</h2><p>Faster.</p>]]></description>"};
+    }
+
+    [[nodiscard]] QPushButton *button(const QString &name) const
+    {
+        return window.findChild<QPushButton *>(name);
+    }
+    void click(const QString &name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    [[nodiscard]] QString text(const QString &name) const
+    {
+        return window.findChild<QLabel *>(name)->text().remove(u'\u200b');
+    }
+    [[nodiscard]] QStringList buttons() const
+    {
+        QStringList visible;
+        for (const QString &name : {u"skip"_s, u"later"_s, u"cancel"_s, u"ok"_s, u"install"_s}) {
+            if (button(name)->isVisible()) {
+                visible.append(button(name)->text());
+            }
+        }
+        return visible;
+    }
+    [[nodiscard]] Phase phase() const { return updater.state().phase; }
+
+    LogCapture log;
+    QTemporaryDir scratch;
+    SampleMaker maker;
+    QByteArray package = samplePackage();
+    FaultServer server;
+    NetworkFactory network{{.baseUrl = server.url(),
+        .extraAuthorities = TestCertificates::shared().authorities(),
+        .reachabilityHost = {}}};
+    MemorySettingsStore settings;
+    HttpServiceClient service{network, [] { return QString(); },
+        [] {
+            return true;
+        }};
+    WaitingSystem system;
+    BrevokSelfUpdater updater{BrevokSelfUpdater::Collaborators{
+        .settings = settings,
+        .service = service,
+        .installer = system,
+        .source = {.feed = server.url(u"/appcast.xml"_s), .publicKey = maker.publicKey},
+        .folder = scratch.filePath(u"Updates"_s),
+        .version = u"100"_s,
+        .shownVersion = u"1.0.0"_s,
+        .systemVersion = u"12"_s,
+    }};
+    MainBundle bundle{u"/x"_s, scratch.path()};
+    RememberingOpener opener;
+    BrevokSoftwareUpdateController window{{updater, bundle, opener}};
+};
+
+} // namespace
+
+class SoftwareUpdateTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        // All but what the windowless platform says of itself.
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
+    }
+    void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
+
+    void wholeWay();
+    void wordsOfTheUser_data();
+    void wordsOfTheUser();
+    void answers();
+    void hostileNotes_data();
+    void hostileNotes();
+    void linksInNotes();
+};
+
+void SoftwareUpdateTest::wholeWay()
+{
+    Stage stage;
+    QVERIFY(!stage.window.isVisible());
+    stage.updater.checkForUpdatesInBackground();
+    QTRY_VERIFY_WITH_TIMEOUT(stage.window.isVisible(), patient);
+    QCOMPARE(
+        stage.buttons(), (QStringList{u"Skip This Version"_s, u"Remind Me Later"_s, u"Install Update"_s}));
+    QCOMPARE(stage.text(u"text"_s),
+        u"Version 101 is available; you have version 1.0.0. Would you like to install it now?"_s);
+    const auto *notes = stage.window.findChild<ReleaseNotesView *>();
+    QVERIFY(notes->isVisible());
+    QCOMPARE(notes->toPlainText(), u"New\nFaster."_s);
+
+    stage.click(u"install"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Installing, patient);
+    QVERIFY(QFile::exists(stage.system.path));
+    QCOMPARE(stage.buttons(), QStringList{u"Hide"_s});
+    const auto *bar = stage.window.findChild<QProgressBar *>();
+    QCOMPARE(bar->maximum(), 0);
+    stage.system.tellProgress(40);
+    QCOMPARE(bar->value(), 400);
+    stage.click(u"ok"_s);
+    QVERIFY(!stage.window.isVisible());
+
+    stage.system.end(BrevokError{.description = u"No room."_s});
+    QVERIFY(stage.window.isVisible());
+    QCOMPARE(stage.text(u"headline"_s), u"Version 101 was not installed."_s);
+    QCOMPARE(stage.text(u"text"_s), u"No room."_s);
+    QCOMPARE(stage.buttons(), (QStringList{u"Remind Me Later"_s, u"Try Again"_s}));
+    stage.click(u"install"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Installing, patient);
+    stage.system.end(std::nullopt);
+    QCOMPARE(stage.text(u"headline"_s), u"Version 101 is installed."_s);
+    stage.click(u"ok"_s);
+    QVERIFY(!stage.window.isVisible());
+    QCOMPARE(stage.phase(), Phase::Idle);
+}
+
+void SoftwareUpdateTest::wordsOfTheUser_data()
+{
+    QTest::addColumn<QString>("button");
+    QTest::addColumn<bool>("skips");
+    QTest::newRow("skip") << u"skip"_s << true;
+    QTest::newRow("later") << u"later"_s << false;
+    QTest::newRow("Escape") << QString() << false;
+}
+
+void SoftwareUpdateTest::wordsOfTheUser()
+{
+    QFETCH(const QString, button);
+    QFETCH(const bool, skips);
+    Stage stage;
+    stage.updater.checkForUpdates();
+    QVERIFY(stage.window.isVisible());
+    QCOMPARE(stage.buttons(), QStringList{u"Cancel"_s});
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
+    if (button.isEmpty()) {
+        QTest::keyClick(&stage.window, Qt::Key_Escape);
+    } else {
+        stage.click(button);
+    }
+    QVERIFY(!stage.window.isVisible());
+    QCOMPARE(stage.phase(), Phase::Idle);
+    QCOMPARE(stage.settings.contains(u"SUSkippedVersion"_s), skips);
+    QCOMPARE(stage.server.requests(u"/brevok.deb"_s).size(), 0);
+}
+
+void SoftwareUpdateTest::answers()
+{
+    Stage stage;
+    stage.server.on(u"/appcast.xml"_s, Response::ok(sampleFeed({})));
+    stage.updater.checkForUpdates();
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::UpToDate, patient);
+    QCOMPARE(stage.text(u"text"_s), u"You have version 1.0.0, the newest there is."_s);
+    QCOMPARE(stage.buttons(), QStringList{u"OK"_s});
+
+    stage.server.on(u"/appcast.xml"_s, Response::of(500));
+    stage.updater.checkForUpdates();
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Failed, patient);
+    QCOMPARE(stage.text(u"text"_s), u"Server responded with HTTP code: 500."_s);
+    QCOMPARE(stage.buttons(), QStringList{u"OK"_s});
+    const SoftwareUpdateFace half =
+        faceFor({.phase = Phase::Downloading, .version = u"101"_s, .done = 1500000, .total = 3000000});
+    QCOMPARE(half.permille, 500);
+    QCOMPARE(half.progress,
+        u"%1 of %2"_s.arg(QLocale().formattedDataSize(1500000), QLocale().formattedDataSize(3000000)));
+}
+
+void SoftwareUpdateTest::hostileNotes_data()
+{
+    QTest::addColumn<QString>("notes");
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("plain text with signs") << u"a < b && c > d"_s << u"a < b && c > d"_s;
+    QTest::newRow("script") << u"<p>Good</p><script>alert('x')</script><style>p{}</style>"_s << u"Good"_s;
+    QTest::newRow("resources")
+        << u"<p>Good <img src=\"SERVER/spy.png\"><img src=\"file:///etc/passwd\">"
+           "<object data=\"SERVER/spy\"></object><link rel=stylesheet href=\"SERVER/spy.css\">"
+           "</p>"_s
+        << u"Good"_s;
+    QTest::newRow("tables in tables")
+        << u"<table><tr><td>"_s.repeated(2000) + u"deep"_s + u"</td></tr></table>"_s.repeated(2000)
+        << u"deep"_s;
+    QTest::newRow("lists in lists") << u"<ul><li>"_s.repeated(2000) + u"deep"_s << u"deep"_s;
+    QTest::newRow("quotes in quotes") << u"<blockquote>"_s.repeated(2000) + u"deep"_s << u"deep"_s;
+}
+
+void SoftwareUpdateTest::hostileNotes()
+{
+    QFETCH(QString, notes);
+    QFETCH(const QString, shown);
+    FaultServer server;
+    ReleaseNotesView view;
+    view.setNotes(notes.replace(u"SERVER"_s, server.url().toString()));
+    view.show();
+    view.grab();
+    QCOMPARE(view.toPlainText().trimmed(), shown);
+    QCoreApplication::processEvents();
+    QCOMPARE(server.connections(), 0);
+    QVERIFY(view.document()->resource(QTextDocument::ImageResource, server.url(u"/spy.png"_s)).isNull());
+}
+
+void SoftwareUpdateTest::linksInNotes()
+{
+    Stage stage;
+    auto *notes = stage.window.findChild<ReleaseNotesView *>();
+    notes->setNotes(
+        u"<p style=\"color:#fff;font-size:200px\"><a href=\"https://localhost/x\">More</a></p>"_s);
+    for (const QString &link : {u"https://localhost/x"_s, u"file:///etc/passwd"_s, u"javascript:1"_s}) {
+        Q_EMIT notes->anchorClicked(QUrl(link));
+    }
+    QCOMPARE(stage.opener.opened, QList<QUrl>{QUrl(u"https://localhost/x"_s)});
+    QVERIFY(!notes->toPlainText().isEmpty());
+}
+
+QTEST_MAIN(SoftwareUpdateTest)
+#include "test_software_update.moc"

@@ -50,9 +50,9 @@ private:
     std::unique_ptr<BrevokAlertQueue> queue;
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void init()
     {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
         log = std::make_unique<LogCapture>();
         presenter = std::make_unique<ScriptedAlertPresenter>();
         panel = std::make_unique<RecordingPanel>();

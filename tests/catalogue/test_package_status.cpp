@@ -21,7 +21,7 @@ class PackageStatusTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void buildsMatchHosts_data();
     void buildsMatchHosts();

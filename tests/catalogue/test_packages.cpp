@@ -73,7 +73,7 @@ class PackagesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { QVERIFY(finishBackgroundWork(10000)); }
 
     void elementsAreChecked_data();

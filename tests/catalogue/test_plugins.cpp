@@ -40,7 +40,7 @@ class PluginsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void elementsAreChecked_data();
     void elementsAreChecked();

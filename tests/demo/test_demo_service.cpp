@@ -131,7 +131,7 @@ class TestDemoService final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void unusableOptionsTouchNothing_data()
     {

@@ -32,7 +32,7 @@ class FoundationTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanupTestCase() { QVERIFY(finishBackgroundWork(10000)); }
 
     void versionsCompare_data();

@@ -57,7 +57,6 @@ class InstallerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void init();
     void cleanup();
 
@@ -84,6 +83,7 @@ private:
 
 void InstallerTest::init()
 {
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
     m_scratch = std::make_unique<QTemporaryDir>();
     m_error.reset();
     m_log = std::make_unique<LogCapture>();

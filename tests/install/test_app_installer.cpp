@@ -14,7 +14,7 @@ class AppInstallerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void helperIsKeptReplacedOrInstalled_data();
     void helperIsKeptReplacedOrInstalled();

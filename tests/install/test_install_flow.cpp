@@ -18,7 +18,7 @@ class InstallFlowTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void packageIsDownloadedOnceAndInstalledTwice();
     void failedDownloadLosesNothingElse_data();

@@ -43,10 +43,10 @@ class ApplicationSearchTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanupTestCase() { QVERIFY(finishBackgroundWork(10000)); }
     void init()
     {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
         m_folder = std::make_unique<QTemporaryDir>();
         m_root = m_folder->path() + u"/Applications"_s;
         QVERIFY(QDir().mkpath(m_root));

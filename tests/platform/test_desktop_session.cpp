@@ -92,8 +92,11 @@ class DesktopSessionTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        m_folder = std::make_unique<QTemporaryDir>();
+    }
     void cleanup() { m_folder.reset(); }
 
     void processesCountAsTheirApplication_data();

@@ -68,7 +68,6 @@ class FileOperationsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void init();
     void cleanup() { m_scratch.reset(); }
 
@@ -93,6 +92,7 @@ private:
 
 void FileOperationsTest::init()
 {
+    QTest::failOnWarning(QRegularExpression(u".*"_s));
     m_scratch = std::make_unique<QTemporaryDir>();
     m_error.reset();
 }

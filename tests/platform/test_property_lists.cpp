@@ -75,7 +75,7 @@ class PropertyListsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void everyTypeIsRead_data();
     void everyTypeIsRead();

@@ -68,7 +68,7 @@ class RoutesTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void tablesTellOfTheInternet_data();
     void tablesTellOfTheInternet();

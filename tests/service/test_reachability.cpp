@@ -34,9 +34,9 @@ private:
     static QStringList diagnose(Connectivity &connectivity, const QUrl &url, int port);
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void init()
     {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
         log = std::make_unique<LogCapture>();
         routes.flags = Reachable;
     }

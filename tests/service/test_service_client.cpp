@@ -134,7 +134,7 @@ class ServiceClientTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
 
     void lists_data();

@@ -130,8 +130,11 @@ class TestSession final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void init() { log = std::make_unique<LogCapture>(); }
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        log = std::make_unique<LogCapture>();
+    }
     void cleanup()
     {
         log.reset();

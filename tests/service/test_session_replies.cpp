@@ -18,7 +18,7 @@ class TestSessionReplies final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { setLogLevel(0); }
 
     void decoding_data();

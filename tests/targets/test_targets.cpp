@@ -59,7 +59,7 @@ class TargetsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void versionsHaveShortNames_data();
     void versionsHaveShortNames();

@@ -6,6 +6,7 @@ import gzip
 import json
 import os
 import pathlib
+import re
 import shutil
 import signal
 import sys
@@ -53,8 +54,13 @@ class PackagesTest(unittest.TestCase):
                 if not path.endswith("/"):
                     self.assertNotIn(path, owners, f"{name} and {owners.get(path)}")
                     owners[path] = name
+            self.assertEqual(run("dpkg-deb", "-f", file, "Version").stdout.strip(), self.latest_change())
             self.assertRegex(run("dpkg-deb", "-f", file, "Depends").stdout, r"libqt6core6 \(>= 6")
         self.assertIn("usr/bin/brevokctl", owners)
+
+    def latest_change(self):
+        changelog = pathlib.Path(__file__).resolve().parents[2] / "packaging/debian/changelog"
+        return run("dpkg-parsechangelog", "-l", changelog, "-S", "Version").stdout.strip()
 
     @needs("lintian")
     def test_lintian_finds_no_errors(self):
@@ -78,12 +84,22 @@ class PackagesTest(unittest.TestCase):
             with self.subTest(tool, words=words):
                 if shutil.which(tool):
                     run(tool, *words)
+        self.assert_commands_are_described(share)
         for size in ("scalable", "symbolic", "16x16", "48x48", "256x256"):
             self.assertTrue(list((share / "icons/hicolor" / size / "apps").glob("com.tolvane.brevok*")), size)
         service = (share / "dbus-1/services/com.tolvane.brevok.service").read_text()
         self.assertIn("Exec=/usr/bin/tolvane-brevok --background\n", service)
         names = {page.name for page in share.glob("man/man?/*")}
         self.assertLessEqual({"tolvane-brevok.1.gz", "brevokctl.1.gz", "tolvane-brevok-helper.8.gz"}, names)
+
+    def assert_commands_are_described(self, share):
+        helped = run(self.root.programs / "brevokctl", "--help").stdout
+        commands = set(re.findall(r"^  ([a-z-]+)", helped, re.M))
+        self.assertLessEqual({"status", "quit"}, commands)
+        for file in (self.unpacked(share / "man/man1/brevokctl.1.gz"), share / "bash-completion/completions/brevokctl",
+                     share / "zsh/vendor-completions/_brevokctl", share / "fish/vendor_completions.d/brevokctl.fish"):
+            found = set(re.findall(r"[a-z-]+", file.read_text().replace("\\-", "-")))
+            self.assertEqual(commands - found, set(), file)
 
     def unpacked(self, page):
         plain = self.root / page.stem
@@ -168,7 +184,11 @@ class PackagesTest(unittest.TestCase):
         services.mkdir(parents=True, exist_ok=True)
         text = (self.root / "usr/share/dbus-1/services/com.tolvane.brevok.service").read_text()
         (services / "com.tolvane.brevok.service").write_text(text.replace("Exec=", f"Exec={self.root.folder}"))
-        run("dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
+        reload = ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
+                  "org.freedesktop.DBus.ReloadConfig"]
+        run(*reload)
+        self.addCleanup(run, *reload)
+        self.addCleanup((services / "com.tolvane.brevok.service").unlink)
 
     def test_policy_that_cannot_be_used_keeps_the_program_from_starting(self):
         self.install_all()

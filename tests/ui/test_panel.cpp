@@ -62,7 +62,11 @@ class TestPanel final : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void init()
+    {
+        // All but what the windowless platform says of itself.
+        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
+    }
 
     void opensUnderItsItemAndCloses()
     {

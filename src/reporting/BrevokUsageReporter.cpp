@@ -56,9 +56,10 @@ void BrevokUsageReporter::usageReport()
 void BrevokUsageReporter::reportBody(QObject *context, BodyHandler done)
 {
     if (std::optional<UsageSnapshot> taken = snapshot()) {
-        gather(std::move(*taken), context, [done](const QByteArray &body) { done(body); });
+        gather(
+            std::move(*taken), context, [answer = std::move(done)](const QByteArray &body) { answer(body); });
     } else {
-        onMain(context, [done] { done(std::nullopt); });
+        onMain(context, [answer = std::move(done)] { answer(std::nullopt); });
     }
 }
 

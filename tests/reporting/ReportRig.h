@@ -87,7 +87,7 @@ struct ReportRig {
     /// A target folder that may hold plug-ins.
     QString addTarget(const QString &name, const QString &version)
     {
-        const QString path = folder.filePath(name) + QStringLiteral("/Plug-Ins/");
+        QString path = folder.filePath(name) + QStringLiteral("/Plug-Ins/");
         QDir().mkpath(path);
         targets.insertTarget(path, QStringLiteral("Adobe InDesign"), version);
         return path;

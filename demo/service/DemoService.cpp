@@ -181,6 +181,7 @@ DemoService::Response DemoService::answer(const Request &request)
         Route{Method::Post, u"/api/stats/plugins", &DemoService::acceptReport},
         Route{Method::Get, u"/api/plugin/list", &DemoService::pluginList},
         Route{Method::Get, u"/api/product/list", &DemoService::productList},
+        Route{Method::Get, u"/appcast.xml", &DemoService::updateFeed},
         Route{Method::Get, u"/account/", &DemoService::accountPage},
         Route{Method::Get, u"/packages/", &DemoService::packagePage},
         Route{Method::Get, u"/download/", &DemoService::redirect},
@@ -265,6 +266,17 @@ DemoService::Response DemoService::pluginList(const Request &)
 DemoService::Response DemoService::productList(const Request &)
 {
     return list(u"products.json"_s);
+}
+
+/// The root's feed of updates of the application; packages that it gives as a path lie on this service.
+DemoService::Response DemoService::updateFeed(const Request &)
+{
+    QFile file(m_root + u"/appcast.xml"_s);
+    if (!file.open(QIODevice::ReadOnly)) {
+        return notFound();
+    }
+    return {"application/rss+xml; charset=utf-8"_ba,
+        file.readAll().replace("\"/archives/", '"' + m_url.toLatin1() + "/archives/")};
 }
 
 DemoService::Response DemoService::acceptReport(const Request &)

@@ -42,6 +42,7 @@ private:
     Response signOut(const Request &request);
     Response pluginList(const Request &request);
     Response productList(const Request &request);
+    Response updateFeed(const Request &request);
     Response acceptReport(const Request &request);
     Response homePage(const Request &request);
     Response accountPage(const Request &request);

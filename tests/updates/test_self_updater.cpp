@@ -8,12 +8,15 @@
 #include "support/LogCapture.h"
 #include "support/MemorySettingsStore.h"
 #include "support/PackageKitPlayer.h"
+#include "support/SampleBundles.h"
 #include "support/SampleFeed.h"
 #include "support/SampleMaker.h"
 #include "support/servers/FaultServer.h"
 #include "updates/BrevokSelfUpdater.h"
 
 #include <QDir>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
@@ -119,6 +122,7 @@ private Q_SLOTS:
     void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
 
     void installs();
+    void installsFromTheBundledService();
     void refusedPackages_data();
     void refusedPackages();
     void failingSystems_data();
@@ -177,6 +181,54 @@ void SelfUpdaterTest::installs()
 
     stage.updater->checkForUpdates();
     QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::UpToDate, patient);
+}
+
+// The programs of the demonstration, with nothing between: the service as a process, the packages in its
+// folder.
+void SelfUpdaterTest::installsFromTheBundledService()
+{
+    PackageKitPlayer system(m_bus.address(), Act::Install);
+    const QTemporaryDir root;
+    const SampleMaker maker;
+    const QByteArray package = samplePackage();
+    const SampleItem item{.version = "101",
+        .url = "/archives/brevok_1.1.deb",
+        .length = QByteArray::number(package.size()),
+        .signature = maker.sign(package)};
+    QVERIFY(writeFile(root.filePath(u"root/appcast.xml"_s), sampleFeed(item.xml())));
+    QVERIFY(writeFile(root.filePath(u"root/archives/brevok_1.1.deb"_s), package));
+    QProcess demo;
+    demo.start(QStringLiteral(DEMO_SERVICE_PROGRAM),
+        {u"--root"_s, root.filePath(u"root"_s), u"--tls"_s, root.filePath(u"tls"_s)});
+    QTRY_VERIFY_WITH_TIMEOUT(demo.canReadLine(), patient);
+    const QJsonObject facts = QJsonDocument::fromJson(demo.readLine()).object();
+
+    NetworkFactory network({.baseUrl = QUrl(facts[u"url"_s].toString()),
+        .extraAuthorities = QSslCertificate::fromPath(facts[u"ca"_s].toString()),
+        .reachabilityHost = {}});
+    HttpServiceClient service(
+        network, [] { return QString(); }, [] { return true; });
+    MemorySettingsStore settings;
+    PackageKitInstaller installer;
+    const LogCapture log;
+    UpdateSource source = updateSourceOfBuild(network.configuration());
+    QCOMPARE(source.feed, network.configuration().url(u"/appcast.xml"_s));
+    source.publicKey = maker.publicKey;
+    BrevokSelfUpdater updater({.settings = settings,
+        .service = service,
+        .installer = installer,
+        .source = source,
+        .folder = root.filePath(u"Updates"_s),
+        .version = u"100"_s,
+        .shownVersion = u"1.0.0"_s,
+        .systemVersion = systemVersion()});
+    updater.checkForUpdates();
+    QTRY_COMPARE_WITH_TIMEOUT(updater.state().phase, Phase::Offered, patient);
+    updater.installUpdate();
+    QTRY_COMPARE_WITH_TIMEOUT(updater.state().phase, Phase::Installed, patient);
+    QCOMPARE(system.installed, package);
+    demo.terminate();
+    QVERIFY(demo.waitForFinished());
 }
 
 void SelfUpdaterTest::refusedPackages_data()

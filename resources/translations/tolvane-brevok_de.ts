@@ -985,5 +985,117 @@ Bitte melden Sie sich erneut an.</translation>
         <source>Plug-Ins folder</source>
         <translation>Plug-Ins-Ordner</translation>
     </message>
+    <message>
+        <source>Checking the connection…</source>
+        <translation>Verbindung wird geprüft…</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Failed to send error report</source>
+        <translation>Der Fehlerbericht konnte nicht gesendet werden</translation>
+    </message>
+    <message>
+        <source>Gathering the report…</source>
+        <translation>Bericht wird zusammengestellt…</translation>
+    </message>
+    <message>
+        <source>Invalid email address!</source>
+        <translation>Ungültige E-Mail-Adresse!</translation>
+    </message>
+    <message>
+        <source>Missing email address!</source>
+        <translation>Die E-Mail-Adresse fehlt!</translation>
+    </message>
+    <message>
+        <source>Missing problem description!</source>
+        <translation>Die Beschreibung des Problems fehlt!</translation>
+    </message>
+    <message>
+        <source>Please contact Tolvane support.</source>
+        <translation>Bitte wenden Sie sich an den Tolvane-Support.</translation>
+    </message>
+    <message>
+        <source>Please describe the problem and what were you doing when the problem came up.</source>
+        <translation>Bitte beschreiben Sie das Problem und was Sie gerade taten, als es auftrat.</translation>
+    </message>
+    <message>
+        <source>Please enter a valid email address so we can respond to your message.</source>
+        <translation>Bitte geben Sie eine gültige E-Mail-Adresse ein, damit wir Ihnen antworten können.</translation>
+    </message>
+    <message>
+        <source>Received %1 bytes (%2)
+
+%3</source>
+        <translation>%1 Bytes empfangen (%2)
+
+%3</translation>
+    </message>
+    <message>
+        <source>Report a Bug</source>
+        <translation>Fehler melden</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Senden</translation>
+    </message>
+    <message>
+        <source>Sending the report…</source>
+        <translation>Bericht wird gesendet…</translation>
+    </message>
+    <message>
+        <source>Server response: %1
+
+%2</source>
+        <translation>Antwort des Servers: %1
+
+%2</translation>
+    </message>
+    <message>
+        <source>Show what will be sent</source>
+        <translation>Anzeigen, was gesendet wird</translation>
+    </message>
+    <message>
+        <source>Thank you for reporting this issue.</source>
+        <translation>Vielen Dank, dass Sie dieses Problem gemeldet haben.</translation>
+    </message>
+    <message>
+        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
+        <translation>Der Zustand, die Protokolle und die neuesten Absturzberichte dieser Anwendung werden mitgesendet.</translation>
+    </message>
+    <message>
+        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
+        <translation>Dies ist alles, was der Dienst erhält, wenn Sie den Bericht jetzt senden (%1 Bytes).</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok servers are unreachable.</source>
+        <translation>Die Server von Tolvane Brevok sind nicht erreichbar.</translation>
+    </message>
+    <message>
+        <source>Tolvane support team will contact you shortly.</source>
+        <translation>Das Support-Team von Tolvane wird sich in Kürze bei Ihnen melden.</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Unbekannt</translation>
+    </message>
+    <message>
+        <source>Unknown connection error.</source>
+        <translation>Unbekannter Verbindungsfehler.</translation>
+    </message>
+    <message>
+        <source>What went &amp;wrong, and what were you doing when the problem came up?</source>
+        <translation>&amp;Was ging schief, und was taten Sie, als das Problem auftrat?</translation>
+    </message>
+    <message>
+        <source>What will be sent</source>
+        <translation>Was gesendet wird</translation>
+    </message>
+    <message>
+        <source>Your &amp;e-mail address:</source>
+        <translation>Ihre &amp;E-Mail-Adresse:</translation>
+    </message>
 </context>
 </TS>

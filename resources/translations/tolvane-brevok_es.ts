@@ -985,5 +985,117 @@ Vuelva a iniciar sesión.</translation>
         <source>Plug-Ins folder</source>
         <translation>Carpeta Plug-Ins</translation>
     </message>
+    <message>
+        <source>Checking the connection…</source>
+        <translation>Comprobando la conexión…</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Cerrar</translation>
+    </message>
+    <message>
+        <source>Failed to send error report</source>
+        <translation>No se pudo enviar el informe de error</translation>
+    </message>
+    <message>
+        <source>Gathering the report…</source>
+        <translation>Reuniendo los datos del informe…</translation>
+    </message>
+    <message>
+        <source>Invalid email address!</source>
+        <translation>¡La dirección de correo electrónico no es válida!</translation>
+    </message>
+    <message>
+        <source>Missing email address!</source>
+        <translation>¡Falta la dirección de correo electrónico!</translation>
+    </message>
+    <message>
+        <source>Missing problem description!</source>
+        <translation>¡Falta la descripción del problema!</translation>
+    </message>
+    <message>
+        <source>Please contact Tolvane support.</source>
+        <translation>Póngase en contacto con el servicio de asistencia de Tolvane.</translation>
+    </message>
+    <message>
+        <source>Please describe the problem and what were you doing when the problem came up.</source>
+        <translation>Describa el problema y lo que estaba haciendo cuando se produjo.</translation>
+    </message>
+    <message>
+        <source>Please enter a valid email address so we can respond to your message.</source>
+        <translation>Introduzca una dirección de correo electrónico válida para que podamos responder a su mensaje.</translation>
+    </message>
+    <message>
+        <source>Received %1 bytes (%2)
+
+%3</source>
+        <translation>Se recibieron %1 bytes (%2)
+
+%3</translation>
+    </message>
+    <message>
+        <source>Report a Bug</source>
+        <translation>Informar de un error</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Enviar</translation>
+    </message>
+    <message>
+        <source>Sending the report…</source>
+        <translation>Enviando el informe…</translation>
+    </message>
+    <message>
+        <source>Server response: %1
+
+%2</source>
+        <translation>Respuesta del servidor: %1
+
+%2</translation>
+    </message>
+    <message>
+        <source>Show what will be sent</source>
+        <translation>Mostrar lo que se enviará</translation>
+    </message>
+    <message>
+        <source>Thank you for reporting this issue.</source>
+        <translation>Gracias por informar de este problema.</translation>
+    </message>
+    <message>
+        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
+        <translation>Se envían también el estado, los registros y los informes de fallos más recientes de esta aplicación.</translation>
+    </message>
+    <message>
+        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
+        <translation>Esto es todo lo que recibe el servicio si envía el informe ahora (%1 bytes).</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok servers are unreachable.</source>
+        <translation>No se puede acceder a los servidores de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Tolvane support team will contact you shortly.</source>
+        <translation>El equipo de asistencia de Tolvane se pondrá en contacto con usted en breve.</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Desconocido</translation>
+    </message>
+    <message>
+        <source>Unknown connection error.</source>
+        <translation>Error de conexión desconocido.</translation>
+    </message>
+    <message>
+        <source>What went &amp;wrong, and what were you doing when the problem came up?</source>
+        <translation>¿&amp;Qué ha fallado y qué estaba haciendo cuando se produjo el problema?</translation>
+    </message>
+    <message>
+        <source>What will be sent</source>
+        <translation>Lo que se enviará</translation>
+    </message>
+    <message>
+        <source>Your &amp;e-mail address:</source>
+        <translation>Su dirección de corr&amp;eo electrónico:</translation>
+    </message>
 </context>
 </TS>

@@ -985,5 +985,117 @@ Veuillez vous reconnecter.</translation>
         <source>Plug-Ins folder</source>
         <translation>Dossier Plug-Ins</translation>
     </message>
+    <message>
+        <source>Checking the connection…</source>
+        <translation>Vérification de la connexion…</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Failed to send error report</source>
+        <translation>Impossible d’envoyer le rapport d’erreur</translation>
+    </message>
+    <message>
+        <source>Gathering the report…</source>
+        <translation>Préparation du rapport…</translation>
+    </message>
+    <message>
+        <source>Invalid email address!</source>
+        <translation>Adresse e-mail non valide !</translation>
+    </message>
+    <message>
+        <source>Missing email address!</source>
+        <translation>Adresse e-mail manquante !</translation>
+    </message>
+    <message>
+        <source>Missing problem description!</source>
+        <translation>Description du problème manquante !</translation>
+    </message>
+    <message>
+        <source>Please contact Tolvane support.</source>
+        <translation>Veuillez contacter l’assistance Tolvane.</translation>
+    </message>
+    <message>
+        <source>Please describe the problem and what were you doing when the problem came up.</source>
+        <translation>Veuillez décrire le problème et ce que vous faisiez lorsqu’il est survenu.</translation>
+    </message>
+    <message>
+        <source>Please enter a valid email address so we can respond to your message.</source>
+        <translation>Veuillez saisir une adresse e-mail valide pour que nous puissions vous répondre.</translation>
+    </message>
+    <message>
+        <source>Received %1 bytes (%2)
+
+%3</source>
+        <translation>%1 octets reçus (%2)
+
+%3</translation>
+    </message>
+    <message>
+        <source>Report a Bug</source>
+        <translation>Signaler un bogue</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>Envoyer</translation>
+    </message>
+    <message>
+        <source>Sending the report…</source>
+        <translation>Envoi du rapport…</translation>
+    </message>
+    <message>
+        <source>Server response: %1
+
+%2</source>
+        <translation>Réponse du serveur : %1
+
+%2</translation>
+    </message>
+    <message>
+        <source>Show what will be sent</source>
+        <translation>Afficher ce qui sera envoyé</translation>
+    </message>
+    <message>
+        <source>Thank you for reporting this issue.</source>
+        <translation>Merci d’avoir signalé ce problème.</translation>
+    </message>
+    <message>
+        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
+        <translation>L’état, les journaux et les rapports de plantage les plus récents de cette application sont joints.</translation>
+    </message>
+    <message>
+        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
+        <translation>Voici tout ce que le service reçoit si vous envoyez le rapport maintenant (%1 octets).</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok servers are unreachable.</source>
+        <translation>Les serveurs de Tolvane Brevok sont injoignables.</translation>
+    </message>
+    <message>
+        <source>Tolvane support team will contact you shortly.</source>
+        <translation>L’équipe d’assistance Tolvane vous contactera prochainement.</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>Inconnu</translation>
+    </message>
+    <message>
+        <source>Unknown connection error.</source>
+        <translation>Erreur de connexion inconnue.</translation>
+    </message>
+    <message>
+        <source>What went &amp;wrong, and what were you doing when the problem came up?</source>
+        <translation>&amp;Que s’est-il passé et que faisiez-vous lorsque le problème est survenu ?</translation>
+    </message>
+    <message>
+        <source>What will be sent</source>
+        <translation>Ce qui sera envoyé</translation>
+    </message>
+    <message>
+        <source>Your &amp;e-mail address:</source>
+        <translation>Votre adresse &amp;e-mail :</translation>
+    </message>
 </context>
 </TS>

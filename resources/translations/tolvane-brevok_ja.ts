@@ -985,5 +985,117 @@ Please try to sign-in again.</source>
         <source>Plug-Ins folder</source>
         <translation>Plug-Ins フォルダー</translation>
     </message>
+    <message>
+        <source>Checking the connection…</source>
+        <translation>接続を確認しています…</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>Failed to send error report</source>
+        <translation>エラーレポートを送信できませんでした</translation>
+    </message>
+    <message>
+        <source>Gathering the report…</source>
+        <translation>レポートを作成しています…</translation>
+    </message>
+    <message>
+        <source>Invalid email address!</source>
+        <translation>メールアドレスが正しくありません。</translation>
+    </message>
+    <message>
+        <source>Missing email address!</source>
+        <translation>メールアドレスが入力されていません。</translation>
+    </message>
+    <message>
+        <source>Missing problem description!</source>
+        <translation>問題の説明が入力されていません。</translation>
+    </message>
+    <message>
+        <source>Please contact Tolvane support.</source>
+        <translation>Tolvane サポートにお問い合わせください。</translation>
+    </message>
+    <message>
+        <source>Please describe the problem and what were you doing when the problem came up.</source>
+        <translation>どのような問題が、何をしているときに起きたかを入力してください。</translation>
+    </message>
+    <message>
+        <source>Please enter a valid email address so we can respond to your message.</source>
+        <translation>ご返信できるように、有効なメールアドレスを入力してください。</translation>
+    </message>
+    <message>
+        <source>Received %1 bytes (%2)
+
+%3</source>
+        <translation>%1 バイトを受信しました (%2)
+
+%3</translation>
+    </message>
+    <message>
+        <source>Report a Bug</source>
+        <translation>不具合を報告</translation>
+    </message>
+    <message>
+        <source>Send</source>
+        <translation>送信</translation>
+    </message>
+    <message>
+        <source>Sending the report…</source>
+        <translation>レポートを送信しています…</translation>
+    </message>
+    <message>
+        <source>Server response: %1
+
+%2</source>
+        <translation>サーバーの応答: %1
+
+%2</translation>
+    </message>
+    <message>
+        <source>Show what will be sent</source>
+        <translation>送信される内容を表示</translation>
+    </message>
+    <message>
+        <source>Thank you for reporting this issue.</source>
+        <translation>問題をご報告いただきありがとうございます。</translation>
+    </message>
+    <message>
+        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
+        <translation>このアプリケーションの状態、ログ、最新のクラッシュレポートも一緒に送信されます。</translation>
+    </message>
+    <message>
+        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
+        <translation>今レポートを送信したときにサービスに送られるのは、これがすべてです (%1 バイト)。</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok servers are unreachable.</source>
+        <translation>Tolvane Brevok のサーバーに接続できません。</translation>
+    </message>
+    <message>
+        <source>Tolvane support team will contact you shortly.</source>
+        <translation>まもなく Tolvane サポートチームからご連絡します。</translation>
+    </message>
+    <message>
+        <source>Unknown</source>
+        <translation>不明</translation>
+    </message>
+    <message>
+        <source>Unknown connection error.</source>
+        <translation>不明な接続エラーです。</translation>
+    </message>
+    <message>
+        <source>What went &amp;wrong, and what were you doing when the problem came up?</source>
+        <translation>どのような問題が、何をしているときに起きましたか(&amp;W)</translation>
+    </message>
+    <message>
+        <source>What will be sent</source>
+        <translation>送信される内容</translation>
+    </message>
+    <message>
+        <source>Your &amp;e-mail address:</source>
+        <translation>メールアドレス(&amp;E):</translation>
+    </message>
 </context>
 </TS>

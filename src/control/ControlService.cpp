@@ -337,6 +337,19 @@ QString ControlService::Settings()
     return compactText(settingsDocument(m_with->settings));
 }
 
+QString ControlService::Setting(const QString &key)
+{
+    if (refusedTooEarly()) {
+        return {};
+    }
+    const QJsonValue value = settingValue(m_with->settings, key);
+    if (value.isUndefined()) {
+        refuse(noSuchSetting(key));
+        return {};
+    }
+    return compactText({{key, value}});
+}
+
 void ControlService::SetSetting(const QString &key, const QString &value)
 {
     if (refusedTooEarly()) {

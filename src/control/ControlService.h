@@ -63,6 +63,7 @@ public:
     void RemoveTarget(const QString &path);
     void SetTargetEnabled(const QString &path, bool enabled);
     QString Settings();
+    QString Setting(const QString &key);
     void SetSetting(const QString &key, const QString &value);
     QStringList Report(const QString &email, const QString &note);
     QString ReportBody(const QString &email, const QString &note);

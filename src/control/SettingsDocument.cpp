@@ -67,6 +67,20 @@ QJsonObject settingsDocument(const SettingsAccess &settings)
     return document;
 }
 
+QJsonValue settingValue(const SettingsAccess &settings, const QString &key)
+{
+    if (key == logLevelName || key == logLevelKey) {
+        return settings.logLevel();
+    }
+    const Switch *const setting = findSwitch(key);
+    return setting == nullptr ? QJsonValue(QJsonValue::Undefined) : std::invoke(setting->get, settings);
+}
+
+QString noSuchSetting(const QString &key)
+{
+    return u"There is no setting '%1'."_s.arg(key);
+}
+
 std::variant<StoredSetting, QString> settingFromText(const QString &name, const QString &text)
 {
     if (name == logLevelName || name == logLevelKey) {
@@ -79,7 +93,7 @@ std::variant<StoredSetting, QString> settingFromText(const QString &name, const 
     }
     const Switch *const setting = findSwitch(name);
     if (setting == nullptr) {
-        return u"There is no setting '%1'."_s.arg(name);
+        return noSuchSetting(name);
     }
     const std::optional<bool> truth = truthOf(text);
     if (!truth) {

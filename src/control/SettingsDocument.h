@@ -17,6 +17,12 @@ namespace brevok {
 /// All settings that the user edits, by name.
 [[nodiscard]] QJsonObject settingsDocument(const SettingsAccess &settings);
 
+/// One of them, by its name or its key in the store; undefined where there is none.
+[[nodiscard]] QJsonValue settingValue(const SettingsAccess &settings, const QString &key);
+
+/// The sentence that says so.
+[[nodiscard]] QString noSuchSetting(const QString &key);
+
 /// A setting as the store keeps it.
 struct StoredSetting {
     QString key;

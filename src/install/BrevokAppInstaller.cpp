@@ -41,6 +41,18 @@ void collect(
     }
 }
 
+// The result of a job, to who asked, if it is there still: only the main thread may look.
+template <typename Result>
+void settle(
+    const QPointer<QObject> &asker, const std::function<void(const Result &)> &done, const Result &result)
+{
+    onMain(QCoreApplication::instance(), [asker, done, result] {
+        if (asker) {
+            done(result);
+        }
+    });
+}
+
 } // namespace
 
 BrevokAppInstaller::BrevokAppInstaller(Collaborators collaborators, QObject *parent)
@@ -137,12 +149,7 @@ void BrevokAppInstaller::installPlugin(
     const QString &key, const Record &package, bool skipRunningTargets, QObject *context, Completion done)
 {
     addJob([this, key, package, skipRunningTargets, guard = QPointer(context), done = std::move(done)] {
-        const CommandResult result = carryOutInstalls(key, package, skipRunningTargets);
-        onMain(QCoreApplication::instance(), [guard, done, result] {
-            if (guard) {
-                done(result);
-            }
-        });
+        settle(guard, done, carryOutInstalls(key, package, skipRunningTargets));
     });
 }
 
@@ -150,12 +157,7 @@ void BrevokAppInstaller::removePlugin(
     const QString &key, const Record &package, QObject *context, Completion done)
 {
     addJob([this, key, package, guard = QPointer(context), done = std::move(done)] {
-        const CommandResult result = carryOutRemovals(key, package);
-        onMain(QCoreApplication::instance(), [guard, done, result] {
-            if (guard) {
-                done(result);
-            }
-        });
+        settle(guard, done, carryOutRemovals(key, package));
     });
 }
 
@@ -290,11 +292,7 @@ void BrevokAppInstaller::canRemovePlugins(
             answers.append(
                 mayRemovePlugin(question.name, question.pluginPath, question.prefix, known, exists));
         }
-        onMain(QCoreApplication::instance(), [guard, done, answers] {
-            if (guard) {
-                done(answers);
-            }
-        });
+        settle(guard, done, answers);
     });
 }
 

@@ -170,6 +170,10 @@ void ControlTest::settingsFromText()
     QCOMPARE(refused.has_value(), !reason.isEmpty());
     QVERIFY(!refused || refused->contains(reason));
     const QJsonObject now = settingsDocument(settings);
+    const QString name = key == u"SUEnableAutomaticChecks"_s ? u"checkForUpdates"_s
+        : key == u"OrlecLogLevel"_s                          ? u"logLevel"_s
+                                                             : key;
+    QCOMPARE(settingValue(settings, key), now[name]); // undefined where there is none
     QCOMPARE(
         u"startAtLogin=%1 checkForUpdates=%2 logLevel=%3"_s.arg(client::settingText(now[u"startAtLogin"_s]),
             client::settingText(now[u"checkForUpdates"_s]), client::settingText(now[u"logLevel"_s])),
@@ -211,6 +215,7 @@ void ControlTest::callsDuringStartUpAreRefused_data()
     QTest::newRow("AddTarget") << QVariantList{u"/a"_s, u"InCopy"_s, u"140"_s};
     QTest::newRow("RemoveTarget") << QVariantList{u"/a"_s};
     QTest::newRow("SetTargetEnabled") << QVariantList{u"/a"_s, true};
+    QTest::newRow("Setting") << QVariantList{u"logLevel"_s};
     QTest::newRow("SetSetting") << QVariantList{u"logLevel"_s, u"1"_s};
     QTest::newRow("Report") << QVariantList{u"a@b.cd"_s, u"x"_s};
     QTest::newRow("ReportBody") << QVariantList{u"a@b.cd"_s, u"x"_s};

@@ -109,8 +109,9 @@ QDBusPendingCall CommandRunner::call()
     case Verb::Targets:
         return proxy.Targets();
     case Verb::Settings:
-    case Verb::GetSetting:
         return proxy.Settings();
+    case Verb::GetSetting:
+        return proxy.Setting(arguments[0]);
     case Verb::SetSetting:
         return proxy.SetSetting(arguments[0], arguments[1]);
     case Verb::Discard:
@@ -185,16 +186,10 @@ void CommandRunner::printResult(const QDBusMessage &reply)
     case Verb::Settings:
         m_command.json ? printDocument(document) : print(stdout, settingsText(document));
         break;
-    case Verb::GetSetting: {
-        const QString key = m_command.arguments.first();
-        if (!document.contains(key)) {
-            end(ExitStatus::Failed, u"There is no setting '%1'."_s.arg(key));
-            return;
-        }
-        m_command.json ? printDocument({{key, document[key]}})
-                       : print(stdout, settingText(document[key]) + u'\n');
+    case Verb::GetSetting:
+        m_command.json ? printDocument(document)
+                       : print(stdout, settingText(document[m_command.arguments.first()]) + u'\n');
         break;
-    }
     case Verb::ShowReport:
     case Verb::ShowUsage: // a document of its own, byte for byte as it would be sent
         print(stdout, reply.arguments().value(0).toString() + u'\n');

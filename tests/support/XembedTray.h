@@ -19,6 +19,9 @@ namespace brevok::testing {
 /// own to $DISPLAY; destroying it is as if its program had crashed.
 class XembedTray final {
 public:
+    /// Where the bar begins on the screen.
+    static constexpr qint16 left = 200;
+
     XembedTray(const QColor &colour, int height)
         : m_connection(xcb_connect(nullptr, nullptr))
         , m_screen(xcb_setup_roots_iterator(xcb_get_setup(m_connection)).data)
@@ -27,7 +30,7 @@ public:
     {
         m_window = xcb_generate_id(m_connection);
         const std::array<quint32, 2> values{colour.rgb() & 0xffffffU, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY};
-        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, m_screen->root, 200, 0, 400,
+        xcb_create_window(m_connection, XCB_COPY_FROM_PARENT, m_window, m_screen->root, left, 0, 400,
             static_cast<quint16>(height), 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
             XCB_CW_BACK_PIXEL | XCB_CW_EVENT_MASK, values.data());
         xcb_map_window(m_connection, m_window);

@@ -6,6 +6,8 @@
 
 #include <QCoreApplication>
 #include <QDBusConnection>
+#include <QFile>
+#include <QFileInfo>
 #include <QLibrary>
 
 #include <cstdio>
@@ -69,6 +71,10 @@ int runWithoutWindows(const Wishes &wishes, int argc, char **argv)
 
 QString ownFolder(int argc, char **argv)
 {
+    // Without an application object where the system tells: the one with windows is made by the module.
+    if (const QString program = QFile::symLinkTarget(QStringLiteral("/proc/self/exe")); !program.isEmpty()) {
+        return QFileInfo(program).path();
+    }
     const QCoreApplication application(argc, argv);
     return QCoreApplication::applicationDirPath();
 }

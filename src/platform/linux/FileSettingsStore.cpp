@@ -76,6 +76,9 @@ void FileSettingsStore::store(const QString &key, const QVariant &value)
         erase(key);
         return;
     }
+    if (const QVariant known = storedValue(key); known.isValid() && sameInSettings(known, value)) {
+        return; // nothing that would be worth a write to the disk
+    }
     m_erased.remove(key);
     m_changed.insert(key, value);
     m_writing.start();

@@ -50,12 +50,7 @@ bool holds(const QByteArray &text, const QVariantMap &values)
         return false;
     }
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        const QVariant is = found->value(value.key());
-        const QVariant wanted = textForm(*value);
-        const bool same = wanted.typeId() == QMetaType::QStringList
-            ? is.toStringList() == wanted.toStringList()
-            : is.toByteArray() == wanted.toByteArray();
-        if (!same) {
+        if (!sameInSettings(found->value(value.key()), *value)) {
             return false;
         }
     }
@@ -63,6 +58,13 @@ bool holds(const QByteArray &text, const QVariantMap &values)
 }
 
 } // namespace
+
+bool sameInSettings(const QVariant &found, const QVariant &value)
+{
+    const QVariant wanted = textForm(value);
+    return wanted.typeId() == QMetaType::QStringList ? found.toStringList() == wanted.toStringList()
+                                                     : textForm(found).toByteArray() == wanted.toByteArray();
+}
 
 std::optional<QByteArray> settingsText(const QVariantMap &values)
 {

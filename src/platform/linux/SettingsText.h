@@ -19,4 +19,7 @@ namespace brevok {
 /// @return nothing when @p text is no settings file
 [[nodiscard]] std::optional<QVariantMap> settingsValues(const QByteArray &text);
 
+/// Whether @p found, perhaps read from such a text, is what stays of @p value in one.
+[[nodiscard]] bool sameInSettings(const QVariant &found, const QVariant &value);
+
 } // namespace brevok

@@ -62,8 +62,6 @@ public:
     /// @return what failed, in the order of the walk
     [[nodiscard]] virtual QList<AttributeFailure> addPermissionsAndOwnerToTree(
         const QString &path, quint32 permissions, quint32 user) = 0;
-    /// The names of a folder's entries, sorted; empty when it is no folder.
-    [[nodiscard]] virtual QStringList entries(const QString &folder) const = 0;
 };
 
 } // namespace brevok

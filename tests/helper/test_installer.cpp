@@ -3,6 +3,7 @@
 
 #include "helper/BrevokInstaller.h"
 #include "platform/linux/LinuxFileOperations.h"
+#include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 #include "support/ZipWriter.h"
@@ -132,7 +133,7 @@ void InstallerTest::archiveReplacesTheOldBundle()
     QVERIFY(writeFile(archive, testing::pluginArchive("A", "information", "code")));
     QVERIFY(m_installer.installPluginFromSource(archive, target, ::getuid(), &m_error));
     QVERIFY(!m_error);
-    QCOMPARE(m_files.entries(folder), QStringList{u"A.InDesignPlugin"_s});
+    QCOMPARE(testing::entries(folder), QStringList{u"A.InDesignPlugin"_s});
     QVERIFY(!QFileInfo::exists(target + u"/Contents/Old"_s));
     QCOMPARE(contents(target + u"/Contents/Info.plist"_s), QByteArray("information"));
     QCOMPARE(modeOf(target + u"/Contents/MacOS/A"_s), mode_t(0755));
@@ -183,7 +184,7 @@ void InstallerTest::failuresThatStillAnswerYes()
     QVERIFY(LogCapture::mentions(u"Error: Could not "_s));
     QVERIFY(LogCapture::contains(handedOver ? u"copied"_s : u"unziped"_s));
     QVERIFY(LogCapture::contains(u"setUID:permissions:directory: failed missing file attributes"_s));
-    QVERIFY(m_files.entries(path(u"Tolvane"_s)).isEmpty());
+    QVERIFY(testing::entries(path(u"Tolvane"_s)).isEmpty());
 }
 
 void InstallerTest::replacingAsksTheSubclass()
@@ -230,7 +231,7 @@ void InstallerTest::removing()
     if (!removed) {
         QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
     }
-    QCOMPARE(m_files.entries(m_scratch->path()).size(), removed && name.startsWith(u'A') ? 1 : 2);
+    QCOMPARE(testing::entries(m_scratch->path()).size(), removed && name.startsWith(u'A') ? 1 : 2);
     if (!name.isNull()) {
         lines.replaceInStrings(name, whole);
     }

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/LinuxFileOperations.h"
+#include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
 #include "support/SampleBundles.h"
@@ -47,7 +48,7 @@ void swapFolders(const QString &folder, const QString &outside, const std::atomi
 {
     const QByteArray target = QFile::encodeName(outside);
     while (!stop) {
-        const QStringList places = LinuxFileOperations().entries(folder);
+        const QStringList places = testing::entries(folder);
         for (const QString &place : places) {
             const QString bundle =
                 folder + u'/' + place + (place.startsWith(u".tolvane"_s) ? u"/A.InDesignPlugin"_s : u""_s);
@@ -107,8 +108,8 @@ void FileOperationsTest::existenceFollowsLinks()
     QVERIFY(m_files.fileExists(path(u"folder/file"_s), &isFolder) && !isFolder);
     QVERIFY(!m_files.fileExists(path(u"dangling"_s)));
     const QStringList all{u"dangling"_s, u"folder"_s, u"link"_s};
-    QCOMPARE(m_files.entries(m_scratch->path()), all);
-    QCOMPARE(m_files.entries(path(u"folder/file"_s)), QStringList());
+    QCOMPARE(testing::entries(m_scratch->path()), all);
+    QCOMPARE(testing::entries(path(u"folder/file"_s)), QStringList());
 }
 
 void FileOperationsTest::testsAnswerForTheEffectiveUser_data()
@@ -169,8 +170,8 @@ void FileOperationsTest::removingStaysInside()
     QVERIFY(QFile::link(path(u"outside"_s), path(u"link"_s)));
     QVERIFY(m_files.removeItem(path(u"tree/"_s), &m_error));
     QVERIFY(m_files.removeItem(path(u"link"_s), &m_error));
-    QCOMPARE(m_files.entries(m_scratch->path()), QStringList{u"outside"_s});
-    QCOMPARE(m_files.entries(path(u"outside"_s)), QStringList{u"file"_s});
+    QCOMPARE(testing::entries(m_scratch->path()), QStringList{u"outside"_s});
+    QCOMPARE(testing::entries(path(u"outside"_s)), QStringList{u"file"_s});
     for (const QString &wrong : {path(u"missing"_s), u"/"_s, path(u"outside/."_s), path(u"outside/.."_s)}) {
         m_error.reset();
         QVERIFY(!m_files.removeItem(wrong, &m_error));
@@ -209,7 +210,7 @@ void FileOperationsTest::copiesAreWhole()
     QCOMPARE(QFile::symLinkTarget(path(u"copy/link"_s)), u"/nowhere"_s);
     QVERIFY(changeMode(path(u"copy/a"_s), 0755) && changeMode(path(u"tree/a"_s), 0755));
     const QStringList all{u"copy"_s, u"tree"_s};
-    QCOMPARE(m_files.entries(m_scratch->path()), all);
+    QCOMPARE(testing::entries(m_scratch->path()), all);
 }
 
 void FileOperationsTest::copiesThatAreRefused_data()
@@ -237,9 +238,9 @@ void FileOperationsTest::copiesThatAreRefused()
     QVERIFY(!m_files.copyItem(path(source), path(target), &m_error));
     QCOMPARE(m_error->code, code);
     const QStringList all{u"dangling"_s, u"file"_s, u"tree"_s};
-    QCOMPARE(m_files.entries(m_scratch->path()), all);
+    QCOMPARE(testing::entries(m_scratch->path()), all);
     const QStringList inside{u"a"_s, u"pipe"_s};
-    QCOMPARE(m_files.entries(path(u"tree"_s)), inside);
+    QCOMPARE(testing::entries(path(u"tree"_s)), inside);
 }
 
 void FileOperationsTest::nothingOutsideChangesInARace()
@@ -275,8 +276,8 @@ void FileOperationsTest::nothingOutsideChangesInARace()
     stop = true;
     adversary.join();
 
-    QCOMPARE(m_files.entries(outside), QStringList{u"deep"_s});
-    QCOMPARE(m_files.entries(outside + u"/deep"_s), names);
+    QCOMPARE(testing::entries(outside), QStringList{u"deep"_s});
+    QCOMPARE(testing::entries(outside + u"/deep"_s), names);
     for (const QString &name : names) {
         QCOMPARE(contents(outside + u"/deep/"_s + name), QByteArray("untouched"));
         QCOMPARE(modeOf(outside + u"/deep/"_s + name), mode_t(0444));

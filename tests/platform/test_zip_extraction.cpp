@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/LinuxFileOperations.h"
+#include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
 #include "support/SampleBundles.h"
@@ -101,7 +102,7 @@ private:
     [[nodiscard]] QString path(const QString &name) const { return m_scratch->filePath(name); }
     void useScratch(const QString &parent);
     [[nodiscard]] bool extract(const QByteArray &archive);
-    [[nodiscard]] QStringList unpacked() const { return m_files.entries(m_folder); }
+    [[nodiscard]] QStringList unpacked() const { return testing::entries(m_folder); }
 
     LinuxFileOperations m_files;
     std::unique_ptr<QTemporaryDir> m_scratch;
@@ -145,7 +146,7 @@ void ZipExtractionTest::bundleIsUnpacked()
     QFile::remove(m_folder + u"/.tolvane-unpack-link"_s);
     QCOMPARE(unpacked(), (QStringList{u"A"_s, u"B.txt"_s}));
     QCOMPARE(
-        m_files.entries(m_folder + u"/A"_s), (QStringList{u"Versions"_s, u"code"_s, u"data"_s, u"pipe"_s}));
+        testing::entries(m_folder + u"/A"_s), (QStringList{u"Versions"_s, u"code"_s, u"data"_s, u"pipe"_s}));
     QCOMPARE(contents(m_folder + u"/A/code"_s), QByteArray("program"));
     QCOMPARE(contents(m_folder + u"/A/Versions/back"_s), QByteArray("data"));
     QCOMPARE(contents(m_folder + u"/A/pipe"_s), QByteArray("flow"));
@@ -258,7 +259,7 @@ void ZipExtractionTest::refusedArchives()
     QVERIFY(m_error->code != 0);
     QVERIFY(m_error->description.contains(path(u"a.zip"_s)));
     QCOMPARE(unpacked(), QStringList());
-    QCOMPARE(m_files.entries(m_scratch->path()), (QStringList{u"Tolvane"_s, u"a.zip"_s, u"outside"_s}));
+    QCOMPARE(testing::entries(m_scratch->path()), (QStringList{u"Tolvane"_s, u"a.zip"_s, u"outside"_s}));
     QCOMPARE(contents(path(u"outside/file"_s)), QByteArray("untouched"));
 }
 
@@ -282,7 +283,7 @@ void ZipExtractionTest::damagedArchives()
         for (const QString &name : unpacked()) {
             QVERIFY(m_files.removeItem(m_folder + u'/' + name, &m_error));
         }
-        QCOMPARE(m_files.entries(m_scratch->path()), (QStringList{u"Tolvane"_s, u"a.zip"_s}));
+        QCOMPARE(testing::entries(m_scratch->path()), (QStringList{u"Tolvane"_s, u"a.zip"_s}));
     }
 }
 
@@ -345,7 +346,7 @@ void ZipExtractionTest::killedExtractionLeavesNoHalfBundle()
         const QStringList names = unpacked().filter(u".tolvane-unpack-"_s);
         return names.isEmpty()
             ? qsizetype(-1)
-            : m_files.entries(m_folder + u'/' + names.first() + u"/A.InDesignPlugin"_s).size();
+            : testing::entries(m_folder + u'/' + names.first() + u"/A.InDesignPlugin"_s).size();
     };
     for (const qsizetype moment : {qsizetype(0), qsizetype(1), qsizetype(20), qsizetype(100), files}) {
         QProcess child;
@@ -356,7 +357,7 @@ void ZipExtractionTest::killedExtractionLeavesNoHalfBundle()
         child.kill();
         QVERIFY(child.state() == QProcess::NotRunning || child.waitForFinished());
         if (QFileInfo::exists(bundle)) {
-            QCOMPARE(m_files.entries(bundle).size(), files);
+            QCOMPARE(testing::entries(bundle).size(), files);
             QVERIFY(m_files.removeItem(bundle, &m_error));
         }
         QVERIFY(extract(zipArchive({{"A.InDesignPlugin/f", "x"}})));

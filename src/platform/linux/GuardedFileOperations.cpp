@@ -263,9 +263,4 @@ QList<FileOperations::AttributeFailure> GuardedFileOperations::addPermissionsAnd
     return failures;
 }
 
-QStringList GuardedFileOperations::entries(const QString & /*folder*/) const
-{
-    return {}; // nobody asks for somebody else
-}
-
 } // namespace brevok

@@ -57,7 +57,6 @@ public:
         const QString &path, quint32 permissions, quint32 user, ErrorSlot error) override;
     [[nodiscard]] QList<AttributeFailure> addPermissionsAndOwnerToTree(
         const QString &path, quint32 permissions, quint32 user) override;
-    [[nodiscard]] QStringList entries(const QString &folder) const override;
 
 private:
     [[nodiscard]] ExtractionTerms terms() const;

@@ -215,16 +215,4 @@ QList<FileOperations::AttributeFailure> LinuxFileOperations::addPermissionsAndOw
     return failures;
 }
 
-QStringList LinuxFileOperations::entries(const QString &folder) const
-{
-    const FileDescriptor opened = safepath::openFolder(QFile::encodeName(folder));
-    QStringList result;
-    if (opened) {
-        for (const QByteArray &name : safepath::names(opened.get()).value_or(QByteArrayList())) {
-            result.append(QFile::decodeName(name));
-        }
-    }
-    return result;
-}
-
 } // namespace brevok

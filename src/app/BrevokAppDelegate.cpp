@@ -50,6 +50,7 @@ BrevokAppDelegate::~BrevokAppDelegate()
     m_menubarController.reset();
     m_panelController.reset();
     m_with.surfaces.detach();
+    m_with.platform.userNotifications->setDelegate(nullptr);
     if (theDelegate == this) {
         theDelegate = nullptr;
     }
@@ -78,6 +79,9 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
     createSharedObjects();
     setStartAtLogin(m_with.platform.settings->boolValue(AppKeys::startAtLogin));
     createMenubarController();
+    if (m_with.platform.userNotifications->exists()) {
+        m_with.platform.userNotifications->setDelegate(this);
+    }
     observeOtherProcesses();
     m_shared->activation->setHandler([this] { panelController().openPanel(); });
 }
@@ -258,6 +262,7 @@ void BrevokAppDelegate::attachSurfaces()
         .packages = *shared.packages,
         .targets = *shared.targets,
         .flow = *shared.flow,
+        .bugReporter = *shared.bugReporter,
         .alerts = *shared.alerts,
         .connectivity = *shared.connectivity,
         .access = *this,

@@ -6,6 +6,7 @@
 #include "alerts/AlertPresenter.h"
 #include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
+#include "platform/UserNotificationCenter.h"
 #include "service/ServiceClient.h"
 #include "ui/SettingsAccess.h"
 #include "ui/Surfaces.h"
@@ -22,7 +23,10 @@ struct Shared;
 
 /// The application's delegate: starts the program once per user session, composes everything, keeps starting
 /// at login in step with the user's login items, and says goodbye to other processes at quit. Main thread.
-class BrevokAppDelegate final : public QObject, public SettingsAccess, private PanelKeeper {
+class BrevokAppDelegate final : public QObject,
+                                public SettingsAccess,
+                                private PanelKeeper,
+                                private UserNotificationCenterDelegate {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokAppDelegate)
 
@@ -80,6 +84,8 @@ Q_SIGNALS:
 
 private:
     void setKeepOpenPanel(bool keepOpen) override;
+    /// Always: notices are shown while the application is in front, too.
+    [[nodiscard]] bool shouldPresentNotification(const UserNotification &) override { return true; }
     [[nodiscard]] bool anotherCopyRuns();
     void giveWayToTheOtherCopy();
     void registerDefaults();

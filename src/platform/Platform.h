@@ -21,6 +21,7 @@ class SettingsStore;
 class SoftwareInstaller;
 struct StandardFolders;
 class UrlOpener;
+class UserNotificationCenter;
 
 /// Every ability of the operating system, ready to be handed to those who need it. Made and destroyed on the
 /// main thread; outlives what it was handed to.
@@ -29,6 +30,7 @@ struct Platform {
     std::unique_ptr<RunningApplications> runningApplications;
     std::unique_ptr<LoginItems> loginItems;
     std::unique_ptr<DistributedNotifications> notifications;
+    std::unique_ptr<UserNotificationCenter> userNotifications;
     std::unique_ptr<UrlOpener> urlOpener;
     std::unique_ptr<RouteLookup> routeLookup;
     std::unique_ptr<ApplicationSearch> applicationSearch;

@@ -399,8 +399,9 @@ void DesktopSessionTest::thePlatformIsWhole()
     const MainBundle bundle(QCoreApplication::applicationFilePath(), m_folder->path());
     const Platform platform = createPlatform(bundle, standardFoldersForUser(), {});
     QVERIFY(platform.runningApplications && platform.loginItems && platform.notifications
-        && platform.urlOpener && platform.routeLookup && platform.applicationSearch && platform.fileOperations
-        && platform.helperTool && platform.softwareInstaller);
+        && platform.userNotifications && platform.urlOpener && platform.routeLookup
+        && platform.applicationSearch && platform.fileOperations && platform.helperTool
+        && platform.softwareInstaller);
 }
 
 int main(int argc, char **argv)

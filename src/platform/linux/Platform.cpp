@@ -5,6 +5,7 @@
 
 #include "platform/linux/AutostartLoginItems.h"
 #include "platform/linux/DBusNotifications.h"
+#include "platform/linux/DesktopNotifications.h"
 #include "platform/linux/FileSettingsStore.h"
 #include "platform/linux/InotifyApplicationSearch.h"
 #include "platform/linux/LinuxFileOperations.h"
@@ -34,6 +35,8 @@ Platform createPlatform(
         folders.autostart + u'/' + mainBundle.identifier() + QStringLiteral(".desktop"),
         mainBundle.displayNames().constLast());
     platform.notifications = std::make_unique<DBusNotifications>(QDBusConnection::sessionBus());
+    platform.userNotifications = std::make_unique<DesktopNotifications>(
+        QDBusConnection::sessionBus(), mainBundle.identifier(), mainBundle.displayNames().constLast());
     platform.urlOpener = std::make_unique<XdgUrlOpener>();
     platform.routeLookup = std::make_unique<RouteTableLookup>();
     platform.applicationSearch = std::make_unique<InotifyApplicationSearch>(applicationFolders);

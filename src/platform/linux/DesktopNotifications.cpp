@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/DesktopNotifications.h"
+
+#include "foundation/Log.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+
+namespace brevok {
+
+namespace {
+
+constexpr int asTheServerLikes = -1; // how long a notice stays
+constexpr uint replacesNone = 0;
+
+QDBusMessage callOf(const QString &method)
+{
+    const QString name = QStringLiteral("org.freedesktop.Notifications");
+    return QDBusMessage::createMethodCall(
+        name, QStringLiteral("/org/freedesktop/Notifications"), name, method);
+}
+
+} // namespace
+
+DesktopNotifications::DesktopNotifications(
+    QDBusConnection bus, QString identifier, QString displayName, QObject *parent)
+    : QObject(parent)
+    , m_bus(std::move(bus))
+    , m_identifier(std::move(identifier))
+    , m_displayName(std::move(displayName))
+{
+}
+
+DesktopNotifications::~DesktopNotifications() = default;
+
+// Some servers read the text as markup and some do not; a name of the service must come out right with both.
+void DesktopNotifications::present(const UserNotification &notification)
+{
+    auto *watcher =
+        new QDBusPendingCallWatcher(m_bus.asyncCall(callOf(QStringLiteral("GetCapabilities"))), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, notification] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QStringList> capabilities = *watcher;
+        if (capabilities.isValid()) {
+            send(notification, capabilities.value().contains(QStringLiteral("body-markup")));
+        } else if (detailedLog()) {
+            logLine(QStringLiteral("Nobody shows notices here: %1").arg(capabilities.error().message()));
+        }
+    });
+}
+
+void DesktopNotifications::send(const UserNotification &notification, bool bodyIsMarkup)
+{
+    QDBusMessage call = callOf(QStringLiteral("Notify"));
+    const QString &text = notification.informativeText;
+    const QVariantMap hints{{QStringLiteral("desktop-entry"), m_identifier}};
+    call.setArguments({m_displayName, replacesNone, m_identifier, notification.title,
+        bodyIsMarkup ? text.toHtmlEscaped() : text, QStringList(), hints, asTheServerLikes});
+    m_bus.asyncCall(call);
+}
+
+} // namespace brevok

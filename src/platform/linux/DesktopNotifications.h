@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/UserNotificationCenter.h"
+
+#include <QDBusConnection>
+#include <QObject>
+
+namespace brevok {
+
+/// The desktop's server for org.freedesktop.Notifications, which the bus may start at the first notice.
+class DesktopNotifications final : public QObject, public UserNotificationCenter {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(DesktopNotifications)
+
+public:
+    /// @p identifier names the program's desktop entry and icon, @p displayName is what users read.
+    DesktopNotifications(
+        QDBusConnection bus, QString identifier, QString displayName, QObject *parent = nullptr);
+    ~DesktopNotifications() override;
+
+    [[nodiscard]] bool exists() const override { return m_bus.isConnected(); }
+
+protected:
+    void present(const UserNotification &notification) override;
+
+private:
+    void send(const UserNotification &notification, bool bodyIsMarkup);
+
+    QDBusConnection m_bus;
+    QString m_identifier;
+    QString m_displayName;
+};
+
+} // namespace brevok

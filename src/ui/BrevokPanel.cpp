@@ -3,6 +3,7 @@
 
 #include "ui/BrevokPanel.h"
 
+#include "ui/AccessibleRole.h"
 #include "ui_BrevokPanel.h"
 
 #include <QApplication>
@@ -48,6 +49,7 @@ BrevokPanel::BrevokPanel()
     , m_ui(std::make_unique<Ui::BrevokPanel>())
     , m_orderOutTimer(new QTimer(this))
 {
+    setAccessibleRole(*this, QAccessible::Dialog);
     setAttribute(Qt::WA_TranslucentBackground);
     setAttribute(Qt::WA_QuitOnClose, false);
     setMouseTracking(true);
@@ -75,6 +77,10 @@ void BrevokPanel::orderFront(const PanelPlace &place, int milliseconds)
         raise();
     }
     activateWindow();
+    if (QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
+        // Opened again before the loss of the focus was heard of: its return then makes no difference to Qt.
+        QApplication::setActiveWindow(this);
+    }
     animate(milliseconds, 1);
 }
 

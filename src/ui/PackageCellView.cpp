@@ -3,6 +3,7 @@
 
 #include "ui/PackageCellView.h"
 
+#include "ui/AccessibleRole.h"
 #include "ui/PanelButtons.h"
 #include "ui/PanelStyle.h"
 
@@ -30,6 +31,7 @@ QString firstLetter(const QString &text)
 IconTile::IconTile(QWidget *parent)
     : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::Graphic);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -67,6 +69,7 @@ void IconTile::paintEvent(QPaintEvent *)
 ThinProgressBar::ThinProgressBar(QWidget *parent)
     : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::ProgressBar);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 
@@ -76,6 +79,8 @@ void ThinProgressBar::setPermille(int permille)
 {
     if (permille != m_permille) {
         m_permille = permille;
+        QAccessibleValueChangeEvent changed(this, permille);
+        QAccessible::updateAccessibility(&changed);
         update();
     }
 }
@@ -104,6 +109,7 @@ void ThinProgressBar::paintEvent(QPaintEvent *)
 PackageCellView::PackageCellView(QWidget *parent)
     : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::ListItem);
     setAttribute(Qt::WA_Hover);
 }
 

@@ -33,6 +33,7 @@ private:
 class ThinProgressBar final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ThinProgressBar)
+    Q_PROPERTY(int permille READ permille)
 
 public:
     explicit ThinProgressBar(QWidget *parent = nullptr);

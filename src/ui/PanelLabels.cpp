@@ -3,6 +3,7 @@
 
 #include "ui/PanelLabels.h"
 
+#include "ui/AccessibleRole.h"
 #include "ui/PanelStyle.h"
 
 #include <QEvent>
@@ -49,6 +50,7 @@ void SecondaryLabel::paintEvent(QPaintEvent *)
 SeparatorLine::SeparatorLine(QWidget *parent)
     : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::Separator);
     setFixedHeight(1);
 }
 
@@ -62,6 +64,7 @@ void SeparatorLine::paintEvent(QPaintEvent *)
 ElidedLabel::ElidedLabel(QWidget *parent)
     : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::StaticText);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
 }
 

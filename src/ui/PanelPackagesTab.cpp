@@ -7,6 +7,7 @@
 #include "foundation/Texts.h"
 #include "service/BrevokSession.h"
 #include "targets/BrevokTargetApps.h"
+#include "ui/AccessibleRole.h"
 #include "ui/ServiceWatch.h"
 #include "ui_BrevokPanel.h"
 
@@ -27,6 +28,7 @@ PanelPackagesTab::PanelPackagesTab(Ui::BrevokPanel &ui, Collaborators collaborat
     , m_list(*ui.brevokView, *ui.packagesView, {m_activity, m_icons, collaborators.urls, *ui.updatesView},
           nullptr)
 {
+    setAccessibleRole(*m_ui.packagesView, QAccessible::List);
     m_ui.packagesView->setAutoFillBackground(false);
     m_ui.brevokView->viewport()->setAutoFillBackground(false);
     m_updateTimer.setSingleShot(true);
@@ -135,7 +137,7 @@ void PanelPackagesTab::reloadIcons()
 
 void PanelPackagesTab::updateFonts()
 {
-    m_ui.brevokView->setAccessibleName(Texts::tr("Plug-Ins"));
+    m_ui.packagesView->setAccessibleName(Texts::tr("Plug-Ins"));
     m_list.updateFonts();
 }
 

@@ -3,6 +3,8 @@
 
 #include "ui/Spinner.h"
 
+#include "ui/AccessibleRole.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -20,6 +22,7 @@ constexpr int usualSize = 20;
 Spinner::Spinner(QWidget *parent)
     : QWidget(parent)
 {
+    setAccessibleRole(*this, QAccessible::Animation);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     m_timer.setInterval(stepMilliseconds);
     connect(&m_timer, &QTimer::timeout, this, [this] {

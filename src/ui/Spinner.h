@@ -12,6 +12,7 @@ namespace brevok {
 class Spinner final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(Spinner)
+    Q_PROPERTY(bool animating READ isAnimating)
 
 public:
     explicit Spinner(QWidget *parent = nullptr);

@@ -16,6 +16,7 @@ class BrevokPackages;
 class BrevokPlugins;
 class BrevokSession;
 class BrevokTargetApps;
+class BugReporter;
 class Connectivity;
 class InstallFlow;
 class MainBundle;
@@ -62,6 +63,7 @@ struct SurfaceContext {
     BrevokPackages &packages;
     BrevokTargetApps &targets;
     InstallFlow &flow;
+    BugReporter &bugReporter;
     BrevokAlertQueue &alerts;
     const Connectivity &connectivity;
     SettingsAccess &access;

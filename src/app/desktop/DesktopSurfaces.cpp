@@ -4,6 +4,7 @@
 #include "app/desktop/DesktopSurfaces.h"
 
 #include "ui/BrevokAboutController.h"
+#include "ui/BrevokBugReporterController.h"
 #include "ui/BrevokMenubarController.h"
 #include "ui/BrevokPanelController.h"
 #include "ui/BrevokPreferencesController.h"
@@ -33,6 +34,7 @@ void DesktopSurfaces::attach(const SurfaceContext &context)
 
 void DesktopSurfaces::detach()
 {
+    m_bugReporter.reset();
     m_preferences.reset();
     m_smallWindows.reset();
     m_with.reset();
@@ -74,6 +76,8 @@ void DesktopSurfaces::connectPanel(BrevokPanelController &panel)
     QObject::connect(&panel, &Panel::windowsToFrontRequested, &panel, [this] { bringWindowsToFront(); });
     QObject::connect(&panel, &Panel::showSettingsRequested, &panel, [this] { preferences().showWindow(); });
     QObject::connect(&panel, &Panel::showTargetsRequested, &panel, [this] { preferences().showTargets(); });
+    QObject::connect(
+        &panel, &Panel::showBugReporterRequested, &panel, [this] { bugReporter().showWindow(); });
     QObject::connect(&panel, &Panel::showAboutRequested, &panel,
         [this] { smallWindows().aboutController().showWindow(); });
     QObject::connect(
@@ -85,7 +89,8 @@ void DesktopSurfaces::bringWindowsToFront()
     const QWidgetList windows = QApplication::topLevelWidgets();
     for (QWidget *window : windows) {
         if (window->isVisible()
-            && (window == m_preferences.get() || qobject_cast<BrevokAboutController *>(window) != nullptr)) {
+            && (window == m_preferences.get() || window == m_bugReporter.get()
+                || qobject_cast<BrevokAboutController *>(window) != nullptr)) {
             window->raise();
         }
     }
@@ -114,6 +119,15 @@ BrevokPreferencesController &DesktopSurfaces::preferences()
             });
     }
     return *m_preferences;
+}
+
+BrevokBugReporterController &DesktopSurfaces::bugReporter()
+{
+    if (!m_bugReporter) {
+        m_bugReporter = std::make_unique<BrevokBugReporterController>(
+            BrevokBugReporterController::Collaborators{m_with->bugReporter, m_with->alerts});
+    }
+    return *m_bugReporter;
 }
 
 void DesktopSurfaces::showTargetsPreferences()

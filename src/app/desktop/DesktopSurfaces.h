@@ -13,6 +13,7 @@
 namespace brevok {
 
 class AlertPresenter;
+class BrevokBugReporterController;
 class BrevokMenubarController;
 class BrevokPanelController;
 class BrevokPreferencesController;
@@ -39,6 +40,7 @@ public:
 private:
     [[nodiscard]] SmallWindows &smallWindows();
     [[nodiscard]] BrevokPreferencesController &preferences();
+    [[nodiscard]] BrevokBugReporterController &bugReporter();
     void connectPanel(BrevokPanelController &panel);
     void bringWindowsToFront();
 
@@ -48,6 +50,7 @@ private:
     QPointer<BrevokMenubarController> m_statusItem;
     std::unique_ptr<SmallWindows> m_smallWindows;
     std::unique_ptr<BrevokPreferencesController> m_preferences;
+    std::unique_ptr<BrevokBugReporterController> m_bugReporter;
 };
 
 } // namespace brevok

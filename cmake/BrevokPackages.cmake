@@ -7,10 +7,7 @@ set(CPACK_PACKAGE_CONTACT "Tolvane Brevok contributors <maintainers@tolvane.exam
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
-set(CPACK_COMPONENTS_ALL application demo)
-if(TARGET tolvane-brevok-helper)
-    list(APPEND CPACK_COMPONENTS_ALL helper)
-endif()
+set(CPACK_COMPONENTS_ALL application helper demo)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
@@ -61,6 +58,8 @@ The system bus starts it when it is needed, and it leaves when it is not.")
 set(CPACK_DEBIAN_DEMO_PACKAGE_NAME tolvane-brevok-demo)
 set(CPACK_DEBIAN_DEMO_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_DEMO_PACKAGE_DEPENDS "tolvane-brevok, python3, dbus-daemon")
+# For the virtual desktop where there is no display.
+set(CPACK_DEBIAN_DEMO_PACKAGE_RECOMMENDS "xvfb, openbox, trayer, xdotool, x11-utils, x11-xserver-utils, imagemagick")
 set(CPACK_COMPONENT_DEMO_DESCRIPTION "try Tolvane Brevok against a web service on this machine
 A web service with a sample catalogue on loopback, sample host applications,
 and a demonstration that signs in and installs, updates and removes plug-ins

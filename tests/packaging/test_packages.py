@@ -11,6 +11,7 @@ import shutil
 import signal
 import sys
 import unittest
+import xml.etree.ElementTree as ElementTree
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "end-to-end"))
 from brevok_session import Session, wait_for  # noqa: E402
@@ -89,6 +90,11 @@ class PackagesTest(unittest.TestCase):
             self.assertTrue(list((share / "icons/hicolor" / size / "apps").glob("com.tolvane.brevok*")), size)
         service = (share / "dbus-1/services/com.tolvane.brevok.service").read_text()
         self.assertIn("Exec=/usr/bin/tolvane-brevok --background\n", service)
+        for path in [*share.glob("dbus-1/system.d/*"), *share.glob("polkit-1/actions/*"), *share.rglob("*.svg")]:
+            ElementTree.parse(path)
+        for path in [*share.glob("dbus-1/*services/*.service"), *self.root.folder.glob("**/systemd/system/*.service")]:
+            for program in re.findall(r"^Exec(?:Start)?=(/\S+)", path.read_text(), re.M):
+                self.assertTrue(os.access(f"{self.root.folder}{program}", os.X_OK), f"{program} of {path.name}")
         names = {page.name for page in share.glob("man/man?/*")}
         self.assertLessEqual({"tolvane-brevok.1.gz", "brevokctl.1.gz", "tolvane-brevok-helper.8.gz"}, names)
 

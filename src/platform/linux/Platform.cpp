@@ -4,12 +4,12 @@
 #include "platform/Platform.h"
 
 #include "platform/linux/AutostartLoginItems.h"
+#include "platform/linux/BusHelperTool.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/DesktopNotifications.h"
 #include "platform/linux/FileSettingsStore.h"
 #include "platform/linux/InotifyApplicationSearch.h"
 #include "platform/linux/LinuxFileOperations.h"
-#include "platform/linux/NullHelperTool.h"
 #include "platform/linux/PackageKitInstaller.h"
 #include "platform/linux/ProcRunningApplications.h"
 #include "platform/linux/RouteTableLookup.h"
@@ -41,7 +41,7 @@ Platform createPlatform(
     platform.routeLookup = std::make_unique<RouteTableLookup>();
     platform.applicationSearch = std::make_unique<InotifyApplicationSearch>(applicationFolders);
     platform.fileOperations = std::make_unique<LinuxFileOperations>();
-    platform.helperTool = std::make_unique<NullHelperTool>();
+    platform.helperTool = std::make_unique<BusHelperTool>();
     platform.softwareInstaller = std::make_unique<PackageKitInstaller>();
     return platform;
 }

@@ -111,12 +111,18 @@ def main():
     caller, loop = Caller(), GLib.MainLoop()
     say(event="ready", name=caller.connections[0].get_unique_name())
 
+    unread = bytearray()
+
     def read(source, condition):
-        line = sys.stdin.readline()
-        if not line:
+        some = os.read(source, 65536)
+        if not some:
             loop.quit()
             return False
-        caller.obey(json.loads(line))
+        unread.extend(some)
+        while b"\n" in unread:
+            line, _, rest = unread.partition(b"\n")
+            unread[:] = rest
+            caller.obey(json.loads(line))
         return True
 
     GLib.io_add_watch(sys.stdin.fileno(), GLib.PRIORITY_DEFAULT, GLib.IOCondition.IN | GLib.IOCondition.HUP, read)

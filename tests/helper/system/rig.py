@@ -34,14 +34,15 @@ polkit.addAdminRule(function(action, subject) { return ["unix-user:root"]; });
 
 BUS = """<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig><type>system</type><listen>unix:path={root}/bus</listen><auth>EXTERNAL</auth>
+<busconfig><type>system</type><listen>unix:path={root}/run/system_bus_socket</listen><auth>EXTERNAL</auth>
+<servicedir>{root}/blessed/usr/local/share/dbus-1/system-services</servicedir>
 <servicedir>{root}/services</servicedir>
 <policy context="default"><allow user="*"/><deny own="*"/><deny send_type="method_call"/><allow send_type="signal"/>
 <allow send_requested_reply="true" send_type="method_return"/><allow send_requested_reply="true" send_type="error"/>
 <allow receive_type="method_call"/><allow receive_type="method_return"/><allow receive_type="error"/>
 <allow receive_type="signal"/><allow send_destination="org.freedesktop.DBus"/></policy>
-<includedir>{root}/bus.d</includedir>
-<limit name="max_connections_per_user">2000</limit><limit name="max_completed_connections">4000</limit>
+<includedir>{root}/bus.d</includedir><includedir>{root}/blessed/etc/dbus-1/system.d</includedir>
+<limit name="service_start_timeout">4000</limit><limit name="max_connections_per_user">2000</limit><limit name="max_completed_connections">4000</limit>
 </busconfig>
 """
 
@@ -107,7 +108,7 @@ class Caller:
         self.rig, self.user, self._last = rig, user, 0
         self._answers, self._events = {}, queue.Queue()
         self._arrived = threading.Condition()
-        self.process = subprocess.Popen([sys.executable, str(HERE / "caller.py")], user=user, group=65534,
+        self.process = subprocess.Popen([sys.executable, rig.programs / "caller.py"], user=user, group=65534,
                                         extra_groups=[], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
                                         env=rig.environment)
         threading.Thread(target=self._read, daemon=True).start()
@@ -163,24 +164,33 @@ class Caller:
     def end(self):
         self.process.kill()
         self.process.wait()
+        self.process.stdin.close()
 
 
 class Rig:
     def __init__(self, helper, *options, environment=None):
-        self.root = pathlib.Path(tempfile.mkdtemp(prefix="brevok-helper-test-"))
+        self.root = pathlib.Path(tempfile.mkdtemp(prefix="brevok-helper-test-", dir="/tmp"))  # where every user gets to
         self.root.chmod(0o755)
-        self.helper, self.options = helper, options
-        self.environment = {**os.environ, "DBUS_SYSTEM_BUS_ADDRESS": f"unix:path={self.root}/bus", "LC_ALL": "C.UTF-8",
+        self.helper, self.options = self.root / "programs" / pathlib.Path(helper).name, options
+        self.address = f"unix:path={self.root}/run/system_bus_socket"
+        self.environment = {**os.environ, "TMPDIR": "/tmp", "DBUS_SYSTEM_BUS_ADDRESS": self.address, "LC_ALL": "C.UTF-8",
                             "HOME": str(self.root), **(environment or {})}
         self.log = self.root / "helper.log"
         self.state = self.root / "state"
         self._callers = []
         self.polkit = None
-        for folder in ("services", "bus.d", "rules", "actions"):
-            (self.root / folder).mkdir()
+        self.blessed, self.programs = self.root / "blessed", self.root / "programs"
+        for folder in ("services", "bus.d", "rules", "actions", "run", "blessed/etc/dbus-1/system.d",
+                       "blessed/usr/local/share/dbus-1/system-services"):
+            (self.root / folder).mkdir(parents=True)
+        # The build's own folder may be closed to other users.
+        self.programs.mkdir()
+        for program in (helper, HERE / "caller.py", HERE / "other_helper.py"):
+            shutil.copy(program, self.programs)
         (self.root / "rules" / "1.rules").write_text(RULES)
         shutil.copy(DATA / "com.tolvane.brevok.HelperTool.conf", self.root / "bus.d")
         shutil.copy("/usr/share/dbus-1/system.d/org.freedesktop.PolicyKit1.conf", self.root / "bus.d")
+        shutil.copy("/usr/share/polkit-1/actions/org.freedesktop.policykit.policy", self.root / "actions")
         policy = (DATA / "com.tolvane.brevok.helper.policy.in").read_text().replace("@PROGRAM@", "/nowhere")
         (self.root / "actions" / "helper.policy").write_text(policy)
         (self.root / "bus.conf").write_text(BUS.format(root=self.root))
@@ -199,6 +209,11 @@ class Rig:
         (self.root / "helper.sh").chmod(0o755)
         (self.root / "services" / "com.tolvane.brevok.HelperTool.service").write_text(
             f"[D-BUS Service]\nName=com.tolvane.brevok.HelperTool\nExec={self.root}/helper.sh\nUser=root\n")
+
+    def be_the_systems(self):
+        """Puts the bus where programs look for it that take no other, pkexec being one."""
+        subprocess.run(["mount", "-t", "tmpfs", "none", "/run"], check=True)
+        os.symlink(self.root / "run", "/run/dbus")
 
     def start_bus(self):
         self.bus = subprocess.Popen(["dbus-daemon", f"--config-file={self.root}/bus.conf", "--nofork",
@@ -258,6 +273,11 @@ class Rig:
         folder.mkdir(parents=True, exist_ok=True)
         return folder / "Tolvane" / "A.InDesignPlugin"
 
+    def root_helper(self, *options):
+        """What a helper says that somebody starts by hand beside the bus's own."""
+        return subprocess.run([self.helper, "--state", self.root / "other-state", *options], env=self.environment,
+                              capture_output=True, text=True, timeout=30, check=False).stderr
+
     def log_text(self):
         return self.log.read_text() if self.log.exists() else ""
 
@@ -270,9 +290,15 @@ class Rig:
              "('unix-user', {'uid': <uint32 0>})"], env=self.environment, capture_output=True, text=True, check=False)
         assert reply.returncode == 0, reply.stderr
 
-    def close(self):
+    def end_callers(self, but=None):
         for caller in self._callers:
-            caller.end()
+            if caller is not but:
+                caller.end()
+        self._callers = [but] if but else []
+
+    def close(self):
+        self.end_callers()
+        self.bus.stdout.close()
         for process in (self.polkit, self.bus):
             if process:
                 process.kill()

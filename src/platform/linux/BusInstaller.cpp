@@ -1,0 +1,234 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/BusInstaller.h"
+
+#include "foundation/Log.h"
+#include "foundation/Paths.h"
+#include "foundation/Texts.h"
+#include "HelperToolProxy.h"
+#include "platform/CurrentUser.h"
+
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDir>
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QTemporaryFile>
+#include <QTimer>
+
+#include <climits>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Proxy = ComTolvaneBrevokHelperToolInterface;
+
+constexpr auto busName = "com.tolvane.brevok.HelperTool"_L1;
+constexpr auto objectPath = "/com/tolvane/brevok/HelperTool"_L1;
+constexpr int answerTimeoutMs = 5000;
+
+/// One that answers within seconds or not at all.
+class QuickProxy final : public Proxy {
+public:
+    explicit QuickProxy(const QDBusConnection &bus)
+        : Proxy(QString(busName), QString(objectPath), bus)
+    {
+        setTimeout(answerTimeoutMs);
+    }
+};
+
+/// The generated proxy cannot allow a question to the user in this version of Qt.
+QDBusMessage changingCall(const QString &method, const QVariantList &arguments)
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QString(busName), QString(objectPath), QLatin1StringView(Proxy::staticInterfaceName()), method);
+    call.setArguments(arguments);
+    call.setInteractiveAuthorizationAllowed(true);
+    return call;
+}
+
+/// Waits on a background thread, in a loop of its own, for as long as the helper lives.
+QDBusMessage answerTo(const QDBusConnection &bus, const QDBusMessage &call)
+{
+    QEventLoop loop;
+    QuickProxy helper(bus);
+    QDBusPendingCallWatcher answer(bus.asyncCall(call, INT_MAX));
+    QObject::connect(&answer, &QDBusPendingCallWatcher::finished, &loop, &QEventLoop::quit);
+    QTimer liveness;
+    liveness.setInterval(answerTimeoutMs);
+    QObject::connect(&liveness, &QTimer::timeout, &loop, [&helper, &loop] {
+        auto *sign = new QDBusPendingCallWatcher(helper.Version(), &loop);
+        QObject::connect(sign, &QDBusPendingCallWatcher::finished, &loop, [sign, &loop] {
+            if (sign->isError()) {
+                loop.quit();
+            }
+            sign->deleteLater();
+        });
+    });
+    liveness.start();
+    loop.exec();
+    return answer.isFinished()
+        ? answer.reply()
+        : call.createErrorReply(QDBusError::NoReply, Texts::tr("The privileged helper does not answer."));
+}
+
+BrevokError errorOf(const QDBusMessage &answer)
+{
+    BrevokError error;
+    error.domain = QString::fromLatin1(installerErrorDomain);
+    error.code = 1;
+    const QString name = answer.errorName();
+    if (name.endsWith(u".NotAuthorized") || name.endsWith(u".InteractiveAuthorizationRequired")) {
+        error.description = Texts::tr("An administrator has to agree to this, and did not.");
+    } else {
+        error.description = answer.errorMessage();
+    }
+    error.details.insert(u"BusError"_s, name);
+    return error;
+}
+
+/// Of a call that is answered with a yes or no and an error.
+bool outcome(const QDBusMessage &answer, InstallerOperations::ErrorSlot error)
+{
+    std::optional<BrevokError> failure;
+    const QVariantList values = answer.arguments();
+    const bool understood = answer.type() == QDBusMessage::ReplyMessage && answer.signature() == u"bsis"_s;
+    if (!understood) {
+        failure = errorOf(answer);
+    } else if (!values[1].toString().isEmpty()) {
+        failure = BrevokError{
+            .domain = values[1].toString(), .code = values[2].toInt(), .description = values[3].toString()};
+    }
+    if (failure && error != nullptr) {
+        *error = failure;
+    }
+    return understood && values[0].toBool();
+}
+
+template <typename Reply> bool yes(Reply reply)
+{
+    reply.waitForFinished();
+    return !reply.isError() && reply.template argumentAt<0>();
+}
+
+/// The path without links, as far as there is something: the helper follows none that a user can have made.
+QString withoutLinks(const QString &path)
+{
+    const QString folder = deletingLastPathComponent(path);
+    if (folder.isEmpty() || folder == path) {
+        return path;
+    }
+    const QString canonical = QFileInfo(folder).canonicalFilePath();
+    const QString name = path.mid(path.lastIndexOf(u'/') + 1);
+    const QString before = canonical.isEmpty() ? withoutLinks(folder) : canonical;
+    return before.endsWith(u'/') ? before + name : before + u'/' + name;
+}
+
+/// The helper takes only files of its caller's own: this program's own files, which may be root's, are handed
+/// over as copies.
+QString ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
+{
+    const QString path = QFileInfo(source).canonicalFilePath();
+    if (path.isEmpty() || QFileInfo(path).ownerId() == currentUserId()) {
+        return path.isEmpty() ? source : path;
+    }
+    copy.emplace(
+        QFileInfo(QDir::tempPath()).canonicalFilePath() + u"/brevok-XXXXXX."_s + QFileInfo(path).suffix());
+    QFile file(path);
+    if (!copy->open() || !file.open(QIODevice::ReadOnly)) {
+        return path;
+    }
+    constexpr qint64 block = qint64(1024) * 1024;
+    while (!file.atEnd()) {
+        copy->write(file.read(block));
+    }
+    copy->close();
+    return copy->fileName();
+}
+
+} // namespace
+
+BusInstaller::BusInstaller(QDBusConnection bus)
+    : m_bus(std::move(bus))
+{
+}
+
+bool BusInstaller::introspect(bool *installs)
+{
+    const QDBusMessage answer =
+        m_bus.call(QDBusMessage::createMethodCall(QString(busName), QString(objectPath),
+                       u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s),
+            QDBus::Block, answerTimeoutMs);
+    const QString description = answer.arguments().value(0).toString();
+    *installs = description.contains(u"\"InstallPluginFromSource\"");
+    return answer.type() == QDBusMessage::ReplyMessage
+        && description.contains(QLatin1StringView(Proxy::staticInterfaceName()));
+}
+
+int BusInstaller::version()
+{
+    QDBusPendingReply<int> reply = QuickProxy(m_bus).Version();
+    reply.waitForFinished();
+    return reply.isError() ? 0 : reply.value();
+}
+
+bool BusInstaller::installPluginFromSource(
+    const QString &source, const QString &target, quint32 user, ErrorSlot error)
+{
+    std::optional<QTemporaryFile> copy;
+    const QVariantList arguments{ownFile(source, copy), withoutLinks(target), user};
+    return outcome(answerTo(m_bus, changingCall(u"InstallPluginFromSource"_s, arguments)), error);
+}
+
+bool BusInstaller::removeItemAtPath(const QString &path, ErrorSlot error)
+{
+    return outcome(answerTo(m_bus, changingCall(u"RemoveItemAtPath"_s, {withoutLinks(path)})), error);
+}
+
+bool BusInstaller::fileExistsAtPath(const QString &path)
+{
+    return yes(QuickProxy(m_bus).FileExistsAtPath(withoutLinks(path)));
+}
+
+bool BusInstaller::fileExistsAtPath(const QString &path, bool *isDirectory)
+{
+    QDBusPendingReply<bool, bool> reply = QuickProxy(m_bus).FileExistsAtPathIsDirectory(withoutLinks(path));
+    reply.waitForFinished();
+    *isDirectory = !reply.isError() && reply.argumentAt<1>();
+    return yes(reply);
+}
+
+bool BusInstaller::isReadableFileAtPath(const QString &path)
+{
+    return yes(QuickProxy(m_bus).IsReadableFileAtPath(withoutLinks(path)));
+}
+
+bool BusInstaller::isWritableFileAtPath(const QString &path)
+{
+    return yes(QuickProxy(m_bus).IsWritableFileAtPath(withoutLinks(path)));
+}
+
+bool BusInstaller::isExecutableFileAtPath(const QString &path)
+{
+    return yes(QuickProxy(m_bus).IsExecutableFileAtPath(withoutLinks(path)));
+}
+
+bool BusInstaller::isDeletableFileAtPath(const QString &path)
+{
+    return yes(QuickProxy(m_bus).IsDeletableFileAtPath(withoutLinks(path)));
+}
+
+void BusInstaller::setUID(quint32 user, quint32 permissions, const QString &item, bool recursive)
+{
+    const QDBusMessage answer =
+        answerTo(m_bus, changingCall(u"SetUID"_s, {user, permissions, withoutLinks(item), recursive}));
+    if (answer.type() != QDBusMessage::ReplyMessage) {
+        logError(errorOf(answer));
+    }
+}
+
+} // namespace brevok

@@ -1,0 +1,118 @@
+#!/usr/bin/python3
+"""The helper is killed, or finds the disk full, at every call that changes a file."""
+import os
+import pathlib
+import sys
+import unittest
+
+import rig as rigs
+from rig import snapshot, wait_for
+
+MOST = 200  # calls that one install or removal makes at most
+
+
+class InterruptedTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.rig = rigs.Rig(HELPER)
+        cls.addClassCleanup(cls.rig.close)
+        cls.caller = cls.rig.caller()
+        cls.old = cls.rig.archive(file="old.zip", content=b"old", extra=[
+            (f"A.InDesignPlugin/old-{i}", 0o100644, b"old") for i in range(3)])
+        cls.new = cls.rig.archive(file="new.zip", content=b"new", extra=[
+            (f"A.InDesignPlugin/new-{i}", 0o100644, b"new") for i in range(3)])
+
+    def fresh(self, faults=None):
+        """Ends the helper; the next call starts one with these faults."""
+        when = self.rig.root / "now"
+        when.unlink(missing_ok=True)
+        self.rig.end_helper()
+        self.rig.serve_by({"LD_PRELOAD": str(FAULT), "FAULT_WHEN": when, **faults} if faults else None)
+        self.caller.call("Version")
+        if faults:
+            when.touch()
+
+    def whole(self, target):
+        """Which bundle stands there; a torn one is none."""
+        tree = {name: facts[3] for name, facts in snapshot(target).items() if facts[3] is not None}
+        return self.trees.get(tuple(sorted(tree.items())), f"torn: {sorted(tree)}" if target.exists() else None)
+
+    def learn(self, target):
+        self.trees = {}
+        self.fresh()
+        for archive, name in ((self.new, "new"), (self.old, "old")):
+            self.assertTrue(self.caller.install(archive, target)["result"][0])
+            tree = {path: facts[3] for path, facts in snapshot(target).items() if facts[3] is not None}
+            self.trees[tuple(sorted(tree.items()))] = name
+
+    def prepare(self, target, old):
+        self.fresh()
+        if old:
+            self.assertTrue(self.caller.install(self.old, target)["result"][0])
+            self.assertEqual(self.whole(target), "old")
+        elif target.exists():
+            self.assertTrue(self.caller.call("RemoveItemAtPath", "s", str(target))["result"][0])
+
+    def interrupt(self, kind, call, target, old):
+        """Runs `call` once for each of its calls to the system; yields the answer and what stands there then."""
+        for at in range(1, MOST):
+            self.prepare(target, old)
+            self.fresh({"FAULT": kind, "FAULT_AT": str(at)})
+            lines = self.rig.log_text().count("\n")
+            answer = call()
+            if (self.rig.root / "now").exists():  # that many calls there are not
+                self.assertTrue(answer["result"][0])
+                return
+            seen = self.whole(target)
+            self.fresh()  # the next helper repairs
+            yield at, answer, seen, self.whole(target), "\n".join(self.rig.log_text().split("\n")[lines:])
+            self.assertEqual([name for name in os.listdir(target.parent) if name != target.name]
+                             if target.parent.exists() else [], [], at)
+            self.assertEqual(os.listdir(self.rig.state), [], at)
+        self.fail("it never came to an end")
+
+    def test_killed_while_installing(self):
+        for old in (False, True):
+            target = self.rig.application("kill-install")
+            self.learn(target)
+            states = set()
+            for at, _, seen, then, log in self.interrupt(
+                    "kill", lambda: self.caller.install(self.new, target), target, old):
+                self.assertIn(then, ("old", "new") if old else (None, "new"), at)
+                self.assertIn(seen, ("old", "new", None), at)
+                if seen != then:
+                    self.assertIn("brought back what interrupted work had replaced", log)
+                states.add((seen, then))
+            self.assertIn((None, "old") if old else (None, None), states)
+            self.assertIn("new", {then for _, then in states})
+
+    def test_killed_while_removing(self):
+        target = self.rig.application("kill-remove")
+        self.learn(target)
+        states = set()
+        for at, _, seen, then, _ in self.interrupt(
+                "kill", lambda: self.caller.call("RemoveItemAtPath", "s", str(target)), target, True):
+            self.assertIn(then, ("old", None), at)
+            self.assertEqual(seen, then)
+            states.add(then)
+        self.assertEqual(states, {"old", None})
+
+    def test_full_disk(self):
+        target = self.rig.application("full")
+        self.learn(target)
+        states = set()
+        for at, answer, seen, then, _ in self.interrupt(
+                "full", lambda: self.caller.install(self.new, target), target, True):
+            self.assertIn("result", answer, at)
+            self.assertIn(seen, ("old", "new", None), at)
+            self.assertEqual(seen, then)
+            states.add((answer["result"][0], then))
+        self.assertIn((False, "old"), states)  # noticed before anything was touched
+        self.assertIn((True, None), states)  # the old bundle goes first, as ever
+
+
+if __name__ == "__main__":
+    rigs.enter()
+    HELPER, TESTS = sys.argv.pop(1), pathlib.Path(sys.argv.pop(1))
+    FAULT = TESTS / "libhelper_fault.so"
+    unittest.main(verbosity=2, warnings="ignore")

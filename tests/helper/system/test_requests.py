@@ -1,0 +1,479 @@
+#!/usr/bin/python3
+"""What the helper does for whom, on a system bus with polkit: consent, refusals, and attacks of every kind."""
+import contextlib
+import ctypes
+import os
+import pathlib
+import random
+import signal
+import socket
+import stat
+import sys
+import threading
+import unittest
+
+import rig as rigs
+from rig import ALLOWED, ASKED, DENIED, OTHER, plugin_archive, snapshot, wait_for
+
+DENIED_ERROR = "org.freedesktop.DBus.Error.AccessDenied"
+NOT_AUTHORIZED = "com.tolvane.brevok.HelperTool.Error.NotAuthorized"
+
+
+class HelperTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.rig = rigs.Rig(HELPER)
+        cls.addClassCleanup(cls.rig.close)
+        cls.outside = cls.rig.root / "outside"
+        cls.outside.mkdir()
+        (cls.outside / "Tolvane" / "A.InDesignPlugin").mkdir(parents=True)
+        (cls.outside / "Tolvane" / "A.InDesignPlugin" / "kept").write_text("kept")
+        (cls.outside / "secret").write_text("secret")
+        (cls.outside / "secret").chmod(0o600)
+        (cls.outside / "open").write_text("open")
+        cls.allowed = cls.rig.caller()
+
+    def setUp(self):
+        self.target = self.rig.application(self.id().rsplit(".", 1)[1])
+        self.home = self.rig.home(ALLOWED)
+        self.before = snapshot(self.outside), snapshot(self.rig.root / "Applications")
+
+    def tearDown(self):
+        self.rig.end_callers(but=self.allowed)
+
+    def assertNothingChanged(self):
+        self.assertEqual((snapshot(self.outside), snapshot(self.rig.root / "Applications")), self.before)
+
+    def assertRefused(self, answer, error=DENIED_ERROR):
+        self.assertEqual(answer.get("error"), error, answer)
+
+    def own(self, path, user=ALLOWED):
+        os.chown(path, user, 65534, follow_symlinks=False)
+        return path
+
+    def content(self, target=None):
+        return ((target or self.target) / "Contents" / "Info.plist").read_bytes()
+
+    # what it is for
+
+    def test_installs_replaces_and_removes(self):
+        for content in (b"first", b"second"):
+            self.assertEqual(self.allowed.install(self.rig.archive(content=content), self.target)["result"],
+                             [True, "", 0, ""])
+            self.assertEqual(self.content(), content)
+        self.assertEqual({facts[1] for facts in snapshot(self.target.parent).values()}, {ALLOWED})
+        self.assertEqual(os.stat(self.target / "Contents" / "MacOS" / "A").st_mode & 0o7777, 0o755)
+        self.assertEqual(os.listdir(self.target.parent), ["A.InDesignPlugin"])
+        for method, answer in (("FileExistsAtPath", [True]), ("FileExistsAtPathIsDirectory", [True, True]),
+                               ("IsReadableFileAtPath", [True]), ("IsWritableFileAtPath", [True]),
+                               ("IsDeletableFileAtPath", [True])):
+            self.assertEqual(self.allowed.call(method, "s", str(self.target))["result"], answer, method)
+        self.assertEqual(self.allowed.call("RemoveItemAtPath", "s", str(self.target))["result"], [True, "", 0, ""])
+        self.assertEqual(os.listdir(self.target.parent), [])
+        self.assertEqual(self.allowed.call("FileExistsAtPath", "s", str(self.target))["result"], [False])
+
+    def test_workspace_file_is_written_once(self):
+        target = self.target.parents[2] / "Presets" / "InDesign Workspaces" / "Tolvane.xml"
+        source = self.home / "Tolvane.xml"
+        for content, installed in (("first", True), ("second", False)):
+            source.write_text(content)
+            self.own(source)
+            self.assertEqual(self.allowed.install(source, target)["result"][0], installed)
+            self.assertEqual((target.read_text(), target.stat().st_uid), ("first", ALLOWED))
+
+    def test_unauthorized_callers_change_nothing(self):
+        for user, error in ((DENIED, NOT_AUTHORIZED),
+                            (ASKED, "org.freedesktop.DBus.Error.InteractiveAuthorizationRequired")):
+            caller = self.rig.caller(user)
+            self.assertRefused(caller.install(self.rig.archive(user), self.target, mayAsk=False), error)
+            self.assertRefused(caller.call("RemoveItemAtPath", "s", str(self.target), mayAsk=False), error)
+            self.assertRefused(caller.call("SetUID", "uusb", user, 0o777, str(self.target), True, mayAsk=False), error)
+        # A question that nobody can be asked ends the same way.
+        self.assertRefused(self.rig.caller(ASKED).install(self.rig.archive(ASKED), self.target), NOT_AUTHORIZED)
+        self.assertNothingChanged()
+        self.assertIn(f'InstallPluginFromSource "{self.target}": not authorized', self.rig.log_text())
+
+    # attacks that a path makes
+
+    def test_paths_that_belong_to_no_target(self):
+        good = self.rig.archive()
+        folder = self.target.parent
+        for path in (folder / ".." / "Tolvane" / "A.InDesignPlugin", f"{folder}/./A.InDesignPlugin",
+                     f"{self.target}/", self.target / "Contents", folder / ".InDesignPlugin", folder / "A.txt",
+                     folder.parent / "A.InDesignPlugin", folder / "A\nB.InDesignPlugin", "", "/",
+                     "Tolvane/A.InDesignPlugin", "/etc/passwd", "/etc/shadow", "/nothing/at/all",
+                     folder / ("A" * 5000 + ".InDesignPlugin"), folder.parent / "Presets" / "Tolvane.xml",
+                     folder / "\u202eA.InDesignPlugin"):
+            answers = [self.allowed.install(good, path), self.allowed.call("RemoveItemAtPath", "s", str(path)),
+                       self.allowed.call("SetUID", "uusb", ALLOWED, 0o600, str(path), True),
+                       self.allowed.call("FileExistsAtPath", "s", str(path)),
+                       self.allowed.call("IsReadableFileAtPath", "s", str(path))]
+            for answer in answers:
+                self.assertRefused(answer)
+            self.assertEqual(len({answer["message"] for answer in answers}), 1)  # the same whatever is there
+        self.assertNothingChanged()
+
+    def test_links_in_every_component(self):
+        good = self.rig.archive()
+        components = ["a", "b", "Tolvane"]
+        for place in range(len(components)):
+            base = self.home / f"links{place}"
+            base.mkdir()
+            folder = base
+            for component in components[:place]:
+                folder = folder / component
+                folder.mkdir()
+                self.own(folder)
+            goal = self.outside
+            for component in components[place + 1:-1]:
+                goal = goal / component
+            (folder / components[place]).symlink_to(self.outside / "Tolvane" if components[place] == "Tolvane" else goal)
+            self.own(folder / components[place])
+            target = base.joinpath(*components) / "A.InDesignPlugin"
+            self.assertFalse(self.allowed.install(good, target)["result"][0])
+            self.assertEqual(self.allowed.call("FileExistsAtPath", "s", str(target))["result"], [False])
+            self.allowed.call("RemoveItemAtPath", "s", str(target))
+            self.allowed.call("SetUID", "uusb", ALLOWED, 0o666, str(target), True)
+            self.assertNothingChanged()
+        # A link of root's, in a folder of root's, is the way the administrator wants it.
+        (self.rig.root / "Applications" / "moved").symlink_to(self.target.parents[2])
+        self.assertTrue(self.allowed.install(
+            good, self.rig.root / "Applications" / "moved" / "Plug-Ins" / "Tolvane" / "A.InDesignPlugin")["result"][0])
+        self.assertEqual(self.content(), b"new")
+        (self.rig.root / "Applications" / "moved").unlink()
+
+    def test_target_that_is_a_link(self):
+        folder = self.home / "Tolvane"
+        folder.mkdir()
+        self.own(folder)
+        for goal in ("/etc", self.outside, self.outside / "secret", self.outside / "missing"):
+            target = folder / "A.InDesignPlugin"
+            target.symlink_to(goal)
+            self.allowed.call("SetUID", "uusb", ALLOWED, 0o666, str(target), True)
+            self.assertTrue(self.allowed.install(self.rig.archive(), target)["result"][0])
+            self.assertFalse(target.is_symlink())
+            self.assertEqual(self.content(target), b"new")
+            self.assertTrue(self.allowed.call("RemoveItemAtPath", "s", str(target))["result"][0])
+            self.assertNothingChanged()
+
+    def test_what_the_caller_could_not_read_is_not_given_to_him(self):
+        target = self.home / "mine" / "Tolvane" / "A.InDesignPlugin"
+        target.mkdir(parents=True)
+        for folder in (target, target.parent, target.parent.parent):
+            self.own(folder)
+        os.link(self.outside / "open", target / "second-name")
+        (target / "roots").write_text("root's")
+        (target / "roots").chmod(0o600)
+        (target / "readable").write_text("everybody's")
+        self.assertEqual(self.allowed.call("SetUID", "uusb", ALLOWED, 0o600, str(target), True)["result"], [])
+        owners = {name: os.stat(target / name).st_uid for name in ("second-name", "roots", "readable")}
+        self.assertEqual(owners, {"second-name": 0, "roots": 0, "readable": ALLOWED})
+
+    # attacks that an argument makes
+
+    def test_sources_that_are_not_the_callers_files(self):
+        victim = self.rig.archive(OTHER, file="victim.zip")
+        os.chmod(victim, 0o600)
+        plugin_archive(self.outside / "roots.zip")
+        self.before = snapshot(self.outside), self.before[1]
+        (self.home / "link.zip").symlink_to(victim)
+        (self.home / "folder").symlink_to(self.rig.home(OTHER))
+        os.mkfifo(self.home / "pipe.zip")
+        os.mknod(self.home / "device.zip", stat.S_IFCHR | 0o666, os.makedev(1, 5))
+        (self.home / "directory.zip").mkdir()
+        os.link(victim, self.home / "hard.zip")
+        for name in ("link.zip", "pipe.zip", "device.zip", "directory.zip", "hard.zip"):
+            if name != "hard.zip":
+                self.own(self.home / name)
+        os.link(self.outside / "roots.zip", self.home / "hard2.zip")
+        for source in (victim, self.outside / "roots.zip", self.outside / "missing.zip", self.home / "link.zip",
+                       self.home / "folder" / "victim.zip", self.home / "pipe.zip", self.home / "device.zip",
+                       self.home / "directory.zip", self.home / "hard.zip", self.home / "hard2.zip",
+                       f"{self.home}/../home-{OTHER}/victim.zip", "/dev/zero", "/etc/shadow", "/proc/self/environ", ""):
+            self.assertRefused(self.allowed.install(source, self.target))
+            self.assertFalse(self.target.exists())
+        os.unlink(self.home / "hard2.zip")
+        self.assertNothingChanged()
+
+    def test_foreign_users_and_special_permissions(self):
+        good = self.rig.archive()
+        for user in (0, OTHER, 0xffffffff):
+            self.assertRefused(self.allowed.install(good, self.target, user))
+            self.assertRefused(self.allowed.call("SetUID", "uusb", user, 0o600, str(self.target), True))
+        for permissions in (0o4755, 0o2755, 0o1777, 0xffffffff):
+            self.assertRefused(self.allowed.call("SetUID", "uusb", ALLOWED, permissions, str(self.target), True))
+        self.assertNothingChanged()
+
+    def test_archives_that_hold_more_than_a_plug_in(self):
+        inside = "A.InDesignPlugin/"
+        for entry in ((inside + "setuid", stat.S_IFREG | 0o4755, b"x"), (inside + "setgid", stat.S_IFREG | 0o2755, b"x"),
+                      (inside + "device", stat.S_IFCHR | 0o644, b""), (inside + "socket", stat.S_IFSOCK | 0o644, b""),
+                      (inside + "open", stat.S_IFREG | 0o666, b"x"), (inside + "wide/", stat.S_IFDIR | 0o777, b""),
+                      ("B.InDesignPlugin/x", stat.S_IFREG | 0o644, b"x"), ("../x", stat.S_IFREG | 0o644, b"x"),
+                      ("/tmp/x", stat.S_IFREG | 0o644, b"x"), (inside + "out", stat.S_IFLNK | 0o777, b"../../../x"),
+                      (inside + "etc", stat.S_IFLNK | 0o777, b"/etc")):
+            self.assertRefused(self.allowed.install(self.rig.archive(extra=[entry]), self.target))
+            self.assertNothingChanged()
+        broken = self.home / "broken.zip"
+        broken.write_bytes(b"no archive")
+        self.own(broken)
+        self.assertRefused(self.allowed.install(broken, self.target))
+        self.assertNothingChanged()
+        # To libarchive a pipe is an empty file.
+        self.allowed.install(self.rig.archive(extra=[(inside + "pipe", stat.S_IFIFO | 0o644, b"")]), self.target)
+        self.assertTrue(stat.S_ISREG(os.lstat(self.target / "pipe").st_mode))
+
+    def test_large_arguments_and_garbage(self):
+        self.allowed.call("Version")
+        process = self.rig.helper_process()
+        self.assertRefused(self.allowed.call("FileExistsAtPath", "s", "/" + "x" * 20_000_000))
+        for signature, arguments in (("", []), ("u", [1]), ("ss", ["a", "b"]), ("as", [["a"] * 1000])):
+            self.assertIn("error", self.allowed.call("InstallPluginFromSource", signature, *arguments))
+        self.assertIn("error", self.allowed.call("Nothing"))
+        # A gigabyte, and bytes that are no message: the bus shows such callers the door.
+        for garbage in (b"l\1\0\1" + (1 << 30).to_bytes(4, "little") + b"\1\0\0\0" + b"\0" * 1000,
+                        random.Random(1).randbytes(5000)):
+            with socket.socket(socket.AF_UNIX) as bus:
+                bus.connect(str(self.rig.root / "run" / "system_bus_socket"))
+                bus.sendall(b"\0AUTH EXTERNAL " + b"0".hex().encode() + b"\r\n")
+                bus.recv(100)
+                bus.sendall(b"BEGIN\r\n" + garbage)
+                bus.settimeout(20)
+                with contextlib.suppress(ConnectionResetError):
+                    self.assertEqual(bus.recv(100), b"")
+        self.assertEqual(self.allowed.call("Version")["result"], [15])
+        self.assertEqual(self.rig.helper_process(), process)
+        self.assertLess(max(len(line) for line in self.rig.log_text().splitlines()), 2000)
+
+    def test_nobody_else_takes_the_name(self):
+        self.assertRefused(self.allowed.call("RequestName", "su", "com.tolvane.brevok.HelperTool", 4,
+                                             to="org.freedesktop.DBus", path="/", interface="org.freedesktop.DBus"))
+        self.allowed.call("Version")
+        self.assertIn("belongs to somebody else", self.rig.root_helper())
+
+    # questions
+
+    def asked(self):
+        caller = self.rig.caller(ASKED)
+        caller.do("agent")
+        return caller
+
+    def test_what_was_asked_about_is_what_is_done(self):
+        caller = self.asked()
+        source = self.rig.archive(ASKED, content=b"asked about")
+        number = caller.begin_install(source, self.target)
+        question = caller.event("question")
+        self.assertIn(str(self.target), question["text"])
+        # Meanwhile: the file is rewritten in place, and the same call is made again, here and from elsewhere.
+        with open(source, "r+b") as file:
+            file.write(pathlib.Path(plugin_archive(self.home / "other.zip", content=b"swapped")).read_bytes())
+        self.assertRefused(caller.install(source, self.target))
+        self.assertRefused(self.rig.caller(DENIED).install(self.rig.archive(DENIED), self.target), NOT_AUTHORIZED)
+        elsewhere = caller.do("connect")["result"][0]
+        foreign = caller.begin_install(source, self.target, connection=elsewhere)
+        second = caller.event("question")
+        self.assertNotEqual(second["cookie"], question["cookie"])
+        self.assertNothingChanged()
+        self.rig.grant(question["cookie"], ASKED)
+        caller.do("answered", cookie=question["cookie"])
+        self.assertEqual(caller.wait(number)["result"], [True, "", 0, ""])
+        self.assertEqual(self.content(), b"asked about")
+        caller.do("answered", cookie=second["cookie"])  # without a password
+        self.assertRefused(caller.wait(foreign), NOT_AUTHORIZED)
+        self.assertEqual(self.content(), b"asked about")
+
+    def test_target_swapped_during_the_question(self):
+        caller = self.asked()
+        folder = self.rig.home(ASKED) / "swapped" / "Tolvane"
+        folder.mkdir(parents=True)
+        number = caller.begin_install(self.rig.archive(ASKED), folder / "A.InDesignPlugin")
+        cookie = caller.event("question")["cookie"]
+        self.own(folder.parent, ASKED)
+        folder.rmdir()
+        folder.symlink_to(self.outside / "Tolvane")
+        self.own(folder, ASKED)
+        self.rig.grant(cookie, ASKED)
+        caller.do("answered", cookie=cookie)
+        self.assertFalse(caller.wait(number)["result"][0])
+        self.assertNothingChanged()
+
+    def test_caller_who_leaves_takes_the_question_along(self):
+        caller = self.asked()
+        elsewhere = caller.do("connect")["result"][0]
+        caller.begin_install(self.rig.archive(ASKED), self.target, connection=elsewhere)
+        cookie = caller.event("question")["cookie"]
+        caller.do("disconnect", connection=elsewhere)
+        self.assertEqual(caller.event("cancelled")["cookie"], cookie)
+        wait_for("the line about it", lambda: "the caller left" in self.rig.log_text())
+        self.assertNothingChanged()
+
+    def test_one_question_keeps_nobody_else_waiting(self):
+        caller = self.asked()
+        number = caller.begin_install(self.rig.archive(ASKED), self.target)
+        cookie = caller.event("question")["cookie"]
+        self.assertTrue(self.allowed.install(self.rig.archive(), self.target)["result"][0])
+        self.assertFalse(caller.answered(number))
+        caller.do("answered", cookie=cookie)
+        self.assertRefused(caller.wait(number), NOT_AUTHORIZED)
+
+    def test_too_many_requests(self):
+        caller = self.asked()
+        numbers = [caller.begin_install(self.rig.archive(ASKED), self.target.with_name(f"{i}.InDesignPlugin"))
+                   for i in range(30)]
+        limited = "org.freedesktop.DBus.Error.LimitsExceeded"
+        wait_for("refusals", lambda: sum(map(caller.answered, numbers)) == 26)
+        self.assertEqual({caller.wait(number)["error"] for number in numbers if caller.answered(number)}, {limited})
+        self.assertNothingChanged()
+
+    def test_two_hundred_callers(self):
+        callers = [self.rig.caller(user) for user in (ALLOWED, OTHER, DENIED, ASKED)]
+        calls = []
+        for caller in callers:
+            source = self.rig.archive(caller.user, content=str(caller.user).encode())
+            for _ in range(50):
+                connection = caller.do("connect")["result"][0]
+                calls.append((caller, caller.begin_install(source, self.target, connection=connection)))
+        outcomes = {user: [] for user in (ALLOWED, OTHER, DENIED, ASKED)}
+        for caller, number in calls:
+            answer = caller.wait(number, 120)
+            outcomes[caller.user].append(answer.get("error", "installed" if answer.get("result", [False])[0] else "no"))
+        for user in (DENIED, ASKED):
+            self.assertNotIn("installed", outcomes[user])
+        for user in (ALLOWED, OTHER):
+            self.assertEqual(set(outcomes[user]), {"installed"})
+        self.assertEqual(os.listdir(self.target.parent), ["A.InDesignPlugin"])
+        self.assertIn(self.content(), (str(ALLOWED).encode(), str(OTHER).encode()))
+
+    # races
+
+    def race(self, swap, call, rounds):
+        """Calls while another thread swaps what is called about, as fast as it can."""
+        over = threading.Event()
+
+        def swapping():
+            while not over.is_set():
+                swap()
+        thread = threading.Thread(target=swapping)
+        thread.start()
+        outcomes = set()
+        try:
+            for _ in range(rounds):
+                outcomes.add(call())
+        finally:
+            over.set()
+            thread.join()
+        return outcomes
+
+    def test_swapped_archives(self):
+        good = pathlib.Path(self.rig.archive(file="good.zip", content=b"good")).read_bytes()
+        evil = pathlib.Path(self.rig.archive(file="evil.zip", content=b"evil", extra=[
+            ("A.InDesignPlugin/setuid", stat.S_IFREG | 0o4755, b"x")])).read_bytes()
+        victim = self.rig.archive(OTHER, file="victim.zip", content=b"victim")
+        source, ways = self.home / "race.zip", random.Random(7)
+
+        def swap():
+            way, fresh = ways.randrange(5), self.home / "fresh.zip"
+            fresh.unlink(missing_ok=True)
+            if way == 0:
+                fresh.symlink_to(victim)
+            elif way == 1:
+                os.link(victim, fresh)
+            elif way == 2 and source.is_file() and not source.is_symlink() and source.stat().st_uid == ALLOWED:
+                source.write_bytes(evil)  # in place, under the reader's hands
+                return
+            else:
+                fresh.write_bytes(good if way == 3 else evil)
+                self.own(fresh)
+            os.replace(fresh, source)
+
+        def call():
+            answer = self.allowed.install(source, self.target)
+            if "result" in answer and self.target.exists():
+                self.assertIn(self.content(), (b"good",))
+                self.assertFalse((self.target / "setuid").exists())
+            return answer.get("error", "answered")
+
+        source.write_bytes(good)
+        self.own(source)
+        outcomes = self.race(swap, call, 1000)
+        self.assertEqual(outcomes, {"answered", DENIED_ERROR})
+        self.assertEqual(snapshot(self.outside), self.before[0])
+
+    def test_swapped_folders(self):
+        base = self.home / "race"
+        (base / "real" / "Tolvane").mkdir(parents=True)
+        (base / "link").symlink_to(self.outside)
+        for path in (base, base / "real", base / "real" / "Tolvane", base / "link"):
+            self.own(path)
+        os.rename(base / "real", base / "now")
+        target, source = base / "now" / "Tolvane" / "A.InDesignPlugin", self.rig.archive()
+
+        def swap():
+            here, exchange = -100, 2
+            ctypes.CDLL(None).renameat2(here, bytes(base / "now"), here, bytes(base / "link"), exchange)
+
+        def call():
+            self.allowed.install(source, target)
+            self.allowed.call("SetUID", "uusb", ALLOWED, 0o666, str(target), True)
+            return self.allowed.call("RemoveItemAtPath", "s", str(target)).get("error", "answered")
+
+        self.race(swap, call, 300)
+        self.assertNothingChanged()
+
+
+class PolkitTest(unittest.TestCase):
+    """Without an authority nobody may do anything."""
+
+    def setUp(self):
+        self.rig = rigs.Rig(HELPER, "--idle-seconds", "1")
+        self.addCleanup(self.rig.close)
+        self.target = self.rig.application()
+
+    def assertDenied(self, answer):
+        self.assertEqual(answer.get("error"), NOT_AUTHORIZED, answer)
+        self.assertFalse(self.target.exists())
+
+    def test_missing_stopped_or_dying(self):
+        self.rig.stop_polkit()
+        allowed = self.rig.caller()
+        self.assertDenied(allowed.install(self.rig.archive(), self.target))
+        self.rig.start_polkit()
+        os.kill(self.rig.polkit.pid, signal.SIGSTOP)
+        self.assertDenied(allowed.install(self.rig.archive(), self.target))
+        os.kill(self.rig.polkit.pid, signal.SIGCONT)
+        for stop in (signal.SIGSTOP, signal.SIGKILL):
+            caller = self.rig.caller(ASKED)
+            caller.do("agent")
+            number = caller.begin_install(self.rig.archive(ASKED), self.target)
+            caller.event("question")
+            os.kill(self.rig.polkit.pid, stop)
+            self.assertDenied(caller.wait(number))
+            os.kill(self.rig.polkit.pid, signal.SIGCONT)
+        self.assertIn("polkit does not answer", self.rig.log_text())
+
+    def test_restarted_bus(self):
+        caller = self.rig.caller(ASKED)
+        caller.do("agent")
+        number = caller.begin_install(self.rig.archive(ASKED), self.target)
+        caller.event("question")
+        self.rig.bus.kill()
+        self.rig.bus.wait()
+        self.assertIn("error", caller.wait(number))
+        wait_for("the helper's end", lambda: "the bus has gone" in self.rig.log_text())
+        self.rig.stop_polkit()
+        self.rig.start_bus()
+        self.rig.start_polkit()
+        self.assertTrue(self.rig.caller().install(self.rig.archive(), self.target)["result"][0])
+
+    def test_leaves_when_nobody_asks(self):
+        caller = self.rig.caller()
+        self.assertEqual(caller.call("Version")["result"], [15])
+        process = self.rig.helper_process()
+        wait_for("the helper's end", lambda: not os.path.exists(f"/proc/{process}"))
+        self.assertTrue(caller.install(self.rig.archive(), self.target)["result"][0])
+
+
+if __name__ == "__main__":
+    rigs.enter()
+    HELPER, _ = sys.argv.pop(1), sys.argv.pop(1)
+    unittest.main(verbosity=2, warnings="ignore")

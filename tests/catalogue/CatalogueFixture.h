@@ -61,6 +61,20 @@ struct CatalogueFixture {
         }
         return record;
     }
+    /// The keys of the builds under a prefix, in order.
+    static QStringList buildsOf(const BrevokPlugins &plugins, const QString &prefix)
+    {
+        QStringList lines;
+        for (const DefinitionPtr &definition : plugins.pluginIndex().value(prefix)) {
+            lines << buildKey(definition->record);
+        }
+        return lines;
+    }
+    /// A queue of one command.
+    static QJsonArray queueOf(const QString &path)
+    {
+        return {QJsonArray{QStringLiteral("removeStart"), path}};
+    }
     static ServiceReply good(const QJsonArray &list)
     {
         return {.status = 200, .body = QJsonDocument(list).toJson(), .headers = {}, .error = {}};

@@ -1,13 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "catalogue/BrevokPackages.h"
-#include "CatalogueFixture.h"
 #include "foundation/Tasks.h"
-#include "support/FakePlatform.h"
+#include "PackagesFixture.h"
 #include "support/LogCapture.h"
-#include "support/SampleBundles.h"
-#include "targets/BrevokTargetApps.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -18,56 +14,7 @@
 using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
-
-namespace {
-
-const QByteArray png("\x89PNG\r\n\x1a\nrest");
-
-struct Fixture : CatalogueFixture {
-    QTemporaryDir folder;
-    FakeApplicationSearch search;
-    BrevokTargetApps targets{settings, search};
-    BrevokPlugins plugins{settings, service, alerts};
-    QString dataFolder = folder.path() + u"/data"_s;
-    std::unique_ptr<BrevokPackages> packages;
-
-    BrevokPackages &start()
-    {
-        packages.reset();
-        service.lists.clear();
-        packages = std::make_unique<BrevokPackages>(
-            BrevokPackages::Collaborators{settings, service, alerts, plugins, targets, dataFolder, {}});
-        return *packages;
-    }
-    void answerFile(int status, const QByteArray &body, std::optional<BrevokError> error = {})
-    {
-        const FakeServiceClient::FileRequest request = service.files.takeFirst();
-        request.handler({.status = status, .body = body, .headers = {}, .error = std::move(error)});
-    }
-    [[nodiscard]] QStringList names() const
-    {
-        QStringList names;
-        for (const Record &record : packages->packageRecords()) {
-            names << record.value(PackageKeys::name).toString();
-        }
-        return names;
-    }
-    [[nodiscard]] QString iconPath(const QString &name) const
-    {
-        const Record record = stored(CatalogueSettings::packagesData).value(name).toObject();
-        return record.value(PackageKeys::iconPath).toString();
-    }
-    /// A target with version 140 in which the plug-in @p name is installed.
-    QString target(const QString &name, const QString &version)
-    {
-        QString path = folder.path() + u"/App/Plug-Ins/"_s;
-        writeInstalledPlugin(path, name, version, u"14.0"_s);
-        targets.insertTarget(path, u"InDesign"_s, u"140"_s);
-        return path;
-    }
-};
-
-} // namespace
+using Fixture = PackagesFixture;
 
 class PackagesTest : public QObject {
     Q_OBJECT
@@ -82,15 +29,6 @@ private Q_SLOTS:
     void repliesAreHandled();
     void storedRubbishIsSurvived_data();
     void storedRubbishIsSurvived();
-    void iconsAreDownloadedAndCached();
-    void iconsThatCannotBeCached_data();
-    void iconsThatCannotBeCached();
-    void manyIconsAreDownloadedFewAtATime();
-    void storedIconsAreLoaded();
-    void iconFileNames_data();
-    void iconFileNames();
-    void imagesAreRecognised_data();
-    void imagesAreRecognised();
     void statusesFollowEveryChange();
     void callsDuringACalculationAreServedAfterIt();
     void usersCheckTellsOfNewUpdates_data();
@@ -221,165 +159,6 @@ void PackagesTest::storedRubbishIsSurvived()
     QCOMPARE(LogCapture::contains(u"Stored packages: 4 unusable values left out."_s), !setAside);
     packages.notifyPackageStatuses();
     QVERIFY(f.settings.stringListValue(CatalogueSettings::notifiedPackages).isEmpty());
-}
-
-void PackagesTest::iconsAreDownloadedAndCached()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    const QSignalSpy changed(&packages, &BrevokPackages::packagesIconsChanged);
-    const QString address = u"https://icons.test/a/b/one.png?x=1"_s;
-    const QJsonArray list{Fixture::package(u"A"_s, u"P"_s, address),
-        Fixture::package(u"B"_s, u"Q"_s, u"https://icons.test/two.png"_s), Fixture::package(u"C"_s, u"R"_s)};
-    packages.updateWithArray(list);
-    QCOMPARE(f.service.files.size(), 2);
-    QCOMPARE(f.service.files[0].url, QUrl(address));
-    QVERIFY(packages.packagesIcons().value(u"A"_s).isGeneric());
-
-    f.answerFile(200, png);
-    QCOMPARE(changed.size(), 1);
-    QCOMPARE(packages.packagesIcons().value(u"A"_s).data, png);
-    f.answerFile(200, "no image");
-    QCOMPARE(changed.size(), 1);
-    QVERIFY(packages.packagesIcons().value(u"B"_s).isGeneric());
-    QCOMPARE(f.iconPath(u"A"_s), f.dataFolder + u"/one.png"_s);
-    QCOMPARE(f.iconPath(u"B"_s), f.dataFolder + u"/two.png"_s);
-    QFile file(f.iconPath(u"A"_s));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), png);
-
-    // The next list forgets the path and fetches again; what is shown stays.
-    packages.updateWithArray(list);
-    QVERIFY(f.iconPath(u"A"_s).isEmpty());
-    QCOMPARE(packages.packagesIcons().value(u"A"_s).data, png);
-    QCOMPARE(f.service.files.size(), 2);
-    // A path that the service gives itself is used in place of a download.
-    packages.updateWithArray({Fixture::with(
-        Fixture::package(u"B"_s, u"Q"_s, address), u"IconPath"_s, f.dataFolder + u"/one.png"_s)});
-    QCOMPARE(f.service.files.size(), 2);
-    QCOMPARE(packages.packagesIcons().value(u"B"_s).data, png);
-}
-
-void PackagesTest::iconsThatCannotBeCached_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<bool>("failed");
-    QTest::addColumn<bool>("shown");
-    QTest::addRow("transport error") << u"https://x/a.png"_s << png << true << false;
-    QTest::addRow("empty") << u"https://x/a.png"_s << QByteArray() << false << false;
-    QTest::addRow("parent for name") << u"https://x/y/%2E%2E"_s << png << false << true;
-    QTest::addRow("no name") << u"https://x/"_s << png << false << true;
-    QTest::addRow("folder in the way") << u"https://x/taken"_s << png << false << true;
-}
-
-void PackagesTest::iconsThatCannotBeCached()
-{
-    QFETCH(QString, address);
-    QFETCH(QByteArray, body);
-    QFETCH(bool, failed);
-    QFETCH(bool, shown);
-    Fixture f;
-    QVERIFY(QDir().mkpath(f.dataFolder + u"/taken"_s));
-    f.start().updateWithArray({Fixture::package(u"A"_s, u"P"_s, address)});
-    f.answerFile(200, body, failed ? std::optional(BrevokError{}) : std::nullopt);
-    QCOMPARE(!f.packages->packagesIcons().value(u"A"_s).isGeneric(), shown);
-    QVERIFY(f.iconPath(u"A"_s).isEmpty());
-    QCOMPARE(QDir(f.dataFolder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"taken"_s});
-}
-
-void PackagesTest::manyIconsAreDownloadedFewAtATime()
-{
-    Fixture f;
-    QVERIFY(writeFile(f.dataFolder, "a file in place of the folder"));
-    QJsonArray list{Fixture::package(u"local"_s, u"P"_s, u"file:///etc/hostname"_s)};
-    for (int i = 0; i < 100; ++i) {
-        list.append(Fixture::package(u"p%1"_s.arg(i), u"P"_s, u"https://x/%1.png"_s.arg(i)));
-    }
-    f.start().updateWithArray(list);
-    int answered = 0;
-    while (!f.service.files.isEmpty()) {
-        QVERIFY(f.service.files.size() <= 8);
-        f.answerFile(200, png);
-        ++answered;
-    }
-    QCOMPARE(answered, 100);
-    QVERIFY(!f.packages->packagesIcons().value(u"p99"_s).isGeneric());
-    QVERIFY(f.iconPath(u"p99"_s).isEmpty());
-}
-
-void PackagesTest::storedIconsAreLoaded()
-{
-    Fixture f;
-    QVERIFY(writeFile(f.dataFolder + u"/good.png"_s, png));
-    QVERIFY(writeFile(f.dataFolder + u"/bad.png"_s, "text"));
-    QFile large(f.dataFolder + u"/large.png"_s);
-    QVERIFY(large.open(QIODevice::WriteOnly) && large.write(png) && large.resize(qint64{9} * 1024 * 1024));
-    QJsonObject stored;
-    for (const QString &name : {u"good"_s, u"bad"_s, u"large"_s, u"missing"_s}) {
-        stored.insert(name,
-            Fixture::with(
-                Fixture::package(name, u"P"_s), u"IconPath"_s, f.dataFolder + u'/' + name + u".png"_s));
-    }
-    stored.insert(u"dir"_s, Fixture::with(Fixture::package(u"dir"_s, u"P"_s), u"IconPath"_s, f.dataFolder));
-    stored.insert(
-        u"zero"_s, Fixture::with(Fixture::package(u"zero"_s, u"P"_s), u"IconPath"_s, u"/dev/zero"_s));
-    stored.insert(u"odd"_s, Fixture::with(Fixture::package(u"odd"_s, u"P"_s), u"IconPath"_s, 8));
-    f.archive(CatalogueSettings::packagesData, stored);
-    const QHash<QString, PackageIcon> icons = f.start().packagesIcons();
-    QCOMPARE(icons.size(), stored.size());
-    for (auto icon = icons.cbegin(); icon != icons.cend(); ++icon) {
-        QCOMPARE(icon->isGeneric(), icon.key() != u"good");
-    }
-}
-
-void PackagesTest::iconFileNames_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("name");
-    QTest::addRow("plain") << u"https://x/y/icon.png"_s << u"icon.png"_s;
-    QTest::addRow("encoded") << u"https://x/my%20icon.png?v=2#a"_s << u"my icon.png"_s;
-    QTest::addRow("folder") << u"https://x/y/"_s << QString();
-    QTest::addRow("parent") << u"https://x/y/%2E%2E"_s << QString();
-    QTest::addRow("separator") << u"https://x/..%2f..%2fetc"_s << u"etc"_s;
-    QTest::addRow("zero") << u"https://x/a%00b"_s << QString();
-    QTest::addRow("folder of archives") << u"https://x/160"_s << QString();
-    QTest::addRow("empty") << QString() << QString();
-}
-
-void PackagesTest::iconFileNames()
-{
-    QFETCH(QString, address);
-    QFETCH(QString, name);
-    QCOMPARE(iconFileName(address), name);
-}
-
-void PackagesTest::imagesAreRecognised_data()
-{
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<bool>("image");
-    QTest::addRow("png") << png << true;
-    QTest::addRow("jpeg") << QByteArray("\xff\xd8\xff\xe0") << true;
-    QTest::addRow("gif") << QByteArray("GIF89a...") << true;
-    QTest::addRow("bmp") << QByteArray("BM....") << true;
-    QTest::addRow("tiff, little") << QByteArray("II*\0....", 8) << true;
-    QTest::addRow("tiff, big") << QByteArray("MM\0*....", 8) << true;
-    QTest::addRow("webp") << QByteArray("RIFF\1\2\3\4WEBPVP8 ") << true;
-    QTest::addRow("wave") << QByteArray("RIFF\1\2\3\4WAVEfmt ") << false;
-    QTest::addRow("icns") << QByteArray("icns....") << true;
-    QTest::addRow("svg") << QByteArray("\xef\xbb\xbf\n<svg xmlns=''/>") << true;
-    QTest::addRow("svg in xml") << QByteArray("<?xml version='1.0'?><svg/>") << true;
-    QTest::addRow("other xml") << QByteArray("<?xml version='1.0'?><plist/>") << false;
-    QTest::addRow("page") << QByteArray("<html>Not found") << false;
-    QTest::addRow("short") << QByteArray("\x89P") << false;
-    QTest::addRow("empty") << QByteArray() << false;
-}
-
-void PackagesTest::imagesAreRecognised()
-{
-    QFETCH(QByteArray, data);
-    QFETCH(bool, image);
-    QCOMPARE(looksLikeImage(data), image);
 }
 
 void PackagesTest::statusesFollowEveryChange()

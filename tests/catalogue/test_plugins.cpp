@@ -20,20 +20,6 @@ namespace {
 constexpr auto notDictionary = "plugin is not nsdirectory!";
 constexpr auto incomplete = "incomming plugin package do not containe necessary data!";
 
-QStringList versionsAndHosts(const BrevokPlugins &plugins, const QString &prefix)
-{
-    QStringList lines;
-    for (const DefinitionPtr &definition : plugins.pluginIndex().value(prefix)) {
-        lines << buildKey(definition->record);
-    }
-    return lines;
-}
-
-QJsonArray queueOf(const QString &path)
-{
-    return {QJsonArray{u"removeStart"_s, path}};
-}
-
 } // namespace
 
 class PluginsTest : public QObject {
@@ -57,13 +43,6 @@ private Q_SLOTS:
     void repliesAreHandled();
     void unreachableServiceIsNotAsked();
     void timerAsksAgain();
-    void definitionsSurviveARestart();
-    void rubbishIsSetAside_data();
-    void rubbishIsSetAside();
-    void wrongShapesInsideAreLeftOut();
-    void unfinishedActionsAreAskedAbout_data();
-    void unfinishedActionsAreAskedAbout();
-    void changesAreStoredBeforeTheyAreAnnounced();
     void veryLongListsAreTaken();
 };
 
@@ -150,7 +129,7 @@ void PluginsTest::oneDefinitionPerBuild()
     QCOMPARE(shared->record.value(PluginKeys::prefixes).toArray(), (QJsonArray{u"P"_s, u"Q"_s}));
 
     plugins.change([&] {
-        shared->record.insert(PluginKeys::commandQueue, queueOf(u"/a"_s));
+        shared->record.insert(PluginKeys::commandQueue, Fixture::queueOf(u"/a"_s));
         shared->record.insert(PluginKeys::savedVersion, u"1"_s);
     });
     Record again = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/new.zip"_s);
@@ -159,7 +138,7 @@ void PluginsTest::oneDefinitionPerBuild()
     QCOMPARE(shared->record.value(PluginKeys::link).toString(), u"https://x/new.zip"_s);
     QCOMPARE(shared->record.value(PluginKeys::size).toInt(), 99);
     QCOMPARE(shared->record.value(PluginKeys::published).toString(), u"2024-01-01"_s);
-    QCOMPARE(shared->record.value(PluginKeys::commandQueue).toArray(), queueOf(u"/a"_s));
+    QCOMPARE(shared->record.value(PluginKeys::commandQueue).toArray(), Fixture::queueOf(u"/a"_s));
     QCOMPARE(shared->record.value(PluginKeys::savedVersion).toString(), u"1"_s);
     QCOMPARE(plugins.pluginIndex().value(u"Q"_s), QList{shared});
 }
@@ -171,7 +150,7 @@ void PluginsTest::newVersionTakesThePlaceOfTheOld()
     const Record other = Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140);
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), other});
     plugins.updateWithArray({other, Fixture::build(u"A"_s, u"P"_s, u"2"_s, 140)});
-    QCOMPARE(versionsAndHosts(plugins, u"P"_s), (QStringList{u"140:A_2"_s, u"140:B_1"_s}));
+    QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), (QStringList{u"140:A_2"_s, u"140:B_1"_s}));
     QVERIFY(plugins.definition(u"140:A_1"_s));
 }
 
@@ -180,7 +159,7 @@ void PluginsTest::serviceCannotSetLocalState()
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
     Record record = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
-    record = Fixture::with(record, u"CommandQueue"_s, queueOf(u"/etc"_s));
+    record = Fixture::with(record, u"CommandQueue"_s, Fixture::queueOf(u"/etc"_s));
     record = Fixture::with(record, u"SavedVersion"_s, u"1"_s);
     record = Fixture::with(record, u"Prefixes"_s, 7);
     plugins.updateWithArray({Fixture::with(record, u"Unknown"_s, QJsonArray{1, u"x"_s})});
@@ -214,11 +193,11 @@ void PluginsTest::unlistedBuildsAreDropped()
         Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"Z"_s, u"Q"_s, u"1"_s, 140)});
     bool seenByObservers = false;
     connect(&plugins, &BrevokPlugins::pluginsChanged, this,
-        [&] { seenByObservers = versionsAndHosts(plugins, u"P"_s).contains(u"140:B_1"_s); });
+        [&] { seenByObservers = Fixture::buildsOf(plugins, u"P"_s).contains(u"140:B_1"_s); });
     plugins.updateWithArray(reply);
     QVERIFY(seenByObservers);
-    QCOMPARE(versionsAndHosts(plugins, u"P"_s), left);
-    QCOMPARE(versionsAndHosts(plugins, u"Q"_s), QStringList{u"140:Z_1"_s});
+    QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), left);
+    QCOMPARE(Fixture::buildsOf(plugins, u"Q"_s), QStringList{u"140:Z_1"_s});
     QVERIFY(plugins.definition(u"140:B_1"_s));
     QCOMPARE(f.stored(CatalogueSettings::pluginsData).value("P"_L1).toArray().size(), left.size());
 }
@@ -357,164 +336,6 @@ void PluginsTest::timerAsksAgain()
     plugins.updateTimer()->start(0);
     QTRY_COMPARE(f.service.lists.size(), 1);
     QVERIFY(!plugins.updateTimer()->isActive());
-}
-
-void PluginsTest::definitionsSurviveARestart()
-{
-    Fixture f;
-    {
-        BrevokPlugins plugins(f.settings, f.service, f.alerts);
-        QCOMPARE(BrevokPlugins::plugins(), &plugins);
-        f.service.answerList(Fixture::good({Fixture::with(Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
-                                                u"Unknown"_s, QJsonObject{{u"x"_s, 1}}),
-            Fixture::build(u"A"_s, u"Q"_s, u"1"_s, 140)}));
-    }
-    QVERIFY(!BrevokPlugins::plugins());
-    QVERIFY(f.settings.synchronizations > 0);
-    const BrevokPlugins plugins(f.settings, f.service, f.alerts);
-    const DefinitionPtr shared = plugins.definition(u"140:A_1"_s);
-    QVERIFY(shared);
-    QCOMPARE(shared->record.value("Unknown"_L1).toObject(), (QJsonObject{{u"x"_s, 1}}));
-    QCOMPARE(shared->record.value(PluginKeys::hostVersion).toInt(), 140);
-    QCOMPARE(plugins.pluginIndex().value(u"Q"_s), QList{shared});
-    QCOMPARE(plugins.snapshot().value(u"P"_s), QList{shared->record});
-}
-
-void PluginsTest::rubbishIsSetAside_data()
-{
-    QTest::addColumn<QVariant>("value");
-    const QByteArray whole = archived(QJsonObject{{u"P"_s, QJsonArray()}});
-    QTest::addRow("bytes") << QVariant(QByteArray("bplist00\x01\x02"));
-    QTest::addRow("cut short") << QVariant(whole.chopped(1));
-    QTest::addRow("empty") << QVariant(QByteArray());
-    QTest::addRow("list") << QVariant(archived(QJsonArray{1, 2}));
-    QTest::addRow("text") << QVariant(u"hello"_s);
-    QTest::addRow("number") << QVariant(17);
-    QTest::addRow("date") << QVariant(QDateTime::currentDateTimeUtc());
-}
-
-void PluginsTest::rubbishIsSetAside()
-{
-    QFETCH(QVariant, value);
-    Fixture f;
-    f.settings.values.insert(CatalogueSettings::pluginsData, value);
-    f.settings.values.insert(CatalogueSettings::pluginsUpdateDate, value);
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
-    QCOMPARE(f.settings.keysSetAside, QStringList{CatalogueSettings::pluginsData});
-    QVERIFY(plugins.pluginIndex().isEmpty());
-    f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140)}));
-    QCOMPARE(plugins.pluginIndex().size(), 1);
-    QVERIFY(f.settings.dateValue(CatalogueSettings::pluginsUpdateDate).secsTo(QDateTime::currentDateTimeUtc())
-        < 3600);
-}
-
-void PluginsTest::wrongShapesInsideAreLeftOut()
-{
-    Fixture f;
-    const Record good = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
-    Record odd = Fixture::with(good, u"Name"_s, u"B"_s);
-    for (const char *key : {"CommandQueue", "Prefixes", "SavedVersion"}) {
-        odd = Fixture::with(odd, QString::fromLatin1(key), 5);
-    }
-    const QJsonArray queue{7, QJsonArray(), QJsonArray{1, 2}, queueOf(u"/a"_s)[0]};
-    f.archive(CatalogueSettings::pluginsData,
-        QJsonObject{{u"N"_s, 3}, {u"O"_s, QJsonObject{{u"x"_s, good}}},
-            {u"P"_s,
-                QJsonArray{1, u"x"_s, QJsonValue(), QJsonArray{good}, QJsonObject(), good, odd,
-                    Fixture::with(Fixture::with(good, u"Name"_s, u"C"_s), u"HostVersion"_s, u"150"_s),
-                    Fixture::with(Fixture::with(good, u"Name"_s, u"D"_s), u"CommandQueue"_s, queue)}}});
-    const LogCapture log;
-    const BrevokPlugins plugins(f.settings, f.service, f.alerts);
-    QVERIFY(LogCapture::contains(u"Stored plug-in definitions: 11 unusable values left out."_s));
-    QCOMPARE(plugins.pluginIndex().keys(), QStringList{u"P"_s});
-    QCOMPARE(versionsAndHosts(plugins, u"P"_s),
-        (QStringList{u"140:A_1"_s, u"140:B_1"_s, u"150:C_1"_s, u"140:D_1"_s}));
-    const Record repaired = plugins.definition(u"140:B_1"_s)->record;
-    QCOMPARE(repaired.value(PluginKeys::prefixes).toArray(), QJsonArray{u"P"_s});
-    QVERIFY(!repaired.contains(PluginKeys::commandQueue) && !repaired.contains(PluginKeys::savedVersion));
-    QVERIFY(plugins.pluginWithPrefix(u"P"_s, u"150"_s));
-    QCOMPARE(f.presenter.shown.size(), 1); // the one usable command
-    QVERIFY(f.settings.keysSetAside.isEmpty());
-}
-
-void PluginsTest::unfinishedActionsAreAskedAbout_data()
-{
-    QTest::addColumn<bool>("queued");
-    QTest::addColumn<int>("answer");
-    QTest::addColumn<bool>("kept");
-    QTest::addRow("nothing to ask") << false << alertFirstButton << false;
-    QTest::addRow("discard") << true << alertFirstButton << false;
-    QTest::addRow("not shown") << true << alertNotShown << true;
-    QTest::addRow("second button") << true << alertSecondButton << true;
-}
-
-void PluginsTest::unfinishedActionsAreAskedAbout()
-{
-    QFETCH(bool, queued);
-    QFETCH(int, answer);
-    QFETCH(bool, kept);
-    Fixture f;
-    f.presenter.answer = answer;
-    bool askedBeforeRequest = true;
-    f.presenter.whileShown = [&](const AlertContent &) {
-        askedBeforeRequest = f.service.lists.isEmpty();
-    };
-    Record one = Fixture::with(Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), u"SavedVersion"_s, u"1"_s);
-    one = Fixture::with(one, u"CommandQueue"_s, queued ? queueOf(u"/a"_s) : QJsonArray());
-    const Record two =
-        Fixture::with(Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), u"SavedVersion"_s, u"Downloading"_s);
-    f.archive(CatalogueSettings::pluginsData, QJsonObject{{u"P"_s, QJsonArray{one, two}}});
-    const LogCapture log;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
-
-    QCOMPARE(f.presenter.shown.size(), queued ? 1 : 0);
-    QVERIFY(askedBeforeRequest);
-    QCOMPARE(plugins.hasUnfinishedActions(), kept);
-    QVERIFY(!plugins.definition(u"140:B_1"_s)->record.contains(PluginKeys::savedVersion));
-    QVERIFY(plugins.definition(u"140:A_1"_s)->record.contains(PluginKeys::savedVersion));
-    if (queued) {
-        const AlertContent &shown = f.presenter.shown[0];
-        QCOMPARE(shown.style, AlertStyle::Informational);
-        QCOMPARE(shown.messageText,
-            u"Installer detected one or more unfinished actions. Do you want to finish or discard those actions?"_s);
-        QCOMPARE(shown.informativeText,
-            u"Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session."_s);
-        QCOMPARE(shown.buttons.size(), 2);
-        QCOMPARE(shown.buttons[0].title, u"Discard Actions"_s);
-        QCOMPARE(shown.buttons[1].title, u"Finish Actions"_s);
-        QVERIFY(shown.buttons[0].enabled && !shown.buttons[1].enabled);
-    }
-    plugins.discardActions();
-    QVERIFY(!plugins.hasUnfinishedActions());
-    for (const QJsonValue definition : f.stored(CatalogueSettings::pluginsData).value("P"_L1).toArray()) {
-        QVERIFY(!definition.toObject().contains(PluginKeys::commandQueue));
-    }
-}
-
-void PluginsTest::changesAreStoredBeforeTheyAreAnnounced()
-{
-    Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
-    plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140)});
-    QStringList order;
-    const auto savedVersion = [&] {
-        return f.stored(CatalogueSettings::pluginsData)
-            .value("P"_L1)
-            .toArray()[0]
-            .toObject()
-            .value("SavedVersion"_L1)
-            .toString(u"none"_s);
-    };
-    connect(&plugins, &BrevokPlugins::pluginsWillChange, this, [&] { order << u"will "_s + savedVersion(); });
-    connect(&plugins, &BrevokPlugins::pluginsChanged, this, [&] { order << u"did "_s + savedVersion(); });
-    const int written = f.settings.synchronizations;
-    plugins.change(
-        [&] { plugins.definition(u"140:A_1"_s)->record.insert(PluginKeys::savedVersion, u"Downloading"_s); });
-    QCOMPARE(order, (QStringList{u"will none"_s, u"did Downloading"_s}));
-    QCOMPARE(f.settings.synchronizations, written + 1);
-    plugins.announceChange();
-    QCOMPARE(order.mid(2), (QStringList{u"will Downloading"_s, u"did Downloading"_s}));
-    QCOMPARE(f.settings.synchronizations, written + 1);
 }
 
 void PluginsTest::veryLongListsAreTaken()

@@ -1,18 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "alerts/BrevokAlertQueue.h"
 #include "foundation/Log.h"
-#include "platform/SelfUpdater.h"
-#include "service/BrevokSession.h"
-#include "service/Connectivity.h"
-#include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
-#include "support/FakeRouteLookup.h"
+#include "SessionStage.h"
 #include "support/LogCapture.h"
-#include "support/MemorySettingsStore.h"
-#include "support/ScriptedAlertPresenter.h"
-#include "support/servers/FaultServer.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -21,95 +13,9 @@
 using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
+using Stage = SessionStage;
 
 namespace {
-
-const QString signinPath = u"/api/machine/signin"_s;
-const QString signoutPath = u"/api/machine/signout"_s;
-const QString dataKey = u"OrlecSessionData"_s;
-const QString password = u"pass wörd\""_s;
-
-constexpr int otherAction = 7;
-
-class CountingUpdater final : public SelfUpdater {
-public:
-    int checks = 0;
-    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
-    void setAutomaticallyChecksForUpdates(bool) override { }
-    void checkForUpdates() override { }
-    void checkForUpdatesInBackground() override { ++checks; }
-};
-
-// A session with all that it needs, against a server that the test scripts.
-struct Stage {
-    explicit Stage(int timeoutMs = 20000, const Record &stored = {},
-        const TestIdentity &identity = TestCertificates::shared().valid())
-        : server(identity)
-        , network({.baseUrl = server.url(),
-              .extraAuthorities = TestCertificates::shared().authorities(),
-              .reachabilityHost = u"public.example"_s,
-              .requestTimeoutMs = timeoutMs})
-        , connectivity(network, routes)
-        , queue(presenter, panel)
-    {
-        if (!stored.isEmpty()) {
-            settings.values.insert(dataKey, archived(stored));
-        }
-        session = std::make_unique<BrevokSession>(settings, network, connectivity, queue, updater);
-        QObject::connect(session.get(), &BrevokSession::actionFinished, session.get(),
-            [this](int action, bool ok, const QString &message) {
-                ++ended;
-                lastAction = action;
-                succeeded = ok;
-                told = message;
-            });
-        QObject::connect(
-            session.get(), &BrevokSession::statusWillChange, session.get(), [this] { ++willChange; });
-        QObject::connect(session.get(), &BrevokSession::statusChanged, session.get(), [this] { ++changed; });
-    }
-
-    static Record signedIn()
-    {
-        return {{u"SessionId"_s, u"held-id"_s}, {u"orlecId"_s, u"ada@example.com"_s}, {u"later"_s, 7}};
-    }
-    [[nodiscard]] Record stored() const
-    {
-        return unarchived(settings.values.value(dataKey).toByteArray()).toObject();
-    }
-    void request(int action)
-    {
-        if (action == SessionSignin) {
-            session->signinWithID(u"ada@example.com"_s, password);
-        } else if (action == SessionSignout) {
-            session->signout();
-        } else {
-            session->connectToURL(server.url(u"/other"_s), u"GET"_s, action, true, false, {}, false);
-        }
-    }
-    [[nodiscard]] QString shownText(qsizetype index) const
-    {
-        return index < presenter.shown.size() ? presenter.shown.at(index).messageText.value_or(u"-"_s) + u'|'
-                + presenter.shown.at(index).informativeText.value_or(QString())
-                                              : QString();
-    }
-
-    FaultServer server;
-    MemorySettingsStore settings;
-    FakeRouteLookup routes;
-    ScriptedAlertPresenter presenter;
-    RecordingPanel panel;
-    NetworkFactory network;
-    Connectivity connectivity;
-    BrevokAlertQueue queue;
-    CountingUpdater updater;
-    std::unique_ptr<BrevokSession> session;
-    int ended = 0;
-    int lastAction = -1;
-    bool succeeded = false;
-    QString told;
-    int willChange = 0;
-    int changed = 0;
-};
 
 RawHeaders withoutTransport(const Request &request)
 {
@@ -147,18 +53,9 @@ private Q_SLOTS:
     void replies();
     void forcedSignout_data();
     void forcedSignout();
-    void unreachable_data();
-    void unreachable();
-    void silentServerIsAskedThrice();
-    void lastTryCounts();
-    void brokenTransfers_data();
-    void brokenTransfers();
-    void certificates_data();
-    void certificates();
     void recordIsWrittenBetweenRequestsOnly();
     void storedRecords_data();
     void storedRecords();
-    void redirectsLeadNowhereElse();
     void logHoldsNoSecrets();
 
 private:
@@ -342,120 +239,6 @@ void TestSession::forcedSignout()
     QVERIFY(stage.shownText(0).endsWith(u"You have been logged out!\nPlease try to sign-in again."_s));
 }
 
-void TestSession::unreachable_data()
-{
-    QTest::addColumn<bool>("verbose");
-    QTest::newRow("told") << true;
-    QTest::newRow("silent") << false;
-}
-
-void TestSession::unreachable()
-{
-    QFETCH(bool, verbose);
-    Stage stage(20000, Stage::signedIn());
-    stage.routes.flags.reset();
-    stage.session->connectToURL(
-        stage.server.url(signoutPath), u"POST"_s, SessionSignout, true, false, {}, verbose);
-    QCOMPARE(stage.ended, 0);
-    QCOMPARE(stage.changed, 1);
-    QCOMPARE(stage.shownText(0),
-        verbose ? u"Connection Error|Network is unreachable. Is your internet connection down?"_s
-                : QString());
-    QTRY_COMPARE(stage.ended, 1);
-    QVERIFY(!stage.succeeded && stage.told.startsWith(u"Network is unreachable"_s));
-    QCOMPARE(stage.session->sessionId(), u"held-id"_s);
-    QVERIFY(stage.server.requests().isEmpty());
-}
-
-void TestSession::silentServerIsAskedThrice()
-{
-    Stage stage(2000, Stage::signedIn());
-    stage.server.on(signoutPath, Response::silent());
-    bool updatingWhileTold = false;
-    stage.presenter.whileShown = [&](const AlertContent &) {
-        updatingWhileTold = stage.session->isUpdating();
-    };
-    stage.session->signout();
-    QTRY_VERIFY_WITH_TIMEOUT(stage.ended == 1 && !stage.session->isUpdating(), 60000);
-    QVERIFY(!stage.succeeded && updatingWhileTold);
-    QCOMPARE(stage.server.requests(signoutPath).size(), 3);
-    QCOMPARE(stage.server.requests().at(2).headers, stage.server.requests().at(0).headers);
-    QCOMPARE(stage.presenter.shown.size(), 1);
-    QCOMPARE(LogCapture::count(
-                 u"Session connection to: \"%1\" failed!"_s.arg(stage.server.url(signoutPath).toString())),
-        3);
-    QCOMPARE(stage.changed, 4);
-    QCOMPARE(stage.session->sessionId(), u"held-id"_s); // no reply handler ran
-}
-
-void TestSession::lastTryCounts()
-{
-    Stage stage(2000);
-    stage.server.on(signinPath, [&](const Request &) {
-        return stage.server.requests().size() < 3 ? Response::silent()
-                                                  : Response::ok(R"({"ErrorCode":0,"SessionId":"late"})");
-    });
-    stage.request(SessionSignin);
-    QTRY_COMPARE_WITH_TIMEOUT(stage.ended, 1, 60000);
-    QVERIFY(stage.succeeded);
-    QCOMPARE(stage.session->sessionId(), u"late"_s);
-    QVERIFY(stage.presenter.shown.isEmpty());
-}
-
-void TestSession::brokenTransfers_data()
-{
-    QTest::addColumn<Response>("response");
-    const QByteArray body = R"({"ErrorCode":0,"SessionId":"id"})";
-    QTest::newRow("reset") << Response::reset();
-    QTest::newRow("not HTTP") << Response::garbage("\x16\x03 what?\r\n\r\n");
-    QTest::newRow("cut short") << Response{.body = body, .fault = Response::Fault::Close, .faultAfter = 10};
-    QTest::newRow("cut short in chunks") << Response{.body = body,
-        .framing = Response::Framing::Chunked,
-        .fault = Response::Fault::Close,
-        .faultAfter = body.size()};
-    QTest::newRow("endless") << Response{.body = QByteArray(1024, ' '), .repeat = qint64{1024} * 1024};
-    QTest::newRow("redirect loop") << Response::redirect(signinPath.toLatin1(), 307);
-}
-
-void TestSession::brokenTransfers()
-{
-    QFETCH(Response, response);
-    Stage stage(20000, Stage::signedIn());
-    stage.server.on(signinPath, response);
-    stage.request(SessionSignin);
-    QTRY_VERIFY_WITH_TIMEOUT(stage.ended == 1 && !stage.session->isUpdating(), 20000);
-    QVERIFY(!stage.succeeded);
-    QVERIFY(!stage.told.isEmpty());
-    QCOMPARE(stage.presenter.shown.size(), 1);
-    QCOMPARE(stage.presenter.shown.at(0).messageText, stage.told);
-    QCOMPARE(stage.session->sessionId(), u"held-id"_s);
-}
-
-void TestSession::certificates_data()
-{
-    QTest::addColumn<TestIdentity>("identity");
-    static const TestCertificates stranger;
-    QTest::newRow("expired") << TestCertificates::shared().expired();
-    QTest::newRow("other host") << TestCertificates::shared().otherHost();
-    QTest::newRow("unknown authority") << stranger.valid();
-}
-
-void TestSession::certificates()
-{
-    QFETCH(TestIdentity, identity);
-    setLogLevel(1);
-    Stage stage(20000, {}, identity);
-    stage.server.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":"id"})"));
-    stage.request(SessionSignin);
-    QTRY_VERIFY(stage.ended == 1 && !stage.session->isUpdating());
-    QVERIFY(!stage.succeeded);
-    QVERIFY(stage.server.requests().isEmpty()); // the password never left
-    QCOMPARE(stage.presenter.shown.size(), 1);
-    QCOMPARE(LogCapture::count(u"Called connection:didReceiveAuthenticationChallenge:"_s), 1);
-    QVERIFY(LogCapture::contains(u"  host:                       localhost"_s));
-    QVERIFY(!LogCapture::mentions(u"Trying to use credential"_s));
-}
-
 void TestSession::recordIsWrittenBetweenRequestsOnly()
 {
     Stage stage;
@@ -500,18 +283,6 @@ void TestSession::storedRecords()
     QTEST(session.sessionId(), "sessionId");
     QCOMPARE(stage.settings.keysSetAside, setAside ? QStringList{dataKey} : QStringList());
     QVERIFY(!session.description().contains(u"held-id"_s));
-}
-
-void TestSession::redirectsLeadNowhereElse()
-{
-    FaultServer elsewhere;
-    elsewhere.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":"stolen"})"));
-    Stage stage;
-    stage.server.on(signinPath, Response::redirect(elsewhere.url(signinPath).toEncoded(), 307));
-    stage.request(SessionSignin);
-    QTRY_VERIFY(stage.ended == 1 && !stage.session->isUpdating());
-    QVERIFY(!stage.succeeded);
-    QVERIFY(elsewhere.requests().isEmpty());
 }
 
 void TestSession::logHoldsNoSecrets()

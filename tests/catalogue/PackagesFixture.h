@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "catalogue/BrevokPackages.h"
+#include "CatalogueFixture.h"
+#include "support/FakePlatform.h"
+#include "support/SampleBundles.h"
+#include "targets/BrevokTargetApps.h"
+
+#include <QTemporaryDir>
+
+namespace brevok::testing {
+
+/// The packages with all that they need, in memory and in a scratch folder.
+struct PackagesFixture : CatalogueFixture {
+    QTemporaryDir folder;
+    FakeApplicationSearch search;
+    BrevokTargetApps targets{settings, search};
+    BrevokPlugins plugins{settings, service, alerts};
+    QString dataFolder = folder.path() + QStringLiteral("/data");
+    std::unique_ptr<BrevokPackages> packages;
+
+    BrevokPackages &start()
+    {
+        packages.reset();
+        service.lists.clear();
+        packages = std::make_unique<BrevokPackages>(
+            BrevokPackages::Collaborators{settings, service, alerts, plugins, targets, dataFolder, {}});
+        return *packages;
+    }
+    void answerFile(int status, const QByteArray &body, std::optional<BrevokError> error = {})
+    {
+        const FakeServiceClient::FileRequest request = service.files.takeFirst();
+        request.handler({.status = status, .body = body, .headers = {}, .error = std::move(error)});
+    }
+    [[nodiscard]] QStringList names() const
+    {
+        QStringList names;
+        for (const Record &record : packages->packageRecords()) {
+            names << record.value(PackageKeys::name).toString();
+        }
+        return names;
+    }
+    [[nodiscard]] QString iconPath(const QString &name) const
+    {
+        const Record record = stored(CatalogueSettings::packagesData).value(name).toObject();
+        return record.value(PackageKeys::iconPath).toString();
+    }
+    /// A target with version 140 in which the plug-in @p name is installed.
+    QString target(const QString &name, const QString &version)
+    {
+        QString path = folder.path() + QStringLiteral("/App/Plug-Ins/");
+        writeInstalledPlugin(path, name, version, QStringLiteral("14.0"));
+        targets.insertTarget(path, QStringLiteral("InDesign"), QStringLiteral("140"));
+        return path;
+    }
+};
+
+} // namespace brevok::testing

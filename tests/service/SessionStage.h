@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/BrevokAlertQueue.h"
+#include "platform/SelfUpdater.h"
+#include "service/BrevokSession.h"
+#include "service/Connectivity.h"
+#include "service/NetworkFactory.h"
+#include "service/ReplyDecoding.h"
+#include "support/FakeRouteLookup.h"
+#include "support/MemorySettingsStore.h"
+#include "support/ScriptedAlertPresenter.h"
+#include "support/servers/FaultServer.h"
+
+namespace brevok::testing {
+
+inline const QString signinPath = QStringLiteral("/api/machine/signin");
+inline const QString signoutPath = QStringLiteral("/api/machine/signout");
+inline const QString dataKey = QStringLiteral("OrlecSessionData");
+inline const QString password = QStringLiteral(u"pass wörd\"");
+
+inline constexpr int otherAction = 7;
+
+class CountingUpdater final : public SelfUpdater {
+public:
+    int checks = 0;
+    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
+    void setAutomaticallyChecksForUpdates(bool) override { }
+    void checkForUpdates() override { }
+    void checkForUpdatesInBackground() override { ++checks; }
+};
+
+/// A session with all that it needs, against a server that the test scripts.
+struct SessionStage {
+    explicit SessionStage(int timeoutMs = 20000, const Record &stored = {},
+        const TestIdentity &identity = TestCertificates::shared().valid())
+        : server(identity)
+        , network({.baseUrl = server.url(),
+              .extraAuthorities = TestCertificates::shared().authorities(),
+              .reachabilityHost = QStringLiteral("public.example"),
+              .requestTimeoutMs = timeoutMs})
+        , connectivity(network, routes)
+        , queue(presenter, panel)
+    {
+        if (!stored.isEmpty()) {
+            settings.values.insert(dataKey, archived(stored));
+        }
+        session = std::make_unique<BrevokSession>(settings, network, connectivity, queue, updater);
+        QObject::connect(session.get(), &BrevokSession::actionFinished, session.get(),
+            [this](int action, bool ok, const QString &message) {
+                ++ended;
+                lastAction = action;
+                succeeded = ok;
+                told = message;
+            });
+        QObject::connect(
+            session.get(), &BrevokSession::statusWillChange, session.get(), [this] { ++willChange; });
+        QObject::connect(session.get(), &BrevokSession::statusChanged, session.get(), [this] { ++changed; });
+    }
+
+    static Record signedIn()
+    {
+        return {{QStringLiteral("SessionId"), QStringLiteral("held-id")},
+            {QStringLiteral("orlecId"), QStringLiteral("ada@example.com")}, {QStringLiteral("later"), 7}};
+    }
+    [[nodiscard]] Record stored() const
+    {
+        return unarchived(settings.values.value(dataKey).toByteArray()).toObject();
+    }
+    void request(int action)
+    {
+        if (action == SessionSignin) {
+            session->signinWithID(QStringLiteral("ada@example.com"), password);
+        } else if (action == SessionSignout) {
+            session->signout();
+        } else {
+            session->connectToURL(
+                server.url(QStringLiteral("/other")), QStringLiteral("GET"), action, true, false, {}, false);
+        }
+    }
+    [[nodiscard]] QString shownText(qsizetype index) const
+    {
+        return index < presenter.shown.size()
+            ? presenter.shown.at(index).messageText.value_or(QStringLiteral("-")) + u'|'
+                + presenter.shown.at(index).informativeText.value_or(QString())
+            : QString();
+    }
+
+    FaultServer server;
+    MemorySettingsStore settings;
+    FakeRouteLookup routes;
+    ScriptedAlertPresenter presenter;
+    RecordingPanel panel;
+    NetworkFactory network;
+    Connectivity connectivity;
+    BrevokAlertQueue queue;
+    CountingUpdater updater;
+    std::unique_ptr<BrevokSession> session;
+    int ended = 0;
+    int lastAction = -1;
+    bool succeeded = false;
+    QString told;
+    int willChange = 0;
+    int changed = 0;
+};
+
+} // namespace brevok::testing

@@ -1,0 +1,247 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Tasks.h"
+#include "service/Gzip.h"
+#include "ServiceStage.h"
+#include "support/SampleBundles.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+
+#include <sys/resource.h>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+using Framing = Response::Framing;
+using Fault = Response::Fault;
+
+class DownloadTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
+
+    void downloads_data();
+    void downloads();
+    void aDownloadCarriesNothingOfTheUser();
+    void aDownloadThatCannotBeStoredLeavesNothing_data();
+    void aDownloadThatCannotBeStoredLeavesNothing();
+    void leftoversGoButRunningDownloadsStay();
+    void aDownloadNobodyWaitsForIsGivenUp();
+    void gunzipWantsAllOfIt_data();
+    void gunzipWantsAllOfIt();
+};
+
+void DownloadTest::downloads_data()
+{
+    QTest::addColumn<Response>("response");
+    QTest::addColumn<qint64>("difference"); // of the expected size from the body's
+    QTest::addColumn<QString>("domain");
+    QTest::addColumn<int>("code");
+    const QByteArray body = sampleBody(3000000);
+    const QString none;
+    const QString transport = QString::fromLatin1(transportErrorDomain);
+    const QString content = QString::fromLatin1(connectionErrorDomain);
+    const auto row = [](const char *name, const Response &response, qint64 difference, const QString &domain,
+                         int code) {
+        QTest::newRow(name) << response << difference << domain << code;
+    };
+    row("plain", Response::ok(body), 0, none, 0);
+    row("chunked", {.body = body, .framing = Framing::Chunked}, 0, none, 0);
+    row("until close", {.body = body, .framing = Framing::UntilClose}, 0, none, 0);
+    row("gzip on the way", {.body = body, .gzip = true}, 0, none, 0);
+    row("empty", Response::ok({}), 0, none, 0);
+    row("redirect", Response::redirect("/elsewhere"), 3, none, 0);
+
+    row("one byte too long", Response::ok(body), -1, content, 200);
+    row("one byte too short", Response::ok(body), 1, content, 200);
+    row("empty, too short", Response::ok({}), 1, content, 200);
+    row("endless", {.body = body, .repeat = 1000000}, 5000000, content, 200);
+    row("cut short without a length",
+        {.body = body, .framing = Framing::UntilClose, .fault = Fault::Close, .faultAfter = 2000000}, 0,
+        content, 200);
+    row("404", Response::of(404, body), 0, content, 404);
+    row("404 without a word", Response::of(404), 0, content, 404);
+    row("500, endless", {.status = 500, .body = body, .repeat = 1000000}, 0, content, 500);
+    row("cut short", {.body = body, .fault = Fault::Close, .faultAfter = 2000000}, 0, transport, -1005);
+    row("cut short, gzip", {.body = body, .gzip = true, .fault = Fault::Close, .faultAfter = 2000000}, 0,
+        transport, -1005);
+    row("reset", {.body = body, .fault = Fault::Reset, .faultAfter = 2000000}, 0, transport, -1005);
+    row("silent", Response::silent(), 0, transport, timedOutCode);
+    row("stalls", {.body = body, .fault = Fault::Stall, .faultAfter = 2000000}, 0, transport, timedOutCode);
+    row("redirect loop", Response::redirect("/a.zip"), 0, transport, -1007);
+}
+
+void DownloadTest::downloads()
+{
+    QFETCH(Response, response);
+    QFETCH(qint64, difference);
+    QFETCH(QString, domain);
+    QFETCH(int, code);
+    Stage stage(TestCertificates::shared().valid(), code == timedOutCode ? shortTimeout : patient);
+    stage.server.on(u"/a.zip"_s, response);
+    stage.server.on(u"/elsewhere"_s, Response::ok("zip"));
+    const QTemporaryDir folder;
+    const QString destination = folder.filePath(u"a.zip"_s);
+    QVERIFY(writeFile(destination, "older"));
+
+    const qint64 expected = response.body.size() + difference;
+    const DownloadResult result = stage.download(stage.server.url(u"/a.zip"_s), destination, expected);
+    const BrevokError error = result.error.value_or(BrevokError());
+    QCOMPARE(error.domain, domain);
+    QCOMPARE(error.code, code);
+    QCOMPARE(result.stored, domain.isEmpty());
+
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"a.zip"_s});
+    QFile file(destination);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QByteArray whole = response.status == 302 ? "zip"_ba : response.body;
+    QCOMPARE(file.readAll(), result.stored ? whole : "older"_ba);
+    if (result.stored) {
+        QCOMPARE(result.received, expected);
+        QCOMPARE(stage.progress.last(), expected);
+        QVERIFY(std::is_sorted(stage.progress.cbegin(), stage.progress.cend()));
+    } else {
+        QVERIFY(result.received <= 10000000);
+    }
+}
+
+void DownloadTest::aDownloadCarriesNothingOfTheUser()
+{
+    Stage stage;
+    stage.sessionId = u"abc"_s;
+    stage.server.on(u"/list"_s, {.headers = {{"Set-Cookie", "lb=one"}}, .body = "[]"});
+    stage.server.on(u"/a.zip"_s, Response::ok("zip"));
+    stage.list(u"/list"_s);
+    const QTemporaryDir folder;
+    QVERIFY(stage.download(stage.server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 3).stored);
+    const Request request = stage.server.requests(u"/a.zip"_s).value(0);
+    QVERIFY(request.header("Cookie").isNull());
+    QVERIFY(request.header("X-Tolvane-Brevok-Version").isNull());
+}
+
+void DownloadTest::aDownloadThatCannotBeStoredLeavesNothing_data()
+{
+    QTest::addColumn<int>("code");
+    QTest::newRow("full disk") << EFBIG;
+    QTest::newRow("no folder") << ENOENT;
+    QTest::newRow("folder goes meanwhile") << ENOENT;
+    QTest::newRow("a folder has the name") << EISDIR;
+}
+
+void DownloadTest::aDownloadThatCannotBeStoredLeavesNothing()
+{
+    QFETCH(int, code);
+    const QByteArray row = QTest::currentDataTag();
+    Stage stage;
+    const QTemporaryDir scratch;
+    const QString folder = scratch.filePath(u"140"_s);
+    const QString destination = folder + u"/a.zip"_s;
+    QDir().mkpath(row == "a folder has the name" ? destination + u"/inside"_s : folder);
+    if (row == "no folder") {
+        QDir(folder).removeRecursively();
+    }
+    const QByteArray body = sampleBody(2000000);
+    stage.server.on(u"/a.zip"_s, [&](const Request &) {
+        if (row == "folder goes meanwhile") {
+            QDir(folder).removeRecursively();
+        }
+        return Response::ok(body);
+    });
+    // The system's limit for one file stands for the end of the disk.
+    rlimit before = {};
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    if (row == "full disk") {
+        std::signal(SIGXFSZ, SIG_IGN);
+        const rlimit small = {.rlim_cur = 1000000, .rlim_max = before.rlim_max};
+        ::setrlimit(RLIMIT_FSIZE, &small);
+    }
+    const DownloadResult result = stage.download(stage.server.url(u"/a.zip"_s), destination, body.size());
+    ::setrlimit(RLIMIT_FSIZE, &before);
+
+    QVERIFY(!result.stored);
+    const BrevokError error = result.error.value_or(BrevokError());
+    QCOMPARE(error.domain, QString::fromLatin1(fileErrorDomain));
+    QCOMPARE(error.code, code);
+    QVERIFY(QDir(folder).entryList(QDir::Files | QDir::Hidden).isEmpty());
+}
+
+void DownloadTest::leftoversGoButRunningDownloadsStay()
+{
+    Stage stage;
+    const QTemporaryDir folder;
+    const QString destination = folder.filePath(u"a.zip"_s);
+    QVERIFY(writeFile(destination + u".part-killed"_s, "half"));
+    QVERIFY(writeFile(folder.filePath(u"b.zip.part-killed"_s), "half"));
+    stage.server.on(u"/a.zip"_s, {.body = sampleBody(), .delayMs = 50});
+
+    HttpServiceClient client(
+        stage.network, [] { return QString(); }, [] { return true; });
+    int stored = 0;
+    for (int i = 0; i < 3; ++i) {
+        client.download(stage.server.url(u"/a.zip"_s), destination, sampleBody().size(), this, {},
+            [&stored](const DownloadResult &result) { stored += result.stored ? 1 : 0; });
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(stored, 3, patient);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files, QDir::Name),
+        (QStringList{u"a.zip"_s, u"b.zip.part-killed"_s}));
+}
+
+void DownloadTest::aDownloadNobodyWaitsForIsGivenUp()
+{
+    Stage stage;
+    const QTemporaryDir folder;
+    stage.server.on(u"/a.zip"_s, {.body = sampleBody(), .repeat = 1000000});
+    HttpServiceClient client(
+        stage.network, [] { return QString(); }, [] { return true; });
+    auto context = std::make_unique<QObject>();
+    bool called = false;
+    const auto fail = [&called](const auto &) {
+        called = true;
+    };
+    client.getList(u"/a.zip"_s, context.get(), fail);
+    client.download(
+        stage.server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 100000000000, context.get(),
+        [&context](qint64, qint64) { context.reset(); }, fail);
+    QTRY_VERIFY_WITH_TIMEOUT(!context, patient);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.server.connections(), 0, patient);
+    QVERIFY(QDir(folder.path()).isEmpty());
+    QVERIFY(!called);
+}
+
+void DownloadTest::gunzipWantsAllOfIt_data()
+{
+    QTest::addColumn<QByteArray>("data");
+    QTest::addColumn<qint64>("limit");
+    QTest::addColumn<QByteArray>("plain"); // null when it is refused
+    const QByteArray hello = QByteArray::fromHex("1f8b0800000000000203cb48cdc9c9070086a6103605000000");
+    QTest::newRow("one member") << hello << qint64(5) << "hello"_ba;
+    QTest::newRow("two members") << hello + hello << qint64(10) << "hellohello"_ba;
+    QTest::newRow("over the limit") << hello << qint64(4) << QByteArray();
+    QTest::newRow("truncated") << hello.chopped(1) << qint64(5) << QByteArray();
+    QTest::newRow("second truncated") << hello + hello.first(12) << qint64(10) << QByteArray();
+    QTest::newRow("garbage behind") << hello + "garbage"_ba << qint64(10) << QByteArray();
+    QTest::newRow("wrong checksum") << QByteArray(hello).replace(17, 1, "X") << qint64(5) << QByteArray();
+    QTest::newRow("not gzip") << "[1, 2, 3]"_ba << qint64(99) << QByteArray();
+    QTest::newRow("empty") << QByteArray() << qint64(5) << QByteArray();
+}
+
+void DownloadTest::gunzipWantsAllOfIt()
+{
+    QFETCH(QByteArray, data);
+    QFETCH(qint64, limit);
+    QFETCH(QByteArray, plain);
+    const std::optional<QByteArray> result = gunzip(data, limit);
+    QCOMPARE(result.has_value(), !plain.isNull());
+    QCOMPARE(result.value_or(QByteArray()), plain);
+}
+
+QTEST_GUILESS_MAIN(DownloadTest)
+#include "test_downloads.moc"

@@ -1,0 +1,172 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Log.h"
+#include "SessionStage.h"
+#include "support/LogCapture.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+using Stage = SessionStage;
+
+class TestSessionFaults final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        log = std::make_unique<LogCapture>();
+    }
+    void cleanup()
+    {
+        log.reset();
+        setLogLevel(0);
+    }
+
+    void unreachable_data();
+    void unreachable();
+    void silentServerIsAskedThrice();
+    void lastTryCounts();
+    void brokenTransfers_data();
+    void brokenTransfers();
+    void certificates_data();
+    void certificates();
+    void redirectsLeadNowhereElse();
+
+private:
+    std::unique_ptr<LogCapture> log;
+};
+
+void TestSessionFaults::unreachable_data()
+{
+    QTest::addColumn<bool>("verbose");
+    QTest::newRow("told") << true;
+    QTest::newRow("silent") << false;
+}
+
+void TestSessionFaults::unreachable()
+{
+    QFETCH(bool, verbose);
+    Stage stage(20000, Stage::signedIn());
+    stage.routes.flags.reset();
+    stage.session->connectToURL(
+        stage.server.url(signoutPath), u"POST"_s, SessionSignout, true, false, {}, verbose);
+    QCOMPARE(stage.ended, 0);
+    QCOMPARE(stage.changed, 1);
+    QCOMPARE(stage.shownText(0),
+        verbose ? u"Connection Error|Network is unreachable. Is your internet connection down?"_s
+                : QString());
+    QTRY_COMPARE(stage.ended, 1);
+    QVERIFY(!stage.succeeded && stage.told.startsWith(u"Network is unreachable"_s));
+    QCOMPARE(stage.session->sessionId(), u"held-id"_s);
+    QVERIFY(stage.server.requests().isEmpty());
+}
+
+void TestSessionFaults::silentServerIsAskedThrice()
+{
+    Stage stage(2000, Stage::signedIn());
+    stage.server.on(signoutPath, Response::silent());
+    bool updatingWhileTold = false;
+    stage.presenter.whileShown = [&](const AlertContent &) {
+        updatingWhileTold = stage.session->isUpdating();
+    };
+    stage.session->signout();
+    QTRY_VERIFY_WITH_TIMEOUT(stage.ended == 1 && !stage.session->isUpdating(), 60000);
+    QVERIFY(!stage.succeeded && updatingWhileTold);
+    QCOMPARE(stage.server.requests(signoutPath).size(), 3);
+    QCOMPARE(stage.server.requests().at(2).headers, stage.server.requests().at(0).headers);
+    QCOMPARE(stage.presenter.shown.size(), 1);
+    QCOMPARE(LogCapture::count(
+                 u"Session connection to: \"%1\" failed!"_s.arg(stage.server.url(signoutPath).toString())),
+        3);
+    QCOMPARE(stage.changed, 4);
+    QCOMPARE(stage.session->sessionId(), u"held-id"_s); // no reply handler ran
+}
+
+void TestSessionFaults::lastTryCounts()
+{
+    Stage stage(2000);
+    stage.server.on(signinPath, [&](const Request &) {
+        return stage.server.requests().size() < 3 ? Response::silent()
+                                                  : Response::ok(R"({"ErrorCode":0,"SessionId":"late"})");
+    });
+    stage.request(SessionSignin);
+    QTRY_COMPARE_WITH_TIMEOUT(stage.ended, 1, 60000);
+    QVERIFY(stage.succeeded);
+    QCOMPARE(stage.session->sessionId(), u"late"_s);
+    QVERIFY(stage.presenter.shown.isEmpty());
+}
+
+void TestSessionFaults::brokenTransfers_data()
+{
+    QTest::addColumn<Response>("response");
+    const QByteArray body = R"({"ErrorCode":0,"SessionId":"id"})";
+    QTest::newRow("reset") << Response::reset();
+    QTest::newRow("not HTTP") << Response::garbage("\x16\x03 what?\r\n\r\n");
+    QTest::newRow("cut short") << Response{.body = body, .fault = Response::Fault::Close, .faultAfter = 10};
+    QTest::newRow("cut short in chunks") << Response{.body = body,
+        .framing = Response::Framing::Chunked,
+        .fault = Response::Fault::Close,
+        .faultAfter = body.size()};
+    QTest::newRow("endless") << Response{.body = QByteArray(1024, ' '), .repeat = qint64{1024} * 1024};
+    QTest::newRow("redirect loop") << Response::redirect(signinPath.toLatin1(), 307);
+}
+
+void TestSessionFaults::brokenTransfers()
+{
+    QFETCH(Response, response);
+    Stage stage(20000, Stage::signedIn());
+    stage.server.on(signinPath, response);
+    stage.request(SessionSignin);
+    QTRY_VERIFY_WITH_TIMEOUT(stage.ended == 1 && !stage.session->isUpdating(), 20000);
+    QVERIFY(!stage.succeeded);
+    QVERIFY(!stage.told.isEmpty());
+    QCOMPARE(stage.presenter.shown.size(), 1);
+    QCOMPARE(stage.presenter.shown.at(0).messageText, stage.told);
+    QCOMPARE(stage.session->sessionId(), u"held-id"_s);
+}
+
+void TestSessionFaults::certificates_data()
+{
+    QTest::addColumn<TestIdentity>("identity");
+    static const TestCertificates stranger;
+    QTest::newRow("expired") << TestCertificates::shared().expired();
+    QTest::newRow("other host") << TestCertificates::shared().otherHost();
+    QTest::newRow("unknown authority") << stranger.valid();
+}
+
+void TestSessionFaults::certificates()
+{
+    QFETCH(TestIdentity, identity);
+    setLogLevel(1);
+    Stage stage(20000, {}, identity);
+    stage.server.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":"id"})"));
+    stage.request(SessionSignin);
+    QTRY_VERIFY(stage.ended == 1 && !stage.session->isUpdating());
+    QVERIFY(!stage.succeeded);
+    QVERIFY(stage.server.requests().isEmpty()); // the password never left
+    QCOMPARE(stage.presenter.shown.size(), 1);
+    QCOMPARE(LogCapture::count(u"Called connection:didReceiveAuthenticationChallenge:"_s), 1);
+    QVERIFY(LogCapture::contains(u"  host:                       localhost"_s));
+    QVERIFY(!LogCapture::mentions(u"Trying to use credential"_s));
+}
+
+void TestSessionFaults::redirectsLeadNowhereElse()
+{
+    FaultServer elsewhere;
+    elsewhere.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":"stolen"})"));
+    Stage stage;
+    stage.server.on(signinPath, Response::redirect(elsewhere.url(signinPath).toEncoded(), 307));
+    stage.request(SessionSignin);
+    QTRY_VERIFY(stage.ended == 1 && !stage.session->isUpdating());
+    QVERIFY(!stage.succeeded);
+    QVERIFY(elsewhere.requests().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(TestSessionFaults)
+#include "test_session_faults.moc"

@@ -34,7 +34,7 @@ struct AppcastItem {
 };
 
 /// No feed is larger, in bytes.
-inline constexpr qsizetype appcastSizeLimit = 1024 * 1024;
+inline constexpr qsizetype appcastSizeLimit = 1024LL * 1024;
 
 /// The items of @p feed (RSS 2.0 with the update framework's own elements and attributes), in its order.
 /// Enclosures for other operating systems are left out. A feed that is too large, malformed or has a document

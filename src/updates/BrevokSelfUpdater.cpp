@@ -20,7 +20,7 @@ namespace {
 
 const QString skippedKey = u"SUSkippedVersion"_s;
 constexpr int httpOk = 200;
-constexpr qsizetype notesSizeLimit = 256 * 1024;
+constexpr qsizetype notesSizeLimit = 256LL * 1024;
 
 bool isSecure(const QUrl &address)
 {

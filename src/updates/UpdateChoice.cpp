@@ -17,7 +17,7 @@ constexpr qint64 packageSizeLimit = 1024LL * 1024 * 1024;
 
 bool isNewer(const QString &version, const QString &than)
 {
-    return StandardVersionComparator::compareVersion(version, than) > 0;
+    return StandardVersionComparator::compareVersion(version, than) == std::strong_ordering::greater;
 }
 
 bool suits(const AppcastItem &item, const UpdateRules &rules)

@@ -42,7 +42,7 @@ brevokctl does the same from scripts.")
 
 set(CPACK_DEBIAN_HELPER_PACKAGE_NAME tolvane-brevok-helper)
 set(CPACK_DEBIAN_HELPER_PACKAGE_SECTION utils)
-set(CPACK_DEBIAN_HELPER_PACKAGE_DEPENDS "polkitd | policykit-1, default-dbus-system-bus | dbus-system-bus")
+set(CPACK_DEBIAN_HELPER_PACKAGE_DEPENDS "polkitd, default-dbus-system-bus | dbus-system-bus")
 set(CPACK_DEBIAN_HELPER_PACKAGE_ENHANCES tolvane-brevok)
 set(CPACK_DEBIAN_HELPER_PACKAGE_CONTROL_EXTRA
     ${CMAKE_SOURCE_DIR}/packaging/debian/helper/postinst

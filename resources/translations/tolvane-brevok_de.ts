@@ -1097,5 +1097,129 @@ Bitte melden Sie sich erneut an.</translation>
         <source>Your &amp;e-mail address:</source>
         <translation>Ihre &amp;E-Mail-Adresse:</translation>
     </message>
+    <message>
+        <source>Software Update</source>
+        <translation>Softwareaktualisierung</translation>
+    </message>
+    <message>
+        <source>Release notes</source>
+        <translation>Versionshinweise</translation>
+    </message>
+    <message>
+        <source>A new version of Tolvane Brevok is available.</source>
+        <translation>Eine neue Version von Tolvane Brevok ist verfügbar.</translation>
+    </message>
+    <message>
+        <source>Version %1 is available; you have version %2. Would you like to install it now?</source>
+        <translation>Version %1 ist verfügbar, Sie haben Version %2. Möchten Sie sie jetzt installieren?</translation>
+    </message>
+    <message>
+        <source>Install Update</source>
+        <translation>Update installieren</translation>
+    </message>
+    <message>
+        <source>Remind Me Later</source>
+        <translation>Später erinnern</translation>
+    </message>
+    <message>
+        <source>Skip This Version</source>
+        <translation>Diese Version überspringen</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Ausblenden</translation>
+    </message>
+    <message>
+        <source>Downloading version %1…</source>
+        <translation>Version %1 wird geladen …</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Verifying version %1…</source>
+        <translation>Version %1 wird geprüft …</translation>
+    </message>
+    <message>
+        <source>Installing version %1…</source>
+        <translation>Version %1 wird installiert …</translation>
+    </message>
+    <message>
+        <source>The system may ask for an administrator's password.</source>
+        <translation>Das System fragt möglicherweise nach dem Passwort eines Administrators.</translation>
+    </message>
+    <message>
+        <source>Version %1 is installed.</source>
+        <translation>Version %1 ist installiert.</translation>
+    </message>
+    <message>
+        <source>It will be used the next time Tolvane Brevok starts.</source>
+        <translation>Sie wird beim nächsten Start von Tolvane Brevok verwendet.</translation>
+    </message>
+    <message>
+        <source>Version %1 was not installed.</source>
+        <translation>Version %1 wurde nicht installiert.</translation>
+    </message>
+    <message>
+        <source>Updates of Tolvane Brevok could not be looked for.</source>
+        <translation>Nach Updates von Tolvane Brevok konnte nicht gesucht werden.</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok is up to date.</source>
+        <translation>Tolvane Brevok ist auf dem neuesten Stand.</translation>
+    </message>
+    <message>
+        <source>You have version %1, the newest there is.</source>
+        <translation>Sie haben Version %1, die neueste, die es gibt.</translation>
+    </message>
+    <message>
+        <source>Update check is not available in this build.</source>
+        <translation>In dieser Ausgabe kann nicht nach Updates gesucht werden.</translation>
+    </message>
+    <message>
+        <source>The description of available updates cannot be read.</source>
+        <translation>Die Beschreibung der verfügbaren Updates kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered at an address that is not secure. It cannot be installed.</source>
+        <translation>Version %1 wird unter einer Adresse angeboten, die nicht sicher ist. Sie kann nicht installiert werden.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid signature. It cannot be installed.</source>
+        <translation>Version %1 wird ohne gültige Signatur angeboten. Sie kann nicht installiert werden.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid size. It cannot be installed.</source>
+        <translation>Version %1 wird ohne gültige Größenangabe angeboten. Sie kann nicht installiert werden.</translation>
+    </message>
+    <message>
+        <source>The folder for the update cannot be used: %1</source>
+        <translation>Der Ordner für das Update kann nicht verwendet werden: %1</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be read: %1</source>
+        <translation>Die geladene Datei kann nicht gelesen werden: %1</translation>
+    </message>
+    <message>
+        <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>Das geladene Update ist nicht vom Hersteller von Tolvane Brevok signiert. Es wurde nicht installiert, und die Datei wurde gelöscht.</translation>
+    </message>
+    <message>
+        <source>The software service of this system (PackageKit) is not available.</source>
+        <translation>Der Softwaredienst dieses Systems (PackageKit) ist nicht verfügbar.</translation>
+    </message>
+    <message>
+        <source>The software service of this system did not install the package: %1</source>
+        <translation>Der Softwaredienst dieses Systems hat das Paket nicht installiert: %1</translation>
+    </message>
+    <message>
+        <source>The software service of this system ended before it had installed the package.</source>
+        <translation>Der Softwaredienst dieses Systems wurde beendet, bevor das Paket installiert war.</translation>
+    </message>
+    <message>
+        <source>The installation was cancelled.</source>
+        <translation>Die Installation wurde abgebrochen.</translation>
+    </message>
 </context>
 </TS>

@@ -1097,5 +1097,129 @@ Vuelva a iniciar sesión.</translation>
         <source>Your &amp;e-mail address:</source>
         <translation>Su dirección de corr&amp;eo electrónico:</translation>
     </message>
+    <message>
+        <source>Software Update</source>
+        <translation>Actualización de software</translation>
+    </message>
+    <message>
+        <source>Release notes</source>
+        <translation>Notas de la versión</translation>
+    </message>
+    <message>
+        <source>A new version of Tolvane Brevok is available.</source>
+        <translation>Hay una nueva versión de Tolvane Brevok disponible.</translation>
+    </message>
+    <message>
+        <source>Version %1 is available; you have version %2. Would you like to install it now?</source>
+        <translation>La versión %1 está disponible; tiene la versión %2. ¿Desea instalarla ahora?</translation>
+    </message>
+    <message>
+        <source>Install Update</source>
+        <translation>Instalar actualización</translation>
+    </message>
+    <message>
+        <source>Remind Me Later</source>
+        <translation>Recordármelo más tarde</translation>
+    </message>
+    <message>
+        <source>Skip This Version</source>
+        <translation>Omitir esta versión</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Ocultar</translation>
+    </message>
+    <message>
+        <source>Downloading version %1…</source>
+        <translation>Descargando la versión %1…</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 de %2</translation>
+    </message>
+    <message>
+        <source>Verifying version %1…</source>
+        <translation>Verificando la versión %1…</translation>
+    </message>
+    <message>
+        <source>Installing version %1…</source>
+        <translation>Instalando la versión %1…</translation>
+    </message>
+    <message>
+        <source>The system may ask for an administrator's password.</source>
+        <translation>Es posible que el sistema pida la contraseña de un administrador.</translation>
+    </message>
+    <message>
+        <source>Version %1 is installed.</source>
+        <translation>La versión %1 está instalada.</translation>
+    </message>
+    <message>
+        <source>It will be used the next time Tolvane Brevok starts.</source>
+        <translation>Se usará la próxima vez que se inicie Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Version %1 was not installed.</source>
+        <translation>La versión %1 no se ha instalado.</translation>
+    </message>
+    <message>
+        <source>Updates of Tolvane Brevok could not be looked for.</source>
+        <translation>No se han podido buscar actualizaciones de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok is up to date.</source>
+        <translation>Tolvane Brevok está actualizado.</translation>
+    </message>
+    <message>
+        <source>You have version %1, the newest there is.</source>
+        <translation>Tiene la versión %1, la más reciente.</translation>
+    </message>
+    <message>
+        <source>Update check is not available in this build.</source>
+        <translation>Esta compilación no permite buscar actualizaciones.</translation>
+    </message>
+    <message>
+        <source>The description of available updates cannot be read.</source>
+        <translation>No se puede leer la descripción de las actualizaciones disponibles.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered at an address that is not secure. It cannot be installed.</source>
+        <translation>La versión %1 se ofrece en una dirección que no es segura. No se puede instalar.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid signature. It cannot be installed.</source>
+        <translation>La versión %1 se ofrece sin una firma válida. No se puede instalar.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid size. It cannot be installed.</source>
+        <translation>La versión %1 se ofrece sin un tamaño válido. No se puede instalar.</translation>
+    </message>
+    <message>
+        <source>The folder for the update cannot be used: %1</source>
+        <translation>No se puede usar la carpeta de la actualización: %1</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be read: %1</source>
+        <translation>No se puede leer el archivo descargado: %1</translation>
+    </message>
+    <message>
+        <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>La actualización descargada no está firmada por el fabricante de Tolvane Brevok. No se ha instalado y el archivo se ha eliminado.</translation>
+    </message>
+    <message>
+        <source>The software service of this system (PackageKit) is not available.</source>
+        <translation>El servicio de software de este sistema (PackageKit) no está disponible.</translation>
+    </message>
+    <message>
+        <source>The software service of this system did not install the package: %1</source>
+        <translation>El servicio de software de este sistema no ha instalado el paquete: %1</translation>
+    </message>
+    <message>
+        <source>The software service of this system ended before it had installed the package.</source>
+        <translation>El servicio de software de este sistema terminó antes de instalar el paquete.</translation>
+    </message>
+    <message>
+        <source>The installation was cancelled.</source>
+        <translation>La instalación se ha cancelado.</translation>
+    </message>
 </context>
 </TS>

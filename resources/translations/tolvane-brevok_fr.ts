@@ -1097,5 +1097,129 @@ Veuillez vous reconnecter.</translation>
         <source>Your &amp;e-mail address:</source>
         <translation>Votre adresse &amp;e-mail :</translation>
     </message>
+    <message>
+        <source>Software Update</source>
+        <translation>Mise à jour de logiciels</translation>
+    </message>
+    <message>
+        <source>Release notes</source>
+        <translation>Notes de version</translation>
+    </message>
+    <message>
+        <source>A new version of Tolvane Brevok is available.</source>
+        <translation>Une nouvelle version de Tolvane Brevok est disponible.</translation>
+    </message>
+    <message>
+        <source>Version %1 is available; you have version %2. Would you like to install it now?</source>
+        <translation>La version %1 est disponible ; vous avez la version %2. Voulez-vous l’installer maintenant ?</translation>
+    </message>
+    <message>
+        <source>Install Update</source>
+        <translation>Installer la mise à jour</translation>
+    </message>
+    <message>
+        <source>Remind Me Later</source>
+        <translation>Me le rappeler plus tard</translation>
+    </message>
+    <message>
+        <source>Skip This Version</source>
+        <translation>Ignorer cette version</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>Masquer</translation>
+    </message>
+    <message>
+        <source>Downloading version %1…</source>
+        <translation>Téléchargement de la version %1…</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 sur %2</translation>
+    </message>
+    <message>
+        <source>Verifying version %1…</source>
+        <translation>Vérification de la version %1…</translation>
+    </message>
+    <message>
+        <source>Installing version %1…</source>
+        <translation>Installation de la version %1…</translation>
+    </message>
+    <message>
+        <source>The system may ask for an administrator's password.</source>
+        <translation>Le système peut demander le mot de passe d’un administrateur.</translation>
+    </message>
+    <message>
+        <source>Version %1 is installed.</source>
+        <translation>La version %1 est installée.</translation>
+    </message>
+    <message>
+        <source>It will be used the next time Tolvane Brevok starts.</source>
+        <translation>Elle sera utilisée au prochain démarrage de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Version %1 was not installed.</source>
+        <translation>La version %1 n’a pas été installée.</translation>
+    </message>
+    <message>
+        <source>Updates of Tolvane Brevok could not be looked for.</source>
+        <translation>Impossible de rechercher des mises à jour de Tolvane Brevok.</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok is up to date.</source>
+        <translation>Tolvane Brevok est à jour.</translation>
+    </message>
+    <message>
+        <source>You have version %1, the newest there is.</source>
+        <translation>Vous avez la version %1, la plus récente.</translation>
+    </message>
+    <message>
+        <source>Update check is not available in this build.</source>
+        <translation>Cette version compilée ne permet pas de rechercher des mises à jour.</translation>
+    </message>
+    <message>
+        <source>The description of available updates cannot be read.</source>
+        <translation>La description des mises à jour disponibles est illisible.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered at an address that is not secure. It cannot be installed.</source>
+        <translation>La version %1 est proposée à une adresse non sécurisée. Elle ne peut pas être installée.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid signature. It cannot be installed.</source>
+        <translation>La version %1 est proposée sans signature valide. Elle ne peut pas être installée.</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid size. It cannot be installed.</source>
+        <translation>La version %1 est proposée sans taille valide. Elle ne peut pas être installée.</translation>
+    </message>
+    <message>
+        <source>The folder for the update cannot be used: %1</source>
+        <translation>Le dossier de la mise à jour est inutilisable : %1</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be read: %1</source>
+        <translation>Le fichier téléchargé est illisible : %1</translation>
+    </message>
+    <message>
+        <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>La mise à jour téléchargée n’est pas signée par l’éditeur de Tolvane Brevok. Elle n’a pas été installée et le fichier a été supprimé.</translation>
+    </message>
+    <message>
+        <source>The software service of this system (PackageKit) is not available.</source>
+        <translation>Le service logiciel de ce système (PackageKit) n’est pas disponible.</translation>
+    </message>
+    <message>
+        <source>The software service of this system did not install the package: %1</source>
+        <translation>Le service logiciel de ce système n’a pas installé le paquet : %1</translation>
+    </message>
+    <message>
+        <source>The software service of this system ended before it had installed the package.</source>
+        <translation>Le service logiciel de ce système s’est arrêté avant d’avoir installé le paquet.</translation>
+    </message>
+    <message>
+        <source>The installation was cancelled.</source>
+        <translation>L’installation a été annulée.</translation>
+    </message>
 </context>
 </TS>

@@ -1097,5 +1097,129 @@ Please try to sign-in again.</source>
         <source>Your &amp;e-mail address:</source>
         <translation>メールアドレス(&amp;E):</translation>
     </message>
+    <message>
+        <source>Software Update</source>
+        <translation>ソフトウェア・アップデート</translation>
+    </message>
+    <message>
+        <source>Release notes</source>
+        <translation>リリースノート</translation>
+    </message>
+    <message>
+        <source>A new version of Tolvane Brevok is available.</source>
+        <translation>Tolvane Brevok の新しいバージョンがあります。</translation>
+    </message>
+    <message>
+        <source>Version %1 is available; you have version %2. Would you like to install it now?</source>
+        <translation>バージョン %1 を利用できます（現在のバージョンは %2）。今すぐインストールしますか？</translation>
+    </message>
+    <message>
+        <source>Install Update</source>
+        <translation>アップデートをインストール</translation>
+    </message>
+    <message>
+        <source>Remind Me Later</source>
+        <translation>あとで通知</translation>
+    </message>
+    <message>
+        <source>Skip This Version</source>
+        <translation>このバージョンをスキップ</translation>
+    </message>
+    <message>
+        <source>Hide</source>
+        <translation>隠す</translation>
+    </message>
+    <message>
+        <source>Downloading version %1…</source>
+        <translation>バージョン %1 をダウンロード中…</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1／%2</translation>
+    </message>
+    <message>
+        <source>Verifying version %1…</source>
+        <translation>バージョン %1 を検証中…</translation>
+    </message>
+    <message>
+        <source>Installing version %1…</source>
+        <translation>バージョン %1 をインストール中…</translation>
+    </message>
+    <message>
+        <source>The system may ask for an administrator's password.</source>
+        <translation>管理者のパスワードを求められることがあります。</translation>
+    </message>
+    <message>
+        <source>Version %1 is installed.</source>
+        <translation>バージョン %1 をインストールしました。</translation>
+    </message>
+    <message>
+        <source>It will be used the next time Tolvane Brevok starts.</source>
+        <translation>次に Tolvane Brevok を起動したときから使われます。</translation>
+    </message>
+    <message>
+        <source>Version %1 was not installed.</source>
+        <translation>バージョン %1 はインストールされませんでした。</translation>
+    </message>
+    <message>
+        <source>Updates of Tolvane Brevok could not be looked for.</source>
+        <translation>Tolvane Brevok のアップデートを確認できませんでした。</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok is up to date.</source>
+        <translation>Tolvane Brevok は最新です。</translation>
+    </message>
+    <message>
+        <source>You have version %1, the newest there is.</source>
+        <translation>お使いのバージョン %1 が最新です。</translation>
+    </message>
+    <message>
+        <source>Update check is not available in this build.</source>
+        <translation>このビルドではアップデートを確認できません。</translation>
+    </message>
+    <message>
+        <source>The description of available updates cannot be read.</source>
+        <translation>利用できるアップデートの情報を読み取れません。</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered at an address that is not secure. It cannot be installed.</source>
+        <translation>バージョン %1 の提供元のアドレスは安全ではありません。インストールできません。</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid signature. It cannot be installed.</source>
+        <translation>バージョン %1 には有効な署名がありません。インストールできません。</translation>
+    </message>
+    <message>
+        <source>Version %1 is offered without a valid size. It cannot be installed.</source>
+        <translation>バージョン %1 には有効なサイズの情報がありません。インストールできません。</translation>
+    </message>
+    <message>
+        <source>The folder for the update cannot be used: %1</source>
+        <translation>アップデート用のフォルダを使用できません: %1</translation>
+    </message>
+    <message>
+        <source>The downloaded file cannot be read: %1</source>
+        <translation>ダウンロードしたファイルを読み取れません: %1</translation>
+    </message>
+    <message>
+        <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>ダウンロードしたアップデートは Tolvane Brevok の開発元が署名したものではありません。インストールせずにファイルを削除しました。</translation>
+    </message>
+    <message>
+        <source>The software service of this system (PackageKit) is not available.</source>
+        <translation>このシステムのソフトウェアサービス（PackageKit）を利用できません。</translation>
+    </message>
+    <message>
+        <source>The software service of this system did not install the package: %1</source>
+        <translation>このシステムのソフトウェアサービスはパッケージをインストールしませんでした: %1</translation>
+    </message>
+    <message>
+        <source>The software service of this system ended before it had installed the package.</source>
+        <translation>このシステムのソフトウェアサービスは、パッケージをインストールする前に終了しました。</translation>
+    </message>
+    <message>
+        <source>The installation was cancelled.</source>
+        <translation>インストールはキャンセルされました。</translation>
+    </message>
 </context>
 </TS>

@@ -27,7 +27,7 @@ set(CPACK_DEBIAN_APPLICATION_PACKAGE_SECTION utils)
 set(CPACK_DEBIAN_APPLICATION_PACKAGE_DEPENDS
     "default-dbus-session-bus | dbus-session-bus, dbus-bin, hicolor-icon-theme")
 set(CPACK_DEBIAN_APPLICATION_PACKAGE_RECOMMENDS "tolvane-brevok-helper, ca-certificates")
-set(CPACK_DEBIAN_APPLICATION_PACKAGE_SUGGESTS "tolvane-brevok-demo, qt6-wayland")
+set(CPACK_DEBIAN_APPLICATION_PACKAGE_SUGGESTS "tolvane-brevok-demo, qt6-wayland, packagekit")
 set(CPACK_DEBIAN_APPLICATION_PACKAGE_CONTROL_EXTRA
     ${CMAKE_SOURCE_DIR}/packaging/debian/application/conffiles
     ${CMAKE_SOURCE_DIR}/packaging/debian/application/postinst

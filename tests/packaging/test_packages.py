@@ -232,11 +232,16 @@ class PackagesTest(unittest.TestCase):
         before = self.root.files()
         self.install_all()
         self.write_policy("[Settings]\nautoUpdate=no\n")
+        notes = self.root / "var/lib/tolvane-brevok-helper/notes"
+        notes.parent.mkdir()
+        notes.touch()
         self.root.dpkg("-r", *self.packages)
+        self.assertTrue(notes.exists())
         left = {name for name in self.root.files() if name not in before}
         self.assertEqual(left, {"etc/tolvane-brevok", POLICY})
         self.root.dpkg("-P", *self.packages)
         self.assertEqual(self.root.files(), before)
+        self.assertFalse(notes.parent.exists())
         for name in self.packages:
             self.assertNotIn("installed", self.root.state(name).replace("not-installed", ""))
 

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/Log.h"
-#include "install/InstallOperation.h"
 #include "InstallRig.h"
 #include "platform/PropertyLists.h"
 
@@ -29,8 +28,6 @@ private Q_SLOTS:
     void packageIsRemovedFromEveryTarget();
     void operationsOnSharedBuildsWaitForEachOther();
     void everyPackageOfAPrefixIsTaken();
-    void addressesAreNeverPlain_data();
-    void addressesAreNeverPlain();
     void failuresAreReported_data();
     void failuresAreReported();
     void quittingLeavesTheQueueInTheStore();
@@ -320,23 +317,6 @@ void InstallFlowTest::everyPackageOfAPrefixIsTaken()
     QTRY_COMPARE(ended.times, 6);
     QCOMPARE(ended.outcome.planned, 0);
     QVERIFY(ended.outcome.failures.isEmpty());
-}
-
-void InstallFlowTest::addressesAreNeverPlain_data()
-{
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<QString>("address");
-    QTest::addRow("plain") << u"http://host/x.zip"_s << u"https://host/x.zip"_s;
-    QTest::addRow("with a port") << u"http://host:80/x.zip"_s << u"https://host:80/x.zip"_s;
-    QTest::addRow("safe") << u"https://host/http://x.zip"_s << u"https://host/http://x.zip"_s;
-    QTest::addRow("other") << u"ftp://host/x.zip"_s << u"ftp://host/x.zip"_s;
-    QTest::addRow("nearly") << u"http:/host"_s << u"http:/host"_s;
-}
-
-void InstallFlowTest::addressesAreNeverPlain()
-{
-    QFETCH(QString, link);
-    QTEST(archiveAddress(link), "address");
 }
 
 void InstallFlowTest::failuresAreReported_data()

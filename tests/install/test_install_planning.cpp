@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "catalogue/BrevokPlugins.h"
+#include "install/InstallOperation.h"
 #include "install/InstallPaths.h"
 #include "install/InstallPlanning.h"
 #include "install/RunningTargets.h"
@@ -30,6 +31,8 @@ private Q_SLOTS:
     void whatOneTargetQueuesCountsForTheNext();
     void targetsWithoutDataAreIgnored();
     void namesThatLeadElsewhereAreRefused();
+    void addressesAreNeverPlain_data();
+    void addressesAreNeverPlain();
     void applicationsAreFoundUnderFolders();
 };
 
@@ -237,6 +240,23 @@ void InstallPlanningTest::namesThatLeadElsewhereAreRefused()
     QVERIFY(plan.refused[0].description.contains(u"../../evil"_s));
     // A host version that is no number never becomes a path.
     QCOMPARE(archiveFolder(u"/data"_s, {{PluginKeys::hostVersion, u"../.."_s}}), u"/data/0"_s);
+}
+
+void InstallPlanningTest::addressesAreNeverPlain_data()
+{
+    QTest::addColumn<QString>("link");
+    QTest::addColumn<QString>("address");
+    QTest::addRow("plain") << u"http://host/x.zip"_s << u"https://host/x.zip"_s;
+    QTest::addRow("with a port") << u"http://host:80/x.zip"_s << u"https://host:80/x.zip"_s;
+    QTest::addRow("safe") << u"https://host/http://x.zip"_s << u"https://host/http://x.zip"_s;
+    QTest::addRow("other") << u"ftp://host/x.zip"_s << u"ftp://host/x.zip"_s;
+    QTest::addRow("nearly") << u"http:/host"_s << u"http:/host"_s;
+}
+
+void InstallPlanningTest::addressesAreNeverPlain()
+{
+    QFETCH(QString, link);
+    QTEST(archiveAddress(link), "address");
 }
 
 void InstallPlanningTest::applicationsAreFoundUnderFolders()

@@ -70,8 +70,11 @@ function(brevok_module name)
     brevok_common(${name})
 endfunction()
 
+add_custom_target(threaded_tests)
+
 # brevok_test(NAME SOURCES file... LINKS library... [THREADED] [LABELS label...])
-# A Qt Test program, run by ctest under a private session bus; THREADED ones also run under ThreadSanitizer.
+# A Qt Test program, run by ctest under a private session bus; THREADED ones, which the target threaded_tests builds,
+# also run under ThreadSanitizer.
 function(brevok_test name)
     cmake_parse_arguments(TEST "THREADED" "" "SOURCES;LINKS;LABELS" ${ARGN})
     add_executable(test_${name} ${TEST_SOURCES})
@@ -81,6 +84,7 @@ function(brevok_test name)
     add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tests/support/run-isolated $<TARGET_FILE:test_${name}>)
     if(TEST_THREADED)
         list(APPEND TEST_LABELS threaded)
+        add_dependencies(threaded_tests test_${name})
     endif()
     set_tests_properties(${name} PROPERTIES TIMEOUT 300 LABELS "${TEST_LABELS}")
 endfunction()

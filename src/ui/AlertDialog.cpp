@@ -84,6 +84,8 @@ AlertDialog::AlertDialog(AlertContent content, QWidget *parent)
         m_content.buttons.append({Texts::tr("OK")});
     }
     m_keys = alertKeys(m_content.buttons);
+    useApplicationIcon();
+    setWindowTitle(Texts::tr("Tolvane Brevok"));
     setAccessibleName(m_content.messageText.value_or(QString()));
     setAccessibleDescription(m_content.informativeText.value_or(QString()));
 

@@ -22,6 +22,7 @@ namespace {
 
 constexpr auto orderOutDelay = std::chrono::milliseconds(PanelGeometry::orderOutMilliseconds);
 constexpr auto orderOutCheck = 20ms;
+constexpr auto focusSettles = 200ms; // longer than Qt waits before it tells that the focus is lost
 
 // Elsewhere a window cannot choose its opacity, shape or level, and says so in the log at every try.
 bool windowsObey()
@@ -48,6 +49,7 @@ BrevokPanel::BrevokPanel()
     : QWidget(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint)
     , m_ui(std::make_unique<Ui::BrevokPanel>())
     , m_orderOutTimer(new QTimer(this))
+    , m_focusTimer(new QTimer(this))
 {
     setAccessibleRole(*this, QAccessible::Dialog);
     setAttribute(Qt::WA_TranslucentBackground);
@@ -60,6 +62,9 @@ BrevokPanel::BrevokPanel()
         [this](const QVariant &value) { applyFrame(value.toDouble()); });
     m_orderOutTimer->setInterval(orderOutCheck);
     connect(m_orderOutTimer, &QTimer::timeout, this, &BrevokPanel::orderOutWhenDue);
+    m_focusTimer->setSingleShot(true);
+    m_focusTimer->setInterval(focusSettles);
+    connect(m_focusTimer, &QTimer::timeout, this, &BrevokPanel::noticeFocus);
 }
 
 BrevokPanel::~BrevokPanel() = default;
@@ -77,10 +82,7 @@ void BrevokPanel::orderFront(const PanelPlace &place, int milliseconds)
         raise();
     }
     activateWindow();
-    if (QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
-        // Opened again before the loss of the focus was heard of: its return then makes no difference to Qt.
-        QApplication::setActiveWindow(this);
-    }
+    m_focusTimer->start();
     animate(milliseconds, 1);
 }
 
@@ -106,6 +108,15 @@ void BrevokPanel::orderOutWhenDue()
         m_animation.stop();
         hide();
         Q_EMIT orderedOut();
+    }
+}
+
+// Where the panel opens again before Qt has told that its window lost the focus, the focus that comes back
+// makes no difference to Qt: the window has it, and no widget knows.
+void BrevokPanel::noticeFocus()
+{
+    if (m_opening && isVisible() && QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
+        QApplication::setActiveWindow(this);
     }
 }
 

@@ -67,6 +67,7 @@ private:
     void applyFrame(double progress);
     void setOpacity(double opacity);
     void orderOutWhenDue();
+    void noticeFocus();
 
     std::unique_ptr<Ui::BrevokPanel> m_ui;
     QVariantAnimation m_animation;
@@ -76,6 +77,7 @@ private:
     double m_startOpacity = 0;
     double m_endOpacity = 0;
     QTimer *m_orderOutTimer;
+    QTimer *m_focusTimer;
     std::chrono::system_clock::time_point m_fadeStart;
 };
 

@@ -136,4 +136,11 @@ QIcon drawnIcon(const QString &name)
     return QIcon(new DrawnIconEngine(TemplateImage(name), QPalette::ButtonText));
 }
 
+void useApplicationIcon()
+{
+    if (QGuiApplication::windowIcon().isNull()) {
+        QGuiApplication::setWindowIcon(drawnIcon(u"tolvane-brevok"_s));
+    }
+}
+
 } // namespace brevok

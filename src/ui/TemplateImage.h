@@ -46,4 +46,8 @@ private:
 /// An icon that paints the image @p name in its own colours, sharp at every size.
 [[nodiscard]] QIcon drawnIcon(const QString &name);
 
+/// Gives every window of the application its icon. Whoever makes a window with a frame calls it before;
+/// nothing is drawn for an application that shows none.
+void useApplicationIcon();
+
 } // namespace brevok

@@ -10,9 +10,11 @@
 #include "ui/BrevokPreferencesController.h"
 #include "ui/BrevokUpdateProgressController.h"
 #include "ui/BrevokUpdateResultController.h"
+#include "ui/linux/DesktopColors.h"
 #include "ui/linux/LinuxStatusBar.h"
 #include "ui/SmallWindows.h"
 #include "ui/StatusBar.h"
+#include "ui/TemplateImage.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -35,6 +37,7 @@ void DesktopSurfaces::attach(const SurfaceContext &context)
 void DesktopSurfaces::detach()
 {
     m_bugReporter.reset();
+    m_colors.reset();
     m_preferences.reset();
     m_smallWindows.reset();
     m_with.reset();
@@ -46,6 +49,7 @@ std::unique_ptr<StatusItemSurface> DesktopSurfaces::makeStatusItem()
     QObject::connect(item.get(), &BrevokMenubarController::togglePanelRequested, item.get(),
         [toggle = m_with->togglePanel] { toggle(); });
     m_statusItem = item.get();
+    m_colors = std::make_unique<DesktopColors>(QDBusConnection::sessionBus());
     return item;
 }
 
@@ -99,6 +103,7 @@ void DesktopSurfaces::bringWindowsToFront()
 SmallWindows &DesktopSurfaces::smallWindows()
 {
     if (!m_smallWindows) {
+        useApplicationIcon();
         m_smallWindows = std::make_unique<SmallWindows>(m_with->bundle);
     }
     return *m_smallWindows;
@@ -107,6 +112,7 @@ SmallWindows &DesktopSurfaces::smallWindows()
 BrevokPreferencesController &DesktopSurfaces::preferences()
 {
     if (!m_preferences) {
+        useApplicationIcon();
         m_preferences =
             std::make_unique<BrevokPreferencesController>(BrevokPreferencesController::Collaborators{
                 .session = m_with->session,

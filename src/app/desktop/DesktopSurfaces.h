@@ -17,6 +17,7 @@ class BrevokBugReporterController;
 class BrevokMenubarController;
 class BrevokPanelController;
 class BrevokPreferencesController;
+class DesktopColors;
 class SmallWindows;
 class StatusBar;
 
@@ -47,6 +48,7 @@ private:
     AlertPresenter &m_presenter;
     std::optional<SurfaceContext> m_with;
     std::unique_ptr<StatusBar> m_bar;
+    std::unique_ptr<DesktopColors> m_colors;
     QPointer<BrevokMenubarController> m_statusItem;
     std::unique_ptr<SmallWindows> m_smallWindows;
     std::unique_ptr<BrevokPreferencesController> m_preferences;

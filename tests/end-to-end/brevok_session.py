@@ -47,6 +47,7 @@ class Session:
         self.applications.mkdir()
         self.service_root = self.folder / "service"
         self.service = self.application = None
+        self.headless = ["--headless"]
         self.service_log = open(self.folder / "service.log", "ab")
         self.early_log = open(self.folder / "early.log", "ab")
         self.plugins, self.products = [], []
@@ -124,7 +125,7 @@ class Session:
     # the application
 
     def application_command(self, *more):
-        return [self.programs / "tolvane-brevok", "--headless", "--service-url", self.service_url, "--service-ca",
+        return [self.programs / "tolvane-brevok", *self.headless, "--service-url", self.service_url, "--service-ca",
                 self.service_ca, "--reachability-host", "localhost", "--applications", self.applications, *more]
 
     def start_application(self, *more, wait=True):
@@ -170,10 +171,10 @@ class Session:
         text = pathlib.Path(f"/proc/{self.application.pid}/status").read_text()
         return int(next(line for line in text.splitlines() if line.startswith(field + ":")).split()[1])
 
-    def activity(self):
-        """CPU ticks and wake-ups of all threads so far."""
+    def activity(self, process=None):
+        """CPU ticks and wake-ups so far of all threads of the application, or of another process."""
         ticks = wakeups = 0
-        for task in pathlib.Path(f"/proc/{self.application.pid}/task").iterdir():
+        for task in pathlib.Path(f"/proc/{process or self.application.pid}/task").iterdir():
             fields = (task / "stat").read_text().rsplit(")", 1)[1].split()
             ticks += int(fields[11]) + int(fields[12])
             status = (task / "status").read_text()

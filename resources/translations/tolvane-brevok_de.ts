@@ -172,10 +172,6 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>Eigentümer und Zugriffsrechte von „%1“ konnten nicht geändert werden</translation>
     </message>
     <message>
-        <source>This system offers no privileged helper.</source>
-        <translation>Dieses System bietet kein Hilfsprogramm mit Systemrechten.</translation>
-    </message>
-    <message>
         <source>it is no file</source>
         <translation>es ist keine Datei</translation>
     </message>
@@ -1220,6 +1216,42 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>The installation was cancelled.</source>
         <translation>Die Installation wurde abgebrochen.</translation>
+    </message>
+    <message>
+        <source>Could not take the file &quot;%1&quot;</source>
+        <translation>Die Datei „%1“ konnte nicht übernommen werden</translation>
+    </message>
+    <message>
+        <source>everybody could write to the entry</source>
+        <translation>jeder könnte in den Eintrag schreiben</translation>
+    </message>
+    <message>
+        <source>it holds something else than &quot;%1&quot;</source>
+        <translation>es enthält etwas anderes als „%1“</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; may not be unpacked</source>
+        <translation>„%1“ darf nicht entpackt werden</translation>
+    </message>
+    <message>
+        <source>Could not write &quot;%1&quot;</source>
+        <translation>„%1“ konnte nicht geschrieben werden</translation>
+    </message>
+    <message>
+        <source>The privileged helper does not answer.</source>
+        <translation>Das Hilfsprogramm mit Systemrechten antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>An administrator has to agree to this, and did not.</source>
+        <translation>Dem muss ein Administrator zustimmen; das ist nicht geschehen.</translation>
+    </message>
+    <message>
+        <source>The set-up of the privileged helper ended without an answer.</source>
+        <translation>Die Einrichtung des Hilfsprogramms mit Systemrechten endete ohne Antwort.</translation>
+    </message>
+    <message>
+        <source>The privileged helper was installed, but does not start.</source>
+        <translation>Das Hilfsprogramm mit Systemrechten wurde installiert, startet aber nicht.</translation>
     </message>
 </context>
 </TS>

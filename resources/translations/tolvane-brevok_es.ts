@@ -172,10 +172,6 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>No se pudieron cambiar el propietario y los permisos de «%1»</translation>
     </message>
     <message>
-        <source>This system offers no privileged helper.</source>
-        <translation>Este sistema no ofrece un programa auxiliar con privilegios.</translation>
-    </message>
-    <message>
         <source>it is no file</source>
         <translation>no es un archivo</translation>
     </message>
@@ -1220,6 +1216,42 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>The installation was cancelled.</source>
         <translation>La instalación se ha cancelado.</translation>
+    </message>
+    <message>
+        <source>Could not take the file &quot;%1&quot;</source>
+        <translation>No se pudo tomar el archivo «%1»</translation>
+    </message>
+    <message>
+        <source>everybody could write to the entry</source>
+        <translation>cualquiera podría escribir en la entrada</translation>
+    </message>
+    <message>
+        <source>it holds something else than &quot;%1&quot;</source>
+        <translation>contiene algo distinto de «%1»</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; may not be unpacked</source>
+        <translation>«%1» no se puede descomprimir</translation>
+    </message>
+    <message>
+        <source>Could not write &quot;%1&quot;</source>
+        <translation>No se pudo escribir «%1»</translation>
+    </message>
+    <message>
+        <source>The privileged helper does not answer.</source>
+        <translation>El auxiliar con privilegios no responde.</translation>
+    </message>
+    <message>
+        <source>An administrator has to agree to this, and did not.</source>
+        <translation>Un administrador debe dar su consentimiento y no lo hizo.</translation>
+    </message>
+    <message>
+        <source>The set-up of the privileged helper ended without an answer.</source>
+        <translation>La configuración del auxiliar con privilegios terminó sin respuesta.</translation>
+    </message>
+    <message>
+        <source>The privileged helper was installed, but does not start.</source>
+        <translation>El auxiliar con privilegios se instaló, pero no se inicia.</translation>
     </message>
 </context>
 </TS>

@@ -172,10 +172,6 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>Impossible de modifier le propriétaire et les autorisations de « %1 »</translation>
     </message>
     <message>
-        <source>This system offers no privileged helper.</source>
-        <translation>Ce système n’offre pas de programme auxiliaire privilégié.</translation>
-    </message>
-    <message>
         <source>it is no file</source>
         <translation>ce n’est pas un fichier</translation>
     </message>
@@ -1220,6 +1216,42 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>The installation was cancelled.</source>
         <translation>L’installation a été annulée.</translation>
+    </message>
+    <message>
+        <source>Could not take the file &quot;%1&quot;</source>
+        <translation>Impossible de prendre le fichier « %1 »</translation>
+    </message>
+    <message>
+        <source>everybody could write to the entry</source>
+        <translation>tout le monde pourrait écrire dans l’entrée</translation>
+    </message>
+    <message>
+        <source>it holds something else than &quot;%1&quot;</source>
+        <translation>elle contient autre chose que « %1 »</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; may not be unpacked</source>
+        <translation>« %1 » ne peut pas être décompressé</translation>
+    </message>
+    <message>
+        <source>Could not write &quot;%1&quot;</source>
+        <translation>Impossible d’écrire « %1 »</translation>
+    </message>
+    <message>
+        <source>The privileged helper does not answer.</source>
+        <translation>Le programme auxiliaire privilégié ne répond pas.</translation>
+    </message>
+    <message>
+        <source>An administrator has to agree to this, and did not.</source>
+        <translation>Un administrateur doit donner son accord, et ne l’a pas fait.</translation>
+    </message>
+    <message>
+        <source>The set-up of the privileged helper ended without an answer.</source>
+        <translation>La mise en place du programme auxiliaire privilégié s’est terminée sans réponse.</translation>
+    </message>
+    <message>
+        <source>The privileged helper was installed, but does not start.</source>
+        <translation>Le programme auxiliaire privilégié a été installé, mais ne démarre pas.</translation>
     </message>
 </context>
 </TS>

@@ -172,10 +172,6 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>「%1」の所有者とアクセス権を変更できませんでした</translation>
     </message>
     <message>
-        <source>This system offers no privileged helper.</source>
-        <translation>このシステムでは特権ヘルパーを利用できません。</translation>
-    </message>
-    <message>
         <source>it is no file</source>
         <translation>ファイルではありません</translation>
     </message>
@@ -1220,6 +1216,42 @@ Please try to sign-in again.</source>
     <message>
         <source>The installation was cancelled.</source>
         <translation>インストールはキャンセルされました。</translation>
+    </message>
+    <message>
+        <source>Could not take the file &quot;%1&quot;</source>
+        <translation>ファイル「%1」を受け取れませんでした</translation>
+    </message>
+    <message>
+        <source>everybody could write to the entry</source>
+        <translation>誰でも書き込めるエントリです</translation>
+    </message>
+    <message>
+        <source>it holds something else than &quot;%1&quot;</source>
+        <translation>「%1」以外のものが含まれています</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; may not be unpacked</source>
+        <translation>「%1」は展開できません</translation>
+    </message>
+    <message>
+        <source>Could not write &quot;%1&quot;</source>
+        <translation>「%1」を書き込めませんでした</translation>
+    </message>
+    <message>
+        <source>The privileged helper does not answer.</source>
+        <translation>特権ヘルパーが応答しません。</translation>
+    </message>
+    <message>
+        <source>An administrator has to agree to this, and did not.</source>
+        <translation>管理者の同意が必要ですが、得られませんでした。</translation>
+    </message>
+    <message>
+        <source>The set-up of the privileged helper ended without an answer.</source>
+        <translation>特権ヘルパーの設定が応答なしに終了しました。</translation>
+    </message>
+    <message>
+        <source>The privileged helper was installed, but does not start.</source>
+        <translation>特権ヘルパーはインストールされましたが、起動しません。</translation>
     </message>
 </context>
 </TS>

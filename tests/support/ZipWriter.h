@@ -91,7 +91,7 @@ inline QByteArray zipArchive(const QList<ZipMember> &members)
         for (qsizetype copy = 0; copy < member.copies; ++copy, ++count) {
             const QByteArray name = member.copies == 1 ? member.name : member.name + QByteArray::number(copy);
             const QByteArray facts = zip_detail::facts(member, packed.size(), name.size());
-            const quint64 offset = static_cast<quint64>(body.size());
+            const auto offset = static_cast<quint64>(body.size());
             body += "PK\3\4" + facts + name + packed;
             index += QByteArray("PK\1\2\x14\3", 6) + facts; // made on Unix
             append(index, 2, 0); // comment

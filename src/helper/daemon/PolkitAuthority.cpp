@@ -101,7 +101,7 @@ QString PolkitAuthority::check(const QString &caller, const QString &action,
     const QMap<QString, QString> &details, Interaction interaction, Done done)
 {
     const bool interactive = interaction == Interaction::Allowed;
-    const QString id = u"brevok-%1"_s.arg(++m_last);
+    QString id = u"brevok-%1"_s.arg(++m_last);
     m_checks.insert(id, {std::move(done), interactive});
     QDBusMessage call = polkitCall(QString(polkitInterface), u"CheckAuthorization"_s);
     call << QVariant::fromValue(Subject{u"system-bus-name"_s, {{u"name"_s, caller}}}) << action

@@ -132,7 +132,7 @@ QString withoutLinks(const QString &path)
 /// over as copies.
 QString ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
 {
-    const QString path = QFileInfo(source).canonicalFilePath();
+    QString path = QFileInfo(source).canonicalFilePath();
     if (path.isEmpty() || QFileInfo(path).ownerId() == currentUserId()) {
         return path.isEmpty() ? source : path;
     }

@@ -243,8 +243,8 @@ void addAttributesToTree(int folder, const QByteArray &name, const Attributes &a
     }
     for (const QByteArray &inside : safepath::names(entry.get()).value_or(QByteArrayList())) {
         addAttributesToTree(
-            entry.get(), inside, attributes, [&](const QByteArray &path, Change result, int code) {
-                failed(below(name, path), result, code);
+            entry.get(), inside, attributes, [&](const QByteArray &where, Change result, int code) {
+                failed(below(name, where), result, code);
             });
     }
 }

@@ -29,7 +29,7 @@ constexpr qint64 longest = qint64(64) * 1024;
 
 QString WorkJournal::begin(Kind kind, const QString &target) const
 {
-    const QString id = prefix + QUuid::createUuid().toString(QUuid::Id128);
+    QString id = prefix + QUuid::createUuid().toString(QUuid::Id128);
     const QByteArray text = QJsonDocument(
         QJsonObject{{u"kind"_s, kind == Kind::Install ? QString(installing) : u"removal"_s},
             {u"target"_s,

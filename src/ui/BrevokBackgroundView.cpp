@@ -52,8 +52,10 @@ QRegion BrevokBackgroundView::shape() const
 void BrevokBackgroundView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    const QColor border = PanelStyle::mixed(fillColor(), palette().color(QPalette::WindowText), 0.28);
+    painter.fillRect(rect(), border); // what shows at the corners where windows are not translucent
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(PanelStyle::mixed(fillColor(), palette().color(QPalette::WindowText), 0.28));
+    painter.setPen(border);
     painter.setBrush(fillColor());
     painter.drawPath(panelOutline(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), m_arrowX, m_upward));
 }

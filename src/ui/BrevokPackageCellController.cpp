@@ -19,6 +19,20 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int mostForTitles =
+    112; // languages with longer ones get smaller letters, so that names are not cut
+
+int widestTitle(const QFont &font)
+{
+    int widest = 0;
+    const QStringList titles = actionTitles();
+    for (const QString &title : titles) {
+        const bool small = title == rowButtons(PackageStatus::UpToDate, {}).actionTitle;
+        widest = std::max(widest, PanelButton::widthFor(title, small ? PanelStyle::secondaryFont() : font));
+    }
+    return widest;
+}
+
 bool takesFocus(const QWidget *widget)
 {
     return widget->isEnabled() && !widget->isHidden();
@@ -48,11 +62,11 @@ void BrevokPackageCellController::updateFonts()
     const QFont secondary = PanelStyle::secondaryFont();
     m_ui->name->setFonts(PanelStyle::rowFont(), secondary);
     m_ui->note->setFonts(secondary, secondary);
-    int widest = 0;
-    const QStringList titles = actionTitles();
-    for (const QString &title : titles) {
-        const bool small = title == rowButtons(PackageStatus::UpToDate, {}).actionTitle;
-        widest = std::max(widest, PanelButton::widthFor(title, small ? secondary : PanelStyle::rowFont()));
+    m_actionFont = PanelStyle::rowFont();
+    int widest = widestTitle(m_actionFont);
+    while (widest > mostForTitles && m_actionFont.pixelSize() > secondary.pixelSize()) {
+        m_actionFont.setPixelSize(m_actionFont.pixelSize() - 1);
+        widest = widestTitle(m_actionFont);
     }
     m_ui->actionButton->setFixedWidth(widest);
     updateButtons();
@@ -105,7 +119,7 @@ void BrevokPackageCellController::updateButtons()
     if (hadFocus && (!buttons.actionVisible || !buttons.actionEnabled || !buttons.removeVisible)) {
         m_view->setFocus(Qt::OtherFocusReason);
     }
-    action->setFont(buttons.actionSmall ? PanelStyle::secondaryFont() : PanelStyle::rowFont());
+    action->setFont(buttons.actionSmall ? PanelStyle::secondaryFont() : m_actionFont);
     action->setText(buttons.actionTitle);
     action->setAccessibleName(
         Texts::tr("%1 %2", "title of a button, name of a package").arg(buttons.actionTitle, m_row.name()));

@@ -5,6 +5,7 @@
 
 #include "ui/PackageRows.h"
 
+#include <QFont>
 #include <QPixmap>
 
 #include <memory>
@@ -61,6 +62,7 @@ private:
     PackageCellView *m_view; ///< owned by its parent view, or by this after that is gone
     std::unique_ptr<Ui::BrevokPackageCell> m_ui;
     PackageRow m_row;
+    QFont m_actionFont;
     std::optional<DownloadProgress> m_progress;
 };
 

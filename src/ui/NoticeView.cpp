@@ -78,7 +78,7 @@ void NoticeView::layOut()
     const Qt::Alignment text = m_wholePage ? Qt::AlignHCenter : Qt::AlignLeading;
     m_title->setAlignment(text);
     m_text->setAlignment(text);
-    setSizePolicy(QSizePolicy::Preferred, m_wholePage ? QSizePolicy::Expanding : QSizePolicy::Maximum);
+    setSizePolicy(QSizePolicy::Preferred, m_wholePage ? QSizePolicy::Expanding : QSizePolicy::Preferred);
 }
 
 void NoticeView::update()

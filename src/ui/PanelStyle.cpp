@@ -79,7 +79,9 @@ QColor mixed(const QColor &a, const QColor &b, double share)
 
 QColor secondaryText(const QPalette &palette)
 {
-    return mixed(palette.color(QPalette::WindowText), palette.color(QPalette::Window), 0.36);
+    // Also where it stands in a disabled control, whose own colours are too faint for a state to be read.
+    return mixed(palette.color(QPalette::Active, QPalette::WindowText),
+        palette.color(QPalette::Active, QPalette::Window), 0.36);
 }
 
 QColor separator(const QPalette &palette)

@@ -19,6 +19,7 @@ constexpr qint64 pieceSize = qint64{64} * 1024;
 constexpr qint64 redirectBodyLimit = qint64{1024} * 1024;
 // What may be left to decompress when the last byte has arrived, with a reader that keeps up: far less.
 constexpr qsizetype restLimit = qsizetype{256} * 1024 * 1024;
+constexpr int mostKeptConnections = 6; // that the library has to one host
 
 QNetworkAccessManager::Operation operationOf(const QByteArray &method)
 {
@@ -107,6 +108,7 @@ void FollowedReply::send()
     if (!request.hasRawHeader("Accept-Encoding")) {
         request.setRawHeader("Accept-Encoding", "gzip");
     }
+    m_newConnection = false;
     m_hop = m_transport.send(request, m_method, m_body);
     m_hop->setParent(this);
     m_hop->setReadBufferSize(readBufferSize());
@@ -128,6 +130,7 @@ void FollowedReply::connectHop()
     connect(m_hop, &QNetworkReply::metaDataChanged, this, &FollowedReply::headArrived);
     connect(m_hop, &QNetworkReply::readyRead, this, &FollowedReply::dataArrived);
     connect(m_hop, &QNetworkReply::finished, this, &FollowedReply::hopEnded);
+    connect(m_hop, &QNetworkReply::socketStartedConnecting, this, [this] { m_newConnection = true; });
     connect(m_hop, &QNetworkReply::encrypted, this, [this] {
         somethingMoved();
         Q_EMIT encrypted();
@@ -192,6 +195,12 @@ void FollowedReply::hopEnded()
         return;
     }
     const NetworkError error = m_hop->error();
+    // The other side closed a connection that was kept from an earlier request: it has not seen this one.
+    if (error == ContentReSendError && !m_newConnection && ++m_closedConnections <= mostKeptConnections) {
+        dropHop();
+        startHop();
+        return;
+    }
     const bool whole = !m_gzip || decompressRest();
     if (!whole && (error == NoError || isStatusError(error))) {
         end(m_gzip->isBroken() ? ProtocolFailure : RemoteHostClosedError,

@@ -62,6 +62,8 @@ private:
     QUrl m_redirectTarget; ///< of the current hop; empty when it is the last one
     qint64 m_discarded = 0; ///< bytes of the body of a redirect
     int m_redirects = 0;
+    int m_closedConnections = 0; ///< found on the way
+    bool m_newConnection = false; ///< the current hop opened its own
     std::optional<GzipReader> m_gzip; ///< when the body comes compressed
     QByteArray m_rest; ///< decompressed when the last hop ended, and not read yet
     QList<QSslError> m_certificateErrors;

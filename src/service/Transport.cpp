@@ -10,6 +10,8 @@
 #include <QNetworkReply>
 #include <QSet>
 
+#include <algorithm>
+
 namespace brevok {
 
 namespace {
@@ -31,6 +33,32 @@ public:
 
 private:
     const SystemProxies &m_proxies;
+};
+
+/// A body that is given out once. What a service did with a request whose connection broke is unknown: the
+/// library, which would send it again up to three times, cannot go back to the beginning here.
+class BodySentOnce final : public QIODevice {
+public:
+    explicit BodySentOnce(QByteArray body)
+        : m_body(std::move(body))
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+    [[nodiscard]] qint64 size() const override { return m_body.size(); }
+    bool reset() override { return pos() == 0; }
+
+protected:
+    qint64 readData(char *data, qint64 length) override
+    {
+        const QByteArrayView piece = QByteArrayView(m_body).sliced(pos()).first(
+            std::min(static_cast<qsizetype>(length), m_body.size() - pos()));
+        std::copy(piece.begin(), piece.end(), data);
+        return piece.isEmpty() && length > 0 ? -1 : piece.size();
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray m_body;
 };
 
 QSslConfiguration tlsConfiguration()
@@ -100,6 +128,12 @@ QNetworkReply *Transport::send(QNetworkRequest request, const QByteArray &method
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     if (method == "GET") {
         return m_manager.get(request);
+    }
+    if (method == "POST" && !body.isEmpty()) {
+        auto device = std::make_unique<BodySentOnce>(body);
+        QNetworkReply *reply = m_manager.post(request, device.get());
+        device.release()->setParent(reply);
+        return reply;
     }
     if (method == "POST") {
         return m_manager.post(request, body);

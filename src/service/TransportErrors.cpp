@@ -69,6 +69,7 @@ BrevokError transportErrorFor(QNetworkReply::NetworkError error, const QUrl &url
     case QNetworkReply::ProxyConnectionClosedError:
         return errorOf(
             TransportCannotConnect, Texts::tr("Could not connect to the proxy server."), url, reason);
+    case QNetworkReply::ContentReSendError: // the connection broke, and a body is sent only once
     case QNetworkReply::RemoteHostClosedError:
         return errorOf(TransportConnectionLost, Texts::tr("The network connection was lost."), url, reason);
     case QNetworkReply::TooManyRedirectsError:

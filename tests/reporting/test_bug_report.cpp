@@ -84,6 +84,7 @@ private Q_SLOTS:
     void unreachable();
     void answers_data();
     void answers();
+    void closedConnectionsAreOpenedAgain();
     void whoIsGoneIsNotTold();
     void secretsStayOut();
 };
@@ -331,6 +332,23 @@ void BugReportTest::answers()
         QVERIFY2(LogCapture::contains(line), qPrintable(line));
     }
     QCOMPARE(rig.arrived(ReportRig::reportPath).size(), 1);
+}
+
+// A report may find that the service has just closed the connection it would have gone over.
+void BugReportTest::closedConnectionsAreOpenedAgain()
+{
+    ReportRig rig;
+    const Response closing{.body = "here"_ba, .fault = Response::Fault::Close, .faultAfter = 4};
+    rig.server.on(QString(), closing);
+    rig.server.on(QString::fromLatin1(ReportRig::homePath), closing);
+    rig.server.on(QString::fromLatin1(ReportRig::reportPath),
+        {.body = "{}"_ba, .fault = Response::Fault::Close, .faultAfter = 2});
+    for (int report = 1; report <= 3; ++report) {
+        Asked asked;
+        asked.ask(rig.reporter);
+        QVERIFY(asked.outcome->sent);
+        QCOMPARE(rig.arrived(ReportRig::reportPath).size(), report);
+    }
 }
 
 void BugReportTest::whoIsGoneIsNotTold()

@@ -3,7 +3,6 @@
 
 #include "daemon/RequestDesk.h"
 
-#include "daemon/RequestWork.h"
 #include "daemon/TargetPath.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
@@ -237,22 +236,37 @@ void RequestDesk::start(const OpenPtr &open)
 void RequestDesk::run(const OpenPtr &open)
 {
     inBackground([this, open, user = open->user, source = std::exchange(open->source, {})] {
-        const HelperAnswer answer = carryOut(*open->request, user, source, m_journal);
-        onMain(this, [this, open, answer] { ran(open, answer); });
+        const WorkDone done = carryOut(*open->request, user, source, m_journal);
+        onMain(this, [this, open, done] { ran(open, done); });
     });
 }
 
-void RequestDesk::ran(const OpenPtr &open, const HelperAnswer &answer)
+// The caller has his answer first; the next one in the folder waits for the rest.
+void RequestDesk::ran(const OpenPtr &open, const WorkDone &done)
 {
-    if (open->running) {
-        const auto folder = m_folders.find(deletingLastPathComponent(open->request->target));
-        if (folder->isEmpty()) {
-            m_folders.erase(folder);
+    const QString folder = open->running ? deletingLastPathComponent(open->request->target) : QString();
+    ++m_unfinished;
+    settle(open, done.answer);
+    inBackground([this, folder, rest = done.rest] {
+        if (rest) {
+            rest();
+        }
+        onMain(this, [this, folder] { finished(folder); });
+    });
+}
+
+void RequestDesk::finished(const QString &folder)
+{
+    if (const auto waiting = m_folders.find(folder); waiting != m_folders.end()) {
+        if (waiting->isEmpty()) {
+            m_folders.erase(waiting);
         } else {
-            run(folder->takeFirst());
+            run(waiting->takeFirst());
         }
     }
-    settle(open, answer);
+    if (--m_unfinished == 0 && m_open.isEmpty()) {
+        Q_EMIT becameIdle();
+    }
 }
 
 void RequestDesk::refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason)

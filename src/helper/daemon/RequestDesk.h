@@ -5,8 +5,7 @@
 
 #include "daemon/HelperRequest.h"
 #include "daemon/PolkitAuthority.h"
-#include "platform/linux/GuardedFileOperations.h"
-#include "platform/linux/WorkJournal.h"
+#include "daemon/RequestWork.h"
 
 #include <QDBusServiceWatcher>
 #include <QSet>
@@ -30,7 +29,7 @@ public:
 
     /// @p done is called once, later; not at all when the caller has left by then.
     void take(const HelperRequestPtr &request, Done done);
-    [[nodiscard]] bool isIdle() const { return m_open.isEmpty(); }
+    [[nodiscard]] bool isIdle() const { return m_open.isEmpty() && m_unfinished == 0; }
 
 Q_SIGNALS:
     void becameIdle();
@@ -59,7 +58,8 @@ private:
     void sourceFetched(const OpenPtr &open, PolkitAuthority::Verdict verdict);
     void start(const OpenPtr &open);
     void run(const OpenPtr &open);
-    void ran(const OpenPtr &open, const HelperAnswer &answer);
+    void ran(const OpenPtr &open, const WorkDone &done);
+    void finished(const QString &folder);
     void refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason);
     void settle(const OpenPtr &open, const HelperAnswer &answer);
     void callerLeft(const QString &caller);
@@ -72,6 +72,7 @@ private:
     QDBusServiceWatcher m_callers;
     QHash<QString, quint32> m_users; ///< of the callers that were asked after and are still there
     QSet<OpenPtr> m_open;
+    int m_unfinished = 0; ///< answered requests whose rest is being done
     QHash<QString, QList<OpenPtr>> m_folders; ///< where work goes on, and who waits for its end
 };
 

@@ -44,54 +44,43 @@ bool isOfTheCaller(int code)
     return code != ENOSPC && code != EDQUOT && code != EFBIG && code != EIO && code != ENOMEM;
 }
 
-/// An entry of the journal for as long as it lives.
-class Journalled final {
-public:
-    Journalled(const WorkJournal &journal, WorkJournal::Kind kind, const QString &target)
-        : m_journal(journal)
-        , m_id(journal.begin(kind, target))
-    {
-    }
-    ~Journalled()
-    {
-        if (!m_id.isEmpty()) {
-            m_journal.end(m_id);
-        }
-    }
-    Q_DISABLE_COPY_MOVE(Journalled)
-
-    [[nodiscard]] explicit operator bool() const { return !m_id.isEmpty(); }
-
-private:
-    const WorkJournal &m_journal;
-    QString m_id;
-};
-
-HelperAnswer install(const HelperRequest &request, GuardedFileOperations &files, const WorkJournal &journal)
+HelperAnswer systemFailure()
 {
-    std::optional<BrevokError> error;
-    if (BrevokInstaller::isArchive(request.source) && !files.judgeArchive(&error)) {
-        return forbidden(error);
-    }
-    const Journalled entry(journal, WorkJournal::Kind::Install, request.target);
-    if (!entry) {
-        return answerOf(false,
-            BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
-                .code = errno,
-                .description = qt_error_string(errno)});
-    }
-    const bool installed =
-        BrevokInstaller(files).installPluginFromSource(request.source, request.target, request.user, &error);
-    return answerOf(installed, error);
+    return answerOf(false,
+        BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
+            .code = errno,
+            .description = qt_error_string(errno)});
 }
 
-HelperAnswer remove(const HelperRequest &request, GuardedFileOperations &files, const WorkJournal &journal)
+WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFileOperations> &files,
+    const WorkJournal &journal)
+{
+    std::optional<BrevokError> error;
+    if (BrevokInstaller::isArchive(request.source) && !files->judgeArchive(&error)) {
+        return {forbidden(error)};
+    }
+    const QString entry = journal.begin(request.target, false, !files->fileExists(request.target));
+    if (entry.isEmpty()) {
+        return {systemFailure()};
+    }
+    const bool installed =
+        BrevokInstaller(*files).installPluginFromSource(request.source, request.target, request.user, &error);
+    return {answerOf(installed, error), [files, &journal, entry] {
+                files->finish();
+                journal.end(entry);
+            }};
+}
+
+WorkDone remove(const HelperRequest &request, GuardedFileOperations &files, const WorkJournal &journal)
 {
     // On a full disk nothing is remembered, and removing still helps.
-    const Journalled entry(journal, WorkJournal::Kind::Removal, request.target);
+    const QString entry = journal.begin(request.target, true, false);
     std::optional<BrevokError> error;
     const bool removed = BrevokInstaller(files).removeItemAtPath(request.target, &error);
-    return answerOf(removed, error);
+    if (!entry.isEmpty()) {
+        journal.end(entry);
+    }
+    return {answerOf(removed, error)};
 }
 
 } // namespace
@@ -108,16 +97,17 @@ std::shared_ptr<GuardedFileOperations::Source> takeSource(
     return std::make_shared<GuardedFileOperations::Source>(std::move(*source));
 }
 
-HelperAnswer carryOut(const HelperRequest &request, quint32 user,
+WorkDone carryOut(const HelperRequest &request, quint32 user,
     const std::shared_ptr<GuardedFileOperations::Source> &source, const WorkJournal &journal)
 {
     using Operation = HelperRequest::Operation;
-    GuardedFileOperations files(
+    const auto shared = std::make_shared<GuardedFileOperations>(
         user, request.target, source ? std::move(*source) : GuardedFileOperations::Source());
+    GuardedFileOperations &files = *shared;
     HelperAnswer answer;
     switch (request.operation) {
     case Operation::Install:
-        return install(request, files, journal);
+        return install(request, shared, journal);
     case Operation::Remove:
         return remove(request, files, journal);
     case Operation::SetAttributes:
@@ -140,7 +130,7 @@ HelperAnswer carryOut(const HelperRequest &request, quint32 user,
         answer.yes = files.isDeletable(request.target);
         break;
     }
-    return answer;
+    return {answer};
 }
 
 void repairInterruptedWork(const WorkJournal &journal)
@@ -148,7 +138,7 @@ void repairInterruptedWork(const WorkJournal &journal)
     const QList<WorkJournal::Entry> entries = journal.entries();
     for (const WorkJournal::Entry &entry : entries) {
         if (const std::optional<QString> target = targetPath(entry.target)) {
-            switch (GuardedFileOperations::repair(*target, entry.kind == WorkJournal::Kind::Install)) {
+            switch (GuardedFileOperations::repair(*target, {entry.removal, entry.fresh, entry.rebooted})) {
             case replaceditem::Repair::NothingToDo:
                 logLine(u"interrupted work had left nothing: %1"_s.arg(*target));
                 break;

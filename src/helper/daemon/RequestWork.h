@@ -7,6 +7,8 @@
 #include "platform/linux/GuardedFileOperations.h"
 #include "platform/linux/WorkJournal.h"
 
+#include <functional>
+
 namespace brevok {
 
 /// Takes the source of an install for the user @p user: what is authorized and installed are these bytes,
@@ -14,8 +16,14 @@ namespace brevok {
 [[nodiscard]] std::shared_ptr<GuardedFileOperations::Source> takeSource(
     const HelperRequest &request, quint32 user, const QString &scratch, HelperAnswer *answer);
 
+/// What a request came to, and what remains to be done once that was told; blocks too.
+struct WorkDone {
+    HelperAnswer answer{};
+    std::function<void()> rest{};
+};
+
 /// Does what the request of the user @p user asks for, with the installer's own operations. Blocks.
-[[nodiscard]] HelperAnswer carryOut(const HelperRequest &request, quint32 user,
+[[nodiscard]] WorkDone carryOut(const HelperRequest &request, quint32 user,
     const std::shared_ptr<GuardedFileOperations::Source> &source, const WorkJournal &journal);
 
 /// Ends what a killed process left, one log line for each item that was touched. Blocks.

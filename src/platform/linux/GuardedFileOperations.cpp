@@ -14,7 +14,7 @@
 
 #include <QFile>
 
-#include <array>
+#include <atomic>
 #include <cerrno>
 
 #include <fcntl.h>
@@ -59,6 +59,20 @@ bool fail(FileOperations::ErrorSlot error, const QString &operation, const QStri
     return false;
 }
 
+/// A share of the memory that sources may take up all together; nothing when there is too little left.
+std::shared_ptr<void> reserveMemory(qint64 size)
+{
+    constexpr qint64 all = qint64(256) * 1024 * 1024;
+    static std::atomic<qint64> taken = 0;
+    if (taken.fetch_add(size) + size > all) {
+        taken.fetch_sub(size);
+        return nullptr;
+    }
+    return {&taken, [size](std::atomic<qint64> *counter) {
+                counter->fetch_sub(size);
+            }};
+}
+
 } // namespace
 
 GuardedFileOperations::GuardedFileOperations(uid_t caller, QString target, Source source)
@@ -74,9 +88,12 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::takeSource(
     const FileDescriptor file = guardedpath::openOwnFile(QFile::encodeName(path), caller);
     struct stat facts { };
     FileDescriptor copy;
+    std::shared_ptr<void> memory;
     if (file && ::fstat(file.get(), &facts) == 0) {
         if (facts.st_size <= longest) {
-            copy = guardedpath::privateCopy(file.get(), facts.st_size, QFile::encodeName(scratch));
+            memory = reserveMemory(facts.st_size);
+            copy = guardedpath::privateCopy(
+                file.get(), facts.st_size, memory ? QByteArray() : QFile::encodeName(scratch));
         } else {
             errno = EFBIG;
         }
@@ -85,14 +102,15 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::takeSource(
         fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, errno);
         return std::nullopt;
     }
-    return Source{path, std::move(copy)};
+    return Source{path, std::move(copy), std::move(memory)};
 }
 
 ExtractionTerms GuardedFileOperations::terms() const
 {
     return {.only = safepath::split(QFile::encodeName(m_target)).name,
         .refuseOpenModes = true,
-        .owner = m_caller};
+        .owner = m_caller,
+        .safeLater = true};
 }
 
 bool GuardedFileOperations::judgeArchive(ErrorSlot error) const
@@ -105,11 +123,27 @@ bool GuardedFileOperations::judgeArchive(ErrorSlot error) const
     return good;
 }
 
-replaceditem::Repair GuardedFileOperations::repair(const QString &target, bool restore)
+replaceditem::Repair GuardedFileOperations::repair(
+    const QString &target, const replaceditem::Interrupted &what)
 {
     const Place place = placeOf(target);
-    return place ? replaceditem::repair(place.folder.get(), place.name, restore)
+    return place ? replaceditem::repair(place.folder.get(), place.name, what)
                  : replaceditem::Repair::NothingToDo;
+}
+
+void GuardedFileOperations::finish()
+{
+    m_source = {};
+    const Place place = placeOf(m_target);
+    if (!place) {
+        return;
+    }
+    if (m_placed && !StagingFolder::bringToDisk(place.folder.get(), place.name)) {
+        logLine(u"what was installed could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
+    }
+    if (!replaceditem::discard(place.folder.get(), place.name)) {
+        logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));
+    }
 }
 
 // A link counts as what it is: what it points at is not looked at for somebody else.
@@ -189,15 +223,8 @@ bool GuardedFileOperations::copySource(int folder, const QByteArray &name) const
     }
     QByteArray where;
     return ::fchown(file.get(), m_caller, static_cast<gid_t>(-1)) == 0 && ::fchmod(file.get(), fileMode) == 0
-        && file.close() && staging.publish({name}, StagingFolder::Existing::Refused, &where);
-}
-
-/// The old item is gone with its name already; what is left of it is of no interest to the caller.
-void GuardedFileOperations::discardReplaced(int folder) const
-{
-    if (!replaceditem::discard(folder, safepath::split(QFile::encodeName(m_target)).name)) {
-        logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));
-    }
+        && file.close()
+        && staging.publish({name}, StagingFolder::Existing::Refused, &where, StagingFolder::Safe::Later);
 }
 
 bool GuardedFileOperations::copyItem(const QString &source, const QString &target, ErrorSlot error)
@@ -206,9 +233,6 @@ bool GuardedFileOperations::copyItem(const QString &source, const QString &targe
     const bool asked = source == m_source.path && target == m_target && m_source.file;
     m_placed = asked && place && copySource(place.folder.get(), place.name);
     const int code = asked ? errno : EINVAL;
-    if (place) {
-        discardReplaced(place.folder.get());
-    }
     return m_placed
         || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, code);
 }
@@ -222,7 +246,6 @@ bool GuardedFileOperations::extractZip(const QString &archive, const QString &fo
     std::optional<BrevokError> failure =
         extractZipArchive(m_source.file.get(), into.get(), archive, folder, terms());
     m_placed = !failure.has_value();
-    discardReplaced(into.get());
     if (failure && error != nullptr) {
         *error = std::move(failure);
     }

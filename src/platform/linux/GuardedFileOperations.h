@@ -16,14 +16,15 @@ struct ExtractionTerms;
 /// The file manager of a process that works with root's rights on one request of somebody else, who may
 /// change whatever he may change at any moment. No link that he could have planted is followed, what he could
 /// not read is not given to him, and the only thing that is copied or unpacked is the source he was asked for
-/// before. The target's own name leads to the whole old item, to nothing, or to the whole new one. One thread
-/// at a time.
+/// before. The target's own name leads to the whole old item, to nothing, or to the whole new one; for that
+/// to hold over a power cut it takes finish() and repair(). One thread at a time.
 class GuardedFileOperations final : public FileOperations {
 public:
     /// What a request installs: bytes that nobody else can change any more, under the path they came from.
     struct Source {
         QString path{};
         FileDescriptor file{};
+        std::shared_ptr<void> reservation{}; ///< of memory, for as long as the bytes are there
     };
 
     /// Works for the user @p caller, who wants something done to @p target.
@@ -40,7 +41,10 @@ public:
     /// Whether the source, an archive, holds the target alone and nothing that unpacking refuses.
     [[nodiscard]] bool judgeArchive(ErrorSlot error) const;
     /// Ends what a killed process left of work on @p target.
-    [[nodiscard]] static replaceditem::Repair repair(const QString &target, bool restore);
+    [[nodiscard]] static replaceditem::Repair repair(
+        const QString &target, const replaceditem::Interrupted &what);
+    /// After an install was answered: brings the target to the disk and deletes what it replaced.
+    void finish();
 
     [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;
     [[nodiscard]] bool isReadable(const QString &path) const override;
@@ -61,7 +65,6 @@ public:
 private:
     [[nodiscard]] ExtractionTerms terms() const;
     [[nodiscard]] bool copySource(int folder, const QByteArray &name) const;
-    void discardReplaced(int folder) const;
 
     uid_t m_caller;
     QString m_target;

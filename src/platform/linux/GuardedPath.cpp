@@ -13,6 +13,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 
@@ -198,7 +199,9 @@ FileDescriptor openOwnFile(const QByteArray &path, uid_t owner)
 
 FileDescriptor privateCopy(int file, qint64 size, const QByteArray &folder)
 {
-    FileDescriptor copy(::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    FileDescriptor copy(folder.isEmpty()
+            ? ::memfd_create("source", MFD_CLOEXEC)
+            : ::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR));
     if (!copy || !copyBlocks(file, copy.get(), size) || ::lseek(copy.get(), 0, SEEK_SET) != 0) {
         return {};
     }

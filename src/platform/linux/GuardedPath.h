@@ -28,8 +28,9 @@ enum class Folders { Anybodys, Roots };
 /// and pipes included, is opened at all; EACCES then.
 [[nodiscard]] FileDescriptor openOwnFile(const QByteArray &path, uid_t owner);
 
-/// Copies @p size bytes from the beginning of @p file to a file without a name in @p folder, which nobody
-/// else can write to. @return the copy, open for reading and writing at its beginning
+/// Copies @p size bytes from the beginning of @p file to a file without a name in @p folder, or in memory
+/// when that is empty, which nobody else can write to. @return the copy, open for reading and writing at its
+/// beginning
 [[nodiscard]] FileDescriptor privateCopy(int file, qint64 size, const QByteArray &folder);
 
 } // namespace brevok::guardedpath

@@ -8,6 +8,7 @@
 #include "platform/linux/StagingFolder.h"
 
 #include <cerrno>
+#include <ctime>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -27,6 +28,17 @@ bool exists(int folder, const QByteArray &name)
     return ::fstatat(folder, name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
+/// Whether the item was last changed before this start of the system.
+bool isOlderThanBoot(int folder, const QByteArray &name)
+{
+    struct stat facts { };
+    timespec now{};
+    timespec sinceBoot{};
+    return ::fstatat(folder, name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0
+        && ::clock_gettime(CLOCK_REALTIME, &now) == 0 && ::clock_gettime(CLOCK_BOOTTIME, &sinceBoot) == 0
+        && facts.st_ctim.tv_sec < now.tv_sec - sinceBoot.tv_sec;
+}
+
 } // namespace
 
 bool setAside(int folder, const QByteArray &name)
@@ -40,16 +52,22 @@ bool discard(int folder, const QByteArray &name)
     return filetree::remove(folder, nameAside(name), &where) || errno == ENOENT;
 }
 
-Repair repair(int folder, const QByteArray &name, bool restore)
+Repair repair(int folder, const QByteArray &name, const Interrupted &what)
 {
     const bool staged = StagingFolder::removeStale(folder);
-    if (!exists(folder, nameAside(name))) {
-        return staged ? Repair::Cleaned : Repair::NothingToDo;
-    }
-    if (restore && safepath::renameExclusively(folder, nameAside(name), folder, name)) {
+    const bool aside = exists(folder, nameAside(name));
+    const bool doubtful =
+        what.rebooted && !what.removal && (aside || (what.fresh && isOlderThanBoot(folder, name)));
+    QByteArray where;
+    const bool dropped = doubtful && exists(folder, name) && filetree::remove(folder, name, &where);
+    if (aside && !what.removal && safepath::renameExclusively(folder, nameAside(name), folder, name)) {
         return Repair::Restored;
     }
-    return discard(folder, name) || staged ? Repair::Cleaned : Repair::NothingToDo;
+    const bool discarded = aside && discard(folder, name);
+    if (!what.removal && exists(folder, name)) {
+        (void)StagingFolder::bringToDisk(folder, name);
+    }
+    return staged || dropped || discarded ? Repair::Cleaned : Repair::NothingToDo;
 }
 
 } // namespace brevok::replaceditem

@@ -14,9 +14,16 @@ namespace brevok::replaceditem {
 /// Deletes what was set aside; nothing there is a success.
 [[nodiscard]] bool discard(int folder, const QByteArray &name);
 
+/// What was being done to an item when it was cut short.
+struct Interrupted {
+    bool removal = false; ///< it was to go for good
+    bool fresh = false; ///< there was none before
+    bool rebooted = false; ///< the system was started anew since, so that what was not on the disk is lost
+};
 enum class Repair { NothingToDo, Cleaned, Restored };
-/// Ends what a process left that was killed while it replaced (@p restore) or removed the item @p name of
-/// @p folder: an item that was set aside and has no successor comes back, everything else left goes.
-[[nodiscard]] Repair repair(int folder, const QByteArray &name, bool restore);
+/// Ends what a process left that was killed while it worked on the item @p name of @p folder. An item that
+/// was set aside comes back where it has no successor, or only one that may have lost some of its bytes; a
+/// new one of which the same may be said goes; everything else left goes too.
+[[nodiscard]] Repair repair(int folder, const QByteArray &name, const Interrupted &what);
 
 } // namespace brevok::replaceditem

@@ -67,7 +67,7 @@ template <typename Visit> bool visitTree(int folder, int &most, const Visit &vis
 /// First waits for the bytes of all files, then syncs each, by when the file system has little left to do:
 /// that costs about as much as one flush of the whole file system, and does not wait for what others have
 /// written.
-bool bringToDisk(int folder)
+bool contentsToDisk(int folder)
 {
     constexpr int manyFiles = 2000;
     constexpr unsigned waiting =
@@ -166,10 +166,10 @@ bool StagingFolder::move(const QByteArray &name, Existing existing)
         && safepath::exchange(m_staging.get(), name, m_folder, name);
 }
 
-bool StagingFolder::publish(const QByteArrayList &names, Existing existing, QByteArray *where)
+bool StagingFolder::publish(const QByteArrayList &names, Existing existing, QByteArray *where, Safe safe)
 {
     // Without that a power cut could leave empty files under final names.
-    if (!bringToDisk(m_staging.get())) {
+    if (safe == Safe::Before && !contentsToDisk(m_staging.get())) {
         return false;
     }
     for (qsizetype i = 0; i < names.size(); ++i) {
@@ -188,8 +188,21 @@ bool StagingFolder::publish(const QByteArrayList &names, Existing existing, QByt
         return false;
     }
     // They are in place; that the folder remembers it after a power cut is a bonus.
-    ::fsync(m_folder);
+    if (safe == Safe::Before) {
+        ::fsync(m_folder);
+    }
     return true;
+}
+
+bool StagingFolder::bringToDisk(int folder, const QByteArray &name)
+{
+    const FileDescriptor item = safepath::openBeneath(folder, name, O_RDONLY | O_NONBLOCK);
+    struct stat facts { };
+    if (!item || ::fstat(item.get(), &facts) != 0) {
+        return false;
+    }
+    const bool there = S_ISDIR(facts.st_mode) ? contentsToDisk(item.get()) : ::fsync(item.get()) == 0;
+    return there && ::fsync(folder) == 0;
 }
 
 } // namespace brevok

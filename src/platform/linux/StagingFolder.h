@@ -28,10 +28,18 @@ public:
     /// What becomes of an entry that already bears a name.
     enum class Existing { Refused, Replaced };
 
-    /// Brings everything inside to the disk and moves the entries @p names to the folder, all or none. What
-    /// is replaced goes with this folder.
+    /// When what is published is safe from a power cut.
+    enum class Safe { Before, Later };
+
+    /// Moves the entries @p names to the folder, all or none, once everything inside is on the disk, unless
+    /// the caller sees to that later, with bringToDisk(). What is replaced goes with this folder.
     /// @return false with errno set and the entry that failed in @p where
-    [[nodiscard]] bool publish(const QByteArrayList &names, Existing existing, QByteArray *where);
+    [[nodiscard]] bool publish(
+        const QByteArrayList &names, Existing existing, QByteArray *where, Safe safe = Safe::Before);
+
+    /// Brings the item @p name of @p folder and everything in it to the disk, and its name too.
+    /// @return false with the reason in errno
+    [[nodiscard]] static bool bringToDisk(int folder, const QByteArray &name);
 
 private:
     [[nodiscard]] bool make();

@@ -22,18 +22,23 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto prefix = "work-"_L1;
-constexpr auto installing = "install"_L1;
 constexpr qint64 longest = qint64(64) * 1024;
+
+/// Another one after each start of the system.
+QString bootId()
+{
+    QFile file(u"/proc/sys/kernel/random/boot_id"_s);
+    return file.open(QIODevice::ReadOnly) ? QString::fromLatin1(file.readLine(100).trimmed()) : QString();
+}
 
 } // namespace
 
-QString WorkJournal::begin(Kind kind, const QString &target) const
+QString WorkJournal::begin(const QString &target, bool removal, bool fresh) const
 {
     QString id = prefix + QUuid::createUuid().toString(QUuid::Id128);
-    const QByteArray text = QJsonDocument(
-        QJsonObject{{u"kind"_s, kind == Kind::Install ? QString(installing) : u"removal"_s},
-            {u"target"_s,
-                target}}).toJson(QJsonDocument::Compact);
+    const QJsonObject entry{
+        {u"target"_s, target}, {u"removal"_s, removal}, {u"fresh"_s, fresh}, {u"boot"_s, bootId()}};
+    const QByteArray text = QJsonDocument(entry).toJson(QJsonDocument::Compact);
     const FileDescriptor folder = safepath::openFolder(QFile::encodeName(m_folder));
     if (!folder) {
         return {};
@@ -69,9 +74,11 @@ QList<WorkJournal::Entry> WorkJournal::entries() const
         const QJsonObject entry = file.open(QIODevice::ReadOnly)
             ? QJsonDocument::fromJson(file.read(longest)).object()
             : QJsonObject();
-        result.append({QString::fromLatin1(name),
-            entry.value(u"kind"_s).toString() == installing ? Kind::Install : Kind::Removal,
-            entry.value(u"target"_s).toString()});
+        result.append({.id = QString::fromLatin1(name),
+            .target = entry.value(u"target"_s).toString(),
+            .removal = entry.value(u"removal"_s).toBool(),
+            .fresh = entry.value(u"fresh"_s).toBool(),
+            .rebooted = entry.value(u"boot"_s).toString() != bootId()});
     }
     return result;
 }

@@ -12,11 +12,12 @@ namespace brevok {
 /// work, there from before its first step until after its last. Any thread.
 class WorkJournal final {
 public:
-    enum class Kind { Install, Removal };
     struct Entry {
-        QString id; ///< what end() takes
-        Kind kind = Kind::Install;
-        QString target; ///< empty when the entry was cut short, which is before any work
+        QString id{}; ///< what end() takes
+        QString target{}; ///< empty when the entry was cut short, which is before any work
+        bool removal = false;
+        bool fresh = false; ///< there was no such item before
+        bool rebooted = false; ///< the system was started anew since
     };
 
     /// @p folder exists and belongs to this process alone.
@@ -26,7 +27,7 @@ public:
     }
 
     /// @return the entry's id when it is on the disk, else nothing with the reason in errno
-    [[nodiscard]] QString begin(Kind kind, const QString &target) const;
+    [[nodiscard]] QString begin(const QString &target, bool removal, bool fresh) const;
     void end(const QString &id) const;
     /// What was begun and not ended.
     [[nodiscard]] QList<Entry> entries() const;

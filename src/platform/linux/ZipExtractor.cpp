@@ -107,7 +107,9 @@ bool Extraction::run()
     m_current.close();
     QByteArray where;
     return unpacked
-        && (staging.publish(rules.topLevel(), StagingFolder::Existing::Replaced, &where) || failAt(where));
+        && (staging.publish(rules.topLevel(), StagingFolder::Existing::Replaced, &where,
+                m_terms.safeLater ? StagingFolder::Safe::Later : StagingFolder::Safe::Before)
+            || failAt(where));
 }
 
 bool Extraction::judge(qint64 archiveSize)

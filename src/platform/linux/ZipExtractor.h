@@ -18,6 +18,7 @@ struct ExtractionTerms {
     QByteArray only; ///< the one name that may stand at the top; any when empty
     bool refuseOpenModes = false; ///< refuse entries that everybody may write to, instead of closing them
     std::optional<uid_t> owner; ///< who gets the entries, before they get their final names
+    bool safeLater = false; ///< the caller brings what was unpacked to the disk
 };
 
 /// Judges the zip archive open as @p archive without unpacking anything. @return why it may not be unpacked

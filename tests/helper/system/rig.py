@@ -244,6 +244,10 @@ class Rig:
     def helper_process(self):
         return self.owner("com.tolvane.brevok.HelperTool")
 
+    def settle(self):
+        """Waits for what the helper does after it has answered."""
+        wait_for("the end of the work", lambda: not self.state.exists() or not os.listdir(self.state))
+
     def end_helper(self, how=signal.SIGTERM):
         process = self.helper_process()
         if process:

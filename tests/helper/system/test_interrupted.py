@@ -1,5 +1,6 @@
 #!/usr/bin/python3
 """The helper is killed, or finds the disk full, at every call that changes a file."""
+import json
 import os
 import pathlib
 import sys
@@ -59,7 +60,11 @@ class InterruptedTest(unittest.TestCase):
             self.prepare(target, old)
             self.fresh({"FAULT": kind, "FAULT_AT": str(at)})
             lines = self.rig.log_text().count("\n")
+            process = self.rig.helper_process()
             answer = call()
+            # An install is answered before its rest is done.
+            wait_for("the end of the work", lambda: not os.listdir(self.rig.state)
+                     or self.rig.helper_process() != process)
             if (self.rig.root / "now").exists():  # that many calls there are not
                 self.assertTrue(answer["result"][0])
                 return
@@ -96,6 +101,26 @@ class InterruptedTest(unittest.TestCase):
             self.assertEqual(seen, then)
             states.add(then)
         self.assertEqual(states, {"old", None})
+
+    def test_power_cut(self):
+        # What the next start of the system finds: a new bundle of which nobody knows whether its bytes got to the disk.
+        target = self.rig.application("power")
+        self.learn(target)
+        aside = target.with_name(".tolvane-replaced-" + target.name)
+        for removal in (False, True):
+            self.prepare(target, old=True)
+            self.rig.end_helper()
+            os.rename(target, aside)
+            if not removal:
+                target.mkdir()
+                (target / "empty").touch()
+            (self.rig.state / "work-1").write_text(json.dumps(
+                {"target": str(target), "removal": removal, "fresh": False, "boot": "an earlier one"}))
+            (self.rig.state / "work-2").write_text('{"targ')  # begun when the power went
+            self.fresh()
+            self.assertEqual(self.whole(target), None if removal else "old")
+            self.assertFalse(aside.exists())
+            self.assertEqual(os.listdir(self.rig.state), [])
 
     def test_full_disk(self):
         target = self.rig.application("full")

@@ -36,12 +36,14 @@ class HelperTest(unittest.TestCase):
     def setUp(self):
         self.target = self.rig.application(self.id().rsplit(".", 1)[1])
         self.home = self.rig.home(ALLOWED)
+        self.rig.settle()
         self.before = snapshot(self.outside), snapshot(self.rig.root / "Applications")
 
     def tearDown(self):
         self.rig.end_callers(but=self.allowed)
 
     def assertNothingChanged(self):
+        self.rig.settle()
         self.assertEqual((snapshot(self.outside), snapshot(self.rig.root / "Applications")), self.before)
 
     def assertRefused(self, answer, error=DENIED_ERROR):
@@ -61,6 +63,7 @@ class HelperTest(unittest.TestCase):
             self.assertEqual(self.allowed.install(self.rig.archive(content=content), self.target)["result"],
                              [True, "", 0, ""])
             self.assertEqual(self.content(), content)
+        self.rig.settle()
         self.assertEqual({facts[1] for facts in snapshot(self.target.parent).values()}, {ALLOWED})
         self.assertEqual(os.stat(self.target / "Contents" / "MacOS" / "A").st_mode & 0o7777, 0o755)
         self.assertEqual(os.listdir(self.target.parent), ["A.InDesignPlugin"])
@@ -341,6 +344,7 @@ class HelperTest(unittest.TestCase):
             self.assertNotIn("installed", outcomes[user])
         for user in (ALLOWED, OTHER):
             self.assertEqual(set(outcomes[user]), {"installed"})
+        self.rig.settle()
         self.assertEqual(os.listdir(self.target.parent), ["A.InDesignPlugin"])
         self.assertIn(self.content(), (str(ALLOWED).encode(), str(OTHER).encode()))
 

@@ -264,6 +264,7 @@ void BrevokAppDelegate::attachSurfaces()
         .flow = *shared.flow,
         .bugReporter = *shared.bugReporter,
         .alerts = *shared.alerts,
+        .updater = *shared.updater,
         .connectivity = *shared.connectivity,
         .access = *this,
         .settings = *m_with.platform.settings,

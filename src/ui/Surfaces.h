@@ -14,6 +14,7 @@ namespace brevok {
 class BrevokAlertQueue;
 class BrevokPackages;
 class BrevokPlugins;
+class BrevokSelfUpdater;
 class BrevokSession;
 class BrevokTargetApps;
 class BugReporter;
@@ -65,6 +66,7 @@ struct SurfaceContext {
     InstallFlow &flow;
     BugReporter &bugReporter;
     BrevokAlertQueue &alerts;
+    BrevokSelfUpdater &updater;
     const Connectivity &connectivity;
     SettingsAccess &access;
     SettingsStore &settings;

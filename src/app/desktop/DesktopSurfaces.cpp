@@ -8,6 +8,7 @@
 #include "ui/BrevokMenubarController.h"
 #include "ui/BrevokPanelController.h"
 #include "ui/BrevokPreferencesController.h"
+#include "ui/BrevokSoftwareUpdateController.h"
 #include "ui/BrevokUpdateProgressController.h"
 #include "ui/BrevokUpdateResultController.h"
 #include "ui/linux/DesktopColors.h"
@@ -15,6 +16,7 @@
 #include "ui/SmallWindows.h"
 #include "ui/StatusBar.h"
 #include "ui/TemplateImage.h"
+#include "updates/BrevokSelfUpdater.h"
 
 #include <QApplication>
 #include <QDBusConnection>
@@ -32,12 +34,19 @@ void DesktopSurfaces::attach(const SurfaceContext &context)
 {
     m_with.emplace(context);
     m_bar = std::make_unique<LinuxStatusBar>(QDBusConnection::sessionBus());
+    // The window is made when there is something to show, and comes up by itself from then on.
+    QObject::connect(&context.updater, &BrevokSelfUpdater::windowWanted, &context.updater, [this] {
+        if (m_with && !m_softwareUpdate) {
+            makeSoftwareUpdate();
+        }
+    });
 }
 
 void DesktopSurfaces::detach()
 {
     m_bugReporter.reset();
     m_colors.reset();
+    m_softwareUpdate.reset();
     m_preferences.reset();
     m_smallWindows.reset();
     m_with.reset();
@@ -74,6 +83,17 @@ std::unique_ptr<PanelSurface> DesktopSurfaces::makePanel()
     return panel;
 }
 
+void DesktopSurfaces::makeSoftwareUpdate()
+{
+    m_softwareUpdate =
+        std::make_unique<BrevokSoftwareUpdateController>(BrevokSoftwareUpdateController::Collaborators{
+            .updater = m_with->updater,
+            .bundle = m_with->bundle,
+            .urls = m_with->urls,
+        });
+    m_softwareUpdate->showWindow();
+}
+
 void DesktopSurfaces::connectPanel(BrevokPanelController &panel)
 {
     using Panel = BrevokPanelController;
@@ -82,6 +102,8 @@ void DesktopSurfaces::connectPanel(BrevokPanelController &panel)
     QObject::connect(&panel, &Panel::showTargetsRequested, &panel, [this] { preferences().showTargets(); });
     QObject::connect(
         &panel, &Panel::showBugReporterRequested, &panel, [this] { bugReporter().showWindow(); });
+    QObject::connect(&panel, &Panel::checkAppUpdateRequested, &panel,
+        [&updater = m_with->updater] { updater.checkForUpdates(); });
     QObject::connect(&panel, &Panel::showAboutRequested, &panel,
         [this] { smallWindows().aboutController().showWindow(); });
     QObject::connect(

@@ -17,6 +17,7 @@ class BrevokBugReporterController;
 class BrevokMenubarController;
 class BrevokPanelController;
 class BrevokPreferencesController;
+class BrevokSoftwareUpdateController;
 class DesktopColors;
 class SmallWindows;
 class StatusBar;
@@ -44,6 +45,7 @@ private:
     [[nodiscard]] BrevokBugReporterController &bugReporter();
     void connectPanel(BrevokPanelController &panel);
     void bringWindowsToFront();
+    void makeSoftwareUpdate();
 
     AlertPresenter &m_presenter;
     std::optional<SurfaceContext> m_with;
@@ -51,6 +53,7 @@ private:
     std::unique_ptr<DesktopColors> m_colors;
     QPointer<BrevokMenubarController> m_statusItem;
     std::unique_ptr<SmallWindows> m_smallWindows;
+    std::unique_ptr<BrevokSoftwareUpdateController> m_softwareUpdate;
     std::unique_ptr<BrevokPreferencesController> m_preferences;
     std::unique_ptr<BrevokBugReporterController> m_bugReporter;
 };

@@ -54,8 +54,8 @@ std::optional<OptionError> readAuthorities(const Given &path, ServiceConfigurati
     if (!QFileInfo(path.value).isFile() || !file.open(QIODevice::ReadOnly)) {
         return OptionError{u"%1: '%2' cannot be read"_s.arg(path.source, path.value)};
     }
-    service.extraAuthorities = QSslCertificate::fromData(file.readAll(), QSsl::Pem);
-    if (service.extraAuthorities.isEmpty()) {
+    service.extraAuthorities = file.readAll();
+    if (!holdsCertificate(service.extraAuthorities)) {
         return OptionError{u"%1: '%2' holds no certificate in PEM form"_s.arg(path.source, path.value)};
     }
     return std::nullopt;

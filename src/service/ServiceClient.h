@@ -9,7 +9,6 @@
 #include <QList>
 #include <QNetworkReply>
 #include <QObject>
-#include <QSslCertificate>
 #include <QUrl>
 
 #include <functional>
@@ -20,13 +19,17 @@ namespace brevok {
 /// Where the service is and whom to trust.
 struct ServiceConfiguration {
     QUrl baseUrl; ///< HTTPS; without a trailing slash
-    QList<QSslCertificate> extraAuthorities; ///< trusted beside the system's
+    QByteArray extraAuthorities; ///< certificates in PEM form, trusted beside the system's
     QString reachabilityHost; ///< public host that stands for a working network
     int requestTimeoutMs = 60000; ///< without any progress, as the platform's default
 
     /// The address of @p path ("/api/plugin/list") on the service.
     [[nodiscard]] QUrl url(const QString &path) const;
 };
+
+/// Whether @p pem holds a block that can be a certificate: a whole DER value in the textual encoding (RFC
+/// 7468). Looks at the form alone, so that the start needs no TLS library.
+[[nodiscard]] bool holdsCertificate(const QByteArray &pem);
 
 /// What came back for one request.
 struct ServiceReply {

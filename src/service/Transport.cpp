@@ -71,9 +71,9 @@ QSslConfiguration tlsConfiguration()
 
 } // namespace
 
-Transport::Transport(const QList<QSslCertificate> &extraAuthorities)
+Transport::Transport(QByteArray extraAuthorities)
     : m_tls(tlsConfiguration())
-    , m_extraAuthorities(extraAuthorities)
+    , m_extraAuthorities(std::move(extraAuthorities))
 {
     m_manager.setProxyFactory(new KnownProxies(m_proxies));
 }
@@ -85,35 +85,36 @@ Transport::~Transport()
 
 void Transport::prepare(const QUrl &url, QObject *context, Task then)
 {
-    if (m_extraAuthorities.isEmpty()) {
+    if (m_extraAuthorities.isEmpty() && m_waiting.isEmpty()) {
         m_proxies.whenKnown(url, context, std::move(then));
         return;
     }
     m_waiting.append({url, context, std::move(then)});
     if (m_waiting.size() == 1) {
-        readSystemAuthorities();
+        readAuthorities();
     }
 }
 
 // The library reads the system's authorities as it needs them, unless there is a list of one's own: that
 // takes their place and has to hold them all. Reading them takes a tenth of a second, and finds each of them
 // twice.
-void Transport::readSystemAuthorities()
+void Transport::readAuthorities()
 {
-    inBackground([self = QPointer<Transport>(this)] {
+    inBackground([self = QPointer<Transport>(this), extra = std::exchange(m_extraAuthorities, {})] {
         const QList<QSslCertificate> all = QSslConfiguration::systemCaCertificates();
         const QSet<QSslCertificate> once(all.cbegin(), all.cend());
-        onMain(QCoreApplication::instance(), [self, authorities = once.values()] {
-            if (self) {
-                self->trust(authorities);
-            }
-        });
+        onMain(QCoreApplication::instance(),
+            [self, authorities = once.values() + QSslCertificate::fromData(extra)] {
+                if (self) {
+                    self->trust(authorities);
+                }
+            });
     });
 }
 
 void Transport::trust(const QList<QSslCertificate> &authorities)
 {
-    m_tls.setCaCertificates(authorities + std::exchange(m_extraAuthorities, {}));
+    m_tls.setCaCertificates(authorities);
     const QList<Waiting> waiting = std::exchange(m_waiting, {});
     for (const Waiting &one : waiting) {
         if (one.context) {

@@ -17,8 +17,8 @@ class Transport final : public QObject {
     Q_DISABLE_COPY_MOVE(Transport)
 
 public:
-    /// @p extraAuthorities are trusted beside the system's.
-    explicit Transport(const QList<QSslCertificate> &extraAuthorities);
+    /// @p extraAuthorities, certificates in PEM form, are trusted beside the system's.
+    explicit Transport(QByteArray extraAuthorities);
     ~Transport() override;
 
     /// Calls @p then, at once or later, when send() can start for @p url. Not at all when @p context is gone.
@@ -42,13 +42,13 @@ private:
         Task then;
     };
 
-    void readSystemAuthorities();
+    void readAuthorities();
     void trust(const QList<QSslCertificate> &authorities);
 
     SystemProxies m_proxies;
     QNetworkAccessManager m_manager;
     QSslConfiguration m_tls;
-    QList<QSslCertificate> m_extraAuthorities; ///< not yet part of m_tls
+    QByteArray m_extraAuthorities; ///< not yet part of m_tls
     QList<Waiting> m_waiting; ///< for the authorities
 };
 

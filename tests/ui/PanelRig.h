@@ -49,7 +49,7 @@ struct PanelRig final : private PanelKeeper {
     Q_DISABLE_COPY_MOVE(PanelRig)
 
     explicit PanelRig(bool signedIn, const QUrl &service = QUrl(QStringLiteral("https://localhost:1/base")),
-        const QList<QSslCertificate> &authorities = {})
+        const QByteArray &authorities = {})
         : network({.baseUrl = service,
             .extraAuthorities = authorities,
             .reachabilityHost = QStringLiteral("public.example")})

@@ -31,7 +31,7 @@ public:
 
     [[nodiscard]] QSslCertificate ca() const;
     /// For ServiceConfiguration::extraAuthorities.
-    [[nodiscard]] QList<QSslCertificate> authorities() const { return {ca()}; }
+    [[nodiscard]] QByteArray authorities() const { return ca().toPem(); }
 
     /// A server certificate for @p hosts (names or addresses), signed by this authority.
     [[nodiscard]] TestIdentity leaf(

@@ -20,9 +20,9 @@ namespace {
 constexpr mode_t permissionBits = 0777;
 constexpr size_t copyBlock = size_t(128) * 1024;
 
-QByteArray below(const QByteArray &folder, const QByteArray &name)
+QByteArray below(const QByteArray &parent, const QByteArray &child)
 {
-    return folder + '/' + name;
+    return parent + '/' + child;
 }
 
 bool failAt(QByteArray *where, const QByteArray &name)

@@ -50,6 +50,7 @@ class InterruptedTest(unittest.TestCase):
         self.fresh()
         if old:
             self.assertTrue(self.caller.install(self.old, target)["result"][0])
+            self.rig.settle()
             self.assertEqual(self.whole(target), "old")
         elif target.exists():
             self.assertTrue(self.caller.call("RemoveItemAtPath", "s", str(target))["result"][0])

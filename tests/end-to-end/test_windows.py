@@ -1,7 +1,9 @@
 """The windows as a user has them: a virtual display with a window manager and a tray, the real programs, keyboard and
 pointer. What the windows show is read as assistive technology reads it, so names, roles and places are tested too."""
+import base64
 import os
 import pathlib
+import re
 import signal
 import subprocess
 import sys
@@ -290,6 +292,82 @@ class Preferences(OnDesktop):
         # The panel opens beside them; the preferences stay.
         self.open_panel()
         self.assertIsNotNone(self.find("Preferences"))
+
+
+class BadInput(OnDesktop):
+    def publish_icon(self, prefix, data):
+        name = f"{prefix}.img"
+        (self.session.service_root / "icons").mkdir(exist_ok=True)
+        (self.session.service_root / "icons" / name).write_bytes(data)
+        for product in self.session.products:
+            if product["Prefix"] == prefix:
+                product["Icon"] = f"/icons/{name}"
+        self.session.write_lists()
+
+    def test_texts_and_icons_of_a_hostile_catalogue(self):
+        names = {"0x1": "N" * 300, "0x2": "\U0001f9d1\u200d\U0001f680 Rocket", "0x3": "\u0645\u0644\u062d\u0642 RTL",
+                 "0x4": "two\nlines\ttab", "0x5": "<b>bold</b><img src='file:///etc/passwd'>&amp;",
+                 "0x6": "\u202eevil\u202c", "0x7": "plain"}
+        for prefix, name in names.items():
+            self.session.publish(f"Plugin{prefix}", prefix, "1.0", 140, package=name)
+        self.session.products[1]["Version"] = "9." * 150
+        png = base64.b64decode("iVBORw0KGgoAAAANSUhEUgAAAAEAAAABCAYAAAAfFcSJAAAADUlEQVR42mNkYPhfDwAChwGA60e6kgAAAABJRU5E"
+                               "rkJggg==")
+        huge = png[:16] + (60000).to_bytes(4, "big") * 2 + png[24:]
+        bomb = (b'<svg xmlns="http://www.w3.org/2000/svg" viewBox="0 0 9 9"><defs><g id="a0"><rect width="9" height="9"/>'
+                b'</g>' + b"".join(b'<g id="a%d">%s</g>' % (i, b'<use href="#a%d"/>' % (i - 1) * 10) for i in range(1, 12))
+                + b'</defs><use href="#a11"/></svg>')
+        for prefix, data in (("0x1", png), ("0x2", huge), ("0x3", png[:40]), ("0x4", bomb), ("0x5", b"no image")):
+            self.publish_icon(prefix, data)
+        self.start(signed_in=True)
+        self.open_panel()
+        self.wait_for_control("Install " + names["0x5"], "push button", enabled=True)
+        self.wait_for_control("Install two lines tab", "push button", enabled=True)
+        rows = [c for c in self.controls() if c.role == "list item"]
+        self.assertEqual([c.rectangle[3] for c in rows], [52] * len(self.session.products))
+        panel = self.panel_rectangle()
+        for control in self.controls():
+            x, _, width, _ = control.rectangle
+            self.assertTrue(width == 0 or panel[0] <= x and x + width <= panel[0] + panel[2], control)
+        self.press_button("Install " + names["0x5"])
+        self.wait_for_control("Up To Date " + names["0x5"])
+        self.assertIsNone(self.session.application.poll())
+
+    def test_a_catalogue_of_two_thousand(self):
+        first = len(self.session.plugins)
+        for number in range(2000):
+            for records in (self.session.plugins, self.session.products):
+                records.append({**records[0], "Name": f"Package {number:04}", "Prefix": f"0xP{number}"})
+        self.assertEqual(len(self.session.plugins), first + 2000)
+        self.session.write_lists()
+        self.start(signed_in=True)
+        self.wait("all packages", lambda: len(self.session.status()["packages"]) == 2001)
+        self.open_panel()
+        self.wait_for_control("Install Alpha", "push button")
+        rows = [c for c in self.controls() if c.role == "list item"]
+        self.assertLess(len(rows), 50, "only what is near is made")
+        self.desktop.press("Down", "End")
+        self.wait_for_control("Install Package 1999", "push button", focused=True)
+
+
+class Colors(OnDesktop):
+    def test_light_and_dark_follow_the_desktop_at_once(self):
+        portal = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("settings_portal.py"), "1"],
+                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.addCleanup(lambda: (portal.kill(), portal.wait(), portal.stdin.close(), portal.stdout.close()))
+        portal.stdout.readline()
+        self.start()
+        x, y, _, _ = self.open_panel()
+        for scheme, dark in ((None, True), (0, False), (1, True), (2, False)):
+            if scheme is not None:
+                portal.stdin.write(f"{scheme}\n")
+                portal.stdin.flush()
+            self.wait(f"dark: {dark}", lambda: (self.brightness(x + 20, y + 600) < 100) == dark)
+
+    def brightness(self, x, y):
+        text = self.desktop.run("import", "-silent", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8",
+                                "-colorspace", "gray", "txt:-")
+        return int(re.search(r"\((\d+)", text.splitlines()[-1])[1])
 
 
 class Ends(OnDesktop):

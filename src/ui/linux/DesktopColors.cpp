@@ -64,6 +64,7 @@ QPalette darkened(const QPalette &light)
 DesktopColors::DesktopColors(const QDBusConnection &bus)
     : m_bus(bus)
 {
+    qRegisterMetaType<QDBusVariant>(); // else the slot is not found, unless some other call came before
     // Of any sender: to know the service's owner, Qt would wait for the bus.
     m_bus.connect(
         {}, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QString, QString, QDBusVariant)));

@@ -71,7 +71,7 @@ struct InstallRig {
     /// A host application on disk as an enabled target; returns its path.
     QString addTarget(const QString &name, const QString &version)
     {
-        const QString path = writeHostApplication(
+        QString path = writeHostApplication(
             folder.filePath(QStringLiteral("Apps")), name, version + QStringLiteral("00"));
         targets.insertTarget(path, QStringLiteral("InDesign"), version);
         return path;

@@ -27,8 +27,20 @@ constexpr int workerExpiryMs = 5000;
 constexpr int farewellMs = 500;
 constexpr int finishMs = 60'000;
 
+/// Who may only start this program, as root even, must not have it believe a bus of his own.
+bool isTrusted(const QString &address)
+{
+    const QString start = u"unix:path="_s;
+    return address.startsWith(start + u'/') && !address.contains(u';') && !address.contains(u',')
+        && !address.contains(u'%') && rootfile::isRootsPlace(address.mid(start.size()));
+}
+
 QDBusConnection connectTo(const QString &address)
 {
+    if (!address.isEmpty() && !isTrusted(address)) {
+        logLine(u"the bus is not where only root can have put it"_s);
+        return QDBusConnection(u"none"_s);
+    }
     return address.isEmpty() ? QDBusConnection::connectToBus(QDBusConnection::SystemBus, u"helper"_s)
                              : QDBusConnection::connectToBus(address, u"helper"_s);
 }

@@ -116,6 +116,12 @@ bool makePrivateFolder(const QString &path, ErrorSlot error)
         || fail(error, Texts::tr("Could not create the folder \"%1\""), path);
 }
 
+bool isRootsPlace(const QString &path)
+{
+    return static_cast<bool>(
+        openAround(safepath::split(QFile::encodeName(path)), guardedpath::Missing::Refused));
+}
+
 void terminate(qint64 id)
 {
     if (id > 1) {

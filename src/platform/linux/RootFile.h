@@ -23,6 +23,9 @@ using ErrorSlot = std::optional<BrevokError> *;
 /// there, and belongs to this process's user alone
 [[nodiscard]] bool makePrivateFolder(const QString &path, ErrorSlot error);
 
+/// Whether nobody but root can have put what is at @p path there.
+[[nodiscard]] bool isRootsPlace(const QString &path);
+
 /// Asks the process @p id to end.
 void terminate(qint64 id);
 

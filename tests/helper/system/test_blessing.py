@@ -118,6 +118,15 @@ class ClientTest(unittest.TestCase):
         program = self.rig.blessed / "usr" / "local" / "libexec" / "tolvane-brevok-helper"
         self.assertEqual(os.readlink(f"/proc/{self.rig.helper_process()}/exe"), str(program))
         self.assertEqual(self.client("install", self.rig.archive(), self.target)[0], "yes ")
+        # Not even root's own program believes a bus that somebody else offers.
+        for address in (f"unix:path={self.rig.home(ALLOWED)}/bus", "unix:abstract=bus",
+                        f"{self.rig.address};unix:path={self.rig.home(ALLOWED)}/bus"):
+            os.symlink(self.rig.root / "run" / "system_bus_socket", self.rig.home(ALLOWED) / "bus")
+            ended = subprocess.run([self.rig.helper, "--address", address, "--state", self.rig.root / "other"],
+                                   env=self.rig.environment, capture_output=True, text=True, check=False)
+            self.assertEqual(ended.returncode, 1)
+            self.assertIn("not where only root can have put it", ended.stderr)
+            os.unlink(self.rig.home(ALLOWED) / "bus")
         # Removed, it is gone: the old one is what the bus knows then.
         subprocess.run([self.rig.helper, "--remove", "--prefix", self.rig.blessed, "--address", self.rig.address], check=True,
                        env=self.rig.environment)

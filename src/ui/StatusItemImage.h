@@ -9,11 +9,9 @@
 
 #include <optional>
 
-namespace brevok {
-
 /// The pictures of the status item: the application's icon for bars and the number beside it, or upon it
 /// where a bar has room for a square only. Main thread.
-namespace statusitem {
+namespace brevok::statusitem {
 
 /// Colours of a square picture.
 struct Colours {
@@ -45,6 +43,4 @@ void drawItem(QPainter &painter, const QImage &image, const QSizeF &imageSize, c
 /// @p shape with its own alpha in one colour.
 [[nodiscard]] QImage tinted(const QImage &shape, const QColor &colour);
 
-} // namespace statusitem
-
-} // namespace brevok
+} // namespace brevok::statusitem

@@ -31,13 +31,13 @@ TargetTableModel::TargetTableModel(BrevokTargetApps &targets, QObject *parent)
     : QAbstractTableModel(parent)
     , m_targets(targets)
 {
-    sort();
+    sortPaths();
     connect(&targets, &BrevokTargetApps::targetsChanged, this, &TargetTableModel::update);
 }
 
 TargetTableModel::~TargetTableModel() = default;
 
-void TargetTableModel::sort()
+void TargetTableModel::sortPaths()
 {
     QList<OrderedTarget> unsorted;
     const TargetRecords records = m_targets.targets();

@@ -43,7 +43,7 @@ Q_SIGNALS:
     void checkboxClicked(int row);
 
 private:
-    void sort();
+    void sortPaths();
     void update();
 
     BrevokTargetApps &m_targets;

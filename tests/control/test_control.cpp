@@ -91,7 +91,7 @@ void ControlTest::commandLines()
     QFETCH(QStringList, arguments);
     const auto parsed = client::parseCommandLine(line.split(u' '));
     QVERIFY(std::holds_alternative<Command>(parsed));
-    const Command &command = std::get<Command>(parsed);
+    const auto &command = std::get<Command>(parsed);
     QCOMPARE(static_cast<int>(command.verb), verb);
     QCOMPARE(command.arguments, arguments);
     QCOMPARE(command.json, line.contains(u"--json"));

@@ -19,8 +19,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int mostForTitles =
-    112; // languages with longer ones get smaller letters, so that names are not cut
+// Languages with longer titles get smaller letters, so that names are not cut.
+constexpr int mostForTitles = 124;
 
 int widestTitle(const QFont &font)
 {

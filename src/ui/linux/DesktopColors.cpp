@@ -61,8 +61,8 @@ QPalette darkened(const QPalette &light)
     return dark;
 }
 
-DesktopColors::DesktopColors(const QDBusConnection &bus)
-    : m_bus(bus)
+DesktopColors::DesktopColors(QDBusConnection bus)
+    : m_bus(std::move(bus))
 {
     qRegisterMetaType<QDBusVariant>(); // else the slot is not found, unless some other call came before
     // Of any sender: to know the service's owner, Qt would wait for the bus.

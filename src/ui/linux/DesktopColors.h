@@ -18,7 +18,7 @@ class DesktopColors final : public QObject {
     Q_DISABLE_COPY_MOVE(DesktopColors)
 
 public:
-    explicit DesktopColors(const QDBusConnection &bus);
+    explicit DesktopColors(QDBusConnection bus);
     ~DesktopColors() override;
 
 private Q_SLOTS:

@@ -12,6 +12,7 @@ import subprocess
 import time
 
 PATIENCE = 60  # seconds until a condition that should come true counts as missed
+TRAY_HEIGHT = 28
 NEEDED = ("Xvfb", "openbox", "trayer", "xdotool", "xprop", "xwininfo", "xsetroot", "import")
 
 
@@ -83,8 +84,8 @@ class VirtualDesktop:
     def start_tray(self):
         """A bar's tray at the right end of the upper edge."""
         # No wider than its items, which it gives a square each.
-        self.tray = self.show("trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--height", "28",
-                              "--SetDockType", "true", "--SetPartialStrut", "true", keep=False)
+        self.tray = self.show("trayer", "--edge", "top", "--align", "right", "--widthtype", "request", "--height",
+                              TRAY_HEIGHT, "--SetDockType", "true", "--SetPartialStrut", "true", keep=False)
 
     def stop_tray(self):
         if self.tray:
@@ -127,7 +128,7 @@ class VirtualDesktop:
     # what is on the screen
 
     def tray_item(self):
-        """@return x, y, width and height of the first item in the tray, or nothing"""
+        """@return x, y, width and height of the item at its place at the end of the tray, or nothing"""
         if self.tray is None or self.tray.poll() is not None:
             return None
         lines = self.run("xwininfo", "-root", "-tree").splitlines()
@@ -136,8 +137,15 @@ class VirtualDesktop:
                 # Its children follow, deeper; the item is the one with the application's name.
                 for child in lines[index + 1:]:
                     if '"Tolvane Brevok"' in child:
-                        return rectangle_of(child)
+                        return self.settled(child)
         return None
+
+    def settled(self, line):
+        """A tray that has just started gives its item another size and place once more, and shows it last."""
+        found = rectangle_of(line)
+        at_place = found and found[0] + found[2] == self.width - 1 and found[1] + found[3] == TRAY_HEIGHT - 1
+        shown = at_place and "IsViewable" in self.run("xwininfo", "-id", line.split()[0])
+        return found if shown else None
 
     def windows(self):
         """@return the titles of the application's windows on the screen; the item is none"""

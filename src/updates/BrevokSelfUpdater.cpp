@@ -66,18 +66,17 @@ void BrevokSelfUpdater::checkForUpdatesInBackground()
 }
 
 // A check of the user's own takes the place of one that nobody sees; what the user is asked or waits for is
-// shown, not begun again.
+// shown, not begun again. An answer that stays on the screen holds no check up.
 bool BrevokSelfUpdater::mayCheck(bool byUser)
 {
     switch (m_state.phase) {
     case Phase::Idle:
-        return byUser || !m_exchange;
-    case Phase::Offered:
-        return !byUser && !m_exchange;
     case Phase::UpToDate:
     case Phase::Installed:
     case Phase::Failed:
-        return byUser;
+        return byUser || !m_exchange;
+    case Phase::Offered:
+        return !byUser && !m_exchange;
     default:
         return false;
     }

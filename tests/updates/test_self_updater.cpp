@@ -37,6 +37,7 @@ private Q_SLOTS:
     void notes_data();
     void notes();
     void skipping();
+    void openAnswersHoldNothingUp();
     void aBuildWithoutKey();
     void automaticChecks();
 };
@@ -133,6 +134,21 @@ void SelfUpdaterTest::skipping()
     QCOMPARE(stage.phase(), Phase::Idle);
     stage.updater->checkForUpdates();
     QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
+}
+
+// The user left the answer to an earlier check open.
+void SelfUpdaterTest::openAnswersHoldNothingUp()
+{
+    for (const Response &earlier : {Response::ok(sampleFeed({})), Response::of(500)}) {
+        UpdaterStage stage;
+        stage.server.on(feedPath, earlier);
+        stage.updater->checkForUpdates();
+        QTRY_VERIFY_WITH_TIMEOUT(stage.phase() == Phase::UpToDate || stage.phase() == Phase::Failed, patient);
+        stage.serveGoodPackage();
+        stage.updater->checkForUpdatesInBackground();
+        QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
+        QVERIFY(!stage.updater->state().byUser);
+    }
 }
 
 void SelfUpdaterTest::aBuildWithoutKey()

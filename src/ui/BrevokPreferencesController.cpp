@@ -257,7 +257,10 @@ void BrevokPreferencesController::returnOnCredentials(bool inEmailField)
 
 void BrevokPreferencesController::createAccount()
 {
-    m_with.urlOpener.open(m_with.service.resolved(QUrl(u"/account/register"_s)));
+    // The pages lie below the service's base address, which may have a folder of its own.
+    QUrl url = m_with.service;
+    url.setPath(url.path() + u"/account/register"_s);
+    m_with.urlOpener.open(url);
 }
 
 void BrevokPreferencesController::updateAccountPage()

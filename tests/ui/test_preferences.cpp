@@ -102,8 +102,8 @@ struct Desk {
     }
     void open()
     {
-        window.emplace(BrevokPreferencesController::Collaborators{
-            *session, *targets, access, settings, presenter, opener, QUrl(u"https://service.example"_s)});
+        window.emplace(BrevokPreferencesController::Collaborators{*session, *targets, access, settings,
+            presenter, opener, QUrl(u"https://service.example/base"_s)});
         window->showWindow();
     }
     template <class Widget> [[nodiscard]] Widget *find(const char *name) const
@@ -466,7 +466,7 @@ void PreferencesTest::accountPageFollowsTheSession()
     QCOMPARE(signedOut.session->orlecId(), u"eve@example.com"_s);
     QCOMPARE(email->text(), u"eve@example.com"_s);
     signedOut.click("createAccountLink");
-    QCOMPARE(signedOut.opener.opened, QList<QUrl>{QUrl(u"https://service.example/account/register"_s)});
+    QCOMPARE(signedOut.opener.opened, QList<QUrl>{QUrl(u"https://service.example/base/account/register"_s)});
 
     Desk signedIn(u"held-id"_s);
     signedIn.open();

@@ -142,6 +142,7 @@ private Q_SLOTS:
     void wordsOfTheUser_data();
     void wordsOfTheUser();
     void answers();
+    void keys();
     void hostileNotes_data();
     void hostileNotes();
     void linksInNotes();
@@ -234,6 +235,32 @@ void SoftwareUpdateTest::answers()
     QCOMPARE(half.permille, 500);
     QCOMPARE(half.progress,
         u"%1 of %2"_s.arg(QLocale().formattedDataSize(1500000), QLocale().formattedDataSize(3000000)));
+}
+
+void SoftwareUpdateTest::keys()
+{
+    Stage stage;
+    const auto pressReturn = [&stage] {
+        QTest::keyClick(stage.window.focusWidget(), Qt::Key_Return);
+    };
+    stage.updater.checkForUpdates();
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
+    QCOMPARE(stage.window.focusWidget(), stage.button(u"install"_s));
+    stage.button(u"later"_s)->setFocus();
+    pressReturn();
+    QCOMPARE(stage.phase(), Phase::Idle);
+    QCOMPARE(stage.server.requests(u"/brevok.deb"_s).size(), 0);
+
+    stage.updater.checkForUpdates();
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
+    pressReturn();
+    QCOMPARE(stage.phase(), Phase::Downloading);
+    pressReturn(); // held a little too long: only Escape and the space bar cancel
+    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Installing, patient);
+    stage.system.end(std::nullopt);
+    pressReturn();
+    QCOMPARE(stage.phase(), Phase::Idle);
+    QVERIFY(!stage.window.isVisible());
 }
 
 void SoftwareUpdateTest::hostileNotes_data()

@@ -6,6 +6,7 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "service/NetworkFactory.h"
+#include "service/ReplyCollector.h"
 #include "service/ServerTrust.h"
 
 #include <QCoreApplication>
@@ -45,6 +46,7 @@ struct Connectivity::Diagnosis {
 namespace {
 
 constexpr int okStatus = 200;
+constexpr qint64 longestBody = qint64{1024} * 1024;
 
 // Empty for a host without any address. Blocks while the name is being resolved.
 QString resolvedAddress(const QString &host)
@@ -85,8 +87,7 @@ QString reachabilityPhrase(ReachabilityFlags flags)
         ReachabilityFlag flag;
         const char *text;
     };
-    // The first that applies. The second phrase for traffic can never be reached; the order is as it always
-    // was.
+    // The first that applies, so the second phrase for traffic is never reached.
     static constexpr std::array phrases{Phrase{TransientConnection, "Transient Connection "},
         Phrase{Reachable, "Reachable "}, Phrase{ConnectionRequired, "Connection Required "},
         Phrase{ConnectionOnTraffic, "Connection Automatic "},
@@ -206,27 +207,19 @@ void Connectivity::logAnswer(const QString &method, const Answer &answer)
     }
 }
 
-// Of the body only matters whether there is one: it is thrown away as it arrives.
+// Of the body only matters whether there is one: a page without end is no failure.
 void Connectivity::send(const QUrl &url, const QByteArray &method, AnswerHandler handler)
 {
     QNetworkReply *reply = m_network.send(m_network.request(url), method);
-    reply->setParent(this);
     answerChallenges(*reply, url, m_network.configuration().baseUrl.host());
-    auto answer = std::make_shared<Answer>();
-    const auto drain = [reply, answer] {
-        answer->empty = reply->readAll().isEmpty() && answer->empty;
+    const auto answered = [handler = std::move(handler)](const ServiceReply &got) {
+        const bool endless = got.error && got.error->domain == QLatin1StringView(connectionErrorDomain);
+        handler({.status = got.status,
+            .empty = got.body.isEmpty() && !endless,
+            .headers = got.headers,
+            .error = endless ? std::nullopt : got.error});
     };
-    connect(reply, &QNetworkReply::readyRead, this, drain);
-    connect(reply, &QNetworkReply::finished, this, [reply, answer, drain, handler = std::move(handler)] {
-        if (reply->isOpen()) {
-            drain();
-        }
-        answer->status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-        answer->headers = reply->rawHeaderPairs();
-        answer->error = NetworkFactory::transportError(*reply);
-        reply->deleteLater();
-        handler(*answer);
-    });
+    new ReplyCollector(reply, longestBody, m_network.configuration().requestTimeoutMs, this, answered, this);
 }
 
 } // namespace brevok

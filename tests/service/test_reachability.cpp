@@ -53,6 +53,7 @@ private Q_SLOTS:
     void networkIsReachable();
     void serviceAnswers_data();
     void serviceAnswers();
+    void endlessAnswerIsOne();
     void diagnosisOfABadAddress();
     void diagnosisOfAnUnknownHost();
     void diagnosis_data();
@@ -208,6 +209,19 @@ void TestReachability::serviceAnswers()
         QCOMPARE(server.requests().at(1).method, "POST");
         QVERIFY(server.requests().at(1).body.isEmpty());
     }
+}
+
+void TestReachability::endlessAnswerIsOne()
+{
+    FaultServer server;
+    server.on(u"/"_s, Response{.body = QByteArray(1 << 20, 'x'), .repeat = 1 << 20});
+    NetworkFactory network(configuration(server));
+    Connectivity connectivity(network, routes);
+    std::optional<bool> answer;
+    connectivity.checkAzureReachability(this, [&](bool reachable) { answer = reachable; });
+    QTRY_VERIFY_WITH_TIMEOUT(answer, 30000);
+    QVERIFY(*answer);
+    QTRY_COMPARE(server.connections(), 0);
 }
 
 QStringList TestReachability::diagnose(Connectivity &connectivity, const QUrl &url, int port)

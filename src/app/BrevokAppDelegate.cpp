@@ -83,7 +83,7 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
         m_with.platform.userNotifications->setDelegate(this);
     }
     observeOtherProcesses();
-    m_shared->activation->setHandler([this] { panelController().openPanel(); });
+    m_shared->activation->setHandler([this] { applicationShouldHandleReopen(true); });
 }
 
 bool BrevokAppDelegate::anotherCopyRuns()

@@ -49,6 +49,7 @@ public:
     static BrevokAppDelegate *appDelegate();
 
     void applicationDidFinishLaunching();
+    /// The user started the running program again, from the desktop's menu: like a click on the status item.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
     /// Saves, tells other processes, removes the status item. Always true: nothing can refuse.
     bool applicationShouldTerminate();

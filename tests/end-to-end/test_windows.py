@@ -12,6 +12,7 @@ import unittest
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "demo"))
 try:
     from accessible import Accessibility
+    from gi.repository import GLib
 except (ImportError, ValueError):
     Accessibility = None
 from brevok_session import PATIENCE, Session, wait_for
@@ -217,6 +218,13 @@ class Panel(OnDesktop):
         self.assertEqual(second.wait(PATIENCE), 0)
         self.assertIsNone(self.session.application.poll())
 
+    def test_started_again_from_the_menu(self):
+        self.start()
+        for condition in self.wait_for_open_panel, self.wait_for_closed_panel, self.wait_for_open_panel:
+            self.access.call(self.access.session, "com.tolvane.brevok", "/com/tolvane/brevok",
+                             "org.freedesktop.Application", "Activate", GLib.Variant("(a{sv})", ({},)))
+            condition()
+
     def test_signed_out_by_the_service_while_open(self):
         self.start(signed_in=True)
         self.open_panel()
@@ -246,6 +254,29 @@ class Panel(OnDesktop):
                 self.desktop.press("Escape")
                 self.wait_for_closed_panel()
         self.assertEqual(self.exit_status(), 0)
+
+
+class HostApplication(OnDesktop):
+    def test_a_running_host_ends_when_the_user_says_so(self):
+        host = self.enterContext(self.session.running_host())
+        bystander = subprocess.Popen(["sleep", "600"])
+        self.addCleanup(lambda: (bystander.kill(), bystander.wait()))
+        self.start(signed_in=True)
+        self.open_panel()
+        self.press_button("Install Alpha")
+        self.wait_for_control("Continue", "push button")
+        self.wait("the install did not wait for the answer", lambda: self.session.installed_version("Alpha"))
+        self.assertIsNone(host.poll(), "nothing ends without the user's word")
+        self.press_button("Quit InDesign")
+        self.assertEqual(host.wait(PATIENCE), -signal.SIGTERM)
+        self.assertIsNone(bystander.poll())
+
+        again = self.enterContext(self.session.running_host())
+        self.press_button("Remove Alpha")
+        self.wait("removed", lambda: not self.session.installed_version("Alpha"))
+        self.wait_for_control("Install Alpha", "push button", enabled=True)
+        self.assertIsNone(self.find("Quit InDesign"), "the user is told once within a minute")
+        self.assertIsNone(again.poll())
 
 
 class Item(OnDesktop):

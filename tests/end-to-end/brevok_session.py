@@ -2,6 +2,7 @@
 
 Needs a session bus of its own (dbus-run-session). Everything started here is ended by its process id.
 """
+import contextlib
 import json
 import os
 import pathlib
@@ -114,6 +115,20 @@ class Session:
             {"CFBundlePackageType": "APPL", "CFBundleSignature": signature, "CFBundleVersion": str(version),
              "CFBundleName": kind}))
         return folder
+
+    @contextlib.contextmanager
+    def running_host(self, name="Adobe InDesign CC 2019"):
+        """A process whose executable lies in the host's bundle, which makes it that application."""
+        contents = self.applications / name / f"{name}.app" / "Contents"
+        information = contents / "Info.plist"
+        information.write_bytes(information.read_bytes().replace(b"Adobe InDesign<", b"InDesign<"))
+        (contents / "MacOS").mkdir(exist_ok=True)
+        shutil.copy(shutil.which("sleep"), contents / "MacOS" / name)
+        host = subprocess.Popen([contents / "MacOS" / name, "600"])
+        try:
+            yield host
+        finally:
+            end_process(host, signal.SIGKILL)
 
     def bundle(self, name, host="Adobe InDesign CC 2019"):
         return self.applications / host / "Plug-Ins" / "Tolvane" / f"{name}.InDesignPlugin"

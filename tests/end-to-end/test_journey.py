@@ -3,7 +3,6 @@ import json
 import os
 import pathlib
 import shutil
-import signal
 import subprocess
 import sys
 import unittest
@@ -172,13 +171,7 @@ class Journey(unittest.TestCase):
     def test_a_running_host_is_left_alone(self):
         session = self.session
         session.publish("Alpha", "0xA", "1.0", 140)
-        contents = session.applications / "Adobe InDesign CC 2019/Adobe InDesign CC 2019.app/Contents"
-        information = contents / "Info.plist"
-        information.write_bytes(information.read_bytes().replace(b"Adobe InDesign<", b"InDesign<"))
-        (contents / "MacOS").mkdir()
-        shutil.copy(shutil.which("sleep"), contents / "MacOS" / "Adobe InDesign CC 2019")
-        host = subprocess.Popen([contents / "MacOS" / "Adobe InDesign CC 2019", "600"])
-        self.addCleanup(lambda: (host.kill(), host.wait()))
+        host = self.enterContext(session.running_host())
         self.start()
         session.ctl("install", "0xA")
         self.assertEqual(session.installed_version("Alpha"), "1.0")

@@ -98,10 +98,6 @@ AppcastItem readItem(QXmlStreamReader &xml)
     while (xml.readNextStartElement()) {
         if (xml.namespaceUri() == updateNamespace) {
             readOwnElement(xml, item);
-        } else if (xml.name() == "title"_L1) {
-            keep(item.title, textOfElement(xml));
-        } else if (xml.name() == "pubDate"_L1) {
-            keep(item.published, textOfElement(xml));
         } else if (xml.name() == "description"_L1) {
             item.description = textOfElement(xml);
         } else {

@@ -15,8 +15,6 @@ namespace brevok {
 
 /// One version that the feed offers, as it stands there: nothing is checked yet.
 struct AppcastItem {
-    QString title{};
-    QString published{}; ///< date, as written
     QString version{}; ///< what is compared, as CFBundleVersion
     QString displayVersion{}; ///< what users see; may be empty
     QString minimumSystemVersion{}; ///< may be empty

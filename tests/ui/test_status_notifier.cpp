@@ -166,6 +166,9 @@ private Q_SLOTS:
         QCOMPARE(toPoints({100, 10}, screens), QPoint(100, 10));
         QCOMPARE(toPoints({1920 + 3000, 20}, screens), QPoint(1920 + 1500, 10));
         QCOMPARE(toPoints({-5, 10}, screens), QPoint(-5, 10));
+        // A frame that ends where its screen does, or reaches beyond.
+        QCOMPARE(frameInPoints({1920 + 3792, 2100, 48, 60}, screens), QRect(1920 + 1896, 1050, 24, 30));
+        QCOMPARE(frameInPoints({1896, 0, 26, 24}, screens), QRect(1896, 0, 26, 24));
     }
 
 private:

@@ -8,6 +8,8 @@
 
 #include <QDBusConnection>
 
+#include <algorithm>
+
 namespace brevok {
 
 LinuxStatusBar::LinuxStatusBar(const QDBusConnection &bus)
@@ -37,6 +39,18 @@ QPoint toPoints(QPoint where, const QList<ScreenArea> &screens)
         }
     }
     return where;
+}
+
+QRect frameInPoints(const QRect &frame, const QList<ScreenArea> &screens)
+{
+    const auto screen = std::find_if(screens.cbegin(), screens.cend(),
+        [&frame](const ScreenArea &area) { return area.pixels.contains(frame.center()); });
+    if (screen == screens.cend()) {
+        return frame;
+    }
+    const QPoint origin = screen->pixels.topLeft();
+    return {origin + (QPointF(frame.topLeft() - origin) / screen->factor).toPoint(),
+        (QSizeF(frame.size()) / screen->factor).toSize()};
 }
 
 } // namespace brevok

@@ -39,5 +39,7 @@ struct ScreenArea {
 /// Points of the virtual desktop for @p where in pixels: each screen keeps its origin and scales what it
 /// holds. Outside of all screens nothing changes.
 [[nodiscard]] QPoint toPoints(QPoint where, const QList<ScreenArea> &screens);
+/// The same for a frame, which belongs to the screen of its middle: it may end where that screen does.
+[[nodiscard]] QRect frameInPoints(const QRect &frame, const QList<ScreenArea> &screens);
 
 } // namespace brevok

@@ -143,10 +143,7 @@ void LinuxStatusItem::setFace(const StatusItemFace &face)
 std::optional<QRect> LinuxStatusItem::frameOnScreen() const
 {
     if (const auto pixels = m_tray ? m_tray->frame() : std::nullopt) {
-        const QList<ScreenArea> screens = screenAreas();
-        const QPoint first = toPoints(pixels->topLeft(), screens);
-        return QRect(first,
-            toPoints(pixels->topLeft() + QPoint(pixels->width(), pixels->height()), screens) - QPoint(1, 1));
+        return frameInPoints(*pixels, screenAreas());
     }
     if (m_clicked) {
         const int side = qRound(m_bar.thickness());

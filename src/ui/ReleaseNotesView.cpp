@@ -66,7 +66,8 @@ QTextCharFormat desktopFormat(QTextCharFormat format, const QBrush &link)
     }
     if (format.isAnchor()) {
         format.setForeground(link);
-        format.setToolTip(format.anchorHref().toHtmlEscaped());
+        // Encoded, so that no tool tip takes it for markup.
+        format.setToolTip(QUrl(format.anchorHref()).toString(QUrl::FullyEncoded));
     }
     return format;
 }

@@ -19,26 +19,33 @@ namespace brevok {
 
 namespace {
 
-// Work on its way from one thread to another. The release and acquire on `ready`, which is the first thing
-// that the receiving thread touches, order everything written before the hand-over with everything read after
-// it, also for tools that cannot look into the event loop and the thread pool.
+// Counts what was handed over. Every hand-over is a release, and every receipt an acquire that comes after
+// it, so that they order what was written before with what is read after, also for tools that cannot look
+// into the event loop and the thread pool.
+std::atomic<quint64> handOvers = 0;
+
+// Work on its way from one thread to another.
 class HandedOver {
 public:
     explicit HandedOver(Task work)
         : m_work(std::move(work))
     {
-        m_ready.store(true, std::memory_order_release);
+        handOvers.fetch_add(1, std::memory_order_release);
     }
+    // Work that the end of the program overtakes is dropped by the receiving thread.
+    ~HandedOver() { receive(); }
+    Q_DISABLE_COPY_MOVE(HandedOver)
 
     Task take()
     {
-        while (!m_ready.load(std::memory_order_acquire)) { }
+        receive();
         return std::exchange(m_work, {});
     }
 
 private:
+    static void receive() { handOvers.fetch_add(0, std::memory_order_acq_rel); }
+
     Task m_work;
-    std::atomic<bool> m_ready = false;
 };
 
 class PoolWork final : public QRunnable {

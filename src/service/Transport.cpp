@@ -72,8 +72,7 @@ QSslConfiguration tlsConfiguration()
 } // namespace
 
 Transport::Transport(QByteArray extraAuthorities)
-    : m_tls(tlsConfiguration())
-    , m_extraAuthorities(std::move(extraAuthorities))
+    : m_extraAuthorities(std::move(extraAuthorities))
 {
     m_manager.setProxyFactory(new KnownProxies(m_proxies));
 }
@@ -85,36 +84,39 @@ Transport::~Transport()
 
 void Transport::prepare(const QUrl &url, QObject *context, Task then)
 {
-    if (m_extraAuthorities.isEmpty() && m_waiting.isEmpty()) {
+    if (m_tls) {
         m_proxies.whenKnown(url, context, std::move(then));
         return;
     }
     m_waiting.append({url, context, std::move(then)});
     if (m_waiting.size() == 1) {
-        readAuthorities();
+        loadTls();
     }
 }
 
-// The library reads the system's authorities as it needs them, unless there is a list of one's own: that
-// takes their place and has to hold them all. Reading them takes a tenth of a second, and finds each of them
-// twice.
-void Transport::readAuthorities()
+// Loading the TLS library takes as long as the whole start of the program. It reads the system's authorities
+// as it needs them, unless there is a list of one's own: that takes their place and has to hold them all.
+// Reading them takes a tenth of a second, and finds each of them twice.
+void Transport::loadTls()
 {
     inBackground([self = QPointer<Transport>(this), extra = std::exchange(m_extraAuthorities, {})] {
-        const QList<QSslCertificate> all = QSslConfiguration::systemCaCertificates();
-        const QSet<QSslCertificate> once(all.cbegin(), all.cend());
-        onMain(QCoreApplication::instance(),
-            [self, authorities = once.values() + QSslCertificate::fromData(extra)] {
-                if (self) {
-                    self->trust(authorities);
-                }
-            });
+        QSslConfiguration tls = tlsConfiguration();
+        if (!extra.isEmpty()) {
+            const QList<QSslCertificate> all = QSslConfiguration::systemCaCertificates();
+            const QSet<QSslCertificate> once(all.cbegin(), all.cend());
+            tls.setCaCertificates(once.values() + QSslCertificate::fromData(extra));
+        }
+        onMain(QCoreApplication::instance(), [self, tls] {
+            if (self) {
+                self->begin(tls);
+            }
+        });
     });
 }
 
-void Transport::trust(const QList<QSslCertificate> &authorities)
+void Transport::begin(const QSslConfiguration &tls)
 {
-    m_tls.setCaCertificates(authorities);
+    m_tls = tls;
     const QList<Waiting> waiting = std::exchange(m_waiting, {});
     for (const Waiting &one : waiting) {
         if (one.context) {
@@ -125,7 +127,7 @@ void Transport::trust(const QList<QSslCertificate> &authorities)
 
 QNetworkReply *Transport::send(QNetworkRequest request, const QByteArray &method, const QByteArray &body)
 {
-    request.setSslConfiguration(m_tls);
+    request.setSslConfiguration(m_tls.value_or(QSslConfiguration()));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
     if (method == "GET") {
         return m_manager.get(request);

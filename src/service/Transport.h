@@ -8,6 +8,8 @@
 #include <QNetworkAccessManager>
 #include <QSslConfiguration>
 
+#include <optional>
+
 namespace brevok {
 
 /// What all requests share: connections, cookies, proxies, and whom to trust. Sends one request to one host;
@@ -42,14 +44,14 @@ private:
         Task then;
     };
 
-    void readAuthorities();
-    void trust(const QList<QSslCertificate> &authorities);
+    void loadTls();
+    void begin(const QSslConfiguration &tls);
 
     SystemProxies m_proxies;
     QNetworkAccessManager m_manager;
-    QSslConfiguration m_tls;
+    std::optional<QSslConfiguration> m_tls; ///< nothing until the library is loaded
     QByteArray m_extraAuthorities; ///< not yet part of m_tls
-    QList<Waiting> m_waiting; ///< for the authorities
+    QList<Waiting> m_waiting; ///< for the library
 };
 
 } // namespace brevok

@@ -107,14 +107,17 @@ class VirtualDesktop:
 
     # keyboard and pointer
 
-    def click(self, x, y, *held):
-        words = ["mousemove", x, y]
-        for key in held:
-            words += ["keydown", key]
-        words += ["click", 1]
-        for key in reversed(held):
-            words += ["keyup", key]
-        self.run("xdotool", *words)
+    def click(self, x, y):
+        self.run("xdotool", "mousemove", x, y, "click", 1)
+
+    @contextlib.contextmanager
+    def holding(self, *keys):
+        """Holds the keys down meanwhile, as long as a user would."""
+        self.run("xdotool", *[word for key in keys for word in ("keydown", key)])
+        try:
+            yield
+        finally:
+            self.run("xdotool", *[word for key in reversed(keys) for word in ("keyup", key)])
 
     def move_pointer(self, x, y):
         self.run("xdotool", "mousemove", x, y)

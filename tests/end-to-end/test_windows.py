@@ -61,9 +61,9 @@ class OnDesktop(unittest.TestCase):
             self.wait("the lists", lambda: self.session.package_status("0xA"))
         return wait_for(self.desktop.tray_item, "the item is in the tray")
 
-    def click_item(self, *held):
+    def click_item(self):
         x, y, width, height = wait_for(self.desktop.tray_item, "the item is in the tray")
-        self.desktop.click(x + width // 2, y + height // 2, *held)
+        self.desktop.click(x + width // 2, y + height // 2)
 
     def open_panel(self):
         self.click_item()
@@ -175,7 +175,9 @@ class Panel(OnDesktop):
     def test_a_click_with_keys_held(self):
         item = self.start()
         x, y, width, height = item
-        self.click_item("shift", "alt")
+        with self.desktop.holding("shift", "alt"):
+            self.click_item()
+            self.wait("the panel is opening", self.desktop.panel)
         self.wait_for_open_panel()
         panel = f"{{{{{1440 - MARGIN - PANEL_WIDTH}, {y + height}}}, {{{PANEL_WIDTH}, {PANEL_HEIGHT}}}}}"
         self.wait("the places in the log", lambda: "Icon is at" in self.session.log())

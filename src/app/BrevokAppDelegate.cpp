@@ -13,7 +13,6 @@
 #include "platform/DistributedNotifications.h"
 #include "platform/FileOperations.h"
 #include "platform/HelperTool.h"
-#include "platform/LoginItems.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
 #include "platform/RunningApplications.h"
@@ -345,93 +344,6 @@ void BrevokAppDelegate::setKeepOpenPanel(bool keepOpen)
     if (m_panelController || m_shared->flow) {
         panelController().setKeepOpenPanel(keepOpen);
     } // else a question of the start-up: there is no panel that could close
-}
-
-QUrl BrevokAppDelegate::appURL() const
-{
-    return QUrl::fromLocalFile(m_with.bundle.bundlePath());
-}
-
-bool BrevokAppDelegate::willStartAtLogin(const QUrl &application) const
-{
-    return m_with.platform.loginItems->contains(application);
-}
-
-void BrevokAppDelegate::setStartAtLogin(const QUrl &application, bool enabled)
-{
-    LoginItems &items = *m_with.platform.loginItems;
-    const bool present = items.contains(application);
-    if (enabled && !present) {
-        items.insert(application);
-    } else if (!enabled && present) {
-        items.remove(application);
-    }
-}
-
-bool BrevokAppDelegate::startAtLogin() const
-{
-    return willStartAtLogin(appURL());
-}
-
-void BrevokAppDelegate::setStartAtLogin(bool enabled)
-{
-    Q_EMIT startAtLoginWillChange();
-    keep(AppKeys::startAtLogin, enabled);
-    setStartAtLogin(appURL(), m_with.platform.settings->boolValue(AppKeys::startAtLogin)); // it may be locked
-    Q_EMIT startAtLoginChanged();
-}
-
-// What the user set is on the disk when the setter returns.
-void BrevokAppDelegate::keep(const QString &key, const QVariant &value)
-{
-    m_with.platform.settings->setValue(key, value);
-    m_with.platform.settings->synchronize();
-}
-
-bool BrevokAppDelegate::showNotifications() const
-{
-    return m_with.platform.settings->boolValue(AppKeys::showNotifications);
-}
-
-void BrevokAppDelegate::setShowNotifications(bool enabled)
-{
-    keep(AppKeys::showNotifications, enabled);
-}
-
-bool BrevokAppDelegate::checkForUpdates() const
-{
-    return m_shared->updater->automaticallyChecksForUpdates();
-}
-
-void BrevokAppDelegate::setCheckForUpdates(bool enabled)
-{
-    m_shared->updater->setAutomaticallyChecksForUpdates(enabled);
-    m_with.platform.settings->synchronize();
-}
-
-bool BrevokAppDelegate::autoUpdate() const
-{
-    return m_with.platform.settings->boolValue(AppKeys::autoUpdate);
-}
-
-void BrevokAppDelegate::setAutoUpdate(bool enabled)
-{
-    keep(AppKeys::autoUpdate, enabled);
-}
-
-int BrevokAppDelegate::logLevel() const
-{
-    return m_with.platform.settings->integerValue(AppKeys::logLevel);
-}
-
-void BrevokAppDelegate::setLogLevel(int level)
-{
-    keep(AppKeys::logLevel, level);
-}
-
-bool BrevokAppDelegate::isLocked(const QString &key) const
-{
-    return m_with.platform.settings->isLocked(key);
 }
 
 } // namespace brevok

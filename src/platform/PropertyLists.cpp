@@ -26,7 +26,7 @@ constexpr qint64 sizeLimit = 4LL * 1024 * 1024;
 constexpr int depthLimit = 200;
 
 struct Free {
-    void operator()(void *memory) const { std::free(memory); } // NOLINT(*-no-malloc): memory of a C library
+    void operator()(void *memory) const { std::free(memory); } // memory of a C library
 };
 template <typename T> using Allocated = std::unique_ptr<T, Free>;
 

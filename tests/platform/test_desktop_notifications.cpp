@@ -9,7 +9,7 @@
 using namespace brevok;
 using namespace Qt::StringLiterals;
 
-/// A server of notices on the real bus; it speaks as the specification of such servers has it.
+/// A server of notices on the real bus, with the methods of org.freedesktop.Notifications.
 class NoticeServer final : public QObject {
     Q_OBJECT
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")

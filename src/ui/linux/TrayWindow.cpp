@@ -143,7 +143,7 @@ void TrayWindow::dock()
     request.data.data32[0] = XCB_CURRENT_TIME;
     request.data.data32[1] = requestDock;
     request.data.data32[2] = m_window;
-    const auto *const bytes = reinterpret_cast<const char *>(&request); // NOLINT: what xcb_send_event takes
+    const auto *const bytes = reinterpret_cast<const char *>(&request);
     xcbIgnore(m_connection, xcb_send_event_checked(m_connection, 0, m_tray, XCB_EVENT_MASK_NO_EVENT, bytes));
 }
 

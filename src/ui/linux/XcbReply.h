@@ -11,7 +11,7 @@
 namespace brevok {
 
 struct XcbFree {
-    void operator()(void *reply) const { std::free(reply); } // NOLINT: xcb allocates with malloc
+    void operator()(void *reply) const { std::free(reply); } // xcb allocates with malloc
 };
 
 /// What the X server answered; null after an error, which is dropped.

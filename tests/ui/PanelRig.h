@@ -5,11 +5,11 @@
 
 #include "../install/InstallRig.h"
 #include "platform/SelfUpdater.h"
-#include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "support/FakeRouteLookup.h"
+#include "support/RecordingOpener.h"
 #include "ui/BrevokPackageCellController.h"
 #include "ui/BrevokPanelController.h"
 #include "ui/PackageCellView.h"
@@ -18,16 +18,6 @@
 #include <QTest>
 
 namespace brevok::testing {
-
-class RecordingOpener final : public UrlOpener {
-public:
-    QList<QUrl> opened;
-    bool open(const QUrl &url) override
-    {
-        opened.append(url);
-        return true;
-    }
-};
 
 class IdleUpdater final : public SelfUpdater {
 public:

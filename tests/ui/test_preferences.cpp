@@ -3,13 +3,13 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "platform/SelfUpdater.h"
-#include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "support/FakePlatform.h"
 #include "support/FakeRouteLookup.h"
 #include "support/MemorySettingsStore.h"
+#include "support/RecordingOpener.h"
 #include "support/SampleBundles.h"
 #include "support/ScriptedAlertPresenter.h"
 #include "targets/BrevokTargetApps.h"
@@ -44,16 +44,6 @@ public:
     void setAutomaticallyChecksForUpdates(bool) override { }
     void checkForUpdates() override { }
     void checkForUpdatesInBackground() override { }
-};
-
-class RememberingOpener final : public UrlOpener {
-public:
-    QList<QUrl> opened;
-    bool open(const QUrl &url) override
-    {
-        opened.append(url);
-        return true;
-    }
 };
 
 /// The settings of the application over the same store, as the real one keeps them. Login items change only
@@ -147,7 +137,7 @@ struct Desk {
     NoUpdater updater;
     FakeApplicationSearch search;
     StoredAccess access{settings};
-    RememberingOpener opener;
+    RecordingOpener opener;
     std::optional<BrevokSession> session;
     std::optional<BrevokTargetApps> targets;
     std::optional<BrevokPreferencesController> window;

@@ -4,11 +4,11 @@
 #include "foundation/Tasks.h"
 #include "platform/PropertyLists.h"
 #include "platform/SoftwareInstaller.h"
-#include "platform/UrlOpener.h"
 #include "service/HttpServiceClient.h"
 #include "service/NetworkFactory.h"
 #include "support/LogCapture.h"
 #include "support/MemorySettingsStore.h"
+#include "support/RecordingOpener.h"
 #include "support/SampleFeed.h"
 #include "support/SampleMaker.h"
 #include "support/servers/FaultServer.h"
@@ -33,16 +33,6 @@ using Phase = UpdateState::Phase;
 namespace {
 
 constexpr int patient = 30000;
-
-class RememberingOpener final : public UrlOpener {
-public:
-    QList<QUrl> opened;
-    bool open(const QUrl &url) override
-    {
-        opened.append(url);
-        return true;
-    }
-};
 
 /// A system that does what the test says.
 class WaitingSystem final : public SoftwareInstaller {
@@ -121,7 +111,7 @@ struct Stage {
         .systemVersion = u"12"_s,
     }};
     MainBundle bundle{u"/x"_s, scratch.path()};
-    RememberingOpener opener;
+    RecordingOpener opener;
     BrevokSoftwareUpdateController window{{updater, bundle, opener}};
 };
 

@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "platform/UrlOpener.h"
+
+#include <QList>
+#include <QUrl>
+
+namespace brevok::testing {
+
+/// Opens nothing and remembers what it was asked to open.
+class RecordingOpener final : public UrlOpener {
+public:
+    QList<QUrl> opened;
+    bool open(const QUrl &url) override
+    {
+        opened.append(url);
+        return true;
+    }
+};
+
+} // namespace brevok::testing

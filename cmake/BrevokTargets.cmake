@@ -2,6 +2,17 @@
 
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+# What waits in the tray all day is to be small, and pages that are not there need not be loaded at the start.
+set(CMAKE_CXX_FLAGS_RELEASE "-Os -DNDEBUG -ffunction-sections -fdata-sections")
+set(BREVOK_SMALL_LINK "")
+include(CheckLinkerFlag)
+foreach(option -Wl,--gc-sections -Wl,-z,pack-relative-relocs)
+    string(MAKE_C_IDENTIFIER "BREVOK_LINKS_WITH${option}" links)
+    check_linker_flag(CXX ${option} ${links})
+    if(${links})
+        list(APPEND BREVOK_SMALL_LINK $<$<CONFIG:Release>:${option}>)
+    endif()
+endforeach()
 set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
 
 add_library(brevok_options INTERFACE)
@@ -52,6 +63,7 @@ function(brevok_program name)
     cmake_parse_arguments(PROGRAM "" "" "SOURCES;LINKS" ${ARGN})
     add_executable(${name} ${PROGRAM_SOURCES})
     target_link_libraries(${name} PRIVATE ${PROGRAM_LINKS})
+    target_link_options(${name} PRIVATE ${BREVOK_SMALL_LINK})
     brevok_common(${name})
 endfunction()
 
@@ -63,7 +75,7 @@ function(brevok_module name)
     target_link_libraries(${name} PRIVATE ${MODULE_LINKS})
     set_target_properties(${name} PROPERTIES
         PREFIX "" SUFFIX ".so" LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/lib/tolvane-brevok)
-    target_link_options(${name} PRIVATE -Wl,--as-needed)
+    target_link_options(${name} PRIVATE -Wl,--as-needed ${BREVOK_SMALL_LINK})
     if(NOT BREVOK_SANITIZE) # a sanitizer's own functions come with the launcher
         target_link_options(${name} PRIVATE -Wl,-z,defs)
     endif()

@@ -9,6 +9,7 @@
 #include <QNetworkProxyQuery>
 #include <QNetworkReply>
 #include <QSet>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -90,7 +91,7 @@ void Transport::prepare(const QUrl &url, QObject *context, Task then)
     }
     m_waiting.append({url, context, std::move(then)});
     if (m_waiting.size() == 1) {
-        loadTls();
+        QTimer::singleShot(0, this, &Transport::loadTls); // not beside what is still to be done at the start
     }
 }
 

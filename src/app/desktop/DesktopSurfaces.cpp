@@ -25,6 +25,7 @@ namespace brevok {
 
 DesktopSurfaces::DesktopSurfaces(AlertPresenter &presenter)
     : m_presenter(presenter)
+    , m_bar(std::make_unique<LinuxStatusBar>(QDBusConnection::sessionBus()))
 {
 }
 
@@ -33,7 +34,6 @@ DesktopSurfaces::~DesktopSurfaces() = default;
 void DesktopSurfaces::attach(const SurfaceContext &context)
 {
     m_with.emplace(context);
-    m_bar = std::make_unique<LinuxStatusBar>(QDBusConnection::sessionBus());
     // The window is made when there is something to show, and comes up by itself from then on.
     QObject::connect(&context.updater, &BrevokSelfUpdater::windowWanted, &context.updater, [this] {
         if (m_with && !m_softwareUpdate) {

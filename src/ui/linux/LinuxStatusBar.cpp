@@ -13,7 +13,8 @@
 namespace brevok {
 
 LinuxStatusBar::LinuxStatusBar(const QDBusConnection &bus)
-    : m_bus(std::make_unique<QDBusConnection>(bus))
+    : m_watch(bus)
+    , m_bus(std::make_unique<QDBusConnection>(bus))
     , m_thickness(statusitem::initialLength)
 {
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "ui/linux/NotifierWatch.h"
 #include "ui/StatusBar.h"
 
 #include <QList>
@@ -26,6 +27,7 @@ public:
 
 private:
     friend class LinuxStatusItem;
+    NotifierWatch m_watch;
     std::unique_ptr<QDBusConnection> m_bus;
     double m_thickness;
 };

@@ -36,10 +36,10 @@ QList<ScreenArea> screenAreas()
 
 LinuxStatusItem::LinuxStatusItem(LinuxStatusBar &bar, const QDBusConnection &bus, double length)
     : m_bar(bar)
-    , m_notifier(bus)
+    , m_notifier(bus, bar.m_watch)
     , m_length(length)
 {
-    connect(&m_notifier, &StatusNotifier::hostChanged, this, &LinuxStatusItem::hostChanged);
+    connect(&m_bar.m_watch, &NotifierWatch::hostChanged, this, &LinuxStatusItem::hostChanged);
     connect(&m_notifier, &StatusNotifier::activated, this, [this](QPoint where) {
         // Some hosts do not know where they were clicked. Without X11 there are no pixels but the host's
         // points.
@@ -80,7 +80,7 @@ void LinuxStatusItem::hostChanged()
 {
     m_clicked.reset();
     if (m_tray) {
-        m_tray->setWanted(!m_notifier.hasHost());
+        m_tray->setWanted(m_bar.m_watch.hasHost() == false);
     }
 }
 
@@ -116,6 +116,8 @@ void LinuxStatusItem::setLength(double length)
         const int height = m_tray->granted().height();
         const bool square = height > statusitem::highestWideBar * ratio;
         m_tray->setWish({square ? height : qCeil(length * ratio), qCeil(statusitem::initialLength * ratio)});
+        m_bar.m_watch.catchUp();
+        m_tray->setWanted(m_bar.m_watch.hasHost() == false);
     }
 }
 

@@ -3,14 +3,13 @@
 
 #include "ui/linux/StatusNotifier.h"
 
-#include "foundation/Tasks.h"
 #include "foundation/Texts.h"
 #include "statusnotifieritemadaptor.h"
+#include "ui/linux/NotifierWatch.h"
 #include "ui/StatusItemImage.h"
 
 #include <QCoreApplication>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
+#include <QDBusMessage>
 #include <QtEndian>
 
 using namespace Qt::StringLiterals;
@@ -19,9 +18,6 @@ namespace brevok {
 
 namespace {
 
-const auto watcherName = u"org.kde.StatusNotifierWatcher"_s;
-const auto watcherInterface = watcherName;
-const auto watcherPath = u"/StatusNotifierWatcher"_s;
 const auto itemPath = u"/StatusNotifierItem"_s;
 
 /// Sides that bars use, and their doubles for screens of twice the pixels: the host has the right one for its
@@ -47,13 +43,10 @@ NotifierPixmap onTheBus(const QImage &image)
 
 } // namespace
 
-StatusNotifier::StatusNotifier(const QDBusConnection &bus)
+StatusNotifier::StatusNotifier(const QDBusConnection &bus, NotifierWatch &watch)
     : m_bus(bus)
-    , m_watcher(watcherName, bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     if (!m_bus.isConnected()) {
-        // Calls on such a bus are never answered. Later, for nobody listens yet.
-        onMain(this, [this] { setHost(false); });
         return;
     }
     // Each item of a process has a name of its own, so that hosts notice when one goes.
@@ -64,29 +57,10 @@ StatusNotifier::StatusNotifier(const QDBusConnection &bus)
     m_bus.registerObject(itemPath, this, QDBusConnection::ExportAdaptors);
     constexpr uint doNotQueue = 4;
     m_bus.send(busCall(u"RequestName"_s, {m_name, doNotQueue}));
-
-    lookForWatcher();
-}
-
-void StatusNotifier::lookForWatcher()
-{
-    connect(&m_watcher, &QDBusServiceWatcher::serviceOwnerChanged, this,
-        [this](const QString & /*service*/, const QString & /*from*/, const QString &to) {
-            watcherChanged(!to.isEmpty());
-        });
-    // With a service's name, this would wait for the answer who owns it.
-    for (const QString &event : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
-        m_bus.connect({}, watcherPath, watcherInterface, event, this, SLOT(askForHost()));
+    connect(&watch, &NotifierWatch::started, this, [this, &watch] { watch.registerItem(m_name); });
+    if (watch.isRunning()) {
+        watch.registerItem(m_name);
     }
-    auto *const answer =
-        new QDBusPendingCallWatcher(m_bus.asyncCall(busCall(u"NameHasOwner"_s, {watcherName})), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<bool> reply = *answer;
-        answer->deleteLater();
-        if (!m_watcherRuns) {
-            watcherChanged(reply.isValid() && reply.value());
-        }
-    });
 }
 
 StatusNotifier::~StatusNotifier()
@@ -107,44 +81,6 @@ void StatusNotifier::setFace(qint64 updates, const QString &toolTip)
     if (m_toolTip != toolTip) {
         m_toolTip = toolTip;
         Q_EMIT NewToolTip();
-    }
-}
-
-void StatusNotifier::watcherChanged(bool running)
-{
-    m_watcherRuns = running;
-    if (!running) {
-        setHost(false);
-        return;
-    }
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        watcherName, watcherPath, watcherName, u"RegisterStatusNotifierItem"_s);
-    call << m_name;
-    m_bus.send(call);
-    askForHost();
-}
-
-void StatusNotifier::askForHost()
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call << watcherInterface << u"IsStatusNotifierHostRegistered"_s;
-    // Nobody is to be started for this question.
-    call.setAutoStartService(false);
-    auto *const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<QDBusVariant> reply = *answer;
-        answer->deleteLater();
-        setHost(m_watcherRuns && reply.isValid() && reply.value().variant().toBool());
-    });
-}
-
-void StatusNotifier::setHost(bool host)
-{
-    if (m_host != host || !m_hostKnown) {
-        m_host = host;
-        m_hostKnown = true;
-        Q_EMIT hostChanged();
     }
 }
 

@@ -7,11 +7,12 @@
 
 #include <QDBusConnection>
 #include <QDBusObjectPath>
-#include <QDBusServiceWatcher>
 #include <QObject>
 #include <QPoint>
 
 namespace brevok {
+
+class NotifierWatch;
 
 /// The item as hosts of the StatusNotifierItem protocol see it, on the session bus. It registers whenever a
 /// watcher takes its name there, however often that goes and comes back. No call waits for the bus.
@@ -33,11 +34,8 @@ class StatusNotifier final : public QObject {
     Q_PROPERTY(brevok::NotifierToolTip ToolTip READ toolTip)
 
 public:
-    explicit StatusNotifier(const QDBusConnection &bus);
+    StatusNotifier(const QDBusConnection &bus, NotifierWatch &watch);
     ~StatusNotifier() override;
-
-    /// Whether some host shows the item.
-    [[nodiscard]] bool hasHost() const { return m_host; }
 
     /// @p updates is drawn upon the icon; hosts give a square.
     void setFace(qint64 updates, const QString &toolTip);
@@ -63,8 +61,6 @@ public Q_SLOTS:
     void ProvideXdgActivationToken(const QString &token);
 
 Q_SIGNALS:
-    /// Also once at the start, when it is known that there is none.
-    void hostChanged();
     /// @p where as the host told it: in the screen's own pixels, (0, 0) where it does not know.
     void activated(QPoint where);
     // Relayed to the bus.
@@ -73,22 +69,11 @@ Q_SIGNALS:
     void NewToolTip();
     void NewStatus(const QString &status);
 
-private Q_SLOTS:
-    void askForHost();
-
 private:
-    void lookForWatcher();
-    void watcherChanged(bool running);
-    void setHost(bool host);
-
     QDBusConnection m_bus;
-    QDBusServiceWatcher m_watcher;
     QString m_name;
     QString m_toolTip;
     qint64 m_updates = 0;
-    bool m_watcherRuns = false;
-    bool m_host = false;
-    bool m_hostKnown = false;
 };
 
 } // namespace brevok

@@ -39,11 +39,11 @@ TrayWindow::TrayWindow(xcb_connection_t *connection, int screen)
     : m_connection(connection)
     , m_screen(screenOf(connection, screen))
 {
+    const auto attributes = xcb_get_window_attributes(connection, m_screen->root);
     internAtoms(screen);
     QCoreApplication::instance()->installNativeEventFilter(this);
     // A tray that comes announces itself on the root window.
-    const auto root = xcbAnswer(
-        xcb_get_window_attributes_reply, connection, xcb_get_window_attributes(connection, m_screen->root));
+    const auto root = xcbAnswer(xcb_get_window_attributes_reply, connection, attributes);
     const quint32 mask = (root ? root->your_event_mask : 0U) | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
     xcb_change_window_attributes(connection, m_screen->root, XCB_CW_EVENT_MASK, &mask);
 }

@@ -3,9 +3,6 @@
 
 #include "foundation/Record.h"
 
-#include <QCborArray>
-#include <QCborMap>
-#include <QCborValue>
 #include <QJsonDocument>
 #include <QtEndian>
 
@@ -156,7 +153,9 @@ QString orDash(const QString &text)
 QByteArray archived(const QJsonValue &value)
 {
     // Base64 keeps the settings file readable as text; the fast compression more than pays for it.
-    return qCompress(QCborValue::fromJsonValue(value).toCbor(), 1).toBase64();
+    const QJsonDocument document =
+        value.isArray() ? QJsonDocument(value.toArray()) : QJsonDocument(value.toObject());
+    return qCompress(document.toJson(QJsonDocument::Compact), 1).toBase64();
 }
 
 QJsonValue unarchived(const QByteArray &data)
@@ -165,12 +164,11 @@ QJsonValue unarchived(const QByteArray &data)
     if (!packed) {
         return {QJsonValue::Undefined};
     }
-    QCborParserError error;
-    const QCborValue value = QCborValue::fromCbor(unpacked(*packed), &error);
-    if (error.error != QCborError::NoError || !(value.isMap() || value.isArray())) {
+    const QJsonDocument document = QJsonDocument::fromJson(unpacked(*packed));
+    if (document.isNull()) {
         return {QJsonValue::Undefined};
     }
-    return value.toJsonValue();
+    return document.isArray() ? QJsonValue(document.array()) : QJsonValue(document.object());
 }
 
 } // namespace brevok

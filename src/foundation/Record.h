@@ -35,7 +35,7 @@ using Record = QJsonObject;
 /// @p text, or "-" when it is empty.
 [[nodiscard]] QString orDash(const QString &text);
 
-/// The self-describing archived form of a record or list in the settings store (CBOR, compressed, as text).
+/// The self-describing archived form of a record or list in the settings store (JSON, compressed, as text).
 [[nodiscard]] QByteArray archived(const QJsonValue &value);
 
 /// The value that archived() wrote, or an undefined value when @p data is no archive.

@@ -192,6 +192,10 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>es ist kein Zip-Archiv</translation>
     </message>
     <message>
+        <source>the library that reads archives is missing</source>
+        <translation>die Bibliothek, die Archive liest, fehlt</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>es hat mehr als %1 Einträge</translation>
     </message>

@@ -192,6 +192,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>no es un archivo zip</translation>
     </message>
     <message>
+        <source>the library that reads archives is missing</source>
+        <translation>falta la biblioteca que lee los archivos comprimidos</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>tiene más de %1 entradas</translation>
     </message>

@@ -192,6 +192,10 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>ce n’est pas une archive zip</translation>
     </message>
     <message>
+        <source>the library that reads archives is missing</source>
+        <translation>la bibliothèque qui lit les archives est absente</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>elle contient plus de %1 éléments</translation>
     </message>

@@ -192,6 +192,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>zip アーカイブではありません</translation>
     </message>
     <message>
+        <source>the library that reads archives is missing</source>
+        <translation>アーカイブを読み込むライブラリがありません</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>項目が %1 個を超えています</translation>
     </message>

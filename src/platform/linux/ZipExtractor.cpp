@@ -114,17 +114,17 @@ bool Extraction::run()
 
 bool Extraction::judge(qint64 archiveSize)
 {
-    ZipReader reader(m_archive, judgingBlock);
+    const std::unique_ptr<ZipReader> reader = openZipReader(m_archive, judgingBlock);
     ZipRules rules = rulesFor(archiveSize);
     ZipEntry entry;
     ZipReader::Step step = ZipReader::Step::Got;
-    while ((step = reader.next(entry)) == ZipReader::Step::Got) {
+    while ((step = reader->next(entry)) == ZipReader::Step::Got) {
         if (rules.judge(entry) == ZipRules::Verdict::Refuse) {
             return fail(EPERM, rules.refusal());
         }
     }
     if (step == ZipReader::Step::Failed) {
-        return fail(EILSEQ, reader.failure());
+        return fail(EILSEQ, reader->failure());
     }
     if (rules.topLevel().isEmpty()) {
         return fail(EILSEQ, Texts::tr("it holds nothing to unpack"));
@@ -138,12 +138,12 @@ bool Extraction::judge(qint64 archiveSize)
 
 bool Extraction::unpack(ZipRules &rules)
 {
-    ZipReader reader(m_archive, unpackingBlock);
+    const std::unique_ptr<ZipReader> reader = openZipReader(m_archive, unpackingBlock);
     ZipEntry entry;
     for (;;) {
-        switch (reader.next(entry)) {
+        switch (reader->next(entry)) {
         case ZipReader::Step::Failed:
-            return fail(EILSEQ, reader.failure());
+            return fail(EILSEQ, reader->failure());
         case ZipReader::Step::End:
             return true;
         case ZipReader::Step::Got:
@@ -156,7 +156,7 @@ bool Extraction::unpack(ZipRules &rules)
         case ZipRules::Verdict::Skip:
             break;
         case ZipRules::Verdict::Take:
-            if (!unpackEntry(reader, entry, rules.path())) {
+            if (!unpackEntry(*reader, entry, rules.path())) {
                 return false;
             }
         }

@@ -28,23 +28,22 @@ struct ZipEntry {
 
 /// Reads a zip archive from its index on, entry by entry, in blocks. Any doubt that the parser has about the
 /// archive is a failure. One thread.
-class ZipReader final {
+class ZipReader {
 public:
-    /// @p archive is an open file, read by position; @p blockSize is how much is read at a time.
-    ZipReader(int archive, size_t blockSize);
-    ~ZipReader();
+    ZipReader() = default;
+    virtual ~ZipReader() = default;
     Q_DISABLE_COPY_MOVE(ZipReader)
 
     enum class Step { Got, End, Failed };
-    [[nodiscard]] Step next(ZipEntry &entry);
+    [[nodiscard]] virtual Step next(ZipEntry &entry) = 0;
     /// The next bytes of the current entry, valid until the next call.
-    [[nodiscard]] Step data(const char *&bytes, size_t &size);
+    [[nodiscard]] virtual Step data(const char *&bytes, size_t &size) = 0;
     /// What is wrong with the archive.
-    [[nodiscard]] QString failure() const;
-
-private:
-    struct Private;
-    std::unique_ptr<Private> d;
+    [[nodiscard]] virtual QString failure() const = 0;
 };
+
+/// @p archive is an open file, read by position; @p blockSize is how much is read at a time. For use on the
+/// thread that opens it.
+[[nodiscard]] std::unique_ptr<ZipReader> openZipReader(int archive, size_t blockSize);
 
 } // namespace brevok

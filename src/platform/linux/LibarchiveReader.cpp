@@ -135,42 +135,45 @@ void describe(archive_entry *from, ZipEntry &entry)
     entry.nanoseconds = archive_entry_mtime_nsec(from);
 }
 
-} // namespace
+class LibarchiveReader final : public ZipReader {
+public:
+    LibarchiveReader(int archive, size_t blockSize);
 
-struct ZipReader::Private {
-    Utf8Names names;
-    Source source;
-    std::unique_ptr<archive, FreeReader> reader{archive_read_new()};
-    bool opened = false;
+    [[nodiscard]] Step next(ZipEntry &entry) override;
+    [[nodiscard]] Step data(const char *&bytes, size_t &size) override;
+    [[nodiscard]] QString failure() const override;
+
+private:
+    Utf8Names m_names;
+    Source m_source;
+    std::unique_ptr<archive, FreeReader> m_reader{archive_read_new()};
+    bool m_opened = false;
 };
 
-ZipReader::ZipReader(int archive, size_t blockSize)
-    : d(std::make_unique<Private>())
+LibarchiveReader::LibarchiveReader(int archive, size_t blockSize)
 {
     struct stat facts { };
-    d->source.file = archive;
-    d->source.size = ::fstat(archive, &facts) == 0 ? facts.st_size : 0;
-    d->source.block.resize(blockSize);
-    auto *reader = d->reader.get();
+    m_source.file = archive;
+    m_source.size = ::fstat(archive, &facts) == 0 ? facts.st_size : 0;
+    m_source.block.resize(blockSize);
+    auto *reader = m_reader.get();
     // By its index only: what an archive without one holds is a guess.
-    d->opened = reader != nullptr && archive_read_support_format_zip_seekable(reader) == ARCHIVE_OK
+    m_opened = reader != nullptr && archive_read_support_format_zip_seekable(reader) == ARCHIVE_OK
         && archive_read_set_read_callback(reader, readBlock) == ARCHIVE_OK
         && archive_read_set_skip_callback(reader, skipBytes) == ARCHIVE_OK
         && archive_read_set_seek_callback(reader, seekTo) == ARCHIVE_OK
-        && archive_read_set_callback_data(reader, &d->source) == ARCHIVE_OK
+        && archive_read_set_callback_data(reader, &m_source) == ARCHIVE_OK
         && archive_read_open1(reader) == ARCHIVE_OK;
 }
 
-ZipReader::~ZipReader() = default;
-
-ZipReader::Step ZipReader::next(ZipEntry &entry)
+ZipReader::Step LibarchiveReader::next(ZipEntry &entry)
 {
-    if (!d->opened) {
+    if (!m_opened) {
         return Step::Failed;
     }
     archive_entry *found = nullptr;
-    const int result = archive_read_next_header(d->reader.get(), &found);
-    d->source.readingIndex = false;
+    const int result = archive_read_next_header(m_reader.get(), &found);
+    m_source.readingIndex = false;
     if (result == ARCHIVE_EOF) {
         return Step::End;
     }
@@ -181,19 +184,26 @@ ZipReader::Step ZipReader::next(ZipEntry &entry)
     return Step::Got;
 }
 
-ZipReader::Step ZipReader::data(const char *&bytes, size_t &size)
+ZipReader::Step LibarchiveReader::data(const char *&bytes, size_t &size)
 {
     const void *block = nullptr;
     la_int64_t offset = 0;
-    const int result = archive_read_data_block(d->reader.get(), &block, &size, &offset);
+    const int result = archive_read_data_block(m_reader.get(), &block, &size, &offset);
     bytes = static_cast<const char *>(block);
     return result == ARCHIVE_OK ? Step::Got : result == ARCHIVE_EOF ? Step::End : Step::Failed;
 }
 
-QString ZipReader::failure() const
+QString LibarchiveReader::failure() const
 {
-    const char *text = d->reader ? archive_error_string(d->reader.get()) : nullptr;
+    const char *text = m_reader ? archive_error_string(m_reader.get()) : nullptr;
     return text == nullptr ? Texts::tr("it is no zip archive") : QString::fromUtf8(text);
+}
+
+} // namespace
+
+std::unique_ptr<ZipReader> openZipReader(int archive, size_t blockSize)
+{
+    return std::make_unique<LibarchiveReader>(archive, blockSize);
 }
 
 } // namespace brevok

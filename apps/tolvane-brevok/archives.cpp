@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+// What reads archives, as the application loads it with the first one.
+
+#include "platform/linux/ZipReader.h"
+
+/// @return a reader that the caller deletes
+extern "C" Q_DECL_EXPORT brevok::ZipReader *openArchive(int archive, size_t blockSize)
+{
+    return brevok::openZipReader(archive, blockSize).release();
+}

@@ -16,6 +16,7 @@ namespace brevok {
 namespace {
 
 const auto watcherName = u"org.kde.StatusNotifierWatcher"_s;
+const auto watcherInterface = watcherName;
 const auto watcherPath = u"/StatusNotifierWatcher"_s;
 
 } // namespace
@@ -42,7 +43,7 @@ void NotifierWatch::lookForWatcher()
         });
     // With a service's name, this would wait for the answer who owns it.
     for (const QString &event : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
-        m_bus.connect({}, watcherPath, watcherName, event, this, SLOT(askForHost()));
+        m_bus.connect({}, watcherPath, watcherInterface, event, this, SLOT(askForHost()));
     }
     QDBusMessage question = QDBusMessage::createMethodCall(
         u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"NameHasOwner"_s);
@@ -97,7 +98,7 @@ void NotifierWatch::askForHost()
 {
     QDBusMessage call = QDBusMessage::createMethodCall(
         watcherName, watcherPath, u"org.freedesktop.DBus.Properties"_s, u"Get"_s);
-    call << watcherName << u"IsStatusNotifierHostRegistered"_s;
+    call << watcherInterface << u"IsStatusNotifierHostRegistered"_s;
     // Nobody is to be started for this question.
     call.setAutoStartService(false);
     auto *const answer = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);

@@ -43,8 +43,8 @@ NotifierPixmap onTheBus(const QImage &image)
 
 } // namespace
 
-StatusNotifier::StatusNotifier(const QDBusConnection &bus, NotifierWatch &watch)
-    : m_bus(bus)
+StatusNotifier::StatusNotifier(QDBusConnection bus, NotifierWatch &watch)
+    : m_bus(std::move(bus))
 {
     if (!m_bus.isConnected()) {
         return;

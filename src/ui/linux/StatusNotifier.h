@@ -34,7 +34,7 @@ class StatusNotifier final : public QObject {
     Q_PROPERTY(brevok::NotifierToolTip ToolTip READ toolTip)
 
 public:
-    StatusNotifier(const QDBusConnection &bus, NotifierWatch &watch);
+    StatusNotifier(QDBusConnection bus, NotifierWatch &watch);
     ~StatusNotifier() override;
 
     /// @p updates is drawn upon the icon; hosts give a square.

@@ -17,6 +17,7 @@
 #include <QFileDialog>
 #include <QGridLayout>
 #include <QKeyEvent>
+#include <QStyledItemDelegate>
 
 namespace brevok {
 
@@ -27,6 +28,22 @@ namespace {
 // What a default button is worth by itself; as the first of an alert it counts alertFirstButton.
 constexpr int defaultButton = 1;
 
+/// The focus is a row's: it is seen around the text, not around nothing beside the check box.
+class RowDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const auto *const table = qobject_cast<const QTableView *>(option->widget);
+        option->state.setFlag(QStyle::State_HasFocus,
+            table != nullptr && table->hasFocus() && index.column() == TargetTableModel::LabelColumn
+                && index.row() == table->currentIndex().row());
+    }
+};
+
 constexpr int sheetPathItem = 0; // of the pop-up; the item behind it opens the chooser
 
 } // namespace
@@ -35,6 +52,7 @@ void BrevokPreferencesController::setUpTargets()
 {
     Ui::BrevokPreferences &ui = *m_outlets;
     ui.targetsView->setModel(m_model);
+    ui.targetsView->setItemDelegate(new RowDelegate(ui.targetsView));
     ui.targetsView->verticalHeader()->hide();
     ui.targetsView->horizontalHeader()->setSectionResizeMode(
         TargetTableModel::EnableColumn, QHeaderView::ResizeToContents);
@@ -82,10 +100,10 @@ void BrevokPreferencesController::selectionChanged()
 void BrevokPreferencesController::fixColumn()
 {
     QTableView &table = *m_outlets->targetsView;
-    const int padding = 2 * (table.style()->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, &table) + 1);
+    const int widest =
+        static_cast<const QAbstractItemView &>(table).sizeHintForColumn(TargetTableModel::LabelColumn);
     const int left = table.viewport()->width() - table.columnWidth(TargetTableModel::EnableColumn);
-    table.setColumnWidth(
-        TargetTableModel::LabelColumn, std::max(m_model->widestLabel(table.fontMetrics()) + padding, left));
+    table.setColumnWidth(TargetTableModel::LabelColumn, std::max(widest, left));
 }
 
 bool BrevokPreferencesController::eventFilter(QObject *watched, QEvent *event)

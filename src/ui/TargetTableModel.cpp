@@ -10,7 +10,6 @@
 #include "ui/TextFitting.h"
 
 #include <QFileInfo>
-#include <QFontMetrics>
 #include <QGuiApplication>
 
 namespace brevok {
@@ -72,15 +71,6 @@ void TargetTableModel::update()
 QString TargetTableModel::getCellLabelForRow(int row) const
 {
     return singleLine(targetCellLabel(path(row), m_targets.targets().value(path(row))));
-}
-
-int TargetTableModel::widestLabel(const QFontMetrics &metrics) const
-{
-    int widest = 0;
-    for (int row = 0; row < rowCount(); ++row) {
-        widest = std::max(widest, metrics.horizontalAdvance(getCellLabelForRow(row)));
-    }
-    return widest;
 }
 
 int TargetTableModel::rowCount(const QModelIndex &parent) const

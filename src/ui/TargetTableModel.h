@@ -6,8 +6,6 @@
 #include <QAbstractTableModel>
 #include <QStringList>
 
-class QFontMetrics;
-
 namespace brevok {
 
 class BrevokTargetApps;
@@ -28,8 +26,6 @@ public:
     [[nodiscard]] QString path(int row) const { return m_paths.value(row); }
     /// The text of the row, in one line.
     [[nodiscard]] QString getCellLabelForRow(int row) const;
-    /// The width of the widest label.
-    [[nodiscard]] int widestLabel(const QFontMetrics &metrics) const;
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;

@@ -30,12 +30,27 @@ int scaled(int points)
     return qRound(points * textScale());
 }
 
+// Where the desktop names no font for titles, every question for it goes through all fonts that are there.
+QFont titleFont()
+{
+    // Kept as texts: a font that outlives the application object frees what is gone.
+    static QString knownFor;
+    static QString title;
+    if (const QString present = QApplication::font().toString(); knownFor != present) {
+        knownFor = present;
+        title = QFontDatabase::systemFont(QFontDatabase::TitleFont).toString();
+    }
+    QFont result;
+    result.fromString(title);
+    return result;
+}
+
 } // namespace
 
 QFont font(int points)
 {
     static const bool hasMenlo = QFontDatabase::hasFamily(u"Menlo"_s);
-    QFont result = hasMenlo ? QFont(u"Menlo"_s) : QFontDatabase::systemFont(QFontDatabase::TitleFont);
+    QFont result = hasMenlo ? QFont(u"Menlo"_s) : titleFont();
     result.setPixelSize(scaled(points));
     return result;
 }

@@ -187,14 +187,13 @@ class Session:
         return int(next(line for line in text.splitlines() if line.startswith(field + ":")).split()[1])
 
     def activity(self, process=None):
-        """CPU ticks and wake-ups so far of all threads of the application, or of another process."""
-        ticks = wakeups = 0
+        """Milliseconds on a CPU and wake-ups so far of all threads of the application, or of another process."""
+        nanoseconds = wakeups = 0
         for task in pathlib.Path(f"/proc/{process or self.application.pid}/task").iterdir():
-            fields = (task / "stat").read_text().rsplit(")", 1)[1].split()
-            ticks += int(fields[11]) + int(fields[12])
+            nanoseconds += int((task / "schedstat").read_text().split()[0])
             status = (task / "status").read_text()
             wakeups += int(next(line for line in status.splitlines() if line.startswith("voluntary")).split()[1])
-        return {"ticks": ticks, "wakeups": wakeups}
+        return {"milliseconds": nanoseconds / 1e6, "wakeups": wakeups}
 
 
 def end_process(process, how):

@@ -44,6 +44,14 @@ void BrevokBackgroundView::setUpward(bool upward)
     }
 }
 
+void BrevokBackgroundView::setTranslucent(bool translucent)
+{
+    if (translucent != m_translucent) {
+        m_translucent = translucent;
+        update();
+    }
+}
+
 QRegion BrevokBackgroundView::shape() const
 {
     return {panelOutline(rect(), m_arrowX, m_upward).toFillPolygon().toPolygon()};
@@ -53,7 +61,9 @@ void BrevokBackgroundView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const QColor border = PanelStyle::mixed(fillColor(), palette().color(QPalette::WindowText), 0.28);
-    painter.fillRect(rect(), border); // what shows at the corners where windows are not translucent
+    if (!m_translucent) {
+        painter.fillRect(rect(), border); // shows in the pixels that the shape covers in part
+    }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(border);
     painter.setBrush(fillColor());

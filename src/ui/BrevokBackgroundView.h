@@ -27,6 +27,9 @@ public:
     void setUpward(bool upward);
     [[nodiscard]] bool isUpward() const { return m_upward; }
 
+    /// Whether what lies around the shape shows what is behind the window. At first it does.
+    void setTranslucent(bool translucent);
+
     /// The pixels that the shape touches, for a window that cannot be translucent.
     [[nodiscard]] QRegion shape() const;
 
@@ -37,6 +40,7 @@ private:
     QColor m_fillColor;
     int m_arrowX = 0;
     bool m_upward = false;
+    bool m_translucent = true;
 };
 
 } // namespace brevok

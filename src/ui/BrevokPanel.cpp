@@ -4,6 +4,7 @@
 #include "ui/BrevokPanel.h"
 
 #include "ui/AccessibleRole.h"
+#include "ui/Display.h"
 #include "ui_BrevokPanel.h"
 
 #include <QApplication>
@@ -74,6 +75,7 @@ void BrevokPanel::orderFront(const PanelPlace &place, int milliseconds)
     m_orderOutTimer->stop();
     m_place = place;
     m_ui->backgroundView->setUpward(place.upward);
+    m_ui->backgroundView->setTranslucent(windowsAreBlended());
     m_opening = true;
     setOpacity(0);
     setGeometry(place.item);
@@ -164,7 +166,7 @@ void BrevokPanel::windowDidResize()
     const int y = m_place.upward ? height() - m_place.panel.height() : PanelGeometry::arrowHeight;
     m_ui->contentView->setGeometry((width() - PanelGeometry::width) / 2, y, PanelGeometry::width, bodyHeight);
     if (windowsObey()) {
-        setMask(background->shape()); // for desktops that know no translucent windows
+        setMask(background->shape()); // also for shadows and clicks
     }
 }
 

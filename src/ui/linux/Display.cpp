@@ -3,7 +3,10 @@
 
 #include "ui/linux/Display.h"
 
-#include <xcb/xcb.h>
+#include "ui/Display.h"
+#include "ui/linux/XcbReply.h"
+
+#include <QGuiApplication>
 
 namespace brevok {
 
@@ -13,6 +16,32 @@ bool canOpenX11Display()
     const bool open = xcb_connection_has_error(connection) == 0;
     xcb_disconnect(connection);
     return open;
+}
+
+int x11Screen()
+{
+    int display = 0;
+    int screen = 0;
+    char *host = nullptr;
+    xcb_parse_display(nullptr, &host, &display, &screen);
+    const XcbReply<char> freed(host);
+    return screen;
+}
+
+bool windowsAreBlended()
+{
+    const auto *const x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
+    if (x11 == nullptr || x11->connection() == nullptr) {
+        return true; // every Wayland compositor does
+    }
+    // Who blends owns this selection: Extended Window Manager Hints 1.5, "_NET_WM_CM_Sn".
+    const QByteArray selection = "_NET_WM_CM_S" + QByteArray::number(x11Screen());
+    const auto atom = xcbAnswer(xcb_intern_atom_reply, x11->connection(),
+        xcb_intern_atom(x11->connection(), 0, static_cast<quint16>(selection.size()), selection.constData()));
+    const auto owner = atom ? xcbAnswer(xcb_get_selection_owner_reply, x11->connection(),
+                           xcb_get_selection_owner(x11->connection(), atom->atom))
+                            : nullptr;
+    return owner && owner->owner != XCB_WINDOW_NONE;
 }
 
 } // namespace brevok

@@ -8,4 +8,7 @@ namespace brevok {
 /// Whether the X server that DISPLAY names lets this process in.
 [[nodiscard]] bool canOpenX11Display();
 
+/// The number of the screen that DISPLAY names.
+[[nodiscard]] int x11Screen();
+
 } // namespace brevok

@@ -4,9 +4,9 @@
 #include "ui/linux/LinuxStatusItem.h"
 
 #include "foundation/Texts.h"
+#include "ui/linux/Display.h"
 #include "ui/linux/LinuxStatusBar.h"
 #include "ui/linux/TrayWindow.h"
-#include "ui/linux/XcbReply.h"
 #include "ui/StatusItemLayout.h"
 
 #include <QCursor>
@@ -60,12 +60,7 @@ void LinuxStatusItem::makeTray()
     if (x11 == nullptr || x11->connection() == nullptr) {
         return;
     }
-    int number = 0;
-    int display = 0;
-    char *host = nullptr;
-    xcb_parse_display(nullptr, &host, &display, &number);
-    const XcbReply<char> freed(host);
-    m_tray = std::make_unique<TrayWindow>(x11->connection(), number);
+    m_tray = std::make_unique<TrayWindow>(x11->connection(), x11Screen());
     connect(m_tray.get(), &TrayWindow::changed, this, &LinuxStatusItem::trayChanged);
     connect(m_tray.get(), &TrayWindow::clicked, this,
         [this](QPoint where) { clickedAt(toPoints(where, screenAreas())); });
@@ -116,6 +111,7 @@ void LinuxStatusItem::setLength(double length)
         const int height = m_tray->granted().height();
         const bool square = height > statusitem::highestWideBar * ratio;
         m_tray->setWish({square ? height : qCeil(length * ratio), qCeil(statusitem::initialLength * ratio)});
+        // Now that the size is known, a tray that is there need not wait for the event loop.
         m_bar.m_watch.catchUp();
         m_tray->setWanted(m_bar.m_watch.hasHost() == false);
     }

@@ -410,6 +410,21 @@ private Q_SLOTS:
         QCOMPARE(shown.pixelColor(shown.width() / 2, shown.height() - 40), dark.color(QPalette::Window));
         QApplication::setPalette(usual);
     }
+
+    void nothingIsDrawnAroundTheShape()
+    {
+        BrevokBackgroundView view;
+        view.resize(200, 100);
+        view.setArrowX(100);
+        for (const bool translucent : {true, false}) {
+            view.setTranslucent(translucent);
+            QImage shown(view.size(), QImage::Format_ARGB32_Premultiplied);
+            shown.fill(Qt::transparent);
+            view.render(&shown, {}, {}, QWidget::RenderFlags());
+            QCOMPARE(shown.pixelColor(1, 1).alpha(), translucent ? 0 : 255);
+            QCOMPARE(shown.pixelColor(100, 50), view.fillColor());
+        }
+    }
 };
 
 QTEST_MAIN(TestPanel)

@@ -13,9 +13,8 @@ class QDBusConnection;
 
 namespace brevok {
 
-/// The bar of a Linux desktop. An item is shown by a host of the StatusNotifierItem protocol where one runs
-/// on
-/// @p bus, else in the tray of an X11 bar, and follows when either comes or goes.
+/// The bar of a Linux desktop. An item is shown by a host of the StatusNotifierItem protocol where one runs,
+/// else in the tray of an X11 bar, and follows when either comes or goes.
 class LinuxStatusBar final : public StatusBar {
 public:
     explicit LinuxStatusBar(const QDBusConnection &bus);

@@ -60,6 +60,19 @@ private:
     HandedOver m_work;
 };
 
+// A thread that waits long for more work wakes up in an idle program, only to end.
+constexpr int workerExpiryMs = 2000;
+
+QThreadPool &workers()
+{
+    static QThreadPool &pool = []() -> QThreadPool & {
+        QThreadPool &shared = *QThreadPool::globalInstance();
+        shared.setExpiryTimeout(workerExpiryMs);
+        return shared;
+    }();
+    return pool;
+}
+
 const QEvent::Type handOverEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 class MainWork final : public QEvent {
@@ -98,7 +111,7 @@ bool onMainThread()
 
 void inBackground(Task work)
 {
-    QThreadPool::globalInstance()->start(new PoolWork(std::move(work)));
+    workers().start(new PoolWork(std::move(work)));
 }
 
 void onMain(QObject *context, Task work)
@@ -124,10 +137,10 @@ void onMainAndWait(QObject *context, const Task &work)
 bool finishBackgroundWork(int milliseconds)
 {
     constexpr int sliceMs = 10;
-    QThreadPool *pool = QThreadPool::globalInstance();
-    pool->clear();
+    QThreadPool &pool = workers();
+    pool.clear();
     const QDeadlineTimer deadline(milliseconds);
-    while (!pool->waitForDone(sliceMs)) {
+    while (!pool.waitForDone(sliceMs)) {
         // Work that waits for the main thread gets its turn, or it would never end.
         QCoreApplication::sendPostedEvents();
         if (deadline.hasExpired()) {

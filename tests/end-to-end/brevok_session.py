@@ -187,13 +187,14 @@ class Session:
         return int(next(line for line in text.splitlines() if line.startswith(field + ":")).split()[1])
 
     def activity(self, process=None):
-        """Milliseconds on a CPU and wake-ups so far of all threads of the application, or of another process."""
-        nanoseconds = wakeups = 0
+        """Of every thread of the application, or of another process: milliseconds on a CPU and wake-ups so far."""
+        threads = {}
         for task in pathlib.Path(f"/proc/{process or self.application.pid}/task").iterdir():
-            nanoseconds += int((task / "schedstat").read_text().split()[0])
+            nanoseconds = int((task / "schedstat").read_text().split()[0])
             status = (task / "status").read_text()
-            wakeups += int(next(line for line in status.splitlines() if line.startswith("voluntary")).split()[1])
-        return {"milliseconds": nanoseconds / 1e6, "wakeups": wakeups}
+            wakeups = int(next(line for line in status.splitlines() if line.startswith("voluntary")).split()[1])
+            threads[task.name] = (nanoseconds / 1e6, wakeups)
+        return threads
 
 
 def end_process(process, how):

@@ -22,7 +22,6 @@ namespace {
 
 /// A call may wait for a slow disk; that must not keep the others waiting.
 constexpr int workers = 16;
-constexpr int workerExpiryMs = 5000;
 /// After the name was given back: until calls that were on their way have arrived.
 constexpr int farewellMs = 500;
 constexpr int finishMs = 60'000;
@@ -132,7 +131,6 @@ int serve(const HelperOptions &options)
     // Calls are served from the loop on, so nobody comes in between.
     repairInterruptedWork(WorkJournal(options.stateFolder));
     QThreadPool::globalInstance()->setMaxThreadCount(workers);
-    QThreadPool::globalInstance()->setExpiryTimeout(workerExpiryMs);
     leaveWhenIdle(service, options.idleSeconds);
     const int status = QCoreApplication::exec();
     finishBackgroundWork(finishMs);

@@ -115,7 +115,7 @@ qsizetype StatusWorkload::readPropertyLists() const
         }
         const QByteArray data = file.readAll();
         plist_t list = nullptr;
-        plist_from_memory(data.constData(), static_cast<uint32_t>(data.size()), &list);
+        plist_from_xml(data.constData(), static_cast<uint32_t>(data.size()), &list);
         count += list != nullptr && plist_get_node_type(list) == PLIST_DICT ? 1 : 0;
         plist_free(list);
     }

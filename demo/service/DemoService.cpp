@@ -4,13 +4,10 @@
 #include "DemoService.h"
 
 #include "Certificates.h"
-#include "FileTransfer.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QHttpServerRequest>
-#include <QHttpServerResponder>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -99,17 +96,10 @@ QString newSessionId()
         QByteArray(reinterpret_cast<const char *>(words.data()), sizeof words).toHex());
 }
 
-QByteArray mimeType(const QString &path)
-{
-    static const QHash<QString, QByteArray> types{
-        {u"zip"_s, "application/zip"_ba}, {u"png"_s, "image/png"_ba}, {u"svg"_s, "image/svg+xml"_ba}};
-    return types.value(QFileInfo(path).suffix(), "application/octet-stream"_ba);
-}
-
 } // namespace
 
 DemoService::DemoService(QString root, QObject *parent)
-    : QAbstractHttpServer(parent)
+    : HttpServer(parent)
     , m_root(std::move(root))
     , m_log(m_root + u"/requests.jsonl"_s)
 {
@@ -138,32 +128,23 @@ QString DemoService::start(quint16 port, const CertificateFiles &certificates)
     return {};
 }
 
-bool DemoService::handleRequest(const Request &request, QTcpSocket *socket)
+void DemoService::log(const Request &request)
 {
     const QString session = sessionCookie(request);
     m_log.append(request,
         session.isEmpty()                  ? u"none"_s
             : m_sessions.contains(session) ? u"known"_s
                                            : u"unknown"_s);
-    const QString path = storedFile(request.url().path(QUrl::FullyDecoded));
-    auto file = std::make_unique<QFile>(path);
-    auto *connection = qobject_cast<QSslSocket *>(socket);
-    if (connection && request.method() == Method::Get && !path.isEmpty() && file->open(QIODevice::ReadOnly)) {
-        QHttpServerResponder responder = makeResponder(request, socket);
-        responder.writeStatusLine(Status::Ok);
-        responder.writeHeader("Content-Type"_ba, mimeType(path));
-        responder.writeHeader("Content-Length"_ba, QByteArray::number(file->size()));
-        responder.writeBody(QByteArray());
-        new FileTransfer(std::move(file), connection); // owned by the connection
-    } else {
-        answer(request).write(makeResponder(request, socket));
-    }
-    return true;
 }
 
-void DemoService::missingHandler(const Request &request, QTcpSocket *socket)
+// Asked first for every request, which makes it the place to write them down.
+std::unique_ptr<QFile> DemoService::fileFor(const Request &request)
 {
-    notFound().write(makeResponder(request, socket));
+    log(request);
+    const QString path = storedFile(request.url().path(QUrl::FullyDecoded));
+    auto file = std::make_unique<QFile>(path);
+    const bool found = request.method() == Method::Get && !path.isEmpty() && file->open(QIODevice::ReadOnly);
+    return found ? std::move(file) : nullptr;
 }
 
 DemoService::Response DemoService::answer(const Request &request)
@@ -315,9 +296,7 @@ DemoService::Response DemoService::redirect(const Request &request)
 {
     static const QString folder = u"/download"_s;
     const QString target = request.url().path(QUrl::FullyEncoded).sliced(folder.size());
-    Response response(Status::Found);
-    response.addHeader("Location"_ba, (m_url + u"/archives"_s + target).toLatin1());
-    return response;
+    return redirection((m_url + u"/archives"_s + target).toLatin1());
 }
 
 /// The regular file of the root's archives or icons that @p path (decoded) asks for; empty when there is

@@ -3,11 +3,10 @@
 
 #pragma once
 
+#include "HttpServer.h"
 #include "RequestLog.h"
 
-#include <QAbstractHttpServer>
 #include <QHash>
-#include <QHttpServerResponse>
 #include <QString>
 
 namespace brevok::demo {
@@ -16,7 +15,7 @@ struct CertificateFiles;
 
 /// The web service over the files of one root folder. Accounts and lists are read again at every request;
 /// sessions last as long as the process.
-class DemoService final : public QAbstractHttpServer {
+class DemoService final : public HttpServer {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(DemoService)
 
@@ -31,13 +30,10 @@ public:
     [[nodiscard]] const QString &url() const { return m_url; }
 
 private:
-    using Request = QHttpServerRequest;
-    using Response = QHttpServerResponse;
+    std::unique_ptr<QFile> fileFor(const Request &request) override;
+    Response answer(const Request &request) override;
 
-    bool handleRequest(const Request &request, QTcpSocket *socket) override;
-    void missingHandler(const Request &request, QTcpSocket *socket) override;
-
-    Response answer(const Request &request);
+    void log(const Request &request);
     Response signIn(const Request &request);
     Response signOut(const Request &request);
     Response pluginList(const Request &request);

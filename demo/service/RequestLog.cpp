@@ -3,6 +3,8 @@
 
 #include "RequestLog.h"
 
+#include "HttpServer.h"
+
 #include <QDateTime>
 #include <QHttpServerRequest>
 #include <QJsonArray>
@@ -49,8 +51,8 @@ QString maskedHeader(const QString &name, QString value)
 QJsonObject headersOf(const QHttpServerRequest &request)
 {
     QJsonObject headers;
-    for (const auto &[rawName, rawValue] : request.headers()) {
-        const QString name = QString::fromUtf8(rawName);
+    for (const auto &[rawName, rawValue] : HttpServer::headersOf(request)) {
+        const QString name = QString::fromUtf8(rawName).toLower(); // as some versions of Qt hand them over
         const QString value = maskedHeader(name, QString::fromUtf8(rawValue));
         const QString before = headers[name].toString();
         headers[name] = before.isEmpty() ? value : before + u", "_s + value;

@@ -50,7 +50,7 @@ QByteArray informationList(const SampleBuild &build)
     uint32_t length = 0;
     plist_to_xml(list.get(), &text, &length);
     QByteArray data(text, length);
-    plist_to_xml_free(text);
+    std::free(text); // which every version of the library allows, unlike functions of its own
     return data;
 }
 

@@ -135,8 +135,8 @@ private:
         int32_t seconds = 0;
         int32_t microseconds = 0;
         plist_get_date_val(node, &seconds, &microseconds);
-        const QDateTime epoch(QDate(2001, 1, 1), QTime(0, 0), Qt::UTC);
-        appendText(epoch.addSecs(seconds).toString(Qt::ISODate).toLatin1());
+        constexpr qint64 epoch = 978307200; // 2001-01-01, where dates of property lists count from
+        appendText(QDateTime::fromSecsSinceEpoch(epoch + seconds).toUTC().toString(Qt::ISODate).toLatin1());
     }
 
     void appendData(plist_t node)
@@ -193,7 +193,11 @@ std::optional<Record> readPropertyList(const QString &path)
         return std::nullopt;
     }
     plist_t list = nullptr;
-    plist_from_memory(bytes->constData(), static_cast<uint32_t>(bytes->size()), &list);
+    // The two forms of a bundle's list; reading whatever the library knows would take in more with each
+    // version of it.
+    const auto size = static_cast<uint32_t>(bytes->size());
+    const auto parse = plist_is_binary(bytes->constData(), size) != 0 ? &plist_from_bin : &plist_from_xml;
+    parse(bytes->constData(), size, &list);
     const std::unique_ptr<void, FreeList> owner(list);
     if (list == nullptr || plist_get_node_type(list) != PLIST_DICT) {
         return std::nullopt;

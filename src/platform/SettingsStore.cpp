@@ -81,7 +81,7 @@ void SettingsStore::remove(const QString &key)
 
 QDateTime SettingsStore::distantPast()
 {
-    return {QDate(1, 1, 1), QTime(0, 0), Qt::UTC};
+    return QDateTime::fromString(QStringLiteral("0001-01-01T00:00:00Z"), Qt::ISODate);
 }
 
 } // namespace brevok

@@ -118,7 +118,12 @@ void BrevokPanel::orderOutWhenDue()
 void BrevokPanel::noticeFocus()
 {
     if (m_opening && isVisible() && QGuiApplication::focusWindow() == windowHandle() && !isActiveWindow()) {
+        // activateWindow(), which later versions of Qt name instead, asks for the focus that the window
+        // already has.
+        QT_WARNING_PUSH
+        QT_WARNING_DISABLE_DEPRECATED
         QApplication::setActiveWindow(this);
+        QT_WARNING_POP
     }
 }
 

@@ -370,7 +370,7 @@ private Q_SLOTS:
         QCOMPARE(first.value(u"method"_s).toString(), u"POST"_s);
         QCOMPARE(first.value(u"path"_s).toString(), u"/api/stats/plugins"_s);
         QCOMPARE(first.value(u"session"_s).toString(), u"unknown"_s);
-        QCOMPARE(first[u"headers"_s][u"Cookie"_s].toString(), u"theme=dark; SessionId=0123…ghij"_s);
+        QCOMPARE(first[u"headers"_s][u"cookie"_s].toString(), u"theme=dark; SessionId=0123…ghij"_s);
         QCOMPARE(first[u"body"_s][u"Installed"_s][0][u"Password"_s].toString(), u"…"_s);
         const QJsonObject second = QJsonDocument::fromJson(lines[1]).object();
         QCOMPARE(second.value(u"path"_s).toString(), u"/api/machine/report?a=b"_s);

@@ -223,7 +223,7 @@ class Reports(unittest.TestCase):
         differing = {key for key, value in self.items(shown).items() if sent[key] != value}
         self.assertEqual(differing, {"orlec.log"}, "only the log has grown")
         # The session id stands in the settings, its ends in what the service wrote down; the program logs neither.
-        first, last = request["headers"]["Cookie"].split("SessionId=")[1].split("…")
+        first, last = request["headers"]["cookie"].split("SessionId=")[1].split("…")
         for text in (session.log(), json.dumps(request["body"]), json.dumps(shown)):
             self.assertIn("Session request: POST", text)
             for secret in (ACCOUNT["password"], "SessionId=" + first):

@@ -56,7 +56,7 @@ class PackagesTest(unittest.TestCase):
                     self.assertNotIn(path, owners, f"{name} and {owners.get(path)}")
                     owners[path] = name
             self.assertEqual(run("dpkg-deb", "-f", file, "Version").stdout.strip(), self.latest_change())
-            self.assertRegex(run("dpkg-deb", "-f", file, "Depends").stdout, r"libqt6core6 \(>= 6")
+            self.assertRegex(run("dpkg-deb", "-f", file, "Depends").stdout, r"libqt6core6(t64)? \(>= 6")
         self.assertIn("usr/bin/brevokctl", owners)
 
     def latest_change(self):

@@ -11,6 +11,7 @@
 #include <QTest>
 
 #include <array>
+#include <cstdlib>
 
 #include <plist/plist.h>
 #include <sys/stat.h>
@@ -34,7 +35,7 @@ QByteArray binary(const QByteArray &xmlList)
     uint32_t length = 0;
     plist_to_bin(list, &bytes, &length);
     QByteArray result(bytes, length);
-    plist_to_bin_free(bytes);
+    std::free(bytes);
     plist_free(list);
     return result;
 }

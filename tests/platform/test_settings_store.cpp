@@ -113,7 +113,7 @@ void SettingsStoreTest::valuesSurvive_data()
     QTest::newRow("list of one") << u"one"_s << QVariant(QStringList{u"2019"_s});
     QTest::newRow("empty list") << u"none"_s << QVariant(QStringList());
     QTest::newRow("date") << u"OrlecPluginsUpdateDate"_s
-                          << QVariant(QDateTime(QDate(2026, 2, 28), QTime(23, 59, 58), Qt::UTC));
+                          << QVariant(QDateTime::fromString(u"2026-02-28T23:59:58Z"_s, Qt::ISODate));
     QTest::newRow("distant past") << u"past"_s << QVariant(SettingsStore::distantPast());
     QTest::newRow("path") << u"OrlecInstallNotificationDate/Applications//X/y z/"_s << QVariant(1);
     QTest::newRow("odd key") << u"%2F=[Grüße]\\;\n"_s << QVariant(2);

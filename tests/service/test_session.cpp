@@ -17,6 +17,7 @@ using Stage = SessionStage;
 
 namespace {
 
+// Names in lower case, as later versions of Qt send them.
 RawHeaders withoutTransport(const Request &request)
 {
     RawHeaders ours;
@@ -24,7 +25,7 @@ RawHeaders withoutTransport(const Request &request)
         const QByteArray name = header.first.toLower();
         if (name != "host" && name != "connection" && name != "content-length" && name != "user-agent"
             && name != "accept-language") {
-            ours.append(header);
+            ours.append({name, header.second});
         }
     }
     return ours;
@@ -88,8 +89,8 @@ void TestSession::signsInAndStays()
         QJsonDocument(QJsonObject{{u"email"_s, u"ada@example.com"_s}, {u"password"_s, password}})
             .toJson(QJsonDocument::Compact));
     QCOMPARE(withoutTransport(request),
-        RawHeaders({{"Content-Type", "application/json"}, {"Accept", "application/json"},
-            {"Accept-Encoding", "gzip"}, {"X-Tolvane-Brevok-Version", "2"}}));
+        RawHeaders({{"content-type", "application/json"}, {"accept", "application/json"},
+            {"accept-encoding", "gzip"}, {"x-tolvane-brevok-version", "2"}}));
 
     QCOMPARE(stage.stored().value("SessionId"_L1), u"id-1"_s);
     QCOMPARE(stage.settings.values.value(u"OrlecSessionVersion"_s).toDouble(), 1.2);
@@ -118,9 +119,9 @@ void TestSession::signsOutWithTheCookie()
     const Request request = stage.server.requests().at(0);
     QVERIFY(request.body.isEmpty());
     QCOMPARE(withoutTransport(request),
-        RawHeaders({{"Content-Type", "application/json"}, {"Accept", "application/json"},
-            {"Accept-Encoding", "gzip"}, {"X-Tolvane-Brevok-Version", "2"},
-            {"Cookie", "SessionId=held-id"}}));
+        RawHeaders({{"content-type", "application/json"}, {"accept", "application/json"},
+            {"accept-encoding", "gzip"}, {"x-tolvane-brevok-version", "2"},
+            {"cookie", "SessionId=held-id"}}));
 
     stage.session->signout();
     QTRY_COMPARE(stage.ended, 2);
@@ -244,7 +245,8 @@ void TestSession::recordIsWrittenBetweenRequestsOnly()
     Stage stage;
     stage.server.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":"id"})"));
     stage.server.on(u"/other"_s, Response::silent());
-    stage.session->connectToURL(stage.server.url(u"/other"_s), u"GET"_s, otherAction, true, false, {}, false);
+    stage.session->connectToURL(
+        stage.server.url(u"/other"_s, u"127.0.0.1"_s), u"GET"_s, otherAction, true, false, {}, false);
     stage.request(SessionSignin);
     QTRY_COMPARE(stage.ended, 1);
     QCOMPARE(stage.session->sessionId(), u"id"_s);

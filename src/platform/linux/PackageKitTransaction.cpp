@@ -106,7 +106,20 @@ void PackageKitTransaction::created(const QDBusMessage &reply, const QString &pa
         settle(unavailable(reply.errorMessage()));
         return;
     }
-    m_daemon = reply.service();
+    // The reply itself does not say its sender in every version of Qt.
+    QDBusMessage owner = QDBusMessage::createMethodCall(
+        u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
+    owner << serviceName;
+    whenAnswered(m_bus.asyncCall(owner), [this, path](const QDBusMessage &answer) { begin(answer, path); });
+}
+
+void PackageKitTransaction::begin(const QDBusMessage &owner, const QString &path)
+{
+    m_daemon = owner.arguments().value(0).toString();
+    if (owner.type() != QDBusMessage::ReplyMessage || m_daemon.isEmpty()) {
+        settle(brevok::ended());
+        return;
+    }
     listen();
     QDBusMessage hints = call(u"SetHints"_s);
     hints << QStringList{

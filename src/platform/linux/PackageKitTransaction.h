@@ -40,6 +40,7 @@ private Q_SLOTS:
 
 private:
     void created(const QDBusMessage &reply, const QString &path);
+    void begin(const QDBusMessage &owner, const QString &path);
     void listen();
     [[nodiscard]] QDBusMessage call(const QString &method) const;
     void whenAnswered(const QDBusPendingCall &call, std::function<void(const QDBusMessage &)> then);

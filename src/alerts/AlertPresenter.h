@@ -26,6 +26,12 @@ public:
     /// alertNotShown.
     virtual int runModal(const AlertContent &alert) = 0;
 
+    /// Takes an alert off the screen as if it had been answered so; does nothing when it was.
+    using Ending = std::function<void(int response)>;
+    /// As runModal(), but returns at once: @p completion gets the answer, before this returns when the alert
+    /// is not shown. It is not called for an alert that is still up when the presenter goes.
+    virtual Ending beginModal(const AlertContent &alert, Completion completion) = 0;
+
     [[nodiscard]] virtual SheetInterface sheetInterface() const = 0;
     /// Attaches the alert to @p window and returns at once; @p completion gets the answer when the sheet
     /// ends.
@@ -51,6 +57,7 @@ public:
 class HeadlessAlertPresenter final : public AlertPresenter {
 public:
     int runModal(const AlertContent &alert) override;
+    Ending beginModal(const AlertContent &alert, Completion completion) override;
     [[nodiscard]] SheetInterface sheetInterface() const override;
     void beginSheet(const AlertContent &alert, QObject *window, Completion completion) override;
     [[nodiscard]] bool windowEndsSheets(QObject *window) const override;

@@ -73,6 +73,11 @@ int Alert::runModal()
     return m_presenter.runModal(content);
 }
 
+AlertPresenter::Ending Alert::beginModal(AlertPresenter::Completion completion)
+{
+    return m_presenter.beginModal(content, std::move(completion));
+}
+
 void Alert::beginSheetModalForWindow(QObject *window, AlertPresenter::Completion completion)
 {
     m_presenter.beginSheet(content, window, std::move(completion));

@@ -33,6 +33,8 @@ public:
 
     /// Runs application-modally. The plain alert has no rules of its own: it just asks the presenter.
     virtual int runModal();
+    /// The same without waiting; see AlertPresenter::beginModal().
+    AlertPresenter::Ending beginModal(AlertPresenter::Completion completion);
     virtual void beginSheetModalForWindow(QObject *window, AlertPresenter::Completion completion);
     virtual void beginSheetModalForWindow(
         QObject *window, Alert *modalDelegate, AlertPresenter::Completion block);

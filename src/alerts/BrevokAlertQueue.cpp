@@ -47,15 +47,41 @@ BrevokAlertQueue *BrevokAlertQueue::alertQueue()
     return sharedQueue;
 }
 
-int BrevokAlertQueue::runModal(Alert &alert)
+bool BrevokAlertQueue::mayShow(Alert &alert)
 {
     logLine(u"Alert: %1\n%2"_s.arg(
         alert.content.messageText.value_or(u"-"_s), alert.content.informativeText.value_or(u"-"_s)));
     if (refusedThread()) {
-        return alertNotShown;
+        return false;
     }
     alert.setDelegate(this);
-    return showOnce(alert);
+    return true;
+}
+
+int BrevokAlertQueue::runModal(Alert &alert)
+{
+    return mayShow(alert) ? showOnce(alert) : alertNotShown;
+}
+
+AlertPresenter::Ending BrevokAlertQueue::beginModal(
+    Alert &alert, QObject *context, AlertPresenter::Completion answered)
+{
+    if (!mayShow(alert) || m_keys.contains(alert.key())) {
+        answered(alertNotShown);
+        return [](int) {
+        };
+    }
+    m_keys.insert(alert.key());
+    m_panel.setKeepOpenPanel(true);
+    return alert.beginModal([queue = QPointer<BrevokAlertQueue>(this), guard = QPointer<QObject>(context),
+                                answered = std::move(answered)](int response) {
+        if (queue) {
+            queue->m_panel.setKeepOpenPanel(false);
+        }
+        if (guard) {
+            answered(response);
+        }
+    });
 }
 
 int BrevokAlertQueue::modalAlert(const QString &messageText, const QString &informativeText,

@@ -23,6 +23,11 @@ public:
     /// Shows an alert that the caller built; alertNotShown when the same text is already known.
     int runModal(Alert &alert);
 
+    /// As runModal(), but returns at once: @p answered gets the answer while @p context lives, before this
+    /// returns when nothing is shown. The caller keeps the alert until then.
+    /// @return what answers the alert in the user's place
+    AlertPresenter::Ending beginModal(Alert &alert, QObject *context, AlertPresenter::Completion answered);
+
     /// Builds an alert and shows it. @p icon and @p accessory may be empty.
     int modalAlert(const QString &messageText, const QString &informativeText, const QString &icon,
         const QStringList &buttons, const QVariant &accessory = {});
@@ -36,6 +41,7 @@ public:
     [[nodiscard]] PanelKeeper &panel() const { return m_panel; }
 
 private:
+    [[nodiscard]] bool mayShow(Alert &alert);
     int showOnce(Alert &alert);
 
     AlertPresenter &m_presenter;

@@ -23,6 +23,13 @@ int HeadlessAlertPresenter::runModal(const AlertContent &alert)
     return alertNotShown;
 }
 
+AlertPresenter::Ending HeadlessAlertPresenter::beginModal(const AlertContent &alert, Completion completion)
+{
+    completion(runModal(alert));
+    return [](int) {
+    };
+}
+
 AlertPresenter::SheetInterface HeadlessAlertPresenter::sheetInterface() const
 {
     return SheetInterface::WithHandler;

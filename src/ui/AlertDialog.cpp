@@ -204,8 +204,7 @@ void AlertDialog::addButtons(QBoxLayout &column)
 
 void AlertDialog::answer(qsizetype button)
 {
-    m_response = alertFirstButton + static_cast<int>(button);
-    done(QDialog::Accepted);
+    end(alertFirstButton + static_cast<int>(button));
 }
 
 // What Escape does.
@@ -218,8 +217,13 @@ void AlertDialog::reject()
 
 void AlertDialog::stop()
 {
-    m_response = alertStopped;
-    done(QDialog::Rejected);
+    end(alertStopped);
+}
+
+void AlertDialog::end(int response)
+{
+    m_response = response;
+    done(QDialog::Accepted);
 }
 
 // Comes when the program is about to end, which nothing may refuse.

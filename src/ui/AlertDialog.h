@@ -44,6 +44,8 @@ public:
 
     /// Closes the alert unanswered.
     void stop();
+    /// Closes the alert as if it had been answered so.
+    void end(int response);
 
 public Q_SLOTS:
     void reject() override;

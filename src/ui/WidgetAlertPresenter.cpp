@@ -46,17 +46,11 @@ int WidgetAlertPresenter::runModal(const AlertContent &alert)
     return dialog.response();
 }
 
-AlertPresenter::SheetInterface WidgetAlertPresenter::sheetInterface() const
+AlertDialog *WidgetAlertPresenter::makeDialog(
+    const AlertContent &alert, QObject *window, Completion completion)
 {
-    return SheetInterface::WithHandler;
-}
-
-void WidgetAlertPresenter::beginSheet(const AlertContent &alert, QObject *window, Completion completion)
-{
-    auto *parent = qobject_cast<QWidget *>(window);
-    auto *dialog = new AlertDialog(alert, parent);
+    auto *dialog = new AlertDialog(alert, qobject_cast<QWidget *>(window));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->setWindowModality(parent != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
     m_sheets.removeIf([](const Sheet &sheet) { return sheet.dialog.isNull(); });
     m_sheets.append({dialog, window});
     QObject::connect(dialog, &QDialog::finished, dialog, [dialog, answered = std::move(completion)] {
@@ -64,6 +58,33 @@ void WidgetAlertPresenter::beginSheet(const AlertContent &alert, QObject *window
             answered(dialog->response());
         }
     });
+    return dialog;
+}
+
+AlertPresenter::Ending WidgetAlertPresenter::beginModal(const AlertContent &alert, Completion completion)
+{
+    const QPointer<AlertDialog> dialog = makeDialog(alert, nullptr, std::move(completion));
+    dialog->setWindowModality(Qt::ApplicationModal);
+    stayAbove(*dialog, QApplication::activeWindow());
+    dialog->show();
+    dialog->raise();
+    dialog->activateWindow();
+    return [dialog](int response) {
+        if (dialog) {
+            dialog->end(response);
+        }
+    };
+}
+
+AlertPresenter::SheetInterface WidgetAlertPresenter::sheetInterface() const
+{
+    return SheetInterface::WithHandler;
+}
+
+void WidgetAlertPresenter::beginSheet(const AlertContent &alert, QObject *window, Completion completion)
+{
+    AlertDialog *dialog = makeDialog(alert, window, std::move(completion));
+    dialog->setWindowModality(dialog->parent() != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
     dialog->open();
     dialog->raise();
     dialog->activateWindow();

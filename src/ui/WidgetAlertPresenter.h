@@ -26,6 +26,8 @@ public:
     /// program ends meanwhile.
     int runModal(const AlertContent &alert) override;
 
+    Ending beginModal(const AlertContent &alert, Completion completion) override;
+
     [[nodiscard]] SheetInterface sheetInterface() const override;
     void beginSheet(const AlertContent &alert, QObject *window, Completion completion) override;
     [[nodiscard]] bool windowEndsSheets(QObject *window) const override;
@@ -38,7 +40,9 @@ private:
         QPointer<AlertDialog> dialog;
         QPointer<QObject> window;
     };
-    QList<Sheet> m_sheets;
+    AlertDialog *makeDialog(const AlertContent &alert, QObject *window, Completion completion);
+
+    QList<Sheet> m_sheets; ///< and alerts that nobody waits for, which have no window
 };
 
 } // namespace brevok

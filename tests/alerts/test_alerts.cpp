@@ -77,6 +77,7 @@ private Q_SLOTS:
     void sheets();
     void blockingSheetHoldsThePanelWhileItIsAttached();
     void sheetsAreClosedByWhoeverCan();
+    void nobodyWaitsForAnAnswer();
     void headless();
 };
 
@@ -258,6 +259,7 @@ void TestAlerts::sheetsAreClosedByWhoeverCan()
         bool windowCan = true;
         QStringList calls;
         int runModal(const AlertContent &) override { return alertNotShown; }
+        Ending beginModal(const AlertContent &, Completion) override { return {}; }
         [[nodiscard]] SheetInterface sheetInterface() const override { return SheetInterface::None; }
         void beginSheet(const AlertContent &, QObject *, Completion) override { }
         [[nodiscard]] bool windowEndsSheets(QObject *) const override { return windowCan; }
@@ -269,6 +271,30 @@ void TestAlerts::sheetsAreClosedByWhoeverCan()
     closer.windowCan = false;
     alert.closeSheet(this);
     QCOMPARE(closer.calls, QStringList({u"window"_s, u"application"_s}));
+}
+
+void TestAlerts::nobodyWaitsForAnAnswer()
+{
+    presenter->waits = true;
+    const auto alert = BrevokAlert::create(*presenter);
+    alert->content = contentOf(u"Question"_s, {});
+    int answer = -1;
+    auto *context = new QObject(this);
+    const auto keep = [&answer](int given) {
+        answer = given;
+    };
+    const AlertPresenter::Ending end = queue->beginModal(*alert, context, keep);
+    QCOMPARE(answer, -1);
+    QCOMPARE(panel->calls, QList<bool>{true});
+    int second = -1;
+    queue->beginModal(*alert, this, [&second](int given) { second = given; });
+    QCOMPARE(second, alertNotShown); // the same text is up
+    end(alertSecondButton);
+    QCOMPARE(answer, alertSecondButton);
+    QCOMPARE(panel->calls, QList<bool>({true, false}));
+    delete context;
+    end(alertFirstButton);
+    QCOMPARE(answer, alertSecondButton); // whoever asked is gone
 }
 
 void TestAlerts::headless()

@@ -16,6 +16,7 @@ public:
     QList<AlertContent> sheets;
     QList<Completion> completions;
     int answer = alertFirstButton;
+    bool waits = false; ///< alerts that nobody waits for stay up
     SheetInterface sheetSupport = SheetInterface::WithHandler;
     /// Runs while an alert is up, before it is answered.
     std::function<void(const AlertContent &)> whileShown;
@@ -27,6 +28,19 @@ public:
             whileShown(alert);
         }
         return answer;
+    }
+    /// Answers at once, or, when it is to wait, keeps the completion and is answered by what it returns.
+    Ending beginModal(const AlertContent &alert, Completion completion) override
+    {
+        if (!waits) {
+            completion(runModal(alert));
+            return [](int) {
+            };
+        }
+        shown.append(alert);
+        return [answered = std::move(completion)](int response) {
+            answered(response);
+        };
     }
     [[nodiscard]] SheetInterface sheetInterface() const override { return sheetSupport; }
     void beginSheet(const AlertContent &alert, QObject *, Completion completion) override

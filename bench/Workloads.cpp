@@ -54,6 +54,7 @@ qsizetype ListWorkload::run(const QByteArray &list)
 {
     FileSettingsStore settings(m_folder.filePath(u"store-%1.conf"_s.arg(++m_runs)));
     BrevokPlugins plugins(settings, m_service, m_alerts);
+    plugins.start();
     ServiceReply reply;
     reply.status = 200;
     reply.body = list;

@@ -5,6 +5,7 @@
 
 #include "app/desktop/DesktopSession.h"
 #include "app/desktop/DesktopSurfaces.h"
+#include "app/HeadlessSurfaces.h"
 #include "app/Program.h"
 #include "ui/WidgetAlertPresenter.h"
 
@@ -19,6 +20,28 @@ using namespace brevok;
 namespace {
 
 constexpr int noDisplay = 1;
+
+int runWithWindows(const Options &options)
+{
+    prepareApplication();
+    WidgetAlertPresenter presenter;
+    DesktopSurfaces surfaces(presenter);
+    return runApplication(options, presenter, surfaces);
+}
+
+// What was started for a display that is not there works on without one; who named none is told how to.
+int runWithoutDisplay(const NoDisplay &problem, Options options)
+{
+    std::fprintf(stderr, "tolvane-brevok: %s%s\n", qUtf8Printable(problem.line),
+        problem.named ? "; running without windows" : "");
+    if (!problem.named) {
+        return noDisplay;
+    }
+    options.headless = true;
+    HeadlessAlertPresenter presenter;
+    HeadlessSurfaces surfaces;
+    return runApplication(options, presenter, surfaces);
+}
 
 } // namespace
 
@@ -37,12 +60,6 @@ extern "C" Q_DECL_EXPORT int runTolvaneBrevok(int argc, char **argv)
     if (const int *status = std::get_if<int>(&commandLine)) {
         return *status;
     }
-    if (problem) {
-        std::fprintf(stderr, "tolvane-brevok: %s\n", qUtf8Printable(*problem));
-        return noDisplay;
-    }
-    prepareApplication();
-    WidgetAlertPresenter presenter;
-    DesktopSurfaces surfaces(presenter);
-    return runApplication(std::get<Options>(commandLine), presenter, surfaces);
+    const auto &options = std::get<Options>(commandLine);
+    return problem ? runWithoutDisplay(*problem, options) : runWithWindows(options);
 }

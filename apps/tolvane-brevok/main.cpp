@@ -4,6 +4,9 @@
 // The program that starts: it takes the application's name on the session bus, so that callers find it at
 // once, and loads the application itself, with windows or without, from the library folder beside its own.
 
+#include "platform/CopyLock.h"
+#include "platform/StandardFolders.h"
+
 #include <QCoreApplication>
 #include <QDBusConnection>
 #include <QFile>
@@ -61,9 +64,10 @@ int runModule(const QString &folder, const char *name, int argc, char **argv)
 int runWithoutWindows(const Wishes &wishes, int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
-    if (!wishes.onlyPrints) {
+    brevok::CopyLock lock(brevok::quickLockOfFiles(brevok::standardFoldersForUser()));
+    if (!wishes.onlyPrints && lock.take(true) == brevok::CopyLock::State::Ours) {
         // Calls that arrive from now on wait until the event loop runs; the application learns what came of
-        // this when it asks for the name again.
+        // this when it asks for the lock and the name again.
         QDBusConnection::sessionBus().registerService(QStringLiteral(BREVOK_IDENTIFIER));
     }
     return runModule(QCoreApplication::applicationDirPath(), "tolvane-brevok-core.so", argc, argv);

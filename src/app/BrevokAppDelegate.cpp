@@ -7,7 +7,6 @@
 #include "app/Shared.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
-#include "install/RunningTargets.h"
 #include "platform/ApplicationSearch.h"
 #include "platform/CurrentUser.h"
 #include "platform/DistributedNotifications.h"
@@ -15,7 +14,7 @@
 #include "platform/HelperTool.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
-#include "platform/RunningApplications.h"
+#include "platform/SessionBus.h"
 #include "platform/SettingsStore.h"
 #include "platform/SoftwareInstaller.h"
 
@@ -64,12 +63,30 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
 {
     m_shared->alerts.emplace(m_with.presenter, static_cast<PanelKeeper &>(*this));
     m_shared->control.emplace();
+    connect(&*m_shared->control, &ControlService::quitRequested, this, &BrevokAppDelegate::terminateSoon);
     m_shared->activation.emplace();
-    if (anotherCopyRuns()) {
-        giveWayToTheOtherCopy();
-        return;
+    joinBus();
+    connect(m_with.platform.bus.get(), &SessionBus::returned, this, &BrevokAppDelegate::joinBus);
+    m_shared->onlyCopy.emplace(OnlyCopy::Collaborators{*m_with.platform.bus,
+        *m_with.platform.runningApplications, m_with.bundle, m_with.folders, m_with.headless});
+    m_shared->onlyCopy->decide([this](bool stays) { stays ? finishLaunching() : giveWayToTheOtherCopy(); });
+}
+
+// Before the name is asked for: whoever finds the name finds what it stands for.
+void BrevokAppDelegate::joinBus()
+{
+    const QDBusConnection &bus = m_with.platform.bus->connection();
+    m_shared->control->publish(bus);
+    m_shared->activation->publish(bus);
+    if (m_menubarController) {
+        observeNotices();
     }
+}
+
+void BrevokAppDelegate::finishLaunching()
+{
     m_shared->usageReporter.emplace();
+    openSettings();
     registerDefaults();
     moveKeysOfEarlierVersions(*m_with.platform.settings);
     brevok::setLogLevel(logLevel());
@@ -78,26 +95,10 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
     createSharedObjects();
     setStartAtLogin(m_with.platform.settings->boolValue(AppKeys::startAtLogin));
     createMenubarController();
-    if (m_with.platform.userNotifications->exists()) {
-        m_with.platform.userNotifications->setDelegate(this);
-    }
+    observeNotices();
     observeOtherProcesses();
     m_shared->activation->setHandler([this] { applicationShouldHandleReopen(true); });
-}
-
-bool BrevokAppDelegate::anotherCopyRuns()
-{
-    // Of two copies started at the same moment exactly one gets the name; by the process table each would
-    // give way to the other.
-    switch (m_shared->control->publish(m_with.bundle.identifier())) {
-    case ControlService::Publication::Published:
-        return false;
-    case ControlService::Publication::NameTaken:
-        return true;
-    case ControlService::Publication::NoBus:
-        break;
-    }
-    return isAnyAppRunning(m_with.platform.runningApplications->list(), m_with.bundle.displayNames());
+    m_shared->plugins->start([this] { m_shared->packages->start(); });
 }
 
 void BrevokAppDelegate::giveWayToTheOtherCopy()
@@ -120,6 +121,12 @@ void BrevokAppDelegate::giveWayToTheOtherCopy()
     };
     m_shared->alerts->runModal(*alert);
     terminateSoon();
+}
+
+void BrevokAppDelegate::openSettings()
+{
+    openStores(m_with.platform, m_with.folders);
+    m_with.platform.settings->lock(m_with.lockedSettings);
 }
 
 void BrevokAppDelegate::registerDefaults()
@@ -248,7 +255,6 @@ void BrevokAppDelegate::connectSharedObjects()
     });
     connect(&*shared.control, &ControlService::openPanelRequested, this,
         [this] { panelController().openPanel(); });
-    connect(&*shared.control, &ControlService::quitRequested, this, &BrevokAppDelegate::terminateSoon);
 }
 
 void BrevokAppDelegate::attachSurfaces()
@@ -280,6 +286,13 @@ void BrevokAppDelegate::createMenubarController()
     m_menubarController->setUpdates(m_shared->packages->updates());
 }
 
+void BrevokAppDelegate::observeNotices()
+{
+    if (m_with.platform.userNotifications->exists()) {
+        m_with.platform.userNotifications->setDelegate(this);
+    }
+}
+
 void BrevokAppDelegate::observeOtherProcesses()
 {
     PanelSurface &panel = panelController();
@@ -301,7 +314,9 @@ bool BrevokAppDelegate::applicationShouldHandleReopen(bool)
 
 bool BrevokAppDelegate::applicationShouldTerminate()
 {
-    m_with.platform.settings->synchronize();
+    if (m_with.platform.settings) {
+        m_with.platform.settings->synchronize();
+    }
     m_with.platform.notifications->post(m_with.bundle.identifier(), willTerminateObject);
     m_menubarController.reset();
     return true;
@@ -314,6 +329,27 @@ void BrevokAppDelegate::terminateSoon()
             QCoreApplication::exit(); // unlike quit(), no window is asked whether it agrees
         }
     });
+}
+
+void BrevokAppDelegate::handOver()
+{
+    if (!m_with.headless) {
+        return;
+    }
+    logLine(u"A copy with windows starts: this one ends when its work is done."_s);
+    connect(&*m_shared->control, &ControlService::becameIdle, this, &BrevokAppDelegate::leaveWhenIdle);
+    if (m_shared->flow) {
+        connect(&*m_shared->flow, &InstallFlow::becameIdle, this, &BrevokAppDelegate::leaveWhenIdle);
+    }
+    leaveWhenIdle();
+}
+
+// An answer comes after the work that it is about.
+void BrevokAppDelegate::leaveWhenIdle()
+{
+    if (!m_shared->control->isBusy() && !(m_shared->flow && m_shared->flow->isBusy())) {
+        terminateSoon();
+    }
 }
 
 void BrevokAppDelegate::togglePanel()

@@ -39,7 +39,9 @@ public:
         Surfaces &surfaces;
         StandardFolders folders;
         ServiceConfiguration service;
+        QVariantMap lockedSettings{}; ///< what the administrator decides
         bool background = false; ///< started by the system: nothing is opened or shown
+        bool headless = false; ///< without windows: leaves when a copy with windows starts
     };
 
     explicit BrevokAppDelegate(Environment environment, QObject *parent = nullptr);
@@ -48,6 +50,9 @@ public:
     /// The delegate of this process, for the outermost code.
     static BrevokAppDelegate *appDelegate();
 
+    /// Finds out whether this copy stays; if so, builds and shows everything, and only then asks what is to
+    /// be asked. Returns at once: some of it may follow when another copy has ended or a question is
+    /// answered.
     void applicationDidFinishLaunching();
     /// The user started the running program again, from the desktop's menu: like a click on the status item.
     bool applicationShouldHandleReopen(bool hasVisibleWindows);
@@ -55,6 +60,8 @@ public:
     bool applicationShouldTerminate();
     /// Ends the program on the next turn of the run loop.
     void terminateSoon();
+    /// Ends a program without windows as soon as what it does is done; others stay.
+    void handOver();
 
     void togglePanel();
     /// The panel, made at the first call.
@@ -87,8 +94,10 @@ private:
     void setKeepOpenPanel(bool keepOpen) override;
     /// Always: notices are shown while the application is in front, too.
     [[nodiscard]] bool shouldPresentNotification(const UserNotification &) override { return true; }
-    [[nodiscard]] bool anotherCopyRuns();
+    void joinBus();
+    void finishLaunching();
     void giveWayToTheOtherCopy();
+    void openSettings();
     void registerDefaults();
     void createSharedObjects();
     void createUpdater();
@@ -97,7 +106,9 @@ private:
     void connectSharedObjects();
     void attachSurfaces();
     void createMenubarController();
+    void observeNotices();
     void observeOtherProcesses();
+    void leaveWhenIdle();
     void keep(const QString &key, const QVariant &value);
 
     Environment m_with;

@@ -52,11 +52,12 @@ int runApplication(const Options &options, AlertPresenter &presenter, Surfaces &
     const MainBundle bundle = MainBundle::ofRunningProgram();
     const StandardFolders folders = standardFoldersForUser();
     Platform platform = createPlatform(bundle, folders, options.applications);
-    platform.settings->lock(options.lockedSettings);
-    BrevokAppDelegate delegate(
-        {bundle, platform, presenter, surfaces, folders, options.service, options.background});
+    BrevokAppDelegate delegate({bundle, platform, presenter, surfaces, folders, options.service,
+        options.lockedSettings, options.background, options.headless});
     QObject::connect(
         &requests, &TerminationRequests::requested, &delegate, &BrevokAppDelegate::terminateSoon);
+    QObject::connect(
+        &requests, &TerminationRequests::handOverRequested, &delegate, &BrevokAppDelegate::handOver);
     delegate.applicationDidFinishLaunching();
     const int status = QCoreApplication::exec();
     if (!finishBackgroundWork(patienceAtQuitMs)) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "alerts/BrevokAlertQueue.h"
+#include "app/OnlyCopy.h"
 #include "catalogue/BrevokPackages.h"
 #include "control/ControlService.h"
 #include "control/DesktopActivation.h"
@@ -27,6 +28,7 @@ struct Shared {
     std::optional<BrevokAlertQueue> alerts;
     std::optional<ControlService> control;
     std::optional<DesktopActivation> activation;
+    std::optional<OnlyCopy> onlyCopy;
     std::optional<BrevokUsageReporter> usageReporter;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;

@@ -64,12 +64,10 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     load();
     if (!m_packages.empty()) {
         calculatePackageStatuses();
-        loadStoredIcons();
     }
     observe();
     // A change from here on is calculated at once, beside the calculation that may be under way.
     m_updating = false;
-    checkForUpdates();
 }
 
 BrevokPackages::~BrevokPackages()
@@ -77,6 +75,12 @@ BrevokPackages::~BrevokPackages()
     if (sharedPackages == this) {
         sharedPackages = nullptr;
     }
+}
+
+void BrevokPackages::start()
+{
+    loadStoredIcons();
+    checkForUpdates();
 }
 
 BrevokPackages *BrevokPackages::packages()

@@ -66,6 +66,9 @@ public:
     /// Active between notifyPackageStatusesLazily() and the notification.
     [[nodiscard]] const QTimer *statusTimer() const { return &m_statusTimer; }
 
+    /// Fetches what is missing and requests the list; called once, when the definitions have begun to.
+    void start();
+
     /// @p automatically is false for the user's own check, which ends with the result window.
     void checkForUpdates(bool automatically = true);
     void updateWithArray(const QJsonArray &list);

@@ -46,10 +46,6 @@ BrevokPlugins::BrevokPlugins(
     connect(m_refresh, &ListRefresh::due, this, &BrevokPlugins::checkForUpdates);
     connect(m_refresh, &ListRefresh::finished, this, &BrevokPlugins::checkFinished);
     load();
-    if (hasUnfinishedActions()) {
-        askAboutUnfinishedActions();
-    }
-    checkForUpdates();
 }
 
 BrevokPlugins::~BrevokPlugins()
@@ -72,12 +68,25 @@ void BrevokPlugins::load()
     }
 }
 
-void BrevokPlugins::askAboutUnfinishedActions()
+void BrevokPlugins::start(std::function<void()> then)
 {
-    const std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_alerts.presenter());
-    if (!alert) {
-        return;
+    const auto goOn = [this, then = std::move(then)] {
+        checkForUpdates();
+        if (then) {
+            then();
+        }
+    };
+    if (hasUnfinishedActions()) {
+        askAboutUnfinishedActions(goOn);
+    } else {
+        goOn();
     }
+}
+
+void BrevokPlugins::askAboutUnfinishedActions(std::function<void()> answered)
+{
+    m_question = BrevokAlert::create(m_alerts.presenter());
+    BrevokAlert *alert = m_question.get();
     alert->content.style = AlertStyle::Informational;
     alert->content.messageText = Texts::tr("Installer detected one or more unfinished actions. Do you want "
                                            "to finish or discard those actions?");
@@ -86,8 +95,15 @@ void BrevokPlugins::askAboutUnfinishedActions()
                   "install/uninstall actions are left overs from previous session.");
     alert->content.buttons = {
         {.title = Texts::tr("Discard Actions")}, {.title = Texts::tr("Finish Actions"), .enabled = false}};
-    if (m_alerts.runModal(*alert) == alertFirstButton) {
-        discardActions();
+    auto ending = m_alerts.beginModal(*alert, this, [this, answered = std::move(answered)](int response) {
+        m_question.reset();
+        if (response == alertFirstButton) {
+            discardActions();
+        }
+        answered();
+    });
+    if (m_question) {
+        m_answerQuestion = std::move(ending);
     }
 }
 
@@ -156,6 +172,10 @@ void BrevokPlugins::announceChange()
 
 void BrevokPlugins::discardActions()
 {
+    if (m_question) {
+        m_answerQuestion(alertFirstButton); // comes back here, without the question
+        return;
+    }
     change([this] { m_tables.discardCommands(); });
 }
 

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "alerts/AlertPresenter.h"
 #include "catalogue/DefinitionTables.h"
 #include "service/ServiceClient.h"
 
@@ -12,6 +13,7 @@ class QTimer;
 
 namespace brevok {
 
+class BrevokAlert;
 class BrevokAlertQueue;
 class ListRefresh;
 class SettingsStore;
@@ -22,7 +24,7 @@ class BrevokPlugins final : public QObject {
     Q_DISABLE_COPY_MOVE(BrevokPlugins)
 
 public:
-    /// Loads the stored definitions, asks about unfinished actions, and requests the list.
+    /// Loads the stored definitions.
     BrevokPlugins(
         SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts, QObject *parent = nullptr);
     ~BrevokPlugins() override;
@@ -37,6 +39,12 @@ public:
     [[nodiscard]] DefinitionPtr definition(const QString &key) const;
     [[nodiscard]] DefinitionPtr pluginWithPrefix(const QString &prefix, const QString &version) const;
 
+    /// Asks about unfinished actions, then requests the list and runs @p then. Returns at once; called once,
+    /// when everything that may be shown or called meanwhile is there.
+    void start(std::function<void()> then = {});
+    /// Whether the question about unfinished actions waits for its answer.
+    [[nodiscard]] bool asksAboutUnfinishedActions() const { return m_question != nullptr; }
+
     void checkForUpdates();
     /// Validates, merges and stores a list. Elements that nobody else refers to are taken over uncopied.
     void updateWithArray(QJsonArray list);
@@ -48,7 +56,7 @@ public:
     /// Announces a change of `plugins` that was made, and stored, before.
     void announceChange();
 
-    /// Removes every command queue ("Discard Actions").
+    /// Removes every command queue ("Discard Actions"), and so answers the question about them.
     void discardActions();
     /// Whether any definition has a pending command.
     [[nodiscard]] bool hasUnfinishedActions() const;
@@ -68,7 +76,7 @@ Q_SIGNALS:
 
 private:
     void load();
-    void askAboutUnfinishedActions();
+    void askAboutUnfinishedActions(std::function<void()> answered);
     void save();
 
     SettingsStore &m_settings;
@@ -76,6 +84,8 @@ private:
     BrevokAlertQueue &m_alerts;
     ListRefresh *m_refresh;
     DefinitionTables m_tables;
+    std::unique_ptr<BrevokAlert> m_question;
+    AlertPresenter::Ending m_answerQuestion; ///< while there is one
 };
 
 } // namespace brevok

@@ -37,10 +37,9 @@ QString ControlService::ReportBody(const QString &email, const QString &note)
     if (refusedTooEarly()) {
         return {};
     }
-    setDelayedReply(true);
     m_with->bugReporter.reportBody(
-        email, note, this, [bus = connection(), call = message()](const QByteArray &body) {
-            bus.send(call.createReply(QString::fromUtf8(body)));
+        email, note, this, [send = sendLater(), call = message()](const QByteArray &body) {
+            send(call.createReply(QString::fromUtf8(body)));
         });
     return {};
 }
@@ -50,12 +49,11 @@ QString ControlService::UsageBody()
     if (refusedTooEarly()) {
         return {};
     }
-    setDelayedReply(true);
     m_with->usageReporter.reportBody(
-        this, [bus = connection(), call = message()](const std::optional<QByteArray> &body) {
-            bus.send(body ? call.createReply(QString::fromUtf8(*body))
-                          : call.createErrorReply(QString::fromLatin1(refusedError),
-                              u"No target application is known, so no usage report is sent."_s));
+        this, [send = sendLater(), call = message()](const std::optional<QByteArray> &body) {
+            send(body ? call.createReply(QString::fromUtf8(*body))
+                      : call.createErrorReply(QString::fromLatin1(refusedError),
+                          u"No target application is known, so no usage report is sent."_s));
         });
     return {};
 }

@@ -12,6 +12,7 @@
 #include <QDBusConnection>
 #include <QDBusError>
 #include <QJsonDocument>
+#include <QPointer>
 
 namespace brevok {
 
@@ -62,16 +63,14 @@ ControlService::ControlService(QObject *parent)
 
 ControlService::~ControlService() = default;
 
-ControlService::Publication ControlService::publish(const QString &busName)
+void ControlService::publish(QDBusConnection bus)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
         logLine(u"No session bus: this copy cannot be controlled from outside. %1"_s.arg(
             bus.lastError().message()));
-        return Publication::NoBus;
+        return;
     }
     bus.registerObject(QString::fromLatin1(objectPath), this);
-    return bus.registerService(busName) ? Publication::Published : Publication::NameTaken;
 }
 
 void ControlService::setCollaborators(Collaborators collaborators)
@@ -80,11 +79,22 @@ void ControlService::setCollaborators(Collaborators collaborators)
     connect(&m_with->flow, &InstallFlow::progress, this, &ControlService::Progress);
 }
 
-std::function<void(const QStringList &)> ControlService::answerLater()
+std::function<void(const QDBusMessage &)> ControlService::sendLater()
 {
     setDelayedReply(true);
-    return [bus = connection(), call = message()](const QStringList &failures) {
-        bus.send(call.createReply(QVariant(failures)));
+    ++m_unanswered;
+    return [bus = connection(), service = QPointer<ControlService>(this)](const QDBusMessage &answer) {
+        bus.send(answer);
+        if (service && --service->m_unanswered == 0) {
+            Q_EMIT service->becameIdle();
+        }
+    };
+}
+
+std::function<void(const QStringList &)> ControlService::answerLater()
+{
+    return [send = sendLater(), call = message()](const QStringList &failures) {
+        send(call.createReply(QVariant(failures)));
     };
 }
 
@@ -106,18 +116,31 @@ void ControlService::refuse(const QString &reason)
     sendErrorReply(QString::fromLatin1(refusedError), reason);
 }
 
-// While start-up waits for an answer of the user, calls arrive before there is anything to ask.
 bool ControlService::refusedTooEarly()
 {
     if (!m_with) {
-        refuse(u"Tolvane Brevok is still starting; try again when its question has been answered."_s);
+        refuse(u"Tolvane Brevok is still starting; try again."_s);
     }
     return !m_with;
 }
 
-bool ControlService::refusedUnknown(const QStringList &prefixes)
+// The question is about the queues that these calls would fill, and comes before every list.
+bool ControlService::refusedBeforeAnswer()
 {
     if (refusedTooEarly()) {
+        return true;
+    }
+    if (m_with->plugins.asksAboutUnfinishedActions()) {
+        refuse(u"The question about unfinished actions waits for its answer; 'brevokctl discard' discards "
+               "them."_s);
+        return true;
+    }
+    return false;
+}
+
+bool ControlService::refusedUnknown(const QStringList &prefixes)
+{
+    if (refusedBeforeAnswer()) {
         return true;
     }
     const QList<Record> packages = m_with->packages.packageRecords();
@@ -209,7 +232,7 @@ QStringList ControlService::SignOut()
 
 QStringList ControlService::Check()
 {
-    if (refusedTooEarly()) {
+    if (refusedBeforeAnswer()) {
         return {};
     }
     const auto settled = [this, answer = answerLater()](const QStringList &failures) {
@@ -255,7 +278,7 @@ QStringList ControlService::Install(const QStringList &prefixes)
 
 QStringList ControlService::UpdateAll()
 {
-    if (refusedTooEarly()) {
+    if (refusedBeforeAnswer()) {
         return {};
     }
     const auto &statuses = m_with->packages.packagesStatus();
@@ -286,6 +309,10 @@ QStringList ControlService::Remove(const QStringList &prefixes)
 void ControlService::Discard()
 {
     if (refusedTooEarly()) {
+        return;
+    }
+    if (m_with->flow.isBusy()) {
+        refuse(u"An install or a removal is under way; try again when it has ended."_s);
         return;
     }
     m_with->plugins.discardActions();
@@ -370,9 +397,6 @@ void ControlService::OpenPanel()
 
 void ControlService::Quit()
 {
-    if (refusedTooEarly()) {
-        return;
-    }
     Q_EMIT quitRequested();
 }
 

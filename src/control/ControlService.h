@@ -6,6 +6,7 @@
 #include "control/SettingsDocument.h"
 #include "install/InstallFlow.h"
 
+#include <QDBusConnection>
 #include <QDBusContext>
 #include <QObject>
 #include <QStringList>
@@ -39,15 +40,14 @@ public:
     explicit ControlService(QObject *parent = nullptr);
     ~ControlService() override;
 
-    /// What came of publish().
-    enum class Publication { Published, NoBus, NameTaken };
+    /// Registers the object on @p bus.
+    void publish(QDBusConnection bus);
 
-    /// Registers the object on the session bus and takes the name @p busName, unless another process owns it.
-    [[nodiscard]] Publication publish(const QString &busName);
-
-    /// Called once. Calls that arrive before, while a question of the start-up waits for its answer, are
-    /// refused.
+    /// Called once. Calls that arrive before, but Quit, are refused.
     void setCollaborators(Collaborators collaborators);
+
+    /// Whether a call waits for its answer.
+    [[nodiscard]] bool isBusy() const { return m_unanswered > 0; }
 
     // The methods of the interface; com.tolvane.brevok.Control1.xml says what each does.
     QString Status();
@@ -75,21 +75,27 @@ Q_SIGNALS:
     void Progress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
     void openPanelRequested();
     void quitRequested();
+    /// The last call that waited was answered.
+    void becameIdle();
 
 private:
     static constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
 
+    /// Sends an answer to the call that is being served, later and once.
+    [[nodiscard]] std::function<void(const QDBusMessage &)> sendLater();
     /// Answers the call that is being served later, with the failures given then.
     [[nodiscard]] std::function<void(const QStringList &)> answerLater();
     void answerWhenSettled(std::function<void(const QStringList &)> answer, const QStringList &failures);
     void refuse(const QString &reason);
     [[nodiscard]] bool refusedTooEarly();
+    [[nodiscard]] bool refusedBeforeAnswer();
     [[nodiscard]] bool refusedUnknown(const QStringList &prefixes);
     [[nodiscard]] bool refusedUnknownTarget(const QString &path);
     void runForEach(const QStringList &prefixes, bool remove);
     QStringList sessionAction(const std::function<void()> &start);
 
     std::optional<Collaborators> m_with;
+    int m_unanswered = 0;
 };
 
 } // namespace brevok

@@ -5,8 +5,6 @@
 
 #include "ActivationAdaptor.h"
 
-#include <QDBusConnection>
-
 #include <utility>
 
 namespace brevok {
@@ -17,10 +15,14 @@ DesktopActivation::DesktopActivation(QObject *parent)
     : QObject(parent)
 {
     new ActivationAdaptor(this); // owned by this object, as adaptors are
-    QDBusConnection::sessionBus().registerObject(u"/com/tolvane/brevok"_s, this);
 }
 
 DesktopActivation::~DesktopActivation() = default;
+
+void DesktopActivation::publish(QDBusConnection bus)
+{
+    bus.registerObject(u"/com/tolvane/brevok"_s, this);
+}
 
 void DesktopActivation::setHandler(std::function<void()> open)
 {

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QDBusConnection>
 #include <QObject>
 #include <QStringList>
 #include <QVariant>
@@ -12,7 +13,7 @@
 namespace brevok {
 
 /// The application's side of org.freedesktop.Application, through which a desktop starts it from the menu and
-/// calls it again. It stands on the session bus from the constructor on. Main thread.
+/// calls it again. Main thread.
 class DesktopActivation final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(DesktopActivation)
@@ -20,6 +21,9 @@ class DesktopActivation final : public QObject {
 public:
     explicit DesktopActivation(QObject *parent = nullptr);
     ~DesktopActivation() override;
+
+    /// Registers the object on @p bus.
+    void publish(QDBusConnection bus);
 
     /// From now on the desktop's calls run @p open; so does, at once, one that came before: a desktop starts
     /// the program with its call.

@@ -145,6 +145,9 @@ void InstallFlow::ended(PackageOperation *operation, const Completion &done)
     if (done) {
         done(outcome);
     }
+    if (!isBusy()) {
+        Q_EMIT becameIdle();
+    }
 }
 
 void InstallFlow::reportError(const QList<BrevokError> &errors, const QString &plugin)

@@ -53,11 +53,16 @@ public:
     void uninstallWithPrefix(const QString &prefix, const Completion &done = {});
     void uninstallWithPackage(const Record &package, const QString &prefix, const Completion &done = {});
 
+    /// Whether any operation runs or waits.
+    [[nodiscard]] bool isBusy() const { return !m_waiting.isEmpty() || !m_running.isEmpty(); }
+
     /// Logs the errors and shows the install failure alert; nothing for an empty list. @p plugin is the
     /// plug-in's designation as it is to be shown.
     void reportError(const QList<BrevokError> &errors, const QString &plugin);
 
 Q_SIGNALS:
+    /// The last operation ended.
+    void becameIdle();
     /// Bytes done of bytes expected of one plug-in's archive while it is downloaded.
     void progress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
 

@@ -17,6 +17,7 @@ class LoginItems;
 class MainBundle;
 class RouteLookup;
 class RunningApplications;
+class SessionBus;
 class SettingsStore;
 class SoftwareInstaller;
 struct StandardFolders;
@@ -26,7 +27,8 @@ class UserNotificationCenter;
 /// Every ability of the operating system, ready to be handed to those who need it. Made and destroyed on the
 /// main thread; outlives what it was handed to.
 struct Platform {
-    std::unique_ptr<SettingsStore> settings;
+    std::unique_ptr<SessionBus> bus;
+    std::unique_ptr<SettingsStore> settings; ///< null until openStores()
     std::unique_ptr<RunningApplications> runningApplications;
     std::unique_ptr<LoginItems> loginItems;
     std::unique_ptr<DistributedNotifications> notifications;
@@ -46,10 +48,13 @@ struct Platform {
     Platform &operator=(const Platform &other) = delete;
 };
 
-/// This system's abilities. Host applications are searched for in @p applicationFolders. Needs the
-/// QCoreApplication.
+/// This system's abilities. No file of the user's is touched. Host applications are searched for in @p
+/// applicationFolders. Needs the QCoreApplication.
 [[nodiscard]] Platform createPlatform(
     const MainBundle &mainBundle, const StandardFolders &folders, const QStringList &applicationFolders);
+
+/// Opens what keeps the user's values. Called once, by a copy of the program that stays.
+void openStores(Platform &platform, const StandardFolders &folders);
 
 /// Where applications are looked for unless the user names other folders.
 [[nodiscard]] QStringList defaultApplicationFolders();

@@ -7,8 +7,8 @@
 
 namespace brevok {
 
-/// Turns the system's requests to end this process (SIGTERM, SIGINT, SIGHUP) into a signal on the main
-/// thread. One object a process.
+/// Turns the system's requests to end this process (SIGTERM, SIGINT, SIGHUP), and those of another copy to
+/// leave (SIGUSR1, see CopyLock), into signals on the main thread. One object a process.
 class TerminationRequests final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(TerminationRequests)
@@ -19,6 +19,8 @@ public:
 
 Q_SIGNALS:
     void requested();
+    /// As soon as the work that is under way has ended.
+    void handOverRequested();
 
 private:
     int m_readEnd = -1;

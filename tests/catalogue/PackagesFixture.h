@@ -28,6 +28,7 @@ struct PackagesFixture : CatalogueFixture {
         service.lists.clear();
         packages = std::make_unique<BrevokPackages>(
             BrevokPackages::Collaborators{settings, service, alerts, plugins, targets, dataFolder, {}});
+        packages->start();
         return *packages;
     }
     void answerFile(int status, const QByteArray &body, std::optional<BrevokError> error = {})

@@ -25,6 +25,7 @@ private Q_SLOTS:
     void wrongShapesInsideAreLeftOut();
     void unfinishedActionsAreAskedAbout_data();
     void unfinishedActionsAreAskedAbout();
+    void theQuestionHoldsNothingUpButTheList();
     void changesAreStoredBeforeTheyAreAnnounced();
 };
 
@@ -33,6 +34,7 @@ void PluginStoreTest::definitionsSurviveARestart()
     Fixture f;
     {
         BrevokPlugins plugins(f.settings, f.service, f.alerts);
+        plugins.start();
         QCOMPARE(BrevokPlugins::plugins(), &plugins);
         f.service.answerList(Fixture::good({Fixture::with(Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
                                                 u"Unknown"_s, QJsonObject{{u"x"_s, 1}}),
@@ -40,7 +42,8 @@ void PluginStoreTest::definitionsSurviveARestart()
     }
     QVERIFY(!BrevokPlugins::plugins());
     QVERIFY(f.settings.synchronizations > 0);
-    const BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     const DefinitionPtr shared = plugins.definition(u"140:A_1"_s);
     QVERIFY(shared);
     QCOMPARE(shared->record.value("Unknown"_L1).toObject(), (QJsonObject{{u"x"_s, 1}}));
@@ -69,6 +72,7 @@ void PluginStoreTest::rubbishIsSetAside()
     f.settings.values.insert(CatalogueSettings::pluginsData, value);
     f.settings.values.insert(CatalogueSettings::pluginsUpdateDate, value);
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     QCOMPARE(f.settings.keysSetAside, QStringList{CatalogueSettings::pluginsData});
     QVERIFY(plugins.pluginIndex().isEmpty());
     f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140)}));
@@ -93,7 +97,8 @@ void PluginStoreTest::wrongShapesInsideAreLeftOut()
                     Fixture::with(Fixture::with(good, u"Name"_s, u"C"_s), u"HostVersion"_s, u"150"_s),
                     Fixture::with(Fixture::with(good, u"Name"_s, u"D"_s), u"CommandQueue"_s, queue)}}});
     const LogCapture log;
-    const BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     QVERIFY(LogCapture::contains(u"Stored plug-in definitions: 11 unusable values left out."_s));
     QCOMPARE(plugins.pluginIndex().keys(), QStringList{u"P"_s});
     QCOMPARE(Fixture::buildsOf(plugins, u"P"_s),
@@ -135,6 +140,7 @@ void PluginStoreTest::unfinishedActionsAreAskedAbout()
     f.archive(CatalogueSettings::pluginsData, QJsonObject{{u"P"_s, QJsonArray{one, two}}});
     const LogCapture log;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
 
     QCOMPARE(f.presenter.shown.size(), queued ? 1 : 0);
     QVERIFY(askedBeforeRequest);
@@ -160,10 +166,31 @@ void PluginStoreTest::unfinishedActionsAreAskedAbout()
     }
 }
 
+void PluginStoreTest::theQuestionHoldsNothingUpButTheList()
+{
+    Fixture f;
+    f.presenter.waits = true;
+    const Record queued = Fixture::with(
+        Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), u"CommandQueue"_s, Fixture::queueOf(u"/a"_s));
+    f.archive(CatalogueSettings::pluginsData, QJsonObject{{u"P"_s, QJsonArray{queued}}});
+    const LogCapture log;
+    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    QVERIFY(f.presenter.shown.isEmpty()); // nothing is asked before somebody can answer
+    int wentOn = 0;
+    plugins.start([&wentOn] { ++wentOn; });
+    QVERIFY(plugins.asksAboutUnfinishedActions() && plugins.hasUnfinishedActions());
+    QVERIFY(f.service.lists.isEmpty() && wentOn == 0);
+    plugins.discardActions();
+    QVERIFY(!plugins.asksAboutUnfinishedActions() && !plugins.hasUnfinishedActions());
+    QCOMPARE(f.service.lists.size(), 1);
+    QCOMPARE(wentOn, 1);
+}
+
 void PluginStoreTest::changesAreStoredBeforeTheyAreAnnounced()
 {
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140)});
     QStringList order;
     const auto savedVersion = [&] {

@@ -84,6 +84,7 @@ void PluginsTest::elementsAreChecked()
     QFETCH(QString, line);
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     const LogCapture log;
     plugins.updateWithArray({element});
     QCOMPARE(plugins.pluginIndex().contains(u"P"_s), taken);
@@ -108,6 +109,7 @@ void PluginsTest::newestBuildIsSelected()
     QFETCH(QString, link);
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, first, 140, u"first"_s),
         Fixture::build(u"A"_s, u"P"_s, second, 140, u"second"_s),
         Fixture::build(u"A"_s, u"P"_s, u"0.1"_s, 150, u"other"_s)});
@@ -120,6 +122,7 @@ void PluginsTest::oneDefinitionPerBuild()
 {
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
         Fixture::with(Fixture::build(u"A"_s, u"Q"_s, u"1"_s, 140), u"Extra"_s, 5)});
     const DefinitionPtr shared = plugins.definition(u"140:A_1"_s);
@@ -147,6 +150,7 @@ void PluginsTest::newVersionTakesThePlaceOfTheOld()
 {
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     const Record other = Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140);
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), other});
     plugins.updateWithArray({other, Fixture::build(u"A"_s, u"P"_s, u"2"_s, 140)});
@@ -158,6 +162,7 @@ void PluginsTest::serviceCannotSetLocalState()
 {
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     Record record = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
     record = Fixture::with(record, u"CommandQueue"_s, Fixture::queueOf(u"/etc"_s));
     record = Fixture::with(record, u"SavedVersion"_s, u"1"_s);
@@ -189,6 +194,7 @@ void PluginsTest::unlistedBuildsAreDropped()
     QFETCH(QStringList, left);
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
         Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"Z"_s, u"Q"_s, u"1"_s, 140)});
     bool seenByObservers = false;
@@ -218,6 +224,7 @@ void PluginsTest::buildForAHost()
     QFETCH(QString, key);
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 70),
         Fixture::build(u"A"_s, u"P"_s, u"1"_s, 75), Fixture::build(u"A"_s, u"P"_s, u"1"_s, 80)});
     const DefinitionPtr found = plugins.pluginWithPrefix(u"P"_s, version);
@@ -275,6 +282,7 @@ void PluginsTest::repliesAreHandled()
     const QDateTime date = QDateTime::currentDateTimeUtc().addSecs(static_cast<qint64>(daysAhead * 86400));
     f.settings.values.insert(CatalogueSettings::pluginsUpdateDate, date);
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     QCOMPARE(f.service.lists.size(), 1);
     QCOMPARE(f.service.lists[0].path, u"/api/plugin/list"_s);
     QVERIFY(!plugins.updateTimer()->isActive());
@@ -317,6 +325,7 @@ void PluginsTest::unreachableServiceIsNotAsked()
     Fixture f;
     f.service.reachable = false;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     const QSignalSpy finished(&plugins, &BrevokPlugins::checkFinished);
     plugins.checkForUpdates();
     QCOMPARE(finished.size(), 1);
@@ -328,6 +337,7 @@ void PluginsTest::timerAsksAgain()
 {
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     plugins.checkForUpdates();
     QCOMPARE(f.service.lists.size(), 2);
     f.service.answerList(Fixture::good({}));
@@ -342,6 +352,7 @@ void PluginsTest::veryLongListsAreTaken()
 {
     Fixture f;
     BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    plugins.start();
     QJsonArray list;
     for (int i = 0; i < 100000; ++i) {
         list.append(i % 10 == 0 ? QJsonValue(i)

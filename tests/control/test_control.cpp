@@ -206,7 +206,7 @@ void ControlTest::callsDuringStartUpAreRefused_data()
     QTest::addColumn<QVariantList>("arguments");
     const QVariantList none;
     for (const char *method : {"Status", "SignOut", "Check", "UpdateAll", "Discard", "Targets", "Settings",
-             "UsageBody", "OpenPanel", "Quit"}) {
+             "UsageBody", "OpenPanel"}) {
         QTest::newRow(method) << none;
     }
     QTest::newRow("SignIn") << QVariantList{u"a@b"_s, u"word"_s};
@@ -226,7 +226,8 @@ void ControlTest::callsDuringStartUpAreRefused()
     QFETCH(QVariantList, arguments);
     const QString name = u"com.tolvane.brevok.Test"_s;
     ControlService service;
-    QCOMPARE(service.publish(name), ControlService::Publication::Published);
+    service.publish(QDBusConnection::sessionBus());
+    QVERIFY(QDBusConnection::sessionBus().registerService(name));
     QDBusMessage call = QDBusMessage::createMethodCall(name, u"/com/tolvane/brevok/Control"_s,
         u"com.tolvane.brevok.Control1"_s, QString::fromLatin1(QTest::currentDataTag()));
     call.setArguments(arguments);

@@ -38,6 +38,7 @@ void DesktopActivationTest::menuOpensThePanel()
     const QVariantMap platformData{{u"activation-token"_s, u"token"_s}};
     int opened = 0;
     DesktopActivation activation;
+    activation.publish(QDBusConnection::sessionBus());
     QCOMPARE(call(u"Activate"_s, {platformData}).type(), QDBusMessage::ReplyMessage);
     QCOMPARE(opened, 0);
     activation.setHandler([&opened] { ++opened; });

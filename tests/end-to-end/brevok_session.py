@@ -151,6 +151,20 @@ class Session:
         if wait:
             wait_for(lambda: self.ctl("status", check=False).returncode == 0, "the application answers")
 
+    @contextlib.contextmanager
+    def install_under_way(self, prefix):
+        """brevokctl in the middle of an install: its commands are recorded, and the service keeps it waiting."""
+        self.service.send_signal(signal.SIGSTOP)
+        install = subprocess.Popen([self.programs / "brevokctl", "install", prefix], env=self.environment,
+                                   stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+        try:
+            wait_for(lambda: self.package_status(prefix) == "In Progress", "the commands are recorded")
+            yield install
+        finally:
+            self.service.send_signal(signal.SIGCONT)
+            end_process(install, signal.SIGKILL)
+            install.stderr.close()
+
     def stop_application(self, how=signal.SIGTERM):
         status = end_process(self.application, how)
         self.application = None

@@ -34,6 +34,8 @@ struct InstallRig {
     explicit InstallRig(const QVariantMap &left = {})
         : isFilled(fill(left))
     {
+        plugins.start();
+        packages.start();
         writeFile(workspace(), "<workspace/>");
     }
     ~InstallRig() { finishBackgroundWork(10000); }

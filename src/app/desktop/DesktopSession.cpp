@@ -10,11 +10,15 @@
 #include <QLibraryInfo>
 #include <QTranslator>
 
+#include <algorithm>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+constexpr auto platformVariable = "QT_QPA_PLATFORM";
 
 void installTranslation(const QString &name, const QString &folder)
 {
@@ -27,29 +31,40 @@ void installTranslation(const QString &name, const QString &folder)
     }
 }
 
+// Whether the library's platform of that name, with or without its arguments, has a display to open.
+bool isUsable(const QString &platform)
+{
+    if (platform.startsWith("xcb"_L1)) {
+        return qEnvironmentVariableIsSet("DISPLAY") && canOpenX11Display();
+    }
+    return !platform.startsWith("wayland"_L1) || canReachWaylandDisplay();
+}
+
 } // namespace
 
-std::optional<QString> prepareDisplay()
+std::optional<NoDisplay> prepareDisplay()
 {
-    constexpr auto platform = "QT_QPA_PLATFORM";
-    const bool wayland = qEnvironmentVariableIsSet("WAYLAND_DISPLAY");
-    const bool x11 = qEnvironmentVariableIsSet("DISPLAY");
-    if (qEnvironmentVariableIsSet(platform)) {
-        return std::nullopt;
+    const QString chosen = qEnvironmentVariable(platformVariable);
+    const QString wayland = qEnvironmentVariable("WAYLAND_DISPLAY");
+    const QString x11 = qEnvironmentVariable("DISPLAY");
+    if (!chosen.isEmpty()) {
+        const QStringList platforms = chosen.split(u';');
+        if (std::any_of(platforms.cbegin(), platforms.cend(), isUsable)) {
+            return std::nullopt;
+        }
+        return NoDisplay{u"no display can be opened for QT_QPA_PLATFORM '%1'"_s.arg(chosen), true};
     }
-    if (!wayland && !x11) {
-        return u"there is no display (DISPLAY and WAYLAND_DISPLAY are not set); use --headless"_s;
+    if (wayland.isEmpty() && x11.isEmpty()) {
+        return NoDisplay{u"there is no display (DISPLAY and WAYLAND_DISPLAY are not set); use --headless"_s};
     }
-    if (x11 && canOpenX11Display()) {
-        // Under Wayland no window may place itself; as a client of its X server the panel finds its place.
-        qputenv(platform, "xcb");
-        return std::nullopt;
+    // Under Wayland no window may place itself; as a client of its X server the panel finds its place.
+    for (const char *platform : {"xcb", "wayland"}) {
+        if (isUsable(QString::fromLatin1(platform))) {
+            qputenv(platformVariable, platform);
+            return std::nullopt;
+        }
     }
-    if (!wayland) {
-        return u"the display '%1' cannot be opened; use --headless to run without windows"_s.arg(
-            qEnvironmentVariable("DISPLAY"));
-    }
-    return std::nullopt;
+    return NoDisplay{u"the display '%1' cannot be opened"_s.arg(x11.isEmpty() ? wayland : x11), true};
 }
 
 void prepareApplication()

@@ -66,11 +66,26 @@ void DBusNotifications::post(const QString &name, const QString &object)
     m_confirmation = m_bus.asyncCall(ping, confirmationTimeoutMilliseconds);
 }
 
+void DBusNotifications::use(const QDBusConnection &bus)
+{
+    m_bus = bus;
+    m_confirmation.reset();
+    m_absenceSaid = false;
+    for (const auto &[name, object] : std::as_const(m_observed)) {
+        listen(name, object);
+    }
+}
+
 void DBusNotifications::observe(const QString &name, const QString &object)
 {
-    if (!isConnected()) {
-        return;
+    m_observed.append({name, object});
+    if (isConnected()) {
+        listen(name, object);
     }
+}
+
+void DBusNotifications::listen(const QString &name, const QString &object)
+{
     const bool connected = m_bus.connect({}, notificationPath(), notificationInterface(), postedMember(),
         {name, object}, QStringLiteral("ss"), this, SLOT(receive(QString, QString, QDBusMessage)));
     if (!connected) {

@@ -26,6 +26,9 @@ public:
     explicit DBusNotifications(QDBusConnection bus, QObject *parent = nullptr);
     ~DBusNotifications() override;
 
+    /// Goes on with another connection: what was observed is observed there.
+    void use(const QDBusConnection &bus);
+
     void post(const QString &name, const QString &object) override;
     void observe(const QString &name, const QString &object) override;
 
@@ -34,9 +37,11 @@ private Q_SLOTS:
 
 private:
     bool isConnected();
+    void listen(const QString &name, const QString &object);
 
     QDBusConnection m_bus;
     std::optional<QDBusPendingCall> m_confirmation; // answered after everything posted before it
+    QList<std::pair<QString, QString>> m_observed; // name and object
     bool m_absenceSaid = false;
 };
 

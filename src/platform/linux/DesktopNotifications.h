@@ -21,6 +21,9 @@ public:
         QDBusConnection bus, QString identifier, QString displayName, QObject *parent = nullptr);
     ~DesktopNotifications() override;
 
+    /// Goes on with another connection.
+    void use(const QDBusConnection &bus) { m_bus = bus; }
+
     [[nodiscard]] bool exists() const override { return m_bus.isConnected(); }
 
 protected:

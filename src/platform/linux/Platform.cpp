@@ -15,6 +15,7 @@
 #include "platform/linux/RouteTableLookup.h"
 #include "platform/linux/XdgUrlOpener.h"
 #include "platform/PropertyLists.h"
+#include "platform/SessionBus.h"
 #include "platform/StandardFolders.h"
 
 #include <QDir>
@@ -29,14 +30,21 @@ Platform createPlatform(
     const MainBundle &mainBundle, const StandardFolders &folders, const QStringList &applicationFolders)
 {
     Platform platform;
-    platform.settings = std::make_unique<FileSettingsStore>(folders.settingsFile);
+    platform.bus = std::make_unique<SessionBus>();
+    SessionBus &bus = *platform.bus;
     platform.runningApplications = std::make_unique<ProcRunningApplications>(mainBundle);
     platform.loginItems = std::make_unique<AutostartLoginItems>(
         folders.autostart + u'/' + mainBundle.identifier() + QStringLiteral(".desktop"),
         mainBundle.displayNames().constLast());
-    platform.notifications = std::make_unique<DBusNotifications>(QDBusConnection::sessionBus());
-    platform.userNotifications = std::make_unique<DesktopNotifications>(
-        QDBusConnection::sessionBus(), mainBundle.identifier(), mainBundle.displayNames().constLast());
+    auto notifications = std::make_unique<DBusNotifications>(bus.connection());
+    QObject::connect(&bus, &SessionBus::returned, notifications.get(),
+        [&bus, told = notifications.get()] { told->use(bus.connection()); });
+    platform.notifications = std::move(notifications);
+    auto notices = std::make_unique<DesktopNotifications>(
+        bus.connection(), mainBundle.identifier(), mainBundle.displayNames().constLast());
+    QObject::connect(&bus, &SessionBus::returned, notices.get(),
+        [&bus, told = notices.get()] { told->use(bus.connection()); });
+    platform.userNotifications = std::move(notices);
     platform.urlOpener = std::make_unique<XdgUrlOpener>();
     platform.routeLookup = std::make_unique<RouteTableLookup>();
     platform.applicationSearch = std::make_unique<InotifyApplicationSearch>(applicationFolders);
@@ -44,6 +52,11 @@ Platform createPlatform(
     platform.helperTool = std::make_unique<BusHelperTool>();
     platform.softwareInstaller = std::make_unique<PackageKitInstaller>();
     return platform;
+}
+
+void openStores(Platform &platform, const StandardFolders &folders)
+{
+    platform.settings = std::make_unique<FileSettingsStore>(folders.settingsFile);
 }
 
 QStringList defaultApplicationFolders()

@@ -15,12 +15,14 @@ namespace brevok {
 
 namespace {
 
+constexpr std::array endings{SIGTERM, SIGINT, SIGHUP, SIGUSR1};
+
 volatile int writeEnd = -1;
 
 // A handler rather than a blocked signal: programs started from here must not inherit a mask.
-void wake(int)
+void wake(int number)
 {
-    const char byte = 0;
+    const char byte = number == SIGUSR1 ? 1 : 0;
     [[maybe_unused]] const auto written = ::write(writeEnd, &byte, 1);
 }
 
@@ -39,20 +41,24 @@ TerminationRequests::TerminationRequests(QObject *parent)
     connect(notifier, &QSocketNotifier::activated, this, [this] {
         char byte = 0;
         if (::read(m_readEnd, &byte, 1) == 1) {
-            Q_EMIT requested();
+            byte == 0 ? Q_EMIT requested() : Q_EMIT handOverRequested();
         }
     });
     struct sigaction action { };
     action.sa_handler = wake;
     action.sa_flags = SA_RESTART;
-    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int number : endings) {
         ::sigaction(number, &action, nullptr);
     }
+    sigset_t heldBack; // a request that came before anybody listened comes now
+    ::sigemptyset(&heldBack);
+    ::sigaddset(&heldBack, SIGUSR1);
+    ::pthread_sigmask(SIG_UNBLOCK, &heldBack, nullptr);
 }
 
 TerminationRequests::~TerminationRequests()
 {
-    for (const int number : {SIGTERM, SIGINT, SIGHUP}) {
+    for (const int number : endings) {
         std::signal(number, SIG_DFL);
     }
     if (m_readEnd >= 0) {

@@ -3,10 +3,13 @@
 
 #include "ui/linux/Display.h"
 
+#include "platform/LocalSockets.h"
 #include "ui/Display.h"
 #include "ui/linux/XcbReply.h"
 
+#include <QDir>
 #include <QGuiApplication>
+#include <QLibraryInfo>
 
 namespace brevok {
 
@@ -16,6 +19,19 @@ bool canOpenX11Display()
     const bool open = xcb_connection_has_error(connection) == 0;
     xcb_disconnect(connection);
     return open;
+}
+
+bool canReachWaylandDisplay()
+{
+    const QDir plugins(QLibraryInfo::path(QLibraryInfo::PluginsPath) + QStringLiteral("/platforms"));
+    if (plugins.entryList({QStringLiteral("libqwayland*")}).isEmpty()) {
+        return false;
+    }
+    if (qEnvironmentVariableIsSet("WAYLAND_SOCKET")) {
+        return true; // an open connection that was handed down
+    }
+    const QString named = qEnvironmentVariable("WAYLAND_DISPLAY", QStringLiteral("wayland-0"));
+    return answersAtSocket(QDir(qEnvironmentVariable("XDG_RUNTIME_DIR")).filePath(named));
 }
 
 int x11Screen()

@@ -1,0 +1,169 @@
+"""Which of several copies stays, with the real programs and buses that come and go."""
+import pathlib
+import signal
+import subprocess
+import sys
+import unittest
+
+from brevok_session import PATIENCE, Session, end_process, wait_for
+
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+ANOTHER = "Another copy of Tolvane Brevok application is already running."
+
+
+class Copies(unittest.TestCase):
+    def setUp(self):
+        self.session = self.enterContext(Session(PROGRAMS))
+        self.no_bus = {**self.session.environment,
+                       "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.session.folder}/no-bus"}
+
+    def start(self, environment=None, headless=True):
+        self.session.headless = ["--headless"] if headless else []
+        process = subprocess.Popen(self.session.application_command(), env=environment or self.session.environment,
+                                   stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+        self.addCleanup(process.stderr.close)
+        self.addCleanup(end_process, process, signal.SIGKILL)
+        return process
+
+    def has_started(self, process):
+        """The standard error of a copy that stays is the log."""
+        log = self.session.folder / "state" / "tolvane-brevok" / "Logs" / "orlec.log"
+        return log.exists() and pathlib.Path(f"/proc/{process.pid}/fd/2").resolve() == log.resolve()
+
+    def wait_until_started(self, process):
+        wait_for(lambda: self.has_started(process), "the copy writes its log")
+
+    def assert_gives_way(self, process):
+        self.assertEqual(process.wait(PATIENCE), 0)
+        self.assertIn(ANOTHER, process.stderr.read())
+
+    def answers(self, environment=None):
+        return self.session.ctl("status", check=False, **(environment or {})).returncode == 0
+
+    def test_two_started_together_without_a_bus(self):
+        for _ in range(3):
+            # With windows: a copy that gives way stands there with its alert until somebody reads it.
+            copies = [self.start(self.no_bus, headless=False) for _ in range(2)]
+            wait_for(lambda: any(map(self.has_started, copies)), "one of them stays")
+            gives_way = [c for c in copies if not self.has_started(c)]
+            self.assertEqual(len(gives_way), 1)
+            wait_for(lambda: ANOTHER in gives_way[0].stderr.readline(), "the other one says why it does not")
+            for copy in copies:
+                self.assertEqual(end_process(copy, signal.SIGTERM), 0)
+
+    def test_one_with_a_bus_and_one_without(self):
+        with_bus = self.session.environment
+        for first, second in ((with_bus, self.no_bus), (self.no_bus, with_bus), (self.no_bus, self.no_bus)):
+            stays = self.start(first)
+            self.wait_until_started(stays)
+            self.assert_gives_way(self.start(second))
+            self.assertEqual(end_process(stays, signal.SIGKILL), -signal.SIGKILL)
+        last = self.start(with_bus)  # what was killed leaves nothing that is in the way
+        wait_for(self.answers, "the next one starts")
+        self.assertEqual(end_process(last, signal.SIGTERM), 0)
+
+    def test_a_second_copy_touches_nothing(self):
+        session = self.session
+        session.start_application()
+        settings = session.settings_file()
+        settings.write_bytes(b"\0no settings at all")
+        settings.chmod(0o644)
+        before = {path: path.stat().st_mtime_ns for path in settings.parent.iterdir()}
+        self.assert_gives_way(self.start())
+        self.assertEqual({path: path.stat().st_mtime_ns for path in settings.parent.iterdir()}, before)
+        self.assertEqual(settings.stat().st_mode & 0o777, 0o644)
+        self.assertEqual(settings.read_bytes(), b"\0no settings at all")
+
+    def test_a_copy_without_windows_hands_over(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        headless = self.start()
+        wait_for(self.answers, "the copy without windows answers")
+        session.ctl("check")
+        with session.install_under_way("0xA") as install:
+            desktop = self.start(headless=False)
+            wait_for(lambda: "A copy with windows starts" in session.log(), "it is asked to leave")
+            self.assertIsNone(headless.poll(), "its work comes first")
+            session.service.send_signal(signal.SIGCONT)
+            self.assertEqual(install.wait(PATIENCE), 0, install.stderr.read())
+        self.assertEqual(headless.wait(PATIENCE), 0)
+        wait_for(self.answers, "the copy with windows goes on")
+        self.assertIsNone(desktop.poll())
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+        self.assert_gives_way(self.start())
+        self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
+
+    def test_handing_over_without_a_bus(self):
+        headless = self.start(self.no_bus)
+        self.wait_until_started(headless)
+        desktop = self.start(headless=False)
+        self.assertEqual(headless.wait(PATIENCE), 0)
+        wait_for(self.answers, "the copy with windows goes on")
+        self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
+
+    def test_a_copy_that_waits_can_be_ended(self):
+        headless = self.start()
+        wait_for(self.answers, "the copy without windows answers")
+        headless.send_signal(signal.SIGSTOP)
+        desktop = self.start(headless=False)
+        self.assertIn("goes on when it has ended", desktop.stderr.readline())
+        self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
+        headless.send_signal(signal.SIGCONT)
+        self.assertEqual(headless.wait(PATIENCE), 0)
+
+    def start_bus(self, address):
+        daemon = subprocess.Popen(["dbus-daemon", "--session", "--nofork", f"--address={address}", "--print-address"],
+                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+        self.addCleanup(daemon.stdout.close)
+        self.addCleanup(end_process, daemon, signal.SIGKILL)
+        return daemon, daemon.stdout.readline().strip()
+
+    def test_a_bus_that_is_started_again(self):
+        for address in (f"unix:path={self.session.folder}/bus", f"unix:abstract={self.session.folder}/bus"):
+            with self.subTest(address):
+                daemon, full = self.start_bus(address)
+                environment = {**self.session.environment, "DBUS_SESSION_BUS_ADDRESS": full}
+                bus = {"DBUS_SESSION_BUS_ADDRESS": address}
+                copy = self.start(environment)
+                wait_for(lambda: self.answers(bus), "the copy answers")
+                for _ in range(2):
+                    end_process(daemon, signal.SIGTERM)
+                    (self.session.folder / "bus").unlink(missing_ok=True)
+                    wait_for(lambda: "The session bus is gone" in self.session.log(), "the loss is noticed")
+                    daemon, _ = self.start_bus(address)
+                    wait_for(lambda: self.answers(bus), "the copy answers on the new bus")
+                seen = self.session.log().count("The panel was asked for")
+                self.assert_gives_way(self.start({**environment, **bus}))
+                wait_for(lambda: self.session.log().count("The panel was asked for") > seen,
+                         "what other copies post is heard")
+                self.assertEqual(end_process(copy, signal.SIGTERM), 0)
+
+    def test_a_bus_that_comes_late(self):
+        copy = self.start(self.no_bus)
+        self.wait_until_started(copy)
+        address = self.no_bus["DBUS_SESSION_BUS_ADDRESS"]
+        self.start_bus(address)
+        wait_for(lambda: self.answers({"DBUS_SESSION_BUS_ADDRESS": address}), "the copy answers on it")
+        self.assertEqual(end_process(copy, signal.SIGTERM), 0)
+
+    def test_a_display_that_is_not_there(self):
+        environment = {name: value for name, value in self.session.environment.items()
+                       if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+        for display in ({"DISPLAY": ":54321"}, {"WAYLAND_DISPLAY": "wayland-none"},
+                        {"WAYLAND_DISPLAY": "wayland-none", "DISPLAY": ":54321", "QT_QPA_PLATFORM": "wayland;xcb"}):
+            for more in ([], ["--background"]):
+                with self.subTest(display, more=more):
+                    self.session.headless = more
+                    copy = subprocess.Popen(self.session.application_command(), env={**environment, **display},
+                                            stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
+                    self.addCleanup(end_process, copy, signal.SIGKILL)
+                    wait_for(self.answers, "it runs without windows")
+                    self.assertEqual(end_process(copy, signal.SIGTERM), 0)
+                    said = copy.stderr.read()
+                    copy.stderr.close()
+                    self.assertEqual(len(said.splitlines()), 1, said)
+                    self.assertIn("running without windows", said)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

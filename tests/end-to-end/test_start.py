@@ -1,0 +1,114 @@
+"""The start with the question about unfinished actions, with the real programs."""
+import json
+import pathlib
+import re
+import signal
+import sys
+import unittest
+
+from brevok_session import PATIENCE, Session, wait_for
+
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+QUESTION = "Installer detected one or more unfinished actions."
+
+
+class Start(unittest.TestCase):
+    def setUp(self):
+        self.session = self.enterContext(Session(PROGRAMS))
+        self.session.publish("Alpha", "0xA", "1.0", 140)
+
+    def leave_unfinished_actions(self):
+        session = self.session
+        session.start_application()
+        session.ctl("check")
+        with session.install_under_way("0xA"):
+            session.stop_application(signal.SIGKILL)
+
+    def start_with_question(self):
+        """The application with its windows, on a display that nobody sees."""
+        self.leave_unfinished_actions()
+        self.session.headless = []
+        self.seen = len(self.lists())
+        self.session.start_application()
+        wait_for(lambda: QUESTION in self.session.log(), "the question is asked")
+
+    def lists(self):
+        requests = self.session.service_root / "requests.jsonl"
+        return [r for r in map(json.loads, requests.read_text().splitlines()) if r["path"].endswith("/list")]
+
+    def assert_unfinished(self, unfinished):
+        """What a start without windows, which leaves the queues as they are, says of them."""
+        self.session.headless = ["--headless"]
+        length = len(self.session.log())
+        self.session.start_application()
+        self.assertEqual(QUESTION in self.session.log()[length:], unfinished)
+
+    def test_every_call_is_answered_while_the_question_is_open(self):
+        session = self.session
+        self.start_with_question()
+        target = session.status()["targets"][0]["path"]
+        for words in (["status"], ["targets"], ["targets", "disable", target], ["targets", "enable", target],
+                      ["settings"], ["settings", "set", "logLevel", "1"], ["usage", "--show"],
+                      ["report", "--show"], ["signout"], ["open-panel"]):
+            with self.subTest(words):
+                session.ctl(*words)
+        for words in (["check"], ["install", "0xA"], ["update", "--all"], ["remove", "0xA"]):
+            with self.subTest(words):
+                refused = session.ctl(*words, check=False)
+                self.assertEqual(refused.returncode, 1)
+                self.assertIn("brevokctl discard", refused.stderr)
+        self.assertEqual(session.package_status("0xA"), "In Progress")
+        self.assertEqual(len(self.lists()), self.seen, "the first request comes after the answer")
+        session.ctl("discard")
+        wait_for(lambda: len(self.lists()) >= self.seen + 2, "both lists are requested")
+        session.ctl("check")
+        self.assertEqual(session.package_status("0xA"), "Not Installed")
+        session.ctl("install", "0xA")
+        self.assertEqual(session.installed_version("Alpha"), "1.0")
+        self.assertEqual(session.stop_application(), 0)
+        self.assert_unfinished(False)
+
+    def test_a_signal_at_the_question_ends_the_program(self):
+        self.start_with_question()
+        self.assertEqual(self.session.stop_application(), 0)
+        self.assertEqual(len(self.lists()), self.seen)
+        self.assert_unfinished(True)
+
+    def test_quit_at_the_question_ends_the_program(self):
+        self.start_with_question()
+        self.session.ctl("quit")
+        self.assertEqual(self.session.application.wait(PATIENCE), 0)
+        self.session.application = None
+        self.assert_unfinished(True)
+
+    def test_a_search_that_ends_at_the_question(self):
+        session = self.session
+        self.leave_unfinished_actions()
+        session.add_host("Adobe InDesign 2021", 16000)
+        settings = session.settings_file()
+        settings.write_text(re.sub(r"(?m)^OrlecTargetsGathered=.*\n", "", settings.read_text()))
+        session.headless = []
+        session.start_application()
+        wait_for(lambda: len(session.status()["targets"]) == 2, "the search ends")
+        session.ctl("discard")
+        session.ctl("check")
+        self.assertEqual(session.stop_application(), 0)
+
+    def test_discarding_waits_for_no_install_and_breaks_none(self):
+        session = self.session
+        session.start_application()
+        session.ctl("check")
+        session.ctl("discard")
+        with session.install_under_way("0xA") as install:
+            refused = session.ctl("discard", check=False)
+            self.assertEqual(refused.returncode, 1)
+            self.assertIn("under way", refused.stderr)
+            session.service.send_signal(signal.SIGCONT)
+            self.assertEqual(install.wait(PATIENCE), 0)
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+        document = json.loads(session.ctl("discard", "--json").stdout)
+        self.assertEqual(document, {"ok": True, "failures": []})
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -98,6 +98,9 @@ void OnlyCopy::end(bool stays)
 {
     m_patience.stop();
     if (const auto decided = std::exchange(m_decided, {})) {
+        if (!stays) {
+            m_with.bus.leaveName();
+        }
         decided(stays);
     }
 }

@@ -4,9 +4,12 @@
 #pragma once
 
 #include <QDBusConnection>
-#include <QFileSystemWatcher>
 #include <QObject>
 #include <QTimer>
+
+#include <memory>
+
+class QFileSystemWatcher;
 
 namespace brevok {
 
@@ -30,6 +33,8 @@ public:
     /// Asks for @p name, now and whenever the bus returns. While it is another's we wait in the line for it:
     /// nameAcquired() follows when it becomes ours.
     Name takeName(const QString &name);
+    /// Gives up the name, or the place in the line.
+    void leaveName();
 
 Q_SIGNALS:
     void nameAcquired();
@@ -49,7 +54,7 @@ private:
 
     QDBusConnection m_connection;
     QString m_name;
-    QFileSystemWatcher m_folder;
+    std::unique_ptr<QFileSystemWatcher> m_folder; // while the bus is missing
     QTimer m_nextAttempt;
     int m_attempts = 0; ///< since the loss, or since something changed in the folder
     int m_connectionsMade = 0;

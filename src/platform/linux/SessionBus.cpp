@@ -6,10 +6,14 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 
+#include <QCoreApplication>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
 #include <QDir>
 #include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QPointer>
+#include <QUrl>
 
 namespace brevok {
 
@@ -20,13 +24,17 @@ namespace {
 constexpr int firstIntervalMs = 50;
 constexpr int mostAttempts = 12; // the intervals double: for three and a half minutes after the loss
 
-// The address without the identity of the bus: one that was started again has another.
+// The address of a socket, without the identity of the bus: one that was started again has another. Empty for
+// what is no socket.
 QString busAddress()
 {
     const QString named = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
     if (named.isEmpty()) {
         const QString runtimeFolder = qEnvironmentVariable("XDG_RUNTIME_DIR");
         return runtimeFolder.isEmpty() ? QString() : u"unix:path=%1/bus"_s.arg(runtimeFolder);
+    }
+    if (!named.startsWith("unix:"_L1)) {
+        return {};
     }
     QStringList parts = named.section(u';', 0, 0).split(u',');
     parts.removeIf([](const QString &part) { return part.startsWith("guid="_L1); });
@@ -51,7 +59,6 @@ SessionBus::SessionBus(QObject *parent)
 {
     m_nextAttempt.setSingleShot(true);
     connect(&m_nextAttempt, &QTimer::timeout, this, &SessionBus::attempt);
-    connect(&m_folder, &QFileSystemWatcher::directoryChanged, this, &SessionBus::socketFolderChanged);
     if (m_connection.isConnected()) {
         listen();
     } else {
@@ -85,6 +92,14 @@ SessionBus::Name SessionBus::takeName(const QString &name)
                                                                                            : Name::Theirs;
 }
 
+void SessionBus::leaveName()
+{
+    if (m_connection.isConnected() && !m_name.isEmpty()) {
+        m_connection.interface()->unregisterService(m_name);
+    }
+    m_name.clear();
+}
+
 void SessionBus::lost()
 {
     logLine(u"The session bus is gone; this copy cannot be controlled from outside until it returns."_s);
@@ -96,8 +111,10 @@ void SessionBus::lost()
 void SessionBus::watchSocket()
 {
     const QString folder = QFileInfo(socketPath()).path();
-    if (QDir::isAbsolutePath(folder) && m_folder.directories().isEmpty()) {
-        m_folder.addPath(folder);
+    if (QDir::isAbsolutePath(folder)) {
+        m_folder = std::make_unique<QFileSystemWatcher>(QStringList{folder});
+        connect(
+            m_folder.get(), &QFileSystemWatcher::directoryChanged, this, &SessionBus::socketFolderChanged);
     }
 }
 
@@ -142,9 +159,7 @@ void SessionBus::take(const QDBusConnection &fresh)
         return;
     }
     m_connection = fresh;
-    if (const QStringList watched = m_folder.directories(); !watched.isEmpty()) {
-        m_folder.removePaths(watched);
-    }
+    m_folder.reset();
     listen();
     logLine(u"The session bus is back."_s);
     Q_EMIT returned();

@@ -93,6 +93,15 @@ class Copies(unittest.TestCase):
         self.assert_gives_way(self.start())
         self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
 
+    def test_one_with_windows_and_one_without_started_together(self):
+        for environment in (self.session.environment, self.no_bus):
+            for _ in range(3):
+                headless = self.start(environment)
+                desktop = self.start(environment, headless=False)
+                self.assertEqual(headless.wait(PATIENCE), 0)
+                self.wait_until_started(desktop)
+                self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
+
     def test_handing_over_without_a_bus(self):
         headless = self.start(self.no_bus)
         self.wait_until_started(headless)

@@ -21,6 +21,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto ownConnections = "brevok session bus "_L1;
 constexpr int firstIntervalMs = 50;
 constexpr int mostAttempts = 12; // the intervals double: for three and a half minutes after the loss
 
@@ -137,7 +138,7 @@ void SessionBus::attemptSoon()
 void SessionBus::attempt()
 {
     m_attempting = true;
-    const QString name = u"brevok session bus %1"_s.arg(++m_connectionsMade);
+    const QString name = ownConnections + QString::number(++m_connectionsMade);
     inBackground([this, name, guard = QPointer<SessionBus>(this), address = busAddress()] {
         const QDBusConnection fresh = QDBusConnection::connectToBus(address, name);
         if (!fresh.isConnected()) {
@@ -158,11 +159,15 @@ void SessionBus::take(const QDBusConnection &fresh)
         attemptSoon();
         return;
     }
+    const QString before = m_connection.name();
     m_connection = fresh;
     m_folder.reset();
     listen();
     logLine(u"The session bus is back."_s);
     Q_EMIT returned();
+    if (before.startsWith(ownConnections)) {
+        QDBusConnection::disconnectFromBus(before); // the first one is the library's
+    }
     if (!m_name.isEmpty()) {
         QDBusMessage call = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s,
             u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"RequestName"_s);

@@ -37,7 +37,8 @@ public:
     [[nodiscard]] DefinitionPtr definition(const QString &key) const;
     [[nodiscard]] DefinitionPtr pluginWithPrefix(const QString &prefix, const QString &version) const;
 
-    void checkForUpdates();
+    /// @p ended tells the end of the request that this call makes, whatever other requests are under way.
+    void checkForUpdates(const std::function<void(bool ok)> &ended = {});
     /// Validates, merges and stores a list. Elements that nobody else refers to are taken over uncopied.
     void updateWithArray(QJsonArray list);
 
@@ -63,7 +64,7 @@ public:
 Q_SIGNALS:
     void pluginsWillChange();
     void pluginsChanged();
-    /// A request of the list ended, with or without a usable list (or could not be made).
+    /// Some request of the list ended, with or without a usable list (or could not be made).
     void checkFinished(bool ok);
 
 private:

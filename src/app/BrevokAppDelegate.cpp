@@ -13,6 +13,7 @@
 #include "platform/DistributedNotifications.h"
 #include "platform/FileOperations.h"
 #include "platform/HelperTool.h"
+#include "platform/LogFile.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
 #include "platform/RunningApplications.h"

@@ -169,7 +169,7 @@ void BrevokAppDelegate::createUpdater()
         .service = *m_shared->service,
         .installer = *platform.softwareInstaller,
         .source = updateSourceOfBuild(m_with.service),
-        .folder = m_with.folders.dataFolder() + u"/Updates"_s,
+        .folder = m_with.folders.updatesFolder(),
         .version = m_with.bundle.version(),
         .shownVersion = m_with.bundle.shortVersion(),
         .systemVersion = systemVersion(),

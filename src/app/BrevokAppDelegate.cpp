@@ -12,6 +12,7 @@
 #include "platform/DistributedNotifications.h"
 #include "platform/FileOperations.h"
 #include "platform/HelperTool.h"
+#include "platform/LogFile.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
 #include "platform/SessionBus.h"
@@ -175,7 +176,7 @@ void BrevokAppDelegate::createUpdater()
         .service = *m_shared->service,
         .installer = *platform.softwareInstaller,
         .source = updateSourceOfBuild(m_with.service),
-        .folder = m_with.folders.dataFolder() + u"/Updates"_s,
+        .folder = m_with.folders.updatesFolder(),
         .version = m_with.bundle.version(),
         .shownVersion = m_with.bundle.shortVersion(),
         .systemVersion = systemVersion(),

@@ -138,13 +138,13 @@ QTimer *BrevokPackages::updateTimer() const
     return m_refresh->timer();
 }
 
-void BrevokPackages::checkForUpdates(bool automatically)
+void BrevokPackages::checkForUpdates(bool automatically, const std::function<void(bool ok)> &ended)
 {
     m_showNotifications = automatically;
     if (!automatically) {
         Q_EMIT updateProgressWanted();
     }
-    m_refresh->check();
+    m_refresh->check(ended);
 }
 
 void BrevokPackages::updateWithArray(const QJsonArray &list)

@@ -69,8 +69,9 @@ public:
     /// Fetches what is missing and requests the list; called once, when the definitions have begun to.
     void start();
 
-    /// @p automatically is false for the user's own check, which ends with the result window.
-    void checkForUpdates(bool automatically = true);
+    /// @p automatically is false for the user's own check, which ends with the result window. @p ended tells
+    /// the end of the request that this call makes, whatever other requests are under way.
+    void checkForUpdates(bool automatically = true, const std::function<void(bool ok)> &ended = {});
     void updateWithArray(const QJsonArray &list);
 
     void calculatePackageStatuses();
@@ -84,7 +85,7 @@ Q_SIGNALS:
     void packagesStatusChanged();
     /// A calculation ended and none is wanted any more.
     void statusesSettled();
-    /// A request of the list ended, with or without a usable list (or could not be made).
+    /// Some request of the list ended, with or without a usable list (or could not be made).
     void checkFinished(bool ok);
     /// For the status item.
     void updatesChanged(int updates);

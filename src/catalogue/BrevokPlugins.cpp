@@ -43,7 +43,7 @@ BrevokPlugins::BrevokPlugins(
     if (sharedPlugins == nullptr) {
         sharedPlugins = this;
     }
-    connect(m_refresh, &ListRefresh::due, this, &BrevokPlugins::checkForUpdates);
+    connect(m_refresh, &ListRefresh::due, this, [this] { checkForUpdates(); });
     connect(m_refresh, &ListRefresh::finished, this, &BrevokPlugins::checkFinished);
     load();
 }
@@ -141,9 +141,9 @@ DefinitionPtr BrevokPlugins::pluginWithPrefix(const QString &prefix, const QStri
     return nullptr;
 }
 
-void BrevokPlugins::checkForUpdates()
+void BrevokPlugins::checkForUpdates(const std::function<void(bool ok)> &ended)
 {
-    m_refresh->check();
+    m_refresh->check(ended);
 }
 
 void BrevokPlugins::updateWithArray(QJsonArray list)

@@ -45,7 +45,8 @@ public:
     /// Whether the question about unfinished actions waits for its answer.
     [[nodiscard]] bool asksAboutUnfinishedActions() const { return m_question != nullptr; }
 
-    void checkForUpdates();
+    /// @p ended tells the end of the request that this call makes, whatever other requests are under way.
+    void checkForUpdates(const std::function<void(bool ok)> &ended = {});
     /// Validates, merges and stores a list. Elements that nobody else refers to are taken over uncopied.
     void updateWithArray(QJsonArray list);
 
@@ -71,7 +72,7 @@ public:
 Q_SIGNALS:
     void pluginsWillChange();
     void pluginsChanged();
-    /// A request of the list ended, with or without a usable list (or could not be made).
+    /// Some request of the list ended, with or without a usable list (or could not be made).
     void checkFinished(bool ok);
 
 private:

@@ -45,21 +45,26 @@ ListRefresh::ListRefresh(Wording wording, SettingsStore &settings, ServiceClient
 
 ListRefresh::~ListRefresh() = default;
 
-void ListRefresh::check()
+void ListRefresh::check(const CheckHandler &ended)
 {
+    const auto end = [this, ended](bool ok) {
+        Q_EMIT finished(ok);
+        if (ended) {
+            ended(ok);
+        }
+    };
     if (!m_service.checkNetworkReachability()) {
-        Q_EMIT finished(false);
+        end(false);
         return;
     }
-    m_service.getList(m_wording.path, this, [this](const ServiceReply &reply) { handle(reply); });
+    m_service.getList(m_wording.path, this, [this, end](const ServiceReply &reply) { end(handle(reply)); });
 }
 
-void ListRefresh::handle(const ServiceReply &reply)
+bool ListRefresh::handle(const ServiceReply &reply)
 {
     if (reply.error) {
         handleTransportError(reply);
-        Q_EMIT finished(false);
-        return;
+        return false;
     }
     if (reply.status != 200) {
         // The cycle ends here: it begins again with the next check that somebody asks for.
@@ -67,18 +72,17 @@ void ListRefresh::handle(const ServiceReply &reply)
         logLine(u"%1%2 - %3"_s.arg(m_wording.failedWithResponse)
                     .arg(reply.status, 3, 10, QLatin1Char('0'))
                     .arg(localizedStringForStatusCode(reply.status)));
-        Q_EMIT finished(false);
-        return;
+        return false;
     }
     // Before the body is looked at, so that a bad one does not stop the cycle.
     schedule(afterReplySeconds);
-    Q_EMIT finished(handleContent(reply));
+    return handleContent(reply);
 }
 
 void ListRefresh::handleTransportError(const ServiceReply &reply)
 {
     logLine(m_wording.failedWithError);
-    // A date in the past counts negative: the warning is for a date that lies far ahead.
+    // Negative for a date in the past, so this warns of one that lies more than a week ahead.
     if (secondsUntilLastUpdate() > warnAfterSeconds) {
         showAlert();
     } else {

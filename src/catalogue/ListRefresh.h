@@ -34,14 +34,17 @@ public:
         QString failedWithContent;
     };
     using ListHandler = std::function<void(QJsonArray)>;
+    /// Told the end of one check: whether it brought a usable list.
+    using CheckHandler = std::function<void(bool ok)>;
 
     /// @p takeList gets every good list, for itself alone, before its date is stored.
     ListRefresh(Wording wording, SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts,
         ListHandler takeList, QObject *parent);
     ~ListRefresh() override;
 
-    /// Requests the list, when the service can be reached at all.
-    void check();
+    /// Requests the list, when the service can be reached at all. @p ended is called once, after what the
+    /// answer to this very request means has been done; at once when nothing can be sent.
+    void check(const CheckHandler &ended = {});
 
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *timer() { return &m_timer; }
@@ -49,11 +52,11 @@ public:
 Q_SIGNALS:
     /// The timer says that it is time for the next check.
     void due();
-    /// A check ended, with or without a usable list (or could not be made).
+    /// Some check ended, with or without a usable list (or could not be made).
     void finished(bool ok);
 
 private:
-    void handle(const ServiceReply &reply);
+    [[nodiscard]] bool handle(const ServiceReply &reply);
     void handleTransportError(const ServiceReply &reply);
     bool handleContent(const ServiceReply &reply);
     void schedule(int seconds);

@@ -5,14 +5,16 @@
 
 #include "foundation/Paths.h"
 #include "platform/RegularFile.h"
+#include "platform/StandardFolders.h"
 #include "service/ServiceClient.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
+#include <QMimeDatabase>
+#include <QPointer>
 #include <QSaveFile>
 #include <QUrl>
-
-#include <algorithm>
 
 namespace brevok {
 
@@ -23,15 +25,22 @@ namespace {
 constexpr qint64 largestFile = qint64{8} * 1024 * 1024;
 constexpr int downloadsAtOnce = 8;
 
+bool writeIcon(const QString &folder, const QString &name, const QByteArray &data)
+{
+    if (!QDir().mkpath(folder) || !QFileInfo(folder).isWritable()) {
+        return false;
+    }
+    QSaveFile file(folder + u'/' + name);
+    return file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.commit();
+}
+
 } // namespace
 
 QString iconFileName(const QString &address)
 {
     const QString name = QUrl(address).fileName(QUrl::FullyDecoded);
-    // The data folder holds a folder of archives for every host version.
-    const bool folderOfArchives =
-        std::all_of(name.cbegin(), name.cend(), [](QChar c) { return c >= u'0' && c <= u'9'; });
-    return isPlainFileName(name) && !folderOfArchives ? name : QString();
+    const bool harmless = isPlainFileName(name) && isPrintable(name) && !StandardFolders::isReserved(name);
+    return harmless ? name : QString();
 }
 
 PackageIcons::PackageIcons(ServiceClient &service, QString folder, ImageTest formsImage, QObject *parent)
@@ -84,58 +93,55 @@ void PackageIcons::startDownloads()
         }
         ++m_running;
         m_service.fetchFile(url, this, [this, package, address](const ServiceReply &reply) {
-            --m_running;
-            if (!reply.error && !reply.body.isEmpty()) {
-                take(package, address, reply.body);
+            if (!reply.error && !reply.body.isEmpty() && m_addresses.value(package) == address) {
+                show(package, reply.body);
+                store(package, address, reply.body);
+            } else {
+                downloadEnds();
             }
-            startDownloads();
-            Q_EMIT downloadEnded();
         });
     }
 }
 
-void PackageIcons::take(const QString &package, const QString &address, const QByteArray &data)
+void PackageIcons::show(const QString &package, const QByteArray &data)
 {
-    if (m_addresses.value(package) != address) {
-        return;
-    }
     if (m_formsImage(data)) {
         m_icons.insert(package, {data});
         Q_EMIT iconChanged();
     }
-    if (const QString path = storedFile(address, data); !path.isEmpty()) {
-        Q_EMIT cached(package, path);
-    }
 }
 
-QString PackageIcons::storedFile(const QString &address, const QByteArray &data) const
+void PackageIcons::store(const QString &package, const QString &address, const QByteArray &data)
 {
     const QString name = iconFileName(address);
-    if (name.isEmpty() || !QDir().mkpath(m_folder) || !QFileInfo(m_folder).isWritable()) {
-        return {};
+    if (name.isEmpty()) {
+        downloadEnds();
+        return;
     }
-    QString path = m_folder + u'/' + name;
-    QSaveFile file(path);
-    const bool written = file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.commit();
-    return written ? path : QString();
+    m_disk.add([icons = QPointer<PackageIcons>(this), package, address, data, name, folder = m_folder] {
+        const bool written = writeIcon(folder, name, data);
+        onMain(QCoreApplication::instance(), [icons, package, address, written, path = folder + u'/' + name] {
+            if (!icons) {
+                return;
+            }
+            if (written && icons->m_addresses.value(package) == address) {
+                Q_EMIT icons->cached(package, path);
+            }
+            icons->downloadEnds();
+        });
+    });
+}
+
+void PackageIcons::downloadEnds()
+{
+    --m_running;
+    startDownloads();
+    Q_EMIT downloadEnded();
 }
 
 bool looksLikeImage(const QByteArray &data)
 {
-    const auto begins = [&data](QByteArrayView magic, qsizetype at = 0) {
-        return data.size() >= at + magic.size() && QByteArrayView(data).sliced(at, magic.size()) == magic;
-    };
-    if (begins("\x89PNG\r\n\x1a\n") || begins("\xff\xd8\xff") || begins("GIF87a") || begins("GIF89a")
-        || begins("BM") || begins(QByteArrayView("II*\0", 4)) || begins(QByteArrayView("MM\0*", 4))
-        || begins("icns") || (begins("RIFF") && begins("WEBP", 8))) {
-        return true;
-    }
-    QByteArrayView text = QByteArrayView(data).first(std::min(data.size(), qsizetype(4096)));
-    if (text.startsWith("\xef\xbb\xbf")) {
-        text = text.sliced(3);
-    }
-    text = text.trimmed();
-    return text.startsWith("<svg") || (text.startsWith("<?xml") && text.contains("<svg"));
+    return QMimeDatabase().mimeTypeForData(data).name().startsWith("image/"_L1);
 }
 
 } // namespace brevok

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "foundation/Tasks.h"
+
 #include <QByteArray>
 #include <QHash>
 #include <QObject>
@@ -25,10 +27,13 @@ struct PackageIcon {
 /// Tells whether bytes form an image.
 using ImageTest = std::function<bool(const QByteArray &)>;
 
-/// Whether @p data begins like an image file of a known kind; the test where no image library is loaded.
+/// Whether @p data begins like an image file, as the machine's table of file types knows them; no image
+/// library is loaded for it.
 [[nodiscard]] bool looksLikeImage(const QByteArray &data);
 
-/// The file name under which the icon at @p address is cached; empty when it gives no plain one.
+/// The file name under which the icon at @p address is cached, the last component of its path; empty when
+/// that is no plain name, or one that the program itself uses in the data folder. Such an icon is shown, but
+/// not cached.
 [[nodiscard]] QString iconFileName(const QString &address);
 
 /// The icons of the packages by package name, their download and their cache files. Main thread.
@@ -48,7 +53,7 @@ public:
     bool load(const QString &package, const QString &path);
     /// Fetches the icon at @p address. A failure is silent. A later address for the same package wins.
     void download(const QString &package, const QString &address);
-    /// Whether no download is waiting or under way.
+    /// Whether no download is waiting or under way, the writing of its cache file included.
     [[nodiscard]] bool idle() const { return m_waiting.isEmpty() && m_running == 0; }
 
 Q_SIGNALS:
@@ -60,11 +65,13 @@ Q_SIGNALS:
 
 private:
     void startDownloads();
-    void take(const QString &package, const QString &address, const QByteArray &data);
-    [[nodiscard]] QString storedFile(const QString &address, const QByteArray &data) const;
+    void show(const QString &package, const QByteArray &data);
+    void store(const QString &package, const QString &address, const QByteArray &data);
+    void downloadEnds();
 
     ServiceClient &m_service;
     QString m_folder;
+    SerialQueue m_disk; ///< writes the cache files, of two with the same name the later one last
     ImageTest m_formsImage;
     QHash<QString, PackageIcon> m_icons;
     QQueue<QString> m_waiting;

@@ -22,6 +22,11 @@ enum class PackageStatus : unsigned {
     Mixed = 6,
     MixedNotUpdated = 7,
 };
+/// Whether an update waits for a package with this status.
+[[nodiscard]] constexpr bool waitsForUpdate(PackageStatus status)
+{
+    return status == PackageStatus::NotUpdated || status == PackageStatus::MixedNotUpdated;
+}
 /// "Missing Data", "Not Installed" and so on.
 [[nodiscard]] QString packageStatusName(PackageStatus status);
 

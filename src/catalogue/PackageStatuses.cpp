@@ -87,7 +87,7 @@ void BrevokPackages::notifyPackageStatuses()
     for (const auto &[name, package] : m_packages) {
         const PackageStatus status =
             m_status.value(package.value(PackageKeys::prefix).toString(), PackageStatus::MissingData);
-        if (status == PackageStatus::NotUpdated || status == PackageStatus::MixedNotUpdated) {
+        if (waitsForUpdate(status)) {
             names.append(name);
             if (!previous.contains(name)) {
                 newNames.append(name);

@@ -235,20 +235,15 @@ QStringList ControlService::Check()
     if (refusedBeforeAnswer()) {
         return {};
     }
-    const auto settled = [this, answer = answerLater()](const QStringList &failures) {
-        answerWhenSettled(answer, failures);
+    const auto bothEnded = gather(2,
+        [this, answer = answerLater()](const QStringList &failures) { answerWhenSettled(answer, failures); });
+    const auto ended = [bothEnded](const QString &failure) {
+        return [bothEnded, failure](bool ok) {
+            bothEnded(ok ? QStringList() : QStringList{failure});
+        };
     };
-    const auto ended = gather(2, settled);
-    const auto listen = [&](auto *sender, auto signal, const QString &failure) {
-        connect(
-            sender, signal, this,
-            [ended, failure](bool ok) { ended(ok ? QStringList() : QStringList{failure}); },
-            static_cast<Qt::ConnectionType>(Qt::SingleShotConnection | Qt::QueuedConnection));
-    };
-    listen(&m_with->plugins, &BrevokPlugins::checkFinished, u"The list of plug-ins could not be read."_s);
-    listen(&m_with->packages, &BrevokPackages::checkFinished, u"The list of packages could not be read."_s);
-    m_with->plugins.checkForUpdates();
-    m_with->packages.checkForUpdates(false);
+    m_with->plugins.checkForUpdates(ended(u"The list of plug-ins could not be read."_s));
+    m_with->packages.checkForUpdates(false, ended(u"The list of packages could not be read."_s));
     return {};
 }
 
@@ -286,8 +281,7 @@ QStringList ControlService::UpdateAll()
     const QList<Record> packages = m_with->packages.packageRecords();
     for (const Record &package : packages) {
         const QString prefix = package[PackageKeys::prefix].toString();
-        const PackageStatus status = statuses.value(prefix, PackageStatus::MissingData);
-        const bool waits = status == PackageStatus::NotUpdated || status == PackageStatus::MixedNotUpdated;
+        const bool waits = waitsForUpdate(statuses.value(prefix, PackageStatus::MissingData));
         if (waits && !prefixes.contains(prefix)) {
             prefixes.append(prefix);
         }

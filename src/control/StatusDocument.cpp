@@ -56,10 +56,8 @@ QJsonArray targetsDocument(const TargetRecords &records)
 
 int waitingUpdates(const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses)
 {
-    return static_cast<int>(std::count_if(packages.cbegin(), packages.cend(), [&](const Record &package) {
-        const PackageStatus status = statusOf(package, statuses);
-        return status == PackageStatus::NotUpdated || status == PackageStatus::MixedNotUpdated;
-    }));
+    return static_cast<int>(std::count_if(packages.cbegin(), packages.cend(),
+        [&](const Record &package) { return waitsForUpdate(statusOf(package, statuses)); }));
 }
 
 } // namespace brevok

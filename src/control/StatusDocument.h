@@ -10,13 +10,6 @@
 
 namespace brevok {
 
-/// The session part of the status document.
-struct SessionFacts {
-    bool signedIn = false;
-    QString email;
-    bool updating = false;
-};
-
 /// The packages in the given order, each with its status.
 [[nodiscard]] QJsonArray packagesDocument(
     const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses);

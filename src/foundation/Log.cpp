@@ -7,15 +7,10 @@
 #include "foundation/Record.h"
 
 #include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
 
 #include <atomic>
 #include <cstdlib>
-#include <filesystem>
 
-#include <fcntl.h>
 #include <unistd.h>
 
 namespace brevok {
@@ -25,6 +20,7 @@ Q_LOGGING_CATEGORY(lcBrevok, "brevok", QtInfoMsg)
 namespace {
 
 std::atomic<int> currentLogLevel = 0;
+std::atomic<void (*)()> afterLine = nullptr;
 
 // One write call a line, so that lines of several threads and processes never mix.
 void writeToStandardError(QtMsgType type, const QMessageLogContext &, const QString &message)
@@ -38,6 +34,9 @@ void writeToStandardError(QtMsgType type, const QMessageLogContext &, const QStr
     const QByteArray bytes = line.toUtf8();
     [[maybe_unused]] const auto written =
         ::write(STDERR_FILENO, bytes.constData(), static_cast<size_t>(bytes.size()));
+    if (const auto look = afterLine.load(std::memory_order_acquire); look != nullptr) {
+        look();
+    }
     if (type == QtFatalMsg) {
         std::abort();
     }
@@ -79,31 +78,9 @@ void installLogFormat()
     qInstallMessageHandler(writeToStandardError);
 }
 
-bool moveLongLogAside(const QString &path)
+void callAfterEachLine(void (*look)())
 {
-    const QFileInfo file(path);
-    if (file.isSymLink() || !file.isFile() || file.size() <= longestLog) {
-        return false;
-    }
-    const std::string from = QFile::encodeName(path).toStdString();
-    std::error_code failure;
-    std::filesystem::rename(from, from + ".1", failure);
-    return !failure;
-}
-
-bool redirectStandardError(const QString &path)
-{
-    if (!QDir().mkpath(QFileInfo(path).absolutePath())) {
-        return false;
-    }
-    const int file =
-        ::open(QFile::encodeName(path).constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    if (file < 0) {
-        return false;
-    }
-    const bool redirected = ::dup2(file, STDERR_FILENO) >= 0;
-    ::close(file);
-    return redirected;
+    afterLine.store(look, std::memory_order_release);
 }
 
 } // namespace brevok

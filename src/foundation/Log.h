@@ -32,16 +32,7 @@ void setLogLevel(int level);
 /// Called once by a program's main().
 void installLogFormat();
 
-/// Above this many bytes a log file is moved aside when the program starts.
-inline constexpr qint64 longestLog = 5'000'000;
-
-/// Moves the log file at @p path to "PATH.1" when it is longer than longestLog, in the place of an older one
-/// there. What is no regular file stays.
-/// @return whether the file was moved
-bool moveLongLogAside(const QString &path);
-
-/// Appends standard error to the file at @p path, whose folder is created. On failure standard error stays as
-/// it was.
-bool redirectStandardError(const QString &path);
+/// Has @p look called after each line that was written, on the thread that logged; it logs nothing itself.
+void callAfterEachLine(void (*look)());
 
 } // namespace brevok

@@ -3,6 +3,10 @@
 
 #include "foundation/Paths.h"
 
+#include <QList>
+
+#include <algorithm>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -26,6 +30,14 @@ bool isPlainFileName(const QString &name)
 {
     return !name.isEmpty() && name != "."_L1 && name != ".."_L1 && !name.contains(u'/')
         && !name.contains(QChar::Null);
+}
+
+bool isPrintable(const QString &text)
+{
+    const QList<uint> characters = text.toUcs4();
+    return text.isValidUtf16() && std::all_of(characters.cbegin(), characters.cend(), [](uint character) {
+        return QChar::isPrint(character);
+    });
 }
 
 } // namespace brevok

@@ -19,4 +19,8 @@ namespace brevok {
 /// Whether @p name names an entry of a folder and cannot lead elsewhere.
 [[nodiscard]] bool isPlainFileName(const QString &name);
 
+/// Whether every character of @p text can be seen, or is a plain blank: no line breaks, nothing that controls
+/// a terminal or turns the direction of writing, no half characters.
+[[nodiscard]] bool isPrintable(const QString &text);
+
 } // namespace brevok

@@ -5,6 +5,12 @@
 
 namespace brevok {
 
+namespace {
+
+const QString updates = QStringLiteral("Updates");
+
+} // namespace
+
 QString StandardFolders::dataFolder() const
 {
     return applicationSupport + QStringLiteral("/Tolvane Brevok");
@@ -18,6 +24,22 @@ QString StandardFolders::logPathForFile(const QString &name) const
 QString StandardFolders::logFile() const
 {
     return logPathForFile(QStringLiteral("orlec.log"));
+}
+
+QString StandardFolders::updatesFolder() const
+{
+    return dataFolder() + u'/' + updates;
+}
+
+bool StandardFolders::isReserved(const QString &name)
+{
+    // Archives lie in folders named by their host versions, which are numbers of any form.
+    bool isNumber = false;
+    name.toDouble(&isNumber);
+    // As on a disk that takes large and small letters for the same.
+    const QString folded = name.toCaseFolded();
+    return isNumber || folded == updates.toCaseFolded() || folded.startsWith(QStringLiteral("state.sqlite"))
+        || folded.endsWith(QStringLiteral(".lock"));
 }
 
 } // namespace brevok

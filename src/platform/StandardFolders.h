@@ -20,6 +20,12 @@ struct StandardFolders {
     [[nodiscard]] QString logPathForFile(const QString &name) const;
     /// The log file.
     [[nodiscard]] QString logFile() const;
+    /// Where new versions of the application are downloaded to, in the data folder.
+    [[nodiscard]] QString updatesFolder() const;
+
+    /// Whether the program itself uses, or may come to use, this name in the data folder, so that no name
+    /// from outside may take it there.
+    [[nodiscard]] static bool isReserved(const QString &name);
 };
 
 /// The folders of the user who runs this process.

@@ -8,13 +8,15 @@
 #include "service/NetworkFactory.h"
 #include "service/TransportErrors.h"
 
+#include <array>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 pieceSize = qint64{256} * 1024;
+constexpr size_t pieceSize = size_t{64} * 1024;
 constexpr qint64 readBuffer = qint64{1024} * 1024;
 
 } // namespace
@@ -46,12 +48,14 @@ ReplyCollector::~ReplyCollector() = default;
 
 void ReplyCollector::collect()
 {
+    // Read through a buffer of its own: an array that the reply fills keeps the room for a whole piece.
+    std::array<char, pieceSize> piece;
     while (m_handler) {
-        const QByteArray piece = m_reply->read(pieceSize);
-        if (piece.isEmpty()) {
+        const qint64 count = m_reply->read(piece.data(), pieceSize);
+        if (count <= 0) {
             return;
         }
-        m_body += piece;
+        m_body.append(piece.data(), count);
         if (m_body.size() > m_limit) {
             settle(replyError(-1, Texts::tr("The server sent more data than expected."), m_reply->url()));
         }
@@ -72,6 +76,7 @@ void ReplyCollector::settle(const std::optional<BrevokError> &error)
     if (!m_handler) {
         return;
     }
+    m_body.squeeze(); // whoever keeps it keeps no more than it
     const ServiceReply reply{
         .status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
         .body = error ? QByteArray() : std::exchange(m_body, {}),

@@ -58,8 +58,8 @@ void PackageIconsTest::iconsAreDownloadedAndCached()
     f.answerFile(200, "no image");
     QCOMPARE(changed.size(), 1);
     QVERIFY(packages.packagesIcons().value(u"B"_s).isGeneric());
+    QTRY_COMPARE(f.iconPath(u"B"_s), f.dataFolder + u"/two.png"_s);
     QCOMPARE(f.iconPath(u"A"_s), f.dataFolder + u"/one.png"_s);
-    QCOMPARE(f.iconPath(u"B"_s), f.dataFolder + u"/two.png"_s);
     QFile file(f.iconPath(u"A"_s));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), png);
@@ -87,6 +87,8 @@ void PackageIconsTest::iconsThatCannotBeCached_data()
     QTest::addRow("parent for name") << u"https://x/y/%2E%2E"_s << png << false << true;
     QTest::addRow("no name") << u"https://x/"_s << png << false << true;
     QTest::addRow("folder in the way") << u"https://x/taken"_s << png << false << true;
+    QTest::addRow("folder of the updater") << u"https://x/Updates"_s << png << false << true;
+    QTest::addRow("too long") << u"https://x/"_s + QString(300, u'a') << png << false << true;
 }
 
 void PackageIconsTest::iconsThatCannotBeCached()
@@ -97,11 +99,15 @@ void PackageIconsTest::iconsThatCannotBeCached()
     QFETCH(bool, shown);
     Fixture f;
     QVERIFY(QDir().mkpath(f.dataFolder + u"/taken"_s));
-    f.start().updateWithArray({Fixture::package(u"A"_s, u"P"_s, address)});
+    f.start().updateWithArray({Fixture::package(u"A"_s, u"P"_s, address),
+        Fixture::package(u"next"_s, u"P"_s, u"https://x/next.png"_s)});
     f.answerFile(200, body, failed ? std::optional(BrevokError{}) : std::nullopt);
     QCOMPARE(!f.packages->packagesIcons().value(u"A"_s).isGeneric(), shown);
+    f.answerFile(200, png);
+    QTRY_VERIFY(!f.iconPath(u"next"_s).isEmpty()); // written after the first one
     QVERIFY(f.iconPath(u"A"_s).isEmpty());
-    QCOMPARE(QDir(f.dataFolder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList{u"taken"_s});
+    QCOMPARE(QDir(f.dataFolder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name),
+        (QStringList{u"next.png"_s, u"taken"_s}));
 }
 
 void PackageIconsTest::manyIconsAreDownloadedFewAtATime()
@@ -114,12 +120,13 @@ void PackageIconsTest::manyIconsAreDownloadedFewAtATime()
     }
     f.start().updateWithArray(list);
     int answered = 0;
-    while (!f.service.files.isEmpty()) {
+    for (; answered < 100; ++answered) {
+        QTRY_VERIFY(!f.service.files.isEmpty());
         QVERIFY(f.service.files.size() <= 8);
         f.answerFile(200, png);
-        ++answered;
     }
-    QCOMPARE(answered, 100);
+    QVERIFY(finishBackgroundWork(10000));
+    QVERIFY(f.service.files.isEmpty());
     QVERIFY(!f.packages->packagesIcons().value(u"p99"_s).isGeneric());
     QVERIFY(f.iconPath(u"p99"_s).isEmpty());
 }
@@ -159,7 +166,16 @@ void PackageIconsTest::iconFileNames_data()
     QTest::addRow("parent") << u"https://x/y/%2E%2E"_s << QString();
     QTest::addRow("separator") << u"https://x/..%2f..%2fetc"_s << u"etc"_s;
     QTest::addRow("zero") << u"https://x/a%00b"_s << QString();
-    QTest::addRow("folder of archives") << u"https://x/160"_s << QString();
+    QTest::addRow("hidden") << u"https://x/.png"_s << u".png"_s;
+    QTest::addRow("other script") << u"https://x/%F0%9F%90%98 \u00e4.png"_s << u"\U0001F418 \u00e4.png"_s;
+    for (const char *taken : {"160", "16.5", "-3", "1e+20", "Updates", "updates", "state.sqlite",
+             "State.sqlite-wal", "any.lock"}) {
+        QTest::addRow("%s", taken) << u"https://x/y/"_s + QString::fromLatin1(taken) << QString();
+    }
+    QTest::addRow("begins like one that is taken") << u"https://x/Updates.png"_s << u"Updates.png"_s;
+    QTest::addRow("line break") << u"https://x/a%0Ab.png"_s << QString();
+    QTest::addRow("escape") << u"https://x/a%1B[31m.png"_s << QString();
+    QTest::addRow("turned round") << u"https://x/%E2%80%AEgnp.exe"_s << QString();
     QTest::addRow("empty") << QString() << QString();
 }
 
@@ -177,7 +193,7 @@ void PackageIconsTest::imagesAreRecognised_data()
     QTest::addRow("png") << png << true;
     QTest::addRow("jpeg") << QByteArray("\xff\xd8\xff\xe0") << true;
     QTest::addRow("gif") << QByteArray("GIF89a...") << true;
-    QTest::addRow("bmp") << QByteArray("BM....") << true;
+    QTest::addRow("bmp") << QByteArray("BM..........\0\0\x28\0\0\0", 18) << true;
     QTest::addRow("tiff, little") << QByteArray("II*\0....", 8) << true;
     QTest::addRow("tiff, big") << QByteArray("MM\0*....", 8) << true;
     QTest::addRow("webp") << QByteArray("RIFF\1\2\3\4WEBPVP8 ") << true;

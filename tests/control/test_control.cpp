@@ -82,6 +82,8 @@ void ControlTest::commandLines_data()
     row("report --show --note x", Command::Verb::ShowReport, {});
     row("usage --show", Command::Verb::ShowUsage, {});
     row("status --timeout=5", Command::Verb::Status, {});
+    row("targets remove - --json", Command::Verb::RemoveTarget, {u"-"_s});
+    row("-h install", Command::Verb::Help, {});
 }
 
 void ControlTest::commandLines()
@@ -107,7 +109,7 @@ void ControlTest::wrongCommandLines_data()
     };
     row("", "no command");
     row("sing-in a@b", "'sing-in'");
-    row("--jason status", "'--jason'");
+    row("--jason status", "'jason'");
     row("install", "prefixes");
     row("update A --all", "--all");
     row("remove --all", "--all");
@@ -126,6 +128,9 @@ void ControlTest::wrongCommandLines_data()
     row("status --note x", "--note");
     row("status --show", "--show");
     row("usage", "--show");
+    row("status --version", "--version");
+    row("status --version 5", "--version");
+    row("status --json=no", "--json");
 }
 
 void ControlTest::wrongCommandLines()

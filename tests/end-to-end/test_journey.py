@@ -272,6 +272,14 @@ class Reports(unittest.TestCase):
         self.assertTrue(log.read_bytes().startswith(before), "a run appends")
         self.assertEqual(older.stat().st_size, 5000001)
 
+    def test_a_pipe_in_the_logs_place_is_left_alone(self):
+        session = self.session
+        os.mkfifo(self.logs / "orlec.log")
+        session.start_application()
+        session.ctl("check")
+        self.assertIn("orlec.log cannot be written", (session.folder / "early.log").read_text())
+        self.assertEqual(session.stop_application(), 0)
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "foundation/Log.h"
 #include "reporting/LogTails.h"
 #include "support/Privileges.h"
 #include "support/SampleBundles.h"
@@ -27,7 +26,6 @@ private Q_SLOTS:
     void whatIsNoLogIsSaidToBeNone();
     void hugeFilesAreReadAtTheirEnd();
     void theNewestCrashReportsAreTaken();
-    void longLogsAreMovedAside();
 };
 
 void LogTailsTest::tails_data()
@@ -122,25 +120,6 @@ void LogTailsTest::theNewestCrashReportsAreTaken()
     QCOMPARE(items,
         (QList<ReportItem>{{u"InDesign.crash"_s, u"Can't get handle for Adobe InDesign folder.crash."_s},
             {u"Tolvane Brevok.crash"_s, u"Tolvane Brevok_2.crash"_s}}));
-}
-
-void LogTailsTest::longLogsAreMovedAside()
-{
-    const QTemporaryDir folder;
-    const QString path = folder.filePath(u"orlec.log"_s);
-    QVERIFY(!moveLongLogAside(path));
-    QFile log(path);
-    QVERIFY(writeFile(path, "new") && log.resize(longestLog));
-    QVERIFY(!moveLongLogAside(path));
-    QVERIFY(log.resize(longestLog + 1));
-    QVERIFY(writeFile(path + u".1"_s, "old"));
-    QVERIFY(moveLongLogAside(path));
-    QVERIFY(!QFile::exists(path));
-    QCOMPARE(QFileInfo(path + u".1"_s).size(), longestLog + 1);
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{u"orlec.log.1"_s});
-    // What the user laid elsewhere stays there.
-    QVERIFY(QFile::link(path + u".1"_s, path));
-    QVERIFY(!moveLongLogAside(path));
 }
 
 QTEST_GUILESS_MAIN(LogTailsTest)

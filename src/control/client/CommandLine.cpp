@@ -3,8 +3,10 @@
 
 #include "client/CommandLine.h"
 
+#include <QCommandLineParser>
 #include <QHash>
 
+#include <array>
 #include <optional>
 
 namespace brevok::client {
@@ -21,7 +23,7 @@ struct Form {
     const char *wants;
 };
 
-const QHash<QString, Form> &simpleForms()
+const QHash<QString, Form> &forms()
 {
     static const QHash<QString, Form> forms{
         {u"status"_s, {Verb::Status, 0, 0, "no argument"}},
@@ -48,147 +50,148 @@ const QHash<QString, Form> &simpleForms()
     return forms;
 }
 
-// The options of a call, taken out of its words.
-struct Options {
-    QStringList words;
-    QHash<QString, QString> values;
-    bool json = false;
-    bool all = false;
-    bool show = false;
-    bool help = false;
-    bool programVersion = false;
+// An option that only some commands take.
+struct OwnOption {
+    QLatin1StringView name;
+    std::array<Verb, 2> takenBy;
+    const char *owner;
 };
 
-bool takesValue(const QString &option)
+constexpr std::array ownOptions{
+    OwnOption{QLatin1StringView("all"), {Verb::Update, Verb::Update}, "update"},
+    OwnOption{QLatin1StringView("type"), {Verb::AddTarget, Verb::AddTarget}, "targets add"},
+    OwnOption{QLatin1StringView("version"), {Verb::AddTarget, Verb::AddTarget}, "targets add"},
+    OwnOption{QLatin1StringView("email"), {Verb::Report, Verb::Report}, "report"},
+    OwnOption{QLatin1StringView("note"), {Verb::Report, Verb::Report}, "report"},
+    OwnOption{QLatin1StringView("show"), {Verb::Report, Verb::ShowUsage}, "report and usage"},
+};
+
+void addOptions(QCommandLineParser &parser)
 {
-    return QStringList{u"--timeout"_s, u"--type"_s, u"--version"_s, u"--email"_s, u"--note"_s}.contains(
-        option);
+    const QString value = u"VALUE"_s;
+    parser.addOptions({{u"json"_s, {}}, {u"timeout"_s, {}, value}, {u"all"_s, {}}, {u"type"_s, {}, value},
+        {u"version"_s, {}, value}, {u"email"_s, {}, value}, {u"note"_s, {}, value}, {u"show"_s, {}},
+        {{u"help"_s, u"h"_s}, {}}});
 }
 
-std::optional<UsageError> takeOptions(const QStringList &given, Options &options)
+std::optional<UsageError> misplacedOption(const QCommandLineParser &parser, Verb verb)
 {
-    for (qsizetype i = 0; i < given.size(); ++i) {
-        const QString &word = given[i];
-        const QString name = word.section(u'=', 0, 0);
-        if (word == u"--") {
-            options.words += given.sliced(i + 1);
-            break;
-        }
-        if (word == u"--json") {
-            options.json = true;
-        } else if (word == u"--all") {
-            options.all = true;
-        } else if (word == u"--show") {
-            options.show = true;
-        } else if (word == u"--help" || word == u"-h") {
-            options.help = true;
-        } else if (word == u"--version" && options.words.isEmpty()) {
-            options.programVersion = true;
-        } else if (takesValue(name)) {
-            if (!word.contains(u'=') && i + 1 == given.size()) {
-                return UsageError{u"%1 needs a value"_s.arg(name)};
-            }
-            options.values.insert(name, word.contains(u'=') ? word.section(u'=', 1) : given[++i]);
-        } else if (word.startsWith(u'-') && word.size() > 1) {
-            return UsageError{u"unknown option '%1'"_s.arg(word)};
-        } else {
-            options.words.append(word);
+    for (const OwnOption &option : ownOptions) {
+        if (parser.isSet(option.name) && verb != option.takenBy[0] && verb != option.takenBy[1]) {
+            return UsageError{u"--%1 belongs to %2"_s.arg(option.name, QLatin1StringView(option.owner))};
         }
     }
     return std::nullopt;
 }
 
 // A report is shown with whatever is known of it, but sent only with both texts given, be they empty.
-std::optional<UsageError> checkReportOptions(const Options &options, Command &command)
+std::optional<UsageError> missingOption(const QCommandLineParser &parser, Verb verb)
 {
-    const bool reports = command.verb == Verb::Report;
-    for (const QString &name : {u"--email"_s, u"--note"_s}) {
-        if (options.values.contains(name) && !reports) {
-            return UsageError{u"%1 belongs to report"_s.arg(name)};
+    const auto missing = [&](const QString &command, const QStringList &names) -> std::optional<UsageError> {
+        for (const QString &name : names) {
+            if (!parser.isSet(name)) {
+                return UsageError{u"%1 needs --%2"_s.arg(command, name)};
+            }
         }
-        if (!options.values.contains(name) && reports && !options.show) {
-            return UsageError{u"report needs %1"_s.arg(name)};
-        }
+        return std::nullopt;
+    };
+    switch (verb) {
+    case Verb::AddTarget:
+        return missing(u"targets add"_s, {u"type"_s, u"version"_s});
+    case Verb::Report:
+        return parser.isSet(u"show"_s) ? std::nullopt : missing(u"report"_s, {u"email"_s, u"note"_s});
+    case Verb::ShowUsage:
+        return missing(u"usage"_s, {u"show"_s});
+    default:
+        return std::nullopt;
     }
-    if (options.show != (command.verb == Verb::ShowUsage) && !reports) {
-        return UsageError{options.show ? u"--show belongs to report and usage"_s : u"usage takes --show"_s};
+}
+
+std::optional<UsageError> readOptions(const QCommandLineParser &parser, Command &command)
+{
+    command.type = parser.value(u"type"_s);
+    command.version = parser.value(u"version"_s);
+    command.email = parser.value(u"email"_s);
+    command.note = parser.value(u"note"_s);
+    command.json = parser.isSet(u"json"_s);
+    if (command.verb == Verb::AddTarget && command.type != u"InDesign" && command.type != u"InCopy") {
+        return UsageError{u"--type is InDesign or InCopy, not '%1'"_s.arg(command.type)};
     }
-    command.email = options.values.value(u"--email"_s);
-    command.note = options.values.value(u"--note"_s);
-    if (reports && options.show) {
+    if (command.verb == Verb::Report && parser.isSet(u"show"_s)) {
         command.verb = Verb::ShowReport;
+    }
+    if (parser.isSet(u"timeout"_s)) {
+        bool isNumber = false;
+        const QString seconds = parser.value(u"timeout"_s);
+        command.timeoutSeconds = seconds.toInt(&isNumber);
+        if (!isNumber || command.timeoutSeconds < 1 || command.timeoutSeconds > 2000000) {
+            return UsageError{u"--timeout takes seconds from 1, not '%1'"_s.arg(seconds)};
+        }
     }
     return std::nullopt;
 }
 
-std::optional<UsageError> checkOptions(const Options &options, Command &command)
+std::variant<Command, UsageError> readCommand(const QCommandLineParser &parser)
 {
-    const bool adds = command.verb == Verb::AddTarget;
-    for (const QString &name : {u"--type"_s, u"--version"_s}) {
-        if (options.values.contains(name) != adds) {
-            return UsageError{
-                adds ? u"targets add needs %1"_s.arg(name) : u"%1 belongs to targets add"_s.arg(name)};
+    QStringList words = parser.positionalArguments();
+    if (words.isEmpty()) {
+        return UsageError{u"no command given (see --help)"_s};
+    }
+    QString name = words.takeFirst();
+    if (!words.isEmpty() && forms().contains(name + u' ' + words.first())) {
+        name += u' ' + words.takeFirst();
+    }
+    const auto form = forms().constFind(name);
+    if (form == forms().cend()) {
+        return UsageError{u"unknown command '%1' (see --help)"_s.arg(name)};
+    }
+    Command command;
+    command.verb = form->verb;
+    command.arguments = words;
+    if (auto error = misplacedOption(parser, command.verb)) {
+        return *error;
+    }
+    if (parser.isSet(u"all"_s)) {
+        if (!words.isEmpty()) {
+            return UsageError{u"--all stands for every prefix: name none beside it"_s};
         }
+        command.verb = Verb::UpdateAll;
+    } else if (words.size() < form->least || (form->most >= 0 && words.size() > form->most)) {
+        return UsageError{u"%1 takes %2"_s.arg(name, QLatin1StringView(form->wants))};
     }
-    command.type = options.values.value(u"--type"_s);
-    command.version = options.values.value(u"--version"_s);
-    if (adds && command.type != u"InDesign" && command.type != u"InCopy") {
-        return UsageError{u"--type is InDesign or InCopy, not '%1'"_s.arg(command.type)};
+    if (auto error = missingOption(parser, command.verb)) {
+        return *error;
     }
-    command.json = options.json;
-    if (options.values.contains(u"--timeout"_s)) {
-        bool isNumber = false;
-        command.timeoutSeconds = options.values.value(u"--timeout"_s).toInt(&isNumber);
-        if (!isNumber || command.timeoutSeconds < 1 || command.timeoutSeconds > 2000000) {
-            return UsageError{
-                u"--timeout takes seconds from 1, not '%1'"_s.arg(options.values.value(u"--timeout"_s))};
-        }
+    if (auto error = readOptions(parser, command)) {
+        return *error;
     }
-    return std::nullopt;
+    return command;
 }
 
 } // namespace
 
 std::variant<Command, UsageError> parseCommandLine(const QStringList &words)
 {
-    Options options;
-    if (const auto error = takeOptions(words, options)) {
-        return *error;
-    }
+    QCommandLineParser parser;
+    addOptions(parser);
+    const bool understood = parser.parse(QStringList{u"brevokctl"_s} + words);
     Command command;
-    if (options.help || options.programVersion) {
-        command.verb = options.help ? Verb::Help : Verb::Version;
-        return command;
-    }
-    if (options.words.isEmpty()) {
-        return UsageError{u"no command given (see --help)"_s};
-    }
-    QString name = options.words.takeFirst();
-    if (!options.words.isEmpty() && simpleForms().contains(name + u' ' + options.words.first())) {
-        name += u' ' + options.words.takeFirst();
-    }
-    const auto form = simpleForms().constFind(name);
-    if (form == simpleForms().cend()) {
-        return UsageError{u"unknown command '%1' (see --help)"_s.arg(name)};
-    }
-    command.verb = form->verb;
-    command.arguments = options.words;
-    if (options.all) {
-        if (command.verb != Verb::Update || !command.arguments.isEmpty()) {
-            return UsageError{u"--all belongs to update, without prefixes"_s};
+    if (parser.unknownOptionNames().isEmpty()) {
+        if (parser.isSet(u"help"_s)) {
+            command.verb = Verb::Help;
+            return command;
         }
-        command.verb = Verb::UpdateAll;
-    } else if (command.arguments.size() < form->least
-        || (form->most >= 0 && command.arguments.size() > form->most)) {
-        return UsageError{u"%1 takes %2"_s.arg(name, QString::fromLatin1(form->wants))};
+        // Without a command it is no target's version, and has no value.
+        if (parser.isSet(u"version"_s) && parser.positionalArguments().isEmpty()) {
+            command.verb = Verb::Version;
+            return command;
+        }
     }
-    if (const auto error = checkOptions(options, command)) {
-        return *error;
+    auto result = understood ? readCommand(parser) : UsageError{parser.errorText().section(u'\n', 0, 0)};
+    if (auto *error = std::get_if<UsageError>(&result)) {
+        error->json = parser.isSet(u"json"_s);
     }
-    if (const auto error = checkReportOptions(options, command)) {
-        return *error;
-    }
-    return command;
+    return result;
 }
 
 QString helpText()

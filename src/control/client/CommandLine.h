@@ -51,6 +51,7 @@ struct Command {
 /// A call that cannot be understood: one line that says why.
 struct UsageError {
     QString message;
+    bool json = false; ///< the caller wants a document all the same
 };
 
 /// Reads the words behind the program's name.

@@ -3,14 +3,15 @@
 
 #include "client/CommandRunner.h"
 
+#include "client/Output.h"
 #include "client/Tables.h"
 #include "ControlProxy.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
+#include <QJsonDocument>
 #include <QTimer>
 
-#include <cstdio>
 #include <limits>
 
 namespace brevok::client {
@@ -24,13 +25,6 @@ namespace {
 constexpr auto busName = "com.tolvane.brevok";
 constexpr auto objectPath = "/com/tolvane/brevok/Control";
 constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
-
-void print(std::FILE *stream, const QString &text)
-{
-    const QByteArray bytes = text.toUtf8();
-    std::fwrite(bytes.constData(), 1, static_cast<size_t>(bytes.size()), stream);
-    std::fflush(stream);
-}
 
 QJsonObject documentOf(const QDBusMessage &reply)
 {
@@ -60,8 +54,8 @@ CommandRunner::CommandRunner(
 {
     m_timeout->setSingleShot(true);
     connect(m_timeout, &QTimer::timeout, this, [this] {
-        end(isQuestion(m_command.verb) ? ExitStatus::Unreachable : ExitStatus::Failed,
-            u"no answer within %1 seconds"_s.arg(m_command.timeoutSeconds));
+        end({u"no answer within %1 seconds"_s.arg(m_command.timeoutSeconds)},
+            isQuestion(m_command.verb) ? ExitStatus::Unreachable : ExitStatus::Failed);
     });
 }
 
@@ -71,7 +65,7 @@ void CommandRunner::start()
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) {
-        end(ExitStatus::Unreachable, u"there is no session bus: %1"_s.arg(bus.lastError().message()));
+        end({u"there is no session bus: %1"_s.arg(bus.lastError().message())}, ExitStatus::Unreachable);
         return;
     }
     if (m_showProgress) {
@@ -108,6 +102,13 @@ QDBusPendingCall CommandRunner::call()
         return proxy.Remove(arguments);
     case Verb::Targets:
         return proxy.Targets();
+    case Verb::AddTarget:
+        return proxy.AddTarget(arguments[0], m_command.type, m_command.version);
+    case Verb::RemoveTarget:
+        return proxy.RemoveTarget(arguments[0]);
+    case Verb::EnableTarget:
+    case Verb::DisableTarget:
+        return proxy.SetTargetEnabled(arguments[0], m_command.verb == Verb::EnableTarget);
     case Verb::Settings:
         return proxy.Settings();
     case Verb::GetSetting:
@@ -124,119 +125,88 @@ QDBusPendingCall CommandRunner::call()
         return proxy.UsageBody();
     case Verb::OpenPanel:
         return proxy.OpenPanel();
-    case Verb::Quit:
+    default:
         return proxy.Quit();
-    default:
-        return callForTarget();
-    }
-}
-
-QDBusPendingCall CommandRunner::callForTarget()
-{
-    ControlProxy proxy(
-        QString::fromLatin1(busName), QString::fromLatin1(objectPath), QDBusConnection::sessionBus());
-    const QString path = m_command.arguments.value(0);
-    switch (m_command.verb) {
-    case Verb::AddTarget:
-        return proxy.AddTarget(path, m_command.type, m_command.version);
-    case Verb::RemoveTarget:
-        return proxy.RemoveTarget(path);
-    default:
-        return proxy.SetTargetEnabled(path, m_command.verb == Verb::EnableTarget);
     }
 }
 
 void CommandRunner::handle(const QDBusMessage &reply)
 {
     if (m_progressShown) {
-        print(stderr, u"\n"_s);
+        printNote(u"\n"_s);
     }
     if (reply.type() == QDBusMessage::ErrorMessage) {
         handleError(reply);
     } else {
-        printResult(reply);
+        handleResult(reply);
     }
 }
 
 void CommandRunner::handleError(const QDBusMessage &error)
 {
     if (error.errorName() == QLatin1StringView(refusedError)) {
-        end(ExitStatus::Failed, error.errorMessage());
+        end({error.errorMessage()});
         return;
     }
     // A copy that quits may be gone from the bus before its answer is.
     if (m_command.verb == Verb::Quit && error.errorName() == u"org.freedesktop.DBus.Error.NoReply") {
-        end(ExitStatus::Done);
+        end({});
         return;
     }
-    end(ExitStatus::Unreachable, u"Tolvane Brevok cannot be reached: %1"_s.arg(error.errorMessage()));
+    end({u"Tolvane Brevok cannot be reached: %1"_s.arg(error.errorMessage())}, ExitStatus::Unreachable);
 }
 
-void CommandRunner::printResult(const QDBusMessage &reply)
+void CommandRunner::handleResult(const QDBusMessage &reply)
 {
     const QJsonObject document = documentOf(reply);
+    const bool json = m_command.json;
     switch (m_command.verb) {
     case Verb::Status:
-        m_command.json ? printDocument(document) : print(stdout, statusText(document));
+        endWith(json ? documentText(document) : statusText(document));
         break;
     case Verb::Targets:
-        m_command.json ? printDocument(document)
-                       : print(stdout, targetsText(document[u"targets"_s].toArray()));
+        endWith(json ? documentText(document) : targetsText(document[u"targets"_s].toArray()));
         break;
     case Verb::Settings:
-        m_command.json ? printDocument(document) : print(stdout, settingsText(document));
+        endWith(json ? documentText(document) : settingsText(document));
         break;
     case Verb::GetSetting:
-        m_command.json ? printDocument(document)
-                       : print(stdout, settingText(document[m_command.arguments.first()]) + u'\n');
+        endWith(json ? documentText(document) : settingText(document[m_command.arguments.first()]) + u'\n');
         break;
     case Verb::ShowReport:
     case Verb::ShowUsage: // a document of its own, byte for byte as it would be sent
-        print(stdout, reply.arguments().value(0).toString() + u'\n');
+        endWith(reply.arguments().value(0).toString() + u'\n');
         break;
     default:
-        printFailures(reply.arguments().value(0).toStringList());
-        return;
+        end(reply.arguments().value(0).toStringList());
     }
-    end(ExitStatus::Done);
-}
-
-void CommandRunner::printFailures(const QStringList &failures)
-{
-    if (m_command.json) {
-        printDocument({{u"ok"_s, failures.isEmpty()}, {u"failures"_s, QJsonArray::fromStringList(failures)}});
-    }
-    for (const QString &failure : failures) {
-        print(stderr, u"brevokctl: %1\n"_s.arg(failure));
-    }
-    end(failures.isEmpty() ? ExitStatus::Done : ExitStatus::Failed);
-}
-
-void CommandRunner::printDocument(const QJsonObject &document)
-{
-    print(stdout, QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)) + u'\n');
 }
 
 void CommandRunner::showProgress(const QString &, const QString &plugin, qint64 done, qint64 expected)
 {
     m_progressShown = true;
-    print(stderr, u"\r\x1b[K%1: %2 of %3 MB"_s.arg(plugin, megabytes(done), megabytes(expected)));
+    printNote(u"\r\x1b[K%1: %2 of %3 MB"_s.arg(plugin, megabytes(done), megabytes(expected)));
 }
 
-void CommandRunner::end(ExitStatus status, const QString &message)
+void CommandRunner::endWith(const QString &result)
+{
+    if (!m_ended) {
+        m_ended = true;
+        Q_EMIT finished(printResult(result) ? ExitStatus::Done : ExitStatus::Failed);
+    }
+}
+
+void CommandRunner::end(const QStringList &failures, ExitStatus failed)
 {
     if (m_ended) {
         return;
     }
     m_ended = true;
-    if (!message.isEmpty()) {
-        print(stderr, u"brevokctl: %1\n"_s.arg(message));
-        // With --json the answer is a document whatever happened.
-        if (m_command.json) {
-            printDocument({{u"ok"_s, false}, {u"failures"_s, QJsonArray{message}}});
-        }
+    for (const QString &failure : failures) {
+        printComplaint(failure);
     }
-    Q_EMIT finished(status);
+    const bool printed = !m_command.json || printResult(failuresText(failures));
+    Q_EMIT finished(!failures.isEmpty() ? failed : printed ? ExitStatus::Done : ExitStatus::Failed);
 }
 
 } // namespace brevok::client

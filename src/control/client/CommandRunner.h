@@ -6,7 +6,6 @@
 #include "client/CommandLine.h"
 
 #include <QDBusMessage>
-#include <QJsonDocument>
 #include <QObject>
 
 class QDBusPendingCall;
@@ -39,13 +38,13 @@ private Q_SLOTS:
 
 private:
     [[nodiscard]] QDBusPendingCall call();
-    [[nodiscard]] QDBusPendingCall callForTarget();
     void handle(const QDBusMessage &reply);
     void handleError(const QDBusMessage &error);
-    void printResult(const QDBusMessage &reply);
-    void printFailures(const QStringList &failures);
-    void printDocument(const QJsonObject &document);
-    void end(ExitStatus status, const QString &message = {});
+    void handleResult(const QDBusMessage &reply);
+    /// Ends a call that asked for @p result.
+    void endWith(const QString &result);
+    /// Ends a call whose result is how it went: done without @p failures, else @p failed.
+    void end(const QStringList &failures, ExitStatus failed = ExitStatus::Failed);
 
     Command m_command;
     std::function<QString()> m_password;

@@ -3,8 +3,12 @@
 
 #include "platform/Terminal.h"
 
+#include <array>
+#include <cerrno>
+#include <csignal>
 #include <cstdio>
 
+#include <fcntl.h>
 #include <termios.h>
 #include <unistd.h>
 
@@ -12,34 +16,73 @@ namespace brevok {
 
 namespace {
 
-// Switches the echo of a terminal off while it lives.
+constexpr std::array endingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT};
+
+termios usual{}; // what the terminal was like; the signal handler needs it too
+
+// Calls only what a signal handler may. The default action is back in place and follows.
+void giveEchoBack(int signal)
+{
+    ::tcsetattr(STDIN_FILENO, TCSANOW, &usual);
+    [[maybe_unused]] const auto written = ::write(STDERR_FILENO, "\n", 1);
+    ::raise(signal);
+}
+
+// Switches the echo of a terminal off while it lives, and no longer than the program lives.
 class Silence {
 public:
     explicit Silence(bool wanted)
-        : m_active(wanted && ::tcgetattr(STDIN_FILENO, &m_before) == 0)
+        : m_active(wanted && ::tcgetattr(STDIN_FILENO, &usual) == 0)
     {
-        if (m_active) {
-            termios quiet = m_before;
-            quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-            ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
+        if (!m_active) {
+            return;
         }
+        struct sigaction action = {};
+        action.sa_handler = giveEchoBack;
+        action.sa_flags = static_cast<int>(SA_RESETHAND);
+        // A process in the background may not change its terminal, unless it blocks the signal that says so.
+        ::sigaddset(&action.sa_mask, SIGTTOU);
+        for (size_t i = 0; i < endingSignals.size(); ++i) {
+            ::sigaction(endingSignals[i], nullptr, &m_before[i]);
+            if (m_before[i].sa_handler == SIG_DFL) {
+                ::sigaction(endingSignals[i], &action, nullptr);
+            }
+        }
+        termios quiet = usual;
+        quiet.c_lflag &= ~static_cast<tcflag_t>(ECHO);
+        ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &quiet);
     }
 
     ~Silence()
     {
-        if (m_active) {
-            ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &m_before);
+        if (!m_active) {
+            return;
+        }
+        ::tcsetattr(STDIN_FILENO, TCSAFLUSH, &usual);
+        for (size_t i = 0; i < endingSignals.size(); ++i) {
+            ::sigaction(endingSignals[i], &m_before[i], nullptr);
         }
     }
 
     Q_DISABLE_COPY_MOVE(Silence)
 
 private:
-    termios m_before{};
+    std::array<struct sigaction, endingSignals.size()> m_before{};
     bool m_active;
 };
 
 } // namespace
+
+void keepStandardStreams()
+{
+    // The lowest free number is what open() gives.
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (::fcntl(stream, F_GETFD) < 0 && errno == EBADF) {
+            ::open(stream == STDOUT_FILENO ? "/dev/full" : "/dev/null", O_RDWR);
+        }
+    }
+    std::signal(SIGPIPE, SIG_IGN);
+}
 
 bool standardErrorIsTerminal()
 {
@@ -55,7 +98,15 @@ QString readSecret(const QString &prompt)
     }
     const Silence silence(terminal);
     QByteArray line;
-    for (char c = 0; ::read(STDIN_FILENO, &c, 1) == 1 && c != '\n';) {
+    for (;;) {
+        char c = 0;
+        const ssize_t count = ::read(STDIN_FILENO, &c, 1);
+        if (count < 0 && errno == EINTR) {
+            continue;
+        }
+        if (count != 1 || c == '\n') {
+            break;
+        }
         line.append(c);
     }
     if (terminal) {

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "client/Output.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <cerrno>
+#include <cstdio>
+
+namespace brevok::client {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+bool print(std::FILE *stream, const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    const auto size = static_cast<size_t>(bytes.size());
+    return std::fwrite(bytes.constData(), 1, size, stream) == size && std::fflush(stream) == 0;
+}
+
+} // namespace
+
+bool printResult(const QString &text)
+{
+    if (print(stdout, text)) {
+        return true;
+    }
+    printComplaint(u"standard output cannot be written: %1"_s.arg(qt_error_string(errno)));
+    return false;
+}
+
+void printNote(const QString &text)
+{
+    print(stderr, text);
+}
+
+void printComplaint(const QString &reason)
+{
+    printNote(u"brevokctl: %1\n"_s.arg(reason));
+}
+
+QString documentText(const QJsonObject &document)
+{
+    return QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)) + u'\n';
+}
+
+QString failuresText(const QStringList &failures)
+{
+    return documentText(
+        {{u"ok"_s, failures.isEmpty()}, {u"failures"_s, QJsonArray::fromStringList(failures)}});
+}
+
+} // namespace brevok::client

@@ -5,6 +5,7 @@
 
 #include "control/SettingsDocument.h"
 #include "install/InstallFlow.h"
+#include "platform/FileState.h"
 
 #include <QDBusContext>
 #include <QObject>
@@ -85,7 +86,11 @@ private:
     void refuse(const QString &reason);
     [[nodiscard]] bool refusedTooEarly();
     [[nodiscard]] bool refusedUnknown(const QStringList &prefixes);
-    [[nodiscard]] bool refusedUnknownTarget(const QString &path);
+    void changeTarget(const QString &path, const std::function<void(const QString &known)> &change);
+    /// Answers the call that is being served with what @p act returns, a reason to refuse it, when the disk
+    /// has been asked about @p path.
+    void answerAfterLook(const QString &path,
+        const std::function<std::optional<QString>(const std::optional<FolderLook> &look)> &act);
     void runForEach(const QStringList &prefixes, bool remove);
     QStringList sessionAction(const std::function<void()> &start);
 

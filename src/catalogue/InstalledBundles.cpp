@@ -41,22 +41,27 @@ QString installedPluginPath(const QString &targetPath, const QString &name)
     return targetPath + "/Tolvane/"_L1 + name + ".InDesignPlugin"_L1;
 }
 
+BundleName::BundleName(const QString &pluginName)
+    : name(pluginName)
+    , information(QFile::encodeName(informationPath(pluginName + ".InDesignPlugin"_L1)))
+{
+}
+
 InstalledBundles lookAtBundles(
-    const QString &targetPath, const QStringList &names, const InstalledBundles &known, Pulse &pulse)
+    const QString &targetPath, const QList<BundleName> &names, const InstalledBundles &known, Pulse &pulse)
 {
     // In most calculations nothing has changed, and what is known is handed on as it is.
     InstalledBundles found = known.size() == names.size() ? known : InstalledBundles();
     const FilesBelow folder(targetPath + "/Tolvane"_L1);
-    for (const QString &name : names) {
+    for (const BundleName &bundle : names) {
         pulse.beat();
-        const auto before = known.constFind(name);
+        const auto before = known.constFind(bundle.name);
         const bool unchanged = before != known.cend() && before->information
-            && folder.state(QFile::encodeName(name) + ".InDesignPlugin/Contents/Info.plist")
-                == before->information;
+            && folder.state(bundle.information) == before->information;
         if (!unchanged) {
-            found.insert(name, readBundle(installedPluginPath(targetPath, name)));
-        } else if (!found.contains(name)) {
-            found.insert(name, *before);
+            found.insert(bundle.name, readBundle(installedPluginPath(targetPath, bundle.name)));
+        } else if (!found.contains(bundle.name)) {
+            found.insert(bundle.name, *before);
         }
     }
     return found;

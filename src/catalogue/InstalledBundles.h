@@ -25,9 +25,17 @@ using InstalledBundles = QHash<QString, InstalledBundle>;
 /// The path of the installed bundle of the plug-in @p name in the target at @p targetPath.
 [[nodiscard]] QString installedPluginPath(const QString &targetPath, const QString &name);
 
+/// A plug-in whose bundle is asked for.
+struct BundleName {
+    explicit BundleName(const QString &pluginName);
+
+    QString name;
+    QByteArray information; ///< the encoded path of its information dictionary from the plug-ins' folder on
+};
+
 /// Looks at the bundles of the plug-ins @p names in the target at @p targetPath, and reads those that are not
 /// as they were when @p known was read. May hang with the target's disk.
 [[nodiscard]] InstalledBundles lookAtBundles(
-    const QString &targetPath, const QStringList &names, const InstalledBundles &known, Pulse &pulse);
+    const QString &targetPath, const QList<BundleName> &names, const InstalledBundles &known, Pulse &pulse);
 
 } // namespace brevok

@@ -72,17 +72,26 @@ private:
         return builds;
     }
 
-    [[nodiscard]] QStringList namesFor(HostCode host) const
+    [[nodiscard]] QList<BundleName> namesFor(HostCode host)
     {
         QSet<QString> names;
-        for (const StatusBuilds &package : m_result.known.builds) {
+        for (const StatusBuilds &package : std::as_const(m_result.known.builds)) {
             for (const StatusBuild &build : package.builds) {
                 if (hostMatches(host, build.host)) {
                     names.insert(build.name);
                 }
             }
         }
-        return names.values();
+        QList<BundleName> bundles;
+        bundles.reserve(names.size());
+        for (const QString &name : std::as_const(names)) {
+            auto known = m_names.constFind(name);
+            if (known == m_names.cend()) {
+                known = m_names.insert(name, BundleName(name));
+            }
+            bundles.append(*known);
+        }
+        return bundles;
     }
 
     void calculatePackageStatusForPrefix(const QString &prefix)
@@ -136,6 +145,7 @@ private:
 
     const StatusInput &m_input;
     QList<Target> m_targets;
+    QHash<QString, BundleName> m_names;
     StatusResult m_result;
 };
 

@@ -43,7 +43,7 @@ public:
         m_text += '{';
         bool first = true;
         for (const QByteArray &key : keys) {
-            if (const plist_t item = plist_dict_get_item(dictionary, key.constData()); item != nullptr) {
+            if (plist_t item = plist_dict_get_item(dictionary, key.constData()); item != nullptr) {
                 separate(std::exchange(first, false));
                 appendText(key);
                 m_text += ':';

@@ -298,7 +298,7 @@ void ControlService::AddTarget(const QString &path, const QString &type, const Q
         return;
     }
     answerAfterLook(path, [this, path, type, version](const std::optional<FolderLook> &look) {
-        const std::optional<QString> reason = whyNoTarget(path, version, look);
+        std::optional<QString> reason = whyNoTarget(path, version, look);
         if (!reason) {
             m_with->targets.insertTarget(path, type, version);
         }

@@ -3,6 +3,7 @@
 
 #include "Workloads.h"
 
+#include "catalogue/StatusRun.h"
 #include "foundation/Tasks.h"
 #include "platform/linux/FileSettingsStore.h"
 #include "support/SampleBundles.h"
@@ -10,6 +11,7 @@
 #include <QEventLoop>
 #include <QJsonArray>
 #include <QJsonDocument>
+#include <QThread>
 
 #include <plist/plist.h>
 
@@ -93,7 +95,22 @@ StatusWorkload::StatusWorkload()
     m_packages.emplace(BrevokPackages::Collaborators{
         m_settings, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
     m_packages->updateWithArray(products);
+    // What was changed just now is read again each time.
+    constexpr unsigned long settlingMs = 2100;
+    QThread::msleep(settlingMs);
     run();
+    run();
+}
+
+qsizetype StatusWorkload::runFirst() const
+{
+    StatusInput input{
+        .prefixes = {}, .definitions = m_plugins->snapshot(), .validTargets = m_targets->validTargets()};
+    for (const Record &package : m_packages->packageRecords()) {
+        input.prefixes.append(package.value(PackageKeys::prefix).toString());
+    }
+    const StatusResult result = calculatedStatuses(input);
+    return std::count(result.statuses.cbegin(), result.statuses.cend(), PackageStatus::UpToDate);
 }
 
 qsizetype StatusWorkload::run()

@@ -38,8 +38,10 @@ private:
 class StatusWorkload {
 public:
     StatusWorkload();
-    /// Calculates every status. @return how many packages are up to date
+    /// Calculates every status again, with nothing changed on disk. @return how many packages are up to date
     qsizetype run();
+    /// Calculates every status as the first calculation after a start does.
+    [[nodiscard]] qsizetype runFirst() const;
     /// The paths of all property lists that run() reads.
     [[nodiscard]] const QStringList &propertyLists() const { return m_propertyLists; }
     /// Reads each of them once with libplist alone. @return how many dictionaries were read

@@ -962,6 +962,30 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Plug-Ins-Ordner wählen</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is no absolute path.</source>
+        <translation>„%1“ ist kein absoluter Pfad.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>„%1“ ist keine Version: Gemeint ist die Version der Anwendung mal zehn, von %2 bis %3, etwa 140 für 14.0.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
+        <translation>„%1“ antwortet nicht. Versuchen Sie es erneut, wenn der Datenträger oder Server wieder antwortet.</translation>
+    </message>
+    <message>
+        <source>There is no folder &apos;%1&apos;.</source>
+        <translation>Es gibt keinen Ordner „%1“.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no folder.</source>
+        <translation>„%1“ ist kein Ordner.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
+        <translation>„%1“ ist die Wurzel des Dateisystems und kein Ordner für Plug-Ins.</translation>
+    </message>
+    <message>
         <source>Checking the folder…</source>
         <translation>Ordner wird geprüft …</translation>
     </message>

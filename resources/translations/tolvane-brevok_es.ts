@@ -962,6 +962,30 @@ Vuelva a iniciar sesión.</translation>
         <translation>Elegir la carpeta Plug-Ins</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is no absolute path.</source>
+        <translation>&apos;%1&apos; no es una ruta absoluta.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>&apos;%1&apos; no es una versión: se espera la versión de la aplicación por diez, de %2 a %3, como 140 para 14.0.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
+        <translation>&apos;%1&apos; no responde. Inténtelo de nuevo cuando su disco o servidor responda.</translation>
+    </message>
+    <message>
+        <source>There is no folder &apos;%1&apos;.</source>
+        <translation>No existe la carpeta &apos;%1&apos;.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no folder.</source>
+        <translation>&apos;%1&apos; no es una carpeta.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
+        <translation>&apos;%1&apos; es la raíz del sistema de archivos, que no es una carpeta para plug-ins.</translation>
+    </message>
+    <message>
         <source>Checking the folder…</source>
         <translation>Comprobando la carpeta…</translation>
     </message>

@@ -962,6 +962,30 @@ Veuillez vous reconnecter.</translation>
         <translation>Choisir le dossier Plug-Ins</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is no absolute path.</source>
+        <translation>« %1 » n’est pas un chemin absolu.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>« %1 » n’est pas une version : il faut la version de l’application multipliée par dix, de %2 à %3, par exemple 140 pour 14.0.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
+        <translation>« %1 » ne répond pas. Réessayez lorsque son disque ou son serveur répondra.</translation>
+    </message>
+    <message>
+        <source>There is no folder &apos;%1&apos;.</source>
+        <translation>Il n’y a pas de dossier « %1 ».</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no folder.</source>
+        <translation>« %1 » n’est pas un dossier.</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
+        <translation>« %1 » est la racine du système de fichiers, qui n’est pas un dossier pour des plug-ins.</translation>
+    </message>
+    <message>
         <source>Checking the folder…</source>
         <translation>Vérification du dossier…</translation>
     </message>

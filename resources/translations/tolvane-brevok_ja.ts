@@ -962,6 +962,30 @@ Please try to sign-in again.</source>
         <translation>Plug-Ins フォルダーを選択</translation>
     </message>
     <message>
+        <source>&apos;%1&apos; is no absolute path.</source>
+        <translation>「%1」は絶対パスではありません。</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>「%1」はバージョンではありません。アプリケーションのバージョンを10倍した%2から%3までの値（14.0なら140）を指定してください。</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
+        <translation>「%1」が応答しません。ディスクまたはサーバーが応答するようになってから、もう一度お試しください。</translation>
+    </message>
+    <message>
+        <source>There is no folder &apos;%1&apos;.</source>
+        <translation>フォルダー「%1」はありません。</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is no folder.</source>
+        <translation>「%1」はフォルダーではありません。</translation>
+    </message>
+    <message>
+        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
+        <translation>「%1」はファイルシステムのルートであり、プラグイン用のフォルダーではありません。</translation>
+    </message>
+    <message>
         <source>Checking the folder…</source>
         <translation>フォルダーを確認中…</translation>
     </message>

@@ -5,6 +5,7 @@
 
 #include "catalogue/CatalogueSettings.h"
 #include "catalogue/ListRefresh.h"
+#include "catalogue/StatusRun.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "platform/SettingsStore.h"
@@ -49,6 +50,7 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
           [this](const QJsonArray &list) { updateWithArray(list); }, this))
     , m_icons(new PackageIcons(
           collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
+    , m_known(std::make_unique<StatusMemory>())
 {
     if (sharedPackages == nullptr) {
         sharedPackages = this;

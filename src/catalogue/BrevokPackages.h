@@ -11,10 +11,12 @@
 #include <QTimer>
 
 #include <map>
+#include <memory>
 
 namespace brevok {
 
 class BrevokTargetApps;
+struct StatusMemory;
 struct StatusResult;
 
 /// Keys of a package record.
@@ -117,6 +119,7 @@ private:
     PackageIcons *m_icons;
     std::map<QString, Record, ByName> m_packages;
     QHash<QString, PackageStatus> m_status;
+    std::unique_ptr<StatusMemory> m_known; ///< from the latest calculation
     QTimer m_statusTimer;
     QElapsedTimer m_sinceSave;
     qint64 m_saveCost = 0; ///< of the last save, in milliseconds

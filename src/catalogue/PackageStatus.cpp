@@ -100,8 +100,8 @@ BundleFacts bundleFacts(bool exists, const std::optional<Record> &information)
     if (!exists || !information) {
         return facts;
     }
-    facts.hostVersion = hostCodeOf(information->value("TolvaneHostAppShortVersion"_L1));
-    const QString version = nonEmptyString(information->value("CFBundleShortVersionString"_L1));
+    facts.hostVersion = hostCodeOf(information->value(QLatin1StringView(hostVersionKey)));
+    const QString version = nonEmptyString(information->value(QLatin1StringView(versionKey)));
     facts.hasVersion = !version.isEmpty();
     facts.version = version.left(version.indexOf(u' ')); // all of it when there is no space
     return facts;

@@ -45,6 +45,10 @@ struct HostCode {
 /// Whether a build for @p build fits the target application @p target.
 [[nodiscard]] bool hostMatches(HostCode target, HostCode build);
 
+/// The keys of a bundle's information dictionary that its status depends on.
+inline constexpr auto hostVersionKey = "TolvaneHostAppShortVersion";
+inline constexpr auto versionKey = "CFBundleShortVersionString";
+
 /// What an installed bundle says of itself, as far as its status depends on it.
 struct BundleFacts {
     bool exists = false;

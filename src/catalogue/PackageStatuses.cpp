@@ -35,7 +35,8 @@ void BrevokPackages::calculatePackageStatuses()
     StatusInput input{.prefixes = {},
         .definitions = m_plugins.snapshot(),
         .validTargets = m_targets.validTargets(),
-        .detailedLog = detailedLog()};
+        .detailedLog = detailedLog(),
+        .known = *m_known};
     QSet<QString> known;
     for (const auto &entry : m_packages) {
         const QString prefix = nonEmptyString(entry.second.value(PackageKeys::prefix));
@@ -46,7 +47,14 @@ void BrevokPackages::calculatePackageStatuses()
     }
     ++m_runsUnderWay;
     inBackground([input = std::move(input), run = ++m_lastRun, self = QPointer<BrevokPackages>(this)] {
-        StatusResult result = calculatedStatuses(input);
+        const auto calculateAgain = [self] {
+            onMain(QCoreApplication::instance(), [self] {
+                if (self) {
+                    self->calculatePackageStatuses();
+                }
+            });
+        };
+        StatusResult result = calculatedStatuses(input, calculateAgain);
         onMain(QCoreApplication::instance(), [self, run, result = std::move(result)] {
             if (self) {
                 self->statusesCalculated(result, run);
@@ -62,6 +70,7 @@ void BrevokPackages::statusesCalculated(const StatusResult &result, quint64 run)
     if (run > m_appliedRun) {
         m_appliedRun = run;
         m_status.insert(result.statuses);
+        *m_known = result.known;
         Q_EMIT packagesStatusChanged();
     }
     notifyPackageStatusesLazily();

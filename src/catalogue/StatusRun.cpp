@@ -3,10 +3,9 @@
 
 #include "catalogue/StatusRun.h"
 
+#include "foundation/BoundedWork.h"
 #include "foundation/Log.h"
-#include "platform/PropertyLists.h"
-
-#include <QFileInfo>
+#include "targets/TargetLook.h"
 
 #include <algorithm>
 
@@ -16,30 +15,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// What a calculation needs of a target and of a definition, read once and not per combination.
+// What a calculation needs of a target, read once and not per combination.
 struct Target {
     QString path;
     QString version;
     HostCode host;
-};
-
-struct Build {
-    explicit Build(const Record &definition)
-        : hostVersion(integerValue(definition.value(PluginKeys::hostVersion)))
-        , host(hostVersion)
-        , name(definition.value(PluginKeys::name).toString())
-        , version(definition.value(PluginKeys::version).toString())
-        , pending(hasPendingCommands(definition))
-        , support(isSupportPlugin(name))
-    {
-    }
-
-    qint64 hostVersion;
-    HostCode host;
-    QString name;
-    QString version;
-    bool pending;
-    bool support;
 };
 
 class StatusRun final {
@@ -50,6 +30,22 @@ public:
         for (auto target = input.validTargets.cbegin(); target != input.validTargets.cend(); ++target) {
             const QJsonValue version = target->value(TargetKeys::version);
             m_targets.append({target.key(), displayText(version), HostCode(integerValue(version))});
+        }
+        for (const QString &prefix : input.prefixes) {
+            m_result.known.builds.insert(prefix, buildsOf(prefix));
+        }
+    }
+
+    // A target that does not answer is taken as it was.
+    void lookAtTargets(const Task &cameBack)
+    {
+        for (const Target &target : std::as_const(m_targets)) {
+            const InstalledBundles known = m_input.known.bundles.value(target.path);
+            const auto look = [path = target.path, names = namesFor(target.host), known](Pulse &pulse) {
+                return lookAtBundles(path, names, known, pulse);
+            };
+            m_result.known.bundles.insert(
+                target.path, bounded<InstalledBundles>(placeOf(target.path), look, cameBack).value_or(known));
         }
     }
 
@@ -62,28 +58,63 @@ public:
     }
 
 private:
+    [[nodiscard]] StatusBuilds buildsOf(const QString &prefix) const
+    {
+        StatusBuilds builds = m_input.known.builds.value(prefix);
+        const QList<Record> definitions = m_input.definitions.value(prefix);
+        // Equal at once where nothing changed, as both share one dictionary.
+        if (builds.definitions != definitions) {
+            builds = {.definitions = definitions, .builds = {}};
+            builds.builds.reserve(definitions.size());
+            std::transform(definitions.cbegin(), definitions.cend(), std::back_inserter(builds.builds),
+                [](const Record &definition) { return StatusBuild(definition); });
+        }
+        return builds;
+    }
+
+    [[nodiscard]] QList<BundleName> namesFor(HostCode host)
+    {
+        QSet<QString> names;
+        for (const StatusBuilds &package : std::as_const(m_result.known.builds)) {
+            for (const StatusBuild &build : package.builds) {
+                if (hostMatches(host, build.host)) {
+                    names.insert(build.name);
+                }
+            }
+        }
+        QList<BundleName> bundles;
+        bundles.reserve(names.size());
+        for (const QString &name : std::as_const(names)) {
+            auto known = m_names.constFind(name);
+            if (known == m_names.cend()) {
+                known = m_names.insert(name, BundleName(name));
+            }
+            bundles.append(*known);
+        }
+        return bundles;
+    }
+
     void calculatePackageStatusForPrefix(const QString &prefix)
     {
-        QList<Build> builds;
-        const QList<Record> definitions = m_input.definitions.value(prefix);
-        builds.reserve(definitions.size());
-        std::transform(definitions.cbegin(), definitions.cend(), std::back_inserter(builds),
-            [](const Record &definition) { return Build(definition); });
-
-        PackageStatus status = PackageStatus::MissingData;
-        for (const Target &target : m_targets) {
+        std::optional<PackageStatus> status = PackageStatus::MissingData;
+        for (const Target &target : std::as_const(m_targets)) {
             if (m_input.detailedLog) {
                 logLine(u"App version: %1"_s.arg(target.version));
             }
-            status = withTarget(status, target, builds, prefix);
+            status = withTarget(status, target, prefix);
         }
-        m_result.statuses.insert(prefix, status);
+        if (status) {
+            m_result.statuses.insert(prefix, *status);
+        }
     }
 
-    PackageStatus withTarget(
-        PackageStatus status, const Target &target, const QList<Build> &builds, const QString &prefix)
+    // Nothing when it depends on a bundle that could not be looked at.
+    std::optional<PackageStatus> withTarget(
+        std::optional<PackageStatus> status, const Target &target, const QString &prefix)
     {
-        for (const Build &build : builds) {
+        const InstalledBundles &bundles = *m_result.known.bundles.constFind(target.path);
+        const QList<StatusBuild> &builds = m_result.known.builds.constFind(prefix)->builds;
+        for (const StatusBuild &build : builds) {
             if (!hostMatches(target.host, build.host)) {
                 continue;
             }
@@ -93,46 +124,48 @@ private:
             if (build.pending) {
                 return PackageStatus::InProgress;
             }
-            const BundleFacts &facts = installed(installedPluginPath(target.path, build.name));
-            const PackageStatus result = statusOfBundle(facts, target.host, build.version);
+            if (m_input.detailedLog) {
+                logLine(installedPluginPath(target.path, build.name));
+            }
+            const auto bundle = bundles.constFind(build.name);
+            if (bundle == bundles.cend()) {
+                status.reset();
+                continue;
+            }
+            const PackageStatus result = statusOfBundle(bundle->facts, target.host, build.version);
             if (result == PackageStatus::NotUpdated) {
                 m_result.updates.insert(prefix);
             }
-            status = combinedStatus(status, result, build.support, prefix);
+            if (status) {
+                status = combinedStatus(*status, result, build.support, prefix);
+            }
         }
         return status;
     }
 
-    const BundleFacts &installed(const QString &path)
-    {
-        if (m_input.detailedLog) {
-            logLine(path);
-        }
-        const auto known = m_bundles.constFind(path);
-        if (known != m_bundles.cend()) {
-            return *known;
-        }
-        const std::optional<Record> information = bundleInformation(path);
-        const bool exists = information || QFileInfo::exists(path);
-        return *m_bundles.insert(path, bundleFacts(exists, information));
-    }
-
     const StatusInput &m_input;
     QList<Target> m_targets;
-    QHash<QString, BundleFacts> m_bundles;
+    QHash<QString, BundleName> m_names;
     StatusResult m_result;
 };
 
 } // namespace
 
-QString installedPluginPath(const QString &targetPath, const QString &name)
+StatusBuild::StatusBuild(const Record &definition)
+    : hostVersion(integerValue(definition.value(PluginKeys::hostVersion)))
+    , host(hostVersion)
+    , name(definition.value(PluginKeys::name).toString())
+    , version(definition.value(PluginKeys::version).toString())
+    , pending(hasPendingCommands(definition))
+    , support(isSupportPlugin(name))
 {
-    return targetPath + "/Tolvane/"_L1 + name + ".InDesignPlugin"_L1;
 }
 
-StatusResult calculatedStatuses(const StatusInput &input)
+StatusResult calculatedStatuses(const StatusInput &input, const Task &cameBack)
 {
-    return StatusRun(input).all();
+    StatusRun run(input);
+    run.lookAtTargets(cameBack);
+    return run.all();
 }
 
 } // namespace brevok

@@ -3,8 +3,9 @@
 
 #pragma once
 
-#include "catalogue/PackageStatus.h"
+#include "catalogue/InstalledBundles.h"
 #include "catalogue/PluginDefinition.h"
+#include "foundation/Tasks.h"
 #include "targets/BrevokTargetApps.h"
 
 #include <QHash>
@@ -13,8 +14,32 @@
 
 namespace brevok {
 
-/// The path of the installed bundle of the plug-in @p name in the target at @p targetPath.
-[[nodiscard]] QString installedPluginPath(const QString &targetPath, const QString &name);
+/// What was read of the bundles of each target, by the target's path.
+using BundlesOfTargets = QHash<QString, InstalledBundles>;
+
+/// What a calculation needs of a definition.
+struct StatusBuild {
+    explicit StatusBuild(const Record &definition);
+
+    qint64 hostVersion;
+    HostCode host;
+    QString name;
+    QString version;
+    bool pending;
+    bool support;
+};
+/// The builds of a package, and what they were made of.
+struct StatusBuilds {
+    QList<Record> definitions{};
+    QList<StatusBuild> builds{};
+};
+using BuildsOfPackages = QHash<QString, StatusBuilds>; ///< by prefix
+
+/// What the next calculation need not find out again.
+struct StatusMemory {
+    BundlesOfTargets bundles{};
+    BuildsOfPackages builds{};
+};
 
 /// Everything that one calculation of package statuses reads, taken on the main thread.
 struct StatusInput {
@@ -22,14 +47,18 @@ struct StatusInput {
     DefinitionSnapshot definitions;
     TargetRecords validTargets;
     bool detailedLog = false;
+    StatusMemory known{}; ///< from the calculation before
 };
 
 struct StatusResult {
+    /// Without those that depend on a target that does not answer, and of which nothing is known.
     QHash<QString, PackageStatus> statuses;
     QSet<QString> updates; ///< prefixes of which some plug-in needs an update, whatever their status
+    StatusMemory known;
 };
 
-/// The statuses of all packages of @p input. Reads every installed bundle at most once. Any thread.
-[[nodiscard]] StatusResult calculatedStatuses(const StatusInput &input);
+/// The statuses of all packages of @p input. Looks at every installed bundle once, and reads those that have
+/// changed. @p cameBack runs, on any thread, when a target that did not answer does. Background threads.
+[[nodiscard]] StatusResult calculatedStatuses(const StatusInput &input, const Task &cameBack = {});
 
 } // namespace brevok

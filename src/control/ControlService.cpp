@@ -8,6 +8,7 @@
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
 #include "service/BrevokSession.h"
+#include "targets/TargetJudgement.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -158,18 +159,6 @@ bool ControlService::refusedUnknown(const QStringList &prefixes)
         }
     }
     return false;
-}
-
-bool ControlService::refusedUnknownTarget(const QString &path)
-{
-    if (refusedTooEarly()) {
-        return true;
-    }
-    if (m_with->targets.allRecords().contains(path)) {
-        return false;
-    }
-    refuse(u"There is no target '%1'."_s.arg(path));
-    return true;
 }
 
 QString ControlService::Status()
@@ -325,29 +314,58 @@ void ControlService::AddTarget(const QString &path, const QString &type, const Q
     if (refusedTooEarly()) {
         return;
     }
-    if (!path.startsWith(u'/')) {
-        refuse(u"'%1' is no absolute path."_s.arg(path));
-    } else if (type != u"InDesign" && type != u"InCopy") {
+    if (type != u"InDesign" && type != u"InCopy") {
         refuse(u"'%1' is no type: InDesign and InCopy are."_s.arg(type));
-    } else if (leadingInteger(version) < 10 || QString::number(leadingInteger(version)) != version) {
-        refuse(u"'%1' is no version: a host version times ten is, such as 140 for 14.0."_s.arg(version));
-    } else {
-        m_with->targets.insertTarget(path, type, version);
+        return;
     }
+    answerAfterLook(path, [this, path, type, version](const std::optional<FolderLook> &look) {
+        std::optional<QString> reason = whyNoTarget(path, version, look);
+        if (!reason) {
+            m_with->targets.insertTarget(path, type, version);
+        }
+        return reason;
+    });
 }
 
 void ControlService::RemoveTarget(const QString &path)
 {
-    if (!refusedUnknownTarget(path)) {
-        m_with->targets.removeTarget(path);
-    }
+    changeTarget(path, [this](const QString &known) { m_with->targets.removeTarget(known); });
 }
 
 void ControlService::SetTargetEnabled(const QString &path, bool enabled)
 {
-    if (!refusedUnknownTarget(path)) {
-        m_with->targets.setTarget(path, enabled);
+    changeTarget(path, [this, enabled](const QString &known) { m_with->targets.setTarget(known, enabled); });
+}
+
+void ControlService::changeTarget(
+    const QString &path, const std::function<void(const QString &known)> &change)
+{
+    if (refusedTooEarly()) {
+        return;
     }
+    if (const std::optional<QString> known = m_with->targets.recordPath(path)) {
+        change(*known);
+        return;
+    }
+    answerAfterLook(path, [this, path, change](const std::optional<FolderLook> &) -> std::optional<QString> {
+        if (const std::optional<QString> known = m_with->targets.recordPath(path)) {
+            change(*known);
+            return std::nullopt;
+        }
+        return u"There is no target '%1'."_s.arg(path);
+    });
+}
+
+void ControlService::answerAfterLook(const QString &path,
+    const std::function<std::optional<QString>(const std::optional<FolderLook> &look)> &act)
+{
+    setDelayedReply(true);
+    m_with->targets.lookAt(
+        path, this, [act, bus = connection(), call = message()](const std::optional<FolderLook> &look) {
+            const std::optional<QString> refused = act(look);
+            bus.send(refused ? call.createErrorReply(QString::fromLatin1(refusedError), *refused)
+                             : call.createReply());
+        });
 }
 
 QString ControlService::Settings()

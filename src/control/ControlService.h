@@ -5,6 +5,7 @@
 
 #include "control/SettingsDocument.h"
 #include "install/InstallFlow.h"
+#include "platform/FileState.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
@@ -90,7 +91,11 @@ private:
     [[nodiscard]] bool refusedTooEarly();
     [[nodiscard]] bool refusedBeforeAnswer();
     [[nodiscard]] bool refusedUnknown(const QStringList &prefixes);
-    [[nodiscard]] bool refusedUnknownTarget(const QString &path);
+    void changeTarget(const QString &path, const std::function<void(const QString &known)> &change);
+    /// Answers the call that is being served with what @p act returns, a reason to refuse it, when the disk
+    /// has been asked about @p path.
+    void answerAfterLook(const QString &path,
+        const std::function<std::optional<QString>(const std::optional<FolderLook> &look)> &act);
     void runForEach(const QStringList &prefixes, bool remove);
     QStringList sessionAction(const std::function<void()> &start);
 

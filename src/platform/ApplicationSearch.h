@@ -12,7 +12,7 @@ namespace brevok {
 ///
 /// After start() it emits notification(DidStartGathering), then GatheringProgress whenever results arrive,
 /// then DidFinishGathering once, and from then on DidUpdate within two seconds after an application appeared,
-/// changed or went away. It never polls.
+/// changed or went away, with its volume too. It never polls.
 class ApplicationSearch : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ApplicationSearch)
@@ -34,6 +34,8 @@ public:
 
 Q_SIGNALS:
     void notification(brevok::ApplicationSearch::Notification notification);
+    /// A volume was mounted or unmounted, anywhere. What that brings or takes of the results is told as well.
+    void volumesChanged();
 };
 
 } // namespace brevok

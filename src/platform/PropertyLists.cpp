@@ -38,6 +38,21 @@ public:
 
     [[nodiscard]] const QByteArray &text() const { return m_text; }
 
+    void appendMembers(plist_t dictionary, const QList<QByteArray> &keys)
+    {
+        m_text += '{';
+        bool first = true;
+        for (const QByteArray &key : keys) {
+            if (plist_t item = plist_dict_get_item(dictionary, key.constData()); item != nullptr) {
+                separate(std::exchange(first, false));
+                appendText(key);
+                m_text += ':';
+                append(item, 1);
+            }
+        }
+        m_text += '}';
+    }
+
     void append(plist_t node, int depth)
     {
         const plist_type type = plist_get_node_type(node);
@@ -178,6 +193,12 @@ struct FreeList {
     void operator()(void *node) const { plist_free(node); }
 };
 
+// Whether all texts of a list in XML are Unicode, which a character given as a number need not be.
+bool isPlainUnicode(QByteArrayView xml)
+{
+    return QUtf8StringView(xml.data(), xml.size()).isValidUtf8() && !xml.contains("&#");
+}
+
 QString textOr(const QJsonValue &value, const QString &otherwise)
 {
     const QString text = nonEmptyString(value);
@@ -186,9 +207,15 @@ QString textOr(const QJsonValue &value, const QString &otherwise)
 
 } // namespace
 
-std::optional<Record> readPropertyList(const QString &path)
+std::optional<Record> readPropertyList(const QString &path, FileState *state)
 {
-    const std::optional<QByteArray> bytes = readRegularFile(path, sizeLimit);
+    return readPropertyListValues(path, {}, state);
+}
+
+std::optional<Record> readPropertyListValues(
+    const QString &path, const QList<QByteArray> &keys, FileState *state)
+{
+    const std::optional<QByteArray> bytes = readRegularFile(path, sizeLimit, state);
     if (!bytes || !isHarmlessPropertyList(*bytes)) {
         return std::nullopt;
     }
@@ -196,13 +223,17 @@ std::optional<Record> readPropertyList(const QString &path)
     // The two forms of a bundle's list; reading whatever the library knows would take in more with each
     // version of it.
     const auto size = static_cast<uint32_t>(bytes->size());
-    const auto parse = plist_is_binary(bytes->constData(), size) != 0 ? &plist_from_bin : &plist_from_xml;
-    parse(bytes->constData(), size, &list);
+    const bool binary = plist_is_binary(bytes->constData(), size) != 0;
+    (binary ? &plist_from_bin : &plist_from_xml)(bytes->constData(), size, &list);
     const std::unique_ptr<void, FreeList> owner(list);
     if (list == nullptr || plist_get_node_type(list) != PLIST_DICT) {
         return std::nullopt;
     }
     JsonText json(bytes->size());
+    if (!keys.isEmpty() && !binary && isPlainUnicode(*bytes)) {
+        json.appendMembers(list, keys);
+        return QJsonDocument::fromJson(json.text()).object();
+    }
     json.append(list, 0);
     QJsonParseError error;
     const QJsonDocument document = QJsonDocument::fromJson(json.text(), &error);
@@ -210,9 +241,14 @@ std::optional<Record> readPropertyList(const QString &path)
     return error.error == QJsonParseError::NoError ? std::optional(document.object()) : std::nullopt;
 }
 
+QString informationPath(const QString &bundlePath)
+{
+    return bundlePath + QStringLiteral("/Contents/Info.plist");
+}
+
 std::optional<Record> bundleInformation(const QString &bundlePath)
 {
-    return readPropertyList(bundlePath + QStringLiteral("/Contents/Info.plist"));
+    return readPropertyList(informationPath(bundlePath));
 }
 
 MainBundle::MainBundle(QString bundlePath, QString resourceFolder)

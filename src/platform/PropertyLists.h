@@ -4,6 +4,7 @@
 #pragma once
 
 #include "foundation/Record.h"
+#include "platform/FileState.h"
 
 #include <QString>
 
@@ -13,9 +14,17 @@ namespace brevok {
 
 /// The dictionary in the property list (XML or binary) at @p path; nothing when the file is absent, too large
 /// (4 MiB), not a regular file, broken, or not a dictionary. Dates and data become text. Any thread.
-[[nodiscard]] std::optional<Record> readPropertyList(const QString &path);
+/// @p state is what the file was before it was read, when it could be opened.
+[[nodiscard]] std::optional<Record> readPropertyList(const QString &path, FileState *state = nullptr);
 
-/// The information dictionary of the bundle at @p bundlePath: its Contents/Info.plist, under the rules above.
+/// Of the dictionary in the property list at @p path, the values of @p keys; a third of the work when there
+/// are few.
+[[nodiscard]] std::optional<Record> readPropertyListValues(
+    const QString &path, const QList<QByteArray> &keys, FileState *state = nullptr);
+
+/// The path of the information dictionary of the bundle at @p bundlePath.
+[[nodiscard]] QString informationPath(const QString &bundlePath);
+/// That dictionary, under the rules above.
 [[nodiscard]] std::optional<Record> bundleInformation(const QString &bundlePath);
 
 /// What this program knows of itself, from one Info.plist.

@@ -3,8 +3,9 @@
 
 #pragma once
 
+#include "platform/FileState.h"
+
 #include <QByteArray>
-#include <QString>
 
 #include <optional>
 
@@ -12,7 +13,9 @@ namespace brevok {
 
 /// The contents of the regular file at @p path (links are followed); nothing when it is absent, longer than
 /// @p limit bytes, cannot be read, or is anything else, which is never waited for. Any thread.
-[[nodiscard]] std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit);
+/// @p state is what the file was before it was read, when it could be opened.
+[[nodiscard]] std::optional<QByteArray> readRegularFile(
+    const QString &path, qint64 limit, FileState *state = nullptr);
 
 /// The end of a file.
 struct FileTail {

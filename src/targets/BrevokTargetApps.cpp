@@ -3,11 +3,13 @@
 
 #include "targets/BrevokTargetApps.h"
 
+#include "foundation/Paths.h"
 #include "foundation/Record.h"
-#include "platform/PropertyLists.h"
 #include "platform/SettingsStore.h"
+#include "targets/TargetLook.h"
 
-#include <QFileInfo>
+#include <QCoreApplication>
+#include <QDir>
 
 #include <array>
 
@@ -21,40 +23,12 @@ BrevokTargetApps *sharedTargetApps = nullptr;
 
 constexpr std::array namePatterns{"*InDesign 20*"_L1, "*InDesign CS*"_L1, "*InDesign CC*"_L1,
     "*InCopy 20*"_L1, "*InCopy CS*"_L1, "*InCopy CC*"_L1};
-// The search has four clauses, so the last two patterns find nothing: InCopy CS and CC are added by hand, on
-// purpose.
+// The search has four clauses, so the last two patterns find nothing: InCopy CS and CC are added by hand.
 constexpr size_t searchClauses = 4;
 
 QStringList searchPatterns()
 {
     return {namePatterns.begin(), namePatterns.begin() + searchClauses};
-}
-
-/// What a host application's bundle says of itself.
-struct HostApplication {
-    QString targetPath;
-    QString name;
-    QString version;
-};
-
-/// The host application at @p foundPath; nothing for any other application.
-std::optional<HostApplication> hostApplication(const QString &foundPath)
-{
-    QString path = QFileInfo(foundPath).canonicalFilePath();
-    if (path.isEmpty()) {
-        path = foundPath;
-    }
-    const Record information = bundleInformation(path).value_or(Record());
-    const QString version = nonEmptyString(information.value("CFBundleVersion"_L1));
-    const QString type = nonEmptyString(information.value("CFBundlePackageType"_L1));
-    const QString signature = nonEmptyString(information.value("CFBundleSignature"_L1));
-    if (version.isEmpty() || type != "APPL"_L1 || (signature != "InDn"_L1 && signature != "InCp"_L1)) {
-        return std::nullopt;
-    }
-    constexpr qint64 buildsPerVersion = 100;
-    return HostApplication{.targetPath = path.first(path.lastIndexOf(u'/') + 1) + "Plug-Ins/"_L1,
-        .name = information.value("CFBundleName"_L1).toString(),
-        .version = QString::number(leadingInteger(version) / buildsPerVersion)};
 }
 
 bool isSet(const Record &record, QLatin1StringView flag)
@@ -78,6 +52,31 @@ TargetRecords recordsWhere(const TargetRecords &records, bool (*wanted)(const Re
     return found;
 }
 
+/// @p path without needless slashes and dots. What ".." leads to, only the disk knows.
+QString plainPath(const QString &path)
+{
+    return path.contains("/.."_L1) ? path : withoutTrailingSlashes(QDir::cleanPath(path));
+}
+
+/// Which of two records of one folder is to stay, the better the higher: what the user sees, then what the
+/// search finds.
+int rank(const QString &path, const Record &record)
+{
+    return (isSet(record, TargetKeys::removed) ? 0 : 2) + (path.endsWith(u'/') ? 1 : 0);
+}
+
+/// What is to be done when a disk that was given up answers after all.
+Task lookAgain(const QPointer<BrevokTargetApps> &targets)
+{
+    return [targets] {
+        onMain(QCoreApplication::instance(), [targets] {
+            if (targets) {
+                targets->getInstallTargets(ApplicationSearch::Notification::DidUpdate);
+            }
+        });
+    };
+}
+
 } // namespace
 
 BrevokTargetApps::BrevokTargetApps(SettingsStore &settings, ApplicationSearch &search, QObject *parent)
@@ -90,6 +89,8 @@ BrevokTargetApps::BrevokTargetApps(SettingsStore &settings, ApplicationSearch &s
     }
     load();
     connect(&search, &ApplicationSearch::notification, this, &BrevokTargetApps::getInstallTargets);
+    connect(&search, &ApplicationSearch::volumesChanged, this,
+        [this] { lookFor({.notification = std::nullopt, .volumes = true}); });
     search.start(searchPatterns());
 }
 
@@ -143,42 +144,162 @@ void BrevokTargetApps::save()
 
 void BrevokTargetApps::getInstallTargets(std::optional<ApplicationSearch::Notification> notification)
 {
-    checkExistence();
-    if (notification && m_search) {
-        const QStringList results = m_search->results();
-        for (const QString &path : results) {
-            takeIn(path);
-        }
-    }
-    if (notification == ApplicationSearch::Notification::DidFinishGathering) {
-        endFirstGathering();
+    lookFor({.notification = notification});
+}
+
+void BrevokTargetApps::lookFor(const Occasion &occasion)
+{
+    m_occasions.append(occasion);
+    if (!m_looking) {
+        look();
     }
 }
 
-void BrevokTargetApps::checkExistence()
+// The disk is asked in the background, once for all that was notified before.
+void BrevokTargetApps::look()
+{
+    const QStringList folders = m_records.keys();
+    const QStringList bundles = m_search ? m_search->results() : QStringList();
+    const QList<Occasion> occasions = std::exchange(m_occasions, {});
+    if (folders.isEmpty() && bundles.isEmpty()) {
+        apply(occasions, {});
+        return;
+    }
+    m_looking = true;
+    inBackground([self = QPointer(this), occasions, folders, bundles] {
+        onMain(QCoreApplication::instance(),
+            [self, occasions, findings = lookAtTargets(folders, bundles, lookAgain(self))] {
+                if (self) {
+                    self->apply(occasions, findings);
+                }
+            });
+    });
+}
+
+void BrevokTargetApps::apply(const QList<Occasion> &occasions, const TargetFindings &findings)
+{
+    m_looks.insert(findings.folders);
+    m_looks.removeIf([this](auto look) { return !m_records.contains(look.key()); });
+    mergeSpellings();
+    for (const Occasion &occasion : occasions) {
+        checkExistence(findings, occasion.volumes);
+        if (occasion.notification) {
+            for (const HostApplication &host : findings.hosts) {
+                takeIn(host);
+            }
+        }
+        if (occasion.notification == ApplicationSearch::Notification::DidFinishGathering) {
+            endFirstGathering();
+        }
+    }
+    m_looking = false;
+    Q_EMIT looked();
+    if (!m_occasions.isEmpty()) {
+        look();
+    }
+}
+
+// A folder that comes back with its volume is valid as it is after a start.
+void BrevokTargetApps::checkExistence(const TargetFindings &findings, bool volumesChanged)
 {
     const QStringList paths = m_records.keys();
     for (const QString &path : paths) {
-        if (!QFileInfo::exists(path)) {
+        const auto look = findings.folders.constFind(path);
+        if (look == findings.folders.cend()) {
+            continue;
+        }
+        if (!look->exists) {
             change(path, TargetKeys::invalid, TargetKeys::yes);
+        } else if (volumesChanged && has(path, TargetKeys::invalid)) {
+            change(path, TargetKeys::invalid, TargetKeys::no);
         }
     }
 }
 
-void BrevokTargetApps::takeIn(const QString &foundPath)
+// Earlier versions kept a record for every spelling.
+void BrevokTargetApps::mergeSpellings()
 {
-    const std::optional<HostApplication> host = hostApplication(foundPath);
-    if (!host) {
+    const QStringList paths = m_records.keys();
+    QSet<QString> superfluous;
+    for (const QString &path : paths) {
+        for (const QString &other : paths) {
+            if (path != other && rank(path, m_records[path]) >= rank(other, m_records[other])
+                && !superfluous.contains(path) && isSame(path, other)) {
+                superfluous.insert(other);
+            }
+        }
+    }
+    if (superfluous.isEmpty()) {
         return;
     }
-    const auto existing = m_records.constFind(host->targetPath);
+    Q_EMIT targetsWillChange();
+    for (const QString &path : std::as_const(superfluous)) {
+        m_records.remove(path);
+        m_looks.remove(path);
+    }
+    Q_EMIT targetsChanged();
+    save();
+}
+
+bool BrevokTargetApps::isSame(const QString &path, const QString &other) const
+{
+    const auto a = m_looks.constFind(path);
+    const auto b = m_looks.constFind(other);
+    return plainPath(path) == plainPath(other)
+        || (a != m_looks.cend() && b != m_looks.cend() && isSameFolder(*a, *b));
+}
+
+std::optional<QString> BrevokTargetApps::recordPath(const QString &path) const
+{
+    if (m_records.contains(path)) {
+        return path;
+    }
+    for (auto record = m_records.cbegin(); record != m_records.cend(); ++record) {
+        if (isSame(record.key(), path)) {
+            return record.key();
+        }
+    }
+    return std::nullopt;
+}
+
+void BrevokTargetApps::lookAt(
+    const QString &path, QObject *context, std::function<void(const std::optional<FolderLook> &)> then)
+{
+    inBackground([self = QPointer(this), path, folders = QStringList(path) + m_records.keys(),
+                     context = QPointer(context), then = std::move(then)]() mutable {
+        TargetFindings findings = lookAtTargets(folders, {}, lookAgain(self));
+        // Moved on, so that nothing of the caller's is destroyed on this thread.
+        onMain(QCoreApplication::instance(),
+            [self, path, context = std::move(context), then = std::move(then),
+                findings = std::move(findings)] {
+                if (!self || !context) {
+                    return;
+                }
+                self->m_looks.insert(findings.folders);
+                const auto look = findings.folders.constFind(path);
+                then(look != findings.folders.cend() ? std::optional(*look) : std::nullopt);
+            });
+    });
+}
+
+QString BrevokTargetApps::resolvedPath(const QString &path) const
+{
+    const QString resolved = m_looks.value(path).resolved;
+    return resolved.isEmpty() ? path : resolved;
+}
+
+void BrevokTargetApps::takeIn(const HostApplication &host)
+{
+    m_looks.insert(host.targetPath, host.folder);
+    const QString path = recordPath(host.targetPath).value_or(host.targetPath);
+    const auto existing = m_records.constFind(path);
     const bool known = existing != m_records.constEnd();
     const bool otherVersion = known && existing->contains(TargetKeys::version)
-        && existing->value(TargetKeys::version) != QJsonValue(host->version);
-    if ((!known || otherVersion) && QFileInfo::exists(host->targetPath)) {
-        insertTarget(host->targetPath, host->name, host->version);
-    } else if (has(host->targetPath, TargetKeys::invalid)) {
-        change(host->targetPath, TargetKeys::invalid, TargetKeys::no);
+        && existing->value(TargetKeys::version) != QJsonValue(host.version);
+    if ((!known || otherVersion) && host.folder.exists) {
+        insertTarget(path, host.name, host.version);
+    } else if (has(path, TargetKeys::invalid)) {
+        change(path, TargetKeys::invalid, TargetKeys::no);
     }
 }
 
@@ -197,9 +318,10 @@ void BrevokTargetApps::endFirstGathering()
 
 void BrevokTargetApps::insertTarget(const QString &path, const QString &type, const QString &version)
 {
+    const QString key = recordPath(path).value_or(path);
     Q_EMIT targetsWillChange();
-    m_records.insert(path,
-        Record{{TargetKeys::path, path}, {TargetKeys::type, type}, {TargetKeys::version, version},
+    m_records.insert(key,
+        Record{{TargetKeys::path, key}, {TargetKeys::type, type}, {TargetKeys::version, version},
             {TargetKeys::enabled, TargetKeys::yes}, {TargetKeys::removed, TargetKeys::no},
             {TargetKeys::invalid, TargetKeys::no}});
     Q_EMIT targetsChanged();
@@ -221,15 +343,15 @@ void BrevokTargetApps::setTarget(const QString &path, bool state)
 void BrevokTargetApps::change(const QString &path, QLatin1StringView key, QLatin1StringView value)
 {
     Q_EMIT targetsWillChange();
-    if (const auto record = m_records.find(path); record != m_records.end()) {
-        record->insert(key, value);
+    if (const std::optional<QString> known = recordPath(path)) {
+        m_records[*known].insert(key, value);
     }
     Q_EMIT targetsChanged();
 }
 
 bool BrevokTargetApps::has(const QString &path, QLatin1StringView flag) const
 {
-    return isSet(m_records.value(path), flag);
+    return isSet(m_records.value(recordPath(path).value_or(path)), flag);
 }
 
 bool BrevokTargetApps::targetState(const QString &path) const

@@ -5,16 +5,21 @@
 
 #include "foundation/Record.h"
 #include "platform/ApplicationSearch.h"
+#include "platform/FileState.h"
 
+#include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
 #include <optional>
 
 namespace brevok {
 
+struct HostApplication;
 class SettingsStore;
+struct TargetFindings;
 
 /// Settings of the list of targets.
 namespace TargetSettings {
@@ -50,10 +55,15 @@ public:
     /// The targets of this process, for the outermost code.
     static BrevokTargetApps *targetApps();
 
-    /// Re-checks the known targets and takes in what the search found; nothing given: only the re-check.
+    /// Re-checks the known targets and takes in what the search found; nothing given: only the re-check. The
+    /// disk is asked in the background and looked() tells the end; what it does not answer in time stays as
+    /// it is.
     void getInstallTargets(std::optional<ApplicationSearch::Notification> notification);
 
-    /// Puts a new, enabled record in the place of any other under @p path, and saves the list.
+    // A path may be spelled in any way that is known to lead to the folder of a record.
+
+    /// Puts a new, enabled record in the place of any other of that folder, whose path it keeps, and saves
+    /// the list.
     void insertTarget(const QString &path, const QString &type, const QString &version);
     /// Hides the target from both views until it is inserted again, and saves the list.
     void removeTarget(const QString &path);
@@ -61,6 +71,14 @@ public:
     void setTarget(const QString &path, bool state);
     /// Whether the target is known and enabled.
     [[nodiscard]] bool targetState(const QString &path) const;
+    /// The path under which the folder has its record; nothing when it has none.
+    [[nodiscard]] std::optional<QString> recordPath(const QString &path) const;
+    /// The target's path without links, as far as they are known.
+    [[nodiscard]] QString resolvedPath(const QString &path) const;
+    /// Looks at @p path and at all targets in the background, so that the spellings above are known, then
+    /// hands over what it saw of @p path: nothing when that did not answer. Dropped with @p context.
+    void lookAt(
+        const QString &path, QObject *context, std::function<void(const std::optional<FolderLook> &)> then);
 
     /// The records that are neither removed nor invalid.
     [[nodiscard]] TargetRecords targets() const;
@@ -73,14 +91,27 @@ Q_SIGNALS:
     /// Around every change of a record, also when it leaves the record as it was.
     void targetsWillChange();
     void targetsChanged();
+    /// What getInstallTargets() was called for is done.
+    void looked();
     /// The first search ended with none or several installations: the user should review the list of targets.
     void reviewWanted();
 
 private:
+    /// What makes another look necessary.
+    struct Occasion {
+        std::optional<ApplicationSearch::Notification> notification{};
+        bool volumes = false;
+    };
+
     void load();
     void save();
-    void checkExistence();
-    void takeIn(const QString &foundPath);
+    void lookFor(const Occasion &occasion);
+    void look();
+    void apply(const QList<Occasion> &occasions, const TargetFindings &findings);
+    void checkExistence(const TargetFindings &findings, bool volumesChanged);
+    void mergeSpellings();
+    [[nodiscard]] bool isSame(const QString &path, const QString &other) const;
+    void takeIn(const HostApplication &host);
     void endFirstGathering();
     void change(const QString &path, QLatin1StringView key, QLatin1StringView value);
     [[nodiscard]] bool has(const QString &path, QLatin1StringView flag) const;
@@ -88,6 +119,9 @@ private:
     SettingsStore &m_settings;
     QPointer<ApplicationSearch> m_search; ///< may go first, where both have one parent
     TargetRecords m_records;
+    QHash<QString, FolderLook> m_looks; ///< what the disk said last, by path
+    QList<Occasion> m_occasions; ///< what came while a look was under way
+    bool m_looking = false;
 };
 
 } // namespace brevok

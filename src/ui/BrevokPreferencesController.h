@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/FileState.h"
+
 #include <QMainWindow>
 #include <QUrl>
 
@@ -113,6 +115,7 @@ private:
     Collaborators m_with;
     std::unique_ptr<Ui::BrevokPreferences> m_outlets;
     TargetTableModel *m_model = nullptr;
+    std::optional<FolderLook> m_look; ///< what the disk said of the folder that was tested last
     int m_check = 0; ///< number of the latest test of a folder; earlier answers do not count
 };
 

@@ -6,9 +6,11 @@
 #include "ui/BrevokPreferencesController.h"
 
 #include "alerts/BrevokAlert.h"
-#include "foundation/Tasks.h"
+#include "foundation/BoundedWork.h"
 #include "foundation/Texts.h"
 #include "targets/BrevokTargetApps.h"
+#include "targets/TargetJudgement.h"
+#include "targets/TargetLook.h"
 #include "ui/TargetOrder.h"
 #include "ui/TargetTableModel.h"
 #include "ui/TextFitting.h"
@@ -168,6 +170,7 @@ void BrevokPreferencesController::setTargetPath(const QString &path)
     popUp.setCurrentIndex(sheetPathItem);
     popUp.setToolTip(plainToolTip(path));
     m_outlets->addTarget->setEnabled(!path.isEmpty());
+    m_outlets->sheetStatus->clear();
 }
 
 void BrevokPreferencesController::clickOnPath()
@@ -231,17 +234,26 @@ void BrevokPreferencesController::setChecking(bool checking)
 void BrevokPreferencesController::insertPath()
 {
     const QString path = targetPath();
-    if (!isPlugInsPath(path)) {
-        warnOfPath();
-        return;
-    }
     setChecking(true);
-    inBackground([self = QPointer(this), path, check = m_check] {
-        const bool passes = hasInDesignBeside(path);
-        onMain(QCoreApplication::instance(), [self, passes, check] {
-            if (self && self->m_check == check) {
-                self->folderChecked(passes);
-            }
+    m_with.targets.lookAt(path, this, [this, path, check = m_check](const std::optional<FolderLook> &look) {
+        if (m_check != check) {
+            return;
+        }
+        m_look = look;
+        if (!look || !isPlugInsPath(path)) {
+            folderChecked(false);
+            return;
+        }
+        inBackground([self = QPointer(this), path, check] {
+            const auto search = [path](Pulse &pulse) {
+                return hasInDesignBeside(path, pulse);
+            };
+            const bool passes = bounded<bool>(placeOf(path), search).value_or(false);
+            onMain(QCoreApplication::instance(), [self, passes, check] {
+                if (self && self->m_check == check) {
+                    self->folderChecked(passes);
+                }
+            });
         });
     });
 }
@@ -259,7 +271,12 @@ void BrevokPreferencesController::folderChecked(bool passes)
 void BrevokPreferencesController::insertChosenTarget()
 {
     const QString type = m_outlets->targetApp->currentIndex() > 0 ? u"InCopy"_s : u"InDesign"_s;
-    m_with.targets.insertTarget(targetPath(), type, targetVersion(m_outlets->targetVer->currentIndex()));
+    const QString version = targetVersion(m_outlets->targetVer->currentIndex());
+    if (const std::optional<QString> reason = whyNoTarget(targetPath(), version, m_look)) {
+        m_outlets->sheetStatus->setText(breakable(singleLine(*reason)));
+        return;
+    }
+    m_with.targets.insertTarget(targetPath(), type, version);
     cancelPath();
 }
 

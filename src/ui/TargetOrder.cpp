@@ -3,6 +3,7 @@
 
 #include "ui/TargetOrder.h"
 
+#include "foundation/BoundedWork.h"
 #include "foundation/Record.h"
 #include "targets/BrevokTargetApps.h"
 #include "targets/MarketingNames.h"
@@ -130,7 +131,7 @@ bool isInDesignApplication(const QString &fileName)
     return fileName.contains(inDesign) && fileName.endsWith(".app"_L1);
 }
 
-bool hasInDesignBeside(const QString &path)
+bool hasInDesignBeside(const QString &path, Pulse &pulse)
 {
     constexpr int most = 200'000; // so that the root of a large disk does not keep us for ever
     // Level by level: what is looked for stands near the top.
@@ -140,6 +141,7 @@ bool hasInDesignBeside(const QString &path)
             folders.dequeue(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
         for (; entries.hasNext() && seen < most; ++seen) {
             entries.next();
+            pulse.beat();
             if (isInDesignApplication(entries.fileName())) {
                 return true;
             }

@@ -8,6 +8,8 @@
 
 namespace brevok {
 
+class Pulse;
+
 /// What the order of the rows of targets depends on.
 struct OrderedTarget {
     QString path;
@@ -39,6 +41,6 @@ inline constexpr int targetVersionCount = 16;
 [[nodiscard]] bool isInDesignApplication(const QString &fileName);
 /// Whether there is such an entry anywhere below the folder that holds @p path. Reads the disk, links are not
 /// followed; gives up after very many entries. Any thread.
-[[nodiscard]] bool hasInDesignBeside(const QString &path);
+[[nodiscard]] bool hasInDesignBeside(const QString &path, Pulse &pulse);
 
 } // namespace brevok

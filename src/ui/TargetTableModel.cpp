@@ -9,7 +9,6 @@
 #include "ui/TargetOrder.h"
 #include "ui/TextFitting.h"
 
-#include <QFileInfo>
 #include <QGuiApplication>
 
 namespace brevok {
@@ -41,8 +40,7 @@ void TargetTableModel::sortPaths()
     QList<OrderedTarget> unsorted;
     const TargetRecords records = m_targets.targets();
     for (auto record = records.cbegin(); record != records.cend(); ++record) {
-        const QString resolved = QFileInfo(record.key()).canonicalFilePath();
-        unsorted.append({record.key(), resolved.isEmpty() ? record.key() : resolved,
+        unsorted.append({record.key(), m_targets.resolvedPath(record.key()),
             record->value(TargetKeys::version).toString()});
     }
     m_paths = sortedTargetPaths(unsorted);

@@ -138,6 +138,23 @@ class Journey(unittest.TestCase):
         session.ctl("targets", "disable", path)
         self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +disabled")
         self.assert_refused(session.ctl("targets", "remove", "/unknown", check=False), 1, "'/unknown'")
+        for wrong, version, reason in (("own/Plug-Ins", "75", "absolute"), ("/", "75", "root of the file system"),
+                                       (f"{path}/none", "75", "There is no folder"), (__file__, "75", "is no folder"),
+                                       (path, "9999999999999", "from 30 to 999")):
+            before = session.ctl("targets").stdout
+            self.assert_refused(session.ctl("targets", "add", wrong, "--type", "InDesign", "--version", version,
+                                            check=False), 1, reason)
+            self.assertEqual(session.ctl("targets").stdout, before)
+        link = session.folder / "link"
+        link.symlink_to(session.folder / "own")
+        for spelling in (f"{path}/", f"{link}/Plug-Ins", f"{path}/../Plug-Ins"):
+            session.ctl("targets", "enable", spelling)
+            self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +enabled")
+            session.ctl("targets", "add", spelling, "--type", "InCopy", "--version", "75")
+            session.ctl("targets", "disable", spelling)
+            self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +disabled")
+        self.assertEqual([t["path"] for t in session.status()["targets"] if "own" in t["path"] or "link" in t["path"]],
+                         [path])
         session.ctl("settings", "set", "startAtLogin", "no")
         self.assertFalse((session.folder / "config/autostart/com.tolvane.brevok.desktop").exists())
         self.assert_refused(session.ctl("settings", "set", "autoUpdate", "perhaps", check=False), 1, "'perhaps'")
@@ -164,7 +181,8 @@ class Journey(unittest.TestCase):
         file.write_text(shipped.replace("Exec=", f"Exec=/usr/bin/env {words} "))
         ask_bus("ReloadConfig")
         wait_for(lambda: "com.tolvane.brevok" in activatable_names(), "the bus knows the service")
-        self.assertEqual([t["label"] for t in session.status()["targets"]], ["Adobe InDesign CC 2019"])
+        wait_for(lambda: [t["label"] for t in session.status()["targets"]] == ["Adobe InDesign CC 2019"],
+                 "the application is found")
         session.ctl("quit")
         wait_for(lambda: "com.tolvane.brevok" not in owned_names(), "the application is gone")
 

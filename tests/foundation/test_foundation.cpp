@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "foundation/BoundedWork.h"
 #include "foundation/BrevokError.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
@@ -12,8 +13,10 @@
 #include <QRegularExpression>
 #include <QTest>
 
+#include <future>
 #include <limits>
 #include <semaphore>
+#include <thread>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
@@ -47,6 +50,8 @@ private Q_SLOTS:
     void errorsAreLoggedWithTheirDetails();
     void workIsHandedOverInOrder();
     void workForAnObjectThatIsGoneIsDropped();
+    void hangingWorkIsLeftToItself();
+    void slowWorkIsWaitedFor();
 };
 
 void FoundationTest::versionsCompare_data()
@@ -210,6 +215,45 @@ void FoundationTest::workForAnObjectThatIsGoneIsDropped()
     delete context;
     QCoreApplication::processEvents();
     QVERIFY(!ran);
+}
+
+void FoundationTest::hangingWorkIsLeftToItself()
+{
+    using namespace std::chrono_literals;
+    const auto gate = std::make_shared<std::promise<void>>();
+    std::atomic<int> back = 0;
+    const auto hang = [open = gate->get_future().share()](Pulse &) {
+        open.wait();
+    };
+    constexpr int most = 8;
+    for (int i = 0; i < most; ++i) {
+        QVERIFY(!runBounded(
+            u"place %1"_s.arg(i), hang, [&back] { ++back; }, 1ms));
+    }
+    // None is begun where one hangs, nor a ninth elsewhere.
+    bool begun = false;
+    for (const QString &place : {u"place 3"_s, u"elsewhere"_s}) {
+        QVERIFY(!runBounded(place, [&begun](Pulse &) { begun = true; }));
+    }
+    QVERIFY(!begun);
+    gate->set_value();
+    QTRY_COMPARE(back.load(), most);
+    for (const QString &place : {u"place 3"_s, u"elsewhere"_s}) {
+        QCOMPARE(bounded<int>(place, [](Pulse &) { return 7; }), std::optional(7));
+    }
+}
+
+void FoundationTest::slowWorkIsWaitedFor()
+{
+    using namespace std::chrono_literals;
+    const auto slow = [](Pulse &pulse) {
+        for (int i = 0; i < 50; ++i) {
+            pulse.beat();
+            std::this_thread::sleep_for(5ms);
+        }
+        return true;
+    };
+    QVERIFY(bounded<bool>(u"slow"_s, slow, {}, 100ms).value_or(false));
 }
 
 QTEST_GUILESS_MAIN(FoundationTest)

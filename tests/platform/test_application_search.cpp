@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "foundation/Tasks.h"
+#include "foundation/BoundedWork.h"
 #include "platform/linux/InotifyApplicationSearch.h"
 #include "support/SampleBundles.h"
 
@@ -334,7 +334,8 @@ void ApplicationSearchTest::staysRightInTurmoil()
     }
     const InotifyQueue queue;
     QStringList there;
-    const ScanResult found = scanApplications(queue, {.root = m_root, .patterns = patterns}, m_root);
+    Pulse pulse;
+    const ScanResult found = scanApplications(queue, {.root = m_root, .patterns = patterns}, m_root, pulse);
     for (auto item = found.items.cbegin(); item != found.items.cend(); ++item) {
         if (item->bundle) {
             there.append(item.key());

@@ -1,57 +1,25 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "support/FakePlatform.h"
-#include "support/MemorySettingsStore.h"
-#include "support/SampleBundles.h"
-#include "targets/BrevokTargetApps.h"
+#include "foundation/Tasks.h"
+#include "TargetHouse.h"
 #include "targets/MarketingNames.h"
 
 #include <QRegularExpression>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::House;
 using Notification = ApplicationSearch::Notification;
 
 namespace {
 
-const QString targetsKey = QLatin1StringView(TargetSettings::data);
 const QString gatheredKey = QLatin1StringView(TargetSettings::gathered);
 
 Record target(const QJsonValue &type, const QJsonValue &version)
 {
     return {{u"Type"_s, type}, {u"Version"_s, version}};
 }
-
-/// Everything a list of targets stands on: real folders, a store in memory and a search led by the test.
-struct House {
-    QTemporaryDir folder;
-    QString applications = QFileInfo(folder.path()).canonicalFilePath();
-    testing::MemorySettingsStore settings;
-    testing::FakeApplicationSearch search;
-
-    /// Lays out a host application and lets the search find it. @return its target path
-    QString install(const QString &name, const QString &version)
-    {
-        const QString path = applications + u'/' + name + u'/' + name + u".app"_s;
-        if (!search.found.contains(path)) {
-            search.found.append(path);
-        }
-        return testing::writeHostApplication(applications, name, version);
-    }
-    void notify(Notification notification = Notification::DidUpdate)
-    {
-        Q_EMIT search.notification(notification);
-    }
-    void store(const QJsonValue &list) { settings.values.insert(targetsKey, archived(list)); }
-    [[nodiscard]] Record stored() const
-    {
-        return unarchived(settings.values.value(targetsKey).toByteArray()).toObject();
-    }
-};
 
 } // namespace
 
@@ -60,6 +28,7 @@ class TargetsTest : public QObject {
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void cleanupTestCase() { QVERIFY(finishBackgroundWork(10000)); }
 
     void versionsHaveShortNames_data();
     void versionsHaveShortNames();
@@ -244,7 +213,7 @@ void TargetsTest::recordsFollowTheirApplications()
 
     // A folder that goes hides the target, though the stored record stays as it was.
     QVERIFY(QDir(path).removeRecursively());
-    targets.getInstallTargets(std::nullopt);
+    House::await([&] { targets.getInstallTargets(std::nullopt); });
     QCOMPARE(targets.allRecords().value(path).value(u"Invalid"_s), u"yes"_s);
     QCOMPARE(house.stored().value(path).toObject().value(u"Invalid"_s), u"no"_s);
 
@@ -322,7 +291,7 @@ void TargetsTest::usersChangesAreBracketedAndSaved()
     targets.setTarget(path, false);
     QCOMPARE(changes(), once);
     QVERIFY(targets.targets().contains(path) && targets.validTargets().isEmpty());
-    targets.getInstallTargets(std::nullopt);
+    House::await([&] { targets.getInstallTargets(std::nullopt); });
     QCOMPARE(changes(), QStringList());
     targets.removeTarget(path);
     QCOMPARE(changes(), once);
@@ -330,7 +299,7 @@ void TargetsTest::usersChangesAreBracketedAndSaved()
     QCOMPARE(house.stored().keys(), QStringList{path});
 
     // An unknown path changes nothing, is announced and saved all the same.
-    house.settings.values.remove(targetsKey);
+    house.settings.values.remove(testing::targetsKey());
     targets.setTarget(u"/nowhere"_s, true);
     targets.removeTarget(u"/nowhere"_s);
     QCOMPARE(changes(), once + once);
@@ -406,9 +375,9 @@ void TargetsTest::storedListIsReadWithCare()
     QFETCH(bool, setAside);
     QFETCH(QStringList, valid);
     House house;
-    house.settings.values.insert(targetsKey, data);
+    house.settings.values.insert(testing::targetsKey(), data);
     BrevokTargetApps targets(house.settings, house.search);
-    QCOMPARE(house.settings.keysSetAside, setAside ? QStringList{targetsKey} : QStringList());
+    QCOMPARE(house.settings.keysSetAside, setAside ? QStringList{testing::targetsKey()} : QStringList());
     QCOMPARE(targets.validTargets().keys(), valid);
     // What was read is written back whole, unknown keys included.
     Record expected = setAside ? Record() : unarchived(data.toByteArray()).toObject();

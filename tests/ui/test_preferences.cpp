@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "alerts/BrevokAlertQueue.h"
+#include "foundation/BoundedWork.h"
 #include "platform/SelfUpdater.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
@@ -167,6 +168,8 @@ private Q_SLOTS:
     void validFolderIsAdded();
     void otherFolderIsAskedFor_data();
     void otherFolderIsAskedFor();
+    void wrongFolderIsRefused();
+    void oneFolderIsAddedOnce();
     void checkBoxesAreInStep();
     void whatTheAdministratorDecidesIsDisabled();
     void accountPageFollowsTheSession();
@@ -244,7 +247,8 @@ void PreferencesTest::plugInsPathsAreRecognised()
     }
     QVERIFY(QFile::link(disk.filePath(u"ID"_s), disk.filePath(u"linked/there"_s)));
     QTEST(isPlugInsPath(disk.filePath(path)), "named");
-    QTEST(hasInDesignBeside(disk.filePath(path)), "beside");
+    Pulse pulse;
+    QTEST(hasInDesignBeside(disk.filePath(path), pulse), "beside");
     QVERIFY(!isPlugInsPath({}) && !isPlugInsPath(u"/"_s) && isPlugInsPath(u"/Plug-Ins"_s));
 }
 
@@ -389,6 +393,45 @@ void PreferencesTest::otherFolderIsAskedFor()
     QFETCH(bool, added);
     QCOMPARE(desk.targets->targets().contains(path), added);
     QCOMPARE(desk.find<QDialog>("targetDataSheet")->isVisible(), !added);
+}
+
+void PreferencesTest::wrongFolderIsRefused()
+{
+    Desk desk;
+    const QString path = desk.folder.filePath(u"gone/Plug-Ins"_s);
+    QVERIFY(QDir().mkpath(path));
+    desk.open();
+    desk.window->showTargets();
+    desk.click("insertButton");
+    desk.choose(path);
+    QVERIFY(QDir(path).removeRecursively());
+    desk.click("addTarget");
+    QTRY_COMPARE(desk.presenter.sheets.size(), 1);
+    desk.presenter.completions.takeFirst()(alertFirstButton);
+    QVERIFY(desk.targets->allRecords().isEmpty());
+    QVERIFY(desk.find<QDialog>("targetDataSheet")->isVisible());
+    QString told = desk.find<QLabel>("sheetStatus")->text();
+    told.remove(QChar(0x200b)); // where a long path may be broken
+    QCOMPARE(told, u"There is no folder '%1'."_s.arg(path));
+    // Another choice is judged anew.
+    desk.choose(desk.folder.path());
+    QVERIFY(desk.find<QLabel>("sheetStatus")->text().isEmpty());
+}
+
+void PreferencesTest::oneFolderIsAddedOnce()
+{
+    Desk desk;
+    const QString path = writeHostApplication(desk.folder.path(), u"Adobe InDesign CS5.5"_s, u"7536"_s);
+    QVERIFY(QFile::link(path, desk.folder.filePath(u"Plug-Ins"_s)));
+    desk.targets->insertTarget(path, u"Adobe InDesign"_s, u"75"_s);
+    desk.open();
+    desk.window->showTargets();
+    desk.click("insertButton");
+    desk.choose(desk.folder.filePath(u"Plug-Ins"_s));
+    desk.click("addTarget");
+    QTRY_VERIFY(!desk.find<QDialog>("targetDataSheet")->isVisible());
+    QCOMPARE(desk.targets->allRecords().keys(), QStringList{path});
+    QCOMPARE(desk.targets->targets().value(path).value(TargetKeys::version).toString(), u"190"_s);
 }
 
 void PreferencesTest::whatTheAdministratorDecidesIsDisabled()

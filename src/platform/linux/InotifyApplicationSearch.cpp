@@ -3,8 +3,9 @@
 
 #include "platform/linux/InotifyApplicationSearch.h"
 
+#include "foundation/BoundedWork.h"
 #include "foundation/Log.h"
-#include "foundation/Tasks.h"
+#include "platform/linux/MountWatch.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -87,6 +88,8 @@ void InotifyApplicationSearch::start(const QStringList &namePatterns)
     } else {
         logOnce(u"Application search: folders cannot be watched, changes will not be noticed"_s);
     }
+    m_mounts = std::make_unique<MountWatch>();
+    connect(m_mounts.get(), &MountWatch::changed, this, &InotifyApplicationSearch::noticeVolumes);
     onMain(this, [this] {
         if (m_queue) {
             Q_EMIT notification(Notification::DidStartGathering);
@@ -99,6 +102,7 @@ void InotifyApplicationSearch::start(const QStringList &namePatterns)
 void InotifyApplicationSearch::stop()
 {
     m_settling.stop();
+    m_mounts.reset();
     m_notifier.reset();
     if (m_queue) {
         m_queue->cancel();
@@ -119,9 +123,22 @@ void InotifyApplicationSearch::readEvents()
         handleEvent(event, event.len > 0 ? QFile::decodeName(name) : QString());
         at += static_cast<ssize_t>(sizeof event + event.len);
     }
+    settle();
+}
+
+// Nothing tells a watched folder that a volume now covers it.
+void InotifyApplicationSearch::noticeVolumes()
+{
+    m_volumesChanged = true;
+    markEverything();
+    settle();
+}
+
+void InotifyApplicationSearch::settle()
+{
     const bool changed = std::any_of(
         m_changed.cbegin(), m_changed.cend(), [](const QSet<QString> &paths) { return !paths.isEmpty(); });
-    if (changed && !m_settling.isActive()) {
+    if ((changed || m_volumesChanged) && !m_scanning && !m_settling.isActive()) {
         m_settling.start();
     }
 }
@@ -172,6 +189,9 @@ void InotifyApplicationSearch::markEverything()
 
 void InotifyApplicationSearch::scanChanges()
 {
+    if (std::exchange(m_volumesChanged, false)) {
+        Q_EMIT volumesChanged();
+    }
     QList<ScanResult> wanted;
     for (qsizetype root = 0; root < m_scopes.size(); ++root) {
         const SearchScope &scope = m_scopes[root];
@@ -185,10 +205,24 @@ void InotifyApplicationSearch::scanChanges()
     if (m_notifier) {
         m_notifier->setEnabled(false);
     }
+    m_scanning = true;
     inBackground([search = QPointer<InotifyApplicationSearch>(this), queue = m_queue, wanted] {
+        const auto lookAgain = [search] {
+            onMain(QCoreApplication::instance(), [search] {
+                if (search && search->m_queue) {
+                    search->markEverything();
+                    search->settle();
+                }
+            });
+        };
         QList<ScanResult> results;
         for (const ScanResult &place : wanted) {
-            results.append(scanApplications(*queue, place.scope, place.path));
+            const auto scan = [queue, place](Pulse &pulse) {
+                return scanApplications(*queue, place.scope, place.path, pulse);
+            };
+            if (auto result = bounded<ScanResult>(place.scope.root, scan, lookAgain)) {
+                results.append(std::move(*result));
+            }
         }
         onMain(QCoreApplication::instance(), [search, results] {
             if (search) {
@@ -200,6 +234,7 @@ void InotifyApplicationSearch::scanChanges()
 
 void InotifyApplicationSearch::take(const QList<ScanResult> &results)
 {
+    m_scanning = false;
     if (!m_queue) {
         return;
     }
@@ -224,6 +259,7 @@ void InotifyApplicationSearch::take(const QList<ScanResult> &results)
     if (m_notifier) {
         m_notifier->setEnabled(true);
     }
+    settle(); // a volume may have come while this scan ran
     if (m_gathered) {
         if (changed) {
             Q_EMIT notification(Notification::DidUpdate);

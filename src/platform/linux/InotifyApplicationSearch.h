@@ -19,14 +19,17 @@ struct inotify_event;
 
 namespace brevok {
 
+class MountWatch;
+
 /// A search for applications in given folders: every `NAME.app` folder in them, or below them down to six
 /// levels, whose NAME matches. A link to such a folder counts as well, under its own path; other links are
 /// not followed, hidden folders and Plug-Ins folders not entered. A folder that is missing or unreadable is
 /// searched as soon as that changes.
 ///
 /// An application counts as changed when its information dictionary changed, or when a Plug-Ins folder came
-/// or went beside it. Without watches (the system's limit is reached) the search goes on for what is watched,
-/// and one log line says so.
+/// or went beside it. A mounted or unmounted volume makes all folders worth another look; a folder whose disk
+/// does not answer is left out until it does. Without watches (the system's limit is reached) the search goes
+/// on for what is watched, and one log line says so.
 class InotifyApplicationSearch final : public ApplicationSearch {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(InotifyApplicationSearch)
@@ -54,6 +57,8 @@ private:
     void handleFolderEntry(const Holder &holder, const QString &name, bool isFolder);
     void markChanged(qsizetype root, const QString &path);
     void markEverything();
+    void noticeVolumes();
+    void settle();
     void scanChanges();
     void take(const QList<ScanResult> &results);
     [[nodiscard]] Bundles removeItems(qsizetype root, const QString &path, QSet<int> &touched);
@@ -69,8 +74,11 @@ private:
     std::shared_ptr<InotifyQueue> m_queue; ///< null before start() and after stop()
     std::unique_ptr<QSocketNotifier>
         m_notifier; ///< silent while a scan runs, whose watches are not known yet
+    std::unique_ptr<MountWatch> m_mounts;
     QTimer m_settling;
     QStringList m_results;
+    bool m_scanning = false;
+    bool m_volumesChanged = false;
     bool m_gathered = false;
     bool m_complained = false;
 };

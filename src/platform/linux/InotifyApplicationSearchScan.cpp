@@ -3,6 +3,8 @@
 
 #include "platform/linux/InotifyApplicationSearchScan.h"
 
+#include "foundation/BoundedWork.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -11,7 +13,6 @@
 #include <filesystem>
 
 #include <sys/inotify.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -71,24 +72,11 @@ bool matchesPattern(QStringView name, const QString &pattern)
     return true;
 }
 
-std::optional<FileState> fileState(const QString &path)
-{
-    struct stat facts { };
-    if (::stat(QFile::encodeName(path).constData(), &facts) != 0) {
-        return std::nullopt;
-    }
-    constexpr qint64 second = 1'000'000'000;
-    return FileState{.device = facts.st_dev,
-        .inode = facts.st_ino,
-        .size = facts.st_size,
-        .modified = facts.st_mtim.tv_sec * second + facts.st_mtim.tv_nsec,
-        .changed = facts.st_ctim.tv_sec * second + facts.st_ctim.tv_nsec};
-}
-
 class Scan final {
 public:
-    Scan(const InotifyQueue &queue, const SearchScope &scope, const QString &path)
+    Scan(const InotifyQueue &queue, const SearchScope &scope, const QString &path, Pulse &pulse)
         : m_queue(queue)
+        , m_pulse(pulse)
         , m_result{.scope = scope, .path = path}
     {
     }
@@ -183,6 +171,7 @@ private:
         const fs::path folder(QFile::encodeName(path).toStdString());
         for (fs::directory_iterator entry(folder, error), end; entry != end && !m_queue.isCancelled();
              entry.increment(error)) {
+            m_pulse.beat();
             std::error_code unreadable;
             const bool link = entry->is_symlink(unreadable);
             if (!link && !entry->is_directory(unreadable)) {
@@ -223,6 +212,7 @@ private:
     }
 
     const InotifyQueue &m_queue;
+    Pulse &m_pulse;
     ScanResult m_result;
     QStringList m_folders; ///< still to be read
 };
@@ -280,9 +270,10 @@ QString childPath(const QString &folder, const QString &name)
     return folder.endsWith(u'/') ? folder + name : folder + u'/' + name;
 }
 
-ScanResult scanApplications(const InotifyQueue &queue, const SearchScope &scope, const QString &path)
+ScanResult scanApplications(
+    const InotifyQueue &queue, const SearchScope &scope, const QString &path, Pulse &pulse)
 {
-    return Scan(queue, scope, path).run();
+    return Scan(queue, scope, path, pulse).run();
 }
 
 } // namespace brevok

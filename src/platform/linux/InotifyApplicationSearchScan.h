@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "platform/FileState.h"
+
 #include <QList>
 #include <QMap>
 #include <QString>
@@ -12,6 +14,8 @@
 #include <optional>
 
 namespace brevok {
+
+class Pulse;
 
 /// One queue of the kernel's folder events. The main thread reads it and a scan adds watches to it; the last
 /// of both closes it. Adding and forgetting are system calls without state of ours.
@@ -35,17 +39,6 @@ public:
 private:
     int m_descriptor;
     std::atomic<bool> m_cancelled = false;
-};
-
-/// What tells one state of a file from another; all zero for a missing one.
-struct FileState {
-    quint64 device = 0;
-    quint64 inode = 0;
-    qint64 size = 0;
-    qint64 modified = 0;
-    qint64 changed = 0;
-
-    [[nodiscard]] bool operator==(const FileState &) const = default;
 };
 
 /// What of a bundle is of interest to those who search for it.
@@ -101,6 +94,6 @@ struct ScanResult {
 /// Looks at @p path, which is the root or lies below it, and watches what it finds. Every watch is set before
 /// its folder is read, so that nothing falls between. Background thread.
 [[nodiscard]] ScanResult scanApplications(
-    const InotifyQueue &queue, const SearchScope &scope, const QString &path);
+    const InotifyQueue &queue, const SearchScope &scope, const QString &path, Pulse &pulse);
 
 } // namespace brevok

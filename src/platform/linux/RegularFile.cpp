@@ -4,6 +4,7 @@
 #include "platform/RegularFile.h"
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/FileStateOf.h"
 
 #include <QFile>
 
@@ -20,7 +21,7 @@ namespace {
 
 struct OpenedFile {
     FileDescriptor file;
-    qint64 size = 0;
+    FileState state;
 };
 
 std::optional<OpenedFile> openRegularFile(const QString &path)
@@ -32,7 +33,7 @@ std::optional<OpenedFile> openRegularFile(const QString &path)
     if (!file || ::fstat(file.get(), &facts) != 0 || !S_ISREG(facts.st_mode)) {
         return std::nullopt;
     }
-    return OpenedFile{std::move(file), facts.st_size};
+    return OpenedFile{std::move(file), fileState(facts)};
 }
 
 // Up to @p size bytes from @p offset on; fewer when the file has become shorter.
@@ -60,10 +61,17 @@ std::optional<QByteArray> readBytes(const FileDescriptor &file, qint64 offset, q
 
 } // namespace
 
-std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit)
+std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit, FileState *state)
 {
     const std::optional<OpenedFile> opened = openRegularFile(path);
-    return opened && opened->size <= limit ? readBytes(opened->file, 0, opened->size) : std::nullopt;
+    if (!opened) {
+        return std::nullopt;
+    }
+    const qint64 size = opened->state.size;
+    if (state != nullptr) {
+        *state = opened->state;
+    }
+    return size <= limit ? readBytes(opened->file, 0, size) : std::nullopt;
 }
 
 std::optional<FileTail> readFileTail(const QString &path, qint64 limit)
@@ -72,9 +80,9 @@ std::optional<FileTail> readFileTail(const QString &path, qint64 limit)
     if (!opened) {
         return std::nullopt;
     }
-    const qint64 length = std::min(opened->size, limit);
-    std::optional<QByteArray> bytes = readBytes(opened->file, opened->size - length, length);
-    return bytes ? std::optional(FileTail{std::move(*bytes), length == opened->size}) : std::nullopt;
+    const qint64 length = std::min(opened->state.size, limit);
+    std::optional<QByteArray> bytes = readBytes(opened->file, opened->state.size - length, length);
+    return bytes ? std::optional(FileTail{std::move(*bytes), length == opened->state.size}) : std::nullopt;
 }
 
 } // namespace brevok

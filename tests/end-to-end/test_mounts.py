@@ -1,0 +1,144 @@
+"""Disks that do not answer, and volumes that come and go, with the real programs."""
+import contextlib
+import os
+import pathlib
+import subprocess
+import sys
+import unittest
+
+from brevok_session import Session, wait_for
+
+PROGRAMS = pathlib.Path(sys.argv.pop(1))
+DEAD_MOUNT = pathlib.Path(sys.argv.pop(1))
+
+
+class DeadMount(unittest.TestCase):
+    def setUp(self):
+        self.session = self.enterContext(Session(PROGRAMS))
+        self.mount = self.session.folder / "mount"
+        self.gate = self.session.folder / "gate"
+        self.asked = self.session.folder / "asked-by-the-main-thread"
+        self.session.environment |= {
+            "LD_PRELOAD": str(DEAD_MOUNT), "ASAN_OPTIONS": "verify_asan_link_order=0", "DEAD_MOUNT": str(self.mount),
+            "DEAD_MOUNT_GATE": str(self.gate), "DEAD_MOUNT_LOG": str(self.asked)}
+        # The session ends its programs before its folder goes, and they are to end well.
+        self.addCleanup(self.gate.unlink, missing_ok=True)
+
+    def flags(self, path, flag="invalid"):
+        return [target[flag] for target in self.session.status()["targets"] if target["path"] == str(path)]
+
+    def threads(self):
+        return len(list(pathlib.Path(f"/proc/{self.session.application.pid}/task").iterdir()))
+
+    def labels(self):
+        return [target["label"] for target in self.session.status()["targets"]]
+
+    def appears(self, name, version, label):
+        """A new application makes the whole list be looked at."""
+        self.session.add_host(name, version)
+        wait_for(lambda: label in self.labels(), f"{name} becomes a target")
+
+    def assert_main_thread_never_asked(self):
+        self.assertEqual(self.asked.read_text() if self.asked.exists() else "", "")
+
+    def test_targets_behind_a_dead_mount(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        paths = [self.mount / name / "Plug-Ins" for name in ("One", "Removed")]
+        session.start_application()
+        session.ctl("check")
+        for path in paths:
+            path.mkdir(parents=True)
+            session.ctl("targets", "add", path, "--type", "InDesign", "--version", "140")
+        session.ctl("install", "0xA")
+        session.ctl("targets", "remove", paths[1])
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+
+        self.gate.touch()
+        self.appears("Adobe InDesign CC 2020", 15000, "Adobe InDesign CC 2020")
+        hanging = self.threads()
+        self.appears("Adobe InDesign CC 2021", 16000, "Adobe InDesign CC 2021")
+        self.assertEqual(self.flags(paths[0]) + self.flags(paths[1]), [False, False], "records stay as they were")
+        self.assertEqual(session.package_status("0xA"), "Up To Date")
+        self.assertLessEqual(self.threads(), hanging + 2, "nothing more hangs than before")
+        session.ctl("targets", "disable", f"{paths[0]}/")
+        self.assertEqual(self.flags(paths[0], "enabled"), [False])
+        refused = session.ctl("targets", "add", self.mount / "Two", "--type", "InDesign", "--version", "140",
+                              check=False)
+        self.assertEqual(refused.returncode, 1)
+        self.assertIn("does not answer", refused.stderr)
+        self.assert_main_thread_never_asked()
+
+        # What vanished meanwhile shows as soon as the mount answers again.
+        (self.mount / "One").rename(session.folder / "One")
+        self.gate.unlink()
+        wait_for(lambda: self.flags(paths[0]) == [True], "the folder is missed")
+        self.gate.touch()
+        self.appears("Adobe InDesign CC 2022", 17000, "Adobe InDesign CC 2022")
+        self.assert_main_thread_never_asked()
+        self.assertEqual(session.stop_application(), 0, "hanging looks keep nobody from quitting")
+
+    def test_a_dead_mount_among_the_searched_folders(self):
+        session = self.session
+        searched, session.applications = session.applications, self.mount
+        session.add_host("Adobe InDesign CC 2020", 15000)
+        session.applications = searched
+        self.gate.touch()
+        session.start_application("--applications", self.mount)
+        wait_for(lambda: self.labels() == ["Adobe InDesign CC 2019"], "the other folder has been searched")
+        self.appears("Adobe InDesign CC 2021", 16000, "Adobe InDesign CC 2021")
+        self.gate.unlink()
+        wait_for(lambda: "Adobe InDesign CC 2020" in self.labels(), "the mount answers again")
+        self.assert_main_thread_never_asked()
+
+
+def mounting_is_possible():
+    return subprocess.run(["unshare", "--mount", "mount", "-t", "tmpfs", "none", "/mnt"], check=False,
+                          stderr=subprocess.DEVNULL).returncode == 0
+
+
+class Volumes(unittest.TestCase):
+    @unittest.skipUnless(mounting_is_possible(), "mounting takes root's rights")
+    def test_volumes_come_and_go(self):
+        with Session(PROGRAMS) as session:
+            self.come_and_go(session)
+
+    def come_and_go(self, session):
+        """The program runs where its mounts are its own."""
+        command = session.application_command
+        session.application_command = lambda *more: ["unshare", "--mount", *command(*more)]
+        searched, session.applications = session.applications, session.folder / "volume"
+        host = session.add_host("Adobe InDesign CC 2020", 15000)
+        own = session.folder / "volume" / "own" / "Plug-Ins"
+        own.mkdir(parents=True)
+        session.applications = searched
+        places = [searched / "mounted", session.folder / "elsewhere"]
+        found, added = str(places[0] / host.name / "Plug-Ins") + "/", str(places[1] / "own" / "Plug-Ins")
+        session.start_application()
+
+        def run(*words):
+            subprocess.run(["nsenter", "--target", str(session.application.pid), "--mount", *words], check=True)
+
+        def mount():
+            for place in places:
+                place.mkdir(exist_ok=True)
+                run("mount", "--bind", session.folder / "volume", place)
+
+        def invalid():
+            return {target["path"]: target["invalid"] for target in session.status()["targets"]}
+
+        mount()
+        wait_for(lambda: invalid().get(found) is False, "a volume mounted after the start is searched")
+        session.ctl("targets", "add", added, "--type", "InCopy", "--version", "150")
+        for _ in range(2):
+            for place in places:
+                run("umount", place)
+            wait_for(lambda: invalid()[found] and invalid()[added], "its targets go with the volume")
+            mount()
+            wait_for(lambda: not invalid()[found] and not invalid()[added], "and come back with it")
+        # Its folders can be taken away only when nothing is mounted there, and the mounts end with the program.
+        self.assertEqual(session.stop_application(), 0)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -19,6 +19,7 @@ class RouteLookup;
 class RunningApplications;
 class SettingsStore;
 class SoftwareInstaller;
+class StateStore;
 struct StandardFolders;
 class UrlOpener;
 class UserNotificationCenter;
@@ -27,6 +28,7 @@ class UserNotificationCenter;
 /// main thread; outlives what it was handed to.
 struct Platform {
     std::unique_ptr<SettingsStore> settings;
+    std::unique_ptr<StateStore> state;
     std::unique_ptr<RunningApplications> runningApplications;
     std::unique_ptr<LoginItems> loginItems;
     std::unique_ptr<DistributedNotifications> notifications;

@@ -13,6 +13,7 @@
 #include "platform/linux/PackageKitInstaller.h"
 #include "platform/linux/ProcRunningApplications.h"
 #include "platform/linux/RouteTableLookup.h"
+#include "platform/linux/SqliteStateStore.h"
 #include "platform/linux/XdgUrlOpener.h"
 #include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
@@ -30,6 +31,7 @@ Platform createPlatform(
 {
     Platform platform;
     platform.settings = std::make_unique<FileSettingsStore>(folders.settingsFile);
+    platform.state = std::make_unique<SqliteStateStore>(folders.stateFile());
     platform.runningApplications = std::make_unique<ProcRunningApplications>(mainBundle);
     platform.loginItems = std::make_unique<AutostartLoginItems>(
         folders.autostart + u'/' + mainBundle.identifier() + QStringLiteral(".desktop"),

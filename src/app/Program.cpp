@@ -9,6 +9,7 @@
 #include "platform/Platform.h"
 #include "platform/SettingsStore.h"
 #include "platform/StandardFolders.h"
+#include "platform/StateStore.h"
 #include "platform/TerminationRequests.h"
 
 #include <QCoreApplication>
@@ -59,7 +60,9 @@ int runApplication(const Options &options, AlertPresenter &presenter, Surfaces &
         &requests, &TerminationRequests::requested, &delegate, &BrevokAppDelegate::terminateSoon);
     delegate.applicationDidFinishLaunching();
     const int status = QCoreApplication::exec();
-    if (!finishBackgroundWork(patienceAtQuitMs)) {
+    const bool finished = finishBackgroundWork(patienceAtQuitMs);
+    platform.state->finish();
+    if (!finished) {
         // An install that takes longer is cut off as by a crash: its command stays recorded for the next
         // start.
         std::_Exit(status);

@@ -4,6 +4,8 @@
 #pragma once
 
 #include "alerts/BrevokAlertQueue.h"
+#include "app/StateNotices.h"
+#include "app/StateTakeOver.h"
 #include "catalogue/BrevokPackages.h"
 #include "control/ControlService.h"
 #include "control/DesktopActivation.h"
@@ -28,6 +30,8 @@ struct Shared {
     std::optional<ControlService> control;
     std::optional<DesktopActivation> activation;
     std::optional<BrevokUsageReporter> usageReporter;
+    std::optional<StateNotices> stateNotices;
+    std::optional<StateTakeOver> takeOver;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;
     std::optional<HttpServiceClient> service;

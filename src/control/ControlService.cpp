@@ -88,6 +88,15 @@ std::function<void(const QStringList &)> ControlService::answerLater()
     };
 }
 
+std::function<void(const QStringList &)> ControlService::answerWhenStored()
+{
+    return [this, answer = answerLater()](const QStringList &failures) {
+        m_with->state.commit({}, this, [answer, failures](const auto &error) {
+            answer(error ? failures + QStringList{error->description} : failures);
+        });
+    };
+}
+
 void ControlService::answerWhenSettled(
     std::function<void(const QStringList &)> answer, const QStringList &failures)
 {
@@ -99,6 +108,15 @@ void ControlService::answerWhenSettled(
     connect(
         &packages, &BrevokPackages::statusesSettled, this,
         [answer = std::move(answer), failures] { answer(failures); }, Qt::SingleShotConnection);
+}
+
+void ControlService::confirmWhenStored()
+{
+    setDelayedReply(true);
+    m_with->state.commit({}, this, [bus = connection(), call = message()](const auto &error) {
+        bus.send(error ? call.createErrorReply(QString::fromLatin1(refusedError), error->description)
+                       : call.createReply());
+    });
 }
 
 void ControlService::refuse(const QString &reason)
@@ -178,7 +196,7 @@ QStringList ControlService::sessionAction(const std::function<void()> &start)
         refuse(u"A request of the account is under way; try again when it has ended."_s);
         return {};
     }
-    const auto answer = answerLater();
+    const auto answer = answerWhenStored();
     connect(
         &m_with->session, &BrevokSession::actionFinished, this,
         [answer](int, bool ok, const QString &text) { answer(ok ? QStringList() : QStringList{text}); },
@@ -212,7 +230,7 @@ QStringList ControlService::Check()
     if (refusedTooEarly()) {
         return {};
     }
-    const auto settled = [this, answer = answerLater()](const QStringList &failures) {
+    const auto settled = [this, answer = answerWhenStored()](const QStringList &failures) {
         answerWhenSettled(answer, failures);
     };
     const auto ended = gather(2, settled);
@@ -232,7 +250,7 @@ QStringList ControlService::Check()
 void ControlService::runForEach(const QStringList &prefixes, bool remove)
 {
     const auto ended = gather(prefixes.size(),
-        [this, answer = answerLater()](const QStringList &failures) { answerWhenSettled(answer, failures); });
+        [this, answer = answerWhenStored()](const QStringList &failures) { answerWhenSettled(answer, failures); });
     const auto done = [ended](const InstallOutcome &outcome) {
         ended(sentencesOf(outcome));
     };
@@ -289,6 +307,7 @@ void ControlService::Discard()
         return;
     }
     m_with->plugins.discardActions();
+    confirmWhenStored();
 }
 
 QString ControlService::Targets()
@@ -312,6 +331,7 @@ void ControlService::AddTarget(const QString &path, const QString &type, const Q
         refuse(u"'%1' is no version: a host version times ten is, such as 140 for 14.0."_s.arg(version));
     } else {
         m_with->targets.insertTarget(path, type, version);
+        confirmWhenStored();
     }
 }
 
@@ -319,6 +339,7 @@ void ControlService::RemoveTarget(const QString &path)
 {
     if (!refusedUnknownTarget(path)) {
         m_with->targets.removeTarget(path);
+        confirmWhenStored();
     }
 }
 
@@ -326,6 +347,7 @@ void ControlService::SetTargetEnabled(const QString &path, bool enabled)
 {
     if (!refusedUnknownTarget(path)) {
         m_with->targets.setTarget(path, enabled);
+        confirmWhenStored();
     }
 }
 

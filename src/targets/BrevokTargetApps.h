@@ -14,9 +14,9 @@
 
 namespace brevok {
 
-class SettingsStore;
+class StateStore;
 
-/// Settings of the list of targets.
+/// Keys of the list of targets in the state store.
 namespace TargetSettings {
 inline constexpr auto data = "OrlecTargetsData";
 inline constexpr auto gathered = "OrlecTargetsGathered";
@@ -44,7 +44,7 @@ class BrevokTargetApps final : public QObject {
 
 public:
     /// Loads the stored list and starts the search, which is stopped at the end.
-    BrevokTargetApps(SettingsStore &settings, ApplicationSearch &search, QObject *parent = nullptr);
+    BrevokTargetApps(StateStore &state, ApplicationSearch &search, QObject *parent = nullptr);
     ~BrevokTargetApps() override;
 
     /// The targets of this process, for the outermost code.
@@ -78,16 +78,18 @@ Q_SIGNALS:
 
 private:
     void load();
-    void save();
+    void save(const QString &path);
+    void saveEverything();
     void checkExistence();
     void takeIn(const QString &foundPath);
     void endFirstGathering();
     void change(const QString &path, QLatin1StringView key, QLatin1StringView value);
     [[nodiscard]] bool has(const QString &path, QLatin1StringView flag) const;
 
-    SettingsStore &m_settings;
+    StateStore &m_state;
     QPointer<ApplicationSearch> m_search; ///< may go first, where both have one parent
     TargetRecords m_records;
+    bool m_gathered = false;
 };
 
 } // namespace brevok

@@ -13,15 +13,6 @@ namespace brevok::testing {
 struct ScratchStateStore {
     QTemporaryDir folder;
     SqliteStateStore store{folder.filePath(QStringLiteral("data/state.sqlite"))};
-
-    [[nodiscard]] Record stored(const QString &key, const QString &entry = {})
-    {
-        return store.entries(key).value(entry);
-    }
-    void put(const QString &key, const QString &entry, const Record &record)
-    {
-        store.commit({{key, entry, record}});
-    }
 };
 
 } // namespace brevok::testing

@@ -261,7 +261,7 @@ Result SqliteFile::change(const StateChanges &changes)
     for (const StateChange &item : changes) {
         sqlite3_stmt *const statement = item.value ? put.get() : removal.get();
         const QByteArray key = item.key.toUtf8();
-        const QByteArray entry = item.entry.toUtf8();
+        const QByteArray entry = wellFormed(item.entry).toUtf8();
         const QByteArray value = item.value ? textOf(*item.value) : QByteArray();
         bindText(statement, 1, key);
         bindText(statement, 2, entry);

@@ -5,16 +5,12 @@
 
 #include <QLatin1StringView>
 
-namespace brevok {
-
 /// Keys of the catalogue in the state store.
-namespace CatalogueKeys {
+namespace brevok::CatalogueKeys {
 inline constexpr QLatin1StringView pluginsData("OrlecPluginsData"); ///< an entry for every build
 inline constexpr QLatin1StringView pluginPrefixes("OrlecPluginsData.Prefixes"); ///< which builds, in order
 inline constexpr QLatin1StringView pluginsUpdateDate("OrlecPluginsUpdateDate");
 inline constexpr QLatin1StringView packagesData("OrlecPackagesData"); ///< an entry for every name
 inline constexpr QLatin1StringView productsUpdateDate("OrlecProductsUpdateDate");
 inline constexpr QLatin1StringView notifiedPackages("OrlecNotifiedPackages"); ///< an entry for every name
-} // namespace CatalogueKeys
-
-} // namespace brevok
+} // namespace brevok::CatalogueKeys

@@ -216,10 +216,7 @@ QStringList ControlService::SignIn(const QString &email, const QString &password
 
 QStringList ControlService::SignOut()
 {
-    if (refusedTooEarly()) {
-        return {};
-    }
-    if (m_with->session.sessionId().isEmpty()) {
+    if (refusedTooEarly() || m_with->session.sessionId().isEmpty()) {
         return {};
     }
     return sessionAction([&] { m_with->session.signout(); });
@@ -249,8 +246,10 @@ QStringList ControlService::Check()
 
 void ControlService::runForEach(const QStringList &prefixes, bool remove)
 {
-    const auto ended = gather(prefixes.size(),
-        [this, answer = answerWhenStored()](const QStringList &failures) { answerWhenSettled(answer, failures); });
+    const auto ended =
+        gather(prefixes.size(), [this, answer = answerWhenStored()](const QStringList &failures) {
+            answerWhenSettled(answer, failures);
+        });
     const auto done = [ended](const InstallOutcome &outcome) {
         ended(sentencesOf(outcome));
     };

@@ -81,6 +81,7 @@ private Q_SLOTS:
     void wordsForYesAndNo_data();
     void wordsForYesAndNo();
     void noScratchFilesAreNeeded();
+    void aShortageIsNoDamage();
 
 private:
     [[nodiscard]] QString path() const { return m_folder->filePath(u"tolvane/brevok.conf"_s); }
@@ -411,6 +412,26 @@ void SettingsStoreTest::noScratchFilesAreNeeded()
     qputenv("TMPDIR", before);
     QCOMPARE(found, 7);
     QVERIFY(aside(u"unreadable"_s).isEmpty());
+}
+
+void SettingsStoreTest::aShortageIsNoDamage()
+{
+    QVERIFY(writeFile(path(), "[General]\na=7\n"));
+    rlimit before = {};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const LogCapture log;
+    std::unique_ptr<FileSettingsStore> store;
+    // From none on, until the file can be read: at some point it is open, and what looks at it is not.
+    for (rlim_t files = 3; !store || !store->contains(u"a"_s); ++files) {
+        store.reset();
+        const rlimit few = {.rlim_cur = files, .rlim_max = before.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &few);
+        store = std::make_unique<FileSettingsStore>(path());
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        QVERIFY(aside(u"unreadable"_s).isEmpty());
+        QVERIFY(files < 1000);
+    }
+    QVERIFY(log.mentions(u"The settings cannot be saved in "_s));
 }
 
 int main(int argc, char **argv)

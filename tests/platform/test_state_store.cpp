@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/SqliteStateStore.h"
+#include "StateStage.h"
 #include "support/FailingDisk.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
@@ -13,65 +13,11 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <sqlite3.h>
 #include <sys/stat.h>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-using brevok::testing::FailingDisk;
-using brevok::testing::LogCapture;
-using brevok::testing::WithoutPrivileges;
-using brevok::testing::writeFile;
-
-namespace {
-
-const QString rows = u"Rows"_s;
-
-Record recordOf(int number)
-{
-    return {{u"Number"_s, number}, {u"Text"_s, QString(200, QChar(u'a' + number % 26))}};
-}
-
-StateChanges numbered(int from, int to)
-{
-    StateChanges changes;
-    for (int i = from; i < to; ++i) {
-        changes.append({rows, QString::number(i), recordOf(i)});
-    }
-    return changes;
-}
-
-// Waits for the result of a commit: the reason, or an empty text for success.
-QString resultOf(StateStore &store, const StateChanges &changes)
-{
-    QString reason = u"none came"_s;
-    store.commit(
-        changes, &store, [&](const auto &error) { reason = error ? error->description : QString(); });
-    return QTest::qWaitFor([&] { return reason != u"none came"_s; }, 30000) ? reason : u"none came"_s;
-}
-
-bool makeState(const QString &path, int count)
-{
-    SqliteStateStore store(path);
-    return resultOf(store, numbered(0, count)).isEmpty();
-}
-
-// Another program that works on the file.
-class OtherProgram final {
-public:
-    explicit OtherProgram(const QString &path) { sqlite3_open(path.toUtf8().constData(), &m_db); }
-    ~OtherProgram() { sqlite3_close(m_db); }
-    Q_DISABLE_COPY_MOVE(OtherProgram)
-    [[nodiscard]] bool run(const char *sql)
-    {
-        return sqlite3_exec(m_db, sql, nullptr, nullptr, nullptr) == SQLITE_OK;
-    }
-
-private:
-    sqlite3 *m_db = nullptr;
-};
-
-} // namespace
+using namespace brevok::testing;
 
 class StateStoreTest : public QObject {
     Q_OBJECT

@@ -160,10 +160,14 @@ bool FileSettingsStore::refresh()
 {
     PrivateFile file = readPrivateFile(m_path, m_stamp, sizeLimit);
     if (file.state == PrivateFile::State::Read) {
-        if (std::optional<QVariantMap> values = settingsValues(file.contents)) {
+        QString shortage;
+        if (std::optional<QVariantMap> values = settingsValues(file.contents, &shortage)) {
             m_saved = std::move(*values);
             m_stamp = file.stamp;
             return true;
+        }
+        if (!shortage.isEmpty()) {
+            return failed(shortage);
         }
         file.state = PrivateFile::State::Unusable;
         file.reason = QStringLiteral("broken");

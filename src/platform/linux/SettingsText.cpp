@@ -56,7 +56,8 @@ QVariant textForm(const QVariant &value)
 
 bool holds(const QByteArray &text, const QVariantMap &values)
 {
-    const std::optional<QVariantMap> found = settingsValues(text);
+    QString shortage;
+    const std::optional<QVariantMap> found = settingsValues(text, &shortage);
     if (!found) {
         return false;
     }
@@ -122,15 +123,22 @@ bool writeSettings(const QString &path, const QVariantMap &values, QString *reas
     return true;
 }
 
-std::optional<QVariantMap> settingsValues(const QByteArray &text)
+std::optional<QVariantMap> settingsValues(const QByteArray &text, QString *shortage)
 {
-    const FileDescriptor file = text.contains('\0') ? FileDescriptor(-1) : memoryFile(text);
+    if (text.contains('\0')) {
+        return std::nullopt;
+    }
+    const FileDescriptor file = memoryFile(text);
     if (!file) {
+        *shortage = qt_error_string(errno);
         return std::nullopt;
     }
     const QSettings settings(u"/proc/self/fd/%1"_s.arg(file.get()), QSettings::IniFormat);
     QVariantMap values;
     const QStringList keys = settings.allKeys(); // parses: the status says more only after this
+    if (settings.status() == QSettings::AccessError) {
+        *shortage = u"it cannot be opened"_s;
+    }
     if (settings.status() != QSettings::NoError) {
         return std::nullopt;
     }

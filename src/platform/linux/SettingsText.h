@@ -18,8 +18,8 @@ namespace brevok {
 
 /// The values in the text of such a file. Numbers, truths and dates are texts, which the store's typed
 /// accessors read.
-/// @return nothing when @p text is no settings file
-[[nodiscard]] std::optional<QVariantMap> settingsValues(const QByteArray &text);
+/// @return nothing when @p text is no settings file, or could not be looked at now: then @p shortage says why
+[[nodiscard]] std::optional<QVariantMap> settingsValues(const QByteArray &text, QString *shortage);
 
 /// Whether @p found, perhaps read from such a text, is what stays of @p value in one.
 [[nodiscard]] bool sameInSettings(const QVariant &found, const QVariant &value);

@@ -198,7 +198,7 @@ Result SqliteFile::connect()
 
 Result SqliteFile::read(const QString &key, int patienceMs, StateEntries *entries)
 {
-    const Result opened = open(false, patienceMs);
+    Result opened = open(false, patienceMs);
     if (opened.state != Result::State::Done || m_db == nullptr) {
         return opened;
     }
@@ -305,7 +305,7 @@ StateChanges SqliteFile::readable() const
 QString SqliteFile::setAside(StateChanges *rescued)
 {
     close();
-    const QString aside = nameAside(m_path, u"damaged"_s);
+    QString aside = nameAside(m_path, u"damaged"_s);
     const QByteArray name = QFile::encodeName(m_path);
     const QByteArray asideName = QFile::encodeName(aside);
     // This setting opens a file that is shorter than it says of itself.

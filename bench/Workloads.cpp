@@ -5,7 +5,6 @@
 
 #include "catalogue/StatusRun.h"
 #include "foundation/Tasks.h"
-#include "platform/linux/FileSettingsStore.h"
 #include "support/SampleBundles.h"
 
 #include <QEventLoop>
@@ -54,8 +53,8 @@ ListWorkload::ListWorkload() = default;
 
 qsizetype ListWorkload::run(const QByteArray &list)
 {
-    FileSettingsStore settings(m_folder.filePath(u"store-%1.conf"_s.arg(++m_runs)));
-    BrevokPlugins plugins(settings, m_service, m_alerts);
+    SqliteStateStore state(m_folder.filePath(u"store-%1.sqlite"_s.arg(++m_runs)));
+    BrevokPlugins plugins(state, m_service, m_alerts);
     plugins.start();
     ServiceReply reply;
     reply.status = 200;
@@ -78,9 +77,9 @@ StatusWorkload::StatusWorkload()
             {PackageKeys::version, u"2.0"_s}, {PackageKeys::published, u"2026"_s},
             {PackageKeys::platform, PluginKeys::mac}});
     }
-    m_settings.setValue(u"OrlecTargetsGathered"_s, true);
+    m_scratch.store.setValue(u"OrlecTargetsGathered"_s, true);
     m_alerts.emplace(m_presenter, m_panel);
-    m_targets.emplace(m_settings, m_search);
+    m_targets.emplace(m_scratch.store, m_search);
     for (const int hostVersion : hostVersions) {
         const QString target = m_folder.filePath(u"%1/Plug-Ins/"_s.arg(hostVersion));
         m_targets->insertTarget(target, u"Adobe InDesign"_s, QString::number(hostVersion));
@@ -90,10 +89,10 @@ StatusWorkload::StatusWorkload()
             m_propertyLists.append(bundle + u"/Contents/Info.plist"_s);
         }
     }
-    m_plugins.emplace(m_settings, m_service, *m_alerts);
+    m_plugins.emplace(m_scratch.store, m_service, *m_alerts);
     m_plugins->updateWithArray(builds);
     m_packages.emplace(BrevokPackages::Collaborators{
-        m_settings, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
+        m_scratch.store, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
     m_packages->updateWithArray(products);
     // What was changed just now is read again each time.
     constexpr unsigned long settlingMs = 2100;

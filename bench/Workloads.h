@@ -7,7 +7,7 @@
 #include "catalogue/BrevokPackages.h"
 #include "support/FakePlatform.h"
 #include "support/FakeServiceClient.h"
-#include "support/MemorySettingsStore.h"
+#include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
 #include "targets/BrevokTargetApps.h"
 
@@ -18,7 +18,7 @@ namespace brevok::bench {
 /// A list of plug-ins as the service sends it, with @p count elements.
 [[nodiscard]] QByteArray pluginList(int count);
 
-/// Decodes, validates, merges and stores a plug-in list, with settings kept on disk.
+/// Decodes, validates, merges and stores a plug-in list, with a state kept on disk.
 class ListWorkload {
 public:
     ListWorkload();
@@ -50,7 +50,7 @@ public:
 private:
     QTemporaryDir m_folder;
     QStringList m_propertyLists;
-    testing::MemorySettingsStore m_settings;
+    testing::ScratchStateStore m_scratch;
     testing::FakeServiceClient m_service;
     testing::FakeApplicationSearch m_search;
     testing::ScriptedAlertPresenter m_presenter;

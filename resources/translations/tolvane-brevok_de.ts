@@ -16,6 +16,22 @@
         <translation>Es kann nur eine Kopie gleichzeitig laufen. Beenden Sie das laufende Tolvane Brevok, um diese Kopie von Tolvane Brevok zu starten.</translation>
     </message>
     <message>
+        <source>Tolvane Brevok cannot store its data</source>
+        <translation>Tolvane Brevok kann seine Daten nicht speichern</translation>
+    </message>
+    <message>
+        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
+        <translation>Änderungen bleiben im Arbeitsspeicher und werden gespeichert, sobald es möglich ist. Grund: %1</translation>
+    </message>
+    <message>
+        <source>The stored data of Tolvane Brevok was damaged</source>
+        <translation>Die gespeicherten Daten von Tolvane Brevok waren beschädigt</translation>
+    </message>
+    <message>
+        <source>What could be read is in use. The damaged file was kept as %1.</source>
+        <translation>Was noch lesbar war, wird verwendet. Die beschädigte Datei wurde als %1 aufbewahrt.</translation>
+    </message>
+    <message>
         <source>Failed to update Products data</source>
         <translation>Die Produktdaten konnten nicht aktualisiert werden</translation>
     </message>

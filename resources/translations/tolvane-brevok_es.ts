@@ -16,6 +16,22 @@
         <translation>Solo se puede ejecutar una copia a la vez. Salga de Tolvane Brevok para ejecutar esta copia de Tolvane Brevok.</translation>
     </message>
     <message>
+        <source>Tolvane Brevok cannot store its data</source>
+        <translation>Tolvane Brevok no puede guardar sus datos</translation>
+    </message>
+    <message>
+        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
+        <translation>Los cambios quedan en la memoria y se guardarán en cuanto sea posible. Motivo: %1</translation>
+    </message>
+    <message>
+        <source>The stored data of Tolvane Brevok was damaged</source>
+        <translation>Los datos guardados de Tolvane Brevok estaban dañados</translation>
+    </message>
+    <message>
+        <source>What could be read is in use. The damaged file was kept as %1.</source>
+        <translation>Se usa lo que se pudo leer. El archivo dañado se conservó como %1.</translation>
+    </message>
+    <message>
         <source>Failed to update Products data</source>
         <translation>No se pudieron actualizar los datos de los productos</translation>
     </message>

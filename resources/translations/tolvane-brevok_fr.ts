@@ -16,6 +16,22 @@
         <translation>Une seule copie peut s’exécuter à la fois. Quittez Tolvane Brevok pour lancer cette copie de Tolvane Brevok.</translation>
     </message>
     <message>
+        <source>Tolvane Brevok cannot store its data</source>
+        <translation>Tolvane Brevok ne peut pas enregistrer ses données</translation>
+    </message>
+    <message>
+        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
+        <translation>Les modifications restent en mémoire et seront enregistrées dès que possible. Raison : %1</translation>
+    </message>
+    <message>
+        <source>The stored data of Tolvane Brevok was damaged</source>
+        <translation>Les données enregistrées de Tolvane Brevok étaient endommagées</translation>
+    </message>
+    <message>
+        <source>What could be read is in use. The damaged file was kept as %1.</source>
+        <translation>Ce qui était lisible est utilisé. Le fichier endommagé a été conservé sous %1.</translation>
+    </message>
+    <message>
         <source>Failed to update Products data</source>
         <translation>Échec de la mise à jour des données des produits</translation>
     </message>

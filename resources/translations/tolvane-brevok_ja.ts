@@ -16,6 +16,22 @@
         <translation>同時に起動できるのは 1 つだけです。この Tolvane Brevok を起動するには、起動中の Tolvane Brevok を終了してください。</translation>
     </message>
     <message>
+        <source>Tolvane Brevok cannot store its data</source>
+        <translation>Tolvane Brevok はデータを保存できません</translation>
+    </message>
+    <message>
+        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
+        <translation>変更はメモリに保持され、可能になり次第保存されます。理由: %1</translation>
+    </message>
+    <message>
+        <source>The stored data of Tolvane Brevok was damaged</source>
+        <translation>Tolvane Brevok の保存データが破損していました</translation>
+    </message>
+    <message>
+        <source>What could be read is in use. The damaged file was kept as %1.</source>
+        <translation>読み取れたデータを使用しています。破損したファイルは %1 として保存されました。</translation>
+    </message>
+    <message>
         <source>Failed to update Products data</source>
         <translation>製品データを更新できませんでした</translation>
     </message>

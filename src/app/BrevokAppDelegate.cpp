@@ -90,6 +90,8 @@ void BrevokAppDelegate::finishLaunching()
     openSettings();
     registerDefaults();
     moveKeysOfEarlierVersions(*m_with.platform.settings);
+    m_shared->stateNotices.emplace(*m_with.platform.state, *m_shared->alerts);
+    m_shared->takeOver.emplace(*m_with.platform.settings, *m_with.platform.state);
     brevok::setLogLevel(logLevel());
     moveLongLogAside(m_with.folders.logFile());
     redirectStandardError(m_with.folders.logFile());
@@ -154,13 +156,13 @@ void BrevokAppDelegate::createSharedObjects()
         [this] { return m_shared->connectivity->checkNetworkReachability(); });
     createUpdater();
 
-    shared.targets.emplace(*platform.settings, *platform.applicationSearch);
+    shared.targets.emplace(*platform.state, *platform.applicationSearch);
     connect(&*shared.targets, &BrevokTargetApps::reviewWanted, this,
         [this] { m_with.surfaces.showTargetsPreferences(); });
     shared.session.emplace(
-        *platform.settings, *shared.network, *shared.connectivity, *shared.alerts, *shared.updater);
-    shared.plugins.emplace(*platform.settings, *shared.service, *shared.alerts);
-    shared.packages.emplace(BrevokPackages::Collaborators{*platform.settings, *shared.service, *shared.alerts,
+        *platform.state, *shared.network, *shared.connectivity, *shared.alerts, *shared.updater);
+    shared.plugins.emplace(*platform.state, *shared.service, *shared.alerts);
+    shared.packages.emplace(BrevokPackages::Collaborators{*platform.state, *shared.service, *shared.alerts,
         *shared.plugins, *shared.targets, m_with.folders.dataFolder(), looksLikeImage});
     createInstaller();
     createReporters();
@@ -191,7 +193,7 @@ void BrevokAppDelegate::createInstaller()
         .files = *platform.fileOperations,
         .helper = *platform.helperTool,
         .applications = *platform.runningApplications,
-        .settings = *platform.settings,
+        .state = *platform.state,
         .alerts = *shared.alerts,
         .plugins = *shared.plugins,
         .packages = *shared.packages,
@@ -249,6 +251,7 @@ void BrevokAppDelegate::connectSharedObjects()
         .packages = *shared.packages,
         .targets = *shared.targets,
         .flow = *shared.flow,
+        .state = *m_with.platform.state,
         .settings = *this,
         .helperIsUsed = [this] { return m_shared->installer->valid(); },
         .bugReporter = *shared.bugReporter,

@@ -84,6 +84,7 @@ public:
     void setAutoUpdate(bool enabled) override;
     [[nodiscard]] int logLevel() const override;
     void setLogLevel(int level) override;
+    [[nodiscard]] QString problem() const override;
     [[nodiscard]] bool isLocked(const QString &key) const override;
 
 Q_SIGNALS:

@@ -94,6 +94,11 @@ void BrevokAppDelegate::setLogLevel(int level)
     keep(AppKeys::logLevel, level);
 }
 
+QString BrevokAppDelegate::problem() const
+{
+    return m_with.platform.settings->problem();
+}
+
 bool BrevokAppDelegate::isLocked(const QString &key) const
 {
     return m_with.platform.settings->isLocked(key);

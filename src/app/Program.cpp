@@ -9,6 +9,7 @@
 #include "platform/Platform.h"
 #include "platform/SettingsStore.h"
 #include "platform/StandardFolders.h"
+#include "platform/StateStore.h"
 #include "platform/TerminationRequests.h"
 
 #include <QCoreApplication>
@@ -60,7 +61,11 @@ int runApplication(const Options &options, AlertPresenter &presenter, Surfaces &
         &requests, &TerminationRequests::handOverRequested, &delegate, &BrevokAppDelegate::handOver);
     delegate.applicationDidFinishLaunching();
     const int status = QCoreApplication::exec();
-    if (!finishBackgroundWork(patienceAtQuitMs)) {
+    const bool finished = finishBackgroundWork(patienceAtQuitMs);
+    if (platform.state) { // not in a copy that gave way
+        platform.state->finish();
+    }
+    if (!finished) {
         // An install that takes longer is cut off as by a crash: its command stays recorded for the next
         // start.
         std::_Exit(status);

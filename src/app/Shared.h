@@ -5,6 +5,8 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "app/OnlyCopy.h"
+#include "app/StateNotices.h"
+#include "app/StateTakeOver.h"
 #include "catalogue/BrevokPackages.h"
 #include "control/ControlService.h"
 #include "control/DesktopActivation.h"
@@ -30,6 +32,8 @@ struct Shared {
     std::optional<DesktopActivation> activation;
     std::optional<OnlyCopy> onlyCopy;
     std::optional<BrevokUsageReporter> usageReporter;
+    std::optional<StateNotices> stateNotices;
+    std::optional<StateTakeOver> takeOver;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;
     std::optional<HttpServiceClient> service;

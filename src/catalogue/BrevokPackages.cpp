@@ -3,12 +3,11 @@
 
 #include "catalogue/BrevokPackages.h"
 
-#include "catalogue/CatalogueSettings.h"
+#include "catalogue/CatalogueKeys.h"
 #include "catalogue/ListRefresh.h"
 #include "catalogue/StatusRun.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
-#include "platform/SettingsStore.h"
 #include "targets/BrevokTargetApps.h"
 
 namespace brevok {
@@ -19,13 +18,10 @@ namespace {
 
 BrevokPackages *sharedPackages = nullptr;
 
-// Storing the whole catalogue after each icon may take at most this part of the time.
-constexpr qint64 saveShare = 20;
-
 ListRefresh::Wording wording()
 {
     return {.path = u"/api/product/list"_s,
-        .dateKey = CatalogueSettings::productsUpdateDate,
+        .dateKey = CatalogueKeys::productsUpdateDate,
         .alertTitle = Texts::tr("Failed to update Products data"),
         .failedWithError = u"Packages update failed with error"_s,
         .failedWithResponse = u"Packages update failed with response: "_s,
@@ -42,11 +38,11 @@ bool BrevokPackages::ByName::operator()(const QString &a, const QString &b) cons
 
 BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     : QObject(parent)
-    , m_settings(collaborators.settings)
+    , m_state(collaborators.state)
     , m_plugins(collaborators.plugins)
     , m_targets(collaborators.targets)
     , m_refresh(new ListRefresh(
-          wording(), collaborators.settings, collaborators.service, collaborators.alerts,
+          wording(), collaborators.state, collaborators.service, collaborators.alerts,
           [this](const QJsonArray &list) { updateWithArray(list); }, this))
     , m_icons(new PackageIcons(
           collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
@@ -61,7 +57,14 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     connect(m_refresh, &ListRefresh::finished, this, &BrevokPackages::checkFinished);
     connect(m_icons, &PackageIcons::iconChanged, this, &BrevokPackages::packagesIconsChanged);
     connect(m_icons, &PackageIcons::cached, this, &BrevokPackages::iconCached);
-    connect(m_icons, &PackageIcons::downloadEnded, this, &BrevokPackages::saveAfterIcon);
+    connect(m_icons, &PackageIcons::downloadEnded, this, &BrevokPackages::save);
+    connect(&m_state, &StateStore::becameReadable, this, [this] {
+        Q_EMIT packagesWillChange();
+        load();
+        Q_EMIT packagesChanged();
+        start();
+    });
+    connect(&m_state, &StateStore::everythingWanted, this, &BrevokPackages::saveEverything);
 
     load();
     if (!m_packages.empty()) {
@@ -92,10 +95,12 @@ BrevokPackages *BrevokPackages::packages()
 
 void BrevokPackages::load()
 {
+    m_packages.clear();
+    m_unsaved.clear();
+    m_notified = m_state.entries(CatalogueKeys::notifiedPackages).keys();
     int unusable = 0;
-    const Record stored = storedDictionary(m_settings, CatalogueSettings::packagesData);
-    for (auto entry = stored.constBegin(); entry != stored.constEnd(); ++entry) {
-        const Record package = entry.value().toObject();
+    const StateEntries stored = m_state.entries(CatalogueKeys::packagesData);
+    for (const Record &package : stored) {
         if (const QString name = nonEmptyString(package.value(PackageKeys::name)); !name.isNull()) {
             m_packages.insert_or_assign(name, package);
         } else {
@@ -171,12 +176,12 @@ void BrevokPackages::updateWithArray(const QJsonArray &list)
     }
     Q_EMIT packagesChanged();
     save();
-    m_settings.synchronize();
 }
 
 void BrevokPackages::enter(const Record &package, const QString &name)
 {
     m_icons->ensureIcon(name);
+    noteChange(name);
     m_packages.insert_or_assign(name, package);
     const QString path = nonEmptyString(package.value(PackageKeys::iconPath));
     if (!path.isNull() && m_icons->load(name, path)) {
@@ -191,29 +196,52 @@ void BrevokPackages::iconCached(const QString &name, const QString &path)
 {
     const auto package = m_packages.find(name);
     if (package != m_packages.end()) {
+        noteChange(name);
         package->second.insert(PackageKeys::iconPath, path);
-        m_iconPathsUnsaved = true;
     }
 }
 
-void BrevokPackages::saveAfterIcon()
+void BrevokPackages::noteChange(const QString &name)
 {
-    const bool affordable = m_sinceSave.elapsed() >= saveShare * m_saveCost;
-    if (m_iconPathsUnsaved && (m_icons->idle() || affordable)) {
-        save();
+    if (!m_unsaved.contains(name)) {
+        const auto known = m_packages.find(name);
+        m_unsaved.insert(name, known == m_packages.end() ? std::nullopt : std::optional(known->second));
     }
 }
 
 void BrevokPackages::save()
 {
-    m_sinceSave.start();
-    Record stored;
-    for (const auto &[name, package] : m_packages) {
-        stored.insert(name, package);
+    StateChanges changes;
+    for (auto entry = m_unsaved.begin(); entry != m_unsaved.end();) {
+        const Record &now = m_packages[entry.key()];
+        Record before = entry->value_or(Record());
+        const bool differs = now != before;
+        before.remove(PackageKeys::iconPath);
+        if (differs && now == before && !m_icons->idle()) {
+            ++entry; // it lost its icon only to get it again
+            continue;
+        }
+        if (differs) {
+            changes.append({CatalogueKeys::packagesData, entry.key(), now});
+        }
+        entry = m_unsaved.erase(entry);
     }
-    m_settings.setValue(CatalogueSettings::packagesData, archived(stored));
-    m_iconPathsUnsaved = false;
-    m_saveCost = m_sinceSave.restart();
+    if (!changes.isEmpty()) {
+        m_state.commit(changes);
+    }
+}
+
+void BrevokPackages::saveEverything()
+{
+    StateChanges changes;
+    for (const auto &[name, package] : m_packages) {
+        changes.append({CatalogueKeys::packagesData, name, package});
+    }
+    for (const QString &name : std::as_const(m_notified)) {
+        changes.append({CatalogueKeys::notifiedPackages, name, Record()});
+    }
+    m_unsaved.clear();
+    m_state.commit(changes);
 }
 
 } // namespace brevok

@@ -7,7 +7,6 @@
 #include "catalogue/PackageIcons.h"
 #include "catalogue/PackageStatus.h"
 
-#include <QElapsedTimer>
 #include <QTimer>
 
 #include <map>
@@ -39,7 +38,7 @@ class BrevokPackages final : public QObject {
 
 public:
     struct Collaborators {
-        SettingsStore &settings;
+        StateStore &state;
         ServiceClient &service;
         BrevokAlertQueue &alerts;
         BrevokPlugins &plugins;
@@ -79,6 +78,8 @@ public:
     void calculatePackageStatuses();
     void notifyPackageStatusesLazily();
     void notifyPackageStatuses();
+    /// The package counts as new when it needs an update the next time.
+    void forgetNotified(const QString &name);
 
 Q_SIGNALS:
     void packagesWillChange();
@@ -107,27 +108,28 @@ private:
     void observe();
     void enter(const Record &package, const QString &name);
     void iconCached(const QString &name, const QString &path);
-    void saveAfterIcon();
+    void noteChange(const QString &name);
     void save();
+    void saveEverything();
     void statusesCalculated(const StatusResult &result, quint64 run);
     void showUpdateResult(const QStringList &newNames);
 
-    SettingsStore &m_settings;
+    StateStore &m_state;
     BrevokPlugins &m_plugins;
     BrevokTargetApps &m_targets;
     ListRefresh *m_refresh;
     PackageIcons *m_icons;
     std::map<QString, Record, ByName> m_packages;
+    /// What the store holds of the records that changed since they were put there; nothing: no entry.
+    QHash<QString, std::optional<Record>> m_unsaved;
+    QStringList m_notified; ///< names last counted as needing an update
     QHash<QString, PackageStatus> m_status;
     std::unique_ptr<StatusMemory> m_known; ///< from the latest calculation
     QTimer m_statusTimer;
-    QElapsedTimer m_sinceSave;
-    qint64 m_saveCost = 0; ///< of the last save, in milliseconds
     quint64 m_lastRun = 0; ///< number of the calculation begun last
     quint64 m_appliedRun = 0; ///< number of the latest calculation whose result is shown
     int m_runsUnderWay = 0;
     int m_updates = 0;
-    bool m_iconPathsUnsaved = false;
     bool m_showNotifications = true;
     bool m_updating = false;
     bool m_needUpdate = false;

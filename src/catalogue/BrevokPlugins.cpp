@@ -4,11 +4,10 @@
 #include "catalogue/BrevokPlugins.h"
 
 #include "alerts/BrevokAlertQueue.h"
-#include "catalogue/CatalogueSettings.h"
+#include "catalogue/CatalogueKeys.h"
 #include "catalogue/ListRefresh.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
-#include "platform/SettingsStore.h"
 
 namespace brevok {
 
@@ -21,7 +20,7 @@ BrevokPlugins *sharedPlugins = nullptr;
 ListRefresh::Wording wording()
 {
     return {.path = u"/api/plugin/list"_s,
-        .dateKey = CatalogueSettings::pluginsUpdateDate,
+        .dateKey = CatalogueKeys::pluginsUpdateDate,
         .alertTitle = Texts::tr("Failed to update Plug-Ins data"),
         .failedWithError = u"Plugins update failed with error"_s,
         .failedWithResponse = u"Plugins update failed with response: "_s,
@@ -31,13 +30,13 @@ ListRefresh::Wording wording()
 } // namespace
 
 BrevokPlugins::BrevokPlugins(
-    SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts, QObject *parent)
+    StateStore &state, ServiceClient &service, BrevokAlertQueue &alerts, QObject *parent)
     : QObject(parent)
-    , m_settings(settings)
+    , m_state(state)
     , m_service(service)
     , m_alerts(alerts)
     , m_refresh(new ListRefresh(
-          wording(), settings, service, alerts, [this](QJsonArray list) { updateWithArray(std::move(list)); },
+          wording(), state, service, alerts, [this](QJsonArray list) { updateWithArray(std::move(list)); },
           this))
 {
     if (sharedPlugins == nullptr) {
@@ -45,6 +44,16 @@ BrevokPlugins::BrevokPlugins(
     }
     connect(m_refresh, &ListRefresh::due, this, [this] { checkForUpdates(); });
     connect(m_refresh, &ListRefresh::finished, this, &BrevokPlugins::checkFinished);
+    connect(&state, &StateStore::becameReadable, this, [this] {
+        Q_EMIT pluginsWillChange();
+        load();
+        Q_EMIT pluginsChanged();
+        start();
+    });
+    connect(&state, &StateStore::everythingWanted, this, [this] {
+        m_tables.noteChangeOfEverything();
+        save();
+    });
     load();
 }
 
@@ -62,7 +71,9 @@ BrevokPlugins *BrevokPlugins::plugins()
 
 void BrevokPlugins::load()
 {
-    const int unusable = m_tables.load(storedDictionary(m_settings, CatalogueSettings::pluginsData));
+    m_tables = {};
+    const int unusable = m_tables.load(
+        m_state.entries(CatalogueKeys::pluginsData), m_state.entries(CatalogueKeys::pluginPrefixes));
     if (unusable > 0) {
         logLine(u"Stored plug-in definitions: %1 unusable values left out."_s.arg(unusable));
     }
@@ -156,11 +167,23 @@ void BrevokPlugins::updateWithArray(QJsonArray list)
     save();
 }
 
-void BrevokPlugins::change(const std::function<void()> &edit)
+void BrevokPlugins::change(
+    const QStringList &keys, const std::function<void()> &edit, QObject *context, StateStore::Done stored)
 {
     Q_EMIT pluginsWillChange();
+    QHash<DefinitionPtr, Record> before;
+    for (const QString &key : keys) {
+        if (const DefinitionPtr known = definition(key)) {
+            before.insert(known, known->record);
+        }
+    }
     edit();
-    save();
+    for (auto known = before.cbegin(); known != before.cend(); ++known) {
+        if (known.key()->record != known.value()) {
+            m_tables.noteChange(buildKey(known.value()));
+        }
+    }
+    save(context, std::move(stored));
     Q_EMIT pluginsChanged();
 }
 
@@ -176,7 +199,7 @@ void BrevokPlugins::discardActions()
         m_answerQuestion(alertFirstButton); // comes back here, without the question
         return;
     }
-    change([this] { m_tables.discardCommands(); });
+    change({}, [this] { m_tables.discardCommands(); });
 }
 
 bool BrevokPlugins::hasUnfinishedActions() const
@@ -197,10 +220,12 @@ QTimer *BrevokPlugins::updateTimer() const
     return m_refresh->timer();
 }
 
-void BrevokPlugins::save()
+void BrevokPlugins::save(QObject *context, StateStore::Done stored)
 {
-    m_settings.setValue(CatalogueSettings::pluginsData, archived(m_tables.stored()));
-    m_settings.synchronize();
+    const StateChanges changes = m_tables.changes();
+    if (!changes.isEmpty() || stored) {
+        m_state.commit(changes, context, std::move(stored));
+    }
 }
 
 } // namespace brevok

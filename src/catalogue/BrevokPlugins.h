@@ -16,7 +16,6 @@ namespace brevok {
 class BrevokAlert;
 class BrevokAlertQueue;
 class ListRefresh;
-class SettingsStore;
 
 /// The plug-in builds that the service publishes, merged with the local install state. Main thread.
 class BrevokPlugins final : public QObject {
@@ -26,7 +25,7 @@ class BrevokPlugins final : public QObject {
 public:
     /// Loads the stored definitions.
     BrevokPlugins(
-        SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts, QObject *parent = nullptr);
+        StateStore &state, ServiceClient &service, BrevokAlertQueue &alerts, QObject *parent = nullptr);
     ~BrevokPlugins() override;
 
     /// The definitions of this process, for the outermost code.
@@ -50,9 +49,11 @@ public:
     /// Validates, merges and stores a list. Elements that nobody else refers to are taken over uncopied.
     void updateWithArray(QJsonArray list);
 
-    /// Announces a change of `plugins`, runs @p edit (which may write into definitions), makes the result
-    /// survive a crash, and announces that the change is done.
-    void change(const std::function<void()> &edit);
+    /// Announces a change of `plugins`, runs @p edit (which may write into the definitions under @p keys),
+    /// hands the result to the store, and announces that the change is done. @p stored hears, while
+    /// @p context lives, whether it survives a crash now.
+    void change(const QStringList &keys, const std::function<void()> &edit, QObject *context = nullptr,
+        StateStore::Done stored = {});
 
     /// Announces a change of `plugins` that was made, and stored, before.
     void announceChange();
@@ -78,9 +79,9 @@ Q_SIGNALS:
 private:
     void load();
     void askAboutUnfinishedActions(std::function<void()> answered);
-    void save();
+    void save(QObject *context = nullptr, StateStore::Done stored = {});
 
-    SettingsStore &m_settings;
+    StateStore &m_state;
     ServiceClient &m_service;
     BrevokAlertQueue &m_alerts;
     ListRefresh *m_refresh;

@@ -3,12 +3,16 @@
 
 #include "catalogue/DefinitionTables.h"
 
+#include "catalogue/CatalogueKeys.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace brevok {
 
 namespace {
+
+constexpr QLatin1StringView buildsKey("Builds");
 
 // Where the first definition of a plug-in and host version stands in an array.
 using PlaceKey = std::pair<QString, qint64>;
@@ -33,7 +37,8 @@ Places placesIn(const QList<DefinitionPtr> &definitions)
     return places;
 }
 
-void ensurePrefix(PluginDefinition &definition, const QString &prefix)
+// @return whether that changed the definition
+bool ensurePrefix(PluginDefinition &definition, const QString &prefix)
 {
     const QJsonValue known = definition.record.value(PluginKeys::prefixes);
     QJsonArray prefixes = known.toArray();
@@ -44,13 +49,18 @@ void ensurePrefix(PluginDefinition &definition, const QString &prefix)
     if (missing || !known.isArray()) {
         definition.record.insert(PluginKeys::prefixes, prefixes);
     }
+    return missing || !known.isArray();
 }
 
-void copyValue(QLatin1StringView key, const Record &from, Record &to)
+// @return whether the value was another one
+bool copyValue(QLatin1StringView key, const Record &from, Record &to)
 {
-    if (const QJsonValue value = from.value(key); to.value(key) != value) {
+    const QJsonValue value = from.value(key);
+    const bool differs = to.value(key) != value;
+    if (differs) {
         to.insert(key, value);
     }
+    return differs;
 }
 
 bool isCommand(const QJsonValue &value)
@@ -106,7 +116,47 @@ DefinitionPtr DefinitionTables::entered(const Record &definition)
     return entry;
 }
 
-int DefinitionTables::load(const Record &stored)
+int DefinitionTables::place(const QString &prefix, const QList<Record> &records)
+{
+    int unusable = 0;
+    QList<DefinitionPtr> definitions;
+    for (Record record : records) {
+        if (nonEmptyString(record.value(PluginKeys::name)).isNull()) {
+            ++unusable;
+            continue;
+        }
+        unusable += removeUnusableState(record);
+        const DefinitionPtr definition = entered(record);
+        ensurePrefix(*definition, nonEmptyString(record.value(PluginKeys::prefix)));
+        if (definition->record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
+            definition->record.remove(PluginKeys::savedVersion);
+        }
+        definitions.append(definition);
+    }
+    m_byPrefix.insert(prefix, definitions);
+    return unusable;
+}
+
+int DefinitionTables::load(const StateEntries &builds, const StateEntries &prefixes)
+{
+    int unusable = 0;
+    m_byBuild.reserve(builds.size());
+    for (auto entry = prefixes.cbegin(); entry != prefixes.cend(); ++entry) {
+        if (!entry->value(buildsKey).isArray()) {
+            ++unusable;
+            continue;
+        }
+        QList<Record> records;
+        const QJsonArray keys = entry->value(buildsKey).toArray();
+        for (const QJsonValue key : keys) {
+            records.append(builds.value(key.toString()));
+        }
+        unusable += place(entry.key(), records);
+    }
+    return unusable;
+}
+
+int DefinitionTables::loadLists(const Record &stored)
 {
     int unusable = 0;
     for (auto entry = stored.constBegin(); entry != stored.constEnd(); ++entry) {
@@ -114,48 +164,76 @@ int DefinitionTables::load(const Record &stored)
             ++unusable;
             continue;
         }
-        QList<DefinitionPtr> definitions;
+        QList<Record> records;
         const QJsonArray elements = entry.value().toArray();
         for (const QJsonValue element : elements) {
-            Record record = element.toObject();
-            if (nonEmptyString(record.value(PluginKeys::name)).isNull()) {
-                ++unusable;
-                continue;
-            }
-            unusable += removeUnusableState(record);
-            const DefinitionPtr definition = entered(record);
-            const QString prefix = nonEmptyString(record.value(PluginKeys::prefix));
-            ensurePrefix(*definition, prefix);
-            if (definition->record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
-                definition->record.remove(PluginKeys::savedVersion);
-            }
-            definitions.append(definition);
+            records.append(element.toObject());
         }
-        m_byPrefix.insert(entry.key(), definitions);
+        unusable += place(entry.key(), records);
     }
+    noteChangeOfEverything();
     return unusable;
 }
 
-Record DefinitionTables::stored() const
+void DefinitionTables::noteChangeOfEverything()
 {
-    Record stored;
     for (auto entry = m_byPrefix.cbegin(); entry != m_byPrefix.cend(); ++entry) {
-        QJsonArray definitions;
+        m_changedPrefixes.insert(entry.key());
         for (const DefinitionPtr &definition : entry.value()) {
-            definitions.append(definition->record);
+            m_changed.insert(buildKey(definition->record));
         }
-        stored.insert(entry.key(), definitions);
     }
-    return stored;
+}
+
+StateChanges DefinitionTables::changes()
+{
+    StateChanges changes;
+    QSet<const PluginDefinition *> placed;
+    for (const QList<DefinitionPtr> &definitions : m_displaced.isEmpty() ? DefinitionIndex() : m_byPrefix) {
+        for (const DefinitionPtr &definition : definitions) {
+            placed.insert(definition.get());
+        }
+    }
+    // A build that no prefix lists is known until the program ends, and forgotten by the next start.
+    for (const QString &key : std::as_const(m_displaced)) {
+        if (!placed.contains(m_byBuild.value(key).get())) {
+            m_changed.remove(key);
+            changes.append({CatalogueKeys::pluginsData, key, std::nullopt});
+        }
+    }
+    for (const QString &key : std::as_const(m_changed)) {
+        if (const DefinitionPtr definition = m_byBuild.value(key)) {
+            changes.append({CatalogueKeys::pluginsData, key, definition->record});
+        }
+    }
+    for (const QString &prefix : std::as_const(m_changedPrefixes)) {
+        QJsonArray keys;
+        for (const DefinitionPtr &definition : m_byPrefix.value(prefix)) {
+            keys.append(buildKey(definition->record));
+        }
+        changes.append({CatalogueKeys::pluginPrefixes, prefix, Record{{buildsKey, keys}}});
+    }
+    m_displaced.clear();
+    m_changed.clear();
+    m_changedPrefixes.clear();
+    return changes;
+}
+
+void DefinitionTables::notePlaced(const QString &prefix, const QString &key)
+{
+    m_changedPrefixes.insert(prefix);
+    m_changed.insert(key);
 }
 
 DefinitionPtr DefinitionTables::mergedBuild(ListedBuild &build, const QString &key, const QJsonArray &alone)
 {
     DefinitionPtr &definition = m_byBuild[key];
     if (definition) {
-        copyValue(PluginKeys::link, build.record, definition->record);
-        copyValue(PluginKeys::size, build.record, definition->record);
-        ensurePrefix(*definition, build.prefix);
+        const bool newLink = copyValue(PluginKeys::link, build.record, definition->record);
+        const bool newSize = copyValue(PluginKeys::size, build.record, definition->record);
+        if (ensurePrefix(*definition, build.prefix) || newLink || newSize) {
+            m_changed.insert(key);
+        }
         return definition;
     }
     definition = std::make_shared<PluginDefinition>();
@@ -189,15 +267,18 @@ DefinitionTables::ListedKeys DefinitionTables::merge(QList<ListedBuild> builds)
             group.alone.append(build.prefix);
             group.places = placesIn(*group.definitions);
         }
-        QString key = build.key();
+        const QString key = build.key();
         const DefinitionPtr definition = mergedBuild(build, key, group.alone);
-        group.keys.append(std::move(key));
+        group.keys.append(key);
 
         const PlaceKey place{build.name, build.hostVersion};
         if (const auto known = group.places.constFind(place); known == group.places.cend()) {
             group.places.insert(place, group.definitions->size());
             group.definitions->append(definition);
+            notePlaced(build.prefix, key);
         } else if (DefinitionPtr &former = (*group.definitions)[*known]; former != definition) {
+            m_displaced.insert(buildKey(former->record));
+            notePlaced(build.prefix, key);
             former = definition;
             // Names and versions that run into each other can share a build key across plug-ins.
             if (placeKey(definition->record) != place) {
@@ -224,9 +305,12 @@ void DefinitionTables::dropWhatIsNotListed(const ListedKeys &listed)
         for (const QString &key : prefix.value()) {
             ++unmatched[key];
         }
-        definitions.removeIf([&unmatched](const DefinitionPtr &definition) {
-            const auto match = unmatched.find(buildKey(definition->record));
+        m_changedPrefixes.insert(prefix.key());
+        definitions.removeIf([&](const DefinitionPtr &definition) {
+            const QString key = buildKey(definition->record);
+            const auto match = unmatched.find(key);
             if (match == unmatched.end() || *match == 0) {
+                m_displaced.insert(key);
                 return true;
             }
             --*match;
@@ -243,8 +327,11 @@ bool DefinitionTables::hasPendingCommands() const
 
 void DefinitionTables::discardCommands()
 {
-    for (const DefinitionPtr &definition : std::as_const(m_byBuild)) {
-        definition->record.remove(PluginKeys::commandQueue);
+    for (auto entry = m_byBuild.cbegin(); entry != m_byBuild.cend(); ++entry) {
+        if (entry.value()->record.contains(PluginKeys::commandQueue)) {
+            entry.value()->record.remove(PluginKeys::commandQueue);
+            m_changed.insert(entry.key());
+        }
     }
 }
 

@@ -5,6 +5,9 @@
 
 #include "catalogue/PluginDefinition.h"
 #include "catalogue/PluginList.h"
+#include "platform/StateStore.h"
+
+#include <QSet>
 
 namespace brevok {
 
@@ -18,10 +21,18 @@ public:
     [[nodiscard]] const DefinitionIndex &byPrefix() const { return m_byPrefix; }
     [[nodiscard]] const QHash<QString, DefinitionPtr> &byBuild() const { return m_byBuild; }
 
-    /// Takes in what stored() gave in an earlier run, from an empty state. An interrupted download is
+    /// Takes in what changes() gave in earlier runs, from an empty state. An interrupted download is
     /// forgotten. What has a shape that nothing here writes is left out. @return how many values that were
-    int load(const Record &stored);
-    [[nodiscard]] Record stored() const;
+    int load(const StateEntries &builds, const StateEntries &prefixes);
+    /// The same from what an earlier version kept: prefix to list of definitions. All of it counts as
+    /// changed.
+    int loadLists(const Record &stored);
+
+    /// What differs from the state store since the last call: an entry for every build and for every prefix.
+    [[nodiscard]] StateChanges changes();
+    /// Somebody wrote into the definition under this build key.
+    void noteChange(const QString &key) { m_changed.insert(key); }
+    void noteChangeOfEverything();
 
     /// Enters the newest builds of a reply.
     ListedKeys merge(QList<ListedBuild> builds);
@@ -33,11 +44,16 @@ public:
     void discardCommands();
 
 private:
+    int place(const QString &prefix, const QList<Record> &records);
+    void notePlaced(const QString &prefix, const QString &key);
     DefinitionPtr entered(const Record &definition);
     DefinitionPtr mergedBuild(ListedBuild &build, const QString &key, const QJsonArray &alone);
 
     DefinitionIndex m_byPrefix;
     QHash<QString, DefinitionPtr> m_byBuild;
+    QSet<QString> m_changed; ///< build keys
+    QSet<QString> m_displaced; ///< build keys that left a prefix
+    QSet<QString> m_changedPrefixes;
 };
 
 } // namespace brevok

@@ -7,7 +7,7 @@
 #include "foundation/BrevokError.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
-#include "platform/SettingsStore.h"
+#include "platform/StateStore.h"
 #include "service/ReplyDecoding.h"
 #include "service/ServiceClient.h"
 
@@ -28,15 +28,15 @@ constexpr qsizetype longestUtf8Character = 4;
 
 } // namespace
 
-ListRefresh::ListRefresh(Wording wording, SettingsStore &settings, ServiceClient &service,
-    BrevokAlertQueue &alerts, ListHandler takeList, QObject *parent)
+ListRefresh::ListRefresh(Wording wording, StateStore &state, ServiceClient &service, BrevokAlertQueue &alerts,
+    ListHandler takeList, QObject *parent)
     : QObject(parent)
     , m_wording(std::move(wording))
-    , m_settings(settings)
+    , m_state(state)
     , m_service(service)
     , m_alerts(alerts)
     , m_takeList(std::move(takeList))
-    , m_lastUpdate(settings.dateValue(m_wording.dateKey))
+    , m_lastUpdate(state.date(m_wording.dateKey))
 {
     m_timer.setSingleShot(true);
     m_timer.setTimerType(Qt::VeryCoarseTimer);
@@ -53,7 +53,7 @@ void ListRefresh::check(const CheckHandler &ended)
             ended(ok);
         }
     };
-    if (!m_service.checkNetworkReachability()) {
+    if (!m_state.isReadable() || !m_service.checkNetworkReachability()) {
         end(false);
         return;
     }
@@ -99,9 +99,12 @@ bool ListRefresh::handleContent(const ServiceReply &reply)
         // The only reference is handed over: what is kept of the elements then needs no copy.
         QJsonArray list = document.array();
         document = {};
+        if (mayHoldHalfCharacters(reply.body)) {
+            list = wellFormed(list).toArray();
+        }
         m_takeList(std::move(list));
         m_lastUpdate = QDateTime::currentDateTimeUtc();
-        m_settings.setValue(m_wording.dateKey, m_lastUpdate);
+        m_state.setDate(m_wording.dateKey, m_lastUpdate);
         return true;
     }
     showAlert();

@@ -14,7 +14,7 @@ namespace brevok {
 
 class BrevokAlertQueue;
 class ServiceClient;
-class SettingsStore;
+class StateStore;
 struct ServiceReply;
 
 /// The refresh cycle of one published list: request, reply, timer. What a reply means is decided here for
@@ -27,7 +27,7 @@ public:
     /// What differs between the lists.
     struct Wording {
         QString path; ///< on the service
-        QString dateKey; ///< setting that holds the date of the last good list
+        QString dateKey; ///< in the state store, for the date of the last good list
         QString alertTitle;
         QString failedWithError;
         QString failedWithResponse; ///< followed by code and text
@@ -38,12 +38,12 @@ public:
     using CheckHandler = std::function<void(bool ok)>;
 
     /// @p takeList gets every good list, for itself alone, before its date is stored.
-    ListRefresh(Wording wording, SettingsStore &settings, ServiceClient &service, BrevokAlertQueue &alerts,
+    ListRefresh(Wording wording, StateStore &state, ServiceClient &service, BrevokAlertQueue &alerts,
         ListHandler takeList, QObject *parent);
     ~ListRefresh() override;
 
-    /// Requests the list, when the service can be reached at all. @p ended is called once, after what the
-    /// answer to this very request means has been done; at once when nothing can be sent.
+    /// Requests the list, when the service can be reached at all and what is stored is known. @p ended is called
+    /// once, after what the answer to this very request means has been done; at once when nothing can be sent.
     void check(const CheckHandler &ended = {});
 
     /// Active while another check is scheduled.
@@ -64,7 +64,7 @@ private:
     void showAlert();
 
     Wording m_wording;
-    SettingsStore &m_settings;
+    StateStore &m_state;
     ServiceClient &m_service;
     BrevokAlertQueue &m_alerts;
     ListHandler m_takeList;

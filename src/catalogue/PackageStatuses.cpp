@@ -4,12 +4,12 @@
 // The status operations of the packages: when to calculate, what to tell.
 
 #include "catalogue/BrevokPackages.h"
-#include "catalogue/CatalogueSettings.h"
+#include "catalogue/CatalogueKeys.h"
 #include "catalogue/StatusRun.h"
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
-#include "platform/SettingsStore.h"
+#include "platform/StateStore.h"
 
 #include <QPointer>
 
@@ -89,8 +89,7 @@ void BrevokPackages::notifyPackageStatusesLazily()
 
 void BrevokPackages::notifyPackageStatuses()
 {
-    const QStringList stored = m_settings.stringListValue(CatalogueSettings::notifiedPackages);
-    const QSet<QString> previous(stored.cbegin(), stored.cend());
+    const QSet<QString> previous(m_notified.cbegin(), m_notified.cend());
     QStringList names;
     QStringList newNames;
     for (const auto &[name, package] : m_packages) {
@@ -103,11 +102,31 @@ void BrevokPackages::notifyPackageStatuses()
             }
         }
     }
-    m_settings.setValue(CatalogueSettings::notifiedPackages, names);
+    StateChanges changes;
+    for (const QString &name : std::as_const(newNames)) {
+        changes.append({CatalogueKeys::notifiedPackages, name, Record()});
+    }
+    const QSet<QString> current(names.cbegin(), names.cend());
+    for (const QString &name : std::as_const(m_notified)) {
+        if (!current.contains(name)) {
+            changes.append({CatalogueKeys::notifiedPackages, name, std::nullopt});
+        }
+    }
+    m_notified = names;
+    if (!changes.isEmpty()) {
+        m_state.commit(changes);
+    }
     m_updates = static_cast<int>(names.size());
     Q_EMIT updatesChanged(m_updates);
     if (!m_showNotifications) {
         showUpdateResult(newNames);
+    }
+}
+
+void BrevokPackages::forgetNotified(const QString &name)
+{
+    if (m_notified.removeAll(name) > 0) {
+        m_state.commit({{CatalogueKeys::notifiedPackages, name, std::nullopt}});
     }
 }
 

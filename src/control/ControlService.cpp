@@ -99,6 +99,15 @@ std::function<void(const QStringList &)> ControlService::answerLater()
     };
 }
 
+std::function<void(const QStringList &)> ControlService::answerWhenStored()
+{
+    return [this, answer = answerLater()](const QStringList &failures) {
+        m_with->state.commit({}, this, [answer, failures](const auto &error) {
+            answer(error ? failures + QStringList{error->description} : failures);
+        });
+    };
+}
+
 void ControlService::answerWhenSettled(
     std::function<void(const QStringList &)> answer, const QStringList &failures)
 {
@@ -110,6 +119,20 @@ void ControlService::answerWhenSettled(
     connect(
         &packages, &BrevokPackages::statusesSettled, this,
         [answer = std::move(answer), failures] { answer(failures); }, Qt::SingleShotConnection);
+}
+
+void ControlService::confirmWhenStored()
+{
+    setDelayedReply(true);
+    confirmWhenStored(connection(), message());
+}
+
+void ControlService::confirmWhenStored(const QDBusConnection &bus, const QDBusMessage &call)
+{
+    m_with->state.commit({}, this, [bus, call](const auto &error) {
+        bus.send(error ? call.createErrorReply(QString::fromLatin1(refusedError), error->description)
+                       : call.createReply());
+    });
 }
 
 void ControlService::refuse(const QString &reason)
@@ -190,7 +213,7 @@ QStringList ControlService::sessionAction(const std::function<void()> &start)
         refuse(u"A request of the account is under way; try again when it has ended."_s);
         return {};
     }
-    const auto answer = answerLater();
+    const auto answer = answerWhenStored();
     connect(
         &m_with->session, &BrevokSession::actionFinished, this,
         [answer](int, bool ok, const QString &text) { answer(ok ? QStringList() : QStringList{text}); },
@@ -210,10 +233,7 @@ QStringList ControlService::SignIn(const QString &email, const QString &password
 
 QStringList ControlService::SignOut()
 {
-    if (refusedTooEarly()) {
-        return {};
-    }
-    if (m_with->session.sessionId().isEmpty()) {
+    if (refusedTooEarly() || m_with->session.sessionId().isEmpty()) {
         return {};
     }
     return sessionAction([&] { m_with->session.signout(); });
@@ -225,7 +245,7 @@ QStringList ControlService::Check()
         return {};
     }
     const auto bothEnded = gather(2,
-        [this, answer = answerLater()](const QStringList &failures) { answerWhenSettled(answer, failures); });
+        [this, answer = answerWhenStored()](const QStringList &failures) { answerWhenSettled(answer, failures); });
     const auto ended = [bothEnded](const QString &failure) {
         return [bothEnded, failure](bool ok) {
             bothEnded(ok ? QStringList() : QStringList{failure});
@@ -238,8 +258,10 @@ QStringList ControlService::Check()
 
 void ControlService::runForEach(const QStringList &prefixes, bool remove)
 {
-    const auto ended = gather(prefixes.size(),
-        [this, answer = answerLater()](const QStringList &failures) { answerWhenSettled(answer, failures); });
+    const auto ended =
+        gather(prefixes.size(), [this, answer = answerWhenStored()](const QStringList &failures) {
+            answerWhenSettled(answer, failures);
+        });
     const auto done = [ended](const InstallOutcome &outcome) {
         ended(sentencesOf(outcome));
     };
@@ -299,6 +321,7 @@ void ControlService::Discard()
         return;
     }
     m_with->plugins.discardActions();
+    confirmWhenStored();
 }
 
 QString ControlService::Targets()
@@ -345,6 +368,7 @@ void ControlService::changeTarget(
     }
     if (const std::optional<QString> known = m_with->targets.recordPath(path)) {
         change(*known);
+        confirmWhenStored();
         return;
     }
     answerAfterLook(path, [this, path, change](const std::optional<FolderLook> &) -> std::optional<QString> {
@@ -361,10 +385,12 @@ void ControlService::answerAfterLook(const QString &path,
 {
     setDelayedReply(true);
     m_with->targets.lookAt(
-        path, this, [act, bus = connection(), call = message()](const std::optional<FolderLook> &look) {
-            const std::optional<QString> refused = act(look);
-            bus.send(refused ? call.createErrorReply(QString::fromLatin1(refusedError), *refused)
-                             : call.createReply());
+        path, this, [this, act, bus = connection(), call = message()](const std::optional<FolderLook> &look) {
+            if (const std::optional<QString> refused = act(look)) {
+                bus.send(call.createErrorReply(QString::fromLatin1(refusedError), *refused));
+            } else {
+                confirmWhenStored(bus, call);
+            }
         });
 }
 

@@ -32,6 +32,7 @@ public:
         BrevokPackages &packages;
         BrevokTargetApps &targets;
         InstallFlow &flow;
+        StateStore &state;
         SettingsAccess &settings;
         std::function<bool()> helperIsUsed;
         BugReporter &bugReporter;
@@ -86,6 +87,11 @@ private:
     [[nodiscard]] std::function<void(const QDBusMessage &)> sendLater();
     /// Answers the call that is being served later, with the failures given then.
     [[nodiscard]] std::function<void(const QStringList &)> answerLater();
+    /// The same when what the call changed is stored; that it could not be is one failure more.
+    [[nodiscard]] std::function<void(const QStringList &)> answerWhenStored();
+    /// Answers the call that is being served when what it changed is stored, or says why that failed.
+    void confirmWhenStored();
+    void confirmWhenStored(const QDBusConnection &bus, const QDBusMessage &call);
     void answerWhenSettled(std::function<void(const QStringList &)> answer, const QStringList &failures);
     void refuse(const QString &reason);
     [[nodiscard]] bool refusedTooEarly();

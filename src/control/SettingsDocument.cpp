@@ -3,7 +3,7 @@
 
 #include "control/SettingsDocument.h"
 
-#include <QStringList>
+#include "platform/SettingsStore.h"
 
 #include <algorithm>
 #include <array>
@@ -35,18 +35,6 @@ constexpr std::array switches{
 
 constexpr QLatin1StringView logLevelName("logLevel");
 constexpr QLatin1StringView logLevelKey("OrlecLogLevel");
-
-std::optional<bool> truthOf(const QString &text)
-{
-    const QString lower = text.trimmed().toLower();
-    if (QStringList{u"yes"_s, u"true"_s, u"on"_s, u"1"_s}.contains(lower)) {
-        return true;
-    }
-    if (QStringList{u"no"_s, u"false"_s, u"off"_s, u"0"_s}.contains(lower)) {
-        return false;
-    }
-    return std::nullopt;
-}
 
 const Switch *findSwitch(const QString &name)
 {
@@ -95,7 +83,7 @@ std::variant<StoredSetting, QString> settingFromText(const QString &name, const 
     if (setting == nullptr) {
         return noSuchSetting(name);
     }
-    const std::optional<bool> truth = truthOf(text);
+    const std::optional<bool> truth = SettingsStore::truthOf(text);
     if (!truth) {
         return u"'%1' is no value for %2: yes and no are."_s.arg(text, name);
     }
@@ -116,6 +104,9 @@ std::optional<QString> setSettingFromText(SettingsAccess &settings, const QStrin
         settings.setLogLevel(setting.value.toInt());
     } else {
         std::invoke(findSwitch(key)->set, settings, setting.value.toBool());
+    }
+    if (const QString problem = settings.problem(); !problem.isEmpty()) {
+        return u"'%1' could not be stored: %2"_s.arg(key, problem);
     }
     return std::nullopt;
 }

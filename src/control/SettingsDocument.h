@@ -35,7 +35,7 @@ struct StoredSetting {
 
 /// Sets one by its name ("startAtLogin") or its key in the store ("OrlecStartAtLogin") from a text: yes/no,
 /// true/false, on/off, 1/0, or a number from 0 for the log level.
-/// @return nothing, or a sentence that says what is wrong; then nothing was changed
+/// @return nothing when that is stored, or a sentence that says what is wrong
 [[nodiscard]] std::optional<QString> setSettingFromText(
     SettingsAccess &settings, const QString &key, const QString &value);
 

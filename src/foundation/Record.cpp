@@ -145,17 +145,54 @@ QString displayText(const QJsonValue &value)
     return QStringLiteral("(null)");
 }
 
+QString wellFormed(const QString &text)
+{
+    if (text.isValidUtf16()) {
+        return text;
+    }
+    QString mended = text;
+    for (qsizetype i = 0; i < mended.size(); ++i) {
+        if (mended[i].isHighSurrogate() && i + 1 < mended.size() && mended[i + 1].isLowSurrogate()) {
+            ++i;
+        } else if (mended[i].isSurrogate()) {
+            mended[i] = QChar::ReplacementCharacter;
+        }
+    }
+    return mended;
+}
+
+QJsonValue wellFormed(const QJsonValue &value)
+{
+    if (value.isString()) {
+        return wellFormed(value.toString());
+    }
+    if (value.isArray()) {
+        QJsonArray mended;
+        const QJsonArray elements = value.toArray();
+        for (const QJsonValue element : elements) {
+            mended.append(wellFormed(element));
+        }
+        return mended;
+    }
+    if (value.isObject()) {
+        QJsonObject mended;
+        const QJsonObject object = value.toObject();
+        for (auto entry = object.constBegin(); entry != object.constEnd(); ++entry) {
+            mended.insert(wellFormed(entry.key()), wellFormed(QJsonValue(entry.value())));
+        }
+        return mended;
+    }
+    return value;
+}
+
+bool mayHoldHalfCharacters(const QByteArray &json)
+{
+    return json.contains("\\ud") || json.contains("\\uD");
+}
+
 QString orDash(const QString &text)
 {
     return text.isEmpty() ? QStringLiteral("-") : text;
-}
-
-QByteArray archived(const QJsonValue &value)
-{
-    // Base64 keeps the settings file readable as text; the fast compression more than pays for it.
-    const QJsonDocument document =
-        value.isArray() ? QJsonDocument(value.toArray()) : QJsonDocument(value.toObject());
-    return qCompress(document.toJson(QJsonDocument::Compact), 1).toBase64();
 }
 
 QJsonValue unarchived(const QByteArray &data)

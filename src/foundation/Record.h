@@ -32,13 +32,19 @@ using Record = QJsonObject;
 /// nothing as "(null)", collections as compact JSON.
 [[nodiscard]] QString displayText(const QJsonValue &value);
 
+/// The same value with U+FFFD for every half of a surrogate pair that stands alone, in texts and keys: no
+/// encoding can carry those.
+[[nodiscard]] QJsonValue wellFormed(const QJsonValue &value);
+[[nodiscard]] QString wellFormed(const QString &text);
+
+/// Whether texts in this JSON may hold such halves: only escapes can.
+[[nodiscard]] bool mayHoldHalfCharacters(const QByteArray &json);
+
 /// @p text, or "-" when it is empty.
 [[nodiscard]] QString orDash(const QString &text);
 
-/// The self-describing archived form of a record or list in the settings store (JSON, compressed, as text).
-[[nodiscard]] QByteArray archived(const QJsonValue &value);
-
-/// The value that archived() wrote, or an undefined value when @p data is no archive.
+/// The record or list in what an earlier version kept in the settings: JSON, compressed, in base64. Undefined
+/// when @p data is no such archive.
 [[nodiscard]] QJsonValue unarchived(const QByteArray &data);
 
 } // namespace brevok

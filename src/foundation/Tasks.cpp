@@ -114,6 +114,11 @@ void inBackground(Task work)
     workers().start(new PoolWork(std::move(work)));
 }
 
+void inBackground(QThreadPool &pool, Task work)
+{
+    pool.start(new PoolWork(std::move(work)));
+}
+
 void onMain(QObject *context, Task work)
 {
     static MainReceiver receiver;

@@ -7,6 +7,8 @@
 
 #include <functional>
 
+class QThreadPool;
+
 namespace brevok {
 
 using Task = std::function<void()>;
@@ -15,8 +17,10 @@ using Task = std::function<void()>;
 [[nodiscard]] bool onMainThread();
 
 /// Runs @p work on a background thread. The work gets values, not references to what the main thread owns,
-/// and hands its result back with onMain(). These four functions are the only hand-over between threads.
+/// and hands its result back with onMain(). These functions are the only hand-over between threads.
 void inBackground(Task work);
+/// The same on a thread of @p pool, which its owner waits for.
+void inBackground(QThreadPool &pool, Task work);
 
 /// Runs @p work on the main thread, on a later turn of its loop; dropped when @p context is gone by then.
 /// @p context lives on the main thread.

@@ -4,13 +4,12 @@
 #include "install/BrevokAppInstaller.h"
 
 #include "catalogue/BrevokPackages.h"
-#include "catalogue/CatalogueSettings.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
 #include "install/RunningTargets.h"
-#include "platform/SettingsStore.h"
+#include "platform/StateStore.h"
 #include "targets/MarketingNames.h"
 
 #include <QCoreApplication>
@@ -63,6 +62,8 @@ BrevokAppInstaller::BrevokAppInstaller(Collaborators collaborators, QObject *par
     if (sharedInstaller == nullptr) {
         sharedInstaller = this;
     }
+    connect(&m_with.state, &StateStore::becameReadable, this, &BrevokAppInstaller::loadNotificationDates);
+    loadNotificationDates();
 }
 
 BrevokAppInstaller::~BrevokAppInstaller()
@@ -126,7 +127,7 @@ std::optional<CatalogueSnapshot> BrevokAppInstaller::catalogue()
 bool BrevokAppInstaller::dequeue(const QString &key, const QJsonArray &command)
 {
     return onMainNow([this, key, command] {
-        m_with.plugins.change([&] {
+        m_with.plugins.change({key}, [&] {
             if (const DefinitionPtr definition = m_with.plugins.definition(key)) {
                 removeCommand(definition->record, command);
             }
@@ -137,10 +138,7 @@ bool BrevokAppInstaller::dequeue(const QString &key, const QJsonArray &command)
 void BrevokAppInstaller::finishPackage(const Record &package)
 {
     onMainAndWait(this, [this, name = package.value(PackageKeys::name).toString()] {
-        QStringList names = m_with.settings.stringListValue(CatalogueSettings::notifiedPackages);
-        if (names.removeAll(name) > 0) {
-            m_with.settings.setValue(CatalogueSettings::notifiedPackages, names);
-        }
+        m_with.packages.forgetNotified(name);
         onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
     });
 }

@@ -15,7 +15,7 @@ namespace brevok {
 
 class BrevokAlertQueue;
 class BrevokPackages;
-class SettingsStore;
+class StateStore;
 
 /// What became of carrying out the commands of one definition.
 struct CommandResult {
@@ -52,7 +52,7 @@ public:
         FileOperations &files;
         HelperTool &helper;
         RunningApplications &applications;
-        SettingsStore &settings;
+        StateStore &state;
         BrevokAlertQueue &alerts;
         BrevokPlugins &plugins;
         BrevokPackages &packages;
@@ -114,12 +114,14 @@ private:
         InstallerOperations &operations, const QString &folder, CommandResult &result) const;
     void remove(InstallerOperations &operations, const QString &path, CommandResult &result) const;
 
+    void loadNotificationDates();
     [[nodiscard]] std::optional<RunningApplication> runningUnder(const QString &folder) const;
     [[nodiscard]] bool noteRunning(
         Action action, const RunningApplication &application, const QString &folder);
     void showRunning(Action action, const RunningApplication &application, const QString &marketingName);
 
     Collaborators m_with;
+    QHash<QString, QDateTime> m_notificationDates; ///< by the folder of the application
     SerialQueue m_jobs;
     bool m_helperChecked = false;
     bool m_valid = false;

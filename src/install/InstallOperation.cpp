@@ -68,7 +68,11 @@ void InstallOperation::applyPlan(const InstallPlan &plan)
     m_outcome.planned = static_cast<int>(plan.installs.size());
     m_outcome.failures = plan.refused;
     reportLater(plan.refused, m_package.value(PackageKeys::name).toString());
-    m_with.plugins.change([&] {
+    QStringList keys = plan.downloads;
+    for (const PlannedInstall &planned : plan.installs) {
+        keys.append(planned.key);
+    }
+    const auto record = [&] {
         for (const QString &key : plan.downloads) {
             if (const DefinitionPtr shared = definition(key)) {
                 shared->record.remove(PluginKeys::savedVersion);
@@ -79,8 +83,10 @@ void InstallOperation::applyPlan(const InstallPlan &plan)
                 appendCommand(shared->record, installCommand(planned.pluginPath, planned.archivePath));
             }
         }
-    });
-    installStored();
+    };
+    // Nothing is touched before a crash would leave the commands; where they cannot be stored, the store says
+    // so.
+    m_with.plugins.change(keys, record, this, [this](const auto & /*error*/) { installStored(); });
 }
 
 void InstallOperation::installStored()
@@ -128,7 +134,7 @@ void InstallOperation::startDownload(const QString &key)
     const DefinitionPtr shared = definition(key);
     Download download{.key = key};
     if (shared) {
-        m_with.plugins.change(
+        m_with.plugins.change({key},
             [&] { shared->record.insert(PluginKeys::savedVersion, QString(PluginKeys::downloading)); });
         download.name = shared->record.value(PluginKeys::name).toString();
         download.link = archiveAddress(shared->record.value(PluginKeys::link).toString());
@@ -192,7 +198,7 @@ void InstallOperation::downloadEnded(const Download &download, const DownloadRes
 void InstallOperation::downloadStored(const Download &download)
 {
     const DefinitionPtr shared = definition(download.key);
-    m_with.plugins.change(
+    m_with.plugins.change({download.key},
         [&] { shared->record.insert(PluginKeys::savedVersion, shared->record.value(PluginKeys::version)); });
     const auto installed = [this, download](const CommandResult &result) {
         if (detailedLog()) {
@@ -233,7 +239,7 @@ void InstallOperation::cleanUp(const Download &download)
 
 void InstallOperation::forget(const QString &key)
 {
-    m_with.plugins.change([&] {
+    m_with.plugins.change({key}, [&] {
         if (const DefinitionPtr shared = definition(key)) {
             shared->record.remove(PluginKeys::savedVersion);
             shared->record.remove(PluginKeys::commandQueue);

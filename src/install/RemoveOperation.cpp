@@ -43,7 +43,11 @@ void RemoveOperation::begin()
 
 void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QList<bool> &answers)
 {
-    m_with.plugins.change([&] {
+    QStringList keys;
+    for (const Candidate &candidate : candidates) {
+        keys.append(candidate.key);
+    }
+    const auto record = [&] {
         for (qsizetype i = 0; i < candidates.size(); ++i) {
             const DefinitionPtr shared = answers[i] ? definition(candidates[i].key) : nullptr;
             if (shared) {
@@ -51,9 +55,9 @@ void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QL
                 m_removals.append(candidates[i].key);
             }
         }
-    });
+    };
+    m_with.plugins.change(keys, record, this, [this](const auto & /*error*/) { removeNext(); });
     m_outcome.planned = static_cast<int>(m_removals.size());
-    removeNext();
 }
 
 void RemoveOperation::removeNext()

@@ -8,7 +8,7 @@
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Texts.h"
 #include "install/RunningTargets.h"
-#include "platform/SettingsStore.h"
+#include "platform/StateStore.h"
 
 namespace brevok {
 
@@ -17,6 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 quietMilliseconds = 60000;
+const QString dateKey = u"OrlecInstallNotificationDate"_s; // an entry for every application
 
 // The text's key lacks the period that its English default has.
 QString restartText(const QString &name)
@@ -33,6 +34,14 @@ QString restartText(const QString &name)
 
 } // namespace
 
+void BrevokAppInstaller::loadNotificationDates()
+{
+    const StateEntries stored = m_with.state.entries(dateKey);
+    for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry) {
+        m_notificationDates.insert(entry.key(), StateStore::dateOf(*entry));
+    }
+}
+
 std::optional<RunningApplication> BrevokAppInstaller::runningUnder(const QString &folder) const
 {
     if (folder.isEmpty()) {
@@ -45,17 +54,18 @@ bool BrevokAppInstaller::noteRunning(
     Action action, const RunningApplication &application, const QString &folder)
 {
     return onMainNow([this, action, application, folder] {
-        const QString key = u"OrlecInstallNotificationDate"_s + folder;
         const QDateTime now = m_with.now();
         const QString marketingName = getVersionString(application.bundleVersion);
-        if (m_with.settings.dateValue(key).msecsTo(now) > quietMilliseconds
-            && !application.localizedName.isEmpty() && !marketingName.isEmpty()) {
+        QDateTime &last = m_notificationDates[folder];
+        if ((!last.isValid() || last.msecsTo(now) > quietMilliseconds) && !application.localizedName.isEmpty()
+            && !marketingName.isEmpty()) {
             // Later, so that the work does not wait for the user's answer.
             onMain(this, [this, action, application, marketingName] {
                 showRunning(action, application, marketingName);
             });
         }
-        m_with.settings.setValue(key, now);
+        last = now;
+        m_with.state.commit({{dateKey, folder, StateStore::dateRecord(now)}});
     });
 }
 

@@ -20,6 +20,7 @@ class RunningApplications;
 class SessionBus;
 class SettingsStore;
 class SoftwareInstaller;
+class StateStore;
 struct StandardFolders;
 class UrlOpener;
 class UserNotificationCenter;
@@ -29,6 +30,7 @@ class UserNotificationCenter;
 struct Platform {
     std::unique_ptr<SessionBus> bus;
     std::unique_ptr<SettingsStore> settings; ///< null until openStores()
+    std::unique_ptr<StateStore> state; ///< null until openStores()
     std::unique_ptr<RunningApplications> runningApplications;
     std::unique_ptr<LoginItems> loginItems;
     std::unique_ptr<DistributedNotifications> notifications;

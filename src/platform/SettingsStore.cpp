@@ -3,7 +3,11 @@
 
 #include "platform/SettingsStore.h"
 
+#include "foundation/Log.h"
+
 namespace brevok {
+
+using namespace Qt::StringLiterals;
 
 SettingsStore::SettingsStore(QObject *parent)
     : QObject(parent)
@@ -33,7 +37,31 @@ QVariant SettingsStore::value(const QString &key) const
 
 bool SettingsStore::boolValue(const QString &key) const
 {
-    return value(key).toBool();
+    const QVariant found = value(key);
+    const int type = found.typeId();
+    if (!found.isValid() || type == QMetaType::Bool || type == QMetaType::Int || type == QMetaType::Double) {
+        return found.toBool();
+    }
+    if (const std::optional<bool> truth = truthOf(found.toString())) {
+        return *truth;
+    }
+    if (!m_unusable.contains(key)) {
+        m_unusable.insert(key);
+        logLine(u"The setting \"%1\" is no word for yes or no and counts as not set."_s.arg(key));
+    }
+    return m_defaults.value(key).toBool();
+}
+
+std::optional<bool> SettingsStore::truthOf(const QString &word)
+{
+    const QString lower = word.trimmed().toLower();
+    if (QStringList{u"yes"_s, u"true"_s, u"on"_s, u"1"_s}.contains(lower)) {
+        return true;
+    }
+    if (QStringList{u"no"_s, u"false"_s, u"off"_s, u"0"_s}.contains(lower)) {
+        return false;
+    }
+    return std::nullopt;
 }
 
 int SettingsStore::integerValue(const QString &key) const

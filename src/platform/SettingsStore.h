@@ -6,13 +6,16 @@
 #include <QByteArray>
 #include <QDateTime>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
+#include <optional>
+
 namespace brevok {
 
-/// The user's settings: values by key, over registered defaults. Main thread only.
+/// What the user chooses: values by key, over registered defaults. Main thread only.
 ///
 /// A change is visible to value() at once and reaches the disk at the latest with the next synchronize();
 /// changes that another program made meanwhile are merged by key. Values are bool, int, double, QByteArray,
@@ -37,8 +40,13 @@ public:
     [[nodiscard]] QVariant value(const QString &key) const;
     /// Whether the user's own value exists, whatever the defaults say.
     [[nodiscard]] virtual bool contains(const QString &key) const = 0;
+    /// Of all values of the user's own.
+    [[nodiscard]] virtual QStringList keys() const = 0;
 
+    /// A text that is no word for yes or no counts as not set.
     [[nodiscard]] bool boolValue(const QString &key) const;
+    /// What a word for yes (yes, true, on, 1) or no means, in whatever case.
+    [[nodiscard]] static std::optional<bool> truthOf(const QString &word);
     [[nodiscard]] int integerValue(const QString &key) const;
     [[nodiscard]] double floatValue(const QString &key) const;
     /// An absent value and one of another type read as empty.
@@ -53,6 +61,8 @@ public:
     /// Writes what changed and makes it survive a power cut. @return false when the disk refused (which is
     /// logged); the values then stay in memory and the next call tries again.
     virtual bool synchronize() = 0;
+    /// Why the last attempt to write failed; empty when it did not.
+    [[nodiscard]] virtual QString problem() const { return {}; }
 
     /// Called by the owner of @p key when what is stored there cannot be used. The stored bytes are kept
     /// beside the store under a name that says so, the key is removed, and one log line says what happened
@@ -74,6 +84,7 @@ protected:
 private:
     QVariantMap m_defaults;
     QVariantMap m_locked;
+    mutable QSet<QString> m_unusable; ///< keys whose value was said to be no truth
 };
 
 } // namespace brevok

@@ -16,6 +16,11 @@ QString StandardFolders::dataFolder() const
     return applicationSupport + QStringLiteral("/Tolvane Brevok");
 }
 
+QString StandardFolders::stateFile() const
+{
+    return dataFolder() + QStringLiteral("/state.sqlite");
+}
+
 QString StandardFolders::logPathForFile(const QString &name) const
 {
     return library + QStringLiteral("/Logs/") + name;

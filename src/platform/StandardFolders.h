@@ -16,6 +16,8 @@ struct StandardFolders {
 
     /// The program's own folder for icons and downloaded archives.
     [[nodiscard]] QString dataFolder() const;
+    /// What the program itself keeps between runs.
+    [[nodiscard]] QString stateFile() const;
     /// A file called @p name among the user's logs.
     [[nodiscard]] QString logPathForFile(const QString &name) const;
     /// The log file.

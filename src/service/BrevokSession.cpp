@@ -8,7 +8,7 @@
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
 #include "platform/SelfUpdater.h"
-#include "platform/SettingsStore.h"
+#include "platform/StateStore.h"
 #include "service/BrevokSessionConnection.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
@@ -47,10 +47,10 @@ QStringList secretsOf(const SessionRequest &request)
 
 } // namespace
 
-BrevokSession::BrevokSession(SettingsStore &settings, NetworkFactory &network,
-    const Connectivity &connectivity, BrevokAlertQueue &alerts, SelfUpdater &updater, QObject *parent)
+BrevokSession::BrevokSession(StateStore &state, NetworkFactory &network, const Connectivity &connectivity,
+    BrevokAlertQueue &alerts, SelfUpdater &updater, QObject *parent)
     : QObject(parent)
-    , m_settings(settings)
+    , m_state(state)
     , m_network(network)
     , m_connectivity(connectivity)
     , m_alerts(alerts)
@@ -59,6 +59,15 @@ BrevokSession::BrevokSession(SettingsStore &settings, NetworkFactory &network,
     if (sharedSession == nullptr) {
         sharedSession = this;
     }
+    connect(&state, &StateStore::becameReadable, this, [this] {
+        load();
+        stateChanged();
+    });
+    connect(&state, &StateStore::everythingWanted, this, [this] {
+        m_stored = {};
+        save();
+        m_state.setValue(versionKey, recordVersion);
+    });
     load();
 }
 
@@ -76,15 +85,18 @@ BrevokSession *BrevokSession::session()
 
 void BrevokSession::load()
 {
-    if (m_settings.contains(dataKey)) {
-        const QJsonValue stored = unarchived(m_settings.dataValue(dataKey));
-        if (stored.isObject()) {
-            m_session = stored.toObject();
-        } else {
-            m_settings.setAside(dataKey, u"the stored session cannot be read"_s);
-        }
+    m_session = m_stored = m_state.entries(dataKey).value(QString());
+    if (m_state.value(versionKey) != QJsonValue(recordVersion)) {
+        m_state.setValue(versionKey, recordVersion);
     }
-    m_settings.setValue(versionKey, recordVersion);
+}
+
+void BrevokSession::save()
+{
+    if (m_session != m_stored) {
+        m_stored = m_session;
+        m_state.commit({{dataKey, QString(), m_session}});
+    }
 }
 
 QString BrevokSession::sessionId() const
@@ -121,8 +133,7 @@ void BrevokSession::setSessionId(const QString &sessionId)
 void BrevokSession::stateChanged()
 {
     if (m_connections.isEmpty()) {
-        m_settings.setValue(dataKey, archived(m_session));
-        m_settings.synchronize();
+        save();
     }
     Q_EMIT statusWillChange();
     Q_EMIT statusChanged();

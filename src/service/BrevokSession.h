@@ -16,7 +16,7 @@ class BrevokSessionConnection;
 class Connectivity;
 class NetworkFactory;
 class SelfUpdater;
-class SettingsStore;
+class StateStore;
 struct BrevokError;
 struct ReplyVerdict;
 
@@ -27,7 +27,7 @@ class BrevokSession final : public QObject {
     Q_DISABLE_COPY_MOVE(BrevokSession)
 
 public:
-    BrevokSession(SettingsStore &settings, NetworkFactory &network, const Connectivity &connectivity,
+    BrevokSession(StateStore &state, NetworkFactory &network, const Connectivity &connectivity,
         BrevokAlertQueue &alerts, SelfUpdater &updater, QObject *parent = nullptr);
     ~BrevokSession() override;
 
@@ -71,6 +71,7 @@ Q_SIGNALS:
 
 private:
     void load();
+    void save();
     void stateChanged();
     void add(BrevokSessionConnection *connection);
     void remove(BrevokSessionConnection *connection);
@@ -84,12 +85,13 @@ private:
     void handleReply(int action, const Record &reply);
     void reportEnd(int action, const ReplyVerdict &verdict, const Record &reply);
 
-    SettingsStore &m_settings;
+    StateStore &m_state;
     NetworkFactory &m_network;
     const Connectivity &m_connectivity;
     BrevokAlertQueue &m_alerts;
     SelfUpdater &m_updater;
     Record m_session;
+    Record m_stored; ///< what the store holds of it
     BrevokSessionConnection *m_connection = nullptr; ///< the most recent request, while it is in flight
     QList<BrevokSessionConnection *> m_connections;
 };

@@ -5,7 +5,7 @@
 
 #include "foundation/Paths.h"
 #include "foundation/Record.h"
-#include "platform/SettingsStore.h"
+#include "platform/StateStore.h"
 #include "targets/TargetLook.h"
 
 #include <QCoreApplication>
@@ -79,15 +79,22 @@ Task lookAgain(const QPointer<BrevokTargetApps> &targets)
 
 } // namespace
 
-BrevokTargetApps::BrevokTargetApps(SettingsStore &settings, ApplicationSearch &search, QObject *parent)
+BrevokTargetApps::BrevokTargetApps(StateStore &state, ApplicationSearch &search, QObject *parent)
     : QObject(parent)
-    , m_settings(settings)
+    , m_state(state)
     , m_search(&search)
 {
     if (sharedTargetApps == nullptr) {
         sharedTargetApps = this;
     }
     load();
+    connect(&state, &StateStore::becameReadable, this, [this] {
+        Q_EMIT targetsWillChange();
+        load();
+        Q_EMIT targetsChanged();
+        getInstallTargets(ApplicationSearch::Notification::DidUpdate);
+    });
+    connect(&state, &StateStore::everythingWanted, this, &BrevokTargetApps::saveEverything);
     connect(&search, &ApplicationSearch::notification, this, &BrevokTargetApps::getInstallTargets);
     connect(&search, &ApplicationSearch::volumesChanged, this,
         [this] { lookFor({.notification = std::nullopt, .volumes = true}); });
@@ -111,35 +118,28 @@ BrevokTargetApps *BrevokTargetApps::targetApps()
 
 void BrevokTargetApps::load()
 {
-    const QString key = QLatin1StringView(TargetSettings::data);
-    if (!m_settings.contains(key)) {
-        return;
+    m_records.clear();
+    const StateEntries stored = m_state.entries(QLatin1StringView(TargetSettings::data));
+    for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry) {
+        m_records.insert(entry.key(), *entry);
     }
-    const QJsonValue stored = unarchived(m_settings.dataValue(key));
-    if (!stored.isObject()) {
-        m_settings.setAside(key, u"it is no list of install targets"_s);
-        return;
-    }
-    const Record list = stored.toObject();
-    for (auto entry = list.constBegin(); entry != list.constEnd(); ++entry) {
-        if (entry.value().isObject()) {
-            m_records.insert(entry.key(), entry.value().toObject());
-        }
-    }
-    if (m_records.size() < list.size()) {
-        m_settings.setAside(key, u"some of its install targets are no records"_s);
-        save();
+    m_gathered = m_state.value(QLatin1StringView(TargetSettings::gathered)).toBool();
+}
+
+void BrevokTargetApps::save(const QString &path)
+{
+    if (const auto record = m_records.constFind(path); record != m_records.cend()) {
+        m_state.commit({{QLatin1StringView(TargetSettings::data), path, *record}});
     }
 }
 
-void BrevokTargetApps::save()
+void BrevokTargetApps::saveEverything()
 {
-    Record list;
+    StateChanges changes{StateStore::valueChange(QLatin1StringView(TargetSettings::gathered), m_gathered)};
     for (auto record = m_records.cbegin(); record != m_records.cend(); ++record) {
-        list.insert(record.key(), record.value());
+        changes.append({QLatin1StringView(TargetSettings::data), record.key(), *record});
     }
-    m_settings.setValue(QLatin1StringView(TargetSettings::data), archived(list));
-    m_settings.synchronize();
+    m_state.commit(changes);
 }
 
 void BrevokTargetApps::getInstallTargets(std::optional<ApplicationSearch::Notification> notification)
@@ -149,6 +149,10 @@ void BrevokTargetApps::getInstallTargets(std::optional<ApplicationSearch::Notifi
 
 void BrevokTargetApps::lookFor(const Occasion &occasion)
 {
+    // What is found must not stand in the place of records that cannot be read yet.
+    if (!m_state.isReadable()) {
+        return;
+    }
     m_occasions.append(occasion);
     if (!m_looking) {
         look();
@@ -233,12 +237,14 @@ void BrevokTargetApps::mergeSpellings()
         return;
     }
     Q_EMIT targetsWillChange();
+    StateChanges changes;
     for (const QString &path : std::as_const(superfluous)) {
         m_records.remove(path);
         m_looks.remove(path);
+        changes.append({QLatin1StringView(TargetSettings::data), path, std::nullopt});
     }
     Q_EMIT targetsChanged();
-    save();
+    m_state.commit(changes);
 }
 
 bool BrevokTargetApps::isSame(const QString &path, const QString &other) const
@@ -305,15 +311,13 @@ void BrevokTargetApps::takeIn(const HostApplication &host)
 
 void BrevokTargetApps::endFirstGathering()
 {
-    const QString key = QLatin1StringView(TargetSettings::gathered);
-    if (m_settings.boolValue(key)) {
+    if (std::exchange(m_gathered, true)) {
         return;
     }
     if (m_records.size() != 1) {
         Q_EMIT reviewWanted();
     }
-    m_settings.setValue(key, true);
-    m_settings.synchronize();
+    m_state.setValue(QLatin1StringView(TargetSettings::gathered), true);
 }
 
 void BrevokTargetApps::insertTarget(const QString &path, const QString &type, const QString &version)
@@ -325,19 +329,19 @@ void BrevokTargetApps::insertTarget(const QString &path, const QString &type, co
             {TargetKeys::enabled, TargetKeys::yes}, {TargetKeys::removed, TargetKeys::no},
             {TargetKeys::invalid, TargetKeys::no}});
     Q_EMIT targetsChanged();
-    save();
+    save(path);
 }
 
 void BrevokTargetApps::removeTarget(const QString &path)
 {
     change(path, TargetKeys::removed, TargetKeys::yes);
-    save();
+    save(path);
 }
 
 void BrevokTargetApps::setTarget(const QString &path, bool state)
 {
     change(path, TargetKeys::enabled, state ? TargetKeys::yes : TargetKeys::no);
-    save();
+    save(path);
 }
 
 void BrevokTargetApps::change(const QString &path, QLatin1StringView key, QLatin1StringView value)

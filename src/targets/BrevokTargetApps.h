@@ -18,10 +18,10 @@
 namespace brevok {
 
 struct HostApplication;
-class SettingsStore;
+class StateStore;
 struct TargetFindings;
 
-/// Settings of the list of targets.
+/// Keys of the list of targets in the state store.
 namespace TargetSettings {
 inline constexpr auto data = "OrlecTargetsData";
 inline constexpr auto gathered = "OrlecTargetsGathered";
@@ -49,7 +49,7 @@ class BrevokTargetApps final : public QObject {
 
 public:
     /// Loads the stored list and starts the search, which is stopped at the end.
-    BrevokTargetApps(SettingsStore &settings, ApplicationSearch &search, QObject *parent = nullptr);
+    BrevokTargetApps(StateStore &state, ApplicationSearch &search, QObject *parent = nullptr);
     ~BrevokTargetApps() override;
 
     /// The targets of this process, for the outermost code.
@@ -104,7 +104,8 @@ private:
     };
 
     void load();
-    void save();
+    void save(const QString &path);
+    void saveEverything();
     void lookFor(const Occasion &occasion);
     void look();
     void apply(const QList<Occasion> &occasions, const TargetFindings &findings);
@@ -116,12 +117,13 @@ private:
     void change(const QString &path, QLatin1StringView key, QLatin1StringView value);
     [[nodiscard]] bool has(const QString &path, QLatin1StringView flag) const;
 
-    SettingsStore &m_settings;
+    StateStore &m_state;
     QPointer<ApplicationSearch> m_search; ///< may go first, where both have one parent
     TargetRecords m_records;
     QHash<QString, FolderLook> m_looks; ///< what the disk said last, by path
     QList<Occasion> m_occasions; ///< what came while a look was under way
     bool m_looking = false;
+    bool m_gathered = false;
 };
 
 } // namespace brevok

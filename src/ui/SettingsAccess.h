@@ -25,6 +25,9 @@ public:
     [[nodiscard]] virtual int logLevel() const = 0;
     virtual void setLogLevel(int level) = 0;
 
+    /// Why what was set last is not stored; empty when it is.
+    [[nodiscard]] virtual QString problem() const { return {}; }
+
     /// Whether the administrator decides the setting with this key in the store: setting it changes nothing.
     [[nodiscard]] virtual bool isLocked(const QString & /*key*/) const { return false; }
 };

@@ -5,32 +5,42 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "catalogue/BrevokPlugins.h"
-#include "catalogue/CatalogueSettings.h"
+#include "catalogue/CatalogueKeys.h"
 #include "support/FakeServiceClient.h"
-#include "support/MemorySettingsStore.h"
+#include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
+#include "support/StoredCatalogue.h"
 
 #include <QJsonDocument>
+#include <QTest>
 
 namespace brevok::testing {
 
-/// What the catalogue works with, in memory, and lists to feed it.
+/// What the catalogue works with, and lists to feed it.
 struct CatalogueFixture {
-    MemorySettingsStore settings;
+    ScratchStateStore scratch;
+    StateStore &state = scratch.store;
     FakeServiceClient service;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;
     BrevokAlertQueue alerts{presenter, panel};
 
-    /// Stores @p value as an earlier run would have.
-    void archive(QLatin1StringView key, const QJsonValue &value)
+    /// Stores packages as an earlier run would have.
+    void storePackages(const QJsonObject &packages)
     {
-        settings.values.insert(key, archived(value));
+        for (auto package = packages.constBegin(); package != packages.constEnd(); ++package) {
+            state.commit({{CatalogueKeys::packagesData, package.key(), package.value().toObject()}});
+        }
     }
-    [[nodiscard]] QJsonObject stored(QLatin1StringView key) const
+
+    /// Waits until everything is stored.
+    [[nodiscard]] bool flushed()
     {
-        return unarchived(settings.values.value(key).toByteArray()).toObject();
+        bool stored = false;
+        state.commit({}, &waiting, [&stored](const auto &error) { stored = !error; });
+        return QTest::qWaitFor([&stored] { return stored; }, 30000);
     }
+    QObject waiting;
 
     static Record build(const QString &name, const QString &prefix, const QString &version,
         const QJsonValue &host, const QString &link = QStringLiteral("https://x/a.zip"))

@@ -13,12 +13,12 @@
 
 namespace brevok::testing {
 
-/// The packages with all that they need, in memory and in a scratch folder.
+/// The packages with all that they need, in scratch folders.
 struct PackagesFixture : CatalogueFixture {
     QTemporaryDir folder;
     FakeApplicationSearch search;
-    BrevokTargetApps targets{settings, search};
-    BrevokPlugins plugins{settings, service, alerts};
+    BrevokTargetApps targets{state, search};
+    BrevokPlugins plugins{state, service, alerts};
     QString dataFolder = folder.path() + QStringLiteral("/data");
     std::unique_ptr<BrevokPackages> packages;
 
@@ -27,7 +27,7 @@ struct PackagesFixture : CatalogueFixture {
         packages.reset();
         service.lists.clear();
         packages = std::make_unique<BrevokPackages>(
-            BrevokPackages::Collaborators{settings, service, alerts, plugins, targets, dataFolder, {}});
+            BrevokPackages::Collaborators{state, service, alerts, plugins, targets, dataFolder, {}});
         packages->start();
         return *packages;
     }
@@ -44,9 +44,9 @@ struct PackagesFixture : CatalogueFixture {
         }
         return names;
     }
-    [[nodiscard]] QString iconPath(const QString &name) const
+    [[nodiscard]] QString iconPath(const QString &name)
     {
-        const Record record = stored(CatalogueSettings::packagesData).value(name).toObject();
+        const Record record = state.entries(CatalogueKeys::packagesData).value(name);
         return record.value(PackageKeys::iconPath).toString();
     }
     /// A target with version 140 in which the plug-in @p name is installed.

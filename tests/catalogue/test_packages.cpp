@@ -3,6 +3,7 @@
 
 #include "foundation/Tasks.h"
 #include "PackagesFixture.h"
+#include "support/FailingDisk.h"
 #include "support/LogCapture.h"
 
 #include <QRegularExpression>
@@ -19,6 +20,9 @@ using Fixture = PackagesFixture;
 class PackagesTest : public QObject {
     Q_OBJECT
 
+public:
+    FailingDisk disk;
+
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { QVERIFY(finishBackgroundWork(10000)); }
@@ -27,8 +31,9 @@ private Q_SLOTS:
     void elementsAreChecked();
     void recordsAreOrderedAndKept();
     void repliesAreHandled();
-    void storedRubbishIsSurvived_data();
     void storedRubbishIsSurvived();
+    void namesStayOneAcrossARestart();
+    void aListThatBringsNothingNewWritesNothing();
     void statusesFollowEveryChange();
     void callsDuringACalculationAreServedAfterIt();
     void usersCheckTellsOfNewUpdates_data();
@@ -94,8 +99,8 @@ void PackagesTest::recordsAreOrderedAndKept()
 void PackagesTest::repliesAreHandled()
 {
     Fixture f;
-    f.settings.values.insert(
-        CatalogueSettings::productsUpdateDate, QDateTime::currentDateTimeUtc().addDays(9).addSecs(60));
+    f.state.setDate(
+        CatalogueKeys::productsUpdateDate, QDateTime::currentDateTimeUtc().addDays(9).addSecs(60));
     BrevokPackages &packages = f.start();
     QCOMPARE(f.service.lists[0].path, u"/api/product/list"_s);
     const QSignalSpy finished(&packages, &BrevokPackages::checkFinished);
@@ -112,8 +117,7 @@ void PackagesTest::repliesAreHandled()
     QTRY_COMPARE(f.service.lists.size(), 1);
     f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
     QCOMPARE(packages.updateTimer()->interval(), 3600000);
-    QVERIFY(f.settings.dateValue(CatalogueSettings::productsUpdateDate)
-        < QDateTime::currentDateTimeUtc().addDays(1));
+    QVERIFY(f.state.date(CatalogueKeys::productsUpdateDate) < QDateTime::currentDateTimeUtc().addDays(1));
 
     packages.checkForUpdates();
     f.service.answerList({.status = 200, .body = "{}", .headers = {}, .error = {}});
@@ -130,35 +134,59 @@ void PackagesTest::repliesAreHandled()
     QCOMPARE(packages.packageRecords().size(), 1);
 }
 
-void PackagesTest::storedRubbishIsSurvived_data()
-{
-    QTest::addColumn<QVariant>("value");
-    QTest::addColumn<bool>("setAside");
-    const Record good = Fixture::package(u"A"_s, u"P"_s);
-    const QJsonObject odd{{u"A"_s, good}, {u"B"_s, 1}, {u"C"_s, QJsonObject()},
-        {u"D"_s, QJsonObject{{u"Name"_s, 4}}}, {u"E"_s, QJsonArray{good}}};
-    QTest::addRow("bytes") << QVariant(QByteArray("\x00\xffx", 3)) << true;
-    QTest::addRow("list") << QVariant(archived(QJsonArray{good})) << true;
-    QTest::addRow("text list") << QVariant(QStringList{u"a"_s}) << true;
-    QTest::addRow("wrong shapes inside") << QVariant(archived(odd)) << false;
-}
-
 void PackagesTest::storedRubbishIsSurvived()
 {
-    QFETCH(QVariant, value);
-    QFETCH(bool, setAside);
     Fixture f;
-    for (const QLatin1StringView key : {CatalogueSettings::packagesData,
-             CatalogueSettings::productsUpdateDate, CatalogueSettings::notifiedPackages}) {
-        f.settings.values.insert(key, value);
-    }
+    f.storePackages({{u"A"_s, Fixture::package(u"A"_s, u"P"_s)}, {u"C"_s, QJsonObject()},
+        {u"D"_s, QJsonObject{{u"Name"_s, 4}}}});
+    f.state.commit({{CatalogueKeys::productsUpdateDate, QString(), Record{{u"Value"_s, u"soon"_s}}},
+        {CatalogueKeys::notifiedPackages, u"gone"_s, Record()}});
     const LogCapture log;
     BrevokPackages &packages = f.start();
-    QCOMPARE(f.settings.keysSetAside.contains(CatalogueSettings::packagesData), setAside);
-    QCOMPARE(packages.packageRecords().size(), setAside ? 0 : 1);
-    QCOMPARE(LogCapture::contains(u"Stored packages: 4 unusable values left out."_s), !setAside);
+    QCOMPARE(packages.packageRecords().size(), 1);
+    QVERIFY(LogCapture::contains(u"Stored packages: 2 unusable values left out."_s));
     packages.notifyPackageStatuses();
-    QVERIFY(f.settings.stringListValue(CatalogueSettings::notifiedPackages).isEmpty());
+    QVERIFY(f.state.entries(CatalogueKeys::notifiedPackages).isEmpty());
+}
+
+void PackagesTest::namesStayOneAcrossARestart()
+{
+    Fixture f;
+    f.start();
+    const QString marked = QChar(0xfeff) + u"Marked"_s;
+    const QByteArray list =
+        R"([{"Name":"\ufeffMarked","Prefix":"M","Version":"1","Published":"1","Platform":"Mac"},)"
+        R"({"Name":"Half \ud83d","Prefix":"H\uDC00","Version":"1","Published":"1","Platform":"Mac"}])";
+    for (int start = 0; start < 3; ++start) {
+        f.service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
+        QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
+        f.start();
+        QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
+        QCOMPARE(f.packages->packageRecords()[0].value(PackageKeys::prefix).toString(), u"H\uFFFD"_s);
+    }
+}
+
+void PackagesTest::aListThatBringsNothingNewWritesNothing()
+{
+    Fixture f;
+    BrevokPackages &packages = f.start();
+    const QJsonArray list{
+        Fixture::package(u"A"_s, u"P"_s, u"https://x/a.png"_s), Fixture::package(u"B"_s, u"P"_s)};
+    packages.updateWithArray(list);
+    f.answerFile(200, "GIF89a...");
+    QTRY_VERIFY(!f.iconPath(u"A"_s).isEmpty());
+    const QString path = f.iconPath(u"A"_s);
+    QVERIFY(f.flushed());
+    FailingDisk::heal();
+    // The icon is dropped and comes again: the record ends as it was.
+    packages.updateWithArray(list);
+    f.answerFile(200, "GIF89a...");
+    QTRY_COMPARE(f.iconPath(u"A"_s), path);
+    QVERIFY(f.flushed());
+    QCOMPARE(FailingDisk::bytes(), 0);
+    packages.updateWithArray(list);
+    f.answerFile(500, {});
+    QCOMPARE(f.iconPath(u"A"_s), QString());
 }
 
 void PackagesTest::statusesFollowEveryChange()
@@ -188,7 +216,7 @@ void PackagesTest::statusesFollowEveryChange()
 void PackagesTest::callsDuringACalculationAreServedAfterIt()
 {
     Fixture f;
-    f.archive(CatalogueSettings::packagesData, QJsonObject{{u"A"_s, Fixture::package(u"A"_s, u"P"_s)}});
+    f.storePackages({{u"A"_s, Fixture::package(u"A"_s, u"P"_s)}});
     BrevokPackages &packages = f.start();
     QVERIFY(!packages.updating());
     const QSignalSpy changed(&packages, &BrevokPackages::packagesStatusChanged);
@@ -245,9 +273,11 @@ void PackagesTest::usersCheckTellsOfNewUpdates()
     QCOMPARE(result[0][1].toString(), label);
     QCOMPARE(count.last()[0].toInt(), outdated);
     QCOMPARE(packages.updates(), outdated);
-    QCOMPARE(f.settings.stringListValue(CatalogueSettings::notifiedPackages).size(), outdated);
+    QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), outdated);
     packages.notifyPackageStatuses();
     QCOMPARE(result.size(), 1);
+    packages.forgetNotified(u"p0"_s);
+    QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), qMax(outdated - 1, 0));
 }
 
 void PackagesTest::announcedOnceIsNotNew()

@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "CatalogueFixture.h"
+#include "support/FailingDisk.h"
 #include "support/LogCapture.h"
 
+#include <QDir>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -16,24 +18,28 @@ using Fixture = CatalogueFixture;
 class PluginStoreTest : public QObject {
     Q_OBJECT
 
+public:
+    FailingDisk disk;
+
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
     void definitionsSurviveARestart();
-    void rubbishIsSetAside_data();
-    void rubbishIsSetAside();
+    void onlyWhatChangedIsWritten();
+    void dropsAndReplacementsSurvive();
+    void aVanishedFileIsWrittenWhole();
     void wrongShapesInsideAreLeftOut();
     void unfinishedActionsAreAskedAbout_data();
     void unfinishedActionsAreAskedAbout();
     void theQuestionHoldsNothingUpButTheList();
-    void changesAreStoredBeforeTheyAreAnnounced();
+    void changesAreHandedOverBeforeTheyAreAnnounced();
 };
 
 void PluginStoreTest::definitionsSurviveARestart()
 {
     Fixture f;
     {
-        BrevokPlugins plugins(f.settings, f.service, f.alerts);
+        BrevokPlugins plugins(f.state, f.service, f.alerts);
         plugins.start();
         QCOMPARE(BrevokPlugins::plugins(), &plugins);
         f.service.answerList(Fixture::good({Fixture::with(Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
@@ -41,8 +47,7 @@ void PluginStoreTest::definitionsSurviveARestart()
             Fixture::build(u"A"_s, u"Q"_s, u"1"_s, 140)}));
     }
     QVERIFY(!BrevokPlugins::plugins());
-    QVERIFY(f.settings.synchronizations > 0);
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     const DefinitionPtr shared = plugins.definition(u"140:A_1"_s);
     QVERIFY(shared);
@@ -52,33 +57,81 @@ void PluginStoreTest::definitionsSurviveARestart()
     QCOMPARE(plugins.snapshot().value(u"P"_s), QList{shared->record});
 }
 
-void PluginStoreTest::rubbishIsSetAside_data()
+// What decides is which rows are written, whatever the catalogue's size.
+void PluginStoreTest::onlyWhatChangedIsWritten()
 {
-    QTest::addColumn<QVariant>("value");
-    const QByteArray whole = archived(QJsonObject{{u"P"_s, QJsonArray()}});
-    QTest::addRow("bytes") << QVariant(QByteArray("bplist00\x01\x02"));
-    QTest::addRow("cut short") << QVariant(whole.chopped(4));
-    QTest::addRow("empty") << QVariant(QByteArray());
-    QTest::addRow("list") << QVariant(archived(QJsonArray{1, 2}));
-    QTest::addRow("text") << QVariant(u"hello"_s);
-    QTest::addRow("number") << QVariant(17);
-    QTest::addRow("date") << QVariant(QDateTime::currentDateTimeUtc());
+    Fixture f;
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
+    const auto cost = [&](const std::function<void()> &act) {
+        const bool before = f.flushed();
+        FailingDisk::heal();
+        act();
+        return before && f.flushed() ? FailingDisk::bytes() : -1;
+    };
+    QList<qint64> changes;
+    QJsonArray list;
+    for (const int count : {100, 20000}) {
+        while (list.size() < count) {
+            list.append(
+                Fixture::build(u"N%1"_s.arg(list.size()), u"P%1"_s.arg(list.size() / 10), u"1"_s, 140));
+        }
+        QVERIFY(cost([&] { plugins.updateWithArray(list); }) > 0);
+        QCOMPARE(cost([&] { plugins.updateWithArray(list); }), 0);
+        changes << cost([&] {
+            plugins.change({u"140:N7_1"_s}, [&] {
+                plugins.definition(u"140:N7_1"_s)
+                    ->record.insert(PluginKeys::savedVersion, u"1%1"_s.arg(count));
+            });
+        });
+    }
+    QVERIFY(changes[0] > 0);
+    QVERIFY2(changes[1] <= changes[0] * 13 / 10, qPrintable(u"%1 %2"_s.arg(changes[0]).arg(changes[1])));
 }
 
-void PluginStoreTest::rubbishIsSetAside()
+void PluginStoreTest::dropsAndReplacementsSurvive()
 {
-    QFETCH(QVariant, value);
     Fixture f;
-    f.settings.values.insert(CatalogueSettings::pluginsData, value);
-    f.settings.values.insert(CatalogueSettings::pluginsUpdateDate, value);
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    const auto listed = [](const QString &name, const QString &prefix, const QString &version) {
+        return Fixture::build(name, prefix, version, 140);
+    };
+    {
+        BrevokPlugins plugins(f.state, f.service, f.alerts);
+        plugins.start();
+        plugins.updateWithArray({listed(u"C"_s, u"P"_s, u"1"_s), listed(u"A"_s, u"P"_s, u"1"_s),
+            listed(u"B"_s, u"P"_s, u"1"_s), listed(u"A"_s, u"Q"_s, u"1"_s)});
+        for (const QString &key : {u"140:A_1"_s, u"140:B_1"_s}) {
+            plugins.change(
+                {key}, [&] { plugins.definition(key)->record.insert(PluginKeys::savedVersion, u"1"_s); });
+        }
+        // A new build takes its place, and one is not listed any more; under Q nothing changes.
+        plugins.updateWithArray({listed(u"A"_s, u"P"_s, u"2"_s), listed(u"C"_s, u"P"_s, u"1"_s)});
+    }
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
-    QCOMPARE(f.settings.keysSetAside, QStringList{CatalogueSettings::pluginsData});
-    QVERIFY(plugins.pluginIndex().isEmpty());
-    f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140)}));
-    QCOMPARE(plugins.pluginIndex().size(), 1);
-    QVERIFY(f.settings.dateValue(CatalogueSettings::pluginsUpdateDate).secsTo(QDateTime::currentDateTimeUtc())
-        < 3600);
+    QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), (QStringList{u"140:C_1"_s, u"140:A_2"_s}));
+    QCOMPARE(Fixture::buildsOf(plugins, u"Q"_s), QStringList{u"140:A_1"_s});
+    QVERIFY(plugins.definition(u"140:A_1"_s)->record.contains(PluginKeys::savedVersion));
+    QVERIFY(!plugins.definition(u"140:B_1"_s)); // as every start forgot what no prefix lists
+    QCOMPARE(f.state.entries(CatalogueKeys::pluginsData).size(), 3);
+    plugins.updateWithArray(
+        {listed(u"B"_s, u"P"_s, u"1"_s), listed(u"C"_s, u"P"_s, u"1"_s), listed(u"A"_s, u"P"_s, u"2"_s)});
+    QVERIFY(!plugins.definition(u"140:B_1"_s)->record.contains(PluginKeys::savedVersion));
+}
+
+void PluginStoreTest::aVanishedFileIsWrittenWhole()
+{
+    Fixture f;
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
+    plugins.start();
+    plugins.updateWithArray(
+        {Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140)});
+    QVERIFY(f.flushed());
+    QVERIFY(QDir(f.scratch.folder.filePath(u"data"_s)).removeRecursively());
+    const LogCapture log;
+    plugins.change({u"140:A_1"_s}, [&] { plugins.definition(u"140:A_1"_s)->record.insert(u"x"_s, 1); });
+    QVERIFY(f.flushed() && f.flushed());
+    QCOMPARE(definitionsIn(f.state, u"P"_s).size(), 2);
+    QVERIFY(!definitionsIn(f.state, u"P"_s)[1].toObject().isEmpty());
 }
 
 void PluginStoreTest::wrongShapesInsideAreLeftOut()
@@ -90,14 +143,13 @@ void PluginStoreTest::wrongShapesInsideAreLeftOut()
         odd = Fixture::with(odd, QString::fromLatin1(key), 5);
     }
     const QJsonArray queue{7, QJsonArray(), QJsonArray{1, 2}, Fixture::queueOf(u"/a"_s)[0]};
-    f.archive(CatalogueSettings::pluginsData,
-        QJsonObject{{u"N"_s, 3}, {u"O"_s, QJsonObject{{u"x"_s, good}}},
-            {u"P"_s,
-                QJsonArray{1, u"x"_s, QJsonValue(), QJsonArray{good}, QJsonObject(), good, odd,
-                    Fixture::with(Fixture::with(good, u"Name"_s, u"C"_s), u"HostVersion"_s, u"150"_s),
-                    Fixture::with(Fixture::with(good, u"Name"_s, u"D"_s), u"CommandQueue"_s, queue)}}});
+    f.state.commit(storedDefinitions(QJsonObject{{u"N"_s, 3}, {u"O"_s, QJsonObject{{u"x"_s, good}}},
+        {u"P"_s,
+            QJsonArray{1, u"x"_s, QJsonValue(), QJsonArray{good}, QJsonObject(), good, odd,
+                Fixture::with(Fixture::with(good, u"Name"_s, u"C"_s), u"HostVersion"_s, u"150"_s),
+                Fixture::with(Fixture::with(good, u"Name"_s, u"D"_s), u"CommandQueue"_s, queue)}}}));
     const LogCapture log;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     QVERIFY(LogCapture::contains(u"Stored plug-in definitions: 11 unusable values left out."_s));
     QCOMPARE(plugins.pluginIndex().keys(), QStringList{u"P"_s});
@@ -108,7 +160,6 @@ void PluginStoreTest::wrongShapesInsideAreLeftOut()
     QVERIFY(!repaired.contains(PluginKeys::commandQueue) && !repaired.contains(PluginKeys::savedVersion));
     QVERIFY(plugins.pluginWithPrefix(u"P"_s, u"150"_s));
     QCOMPARE(f.presenter.shown.size(), 1); // the one usable command
-    QVERIFY(f.settings.keysSetAside.isEmpty());
 }
 
 void PluginStoreTest::unfinishedActionsAreAskedAbout_data()
@@ -137,9 +188,9 @@ void PluginStoreTest::unfinishedActionsAreAskedAbout()
     one = Fixture::with(one, u"CommandQueue"_s, queued ? Fixture::queueOf(u"/a"_s) : QJsonArray());
     const Record two =
         Fixture::with(Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), u"SavedVersion"_s, u"Downloading"_s);
-    f.archive(CatalogueSettings::pluginsData, QJsonObject{{u"P"_s, QJsonArray{one, two}}});
+    f.state.commit(storedDefinitions({{u"P"_s, QJsonArray{one, two}}}));
     const LogCapture log;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
 
     QCOMPARE(f.presenter.shown.size(), queued ? 1 : 0);
@@ -161,7 +212,8 @@ void PluginStoreTest::unfinishedActionsAreAskedAbout()
     }
     plugins.discardActions();
     QVERIFY(!plugins.hasUnfinishedActions());
-    for (const QJsonValue definition : f.stored(CatalogueSettings::pluginsData).value("P"_L1).toArray()) {
+    const QJsonArray stored = definitionsIn(f.state, u"P"_s);
+    for (const QJsonValue definition : stored) {
         QVERIFY(!definition.toObject().contains(PluginKeys::commandQueue));
     }
 }
@@ -172,9 +224,9 @@ void PluginStoreTest::theQuestionHoldsNothingUpButTheList()
     f.presenter.waits = true;
     const Record queued = Fixture::with(
         Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), u"CommandQueue"_s, Fixture::queueOf(u"/a"_s));
-    f.archive(CatalogueSettings::pluginsData, QJsonObject{{u"P"_s, QJsonArray{queued}}});
+    f.state.commit(storedDefinitions({{u"P"_s, QJsonArray{queued}}}));
     const LogCapture log;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     QVERIFY(f.presenter.shown.isEmpty()); // nothing is asked before somebody can answer
     int wentOn = 0;
     plugins.start([&wentOn] { ++wentOn; });
@@ -186,31 +238,23 @@ void PluginStoreTest::theQuestionHoldsNothingUpButTheList()
     QCOMPARE(wentOn, 1);
 }
 
-void PluginStoreTest::changesAreStoredBeforeTheyAreAnnounced()
+void PluginStoreTest::changesAreHandedOverBeforeTheyAreAnnounced()
 {
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140)});
     QStringList order;
     const auto savedVersion = [&] {
-        return f.stored(CatalogueSettings::pluginsData)
-            .value("P"_L1)
-            .toArray()[0]
-            .toObject()
-            .value("SavedVersion"_L1)
-            .toString(u"none"_s);
+        return definitionsIn(f.state, u"P"_s)[0].toObject().value("SavedVersion"_L1).toString(u"none"_s);
     };
     connect(&plugins, &BrevokPlugins::pluginsWillChange, this, [&] { order << u"will "_s + savedVersion(); });
     connect(&plugins, &BrevokPlugins::pluginsChanged, this, [&] { order << u"did "_s + savedVersion(); });
-    const int written = f.settings.synchronizations;
-    plugins.change(
+    plugins.change({u"140:A_1"_s},
         [&] { plugins.definition(u"140:A_1"_s)->record.insert(PluginKeys::savedVersion, u"Downloading"_s); });
     QCOMPARE(order, (QStringList{u"will none"_s, u"did Downloading"_s}));
-    QCOMPARE(f.settings.synchronizations, written + 1);
     plugins.announceChange();
     QCOMPARE(order.mid(2), (QStringList{u"will Downloading"_s, u"did Downloading"_s}));
-    QCOMPARE(f.settings.synchronizations, written + 1);
 }
 
 QTEST_GUILESS_MAIN(PluginStoreTest)

@@ -83,7 +83,7 @@ void PluginsTest::elementsAreChecked()
     QFETCH(bool, taken);
     QFETCH(QString, line);
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     const LogCapture log;
     plugins.updateWithArray({element});
@@ -108,7 +108,7 @@ void PluginsTest::newestBuildIsSelected()
     QFETCH(QString, second);
     QFETCH(QString, link);
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, first, 140, u"first"_s),
         Fixture::build(u"A"_s, u"P"_s, second, 140, u"second"_s),
@@ -121,7 +121,7 @@ void PluginsTest::newestBuildIsSelected()
 void PluginsTest::oneDefinitionPerBuild()
 {
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
         Fixture::with(Fixture::build(u"A"_s, u"Q"_s, u"1"_s, 140), u"Extra"_s, 5)});
@@ -131,7 +131,7 @@ void PluginsTest::oneDefinitionPerBuild()
     QCOMPARE(plugins.pluginIndex().value(u"Q"_s), QList{shared});
     QCOMPARE(shared->record.value(PluginKeys::prefixes).toArray(), (QJsonArray{u"P"_s, u"Q"_s}));
 
-    plugins.change([&] {
+    plugins.change({u"140:A_1"_s}, [&] {
         shared->record.insert(PluginKeys::commandQueue, Fixture::queueOf(u"/a"_s));
         shared->record.insert(PluginKeys::savedVersion, u"1"_s);
     });
@@ -149,7 +149,7 @@ void PluginsTest::oneDefinitionPerBuild()
 void PluginsTest::newVersionTakesThePlaceOfTheOld()
 {
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     const Record other = Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140);
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), other});
@@ -161,7 +161,7 @@ void PluginsTest::newVersionTakesThePlaceOfTheOld()
 void PluginsTest::serviceCannotSetLocalState()
 {
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     Record record = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
     record = Fixture::with(record, u"CommandQueue"_s, Fixture::queueOf(u"/etc"_s));
@@ -193,7 +193,7 @@ void PluginsTest::unlistedBuildsAreDropped()
     QFETCH(QJsonArray, reply);
     QFETCH(QStringList, left);
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
         Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"Z"_s, u"Q"_s, u"1"_s, 140)});
@@ -205,7 +205,7 @@ void PluginsTest::unlistedBuildsAreDropped()
     QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), left);
     QCOMPARE(Fixture::buildsOf(plugins, u"Q"_s), QStringList{u"140:Z_1"_s});
     QVERIFY(plugins.definition(u"140:B_1"_s));
-    QCOMPARE(f.stored(CatalogueSettings::pluginsData).value("P"_L1).toArray().size(), left.size());
+    QCOMPARE(definitionsIn(f.state, u"P"_s).size(), left.size());
 }
 
 void PluginsTest::buildForAHost_data()
@@ -223,7 +223,7 @@ void PluginsTest::buildForAHost()
     QFETCH(QString, version);
     QFETCH(QString, key);
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 70),
         Fixture::build(u"A"_s, u"P"_s, u"1"_s, 75), Fixture::build(u"A"_s, u"P"_s, u"1"_s, 80)});
@@ -280,8 +280,8 @@ void PluginsTest::repliesAreHandled()
     QFETCH(QStringList, lines);
     Fixture f;
     const QDateTime date = QDateTime::currentDateTimeUtc().addSecs(static_cast<qint64>(daysAhead * 86400));
-    f.settings.values.insert(CatalogueSettings::pluginsUpdateDate, date);
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    f.state.setDate(CatalogueKeys::pluginsUpdateDate, date);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     QCOMPARE(f.service.lists.size(), 1);
     QCOMPARE(f.service.lists[0].path, u"/api/plugin/list"_s);
@@ -316,7 +316,7 @@ void PluginsTest::repliesAreHandled()
         expected.insert(status == 0 ? 1 : 0, u"Alert: Failed to update Plug-Ins data\n"_s + text);
     }
     QCOMPARE(LogCapture::lines(), expected);
-    const QDateTime kept = f.settings.dateValue(CatalogueSettings::pluginsUpdateDate);
+    const QDateTime kept = f.state.date(CatalogueKeys::pluginsUpdateDate);
     QCOMPARE(kept == date, !good);
 }
 
@@ -324,7 +324,7 @@ void PluginsTest::unreachableServiceIsNotAsked()
 {
     Fixture f;
     f.service.reachable = false;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     const QSignalSpy finished(&plugins, &BrevokPlugins::checkFinished);
     plugins.checkForUpdates();
@@ -336,7 +336,7 @@ void PluginsTest::unreachableServiceIsNotAsked()
 void PluginsTest::timerAsksAgain()
 {
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     plugins.checkForUpdates();
     QCOMPARE(f.service.lists.size(), 2);
@@ -351,7 +351,7 @@ void PluginsTest::timerAsksAgain()
 void PluginsTest::veryLongListsAreTaken()
 {
     Fixture f;
-    BrevokPlugins plugins(f.settings, f.service, f.alerts);
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
     plugins.start();
     QJsonArray list;
     for (int i = 0; i < 100000; ++i) {

@@ -58,7 +58,7 @@ struct Application {
     NetworkFactory network{{}};
     Connectivity connectivity{network, routes};
     MainBundle bundle{u"/nowhere/tolvane-brevok"_s, rig.folder.path()};
-    BrevokSession session{rig.settings, network, connectivity, rig.alerts, updater};
+    BrevokSession session{rig.state, network, connectivity, rig.alerts, updater};
     BrevokUsageReporter usageReporter;
     BugReporter bugReporter{{network, connectivity, &rig.packages, &rig.plugins, &rig.targets,
         [] { return QString(); }, bundle, {}}};
@@ -68,7 +68,7 @@ struct Application {
 
     Application()
     {
-        control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, settings,
+        control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, rig.state, settings,
             [] { return false; }, bugReporter, usageReporter});
     }
     QDBusPendingCall check() const

@@ -147,7 +147,8 @@ class Session:
         if self.application is not None:
             return
         self.application = subprocess.Popen(self.application_command(*more), env=self.environment,
-                                            stdout=subprocess.DEVNULL, stderr=self.early_log)
+                                            stdout=subprocess.DEVNULL, stderr=self.early_log,
+                                            preexec_fn=ignore_size_limit)
         if wait:
             wait_for(lambda: self.ctl("status", check=False).returncode == 0, "the application answers")
 
@@ -177,8 +178,8 @@ class Session:
     def settings_file(self):
         return self.folder / "config" / "tolvane" / "brevok.conf"
 
-    def forget_archives(self):
-        shutil.rmtree(self.folder / "data" / "Tolvane Brevok", ignore_errors=True)
+    def state_file(self):
+        return self.folder / "data" / "Tolvane Brevok" / "state.sqlite"
 
     def ctl(self, *words, check=True, **more):
         result = subprocess.run([self.programs / "brevokctl", *words], env={**self.environment, **more},
@@ -209,6 +210,11 @@ class Session:
             wakeups = int(next(line for line in status.splitlines() if line.startswith("voluntary")).split()[1])
             threads[task.name] = (nanoseconds / 1e6, wakeups)
         return threads
+
+
+def ignore_size_limit():
+    """A write beyond the limit of the size of files then fails, and ends nobody."""
+    signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
 
 
 def end_process(process, how):

@@ -1,6 +1,8 @@
 """What goes wrong, with the real programs: nothing is lost, and the user is told."""
+import json
 import os
 import pathlib
+import resource
 import signal
 import subprocess
 import sys
@@ -148,18 +150,18 @@ class Faults(unittest.TestCase):
         self.assertEqual(session.ctl("check", check=False).returncode, 1)
         self.assertEqual(session.status()["packages"], [])
 
-    def test_every_stored_value_replaced_by_rubbish(self):
+    def test_rubbish_in_the_place_of_what_earlier_versions_stored(self):
         session = self.session
         session.publish("Alpha", "0xA", "1.0", 140)
         session.start_application()
         session.ctl("check")
         session.ctl("install", "0xA")
         session.stop_application()
-        good = session.settings_file().read_text()
-        keys = [line.split("=")[0] for line in good.splitlines() if "=" in line]
-        self.assertIn("OrlecPluginsData", keys)
+        keys = ["SessionData", "SessionVersion", "TargetsGathered", "TargetsData", "PackagesData", "PluginsData",
+                "PluginsUpdateDate", "ProductsUpdateDate", "NotifiedPackages", "InstallNotificationDate%2Fa"]
         for rubbish in ("@ByteArray(\\0\\x1\\xff)", "@Variant(\\0\\0)", "\"\"", "x" * 100000):
-            session.settings_file().write_text("[General]\n" + "".join(f"{key}={rubbish}\n" for key in keys))
+            session.settings_file().parent.mkdir(exist_ok=True)
+            session.settings_file().write_text("[General]\n" + "".join(f"Orlec{key}={rubbish}\n" for key in keys))
             session.start_application()
             session.ctl("check")
             self.assertEqual(session.package_status("0xA"), "Up To Date", rubbish[:20])
@@ -175,8 +177,65 @@ class Faults(unittest.TestCase):
             session.start_application()
             session.ctl("check")
             self.assertEqual(session.package_status("0xA"), "Not Installed")
+            session.ctl("settings", "set", "autoUpdate", "on")
             self.assertEqual(session.stop_application(), 0, session.log()[-6000:])
             self.assertEqual(session.settings_file().stat().st_mode & 0o777, 0o600)
+
+    def fill_disk(self, full):
+        """To a writer a limit on the size of files is what a full disk is."""
+        limit = 0 if full else resource.RLIM_INFINITY
+        resource.prlimit(self.session.application.pid, resource.RLIMIT_FSIZE, (limit, resource.RLIM_INFINITY))
+
+    def test_a_full_disk_is_told_and_costs_nothing(self):
+        session = self.session
+        session.start_application()
+        folder = session.add_host("By Hand", 14012) / "Plug-Ins"
+        add = ("targets", "add", folder, "--type", "InCopy", "--version", "140")
+        self.fill_disk(True)
+        for words in (("settings", "set", "logLevel", "2"), add, ("signin", "ada@example.com")):
+            answer = session.ctl(*words, "--json", check=False, BREVOK_PASSWORD="analytical-engine")
+            self.assertEqual(answer.returncode, 1, (words, answer))
+            document = json.loads(answer.stdout)
+            self.assertFalse(document["ok"])
+            self.assertIn("could not be stored", document["failures"][0])
+        self.fill_disk(False)
+        for words in (("settings", "set", "logLevel", "2"), add):
+            session.ctl(*words)
+        # What was kept in memory meanwhile is there, too.
+        session.stop_application(signal.SIGKILL)
+        session.start_application()
+        self.assertEqual(session.ctl("settings", "get", "logLevel").stdout.strip(), "2")
+        self.assertIn(str(folder), [target["path"] for target in session.status()["targets"]])
+        self.assertTrue(session.status()["session"]["signedIn"])
+
+    def test_a_start_without_room_for_temporary_files(self):
+        session = self.session
+        session.start_application()
+        session.ctl("settings", "set", "logLevel", "1")
+        session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+        session.stop_application()
+        session.environment["TMPDIR"] = "/nonexistent"
+        session.start_application()
+        self.assertTrue(session.status()["session"]["signedIn"])
+        self.assertEqual(session.ctl("settings", "get", "logLevel").stdout.strip(), "1")
+        session.ctl("settings", "set", "logLevel", "0")
+        self.assertEqual([path.name for path in session.settings_file().parent.iterdir()], ["brevok.conf"])
+
+    def test_a_damaged_state_file(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        for content in (b"no database" * 1000, b""):
+            session.start_application()
+            session.ctl("check")
+            session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+            session.stop_application()
+            self.assertEqual(session.state_file().stat().st_mode & 0o777, 0o600)
+            session.state_file().write_bytes(content)
+            session.start_application()
+            wait_for(lambda: ("was damaged; it was kept as" if content else "is empty.") in session.log(), "it is said")
+            self.assertFalse(session.status()["session"]["signedIn"])
+            session.stop_application()
+        self.assertEqual(len(list(session.state_file().parent.glob("*.damaged-*"))), 1)
 
 
 if __name__ == "__main__":

@@ -89,7 +89,7 @@ class Journey(unittest.TestCase):
         self.assertIn("SessionId=", json.dumps(lists[-1]["headers"]))
         session.ctl("signout")
         self.assertFalse(session.status()["session"]["signedIn"])
-        for text in (session.log(), session.settings_file().read_text(errors="replace")):
+        for text in (session.log(), session.state_file().read_text(errors="replace")):
             self.assertNotIn(ACCOUNT["password"], text)
 
     def test_second_copy_gives_way(self):
@@ -168,7 +168,7 @@ class Journey(unittest.TestCase):
     def test_the_bus_starts_the_application(self):
         session = self.session
         shipped = (PROGRAMS.parent / "share/dbus-1/services/com.tolvane.brevok.service").read_text()
-        self.assertIn(f"Exec={PROGRAMS.resolve()}/tolvane-brevok --background\n", shipped)
+        self.assertIn(f'Exec="{PROGRAMS.resolve()}"/tolvane-brevok --background\n', shipped)
         variables = {"BREVOK_SERVICE_URL": session.service_url, "BREVOK_SERVICE_CA": session.service_ca,
                      "BREVOK_REACHABILITY_HOST": "localhost", "BREVOK_APPLICATIONS": session.applications}
         variables |= {name: session.environment[name] for name in session.environment if name.startswith("XDG_")}
@@ -240,7 +240,7 @@ class Reports(unittest.TestCase):
         self.assertIn("Connection: POST returned valid reply", sent["orlec.log"])
         differing = {key for key, value in self.items(shown).items() if sent[key] != value}
         self.assertEqual(differing, {"orlec.log"}, "only the log has grown")
-        # The session id stands in the settings, its ends in what the service wrote down; the program logs neither.
+        # The session id stands in the state, its ends in what the service wrote down; the program logs neither.
         first, last = request["headers"]["cookie"].split("SessionId=")[1].split("…")
         for text in (session.log(), json.dumps(request["body"]), json.dumps(shown)):
             self.assertIn("Session request: POST", text)

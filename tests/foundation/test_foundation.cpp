@@ -8,6 +8,7 @@
 #include "foundation/Record.h"
 #include "foundation/StandardVersionComparator.h"
 #include "foundation/Tasks.h"
+#include "support/Archived.h"
 #include "support/LogCapture.h"
 
 #include <QRegularExpression>
@@ -20,6 +21,7 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::archived;
 using testing::LogCapture;
 
 namespace {
@@ -46,6 +48,7 @@ private Q_SLOTS:
     void foldersAreTakenFromPaths_data();
     void foldersAreTakenFromPaths();
     void archivesKeepEveryValue();
+    void halfCharactersAreReplaced();
     void rubbishIsNoArchive();
     void errorsAreLoggedWithTheirDetails();
     void workIsHandedOverInOrder();
@@ -159,6 +162,21 @@ void FoundationTest::archivesKeepEveryValue()
         {u"Queue"_s, QJsonArray{QJsonArray{u"removeStart"_s, u"/a b"_s}}}};
     QCOMPARE(unarchived(archived(record)).toObject(), record);
     QCOMPARE(unarchived(archived(QJsonArray{record})).toArray(), QJsonArray{record});
+}
+
+void FoundationTest::halfCharactersAreReplaced()
+{
+    const QString half = u"a"_s + QChar(0xd83d) + u"b"_s;
+    const QString low = QString(QChar(0xde00)) + QChar(0xd83d);
+    const QString whole = u"\U0001F600"_s;
+    QCOMPARE(wellFormed(half), u"a\uFFFDb"_s);
+    QCOMPARE(wellFormed(low), u"\uFFFD\uFFFD"_s);
+    QCOMPARE(wellFormed(whole), whole);
+    QCOMPARE(wellFormed(QJsonArray{QJsonObject{{half, QJsonArray{low, 7, whole}}}, QJsonValue(), true}),
+        QJsonValue(QJsonArray{
+            QJsonObject{{u"a\uFFFDb"_s, QJsonArray{u"\uFFFD\uFFFD"_s, 7, whole}}}, QJsonValue(), true}));
+    QVERIFY(mayHoldHalfCharacters("{\"a\":\"\\ud83d\"}") && mayHoldHalfCharacters("\\uDE00"));
+    QVERIFY(!mayHoldHalfCharacters("{\"a\":\"\\u00fc\"}"));
 }
 
 void FoundationTest::rubbishIsNoArchive()

@@ -12,9 +12,10 @@
 #include "support/FakePlatform.h"
 #include "support/FakeServiceClient.h"
 #include "support/LogCapture.h"
-#include "support/MemorySettingsStore.h"
 #include "support/SampleBundles.h"
+#include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
+#include "support/StoredCatalogue.h"
 #include "support/ZipWriter.h"
 #include "targets/BrevokTargetApps.h"
 
@@ -30,8 +31,8 @@ namespace brevok::testing {
 struct InstallRig {
     Q_DISABLE_COPY_MOVE(InstallRig)
 
-    /// @p left is what the last run of the program left in the settings.
-    explicit InstallRig(const QVariantMap &left = {})
+    /// @p left is what the last run of the program stored.
+    explicit InstallRig(const StateChanges &left = {})
         : isFilled(fill(left))
     {
         plugins.start();
@@ -43,8 +44,9 @@ struct InstallRig {
     QTemporaryDir folder;
     QDateTime clock = QDateTime::currentDateTimeUtc();
     LogCapture log;
-    MemorySettingsStore settings;
-    bool isFilled; ///< stands here as the catalogue below reads the settings when it is made
+    ScratchStateStore scratch;
+    StateStore &state = scratch.store;
+    bool isFilled; ///< stands here as the catalogue below reads the state when it is made
     FakeServiceClient service;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;
@@ -53,18 +55,18 @@ struct InstallRig {
     LinuxFileOperations files;
     FakeHelperTool helper;
     FakeRunningApplications applications;
-    BrevokTargetApps targets{settings, search};
-    BrevokPlugins plugins{settings, service, alerts};
-    BrevokPackages packages{{settings, service, alerts, plugins, targets, dataFolder(), &looksLikeImage}};
+    BrevokTargetApps targets{state, search};
+    BrevokPlugins plugins{state, service, alerts};
+    BrevokPackages packages{{state, service, alerts, plugins, targets, dataFolder(), &looksLikeImage}};
     BrevokAppInstaller installer{
-        {files, helper, applications, settings, alerts, plugins, packages, workspace(), ::getuid(), [this] {
+        {files, helper, applications, state, alerts, plugins, packages, workspace(), ::getuid(), [this] {
              return clock;
          }}};
     InstallFlow flow{{plugins, packages, targets, installer, alerts, dataFolder()}};
 
-    [[nodiscard]] bool fill(const QVariantMap &left)
+    [[nodiscard]] bool fill(const StateChanges &left)
     {
-        settings.values = left;
+        state.commit(left);
         return true;
     }
     [[nodiscard]] QString dataFolder() const { return folder.filePath(QStringLiteral("data")); }
@@ -118,14 +120,9 @@ struct InstallRig {
         return definition ? definition->record : Record();
     }
     /// The definition as the next start of the program would find it.
-    [[nodiscard]] Record stored(const QString &prefix, qsizetype index) const
+    [[nodiscard]] Record stored(const QString &prefix, qsizetype index)
     {
-        return unarchived(settings.dataValue(QStringLiteral("OrlecPluginsData")))
-            .toObject()
-            .value(prefix)
-            .toArray()
-            .at(index)
-            .toObject();
+        return definitionsIn(state, prefix).at(index).toObject();
     }
     /// Answers the oldest download with @p body as the service client does.
     void answerDownload(const QByteArray &body)

@@ -184,7 +184,7 @@ void InstallFlowTest::storedArchiveIsInstalledWithoutADownload()
     const QString a = rig.addTarget(u"InDesign 2019"_s, u"140"_s);
     rig.plugins.updateWithArray({InstallRig::build(u"P"_s, u"Plug"_s, 140)});
     rig.addPackage(u"Pack"_s, u"P"_s);
-    rig.plugins.change([&] {
+    rig.plugins.change({u"140:Plug_2.0"_s}, [&] {
         rig.plugins.definition(u"140:Plug_2.0"_s)->record.insert(PluginKeys::savedVersion, u"2.0"_s);
     });
     writeFile(rig.folder.filePath(u"data/140/Plug.zip"_s), InstallRig::archiveOf(u"Plug"_s, 140));
@@ -218,7 +218,7 @@ void InstallFlowTest::commandsLeftBehindAreCleanedUp()
     rig.addPackage(u"Pack"_s, u"P"_s);
     QJsonArray queue;
     queue.append(QJsonArray{u"removeStart"_s, u"/gone"_s});
-    rig.plugins.change(
+    rig.plugins.change({u"140:Plug_2.0"_s},
         [&] { rig.plugins.definition(u"140:Plug_2.0"_s)->record.insert(PluginKeys::commandQueue, queue); });
     Ended ended;
     rig.flow.installWithPrefix(u"P"_s, false, ended.here());
@@ -298,7 +298,6 @@ void InstallFlowTest::everyPackageOfAPrefixIsTaken()
     InstallRig rig;
     rig.addPackage(u"One"_s, u"P"_s);
     rig.addPackage(u"Two"_s, u"P"_s);
-    rig.settings.setValue(u"OrlecNotifiedPackages"_s, QStringList{u"One"_s, u"Two"_s});
     rig.addTarget(u"InDesign 2019"_s, u"140"_s);
     rig.plugins.updateWithArray(
         {InstallRig::build(u"P"_s, u"../Plug"_s, 140), InstallRig::build(u"P"_s, u"B"_s, 140)});
@@ -349,7 +348,7 @@ void InstallFlowTest::failuresAreReported()
 
 void InstallFlowTest::quittingLeavesTheQueueInTheStore()
 {
-    QVariantMap left;
+    StateChanges left;
     {
         InstallRig rig;
         rig.addTarget(u"InDesign 2019"_s, u"140"_s);
@@ -357,7 +356,12 @@ void InstallFlowTest::quittingLeavesTheQueueInTheStore()
         rig.addPackage(u"Pack"_s, u"P"_s);
         rig.flow.installWithPrefix(u"P"_s, false);
         QTRY_COMPARE(rig.service.downloads.size(), 1);
-        left = rig.settings.values;
+        for (const QLatin1StringView key : {CatalogueKeys::pluginsData, CatalogueKeys::pluginPrefixes}) {
+            const StateEntries entries = rig.state.entries(key);
+            for (auto entry = entries.cbegin(); entry != entries.cend(); ++entry) {
+                left.append({key, entry.key(), *entry});
+            }
+        }
     }
     const InstallRig next(left);
     QCOMPARE(next.presenter.shown.size(), 1);
@@ -370,7 +374,7 @@ void InstallFlowTest::versionsWithOneArchivePathTakeTurns()
 {
     const QJsonArray stored{InstallRig::build(u"P"_s, u"Plug"_s, 140, u"2.0"_s),
         InstallRig::build(u"P"_s, u"Plug"_s, 140, u"2.1"_s)};
-    InstallRig rig({{u"OrlecPluginsData"_s, archived(QJsonObject{{u"P"_s, stored}})}});
+    InstallRig rig(storedDefinitions({{u"P"_s, stored}}));
     const QString a = rig.addTarget(u"InDesign 2019"_s, u"140"_s);
     rig.addPackage(u"Pack"_s, u"P"_s);
     Ended ended;

@@ -78,6 +78,10 @@ private Q_SLOTS:
     void aKilledWriterLeavesAWholeFile();
     void unusableValuesAreKeptBeside();
     void defaultsAreNotWritten();
+    void wordsForYesAndNo_data();
+    void wordsForYesAndNo();
+    void noScratchFilesAreNeeded();
+    void aShortageIsNoDamage();
 
 private:
     [[nodiscard]] QString path() const { return m_folder->filePath(u"tolvane/brevok.conf"_s); }
@@ -109,6 +113,7 @@ void SettingsStoreTest::valuesSurvive_data()
     QTest::newRow("number as text") << u"digits"_s << QVariant(u"0042"_s);
     QTest::newRow("bytes") << u"OrlecSessionData"_s << QVariant("\0\xff[General]\n\0"_ba);
     QTest::newRow("large") << u"OrlecPluginsData"_s << QVariant(QByteArray(5'000'000, '\xf7'));
+    QTest::newRow("half a character") << u"half"_s << QVariant(u"a\uFFFD"_s);
     QTest::newRow("list") << u"OrlecNotifiedPackages"_s << QVariant(QStringList{u"a, b"_s, u""_s, u"ü"_s});
     QTest::newRow("list of one") << u"one"_s << QVariant(QStringList{u"2019"_s});
     QTest::newRow("empty list") << u"none"_s << QVariant(QStringList());
@@ -125,7 +130,7 @@ void SettingsStoreTest::valuesSurvive()
     QFETCH(QVariant, value);
     {
         FileSettingsStore store(path());
-        store.setValue(key, value);
+        store.setValue(key, key == u"half"_s ? QVariant(QString(u'a') + QChar(0xd83d)) : value);
         store.setValue(u"neighbour"_s, 1);
         QCOMPARE(store.value(key), value);
     }
@@ -142,7 +147,7 @@ void SettingsStoreTest::valuesSurvive()
         break;
     default:
         QCOMPARE(store.value(key).toString(), value.toString());
-        QCOMPARE(store.boolValue(key), value.toBool());
+        QVERIFY(value.typeId() != QMetaType::Bool || store.boolValue(key) == value.toBool());
     }
     QVERIFY(!store.contains(key + u'x'));
 }
@@ -258,6 +263,7 @@ void SettingsStoreTest::aRefusedWriteLosesNothing()
     ::setrlimit(RLIMIT_FSIZE, &before);
 
     QVERIFY(refused);
+    QVERIFY(!store.problem().isEmpty());
     QCOMPARE(log.lines().size(), 1);
     QVERIFY(log.mentions(u"The settings cannot be saved in %1: "_s.arg(path())));
     QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 1);
@@ -360,6 +366,72 @@ void SettingsStoreTest::defaultsAreNotWritten()
     QVERIFY(!FileSettingsStore(path()).contains(u"OrlecShowNotifications"_s));
     store.remove(u"OrlecLogLevel"_s);
     QCOMPARE(store.integerValue(u"OrlecLogLevel"_s), 1);
+}
+
+void SettingsStoreTest::wordsForYesAndNo_data()
+{
+    QTest::addColumn<QByteArray>("word");
+    QTest::addColumn<int>("meaning");
+    for (const char *yes : {"yes", "true", "on", "1", "YES", "True"}) {
+        QTest::addRow("%s", yes) << QByteArray(yes) << 1;
+    }
+    for (const char *no : {"no", "false", "off", "0", "No", "OFF"}) {
+        QTest::addRow("%s", no) << QByteArray(no) << 0;
+    }
+    for (const char *other : {"hello", "2", "-1", "", "@ByteArray()", "yes no"}) {
+        QTest::addRow("'%s'", other) << QByteArray(other) << -1;
+    }
+}
+
+void SettingsStoreTest::wordsForYesAndNo()
+{
+    QFETCH(QByteArray, word);
+    QFETCH(int, meaning);
+    QVERIFY(writeFile(path(), "[General]\r\nflag=" + word + "\r\n"));
+    FileSettingsStore store(path());
+    for (const bool otherwise : {false, true}) {
+        const LogCapture log;
+        store.registerDefaults({{u"flag"_s, otherwise}});
+        QCOMPARE(store.boolValue(u"flag"_s), meaning < 0 ? otherwise : meaning == 1);
+        QCOMPARE(LogCapture::mentions(u"\"flag\" is no word for yes or no"_s), meaning < 0 && !otherwise);
+    }
+}
+
+// A temporary folder that is full, missing or somebody else's is in nobody's way.
+void SettingsStoreTest::noScratchFilesAreNeeded()
+{
+    const QByteArray before = qgetenv("TMPDIR");
+    qputenv("TMPDIR", "/nonexistent");
+    {
+        FileSettingsStore store(path());
+        store.setValue(u"a"_s, 7);
+        QVERIFY(store.synchronize());
+        QCOMPARE(store.problem(), QString());
+    }
+    const int found = FileSettingsStore(path()).integerValue(u"a"_s);
+    qputenv("TMPDIR", before);
+    QCOMPARE(found, 7);
+    QVERIFY(aside(u"unreadable"_s).isEmpty());
+}
+
+void SettingsStoreTest::aShortageIsNoDamage()
+{
+    QVERIFY(writeFile(path(), "[General]\na=7\n"));
+    rlimit before = {};
+    ::getrlimit(RLIMIT_NOFILE, &before);
+    const LogCapture log;
+    std::unique_ptr<FileSettingsStore> store;
+    // From none on, until the file can be read: at some point it is open, and what looks at it is not.
+    for (rlim_t files = 3; !store || !store->contains(u"a"_s); ++files) {
+        store.reset();
+        const rlimit few = {.rlim_cur = files, .rlim_max = before.rlim_max};
+        ::setrlimit(RLIMIT_NOFILE, &few);
+        store = std::make_unique<FileSettingsStore>(path());
+        ::setrlimit(RLIMIT_NOFILE, &before);
+        QVERIFY(aside(u"unreadable"_s).isEmpty());
+        QVERIFY(files < 1000);
+    }
+    QVERIFY(log.mentions(u"The settings cannot be saved in "_s));
 }
 
 int main(int argc, char **argv)

@@ -14,8 +14,8 @@
 #include "support/FakeRouteLookup.h"
 #include "support/FakeServiceClient.h"
 #include "support/LogCapture.h"
-#include "support/MemorySettingsStore.h"
 #include "support/SampleBundles.h"
+#include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
 #include "support/servers/FaultServer.h"
 #include "targets/BrevokTargetApps.h"
@@ -54,7 +54,8 @@ struct ReportRig {
     QTemporaryDir folder;
     LogCapture log;
     FaultServer server;
-    MemorySettingsStore settings;
+    ScratchStateStore scratch;
+    StateStore &state = scratch.store;
     FakeServiceClient service;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;
@@ -63,10 +64,10 @@ struct ReportRig {
     FakeRouteLookup routes;
     NetworkFactory network;
     Connectivity connectivity{network, routes};
-    BrevokTargetApps targets{settings, search};
-    BrevokPlugins plugins{settings, service, alerts};
-    BrevokPackages packages{{settings, service, alerts, plugins, targets,
-        folder.filePath(QStringLiteral("data")), &looksLikeImage}};
+    BrevokTargetApps targets{state, search};
+    BrevokPlugins plugins{state, service, alerts};
+    BrevokPackages packages{
+        {state, service, alerts, plugins, targets, folder.filePath(QStringLiteral("data")), &looksLikeImage}};
     QString sessionId;
     MainBundle bundle = makeBundle();
     BugReporter reporter{{network, connectivity, &packages, &plugins, &targets, [this] { return sessionId; },

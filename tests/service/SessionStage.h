@@ -10,7 +10,7 @@
 #include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
 #include "support/FakeRouteLookup.h"
-#include "support/MemorySettingsStore.h"
+#include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
 #include "support/servers/FaultServer.h"
 
@@ -45,9 +45,9 @@ struct SessionStage {
         , queue(presenter, panel)
     {
         if (!stored.isEmpty()) {
-            settings.values.insert(dataKey, archived(stored));
+            state.commit({{dataKey, QString(), stored}});
         }
-        session = std::make_unique<BrevokSession>(settings, network, connectivity, queue, updater);
+        session = std::make_unique<BrevokSession>(state, network, connectivity, queue, updater);
         QObject::connect(session.get(), &BrevokSession::actionFinished, session.get(),
             [this](int action, bool ok, const QString &message) {
                 ++ended;
@@ -65,10 +65,7 @@ struct SessionStage {
         return {{QStringLiteral("SessionId"), QStringLiteral("held-id")},
             {QStringLiteral("orlecId"), QStringLiteral("ada@example.com")}, {QStringLiteral("later"), 7}};
     }
-    [[nodiscard]] Record stored() const
-    {
-        return unarchived(settings.values.value(dataKey).toByteArray()).toObject();
-    }
+    [[nodiscard]] Record stored() { return state.entries(dataKey).value(QString()); }
     void request(int action)
     {
         if (action == SessionSignin) {
@@ -89,7 +86,8 @@ struct SessionStage {
     }
 
     FaultServer server;
-    MemorySettingsStore settings;
+    ScratchStateStore scratch;
+    StateStore &state = scratch.store;
     FakeRouteLookup routes;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;

@@ -93,9 +93,8 @@ void TestSession::signsInAndStays()
             {"accept-encoding", "gzip"}, {"x-tolvane-brevok-version", "2"}}));
 
     QCOMPARE(stage.stored().value("SessionId"_L1), u"id-1"_s);
-    QCOMPARE(stage.settings.values.value(u"OrlecSessionVersion"_s).toDouble(), 1.2);
-    QVERIFY(stage.settings.synchronizations > 0);
-    const BrevokSession next(stage.settings, stage.network, stage.connectivity, stage.queue, stage.updater);
+    QCOMPARE(stage.state.value(u"OrlecSessionVersion"_s).toDouble(), 1.2);
+    const BrevokSession next(stage.state, stage.network, stage.connectivity, stage.queue, stage.updater);
     QCOMPARE(next.sessionId(), u"id-1"_s);
     QCOMPARE(BrevokSession::session(), stage.session.get());
 
@@ -251,7 +250,7 @@ void TestSession::recordIsWrittenBetweenRequestsOnly()
     QTRY_COMPARE(stage.ended, 1);
     QCOMPARE(stage.session->sessionId(), u"id"_s);
     QVERIFY(stage.session->isUpdating());
-    QVERIFY(!stage.settings.contains(dataKey));
+    QVERIFY(stage.stored().isEmpty());
     stage.server.stop();
     QTRY_VERIFY(!stage.session->isUpdating());
     QCOMPARE(stage.stored().value("SessionId"_L1), u"id"_s);
@@ -259,32 +258,20 @@ void TestSession::recordIsWrittenBetweenRequestsOnly()
 
 void TestSession::storedRecords_data()
 {
-    QTest::addColumn<QVariant>("stored");
-    QTest::addColumn<bool>("setAside");
+    QTest::addColumn<Record>("stored");
     QTest::addColumn<QString>("sessionId");
-    QTest::newRow("none") << QVariant() << false << QString();
-    QTest::newRow("record") << QVariant(archived(Stage::signedIn())) << false << u"held-id"_s;
-    QTest::newRow("wrong types") << QVariant(archived(Record{{u"SessionId"_s, 7}, {u"orlecId"_s, true}}))
-                                 << false << QString();
-    QTest::newRow("empty id") << QVariant(archived(Record{{u"SessionId"_s, u""_s}})) << false << QString();
-    QTest::newRow("garbage") << QVariant(QByteArray("\xff\x00garbage", 9)) << true << QString();
-    QTest::newRow("list") << QVariant(archived(QJsonArray{1, 2})) << true << QString();
-    QTest::newRow("text") << QVariant(u"text"_s) << true << QString();
+    QTest::newRow("none") << Record() << QString();
+    QTest::newRow("record") << Stage::signedIn() << u"held-id"_s;
+    QTest::newRow("wrong types") << Record{{u"SessionId"_s, 7}, {u"orlecId"_s, true}} << QString();
+    QTest::newRow("empty id") << Record{{u"SessionId"_s, u""_s}} << QString();
 }
 
 void TestSession::storedRecords()
 {
-    QFETCH(QVariant, stored);
-    QFETCH(bool, setAside);
-    Stage stage;
-    if (stored.isValid()) {
-        stage.settings.values.insert(dataKey, stored);
-    }
-    const BrevokSession session(
-        stage.settings, stage.network, stage.connectivity, stage.queue, stage.updater);
-    QTEST(session.sessionId(), "sessionId");
-    QCOMPARE(stage.settings.keysSetAside, setAside ? QStringList{dataKey} : QStringList());
-    QVERIFY(!session.description().contains(u"held-id"_s));
+    QFETCH(Record, stored);
+    const Stage stage(20000, stored);
+    QTEST(stage.session->sessionId(), "sessionId");
+    QVERIFY(!stage.session->description().contains(u"held-id"_s));
 }
 
 void TestSession::logHoldsNoSecrets()

@@ -17,6 +17,7 @@ public:
     int synchronizations = 0;
 
     [[nodiscard]] bool contains(const QString &key) const override { return values.contains(key); }
+    [[nodiscard]] QStringList keys() const override { return values.keys(); }
     bool synchronize() override
     {
         ++synchronizations;

@@ -4,8 +4,8 @@
 #pragma once
 
 #include "support/FakePlatform.h"
-#include "support/MemorySettingsStore.h"
 #include "support/SampleBundles.h"
+#include "support/ScratchStateStore.h"
 #include "targets/BrevokTargetApps.h"
 
 #include <QSignalSpy>
@@ -21,11 +21,12 @@ inline QString targetsKey()
     return QLatin1StringView(TargetSettings::data);
 }
 
-/// Everything a list of targets stands on: real folders, a store in memory and a search led by the test.
+/// Everything a list of targets stands on: real folders, a store and a search led by the test.
 struct House {
     QTemporaryDir folder;
     QString applications = QFileInfo(folder.path()).canonicalFilePath();
-    MemorySettingsStore settings;
+    ScratchStateStore scratch;
+    StateStore &state = scratch.store;
     FakeApplicationSearch search;
 
     /// Lays out a host application and lets the search find it. @return its target path
@@ -48,11 +49,8 @@ struct House {
         cause();
         QTRY_COMPARE(looked.count(), 1);
     }
-    void store(const QJsonValue &list) { settings.values.insert(targetsKey(), archived(list)); }
-    [[nodiscard]] Record stored() const
-    {
-        return unarchived(settings.values.value(targetsKey()).toByteArray()).toObject();
-    }
+    void store(const QString &path, const Record &record) { state.commit({{targetsKey(), path, record}}); }
+    [[nodiscard]] StateEntries stored() { return state.entries(targetsKey()); }
 };
 
 } // namespace brevok::testing

@@ -45,7 +45,6 @@ private Q_SLOTS:
     void usersChangesAreBracketedAndSaved();
     void firstGatheringAsksForReview_data();
     void firstGatheringAsksForReview();
-    void storedListIsReadWithCare_data();
     void storedListIsReadWithCare();
     void searchIsStartedAndStopped();
 };
@@ -138,14 +137,13 @@ void TargetsTest::foundApplicationsBecomeTargets()
     QFETCH(QString, bundleVersion);
     QFETCH(QString, version);
     House house;
-    BrevokTargetApps targets(house.settings, house.search);
+    BrevokTargetApps targets(house.state, house.search);
     const QString path = house.install(u"Adobe InDesign 2019"_s, bundleVersion);
     house.notify(Notification::GatheringProgress);
     const Record record{{u"Path"_s, path}, {u"Type"_s, u"Adobe InDesign"_s}, {u"Version"_s, version},
         {u"Enabled"_s, u"yes"_s}, {u"Removed"_s, u"no"_s}, {u"Invalid"_s, u"no"_s}};
     QCOMPARE(targets.validTargets(), (TargetRecords{{path, record}}));
-    QCOMPARE(house.stored().value(path).toObject(), record);
-    QVERIFY(house.settings.synchronizations > 0);
+    QCOMPARE(house.stored().value(path), record);
     QVERIFY(path.endsWith(u"/Adobe InDesign 2019/Plug-Ins/"_s));
 }
 
@@ -181,7 +179,7 @@ void TargetsTest::otherBundlesAreSkipped()
 {
     QFETCH(QByteArray, information);
     House house;
-    BrevokTargetApps targets(house.settings, house.search);
+    BrevokTargetApps targets(house.state, house.search);
     house.install(u"InDesign 2019"_s, u"14012"_s);
     QVERIFY(testing::writeFile(house.search.found.first() + u"/Contents/Info.plist"_s, information));
     house.search.found.append(house.applications + u"/gone/InDesign 2020.app"_s);
@@ -192,7 +190,7 @@ void TargetsTest::otherBundlesAreSkipped()
 void TargetsTest::linkedApplicationsCountWhereTheyAre()
 {
     House house;
-    BrevokTargetApps targets(house.settings, house.search);
+    BrevokTargetApps targets(house.state, house.search);
     const QString path = house.install(u"InDesign CC"_s, u"9000"_s);
     const QString link = house.applications + u"/InDesign CC.app"_s;
     QVERIFY(QFile::link(house.search.found.first(), link));
@@ -204,18 +202,18 @@ void TargetsTest::linkedApplicationsCountWhereTheyAre()
 void TargetsTest::recordsFollowTheirApplications()
 {
     House house;
-    BrevokTargetApps targets(house.settings, house.search);
+    BrevokTargetApps targets(house.state, house.search);
     const QString path = house.install(u"InDesign 2019"_s, u"14012"_s);
     house.notify();
     targets.setTarget(path, false);
     targets.removeTarget(path);
-    const int written = house.settings.synchronizations;
+    const StateEntries written = house.stored();
 
     // A folder that goes hides the target, though the stored record stays as it was.
     QVERIFY(QDir(path).removeRecursively());
     House::await([&] { targets.getInstallTargets(std::nullopt); });
     QCOMPARE(targets.allRecords().value(path).value(u"Invalid"_s), u"yes"_s);
-    QCOMPARE(house.stored().value(path).toObject().value(u"Invalid"_s), u"no"_s);
+    QCOMPARE(house.stored().value(path).value(u"Invalid"_s), u"no"_s);
 
     // The same version revalidates it, even while the folder is missing, and leaves the user's choices.
     house.notify();
@@ -231,7 +229,7 @@ void TargetsTest::recordsFollowTheirApplications()
     QVERIFY(testing::writeFile(plist, newer) && QDir(path).removeRecursively());
     house.notify();
     QCOMPARE(targets.allRecords().value(path).value(u"Version"_s), u"140"_s);
-    QCOMPARE(house.settings.synchronizations, written);
+    QCOMPARE(house.stored(), written);
     QVERIFY(targets.targets().isEmpty());
 
     QVERIFY(QDir().mkpath(path));
@@ -265,8 +263,8 @@ void TargetsTest::knownRecordsAreReplacedOnlyForAnotherVersion()
     const QString path = house.install(u"InDesign 2019"_s, u"14012"_s);
     Record record{{u"Path"_s, path}, {u"Enabled"_s, u"no"_s}, {u"Mine"_s, u"kept"_s}};
     record.insert(u"Version"_s, version); // an undefined value inserts nothing
-    house.store(Record{{path, record}});
-    BrevokTargetApps targets(house.settings, house.search);
+    house.store(path, record);
+    BrevokTargetApps targets(house.state, house.search);
     house.notify();
     QCOMPARE(targets.targetState(path), replaced);
     QCOMPARE(targets.allRecords().value(path) == record, !replaced);
@@ -275,7 +273,7 @@ void TargetsTest::knownRecordsAreReplacedOnlyForAnotherVersion()
 void TargetsTest::usersChangesAreBracketedAndSaved()
 {
     House house;
-    BrevokTargetApps targets(house.settings, house.search);
+    BrevokTargetApps targets(house.state, house.search);
     QStringList signs;
     connect(&targets, &BrevokTargetApps::targetsWillChange, this, [&] { signs += u"will"_s; });
     connect(&targets, &BrevokTargetApps::targetsChanged, this, [&] { signs += u"did"_s; });
@@ -298,8 +296,7 @@ void TargetsTest::usersChangesAreBracketedAndSaved()
     QVERIFY(targets.targets().isEmpty());
     QCOMPARE(house.stored().keys(), QStringList{path});
 
-    // An unknown path changes nothing, is announced and saved all the same.
-    house.settings.values.remove(testing::targetsKey());
+    // An unknown path changes nothing and is announced all the same.
     targets.setTarget(u"/nowhere"_s, true);
     targets.removeTarget(u"/nowhere"_s);
     QCOMPARE(changes(), once + once);
@@ -327,8 +324,8 @@ void TargetsTest::firstGatheringAsksForReview()
     QFETCH(bool, gatheredBefore);
     QFETCH(qsizetype, reviews);
     House house;
-    house.settings.values.insert(gatheredKey, gatheredBefore);
-    BrevokTargetApps targets(house.settings, house.search);
+    house.state.setValue(gatheredKey, gatheredBefore);
+    BrevokTargetApps targets(house.state, house.search);
     const QSignalSpy spy(&targets, &BrevokTargetApps::reviewWanted);
     for (int i = 0; i < applications; ++i) {
         house.install(u"InDesign 202%1"_s.arg(i), u"15000"_s);
@@ -336,56 +333,28 @@ void TargetsTest::firstGatheringAsksForReview()
     house.notify(Notification::DidStartGathering);
     house.notify(Notification::GatheringProgress);
     QCOMPARE(spy.count(), 0);
-    QCOMPARE(house.settings.boolValue(gatheredKey), gatheredBefore);
+    QCOMPARE(house.state.value(gatheredKey).toBool(), gatheredBefore);
     house.notify(Notification::DidFinishGathering);
     house.notify(Notification::DidFinishGathering);
     QCOMPARE(spy.count(), reviews);
-    QVERIFY(house.settings.boolValue(gatheredKey));
+    QVERIFY(house.state.value(gatheredKey).toBool());
 }
 
-void TargetsTest::storedListIsReadWithCare_data()
+void TargetsTest::storedListIsReadWithCare()
 {
+    House house;
     const Record good{{u"Path"_s, u"/"_s}, {u"Version"_s, u"140"_s}, {u"Enabled"_s, u"yes"_s}};
     Record odd = good;
     odd.insert(u"Removed"_s, true);
     odd.insert(u"Invalid"_s, u"YES"_s);
     odd.insert(u"Unknown"_s, QJsonArray{1, Record()});
-    QTest::addColumn<QVariant>("data");
-    QTest::addColumn<bool>("setAside");
-    QTest::addColumn<QStringList>("valid");
-    const auto row = [](const char *name, const QVariant &data, bool aside, const QStringList &valid) {
-        QTest::addRow("%s", name) << data << aside << valid;
-    };
-    row("good", archived(Record{{u"/"_s, good}}), false, {u"/"_s});
-    row("odd flags count as not set", archived(Record{{u"/"_s, odd}}), false, {u"/"_s});
-    row("no flags", archived(Record{{u"/"_s, Record()}}), false, {});
-    row("some entries no records", archived(Record{{u"/"_s, good}, {u"a"_s, 5}, {u"b"_s, QJsonArray()}}),
-        true, {u"/"_s});
-    row("a list", archived(QJsonArray{good}), true, {});
-    row("garbage", QByteArray(1000, '\x9f'), true, {});
-    row("torn", archived(Record{{u"/"_s, good}}).chopped(3), true, {});
-    row("empty", QByteArray(), true, {});
-    row("text", u"targets"_s, true, {});
-    row("number", 7, true, {});
-}
-
-void TargetsTest::storedListIsReadWithCare()
-{
-    QFETCH(QVariant, data);
-    QFETCH(bool, setAside);
-    QFETCH(QStringList, valid);
-    House house;
-    house.settings.values.insert(testing::targetsKey(), data);
-    BrevokTargetApps targets(house.settings, house.search);
-    QCOMPARE(house.settings.keysSetAside, setAside ? QStringList{testing::targetsKey()} : QStringList());
-    QCOMPARE(targets.validTargets().keys(), valid);
-    // What was read is written back whole, unknown keys included.
-    Record expected = setAside ? Record() : unarchived(data.toByteArray()).toObject();
-    for (const QString &path : valid) {
-        expected.insert(path, targets.allRecords().value(path));
-    }
-    targets.setTarget(u"/nowhere"_s, true);
-    QCOMPARE(house.stored(), expected);
+    house.store(u"/"_s, odd); // odd flags count as not set
+    house.store(u"/tmp"_s, Record());
+    BrevokTargetApps targets(house.state, house.search);
+    QCOMPARE(targets.validTargets().keys(), QStringList{u"/"_s});
+    targets.setTarget(u"/"_s, false);
+    odd.insert(u"Enabled"_s, u"no"_s);
+    QCOMPARE(house.stored(), (StateEntries{{u"/"_s, odd}, {u"/tmp"_s, Record()}})); // unknown keys included
 }
 
 void TargetsTest::searchIsStartedAndStopped()
@@ -393,8 +362,8 @@ void TargetsTest::searchIsStartedAndStopped()
     House house;
     {
         auto search = std::make_unique<testing::FakeApplicationSearch>();
-        const BrevokTargetApps first(house.settings, house.search);
-        const BrevokTargetApps second(house.settings, *search);
+        const BrevokTargetApps first(house.state, house.search);
+        const BrevokTargetApps second(house.state, *search);
         QCOMPARE(BrevokTargetApps::targetApps(), &first);
         QVERIFY(house.search.running);
         QCOMPARE(house.search.patterns,

@@ -45,11 +45,11 @@ struct PanelRig final : private PanelKeeper {
             .reachabilityHost = QStringLiteral("public.example")})
     {
         if (signedIn) {
-            rig.settings.values.insert(QStringLiteral("OrlecSessionData"),
-                archived(Record{{QStringLiteral("SessionId"), QStringLiteral("id")},
-                    {QStringLiteral("orlecId"), QStringLiteral("ada@example.com")}}));
+            rig.state.commit({{QStringLiteral("OrlecSessionData"), QString(),
+                Record{{QStringLiteral("SessionId"), QStringLiteral("id")},
+                    {QStringLiteral("orlecId"), QStringLiteral("ada@example.com")}}}});
         }
-        session = std::make_unique<BrevokSession>(rig.settings, network, connectivity, alerts, updater);
+        session = std::make_unique<BrevokSession>(rig.state, network, connectivity, alerts, updater);
         panel = std::make_unique<BrevokPanelController>(BrevokPanelController::Collaborators{
             .session = *session,
             .plugins = rig.plugins,

@@ -12,6 +12,7 @@
 #include "support/MemorySettingsStore.h"
 #include "support/RecordingOpener.h"
 #include "support/SampleBundles.h"
+#include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
 #include "targets/BrevokTargetApps.h"
 #include "ui/BrevokPreferencesController.h"
@@ -85,11 +86,11 @@ struct Desk {
     {
         routes.flags = ReachabilityFlags();
         if (!sessionId.isEmpty()) {
-            settings.values.insert(u"OrlecSessionData"_s,
-                archived(Record{{u"SessionId"_s, sessionId}, {u"orlecId"_s, u"ada@example.com"_s}}));
+            scratch.store.commit({{u"OrlecSessionData"_s, QString(),
+                Record{{u"SessionId"_s, sessionId}, {u"orlecId"_s, u"ada@example.com"_s}}}});
         }
-        session.emplace(settings, network, connectivity, queue, updater);
-        targets.emplace(settings, search);
+        session.emplace(scratch.store, network, connectivity, queue, updater);
+        targets.emplace(scratch.store, search);
     }
     void open()
     {
@@ -129,6 +130,7 @@ struct Desk {
 
     QTemporaryDir folder;
     MemorySettingsStore settings;
+    ScratchStateStore scratch;
     FakeRouteLookup routes;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;

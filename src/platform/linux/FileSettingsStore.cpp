@@ -4,6 +4,7 @@
 #include "platform/linux/FileSettingsStore.h"
 
 #include "foundation/Log.h"
+#include "foundation/Record.h"
 #include "platform/DurableFile.h"
 #include "platform/linux/SettingsText.h"
 
@@ -62,6 +63,15 @@ bool FileSettingsStore::contains(const QString &key) const
     return storedValue(key).isValid();
 }
 
+QStringList FileSettingsStore::keys() const
+{
+    QVariantMap values = m_saved;
+    values.insert(m_changed);
+    QStringList keys = values.keys();
+    keys.removeIf([this](const QString &key) { return m_erased.contains(key); });
+    return keys;
+}
+
 QVariant FileSettingsStore::storedValue(const QString &key) const
 {
     if (const auto changed = m_changed.constFind(key); changed != m_changed.cend()) {
@@ -80,7 +90,7 @@ void FileSettingsStore::store(const QString &key, const QVariant &value)
         return; // nothing that would be worth a write to the disk
     }
     m_erased.remove(key);
-    m_changed.insert(key, value);
+    m_changed.insert(key, value.typeId() == QMetaType::QString ? wellFormed(value.toString()) : value);
     m_writing.start();
 }
 
@@ -119,29 +129,29 @@ bool FileSettingsStore::write()
     }
     merged.insert(m_changed);
     const QString fresh = m_path + QStringLiteral(".new");
-    std::optional<BrevokError> error;
-    const std::optional<QByteArray> text = settingsText(merged);
-    if (!text) {
-        return failed(QStringLiteral("the temporary folder cannot be written"));
+    QString reason;
+    if (!writeSettings(fresh, merged, &reason)) {
+        QFile::remove(fresh);
+        return failed(reason);
     }
-    if (!writePrivateFile(fresh, *text, &error) || !renameDurably(fresh, m_path, &error)) {
+    if (std::optional<BrevokError> error; !renameDurably(fresh, m_path, &error)) {
         return failed(error->description);
     }
     m_stamp = stampOf(m_path);
     m_saved = merged;
     m_changed.clear();
     m_erased.clear();
-    m_failureSaid = false;
+    m_problem.clear();
     return true;
 }
 
 // One line tells of a full disk, not one for every value that is kept meanwhile.
 bool FileSettingsStore::failed(const QString &reason)
 {
-    if (!m_failureSaid) {
+    if (m_problem.isEmpty()) {
         logLine(QStringLiteral("The settings cannot be saved in %1: %2").arg(m_path, reason));
     }
-    m_failureSaid = true;
+    m_problem = reason;
     return false;
 }
 
@@ -150,10 +160,14 @@ bool FileSettingsStore::refresh()
 {
     PrivateFile file = readPrivateFile(m_path, m_stamp, sizeLimit);
     if (file.state == PrivateFile::State::Read) {
-        if (std::optional<QVariantMap> values = settingsValues(file.contents)) {
+        QString shortage;
+        if (std::optional<QVariantMap> values = settingsValues(file.contents, &shortage)) {
             m_saved = std::move(*values);
             m_stamp = file.stamp;
             return true;
+        }
+        if (!shortage.isEmpty()) {
+            return failed(shortage);
         }
         file.state = PrivateFile::State::Unusable;
         file.reason = QStringLiteral("broken");

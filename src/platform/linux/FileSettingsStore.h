@@ -25,7 +25,9 @@ public:
     ~FileSettingsStore() override;
 
     [[nodiscard]] bool contains(const QString &key) const override;
+    [[nodiscard]] QStringList keys() const override;
     bool synchronize() override;
+    [[nodiscard]] QString problem() const override { return m_problem; }
     void setAside(const QString &key, const QString &reason) override;
 
 protected:
@@ -47,7 +49,7 @@ private:
     QSet<QString> m_erased; // removed since then
     FileStamp m_stamp;
     QTimer m_writing; // on the next turn of the event loop
-    bool m_failureSaid = false;
+    QString m_problem;
 };
 
 } // namespace brevok

@@ -13,6 +13,7 @@
 #include "platform/linux/PackageKitInstaller.h"
 #include "platform/linux/ProcRunningApplications.h"
 #include "platform/linux/RouteTableLookup.h"
+#include "platform/linux/SqliteStateStore.h"
 #include "platform/linux/XdgUrlOpener.h"
 #include "platform/PropertyLists.h"
 #include "platform/SessionBus.h"
@@ -57,6 +58,7 @@ Platform createPlatform(
 void openStores(Platform &platform, const StandardFolders &folders)
 {
     platform.settings = std::make_unique<FileSettingsStore>(folders.settingsFile);
+    platform.state = std::make_unique<SqliteStateStore>(folders.stateFile());
 }
 
 QStringList defaultApplicationFolders()

@@ -3,10 +3,18 @@
 
 #include "platform/linux/SettingsText.h"
 
+#include "platform/linux/FileDescriptor.h"
+
 #include <QDateTime>
 #include <QFile>
 #include <QSettings>
-#include <QTemporaryDir>
+
+#include <array>
+#include <cerrno>
+
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace brevok {
 
@@ -14,16 +22,19 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// QSettings keeps what it once read under a path; a path of its own for every text keeps them apart. A folder
-// that nobody else may enter hides the files that QSettings makes on its way, which are not private from the
-// start.
-std::optional<QString> pathOfNewFile(const QTemporaryDir &folder, const QByteArray &text)
+// QSettings reads files only: this one is in memory, where no full disk is in its way.
+FileDescriptor memoryFile(const QByteArray &text)
 {
-    QString path = folder.filePath("settings.ini"_L1);
-    QFile file(path);
-    const bool written = folder.isValid() && file.open(QIODevice::WriteOnly)
-        && file.write(text) == text.size() && file.flush();
-    return written ? std::optional(std::move(path)) : std::nullopt;
+    static time_t reads = 0;
+    FileDescriptor file(::memfd_create("settings", MFD_CLOEXEC));
+    if (!file || ::write(file.get(), text.constData(), static_cast<size_t>(text.size())) != text.size()) {
+        return FileDescriptor(-1);
+    }
+    // It takes what has the name, size and time of something it knows for the same.
+    const timespec time{.tv_sec = ++reads, .tv_nsec = 0};
+    const std::array times{time, time};
+    ::futimens(file.get(), times.data());
+    return file;
 }
 
 QString encodedKey(QString key)
@@ -45,7 +56,8 @@ QVariant textForm(const QVariant &value)
 
 bool holds(const QByteArray &text, const QVariantMap &values)
 {
-    const std::optional<QVariantMap> found = settingsValues(text);
+    QString shortage;
+    const std::optional<QVariantMap> found = settingsValues(text, &shortage);
     if (!found) {
         return false;
     }
@@ -57,6 +69,18 @@ bool holds(const QByteArray &text, const QVariantMap &values)
     return true;
 }
 
+// What the system says of one more byte there.
+QString whyNot(const QString &path)
+{
+    QFile file(path + u".try"_s);
+    constexpr qint64 size = 4096;
+    const bool fits =
+        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(QByteArray(size, '\n')) == size;
+    QString reason = fits ? u"the values cannot be written"_s : file.errorString();
+    file.remove();
+    return reason;
+}
+
 } // namespace
 
 bool sameInSettings(const QVariant &found, const QVariant &value)
@@ -66,38 +90,55 @@ bool sameInSettings(const QVariant &found, const QVariant &value)
                                                      : textForm(found).toByteArray() == wanted.toByteArray();
 }
 
-std::optional<QByteArray> settingsText(const QVariantMap &values)
+bool writeSettings(const QString &path, const QVariantMap &values, QString *reason)
 {
-    const QTemporaryDir folder;
-    const std::optional<QString> path = pathOfNewFile(folder, {});
-    if (!path) {
-        return std::nullopt;
-    }
+    QFile::remove(path);
     {
-        QSettings settings(*path, QSettings::IniFormat);
+        QSettings settings(path, QSettings::IniFormat);
         for (auto value = values.cbegin(); value != values.cend(); ++value) {
             settings.setValue(encodedKey(value.key()), textForm(*value));
         }
+        settings.sync();
     }
-    QFile written(*path);
-    if (!written.open(QIODevice::ReadOnly)) {
-        return std::nullopt;
+    // It tells neither why it failed nor that a disk filled up while it wrote.
+    QFile written(path);
+    if (values.isEmpty() && !written.exists() && !written.open(QIODevice::WriteOnly)) {
+        *reason = written.errorString();
+        return false;
     }
-    // QSettings does not notice a disk that fills up while it writes.
-    QByteArray text = written.readAll();
-    return holds(text, values) ? std::optional(text) : std::nullopt;
+    written.close();
+    if (!written.open(QIODevice::ReadWrite)
+        || !written.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
+        *reason = whyNot(path);
+        return false;
+    }
+    if (!holds(written.readAll(), values)) {
+        *reason = whyNot(path);
+        return false;
+    }
+    if (::fsync(written.handle()) != 0) {
+        *reason = qt_error_string(errno);
+        return false;
+    }
+    return true;
 }
 
-std::optional<QVariantMap> settingsValues(const QByteArray &text)
+std::optional<QVariantMap> settingsValues(const QByteArray &text, QString *shortage)
 {
-    const QTemporaryDir folder;
-    const std::optional<QString> path = text.contains('\0') ? std::nullopt : pathOfNewFile(folder, text);
-    if (!path) {
+    if (text.contains('\0')) {
         return std::nullopt;
     }
-    const QSettings settings(*path, QSettings::IniFormat);
+    const FileDescriptor file = memoryFile(text);
+    if (!file) {
+        *shortage = qt_error_string(errno);
+        return std::nullopt;
+    }
+    const QSettings settings(u"/proc/self/fd/%1"_s.arg(file.get()), QSettings::IniFormat);
     QVariantMap values;
     const QStringList keys = settings.allKeys(); // parses: the status says more only after this
+    if (settings.status() == QSettings::AccessError) {
+        *shortage = u"it cannot be opened"_s;
+    }
     if (settings.status() != QSettings::NoError) {
         return std::nullopt;
     }

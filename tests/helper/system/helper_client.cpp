@@ -45,7 +45,7 @@ int main(int argc, char **argv)
     const QStringList words = QCoreApplication::arguments().mid(1);
     testing::InstallRig rig;
     BusHelperTool helper(words[0].split(u' ', Qt::SkipEmptyParts), words[1].split(u' ', Qt::SkipEmptyParts));
-    BrevokAppInstaller installer({rig.files, helper, rig.applications, rig.settings, rig.alerts, rig.plugins,
+    BrevokAppInstaller installer({rig.files, helper, rig.applications, rig.state, rig.alerts, rig.plugins,
         rig.packages, rig.workspace(), ::getuid()});
     // The first job checks the helper.
     installer.canRemovePlugins({}, &installer, [&](const QList<bool> &) {

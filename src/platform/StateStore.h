@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "foundation/BrevokError.h"
+#include "foundation/Record.h"
+
+#include <QDateTime>
+#include <QHash>
+#include <QObject>
+#include <QPointer>
+
+#include <functional>
+#include <optional>
+
+namespace brevok {
+
+/// One entry put under a key, or removed when it has no value.
+struct StateChange {
+    QString key;
+    QString entry;
+    std::optional<Record> value;
+};
+using StateChanges = QList<StateChange>;
+/// What stands under one key.
+using StateEntries = QHash<QString, Record>;
+
+/// What the program itself keeps between runs: dictionaries under a key and the name of an entry. Main
+/// thread.
+///
+/// A change counts for entries() at once and is written by a worker in one transaction with those before it.
+/// What cannot be written now (a full disk, a lock, a missing right) stays in memory and is tried again with
+/// the next change and from time to time. Only a damaged file is set aside.
+class StateStore : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(StateStore)
+
+public:
+    /// Nothing, or why it could not be stored.
+    using Done = std::function<void(const std::optional<BrevokError> &)>;
+
+    explicit StateStore(QObject *parent = nullptr);
+    ~StateStore() override;
+
+    /// False while there is a file that cannot be read for now: its content is neither known nor lost, so
+    /// nothing may be written that depends on it. becameReadable() follows.
+    [[nodiscard]] virtual bool isReadable() const = 0;
+
+    /// All entries under @p key, as the next start will find them. Reads the disk: for the start, and after
+    /// becameReadable().
+    [[nodiscard]] virtual StateEntries entries(const QString &key) = 0;
+
+    /// Puts and removes entries, all or none. @p done hears, on a later turn of the event loop and while
+    /// @p context lives, what became of these changes and all before them; no changes: of those before.
+    void commit(const StateChanges &changes, QObject *context, Done done);
+    void commit(const StateChanges &changes) { commit(changes, nullptr, {}); }
+
+    /// Stores what waits, before the program ends. Blocks.
+    virtual void finish() = 0;
+
+    /// A key that holds one value.
+    [[nodiscard]] QJsonValue value(const QString &key);
+    void setValue(const QString &key, const QJsonValue &value);
+    /// An absent value and one that is no date read as the distant past.
+    [[nodiscard]] QDateTime date(const QString &key);
+    void setDate(const QString &key, const QDateTime &date);
+
+    /// The entry that holds such a value, and a value's form in it.
+    [[nodiscard]] static StateChange valueChange(const QString &key, const QJsonValue &value);
+    [[nodiscard]] static Record dateRecord(const QDateTime &date);
+    [[nodiscard]] static QDateTime dateOf(const Record &record);
+
+Q_SIGNALS:
+    /// Load again: what was kept from the reader is there now.
+    void becameReadable();
+    /// The file is gone or was damaged while the program ran: whoever keeps entries puts them all again.
+    void everythingWanted();
+    /// Nothing can be stored (or read) for the given reason; said once until mended().
+    void troubled(const QString &reason);
+    void mended();
+    /// The file was damaged; it was kept as @p keptAs, and what could be read of it is in use.
+    void damaged(const QString &keptAs);
+
+protected:
+    struct Waiter {
+        bool hasContext = false;
+        QPointer<QObject> context;
+        Done done;
+        void tell(const std::optional<BrevokError> &error) const;
+    };
+    virtual void add(const StateChanges &changes, Waiter waiter) = 0;
+};
+
+} // namespace brevok

@@ -1,0 +1,235 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/SqliteStateStore.h"
+
+#include "foundation/Log.h"
+#include "foundation/Tasks.h"
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+using State = SqliteFile::Result::State;
+
+namespace {
+
+// Another program holds the lock for the time of one write.
+constexpr int patienceAtReadMs = 250;
+constexpr int patienceAtWriteMs = 5000;
+constexpr int workerExpiryMs = 2000;
+
+// The last change of every entry.
+StateChanges compacted(const StateChanges &changes)
+{
+    QHash<std::pair<QString, QString>, qsizetype> last;
+    for (qsizetype i = 0; i < changes.size(); ++i) {
+        last.insert({changes[i].key, changes[i].entry}, i);
+    }
+    StateChanges kept;
+    for (qsizetype i = 0; i < changes.size(); ++i) {
+        if (last.value({changes[i].key, changes[i].entry}) == i) {
+            kept.append(changes[i]);
+        }
+    }
+    return kept;
+}
+
+void apply(const StateChanges &changes, const QString &key, StateEntries *entries)
+{
+    for (const StateChange &change : changes) {
+        if (change.key != key) {
+            continue;
+        }
+        if (change.value) {
+            entries->insert(change.entry, *change.value);
+        } else {
+            entries->remove(change.entry);
+        }
+    }
+}
+
+} // namespace
+
+SqliteStateStore::SqliteStateStore(const QString &path, std::chrono::milliseconds retry, QObject *parent)
+    : StateStore(parent)
+    , m_path(path)
+    , m_file(path)
+{
+    m_worker.setMaxThreadCount(1);
+    m_worker.setExpiryTimeout(workerExpiryMs);
+    m_soon.setSingleShot(true);
+    m_retry.setSingleShot(true);
+    m_retry.setInterval(retry);
+    connect(&m_soon, &QTimer::timeout, this, &SqliteStateStore::startBatch);
+    connect(&m_retry, &QTimer::timeout, this, &SqliteStateStore::startBatch);
+}
+
+SqliteStateStore::~SqliteStateStore()
+{
+    SqliteStateStore::finish();
+}
+
+StateEntries SqliteStateStore::entries(const QString &key)
+{
+    m_worker.waitForDone();
+    StateEntries found;
+    SqliteFile::Result result;
+    if (m_readable) {
+        result = m_file.read(key, patienceAtReadMs, &found);
+    }
+    if (result.state == State::Damaged) {
+        found.clear();
+        rescue(result.reason);
+    } else if (result.state != State::Done) {
+        found.clear();
+        m_readable = !result.hides;
+        m_retry.start();
+        onMain(this, [this, result] { say(result); });
+    }
+    if (m_batch) {
+        apply(m_batch->changes, key, &found);
+    }
+    apply(m_waiting, key, &found);
+    return found;
+}
+
+void SqliteStateStore::rescue(const QString &reason)
+{
+    StateChanges rescued;
+    const QString keptAs = m_file.setAside(&rescued);
+    m_waiting = rescued + m_waiting;
+    m_soon.start();
+    if (keptAs.isEmpty()) {
+        // It stays where it is, and the write that follows says so.
+        logLine(u"The state in %1 is damaged: %2"_s.arg(m_path, reason));
+        return;
+    }
+    onMain(this, [this, keptAs] { sayDamaged(keptAs); });
+}
+
+void SqliteStateStore::sayDamaged(const QString &keptAs)
+{
+    logLine(u"The state in %1 was damaged; it was kept as %2, and what could be read of it is in use."_s.arg(
+        m_path, keptAs));
+    Q_EMIT damaged(keptAs);
+}
+
+void SqliteStateStore::add(const StateChanges &changes, Waiter waiter)
+{
+    m_waiting += changes;
+    if (waiter.done) {
+        m_waiters.append(std::move(waiter));
+    }
+    if (!m_batch) {
+        m_soon.start();
+    }
+}
+
+void SqliteStateStore::startBatch()
+{
+    if (m_batch) {
+        return; // its end begins the next
+    }
+    m_soon.stop();
+    m_retry.stop();
+    m_batch = std::make_shared<Batch>();
+    m_batch->changes = std::exchange(m_waiting, {});
+    m_batch->waiters = std::exchange(m_waiters, {});
+    if (m_batch->changes.isEmpty() && !m_inTrouble && m_readable) {
+        m_batch->result = {};
+        onMain(this, [this] { handleBatch(); });
+        return;
+    }
+    inBackground(m_worker, [this, batch = m_batch] {
+        carryOut(*batch);
+        onMain(this, [this] { handleBatch(); });
+    });
+}
+
+// On the worker, or after it.
+void SqliteStateStore::carryOut(Batch &batch)
+{
+    batch.result = m_file.write(batch.changes, patienceAtWriteMs);
+    if (batch.result.state != State::Damaged) {
+        return;
+    }
+    StateChanges rescued;
+    batch.keptAs = m_file.setAside(&rescued);
+    if (!batch.keptAs.isEmpty()) {
+        batch.changes = rescued + batch.changes;
+        batch.result = m_file.write(batch.changes, patienceAtWriteMs);
+        batch.result.lost = true;
+    }
+}
+
+void SqliteStateStore::handleBatch()
+{
+    if (!m_batch) {
+        return; // finish() was faster
+    }
+    const Batch batch = *std::exchange(m_batch, {});
+    const bool stored = batch.result.state == State::Done;
+    if (!batch.keptAs.isEmpty()) {
+        sayDamaged(batch.keptAs);
+    }
+    if (!stored) {
+        m_waiting = compacted(batch.changes + m_waiting);
+        m_retry.start();
+    } else if (!m_waiting.isEmpty() || !m_waiters.isEmpty()) {
+        m_soon.start();
+    }
+    say(batch.result);
+    if (stored && !std::exchange(m_readable, true)) {
+        Q_EMIT becameReadable();
+    }
+    if (batch.result.lost) {
+        Q_EMIT everythingWanted();
+    }
+    const std::optional<BrevokError> error = stored
+        ? std::nullopt
+        : std::optional(BrevokError{.domain = u"com.tolvane.brevok.state"_s,
+            .code = 1,
+            .description = u"It could not be stored in %1: %2"_s.arg(m_path, batch.result.reason)});
+    for (const Waiter &waiter : batch.waiters) {
+        waiter.tell(error);
+    }
+}
+
+// One line tells of a full disk, not one for every change that is kept meanwhile.
+void SqliteStateStore::say(const SqliteFile::Result &result)
+{
+    const bool trouble = result.state != State::Done;
+    if (trouble == std::exchange(m_inTrouble, trouble)) {
+        return;
+    }
+    if (trouble) {
+        logLine(u"The state cannot be %1 %2: %3"_s.arg(
+            m_readable ? u"stored in"_s : u"read from"_s, m_path, result.reason));
+        Q_EMIT troubled(result.reason);
+    } else {
+        logLine(u"The state is stored in %1 again."_s.arg(m_path));
+        Q_EMIT mended();
+    }
+}
+
+void SqliteStateStore::finish()
+{
+    m_worker.waitForDone();
+    if (m_batch && m_batch->result.state == State::Done) {
+        m_batch.reset();
+    }
+    StateChanges changes = m_batch ? m_batch->changes : StateChanges();
+    changes += std::exchange(m_waiting, {});
+    m_batch.reset();
+    if (changes.isEmpty()) {
+        return;
+    }
+    Batch last{.changes = compacted(changes), .waiters = {}};
+    carryOut(last);
+    if (last.result.state != State::Done) {
+        m_waiting = last.changes;
+        logLine(u"The state could not be stored in %1: %2"_s.arg(m_path, last.result.reason));
+    }
+}
+
+} // namespace brevok

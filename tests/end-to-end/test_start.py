@@ -1,8 +1,9 @@
 """The start with the question about unfinished actions, with the real programs."""
+import contextlib
 import json
 import pathlib
-import re
 import signal
+import sqlite3
 import sys
 import unittest
 
@@ -85,8 +86,9 @@ class Start(unittest.TestCase):
         session = self.session
         self.leave_unfinished_actions()
         session.add_host("Adobe InDesign 2021", 16000)
-        settings = session.settings_file()
-        settings.write_text(re.sub(r"(?m)^OrlecTargetsGathered=.*\n", "", settings.read_text()))
+        with contextlib.closing(sqlite3.connect(session.state_file())) as state, state:
+            forgotten = state.execute("DELETE FROM state WHERE key = 'OrlecTargetsGathered'")
+            self.assertEqual(forgotten.rowcount, 1)
         session.headless = []
         session.start_application()
         wait_for(lambda: len(session.status()["targets"]) == 2, "the search ends")

@@ -42,8 +42,9 @@ public:
         ListHandler takeList, QObject *parent);
     ~ListRefresh() override;
 
-    /// Requests the list, when the service can be reached at all and what is stored is known. @p ended is called
-    /// once, after what the answer to this very request means has been done; at once when nothing can be sent.
+    /// Requests the list, when the service can be reached at all and what is stored is known. @p ended is
+    /// called once, after what the answer to this very request means has been done; at once when nothing can
+    /// be sent.
     void check(const CheckHandler &ended = {});
 
     /// Active while another check is scheduled.

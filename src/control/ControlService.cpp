@@ -244,8 +244,9 @@ QStringList ControlService::Check()
     if (refusedBeforeAnswer()) {
         return {};
     }
-    const auto bothEnded = gather(2,
-        [this, answer = answerWhenStored()](const QStringList &failures) { answerWhenSettled(answer, failures); });
+    const auto bothEnded = gather(2, [this, answer = answerWhenStored()](const QStringList &failures) {
+        answerWhenSettled(answer, failures);
+    });
     const auto ended = [bothEnded](const QString &failure) {
         return [bothEnded, failure](bool ok) {
             bothEnded(ok ? QStringList() : QStringList{failure});

@@ -68,8 +68,8 @@ struct Application {
 
     Application()
     {
-        control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, rig.state, settings,
-            [] { return false; }, bugReporter, usageReporter});
+        control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, rig.state,
+            settings, [] { return false; }, bugReporter, usageReporter});
     }
     QDBusPendingCall check() const
     {

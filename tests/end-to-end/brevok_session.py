@@ -9,6 +9,7 @@ import pathlib
 import plistlib
 import shutil
 import signal
+import sqlite3
 import subprocess
 import tempfile
 import time
@@ -159,7 +160,8 @@ class Session:
         install = subprocess.Popen([self.programs / "brevokctl", "install", prefix], env=self.environment,
                                    stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
         try:
-            wait_for(lambda: self.package_status(prefix) == "In Progress", "the commands are recorded")
+            wait_for(lambda: self.package_status(prefix) == "In Progress", "the commands are planned")
+            wait_for(self.has_stored_commands, "the commands are recorded")
             yield install
         finally:
             self.service.send_signal(signal.SIGCONT)
@@ -180,6 +182,10 @@ class Session:
 
     def state_file(self):
         return self.folder / "data" / "Tolvane Brevok" / "state.sqlite"
+
+    def has_stored_commands(self):
+        with contextlib.closing(sqlite3.connect(f"file:{self.state_file()}?mode=ro", uri=True)) as state:
+            return state.execute("SELECT count(*) FROM state WHERE value LIKE '%installStart%'").fetchone()[0] > 0
 
     def ctl(self, *words, check=True, **more):
         result = subprocess.run([self.programs / "brevokctl", *words], env={**self.environment, **more},

@@ -6,6 +6,8 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 
+#include <tuple>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -71,7 +73,7 @@ SqliteStateStore::~SqliteStateStore()
 
 StateEntries SqliteStateStore::entries(const QString &key)
 {
-    m_worker.waitForDone();
+    waitForWorker();
     StateEntries found;
     SqliteFile::Result result;
     if (m_readable) {
@@ -142,8 +144,16 @@ void SqliteStateStore::startBatch()
     }
     inBackground(m_worker, [this, batch = m_batch] {
         carryOut(*batch);
+        m_carriedOut.fetch_add(1, std::memory_order_release);
         onMain(this, [this] { handleBatch(); });
     });
+}
+
+// What the worker did is visible to this thread afterwards, and ThreadSanitizer sees that too.
+void SqliteStateStore::waitForWorker()
+{
+    m_worker.waitForDone();
+    std::ignore = m_carriedOut.load(std::memory_order_acquire);
 }
 
 // On the worker, or after it.
@@ -214,7 +224,7 @@ void SqliteStateStore::say(const SqliteFile::Result &result)
 
 void SqliteStateStore::finish()
 {
-    m_worker.waitForDone();
+    waitForWorker();
     if (m_batch && m_batch->result.state == State::Done) {
         m_batch.reset();
     }

@@ -8,6 +8,7 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <atomic>
 #include <chrono>
 
 namespace brevok {
@@ -41,6 +42,7 @@ private:
 
     void startBatch();
     void handleBatch();
+    void waitForWorker();
     void carryOut(Batch &batch);
     void rescue(const QString &reason);
     void say(const SqliteFile::Result &result);
@@ -49,6 +51,7 @@ private:
     QString m_path;
     SqliteFile m_file; ///< the worker's while a batch is under way
     QThreadPool m_worker;
+    std::atomic<int> m_carriedOut = 0; ///< batches that the worker has done
     QTimer m_soon; ///< so that the changes of one turn of the event loop make one batch
     QTimer m_retry;
     StateChanges m_waiting;

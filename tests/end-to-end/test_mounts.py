@@ -120,7 +120,8 @@ class Volumes(unittest.TestCase):
         session.start_application()
 
         def run(*words):
-            subprocess.run(["nsenter", "--target", str(session.application.pid), "--mount", *words], check=True)
+            subprocess.run(["nsenter", "--target", str(session.application.pid), "--mount", "--root", *words],
+                           check=True)
 
         def mount():
             for place in places:

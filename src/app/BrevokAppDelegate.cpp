@@ -275,6 +275,7 @@ void BrevokAppDelegate::attachSurfaces()
         .alerts = *shared.alerts,
         .updater = *shared.updater,
         .connectivity = *shared.connectivity,
+        .bus = *m_with.platform.bus,
         .access = *this,
         .settings = *m_with.platform.settings,
         .urls = *m_with.platform.urlOpener,

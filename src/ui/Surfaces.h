@@ -21,6 +21,7 @@ class BugReporter;
 class Connectivity;
 class InstallFlow;
 class MainBundle;
+class SessionBus;
 class SettingsAccess;
 class SettingsStore;
 class UrlOpener;
@@ -68,6 +69,7 @@ struct SurfaceContext {
     BrevokAlertQueue &alerts;
     BrevokSelfUpdater &updater;
     const Connectivity &connectivity;
+    SessionBus &bus;
     SettingsAccess &access;
     SettingsStore &settings;
     UrlOpener &urls;

@@ -223,6 +223,14 @@ def ignore_size_limit():
     signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
 
 
+def start_bus(test, address):
+    """A session bus at `address` until the test ends; @return its process and its full address"""
+    daemon = subprocess.Popen(["dbus-daemon", "--session", "--nofork", f"--address={address}", "--print-address"],
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+    test.addCleanup(end_process, daemon, signal.SIGKILL)
+    return daemon, daemon.stdout.readline().strip()
+
+
 def end_process(process, how):
     """Ends a process that was started here and returns its exit status."""
     if process is None:

@@ -5,7 +5,7 @@ import subprocess
 import sys
 import unittest
 
-from brevok_session import PATIENCE, Session, end_process, wait_for
+from brevok_session import PATIENCE, Session, end_process, start_bus, wait_for
 
 PROGRAMS = pathlib.Path(sys.argv.pop(1))
 ANOTHER = "Another copy of Tolvane Brevok application is already running."
@@ -120,17 +120,10 @@ class Copies(unittest.TestCase):
         headless.send_signal(signal.SIGCONT)
         self.assertEqual(headless.wait(PATIENCE), 0)
 
-    def start_bus(self, address):
-        daemon = subprocess.Popen(["dbus-daemon", "--session", "--nofork", f"--address={address}", "--print-address"],
-                                  stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
-        self.addCleanup(daemon.stdout.close)
-        self.addCleanup(end_process, daemon, signal.SIGKILL)
-        return daemon, daemon.stdout.readline().strip()
-
     def test_a_bus_that_is_started_again(self):
         for address in (f"unix:path={self.session.folder}/bus", f"unix:abstract={self.session.folder}/bus"):
             with self.subTest(address):
-                daemon, full = self.start_bus(address)
+                daemon, full = start_bus(self, address)
                 environment = {**self.session.environment, "DBUS_SESSION_BUS_ADDRESS": full}
                 bus = {"DBUS_SESSION_BUS_ADDRESS": address}
                 copy = self.start(environment)
@@ -139,7 +132,7 @@ class Copies(unittest.TestCase):
                     end_process(daemon, signal.SIGTERM)
                     (self.session.folder / "bus").unlink(missing_ok=True)
                     wait_for(lambda: "The session bus is gone" in self.session.log(), "the loss is noticed")
-                    daemon, _ = self.start_bus(address)
+                    daemon, _ = start_bus(self, address)
                     wait_for(lambda: self.answers(bus), "the copy answers on the new bus")
                 seen = self.session.log().count("The panel was asked for")
                 self.assert_gives_way(self.start({**environment, **bus}))
@@ -151,7 +144,7 @@ class Copies(unittest.TestCase):
         copy = self.start(self.no_bus)
         self.wait_until_started(copy)
         address = self.no_bus["DBUS_SESSION_BUS_ADDRESS"]
-        self.start_bus(address)
+        start_bus(self, address)
         wait_for(lambda: self.answers({"DBUS_SESSION_BUS_ADDRESS": address}), "the copy answers on it")
         self.assertEqual(end_process(copy, signal.SIGTERM), 0)
 

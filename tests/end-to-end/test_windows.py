@@ -1,123 +1,11 @@
 """The windows as a user has them: a virtual display with a window manager and a tray, the real programs, keyboard and
 pointer. What the windows show is read as assistive technology reads it, so names, roles and places are tested too."""
 import base64
-import os
 import pathlib
-import re
 import signal
 import subprocess
-import sys
-import unittest
-
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "demo"))
-try:
-    from accessible import Accessibility
-    from gi.repository import GLib
-except (ImportError, ValueError):
-    Accessibility = None
-from brevok_session import PATIENCE, Session, wait_for
-from virtual_desktop import VirtualDesktop, missing_programs
-
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
-EMAIL, PASSWORD = "ada@example.com", "analytical-engine"
-PANEL_WIDTH, PANEL_HEIGHT, MARGIN = 446, 694, 8
-SKIPPED = 77  # what ctest counts as skipped
-
-
-class WindowSession(Session):
-    """The application with windows on a desktop."""
-
-    def __init__(self, desktop):
-        super().__init__(PROGRAMS)
-        self.headless = []
-        self.environment |= {"DISPLAY": desktop.environment["DISPLAY"], "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
-        self.environment.pop("QT_QPA_PLATFORM", None)
-
-    def port(self):
-        return int(self.service_url.rsplit(":", 1)[1].strip("/"))
-
-
-class OnDesktop(unittest.TestCase):
-    """A desktop of its own for each test; `session` runs on it."""
-
-    def setUp(self):
-        self.desktop = self.enterContext(VirtualDesktop(os.environ))
-        self.session = self.enterContext(WindowSession(self.desktop))
-        self.session.publish("Alpha", "0xA", "1.0", 140)
-        self.access = Accessibility()
-        self.addCleanup(self.access.close)
-        self.addCleanup(self.show_early_log)
-
-    def show_early_log(self):
-        if any(failure for _, failure in getattr(self._outcome.result, "failures", [])[-1:]):
-            print((self.session.folder / "early.log").read_text(), self.session.log()[-3000:], file=sys.stderr)
-
-    # starting and opening
-
-    def start(self, signed_in=False):
-        self.session.start_application()
-        if signed_in:
-            self.session.ctl("signin", EMAIL, BREVOK_PASSWORD=PASSWORD)
-            self.wait("the lists", lambda: self.session.package_status("0xA"))
-        return wait_for(self.desktop.tray_item, "the item is in the tray")
-
-    def click_item(self):
-        x, y, width, height = wait_for(self.desktop.tray_item, "the item is in the tray")
-        self.desktop.click(x + width // 2, y + height // 2)
-
-    def open_panel(self):
-        self.click_item()
-        return self.wait_for_open_panel()
-
-    def wait_for_open_panel(self):
-        self.wait("the panel is open", lambda: self.panel_rectangle()[2:] == (PANEL_WIDTH, PANEL_HEIGHT))
-        self.wait("the panel has the focus", lambda: self.panel_is_active())
-        return self.panel_rectangle()
-
-    def panel_rectangle(self):
-        return self.desktop.panel() or (0, 0, 0, 0)
-
-    def panel_is_active(self):
-        return any("active" in c.states and c.depth == 1 and c.name == "Tolvane Brevok" for c in self.controls())
-
-    def wait_for_closed_panel(self):
-        self.wait("the panel is closed", lambda: self.desktop.panel() is None)
-
-    # looking
-
-    def controls(self):
-        return self.access.controls(self.session.application.pid)
-
-    def find(self, name, role=None):
-        return next((c for c in self.controls() if c.name == name and role in (None, c.role)), None)
-
-    def wait(self, what, condition):
-        try:
-            return wait_for(condition, what)
-        except AssertionError as error:
-            shown = "\n".join(f"{'  ' * c.depth}{c.role} {c.name!r} {sorted(c.states)} {c.rectangle}"
-                              for c in self.controls())
-            focused = self.desktop.run("xdotool", "getwindowfocus").strip()
-            shown += f"\nfocus: {focused} {self.desktop.run('xdotool', 'getwindowname', focused)}"
-            raise AssertionError(f"{error}\n{shown}\n{self.session.log()[-2000:]}") from None
-
-    def wait_for_control(self, name, role=None, **wanted):
-        """`wanted`: states by name, whether they are to be there."""
-        def found():
-            control = self.find(name, role)
-            good = control and all((state in control.states) == there for state, there in wanted.items())
-            return control if good else None
-        return self.wait(f"{role or 'control'} {name!r} {wanted or ''}", found)
-
-    def wait_until_gone(self, name, role=None):
-        self.wait(f"no {name!r}", lambda: self.controls() and not self.find(name, role))
-
-    def press_button(self, name):
-        control = self.wait_for_control(name, "push button", enabled=True, showing=True)
-        self.desktop.click(*control.middle())
-
-    def exit_status(self):
-        return self.session.application.wait(PATIENCE)
+from brevok_session import PATIENCE, wait_for
+from on_desktop import EMAIL, MARGIN, PANEL_HEIGHT, PANEL_WIDTH, PASSWORD, GLib, OnDesktop, StatusNotifierHost, run_tests
 
 
 class Panel(OnDesktop):
@@ -294,7 +182,7 @@ class Item(OnDesktop):
 
     def test_a_bar_that_speaks_over_the_bus(self):
         self.start()
-        with StatusNotifierHost() as host:
+        with StatusNotifierHost(self.session.environment) as host:
             item = self.wait("the item registers", host.item)
             self.wait("the other tray has it no more", lambda: not self.desktop.tray_item())
             host.activate(item, 700, 12)
@@ -385,22 +273,13 @@ class BadInput(OnDesktop):
 
 class Colors(OnDesktop):
     def test_light_and_dark_follow_the_desktop_at_once(self):
-        portal = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("settings_portal.py"), "1"],
-                                  stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        self.addCleanup(lambda: (portal.kill(), portal.wait(), portal.stdin.close(), portal.stdout.close()))
-        portal.stdout.readline()
+        portal = self.start_settings_portal(1)
         self.start()
         x, y, _, _ = self.open_panel()
         for scheme, dark in ((None, True), (0, False), (1, True), (2, False)):
             if scheme is not None:
-                portal.stdin.write(f"{scheme}\n")
-                portal.stdin.flush()
+                portal.announce(scheme)
             self.wait(f"dark: {dark}", lambda: (self.brightness(x + 20, y + 600) < 100) == dark)
-
-    def brightness(self, x, y):
-        text = self.desktop.run("import", "-silent", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8",
-                                "-colorspace", "gray", "txt:-")
-        return int(re.search(r"\((\d+)", text.splitlines()[-1])[1])
 
 
 class Ends(OnDesktop):
@@ -436,36 +315,5 @@ class Ends(OnDesktop):
                 self.assertIn(text, result.stderr)
 
 
-class StatusNotifierHost:
-    """A bar as the application sees it on the session bus, in a process of its own."""
-
-    def __enter__(self):
-        script = pathlib.Path(__file__).with_name("status_notifier_host.py")
-        self.process = subprocess.Popen([sys.executable, script], stdout=subprocess.PIPE, text=True)
-        self.registered = None
-        return self
-
-    def __exit__(self, *_):
-        self.process.kill()
-        self.process.wait()
-        self.process.stdout.close()
-
-    def item(self):
-        self.registered = self.registered or self.process.stdout.readline().strip()
-        return self.registered
-
-    @staticmethod
-    def activate(item, x, y):
-        subprocess.run(["dbus-send", "--session", "--print-reply", f"--dest={item}", "/StatusNotifierItem",
-                        "org.kde.StatusNotifierItem.Activate", f"int32:{x}", f"int32:{y}"], check=True,
-                       stdout=subprocess.DEVNULL)
-
-
 if __name__ == "__main__":
-    if Accessibility is None:
-        print("skipped: python3-gi is not installed")
-        sys.exit(SKIPPED)
-    if missing_programs():
-        print(f"skipped: not installed: {', '.join(missing_programs())}")
-        sys.exit(SKIPPED)
-    unittest.main(verbosity=2)
+    run_tests()

@@ -3,6 +3,7 @@
 
 #include "app/desktop/DesktopSurfaces.h"
 
+#include "platform/SessionBus.h"
 #include "ui/BrevokAboutController.h"
 #include "ui/BrevokBugReporterController.h"
 #include "ui/BrevokMenubarController.h"
@@ -14,7 +15,6 @@
 #include "ui/linux/DesktopColors.h"
 #include "ui/linux/LinuxStatusBar.h"
 #include "ui/SmallWindows.h"
-#include "ui/StatusBar.h"
 #include "ui/TemplateImage.h"
 #include "updates/BrevokSelfUpdater.h"
 
@@ -34,12 +34,25 @@ DesktopSurfaces::~DesktopSurfaces() = default;
 void DesktopSurfaces::attach(const SurfaceContext &context)
 {
     m_with.emplace(context);
+    QObject::connect(&context.bus, &SessionBus::returned, &context.updater, [this] { joinBus(); });
+    joinBus(); // it may have returned since this object was made
     // The window is made when there is something to show, and comes up by itself from then on.
     QObject::connect(&context.updater, &BrevokSelfUpdater::windowWanted, &context.updater, [this] {
         if (m_with && !m_softwareUpdate) {
             makeSoftwareUpdate();
         }
     });
+}
+
+void DesktopSurfaces::joinBus()
+{
+    if (!m_with) {
+        return;
+    }
+    m_bar->use(m_with->bus.connection());
+    if (m_colors) {
+        m_colors->use(m_with->bus.connection());
+    }
 }
 
 void DesktopSurfaces::detach()
@@ -58,7 +71,7 @@ std::unique_ptr<StatusItemSurface> DesktopSurfaces::makeStatusItem()
     QObject::connect(item.get(), &BrevokMenubarController::togglePanelRequested, item.get(),
         [toggle = m_with->togglePanel] { toggle(); });
     m_statusItem = item.get();
-    m_colors = std::make_unique<DesktopColors>(QDBusConnection::sessionBus());
+    m_colors = std::make_unique<DesktopColors>(m_with->bus.connection());
     return item;
 }
 

@@ -19,8 +19,8 @@ class BrevokPanelController;
 class BrevokPreferencesController;
 class BrevokSoftwareUpdateController;
 class DesktopColors;
+class LinuxStatusBar;
 class SmallWindows;
-class StatusBar;
 
 /// The windows of a desktop, each made when it is first needed. Main thread; goes before the application
 /// object.
@@ -43,13 +43,14 @@ private:
     [[nodiscard]] SmallWindows &smallWindows();
     [[nodiscard]] BrevokPreferencesController &preferences();
     [[nodiscard]] BrevokBugReporterController &bugReporter();
+    void joinBus();
     void connectPanel(BrevokPanelController &panel);
     void bringWindowsToFront();
     void makeSoftwareUpdate();
 
     AlertPresenter &m_presenter;
     std::optional<SurfaceContext> m_with;
-    std::unique_ptr<StatusBar> m_bar;
+    std::unique_ptr<LinuxStatusBar> m_bar;
     std::unique_ptr<DesktopColors> m_colors;
     QPointer<BrevokMenubarController> m_statusItem;
     std::unique_ptr<SmallWindows> m_smallWindows;

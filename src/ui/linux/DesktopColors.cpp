@@ -61,10 +61,18 @@ QPalette darkened(const QPalette &light)
     return dark;
 }
 
-DesktopColors::DesktopColors(QDBusConnection bus)
-    : m_bus(std::move(bus))
+DesktopColors::DesktopColors(const QDBusConnection &bus)
+    : m_bus(bus)
 {
     qRegisterMetaType<QDBusVariant>(); // else the slot is not found, unless some other call came before
+    use(bus);
+}
+
+DesktopColors::~DesktopColors() = default;
+
+void DesktopColors::use(const QDBusConnection &bus)
+{
+    m_bus = bus;
     // Of any sender: to know the service's owner, Qt would wait for the bus.
     m_bus.connect(
         {}, path, interface, u"SettingChanged"_s, this, SLOT(settingChanged(QString, QString, QDBusVariant)));
@@ -79,8 +87,6 @@ DesktopColors::DesktopColors(QDBusConnection bus)
         }
     });
 }
-
-DesktopColors::~DesktopColors() = default;
 
 void DesktopColors::settingChanged(const QString &ofSpace, const QString &ofKey, const QDBusVariant &value)
 {

@@ -18,8 +18,11 @@ class DesktopColors final : public QObject {
     Q_DISABLE_COPY_MOVE(DesktopColors)
 
 public:
-    explicit DesktopColors(QDBusConnection bus);
+    explicit DesktopColors(const QDBusConnection &bus);
     ~DesktopColors() override;
+
+    /// Goes on with another connection: what is chosen is asked anew.
+    void use(const QDBusConnection &bus);
 
 private Q_SLOTS:
     void settingChanged(const QString &space, const QString &key, const QDBusVariant &value);

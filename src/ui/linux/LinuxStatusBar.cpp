@@ -14,12 +14,18 @@ namespace brevok {
 
 LinuxStatusBar::LinuxStatusBar(const QDBusConnection &bus)
     : m_watch(bus)
-    , m_bus(std::make_unique<QDBusConnection>(bus))
     , m_thickness(statusitem::initialLength)
 {
 }
 
 LinuxStatusBar::~LinuxStatusBar() = default;
+
+void LinuxStatusBar::use(const QDBusConnection &bus)
+{
+    if (bus.name() != m_watch.bus().name()) {
+        m_watch.use(bus);
+    }
+}
 
 double LinuxStatusBar::thickness() const
 {
@@ -28,7 +34,7 @@ double LinuxStatusBar::thickness() const
 
 std::unique_ptr<StatusItem> LinuxStatusBar::makeItem(double length)
 {
-    return std::make_unique<LinuxStatusItem>(*this, *m_bus, length);
+    return std::make_unique<LinuxStatusItem>(*this, length);
 }
 
 QPoint toPoints(QPoint where, const QList<ScreenArea> &screens)

@@ -21,13 +21,15 @@ public:
     ~LinuxStatusBar() override;
     Q_DISABLE_COPY_MOVE(LinuxStatusBar)
 
+    /// Goes on with another connection to the bus, unless @p bus is the present one.
+    void use(const QDBusConnection &bus);
+
     [[nodiscard]] double thickness() const override;
     [[nodiscard]] std::unique_ptr<StatusItem> makeItem(double length) override;
 
 private:
     friend class LinuxStatusItem;
     NotifierWatch m_watch;
-    std::unique_ptr<QDBusConnection> m_bus;
     double m_thickness;
 };
 

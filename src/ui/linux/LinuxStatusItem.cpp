@@ -34,9 +34,9 @@ QList<ScreenArea> screenAreas()
 
 } // namespace
 
-LinuxStatusItem::LinuxStatusItem(LinuxStatusBar &bar, const QDBusConnection &bus, double length)
+LinuxStatusItem::LinuxStatusItem(LinuxStatusBar &bar, double length)
     : m_bar(bar)
-    , m_notifier(bus, bar.m_watch)
+    , m_notifier(bar.m_watch)
     , m_length(length)
 {
     connect(&m_bar.m_watch, &NotifierWatch::hostChanged, this, &LinuxStatusItem::hostChanged);

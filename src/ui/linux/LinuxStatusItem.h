@@ -21,7 +21,7 @@ class LinuxStatusItem final : public StatusItem {
     Q_DISABLE_COPY_MOVE(LinuxStatusItem)
 
 public:
-    LinuxStatusItem(LinuxStatusBar &bar, const QDBusConnection &bus, double length);
+    LinuxStatusItem(LinuxStatusBar &bar, double length);
     ~LinuxStatusItem() override;
 
     [[nodiscard]] double length() const override { return m_length; }

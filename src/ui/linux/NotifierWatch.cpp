@@ -21,26 +21,45 @@ const auto watcherPath = u"/StatusNotifierWatcher"_s;
 
 } // namespace
 
-NotifierWatch::NotifierWatch(const QDBusConnection &bus)
-    : m_bus(bus)
-    , m_owner(watcherName, bus, QDBusServiceWatcher::WatchForOwnerChange)
-{
-    if (m_bus.isConnected()) {
-        lookForWatcher();
-    } else {
-        // Calls on such a bus are never answered. Later, for nobody listens yet.
-        onMain(this, [this] { setHost(false); });
-    }
-}
-
-NotifierWatch::~NotifierWatch() = default;
-
-void NotifierWatch::lookForWatcher()
+NotifierWatch::NotifierWatch(QDBusConnection bus)
+    : m_bus(std::move(bus))
+    , m_owner(watcherName, m_bus, QDBusServiceWatcher::WatchForOwnerChange)
 {
     connect(&m_owner, &QDBusServiceWatcher::serviceOwnerChanged, this,
         [this](const QString & /*service*/, const QString & /*from*/, const QString &to) {
             setRunning(!to.isEmpty());
         });
+    if (m_bus.isConnected()) {
+        lookForWatcher();
+    } else {
+        // Calls on such a bus are never answered. Later, for nobody listens yet.
+        onMain(this, [this] { busLost(); });
+    }
+}
+
+NotifierWatch::~NotifierWatch() = default;
+
+void NotifierWatch::use(const QDBusConnection &bus)
+{
+    m_bus = bus;
+    m_owner.setConnection(bus);
+    m_running = false;
+    Q_EMIT busChanged();
+    lookForWatcher();
+}
+
+void NotifierWatch::busLost()
+{
+    if (!m_bus.isConnected()) {
+        m_question.reset();
+        setRunning(false);
+    }
+}
+
+void NotifierWatch::lookForWatcher()
+{
+    m_bus.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s, u"Disconnected"_s,
+        this, SLOT(busLost()));
     // With a service's name, this would wait for the answer who owns it.
     for (const QString &event : {u"StatusNotifierHostRegistered"_s, u"StatusNotifierHostUnregistered"_s}) {
         m_bus.connect({}, watcherPath, watcherInterface, event, this, SLOT(askForHost()));

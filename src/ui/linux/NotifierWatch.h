@@ -19,8 +19,12 @@ class NotifierWatch final : public QObject {
     Q_DISABLE_COPY_MOVE(NotifierWatch)
 
 public:
-    explicit NotifierWatch(const QDBusConnection &bus);
+    explicit NotifierWatch(QDBusConnection bus);
     ~NotifierWatch() override;
+
+    /// Goes on with another connection, on which nobody is known yet.
+    void use(const QDBusConnection &bus);
+    [[nodiscard]] const QDBusConnection &bus() const { return m_bus; }
 
     /// Whether somebody registers items.
     [[nodiscard]] bool isRunning() const { return m_running; }
@@ -33,6 +37,7 @@ public:
     void registerItem(const QString &item);
 
 Q_SIGNALS:
+    void busChanged();
     /// Somebody who registers items is there from now on.
     void started();
     /// Also when it is known for the first time.
@@ -40,6 +45,7 @@ Q_SIGNALS:
 
 private Q_SLOTS:
     void askForHost();
+    void busLost();
 
 private:
     void lookForWatcher();

@@ -43,21 +43,17 @@ NotifierPixmap onTheBus(const QImage &image)
 
 } // namespace
 
-StatusNotifier::StatusNotifier(QDBusConnection bus, NotifierWatch &watch)
-    : m_bus(std::move(bus))
+StatusNotifier::StatusNotifier(NotifierWatch &watch)
+    : m_watch(watch)
 {
-    if (!m_bus.isConnected()) {
-        return;
-    }
     // Each item of a process has a name of its own, so that hosts notice when one goes.
     static int items = 0;
     m_name = u"org.kde.StatusNotifierItem-%1-%2"_s.arg(QCoreApplication::applicationPid()).arg(++items);
     registerNotifierTypes();
     new StatusNotifierItemAdaptor(this);
-    m_bus.registerObject(itemPath, this, QDBusConnection::ExportAdaptors);
-    constexpr uint doNotQueue = 4;
-    m_bus.send(busCall(u"RequestName"_s, {m_name, doNotQueue}));
-    connect(&watch, &NotifierWatch::started, this, [this, &watch] { watch.registerItem(m_name); });
+    joinBus();
+    connect(&watch, &NotifierWatch::busChanged, this, &StatusNotifier::joinBus);
+    connect(&watch, &NotifierWatch::started, this, [this] { m_watch.registerItem(m_name); });
     if (watch.isRunning()) {
         watch.registerItem(m_name);
     }
@@ -65,11 +61,21 @@ StatusNotifier::StatusNotifier(QDBusConnection bus, NotifierWatch &watch)
 
 StatusNotifier::~StatusNotifier()
 {
-    if (m_name.isEmpty()) {
-        return;
+    QDBusConnection bus = m_watch.bus();
+    if (bus.isConnected()) {
+        bus.send(busCall(u"ReleaseName"_s, {m_name}));
+        bus.unregisterObject(itemPath);
     }
-    m_bus.send(busCall(u"ReleaseName"_s, {m_name}));
-    m_bus.unregisterObject(itemPath);
+}
+
+void StatusNotifier::joinBus()
+{
+    QDBusConnection bus = m_watch.bus();
+    if (bus.isConnected()) {
+        bus.registerObject(itemPath, this, QDBusConnection::ExportAdaptors);
+        constexpr uint doNotQueue = 4;
+        bus.send(busCall(u"RequestName"_s, {m_name, doNotQueue}));
+    }
 }
 
 void StatusNotifier::setFace(qint64 updates, const QString &toolTip)

@@ -5,7 +5,6 @@
 
 #include "ui/linux/NotifierTypes.h"
 
-#include <QDBusConnection>
 #include <QDBusObjectPath>
 #include <QObject>
 #include <QPoint>
@@ -15,7 +14,8 @@ namespace brevok {
 class NotifierWatch;
 
 /// The item as hosts of the StatusNotifierItem protocol see it, on the session bus. It registers whenever a
-/// watcher takes its name there, however often that goes and comes back. No call waits for the bus.
+/// watcher takes its name there, however often that, or the bus itself, goes and comes back. No call waits
+/// for the bus.
 ///
 /// Qt's own QSystemTrayIcon decides at its first use, once, whether a watcher runs, and hands on neither the
 /// place of a click nor any other: an icon that came before its bar would never show.
@@ -34,7 +34,8 @@ class StatusNotifier final : public QObject {
     Q_PROPERTY(brevok::NotifierToolTip ToolTip READ toolTip)
 
 public:
-    StatusNotifier(QDBusConnection bus, NotifierWatch &watch);
+    /// @p watch outlives this object.
+    explicit StatusNotifier(NotifierWatch &watch);
     ~StatusNotifier() override;
 
     /// @p updates is drawn upon the icon; hosts give a square.
@@ -70,7 +71,9 @@ Q_SIGNALS:
     void NewStatus(const QString &status);
 
 private:
-    QDBusConnection m_bus;
+    void joinBus();
+
+    NotifierWatch &m_watch;
     QString m_name;
     QString m_toolTip;
     qint64 m_updates = 0;

@@ -1,0 +1,186 @@
+"""What tests with windows share: the application on a desktop of its own, and a bar that speaks over the bus."""
+import os
+import pathlib
+import re
+import select
+import subprocess
+import sys
+import unittest
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "demo"))
+try:
+    from accessible import Accessibility
+    from gi.repository import GLib
+except (ImportError, ValueError):
+    Accessibility = GLib = None
+from brevok_session import PATIENCE, Session, wait_for
+from virtual_desktop import VirtualDesktop, missing_programs
+
+EMAIL, PASSWORD = "ada@example.com", "analytical-engine"
+PANEL_WIDTH, PANEL_HEIGHT, MARGIN = 446, 694, 8
+HERE = pathlib.Path(__file__).resolve().parent
+SKIPPED = 77  # what ctest counts as skipped
+
+
+class WindowSession(Session):
+    """The application with windows on a desktop."""
+
+    def __init__(self, desktop):
+        super().__init__(pathlib.Path(sys.argv[1]))
+        self.headless = []
+        self.environment |= {"DISPLAY": desktop.environment["DISPLAY"], "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
+        self.environment.pop("QT_QPA_PLATFORM", None)
+
+    def port(self):
+        return int(self.service_url.rsplit(":", 1)[1].strip("/"))
+
+
+class OnDesktop(unittest.TestCase):
+    """A desktop of its own for each test; `session` runs on it."""
+
+    def setUp(self):
+        self.desktop = self.enterContext(VirtualDesktop(os.environ))
+        self.session = self.enterContext(WindowSession(self.desktop))
+        self.session.publish("Alpha", "0xA", "1.0", 140)
+        self.access = Accessibility()
+        self.addCleanup(self.access.close)
+        self.addCleanup(self.show_early_log)
+
+    def show_early_log(self):
+        if any(failure for _, failure in getattr(self._outcome.result, "failures", [])[-1:]):
+            print((self.session.folder / "early.log").read_text(), self.session.log()[-3000:], file=sys.stderr)
+
+    # starting and opening
+
+    def start(self, signed_in=False):
+        self.session.start_application()
+        if signed_in:
+            self.session.ctl("signin", EMAIL, BREVOK_PASSWORD=PASSWORD)
+            self.wait("the lists", lambda: self.session.package_status("0xA"))
+        return wait_for(self.desktop.tray_item, "the item is in the tray")
+
+    def click_item(self):
+        x, y, width, height = wait_for(self.desktop.tray_item, "the item is in the tray")
+        self.desktop.click(x + width // 2, y + height // 2)
+
+    def open_panel(self):
+        self.click_item()
+        return self.wait_for_open_panel()
+
+    def wait_for_open_panel(self):
+        self.wait("the panel is open", lambda: self.panel_rectangle()[2:] == (PANEL_WIDTH, PANEL_HEIGHT))
+        self.wait("the panel has the focus", lambda: self.panel_is_active())
+        return self.panel_rectangle()
+
+    def panel_rectangle(self):
+        return self.desktop.panel() or (0, 0, 0, 0)
+
+    def brightness(self, x, y):
+        text = self.desktop.run("import", "-silent", "-window", "root", "-crop", f"1x1+{x}+{y}", "-depth", "8",
+                                "-colorspace", "gray", "txt:-")
+        return int(re.search(r"\((\d+)", text.splitlines()[-1])[1])
+
+    def panel_is_active(self):
+        return any("active" in c.states and c.depth == 1 and c.name == "Tolvane Brevok" for c in self.controls())
+
+    def wait_for_closed_panel(self):
+        self.wait("the panel is closed", lambda: self.desktop.panel() is None)
+
+    # looking
+
+    def controls(self):
+        return self.access.controls(self.session.application.pid)
+
+    def find(self, name, role=None):
+        return next((c for c in self.controls() if c.name == name and role in (None, c.role)), None)
+
+    def wait(self, what, condition):
+        try:
+            return wait_for(condition, what)
+        except AssertionError as error:
+            shown = "\n".join(f"{'  ' * c.depth}{c.role} {c.name!r} {sorted(c.states)} {c.rectangle}"
+                              for c in self.controls())
+            focused = self.desktop.run("xdotool", "getwindowfocus").strip()
+            shown += f"\nfocus: {focused} {self.desktop.run('xdotool', 'getwindowname', focused)}"
+            raise AssertionError(f"{error}\n{shown}\n{self.session.log()[-2000:]}") from None
+
+    def wait_for_control(self, name, role=None, **wanted):
+        """`wanted`: states by name, whether they are to be there."""
+        def found():
+            control = self.find(name, role)
+            good = control and all((state in control.states) == there for state, there in wanted.items())
+            return control if good else None
+        return self.wait(f"{role or 'control'} {name!r} {wanted or ''}", found)
+
+    def wait_until_gone(self, name, role=None):
+        self.wait(f"no {name!r}", lambda: self.controls() and not self.find(name, role))
+
+    def press_button(self, name):
+        control = self.wait_for_control(name, "push button", enabled=True, showing=True)
+        self.desktop.click(*control.middle())
+
+    def start_settings_portal(self, scheme):
+        portal = SettingsPortal(scheme, self.session.environment)
+        self.addCleanup(portal.close)
+        return portal
+
+    def exit_status(self):
+        return self.session.application.wait(PATIENCE)
+
+
+class SettingsPortal:
+    """The desktop's choice of colours as the application sees it on a session bus, in a process of its own."""
+
+    def __init__(self, scheme, environment):
+        self.process = subprocess.Popen([sys.executable, HERE / "settings_portal.py", str(scheme)], env=environment,
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        self.process.stdout.readline()
+
+    def announce(self, scheme):
+        self.process.stdin.write(f"{scheme}\n")
+        self.process.stdin.flush()
+
+    def close(self):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdin.close()
+        self.process.stdout.close()
+
+
+class StatusNotifierHost:
+    """A bar as the application sees it on a session bus, in a process of its own."""
+
+    def __init__(self, environment):
+        self.environment = environment
+
+    def __enter__(self):
+        self.process = subprocess.Popen([sys.executable, HERE / "status_notifier_host.py"], env=self.environment,
+                                        stdout=subprocess.PIPE, text=True)
+        self.registered = None
+        return self
+
+    def __exit__(self, *_):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdout.close()
+
+    def item(self):
+        if not self.registered and select.select([self.process.stdout], [], [], 0)[0]:
+            self.registered = self.process.stdout.readline().strip()
+        return self.registered
+
+    def activate(self, item, x, y):
+        subprocess.run(["dbus-send", "--session", "--print-reply", f"--dest={item}", "/StatusNotifierItem",
+                        "org.kde.StatusNotifierItem.Activate", f"int32:{x}", f"int32:{y}"], check=True,
+                       env=self.environment, stdout=subprocess.DEVNULL)
+
+
+def run_tests():
+    """The main program of a file of tests; its argument is the folder of the programs."""
+    if Accessibility is None:
+        print("skipped: python3-gi is not installed")
+        sys.exit(SKIPPED)
+    if missing_programs():
+        print(f"skipped: not installed: {', '.join(missing_programs())}")
+        sys.exit(SKIPPED)
+    unittest.main(argv=sys.argv[:1] + sys.argv[2:], verbosity=2)

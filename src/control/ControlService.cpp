@@ -372,12 +372,12 @@ void ControlService::changeTarget(
         confirmWhenStored();
         return;
     }
-    answerAfterLook(path, [this, path, change](const std::optional<FolderLook> &) -> std::optional<QString> {
+    answerAfterLook(path, [this, path, change](const auto &look) -> std::optional<QString> {
         if (const std::optional<QString> known = m_with->targets.recordPath(path)) {
             change(*known);
             return std::nullopt;
         }
-        return u"There is no target '%1'."_s.arg(path);
+        return look ? u"There is no target '%1'."_s.arg(path) : doesNotAnswer(path);
     });
 }
 

@@ -4,15 +4,20 @@
 #include "install/BrevokAppInstaller.h"
 
 #include "catalogue/BrevokPackages.h"
+#include "foundation/BoundedWork.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
 #include "install/RunningTargets.h"
+#include "platform/FileState.h"
 #include "platform/StateStore.h"
 #include "targets/MarketingNames.h"
+#include "targets/TargetJudgement.h"
 
 #include <QCoreApplication>
+
+#include <tuple>
 
 namespace brevok {
 
@@ -38,6 +43,19 @@ void collect(
         }
         result.failures.append(failure);
     }
+}
+
+// The disk of a target may have fallen silent since the plan was made, and must not keep the other jobs
+// waiting.
+bool answers(const QString &pluginPath, CommandResult &result)
+{
+    const QString place = applicationFolder(pluginPath);
+    const bool answers = runBounded(place, [pluginPath](Pulse &) { std::ignore = fileState(pluginPath); });
+    if (!answers) {
+        result.errors.append(installerError(doesNotAnswer(place)));
+        result.failures.append(result.errors.constLast());
+    }
+    return answers;
 }
 
 // The result of a job, to who asked, if it is there still: only the main thread may look.
@@ -177,7 +195,7 @@ CommandResult BrevokAppInstaller::carryOutInstalls(
         const QString pluginPath = command[1].toString();
         const QString folder = applicationFolder(pluginPath);
         const std::optional<RunningApplication> running = runningUnder(folder);
-        if (!running || !skipRunningTargets) {
+        if ((!running || !skipRunningTargets) && answers(pluginPath, result)) {
             if (running && !noteRunning(Action::Install, *running, folder)) {
                 return result;
             }
@@ -242,7 +260,7 @@ CommandResult BrevokAppInstaller::carryOutRemovals(const QString &key, const Rec
             continue;
         }
         const QString pluginPath = command[1].toString();
-        if (operations->fileExistsAtPath(pluginPath)) {
+        if (answers(pluginPath, result) && operations->fileExistsAtPath(pluginPath)) {
             const QString folder = applicationFolder(pluginPath);
             const std::optional<RunningApplication> running = runningUnder(folder);
             if (running && !noteRunning(Action::Remove, *running, folder)) {

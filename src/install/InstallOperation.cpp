@@ -55,10 +55,8 @@ void InstallOperation::begin()
 {
     inBackgroundThen(
         this,
-        [known = definitions(), targets = m_with.targets.validTargets().values(), folder = m_with.dataFolder,
-            &files = m_with.installer.files()] {
-            return planInstall(known, targets, folder, factsReader(files));
-        },
+        [known = definitions(), targets = m_with.targets.validTargets().values(),
+            folder = m_with.dataFolder] { return planInstall(known, targets, folder, factsOfDisk()); },
         [this](const InstallPlan &plan) { applyPlan(plan); });
 }
 

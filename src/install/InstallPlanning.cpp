@@ -6,21 +6,27 @@
 #include "catalogue/BrevokPlugins.h"
 #include "catalogue/PackageStatus.h"
 #include "catalogue/StatusRun.h"
+#include "foundation/BoundedWork.h"
 #include "foundation/Paths.h"
 #include "foundation/StandardVersionComparator.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
-#include "platform/FileOperations.h"
+#include "platform/FileState.h"
 #include "platform/PropertyLists.h"
 #include "targets/BrevokTargetApps.h"
+#include "targets/TargetJudgement.h"
+#include "targets/TargetLook.h"
+
+#include <algorithm>
+#include <tuple>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-InstallFacts factsReader(const FileOperations &files)
+InstallFacts factsOfDisk()
 {
-    return {.exists = [&files](const QString &path) { return files.fileExists(path); },
+    return {.exists = [](const QString &path) { return fileState(path).has_value(); },
         .information =
             [](const QString &bundlePath) {
                 return bundleInformation(bundlePath);
@@ -44,9 +50,17 @@ InstallPlanner::InstallPlanner(const QList<Record> &definitions, QString dataPat
     }
 }
 
-void InstallPlanner::determinePluginsAction(const QString &targetPath, qint64 targetVersion)
+bool anySuitsTarget(const QList<Record> &definitions, qint64 target)
+{
+    return std::any_of(definitions.cbegin(), definitions.cend(), [target](const Record &definition) {
+        return buildSuitsTarget(target, integerValue(definition.value(PluginKeys::hostVersion)));
+    });
+}
+
+void InstallPlanner::determinePluginsAction(const QString &targetPath, qint64 targetVersion, Pulse &pulse)
 {
     for (const QString &key : std::as_const(m_order)) {
+        pulse.beat();
         const Record definition = m_definitions.value(key);
         const qint64 host = integerValue(definition.value(PluginKeys::hostVersion));
         if (!buildSuitsTarget(targetVersion, host)) {
@@ -107,14 +121,30 @@ InstallPlan planInstall(const QList<Record> &definitions, const QList<Record> &t
     const QString &dataPath, const InstallFacts &facts)
 {
     InstallPlanner planner(definitions, dataPath, facts);
+    QList<BrevokError> silent;
     for (const Record &target : targets) {
         const QString path = nonEmptyString(target.value(TargetKeys::path));
-        const QJsonValue version = target.value(TargetKeys::version);
-        if (!path.isEmpty() && !version.isUndefined() && !version.isNull()) {
-            planner.determinePluginsAction(path, integerValue(version));
+        const QJsonValue stored = target.value(TargetKeys::version);
+        const qint64 version = integerValue(stored);
+        if (path.isEmpty() || stored.isUndefined() || stored.isNull()
+            || !anySuitsTarget(definitions, version)) {
+            continue;
+        }
+        const auto withTarget = [planner, path, version, exists = facts.exists](Pulse &pulse) {
+            std::ignore = exists(path); // the plan itself need not ask, and is carried out there
+            InstallPlanner further = planner;
+            further.determinePluginsAction(path, version, pulse);
+            return further;
+        };
+        if (auto further = bounded<InstallPlanner>(placeOf(path), withTarget)) {
+            planner = std::move(*further);
+        } else {
+            silent.append(installerError(doesNotAnswer(path)));
         }
     }
-    return planner.plan();
+    InstallPlan plan = planner.plan();
+    plan.refused += silent;
+    return plan;
 }
 
 } // namespace brevok

@@ -15,16 +15,16 @@
 
 namespace brevok {
 
-class FileOperations;
+class Pulse;
 
-/// What the planning wants to know of the disk.
+/// What the planning wants to know of the disk. Values only, as a question may outlive whoever asked.
 struct InstallFacts {
     std::function<bool(const QString &path)> exists; ///< whether anything is there
     std::function<std::optional<Record>(const QString &bundlePath)>
         information; ///< its information dictionary
 };
-/// The facts as the disk has them; any thread, as long as @p files lives.
-[[nodiscard]] InstallFacts factsReader(const FileOperations &files);
+/// The facts as the disk has them; any thread.
+[[nodiscard]] InstallFacts factsOfDisk();
 
 /// One build for one target.
 struct PlannedInstall {
@@ -39,7 +39,7 @@ struct InstallPlan {
     QStringList downloads;
     /// In order; a build chosen for two targets stands there twice. Each is one command of the build's queue.
     QList<PlannedInstall> installs;
-    /// Definitions that cannot be planned because of their name.
+    /// Definitions that cannot be planned because of their name, and targets that do not answer.
     QList<BrevokError> refused;
 };
 
@@ -54,8 +54,8 @@ public:
     /// @p definitions of one prefix, in order.
     InstallPlanner(const QList<Record> &definitions, QString dataPath, InstallFacts facts);
 
-    /// Plans every definition that suits the target.
-    void determinePluginsAction(const QString &targetPath, qint64 targetVersion);
+    /// Plans every definition that suits the target, whose disk may never answer.
+    void determinePluginsAction(const QString &targetPath, qint64 targetVersion, Pulse &pulse);
     /// Plans one definition, unless it is up to date at @p pluginPath.
     void determinePluginAction(const QString &key, const QString &pluginPath, qint64 version);
 
@@ -71,7 +71,11 @@ private:
     InstallPlan m_plan;
 };
 
-/// The plan for every target record that has a path and a version.
+/// Whether any of @p definitions is for a host of version @p target.
+[[nodiscard]] bool anySuitsTarget(const QList<Record> &definitions, qint64 target);
+
+/// The plan for every target record that has a path and a version. A target that does not answer in time is
+/// refused and keeps no other waiting. Background threads.
 [[nodiscard]] InstallPlan planInstall(const QList<Record> &definitions, const QList<Record> &targets,
     const QString &dataPath, const InstallFacts &facts);
 

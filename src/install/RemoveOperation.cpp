@@ -9,20 +9,56 @@
 #include "install/BrevokAppInstaller.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
+#include "install/InstallPlanning.h"
 #include "targets/BrevokTargetApps.h"
+#include "targets/TargetJudgement.h"
+#include "targets/TargetLook.h"
+
+#include <algorithm>
 
 namespace brevok {
 
+namespace {
+
+QString pathOf(const Record &target)
+{
+    return nonEmptyString(target.value(TargetKeys::path));
+}
+
+} // namespace
+
 void RemoveOperation::begin()
+{
+    QList<Record> targets = m_with.targets.validTargets().values();
+    targets.removeIf([](const Record &target) { return pathOf(target).isEmpty(); });
+    QStringList paths;
+    std::transform(targets.cbegin(), targets.cend(), std::back_inserter(paths), pathOf);
+    inBackgroundThen(
+        this, [paths] { return lookAtTargets(paths, {}, {}); },
+        [this, targets](const TargetFindings &findings) {
+            QList<Record> answering;
+            for (const Record &target : targets) {
+                const QString path = pathOf(target);
+                if (findings.folders.contains(path)) {
+                    answering.append(target);
+                } else if (anySuitsTarget(definitions(), integerValue(target.value(TargetKeys::version)))) {
+                    m_outcome.failures.append(installerError(doesNotAnswer(path)));
+                    logError(m_outcome.failures.constLast());
+                }
+            }
+            askWhatMayGo(answering);
+        });
+}
+
+void RemoveOperation::askWhatMayGo(const QList<Record> &targets)
 {
     QList<Candidate> candidates;
     QList<RemovalQuestion> questions;
     QSet<QString> refused;
     const QList<Record> records = definitions();
-    const QList<Record> targets = m_with.targets.validTargets().values();
     for (const Record &target : targets) {
-        const QString path = nonEmptyString(target.value(TargetKeys::path));
-        for (const Record &record : path.isEmpty() ? QList<Record>() : records) {
+        const QString path = pathOf(target);
+        for (const Record &record : records) {
             const QString name = record.value(PluginKeys::name).toString();
             if (!name.isEmpty() && !isPlainFileName(name)) {
                 refused.insert(name);

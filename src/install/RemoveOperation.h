@@ -23,6 +23,7 @@ private:
         QString pluginPath;
     };
 
+    void askWhatMayGo(const QList<Record> &targets);
     void queueRemovals(const QList<Candidate> &candidates, const QList<bool> &answers);
     void removeNext();
 

@@ -251,7 +251,10 @@ bool BrevokTargetApps::isSame(const QString &path, const QString &other) const
 {
     const auto a = m_looks.constFind(path);
     const auto b = m_looks.constFind(other);
-    return plainPath(path) == plainPath(other)
+    const QString plain = plainPath(path);
+    const QString otherPlain = plainPath(other);
+    return plain == otherPlain || (a != m_looks.cend() && a->resolved == otherPlain)
+        || (b != m_looks.cend() && b->resolved == plain)
         || (a != m_looks.cend() && b != m_looks.cend() && isSameFolder(*a, *b));
 }
 

@@ -22,6 +22,11 @@ bool isHostVersion(const QString &text)
 
 } // namespace
 
+QString doesNotAnswer(const QString &path)
+{
+    return Texts::tr("'%1' does not answer. Try again when its disk or server does.").arg(path);
+}
+
 std::optional<QString> whyNoTarget(
     const QString &path, const QString &version, const std::optional<FolderLook> &look)
 {
@@ -36,7 +41,7 @@ std::optional<QString> whyNoTarget(
             .arg(newestVersion);
     }
     if (!look) {
-        return Texts::tr("'%1' does not answer. Try again when its disk or server does.").arg(path);
+        return doesNotAnswer(path);
     }
     if (!look->exists) {
         return Texts::tr("There is no folder '%1'.").arg(path);

@@ -7,6 +7,9 @@
 
 namespace brevok {
 
+/// What is said of a folder whose disk keeps silent.
+[[nodiscard]] QString doesNotAnswer(const QString &path);
+
 /// Why the folder at @p path cannot be added as the target of a host of @p version, as a sentence; nothing
 /// when it can. @p look is what the disk says of it, nothing when it does not answer.
 [[nodiscard]] std::optional<QString> whyNoTarget(

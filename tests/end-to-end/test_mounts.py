@@ -81,6 +81,37 @@ class DeadMount(unittest.TestCase):
         self.assert_main_thread_never_asked()
         self.assertEqual(session.stop_application(), 0, "hanging looks keep nobody from quitting")
 
+    def refused(self, *words):
+        result = self.session.ctl(*words, check=False)
+        self.assertEqual(result.returncode, 1, result.stderr)
+        return result.stderr
+
+    def test_what_is_done_beside_a_dead_mount(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        path = self.mount / "One" / "Plug-Ins"
+        there = path / "Tolvane" / "Alpha.InDesignPlugin"
+        path.mkdir(parents=True)
+        session.start_application()
+        session.ctl("check")
+        session.ctl("targets", "add", path, "--type", "InDesign", "--version", "140")
+
+        self.gate.touch()
+        silence = f"'{path}' does not answer"
+        self.assertIn(silence, self.refused("install", "0xA"))
+        self.assertEqual(session.installed_version("Alpha"), "1.0", "the other target has it")
+        self.assertIn(silence, self.refused("remove", "0xA"))
+        self.assertIsNone(session.installed_version("Alpha"))
+        spelling = self.mount / "Two" / ".." / "One" / "Plug-Ins"  # where that leads to, only the disk knows
+        self.assertIn(f"'{spelling}' does not answer", self.refused("targets", "remove", spelling))
+
+        self.gate.unlink()
+        session.ctl("install", "0xA")
+        self.assertTrue(there.exists())
+        session.ctl("remove", "0xA")
+        self.assertFalse(there.exists())
+        self.assert_main_thread_never_asked()
+
     def test_a_dead_mount_among_the_searched_folders(self):
         session = self.session
         searched, session.applications = session.applications, self.mount

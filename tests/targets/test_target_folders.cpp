@@ -20,6 +20,7 @@ private Q_SLOTS:
 
     void oneFolderIsOneTarget_data();
     void oneFolderIsOneTarget();
+    void whatALinkLeadsToIsKnownWithoutAsking();
     void aFolderAddedByHandIsNotFoundTwice();
     void spellingsOfEarlierVersionsAreMerged();
     void volumesComeAndGo();
@@ -77,6 +78,20 @@ void TargetFoldersTest::oneFolderIsOneTarget()
         QVERIFY(targets.targets().isEmpty());
     });
     QTRY_VERIFY(answered);
+}
+
+void TargetFoldersTest::whatALinkLeadsToIsKnownWithoutAsking()
+{
+    House house;
+    BrevokTargetApps targets(house.state, house.search);
+    const QString path = house.install(u"InDesign CC"_s, u"9000"_s);
+    const QString link = house.applications + u"/link"_s;
+    QVERIFY(QFile::link(path, link));
+    targets.insertTarget(link, u"InDesign"_s, u"90"_s);
+    bool answered = false;
+    targets.lookAt(link, this, [&answered](const auto & /*look*/) { answered = true; });
+    QVERIFY(QTest::qWaitFor([&answered] { return answered; }));
+    QCOMPARE(targets.recordPath(QFileInfo(path).canonicalFilePath() + u'/'), std::optional(link));
 }
 
 void TargetFoldersTest::aFolderAddedByHandIsNotFoundTwice()

@@ -3,6 +3,7 @@
 
 #include "client/CommandRunner.h"
 #include "client/Output.h"
+#include "platform/StandardStreams.h"
 #include "platform/Terminal.h"
 
 #include <QCoreApplication>
@@ -58,6 +59,7 @@ ExitStatus run(const Command &command)
 int main(int argc, char *argv[])
 {
     keepStandardStreams();
+    outliveReaders();
     const QCoreApplication application(argc, argv);
     const auto parsed = client::parseCommandLine(QCoreApplication::arguments().sliced(1));
     const auto *error = std::get_if<client::UsageError>(&parsed);

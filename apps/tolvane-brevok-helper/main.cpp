@@ -3,6 +3,7 @@
 
 #include "daemon/HelperProgram.h"
 #include "foundation/Log.h"
+#include "platform/StandardStreams.h"
 
 #include <QCoreApplication>
 
@@ -28,6 +29,7 @@ constexpr auto help = "Usage: tolvane-brevok-helper [OPTION]...\n"
 
 int main(int argc, char **argv)
 {
+    brevok::keepStandardStreams();
     ::umask(S_IWGRP | S_IWOTH);
     const QCoreApplication application(argc, argv);
     brevok::installLogFormat();

@@ -6,6 +6,7 @@
 
 #include "platform/CopyLock.h"
 #include "platform/StandardFolders.h"
+#include "platform/StandardStreams.h"
 
 #include <QCoreApplication>
 #include <QDBusConnection>
@@ -87,6 +88,7 @@ QString ownFolder(int argc, char **argv)
 
 int main(int argc, char *argv[])
 {
+    brevok::keepStandardStreams();
     const Wishes wishes = wishesFrom(argc, argv);
     if (wishes.headless || wishes.onlyPrints || (wishes.background && !hasDisplay())) {
         return runWithoutWindows(wishes, argc, argv);

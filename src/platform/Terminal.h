@@ -7,9 +7,8 @@
 
 namespace brevok {
 
-/// Called first in main(). Writing to a standard stream that the caller closed, or that nobody reads any
-/// more, fails from here on: no file that is opened later takes its place, and no signal ends the program.
-void keepStandardStreams();
+/// Writing to a pipe that nobody reads any more fails from here on, and no signal ends the program.
+void outliveReaders();
 
 /// Whether what the program writes to standard error is read on a terminal.
 [[nodiscard]] bool standardErrorIsTerminal();

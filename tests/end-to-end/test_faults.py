@@ -71,6 +71,31 @@ class Faults(unittest.TestCase):
         log = self.kill_when(lambda: folder.exists() and list(folder.glob(".*/*/part-*")), "an archive being unpacked")
         self.assert_asked_and_mended(log, "Alpha")
 
+    def wait_until_taken(self, process, *numbers):
+        def taken(number):
+            stream = f"/proc/{process.pid}/fd/{number}"
+            return os.path.lexists(stream) and os.readlink(stream) in ("/dev/null", "/dev/full")
+        wait_for(lambda: all(map(taken, numbers)), f"{numbers} are open on nothing")
+
+    def test_started_with_closed_standard_streams(self):
+        session = self.session
+        session.application = subprocess.Popen(session.application_command(), env=session.environment,
+                                               preexec_fn=lambda: os.closerange(0, 3))
+        wait_for(lambda: session.ctl("status", check=False).returncode == 0, "the application answers")
+        self.wait_until_taken(session.application, 0, 1)
+        log = session.folder / "state" / "tolvane-brevok" / "Logs" / "orlec.log"
+        self.assertEqual(os.readlink(f"/proc/{session.application.pid}/fd/2"), str(log))
+        self.assertEqual(subprocess.run([PROGRAMS / "brevokctl", "status"], env=session.environment, check=False,
+                                        preexec_fn=lambda: os.closerange(0, 3)).returncode, 1)
+        # The helper waits to be told what to do.
+        helper = subprocess.Popen([PROGRAMS / "tolvane-brevok-helper", "--obey", "--prefix", session.folder],
+                                  stdin=subprocess.PIPE, preexec_fn=lambda: os.closerange(1, 3))
+        try:
+            self.wait_until_taken(helper, 1, 2)
+        finally:
+            helper.stdin.close()
+            helper.wait()
+
     def test_killed_while_saving(self):
         session = self.session
         session.publish("Alpha", "0xA", "1.0", 140)

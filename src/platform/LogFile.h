@@ -10,8 +10,11 @@ namespace brevok {
 /// Above this many bytes a log file is moved aside.
 inline constexpr qint64 longestLog = 5'000'000;
 
-/// Moves the log file at @p path to "PATH.1" when it is longer than longestLog, in the place of an older one
-/// there. What is no regular file stays.
+/// Where a long log file makes way to: "PATH.1".
+[[nodiscard]] QString movedAside(const QString &path);
+
+/// Moves the log file at @p path to movedAside() when it is longer than longestLog, in the place of an older
+/// one there. What is no regular file stays.
 /// @return whether the file was moved
 bool moveLongLogAside(const QString &path);
 

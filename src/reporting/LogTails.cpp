@@ -3,6 +3,7 @@
 
 #include "reporting/LogTails.h"
 
+#include "platform/LogFile.h"
 #include "platform/RegularFile.h"
 
 #include <QDirIterator>
@@ -45,9 +46,15 @@ QString logTail(const QString &path)
     if (!QFileInfo::exists(path)) {
         return u"File %1 doesn't exist."_s.arg(name);
     }
-    const std::optional<FileTail> tail = readFileTail(path, longestTail);
+    std::optional<FileTail> tail = readFileTail(path, longestTail);
     if (!tail) {
         return u"Can't get handle for %1."_s.arg(name);
+    }
+    if (const qint64 left = longestTail - tail->bytes.size(); tail->whole && left > 0) {
+        if (const std::optional<FileTail> before = readFileTail(movedAside(path), left)) {
+            tail->bytes.prepend(before->bytes);
+            tail->whole = before->whole;
+        }
     }
     return QString::fromUtf8(tail->whole ? QByteArrayView(tail->bytes) : fromWholeLine(tail->bytes));
 }

@@ -18,9 +18,10 @@ struct PathWithModDate {
     QDateTime modDate;
 };
 
-/// The text of the file at @p path for a report: all of it, or its last longestTail bytes without the line
-/// that these begin in. Bytes that are no UTF-8 become replacement characters. What is missing or cannot be
-/// read (a folder, a pipe) gives a sentence that says so; nothing is waited for. Any thread.
+/// The text of the file at @p path for a report, after that of a log that was moved aside: all of it, or the
+/// last longestTail bytes without the line that these begin in. Bytes that are no UTF-8 become replacement
+/// characters. What is missing or cannot be read (a folder, a pipe) gives a sentence that says so; nothing is
+/// waited for. Any thread.
 [[nodiscard]] QString logTail(const QString &path);
 
 /// Appends one item called @p name that holds the tail of the file at @p path.

@@ -23,6 +23,7 @@ private Q_SLOTS:
 
     void tails_data();
     void tails();
+    void aLogThatWasMovedAsideComesFirst();
     void whatIsNoLogIsSaidToBeNone();
     void hugeFilesAreReadAtTheirEnd();
     void theNewestCrashReportsAreTaken();
@@ -56,6 +57,21 @@ void LogTailsTest::tails()
     QVERIFY(QFile::link(path, folder.filePath(u"link.log"_s)));
     QTEST(logTail(path), "expected");
     QTEST(logTail(folder.filePath(u"link.log"_s)), "expected");
+}
+
+void LogTailsTest::aLogThatWasMovedAsideComesFirst()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"some.log"_s);
+    const QByteArray line = QByteArray(99, 'x') + '\n';
+    QVERIFY(writeFile(path, "now\n"));
+    QVERIFY(writeFile(path + u".1"_s, "before\n"));
+    QCOMPARE(logTail(path), u"before\nnow\n"_s);
+    // Together no more than of one file, and from a whole line on.
+    QVERIFY(writeFile(path + u".1"_s, line.repeated(3000)));
+    QCOMPARE(logTail(path), QString::fromLatin1(line.repeated(2559)) + u"now\n"_s);
+    QVERIFY(writeFile(path, line.repeated(2560)));
+    QCOMPARE(logTail(path), QString::fromLatin1(line.repeated(2560)));
 }
 
 void LogTailsTest::whatIsNoLogIsSaidToBeNone()

@@ -14,7 +14,7 @@
 
 #include <atomic>
 #include <cerrno>
-#include <filesystem>
+#include <cstdio>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -80,16 +80,19 @@ void keepLogShort()
 
 } // namespace
 
+QString movedAside(const QString &path)
+{
+    return path + QStringLiteral(".1");
+}
+
 bool moveLongLogAside(const QString &path)
 {
     const QFileInfo file(path);
     if (file.isSymLink() || !file.isFile() || file.size() <= longestLog) {
         return false;
     }
-    const std::string from = QFile::encodeName(path).toStdString();
-    std::error_code failure;
-    std::filesystem::rename(from, from + ".1", failure);
-    return !failure;
+    return std::rename(QFile::encodeName(path).constData(), QFile::encodeName(movedAside(path)).constData())
+        == 0;
 }
 
 bool redirectStandardError(const QString &path)

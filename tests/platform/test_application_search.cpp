@@ -5,6 +5,7 @@
 #include "platform/linux/InotifyApplicationSearch.h"
 #include "support/SampleBundles.h"
 
+#include <QDirIterator>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -96,7 +97,6 @@ void ApplicationSearchTest::namesAreMatchedWhole_data()
     row("a*a", "aa.app", true);
     row("a*b*c", "axcxbxc.app", true);
     row("a*b*b", "axb.app", false);
-    row("[a-z]?", "ab.app", false);
     row("*", ".app", false);
 }
 
@@ -332,15 +332,12 @@ void ApplicationSearchTest::staysRightInTurmoil()
         }
         QCoreApplication::processEvents();
     }
-    const InotifyQueue queue;
     QStringList there;
-    Pulse pulse;
-    const ScanResult found = scanApplications(queue, {.root = m_root, .patterns = patterns}, m_root, pulse);
-    for (auto item = found.items.cbegin(); item != found.items.cend(); ++item) {
-        if (item->bundle) {
-            there.append(item.key());
-        }
+    QDirIterator bundles(m_root, {u"*.app"_s}, QDir::Dirs, QDirIterator::Subdirectories);
+    while (bundles.hasNext()) {
+        there.append(bundles.next());
     }
+    there.sort();
     QVERIFY(there.size() >= 45);
     QTRY_COMPARE(watcher.search.results(), there);
 }

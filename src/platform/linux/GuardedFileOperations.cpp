@@ -18,7 +18,6 @@
 #include <cerrno>
 
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
 
 namespace brevok {
@@ -210,16 +209,9 @@ bool GuardedFileOperations::copySource(int folder, const QByteArray &name) const
     struct stat facts { };
     FileDescriptor file =
         safepath::openBeneath(staging.descriptor(), name, O_WRONLY | O_CREAT | O_EXCL, fileMode);
-    if (!file || ::fstat(m_source.file.get(), &facts) != 0) {
+    if (!file || ::fstat(m_source.file.get(), &facts) != 0
+        || !safepath::copyAll(m_source.file.get(), file.get(), facts.st_size)) {
         return false;
-    }
-    off_t at = 0;
-    while (at < facts.st_size) {
-        const ssize_t sent =
-            ::sendfile(file.get(), m_source.file.get(), &at, static_cast<size_t>(facts.st_size - at));
-        if (sent <= 0 && errno != EINTR) {
-            return false;
-        }
     }
     QByteArray where;
     return ::fchown(file.get(), m_caller, static_cast<gid_t>(-1)) == 0 && ::fchmod(file.get(), fileMode) == 0

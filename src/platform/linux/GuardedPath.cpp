@@ -14,7 +14,6 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
 
 namespace brevok::guardedpath {
@@ -145,24 +144,6 @@ private:
     int m_links = 0;
 };
 
-bool copyBlocks(int from, int to, qint64 left)
-{
-    off_t at = 0;
-    while (left > 0) {
-        constexpr qint64 most = qint64(16) * 1024 * 1024;
-        const ssize_t sent = ::sendfile(to, from, &at, static_cast<size_t>(qMin(left, most)));
-        if (sent < 0 && errno == EINTR) {
-            continue;
-        }
-        if (sent <= 0) {
-            errno = sent == 0 ? EIO : errno; // it became shorter
-            return false;
-        }
-        left -= sent;
-    }
-    return true;
-}
-
 } // namespace
 
 FileDescriptor openFolder(const QByteArray &path, Missing missing, Folders folders)
@@ -202,7 +183,7 @@ FileDescriptor privateCopy(int file, qint64 size, const QByteArray &folder)
     FileDescriptor copy(folder.isEmpty()
             ? ::memfd_create("source", MFD_CLOEXEC)
             : ::open(folder.constData(), O_TMPFILE | O_RDWR | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    if (!copy || !copyBlocks(file, copy.get(), size) || ::lseek(copy.get(), 0, SEEK_SET) != 0) {
+    if (!copy || !safepath::copyAll(file, copy.get(), size) || ::lseek(copy.get(), 0, SEEK_SET) != 0) {
         return {};
     }
     return copy;

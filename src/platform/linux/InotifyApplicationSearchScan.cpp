@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <filesystem>
 
+#include <fnmatch.h>
 #include <sys/inotify.h>
 #include <unistd.h>
 
@@ -46,30 +47,6 @@ QString lastName(const QString &path)
 bool isFolder(const QString &path)
 {
     return QFileInfo(path).isDir();
-}
-
-bool matchesPattern(QStringView name, const QString &pattern)
-{
-    const QStringList pieces = pattern.split(u'*');
-    if (pieces.size() == 1) {
-        return name == pattern;
-    }
-    if (!name.startsWith(pieces.first())) {
-        return false;
-    }
-    name = name.sliced(pieces.first().size());
-    if (!name.endsWith(pieces.last())) {
-        return false;
-    }
-    name.chop(pieces.last().size());
-    for (qsizetype i = 1; i + 1 < pieces.size(); ++i) {
-        const qsizetype found = name.indexOf(pieces[i]);
-        if (found < 0) {
-            return false;
-        }
-        name = name.sliced(found + pieces[i].size());
-    }
-    return true;
 }
 
 class Scan final {
@@ -245,9 +222,10 @@ void InotifyQueue::forget(int watch) const
 
 bool SearchScope::matches(const QString &fileName) const
 {
-    const QStringView name = QStringView(fileName).chopped(bundleEnding.size());
-    return std::any_of(patterns.cbegin(), patterns.cend(),
-        [name](const QString &pattern) { return matchesPattern(name, pattern); });
+    const QByteArray name = QFile::encodeName(fileName.chopped(bundleEnding.size()));
+    return std::any_of(patterns.cbegin(), patterns.cend(), [&name](const QString &pattern) {
+        return ::fnmatch(QFile::encodeName(pattern).constData(), name.constData(), 0) == 0;
+    });
 }
 
 qsizetype SearchScope::depth(const QString &path) const

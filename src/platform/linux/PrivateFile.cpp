@@ -4,6 +4,7 @@
 #include "platform/linux/PrivateFile.h"
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/SafePath.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -45,23 +46,6 @@ bool readAll(int file, QByteArray *bytes)
         if (count <= 0) {
             bytes->truncate(length);
             return count == 0;
-        }
-        length += count;
-    }
-    return true;
-}
-
-bool writeAll(int file, const QByteArray &bytes)
-{
-    qsizetype length = 0;
-    while (length < bytes.size()) {
-        const ssize_t count =
-            ::write(file, bytes.constData() + length, static_cast<size_t>(bytes.size() - length));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            return false;
         }
         length += count;
     }
@@ -127,7 +111,8 @@ bool writePrivateFile(const QString &path, const QByteArray &contents, std::opti
     const QByteArray name = QFile::encodeName(path);
     ::unlink(name.constData());
     FileDescriptor file(::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
-    if (file && writeAll(file.get(), contents) && ::fsync(file.get()) == 0 && file.close()) {
+    if (file && safepath::writeAll(file.get(), contents.constData(), static_cast<size_t>(contents.size()))
+        && ::fsync(file.get()) == 0 && file.close()) {
         return true;
     }
     const int code = errno;

@@ -15,7 +15,6 @@
 #include <cstdio>
 
 #include <fcntl.h>
-#include <sys/sendfile.h>
 #include <sys/stat.h>
 
 namespace brevok::rootfile {
@@ -66,16 +65,7 @@ bool copyThisProgram(int to)
 {
     const FileDescriptor from(::open("/proc/self/exe", O_RDONLY | O_CLOEXEC));
     struct stat facts { };
-    if (!from || ::fstat(from.get(), &facts) != 0) {
-        return false;
-    }
-    off_t at = 0;
-    while (at < facts.st_size) {
-        if (::sendfile(to, from.get(), &at, static_cast<size_t>(facts.st_size - at)) <= 0 && errno != EINTR) {
-            return false;
-        }
-    }
-    return true;
+    return from && ::fstat(from.get(), &facts) == 0 && safepath::copyAll(from.get(), to, facts.st_size);
 }
 
 } // namespace

@@ -12,6 +12,7 @@
 #include <dirent.h>
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 
@@ -144,6 +145,22 @@ bool writeAll(int file, const char *bytes, size_t size)
         if (written > 0) {
             bytes += written;
             size -= static_cast<size_t>(written);
+        }
+    }
+    return true;
+}
+
+bool copyAll(int from, int to, qint64 size)
+{
+    off_t at = 0;
+    while (at < size) {
+        constexpr qint64 most = qint64(16) * 1024 * 1024;
+        const ssize_t sent = ::sendfile(to, from, &at, static_cast<size_t>(qMin(size - at, most)));
+        if (sent == 0) {
+            errno = EIO;
+        }
+        if (sent == 0 || (sent < 0 && errno != EINTR)) {
+            return false;
         }
     }
     return true;

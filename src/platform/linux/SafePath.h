@@ -38,5 +38,7 @@ struct SplitPath {
 [[nodiscard]] bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByteArray &other);
 /// Writes all of @p size bytes.
 [[nodiscard]] bool writeAll(int file, const char *bytes, size_t size);
+/// Copies the first @p size bytes of a file. A source that has become shorter is a failure (EIO).
+[[nodiscard]] bool copyAll(int from, int to, qint64 size);
 
 } // namespace brevok::safepath

@@ -1,14 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/AutostartLoginItems.h"
 #include "platform/linux/DBusNotifications.h"
 #include "platform/linux/ProcRunningApplications.h"
 #include "platform/linux/XdgUrlOpener.h"
-#include "platform/Platform.h"
 #include "platform/PropertyLists.h"
-#include "platform/SettingsStore.h"
-#include "platform/SoftwareInstaller.h"
 #include "platform/StandardFolders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
@@ -21,8 +17,6 @@
 #include <QTest>
 
 #include <array>
-
-#include <sys/stat.h>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
@@ -103,18 +97,12 @@ private Q_SLOTS:
     void processesCountAsTheirApplication();
     void copiesOfTheProgramGoByTheirOwnName();
     void onlyTheMeantProcessIsTerminated();
-    void loginItemsAreDesktopEntries_data();
-    void loginItemsAreDesktopEntries();
-    void whatIsNoLoginItemCountsAsAbsent_data();
-    void whatIsNoLoginItemCountsAsAbsent();
-    void loginItemsFailWithOneLine();
     void notificationsReachOtherProcesses();
     void withoutABusNothingIsPosted();
     void webPagesAreHandedToTheDesktop_data();
     void webPagesAreHandedToTheDesktop();
     void foldersFollowTheEnvironment_data();
     void foldersFollowTheEnvironment();
-    void thePlatformIsWhole();
 
 private:
     [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
@@ -224,79 +212,6 @@ void DesktopSessionTest::onlyTheMeantProcessIsTerminated()
     QCOMPARE(neighbour.process().state(), QProcess::Running);
 }
 
-void DesktopSessionTest::loginItemsAreDesktopEntries_data()
-{
-    QTest::addColumn<QString>("program");
-    QTest::addColumn<QByteArray>("line");
-    QTest::newRow("plain") << u"/usr/bin/tolvane-brevok"_s
-                           << "Exec=\"/usr/bin/tolvane-brevok\" --background\n"_ba;
-    QTest::newRow("odd") << u"/opt/a b/\"$`\\%f ü"_s
-                         << "Exec=\"/opt/a b/\\\\\"\\\\$\\\\`\\\\\\\\%%f \xc3\xbc\" --background\n"_ba;
-    QTest::newRow("line break") << u"/opt/a\nHidden=true"_s
-                                << "Exec=\"/opt/a\\nHidden=true\" --background\n"_ba;
-}
-
-void DesktopSessionTest::loginItemsAreDesktopEntries()
-{
-    QFETCH(QString, program);
-    QFETCH(QByteArray, line);
-    const QString file = path(u"autostart/com.tolvane.brevok.desktop"_s);
-    const QUrl application = QUrl::fromLocalFile(program);
-    AutostartLoginItems items(file, u"Tolvane Brevok"_s);
-    QVERIFY(!items.contains(application));
-    items.insert(application);
-    items.insert(application);
-    QVERIFY(items.contains(application));
-    QVERIFY(!items.contains(QUrl::fromLocalFile(program + u'2')));
-    QVERIFY2(contentsOf(file).contains(line), contentsOf(file).constData());
-    QVERIFY(contentsOf(file).startsWith("[Desktop Entry]\nType=Application\n"));
-    items.remove(QUrl::fromLocalFile(u"/elsewhere"_s));
-    QVERIFY(QFileInfo::exists(file));
-    items.remove(application);
-    QVERIFY(!QFileInfo::exists(file));
-    items.remove(application);
-    QCOMPARE(QDir(path(u"autostart"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
-}
-
-void DesktopSessionTest::whatIsNoLoginItemCountsAsAbsent_data()
-{
-    QTest::addColumn<QByteArray>("contents");
-    const QByteArray url = "X-Tolvane-Application-URL=file:///usr/bin/tolvane-brevok\n";
-    QTest::newRow("switched off") << "[Desktop Entry]\n" + url + "Hidden=true\n";
-    QTest::newRow("switched off in GNOME") << "[Desktop Entry]\n" + url + "X-GNOME-Autostart-enabled=false\n";
-    QTest::newRow("other group") << "[Other]\n" + url;
-    QTest::newRow("comment") << "[Desktop Entry]\n#" + url;
-    QTest::newRow("garbage") << QByteArray(3000, '\xfe') + url;
-    QTest::newRow("huge") << "[Desktop Entry]\n" + url + QByteArray(100'000, '\n');
-    QTest::newRow("fifo") << "fifo"_ba;
-}
-
-void DesktopSessionTest::whatIsNoLoginItemCountsAsAbsent()
-{
-    QFETCH(QByteArray, contents);
-    const QString file = path(u"com.tolvane.brevok.desktop"_s);
-    if (contents == "fifo") {
-        QCOMPARE(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
-    } else {
-        QVERIFY(writeFile(file, contents));
-    }
-    const QUrl application = QUrl::fromLocalFile(u"/usr/bin/tolvane-brevok"_s);
-    AutostartLoginItems items(file, u"Tolvane Brevok"_s);
-    QVERIFY(!items.contains(application));
-    items.insert(application);
-    QVERIFY(items.contains(application));
-}
-
-void DesktopSessionTest::loginItemsFailWithOneLine()
-{
-    QVERIFY(writeFile(path(u"file"_s), "x"));
-    const LogCapture log;
-    AutostartLoginItems items(path(u"file/com.tolvane.brevok.desktop"_s), u"Tolvane Brevok"_s);
-    items.insert(QUrl::fromLocalFile(u"/usr/bin/tolvane-brevok"_s));
-    QCOMPARE(log.lines().size(), 1);
-    QVERIFY(log.mentions(u"The login item cannot be written to "_s));
-}
-
 void DesktopSessionTest::notificationsReachOtherProcesses()
 {
     DBusNotifications notifications(QDBusConnection::sessionBus());
@@ -392,16 +307,6 @@ void DesktopSessionTest::foldersFollowTheEnvironment()
     QCOMPARE(folders.autostart, configuration + u"/autostart"_s);
     QCOMPARE(folders.dataFolder(), data + u"/Tolvane Brevok"_s);
     QCOMPARE(folders.logFile(), state + u"/tolvane-brevok/Logs/orlec.log"_s);
-}
-
-void DesktopSessionTest::thePlatformIsWhole()
-{
-    const MainBundle bundle(QCoreApplication::applicationFilePath(), m_folder->path());
-    const Platform platform = createPlatform(bundle, standardFoldersForUser(), {});
-    QVERIFY(platform.runningApplications && platform.loginItems && platform.notifications
-        && platform.userNotifications && platform.urlOpener && platform.routeLookup
-        && platform.applicationSearch && platform.fileOperations && platform.helperTool
-        && platform.softwareInstaller);
 }
 
 int main(int argc, char **argv)

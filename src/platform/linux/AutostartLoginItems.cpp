@@ -74,6 +74,23 @@ QMap<QString, QString> readEntry(const QString &path)
     return values;
 }
 
+void writeEntry(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+        logLine(QStringLiteral("The login item cannot be written to %1: %2").arg(path, file.errorString()));
+    }
+}
+
+void removeEntry(const QString &path)
+{
+    QFile file(path);
+    if (!file.remove()) {
+        logLine(QStringLiteral("The login item %1 cannot be removed: %2").arg(path, file.errorString()));
+    }
+}
+
 QString applicationKey()
 {
     return QStringLiteral("X-Tolvane-Application-URL");
@@ -89,6 +106,9 @@ AutostartLoginItems::AutostartLoginItems(QString file, QString displayName)
 
 bool AutostartLoginItems::contains(const QUrl &application) const
 {
+    if (m_unwritten->load(std::memory_order_acquire) > 0) {
+        return !application.isEmpty() && application == m_wanted;
+    }
     const QMap<QString, QString> entry = readEntry(m_file);
     const bool switchedOff = entry.value(QStringLiteral("Hidden")) == QStringLiteral("true")
         || entry.value(QStringLiteral("X-GNOME-Autostart-enabled")) == QStringLiteral("false");
@@ -109,23 +129,24 @@ void AutostartLoginItems::insert(const QUrl &application)
                                         "%4=%5\n")
                              .arg(escaped(m_displayName), escaped(quoted(program)), escaped(program),
                                  applicationKey(), application.toString(QUrl::FullyEncoded));
-    QDir().mkpath(QFileInfo(m_file).absolutePath());
-    QSaveFile file(m_file);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        logLine(QStringLiteral("The login item cannot be written to %1: %2").arg(m_file, file.errorString()));
-    }
+    change(application, [path = m_file, bytes = text.toUtf8()] { writeEntry(path, bytes); });
 }
 
 void AutostartLoginItems::remove(const QUrl &application)
 {
-    if (!contains(application)) {
-        return;
+    if (contains(application)) {
+        change({}, [path = m_file] { removeEntry(path); });
     }
-    QFile file(m_file);
-    if (!file.remove()) {
-        logLine(QStringLiteral("The login item %1 cannot be removed: %2").arg(m_file, file.errorString()));
-    }
+}
+
+void AutostartLoginItems::change(const QUrl &wanted, Task onDisk)
+{
+    m_wanted = wanted;
+    m_unwritten->fetch_add(1, std::memory_order_relaxed);
+    m_disk.add([unwritten = m_unwritten, onDisk = std::move(onDisk)] {
+        onDisk();
+        unwritten->fetch_sub(1, std::memory_order_release);
+    });
 }
 
 } // namespace brevok

@@ -3,13 +3,18 @@
 
 #pragma once
 
+#include "foundation/Tasks.h"
 #include "platform/LoginItems.h"
 
 #include <QString>
 
+#include <atomic>
+#include <memory>
+
 namespace brevok {
 
-/// The session's autostart folder; the program's item is one desktop entry in it.
+/// The session's autostart folder; the program's item is one desktop entry in it, which
+/// is written in the background.
 class AutostartLoginItems final : public LoginItems {
 public:
     /// @p file is the desktop entry, @p displayName what session tools show for it.
@@ -21,8 +26,13 @@ public:
     void remove(const QUrl &application) override;
 
 private:
+    void change(const QUrl &wanted, Task onDisk);
+
     QString m_file;
     QString m_displayName;
+    SerialQueue m_disk;
+    std::shared_ptr<std::atomic<int>> m_unwritten = std::make_shared<std::atomic<int>>(0); ///< changes
+    QUrl m_wanted; ///< what the entry is for once they are written; empty for none
 };
 
 } // namespace brevok

@@ -1,0 +1,132 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/AutostartLoginItems.h"
+#include "support/LogCapture.h"
+#include "support/SampleBundles.h"
+
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+using testing::LogCapture;
+using testing::writeFile;
+
+namespace {
+
+QByteArray contentsOf(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+} // namespace
+
+class LoginItemsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        m_folder = std::make_unique<QTemporaryDir>();
+    }
+    void cleanup()
+    {
+        QVERIFY(finishBackgroundWork(10000));
+        m_folder.reset();
+    }
+
+    void loginItemsAreDesktopEntries_data();
+    void loginItemsAreDesktopEntries();
+    void whatIsNoLoginItemCountsAsAbsent_data();
+    void whatIsNoLoginItemCountsAsAbsent();
+    void loginItemsFailWithOneLine();
+
+private:
+    [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+};
+
+void LoginItemsTest::loginItemsAreDesktopEntries_data()
+{
+    QTest::addColumn<QString>("program");
+    QTest::addColumn<QByteArray>("line");
+    QTest::newRow("plain") << u"/usr/bin/tolvane-brevok"_s
+                           << "Exec=\"/usr/bin/tolvane-brevok\" --background\n"_ba;
+    QTest::newRow("odd") << u"/opt/a b/\"$`\\%f ü"_s
+                         << "Exec=\"/opt/a b/\\\\\"\\\\$\\\\`\\\\\\\\%%f \xc3\xbc\" --background\n"_ba;
+    QTest::newRow("line break") << u"/opt/a\nHidden=true"_s
+                                << "Exec=\"/opt/a\\nHidden=true\" --background\n"_ba;
+}
+
+void LoginItemsTest::loginItemsAreDesktopEntries()
+{
+    QFETCH(QString, program);
+    QFETCH(QByteArray, line);
+    const QString file = path(u"autostart/com.tolvane.brevok.desktop"_s);
+    const QUrl application = QUrl::fromLocalFile(program);
+    AutostartLoginItems items(file, u"Tolvane Brevok"_s);
+    QVERIFY(!items.contains(application));
+    items.insert(application);
+    items.insert(application);
+    QVERIFY(items.contains(application)); // at once, though it is written later
+    QVERIFY(!items.contains(QUrl::fromLocalFile(program + u'2')));
+    QTRY_VERIFY(contentsOf(file).contains(line));
+    QVERIFY(contentsOf(file).startsWith("[Desktop Entry]\nType=Application\n"));
+    items.remove(QUrl::fromLocalFile(u"/elsewhere"_s));
+    QVERIFY(QFileInfo::exists(file));
+    items.remove(application);
+    QVERIFY(!items.contains(application));
+    QTRY_VERIFY(!QFileInfo::exists(file));
+    items.remove(application);
+    QCOMPARE(QDir(path(u"autostart"_s)).entryList(QDir::Files | QDir::Hidden), QStringList());
+}
+
+void LoginItemsTest::whatIsNoLoginItemCountsAsAbsent_data()
+{
+    QTest::addColumn<QByteArray>("contents");
+    const QByteArray url = "X-Tolvane-Application-URL=file:///usr/bin/tolvane-brevok\n";
+    QTest::newRow("switched off") << "[Desktop Entry]\n" + url + "Hidden=true\n";
+    QTest::newRow("switched off in GNOME") << "[Desktop Entry]\n" + url + "X-GNOME-Autostart-enabled=false\n";
+    QTest::newRow("other group") << "[Other]\n" + url;
+    QTest::newRow("comment") << "[Desktop Entry]\n#" + url;
+    QTest::newRow("garbage") << QByteArray(3000, '\xfe') + url;
+    QTest::newRow("huge") << "[Desktop Entry]\n" + url + QByteArray(100'000, '\n');
+    QTest::newRow("fifo") << "fifo"_ba;
+}
+
+void LoginItemsTest::whatIsNoLoginItemCountsAsAbsent()
+{
+    QFETCH(QByteArray, contents);
+    const QString file = path(u"com.tolvane.brevok.desktop"_s);
+    if (contents == "fifo") {
+        QCOMPARE(::mkfifo(QFile::encodeName(file).constData(), 0600), 0);
+    } else {
+        QVERIFY(writeFile(file, contents));
+    }
+    const QUrl application = QUrl::fromLocalFile(u"/usr/bin/tolvane-brevok"_s);
+    AutostartLoginItems items(file, u"Tolvane Brevok"_s);
+    QVERIFY(!items.contains(application));
+    items.insert(application);
+    QTRY_COMPARE(
+        QFileInfo(file).isFile() ? AutostartLoginItems(file, {}).contains(application) : false, true);
+}
+
+void LoginItemsTest::loginItemsFailWithOneLine()
+{
+    QVERIFY(writeFile(path(u"file"_s), "x"));
+    const LogCapture log;
+    AutostartLoginItems items(path(u"file/com.tolvane.brevok.desktop"_s), u"Tolvane Brevok"_s);
+    items.insert(QUrl::fromLocalFile(u"/usr/bin/tolvane-brevok"_s));
+    QTRY_VERIFY(log.mentions(u"The login item cannot be written to "_s));
+    QCOMPARE(log.lines().size(), 1);
+}
+
+QTEST_GUILESS_MAIN(LoginItemsTest)
+#include "test_login_items.moc"

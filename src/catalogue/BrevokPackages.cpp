@@ -115,9 +115,9 @@ void BrevokPackages::load()
 void BrevokPackages::loadStoredIcons()
 {
     for (const auto &[name, package] : m_packages) {
-        const QString path = nonEmptyString(package.value(PackageKeys::iconPath));
-        if (path.isNull() || !m_icons->load(name, path)) {
-            m_icons->ensureIcon(name);
+        m_icons->ensureIcon(name);
+        if (const QString path = nonEmptyString(package.value(PackageKeys::iconPath)); !path.isNull()) {
+            m_icons->load(name, path);
         }
     }
     Q_EMIT packagesIconsChanged();
@@ -184,10 +184,10 @@ void BrevokPackages::enter(const Record &package, const QString &name)
     noteChange(name);
     m_packages.insert_or_assign(name, package);
     const QString path = nonEmptyString(package.value(PackageKeys::iconPath));
-    if (!path.isNull() && m_icons->load(name, path)) {
-        return;
-    }
-    if (const QString address = nonEmptyString(package.value(PackageKeys::icon)); !address.isNull()) {
+    const QString address = nonEmptyString(package.value(PackageKeys::icon));
+    if (!path.isNull()) {
+        m_icons->load(name, path, address);
+    } else if (!address.isNull()) {
         m_icons->download(name, address);
     }
 }

@@ -3,6 +3,7 @@
 
 #include "catalogue/PackageIcons.h"
 
+#include "foundation/BoundedWork.h"
 #include "foundation/Paths.h"
 #include "platform/RegularFile.h"
 #include "platform/StandardFolders.h"
@@ -34,6 +35,16 @@ bool writeIcon(const QString &folder, const QString &name, const QByteArray &dat
     return file.open(QIODevice::WriteOnly) && file.write(data) == data.size() && file.commit();
 }
 
+// The path may name anything, also a device or a place on a dead mount: it comes from the store or from the
+// service.
+QByteArray readStored(const QString &path)
+{
+    const auto read = [path](Pulse &) {
+        return readRegularFile(path, largestFile).value_or(QByteArray());
+    };
+    return bounded<QByteArray>(deletingLastPathComponent(path), read).value_or(QByteArray());
+}
+
 } // namespace
 
 QString iconFileName(const QString &address)
@@ -60,19 +71,53 @@ void PackageIcons::ensureIcon(const QString &package)
     }
 }
 
-bool PackageIcons::load(const QString &package, const QString &path)
+void PackageIcons::load(const QString &package, const QString &path, const QString &address)
 {
-    // The path may name anything, also a device: it comes from the store or from the service.
-    const std::optional<QByteArray> data = readRegularFile(path, largestFile);
-    if (!data || data->isEmpty() || !m_formsImage(*data)) {
-        return false;
+    ensureIcon(package);
+    m_turns.insert(package, ++m_turn);
+    m_unread.append({package, path, address, m_turn});
+    ++m_reading;
+    if (m_unread.size() == 1) {
+        onMain(this, [this] { readUnread(); });
     }
-    m_icons.insert(package, {*data});
-    return true;
+}
+
+void PackageIcons::readUnread()
+{
+    m_disk.add([self = QPointer<PackageIcons>(this), icons = std::exchange(m_unread, {}),
+                   formsImage = m_formsImage]() mutable {
+        for (StoredIcon &icon : icons) {
+            const QByteArray data = readStored(icon.path);
+            icon.data = formsImage(data) ? data : QByteArray();
+        }
+        onMain(QCoreApplication::instance(), [self, icons] {
+            if (self) {
+                self->take(icons);
+            }
+        });
+    });
+}
+
+void PackageIcons::take(const QList<StoredIcon> &icons)
+{
+    m_reading -= icons.size();
+    for (const StoredIcon &icon : icons) {
+        if (m_turns.value(icon.package) != icon.turn) {
+            continue;
+        }
+        if (!icon.data.isEmpty()) {
+            m_icons.insert(icon.package, {icon.data});
+        } else if (!icon.address.isEmpty()) {
+            download(icon.package, icon.address);
+        }
+    }
+    Q_EMIT iconChanged();
+    Q_EMIT downloadEnded();
 }
 
 void PackageIcons::download(const QString &package, const QString &address)
 {
+    m_turns.insert(package, ++m_turn);
     m_addresses.insert(package, address);
     if (!m_queued.contains(package)) {
         m_queued.insert(package);

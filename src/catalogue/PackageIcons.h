@@ -49,21 +49,34 @@ public:
 
     /// Gives a package that has no icon the generic one.
     void ensureIcon(const QString &package);
-    /// Uses the image file at @p path. @return false, and nothing changes, when it is none
-    bool load(const QString &package, const QString &path);
+    /// Uses the image file at @p path, which is read in the background with all that are asked for meanwhile.
+    /// Where it is none, the icon at @p address, if any, is downloaded.
+    void load(const QString &package, const QString &path, const QString &address = {});
     /// Fetches the icon at @p address. A failure is silent. A later address for the same package wins.
     void download(const QString &package, const QString &address);
-    /// Whether no download is waiting or under way, the writing of its cache file included.
-    [[nodiscard]] bool idle() const { return m_waiting.isEmpty() && m_running == 0; }
+    /// Whether no file is being read, and no download waiting or under way, the writing of its cache file
+    /// included.
+    [[nodiscard]] bool idle() const { return m_reading == 0 && m_waiting.isEmpty() && m_running == 0; }
 
 Q_SIGNALS:
     void iconChanged();
     /// The downloaded bytes stand in the file @p path.
     void cached(const QString &package, const QString &path);
-    /// After every download, whatever became of it.
+    /// After every download, and after files were read, whatever became of it.
     void downloadEnded();
 
 private:
+    /// A file that is to be read, and what was found in it.
+    struct StoredIcon {
+        QString package;
+        QString path;
+        QString address;
+        quint64 turn = 0;
+        QByteArray data{}; ///< empty when it is no image
+    };
+
+    void readUnread();
+    void take(const QList<StoredIcon> &icons);
     void startDownloads();
     void show(const QString &package, const QByteArray &data);
     void store(const QString &package, const QString &address, const QByteArray &data);
@@ -71,7 +84,11 @@ private:
 
     ServiceClient &m_service;
     QString m_folder;
-    SerialQueue m_disk; ///< writes the cache files, of two with the same name the later one last
+    SerialQueue m_disk; ///< reads and writes the cache files, of two with the same name the later one last
+    QList<StoredIcon> m_unread;
+    qsizetype m_reading = 0; ///< those not read yet, and those whose data are not here yet
+    QHash<QString, quint64> m_turns; ///< what was asked for last, by package
+    quint64 m_turn = 0;
     ImageTest m_formsImage;
     QHash<QString, PackageIcon> m_icons;
     QQueue<QString> m_waiting;

@@ -72,8 +72,12 @@ void PackageIconsTest::iconsAreDownloadedAndCached()
     // A path that the service gives itself is used in place of a download.
     packages.updateWithArray({Fixture::with(
         Fixture::package(u"B"_s, u"Q"_s, address), u"IconPath"_s, f.dataFolder + u"/one.png"_s)});
+    QTRY_COMPARE(packages.packagesIcons().value(u"B"_s).data, png);
     QCOMPARE(f.service.files.size(), 2);
-    QCOMPARE(packages.packagesIcons().value(u"B"_s).data, png);
+    // Where it names no image, the download follows.
+    packages.updateWithArray(
+        {Fixture::with(Fixture::package(u"C"_s, u"R"_s, address), u"IconPath"_s, f.dataFolder)});
+    QTRY_COMPARE(f.service.files.size(), 3);
 }
 
 void PackageIconsTest::iconsThatCannotBeCached_data()
@@ -149,7 +153,9 @@ void PackageIconsTest::storedIconsAreLoaded()
         u"zero"_s, Fixture::with(Fixture::package(u"zero"_s, u"P"_s), u"IconPath"_s, u"/dev/zero"_s));
     stored.insert(u"odd"_s, Fixture::with(Fixture::package(u"odd"_s, u"P"_s), u"IconPath"_s, 8));
     f.storePackages(stored);
-    const QHash<QString, PackageIcon> icons = f.start().packagesIcons();
+    const BrevokPackages &packages = f.start();
+    QTRY_VERIFY(!packages.packagesIcons().value(u"good"_s).isGeneric());
+    const QHash<QString, PackageIcon> icons = packages.packagesIcons();
     QCOMPARE(icons.size(), stored.size());
     for (auto icon = icons.cbegin(); icon != icons.cend(); ++icon) {
         QCOMPARE(icon->isGeneric(), icon.key() != u"good");

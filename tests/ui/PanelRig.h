@@ -19,6 +19,8 @@
 
 namespace brevok::testing {
 
+using namespace Qt::StringLiterals;
+
 class IdleUpdater final : public SelfUpdater {
 public:
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
@@ -107,5 +109,26 @@ struct PanelRig final : private PanelKeeper {
 private:
     void setKeepOpenPanel(bool keepOpen) override { panel->setKeepOpenPanel(keepOpen); }
 };
+
+/// A catalogue of packages with one build each, of which every other one is installed.
+inline void fillCatalogue(PanelRig &rig, int packages)
+{
+    const QString target = rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
+    QJsonArray builds;
+    QJsonArray list;
+    for (int i = 0; i < packages; ++i) {
+        const QString prefix = u"p%1"_s.arg(i, 5, 10, QChar(u'0'));
+        builds.append(InstallRig::build(prefix, prefix, 140));
+        list.append(PanelRig::package(u"Package "_s + prefix, prefix, u"2.0"_s, u"https://x/"_s + prefix));
+        if (i % 2 == 1) {
+            writeInstalledPlugin(target, prefix, u"2.0"_s, u"14.0"_s);
+        }
+    }
+    rig.rig.plugins.updateWithArray(builds);
+    rig.rig.packages.updateWithArray(list);
+    QVERIFY(
+        QTest::qWaitFor([&rig, packages] { return rig.rig.packages.packagesStatus().size() == packages; }));
+    QVERIFY(QTest::qWaitFor([&rig] { return !rig.rig.packages.updating(); }));
+}
 
 } // namespace brevok::testing

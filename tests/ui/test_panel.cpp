@@ -14,8 +14,6 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QRegularExpression>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QSignalSpy>
 
 using namespace brevok;
@@ -33,27 +31,6 @@ void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 void type(const QString &text)
 {
     QTest::keyClicks(QApplication::focusWidget(), text);
-}
-
-// A catalogue of packages with one build each, of which every other one is installed.
-void fillCatalogue(PanelRig &rig, int packages)
-{
-    const QString target = rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
-    QJsonArray builds;
-    QJsonArray list;
-    for (int i = 0; i < packages; ++i) {
-        const QString prefix = u"p%1"_s.arg(i, 5, 10, QChar(u'0'));
-        builds.append(InstallRig::build(prefix, prefix, 140));
-        list.append(PanelRig::package(u"Package "_s + prefix, prefix, u"2.0"_s, u"https://x/"_s + prefix));
-        if (i % 2 == 1) {
-            writeInstalledPlugin(target, prefix, u"2.0"_s, u"14.0"_s);
-        }
-    }
-    rig.rig.plugins.updateWithArray(builds);
-    rig.rig.packages.updateWithArray(list);
-    QVERIFY(
-        QTest::qWaitFor([&rig, packages] { return rig.rig.packages.packagesStatus().size() == packages; }));
-    QVERIFY(QTest::qWaitFor([&rig] { return !rig.rig.packages.updating(); }));
 }
 
 } // namespace
@@ -196,41 +173,6 @@ private Q_SLOTS:
         QTRY_COMPARE(tabs->currentWidget(), rig.child<QWidget>("accountTab"));
     }
 
-    void installsAndRemovesFromARow()
-    {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
-        auto *install = rig.control<PanelButton>(0, "actionButton");
-        QCOMPARE(install->accessibleName(), u"Install Package p00000"_s);
-        QVERIFY(!rig.control<PanelButton>(1, "actionButton")->isEnabled());
-        QCOMPARE(install->x(), rig.control<PanelButton>(1, "actionButton")->x());
-        QCOMPARE(install->width(), rig.control<PanelButton>(1, "actionButton")->width());
-
-        install->setFocus();
-        press(Qt::Key_Return);
-        QTRY_COMPARE(rig.rig.service.downloads.size(), 1);
-        QTRY_VERIFY(rig.control<Spinner>(0, "progressIndicator")->isAnimating());
-        QVERIFY(install->isHidden() && rig.control<QWidget>(0, "removeButton")->isHidden());
-        rig.rig.service.downloads.first().progress(1'000'000, 4'000'000);
-        QCOMPARE(rig.control<ElidedLabel>(0, "note")->text(), u"Downloading 1.0 of 4.0 MB"_s);
-        QCOMPARE(rig.control<ThinProgressBar>(0, "progressBar")->permille(), 250);
-        QVERIFY(rig.control<ThinProgressBar>(0, "progressBar")->isVisible());
-
-        rig.rig.answerDownload(InstallRig::archiveOf(u"p00000"_s, 140));
-        QTRY_COMPARE(install->text(), u"Up To Date"_s);
-        QVERIFY(install->isVisible() && !install->isEnabled());
-        auto *remove = rig.control<SymbolButton>(0, "removeButton");
-        QCOMPARE(remove->accessibleName(), u"Remove Package p00000"_s);
-        QTRY_COMPARE(QApplication::focusWidget(), remove); // the keyboard stayed at its row
-        press(Qt::Key_Space);
-        QTRY_COMPARE(install->text(), u"Install"_s);
-        QTRY_VERIFY(install->isVisible() && install->isEnabled());
-
-        rig.control<SymbolButton>(2, "infoButton")->click();
-        QCOMPARE(rig.urls.opened, QList<QUrl>{QUrl(u"https://x/p00002"_s)});
-    }
-
     void showsHostileNamesAsText()
     {
         PanelRig rig(true);
@@ -246,39 +188,6 @@ private Q_SLOTS:
         QCOMPARE(rig.panel->window()->width(), PanelGeometry::width);
         QVERIFY(rig.control<ElidedLabel>(1, "name")->toolTip().isEmpty());
         QVERIFY(rig.control<PanelButton>(1, "actionButton")->isHidden()); // nothing is known of it
-    }
-
-    void thousandsOfRowsAreNotBuilt()
-    {
-        PanelRig rig(true);
-        fillCatalogue(rig, 2000);
-        rig.open();
-        PackageList &list = rig.panel->packagesTab()->list();
-        QCOMPARE(list.rows().size(), 2000);
-        const auto *area = rig.child<QScrollArea>("brevokView");
-        QCOMPARE(area->widget()->height(), 2000 * 52);
-        QVERIFY(list.controllerCount() < 30);
-
-        rig.control<PanelButton>(0, "actionButton")->setFocus();
-        press(Qt::Key_Down);
-        QCOMPARE(QApplication::focusWidget(), rig.control<QWidget>(1, "removeButton")); // it has no action
-        for (const Qt::Key key : {Qt::Key_End, Qt::Key_Up}) {
-            press(key);
-        }
-        QVERIFY(rig.control<QWidget>(1998, "actionButton") != nullptr);
-        QVERIFY(list.controllerAt(1998)->view()->isAncestorOf(QApplication::focusWidget()));
-        QCOMPARE(list.controllerAt(1998)->row().prefix(), u"p01998"_s);
-        QVERIFY(list.controllerCount() < 50);
-        press(Qt::Key_Home);
-        for (int i = 0; i < 60; ++i) { // the Tab key builds the rows that it comes to
-            press(Qt::Key_Tab);
-            QVERIFY(rig.child<QWidget>("packagesView")->isAncestorOf(QApplication::focusWidget()));
-        }
-        QVERIFY(area->verticalScrollBar()->value() > 0);
-
-        rig.rig.packages.updateWithArray({PanelRig::package(u"AAA"_s, u"new"_s)});
-        QTRY_COMPARE(list.rows().size(), 2001);
-        QCOMPARE(area->verticalScrollBar()->value(), 0); // another height: back to the top
     }
 
     void saysWhatToDoNext()

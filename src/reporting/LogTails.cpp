@@ -3,6 +3,7 @@
 
 #include "reporting/LogTails.h"
 
+#include "foundation/Secrets.h"
 #include "platform/RegularFile.h"
 
 #include <QDirIterator>
@@ -49,7 +50,10 @@ QString logTail(const QString &path)
     if (!tail) {
         return u"Can't get handle for %1."_s.arg(name);
     }
-    return QString::fromUtf8(tail->whole ? QByteArrayView(tail->bytes) : fromWholeLine(tail->bytes));
+    // What an earlier version logged, or another program, was not looked through.
+    return withoutSecrets(
+        QString::fromUtf8(tail->whole ? QByteArrayView(tail->bytes) : fromWholeLine(tail->bytes)),
+        Words::OursToo);
 }
 
 void addLogFile(const QString &path, QList<ReportItem> &items, const QString &name)

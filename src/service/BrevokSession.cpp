@@ -5,15 +5,16 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Log.h"
+#include "foundation/Secrets.h"
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "platform/SelfUpdater.h"
 #include "platform/StateStore.h"
 #include "service/BrevokSessionConnection.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
-#include "service/SecretText.h"
 
 namespace brevok {
 
@@ -31,18 +32,25 @@ const QString sessionIdKey = u"SessionId"_s;
 const QString orlecIdKey = u"orlecId"_s;
 
 constexpr int retries = 2;
-constexpr qsizetype loggedResponseLength = 256;
 
 QString addressText(const QUrl &url)
 {
     return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
 }
 
-// What the request told in confidence.
-QStringList secretsOf(const SessionRequest &request)
+// An id that could not travel as a cookie is none.
+QString usableId(const QJsonValue &value)
 {
-    return {QJsonDocument::fromJson(request.body).object().value("password"_L1).toString(),
-        QString::fromUtf8(request.request.rawHeader("Cookie")).section(u'=', 1)};
+    const QString id = nonEmptyString(value);
+    return isCookieValue(id) ? id : QString();
+}
+
+// What the service has to say, as the user may see it.
+QString errorMessageOf(const Record &reply)
+{
+    constexpr qsizetype longest = 1000;
+    return severalLines(
+        withoutSecrets(nonEmptyString(reply.value("ErrorMessage"_L1)).left(4 * longest)), longest);
 }
 
 } // namespace
@@ -86,6 +94,7 @@ BrevokSession *BrevokSession::session()
 void BrevokSession::load()
 {
     m_session = m_stored = m_state.entries(dataKey).value(QString());
+    keepSecret(sessionId());
     if (m_state.value(versionKey) != QJsonValue(recordVersion)) {
         m_state.setValue(versionKey, recordVersion);
     }
@@ -101,7 +110,7 @@ void BrevokSession::save()
 
 QString BrevokSession::sessionId() const
 {
-    return nonEmptyString(m_session.value(sessionIdKey));
+    return usableId(m_session.value(sessionIdKey));
 }
 
 QString BrevokSession::orlecId() const
@@ -125,6 +134,7 @@ void BrevokSession::setSessionId(const QString &sessionId)
     if (sessionId.isEmpty()) {
         m_session.remove(sessionIdKey);
     } else {
+        keepSecret(sessionId);
         m_session.insert(sessionIdKey, sessionId);
     }
 }
@@ -150,6 +160,7 @@ bool BrevokSession::checkNetworkReachability()
 
 void BrevokSession::signinWithID(const QString &email, const QString &password)
 {
+    keepSecret(password);
     m_session.insert(orlecIdKey, email);
     connectToURL(m_network.configuration().url(u"/api/machine/signin"_s), u"POST"_s, SessionSignin, false,
         false, {{u"email"_s, email}, {u"password"_s, password}}, true);
@@ -257,9 +268,7 @@ void BrevokSession::handleUnexpectedData(const BrevokSessionConnection &connecti
     logLine(u"Session action %1 failed with error. Received %2 bytes of unexpected data"_s
                 .arg(sessionActionName(connection.status))
                 .arg(connection.responseData.size()));
-    const QString text = withoutSentSecrets(
-        QString::fromUtf8(connection.responseData), secretsOf(connection.originalRequest2));
-    logLine(u"Response string: "_s + withoutSecretFields(text).left(loggedResponseLength));
+    logLine(u"Response string: "_s + excerpt(connection.responseData));
     if (connection.status == SessionSignin || connection.status == SessionSignout) {
         setSessionId({});
     }
@@ -268,9 +277,7 @@ void BrevokSession::handleUnexpectedData(const BrevokSessionConnection &connecti
 ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &connection, const Record &reply)
 {
     const qint64 code = integerValue(reply.value("ErrorCode"_L1));
-    // It goes into the log with the alert too.
-    const QString errorMessage = withoutSentSecrets(
-        nonEmptyString(reply.value("ErrorMessage"_L1)), secretsOf(connection.originalRequest2));
+    const QString errorMessage = errorMessageOf(reply);
     ReplyVerdict verdict = verdictFor(code, connection.status, !sessionId().isEmpty(), errorMessage);
     if (verdict.dropsSessionId) {
         setSessionId({});
@@ -282,7 +289,7 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
         logLine(u"Server Error! connection to: \"%1\" failed: %2 with message: %3"_s.arg(
             addressText(connection.responseHTTP ? connection.responseHTTP->url
                                                 : connection.originalRequest2.request.url()),
-            QString::number(code), orDash(errorMessage)));
+            QString::number(code), orDash(oneLine(errorMessage))));
     }
     return verdict;
 }
@@ -291,7 +298,7 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
 void BrevokSession::handleReply(int action, const Record &reply)
 {
     if (action == SessionSignin) {
-        setSessionId(nonEmptyString(reply.value(sessionIdKey)));
+        setSessionId(usableId(reply.value(sessionIdKey)));
     } else if (action == SessionSignout) {
         setSessionId({});
     }
@@ -300,8 +307,7 @@ void BrevokSession::handleReply(int action, const Record &reply)
 void BrevokSession::reportEnd(int action, const ReplyVerdict &verdict, const Record &reply)
 {
     if (!verdict.succeeded) {
-        const QString told =
-            verdict.message.isNull() ? nonEmptyString(reply.value("ErrorMessage"_L1)) : verdict.message;
+        const QString told = verdict.message.isNull() ? errorMessageOf(reply) : verdict.message;
         Q_EMIT actionFinished(action, false, orDash(told));
     } else if (action == SessionSignin && sessionId().isEmpty()) {
         Q_EMIT actionFinished(action, false, Texts::tr("Unexpected server response."));

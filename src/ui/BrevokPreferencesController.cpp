@@ -4,6 +4,7 @@
 #include "ui/BrevokPreferencesController.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "platform/SettingsStore.h"
 #include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
@@ -288,7 +289,7 @@ void BrevokPreferencesController::updateAccountPage()
     if (!idle) {
         ui.brevokStatus->setText(Texts::tr("Contacting the service…"));
     } else if (signedIn) {
-        ui.brevokStatus->setText(breakable(Texts::tr("Signed in as %1.").arg(singleLine(email))));
+        ui.brevokStatus->setText(breakable(Texts::tr("Signed in as %1.").arg(oneLine(email))));
     } else {
         ui.brevokStatus->setText(Texts::tr("Not signed in."));
     }

@@ -3,6 +3,7 @@
 
 #include "ui/PanelLabels.h"
 
+#include "foundation/UntrustedText.h"
 #include "ui/AccessibleRole.h"
 #include "ui/PanelStyle.h"
 
@@ -73,8 +74,8 @@ ElidedLabel::~ElidedLabel() = default;
 void ElidedLabel::setText(const QString &text, const QString &detail)
 {
     if (text != m_text || detail != m_detail) {
-        m_text = text;
-        m_detail = detail;
+        m_text = oneLine(text);
+        m_detail = oneLine(detail);
         setAccessibleName(this->text());
         lay();
     }

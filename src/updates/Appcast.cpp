@@ -4,6 +4,7 @@
 #include "updates/Appcast.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "updates/UpdateErrors.h"
 
 #include <QXmlStreamReader>
@@ -44,7 +45,7 @@ QString textOfElement(QXmlStreamReader &xml)
 // What names a version is short; anything else is none.
 QString shortText(const QString &text)
 {
-    return text.size() <= valueLimit ? text : QString();
+    return text.size() <= valueLimit ? oneLine(text) : QString();
 }
 
 QUrl addressFrom(const QString &text)

@@ -161,6 +161,7 @@ bool BrevokSession::checkNetworkReachability()
 void BrevokSession::signinWithID(const QString &email, const QString &password)
 {
     keepSecret(password);
+    m_signinFailure.clear();
     m_session.insert(orlecIdKey, email);
     connectToURL(m_network.configuration().url(u"/api/machine/signin"_s), u"POST"_s, SessionSignin, false,
         false, {{u"email"_s, email}, {u"password"_s, password}}, true);
@@ -177,7 +178,7 @@ void BrevokSession::connectToURL(const QUrl &url, const QString &method, int sta
 {
     if (!checkNetworkReachability()) {
         const QString text = Texts::tr("Network is unreachable. Is your internet connection down?");
-        onMain(this, [this, status, text] { Q_EMIT actionFinished(status, false, text); });
+        onMain(this, [this, status, text] { tellEnd(status, false, text); });
         if (verbose) {
             m_alerts.modalAlert(Texts::tr("Connection Error"), text, {}, {Texts::tr("OK")});
         }
@@ -228,7 +229,7 @@ void BrevokSession::finishLoading(BrevokSessionConnection *connection)
         handleUnexpectedData(*connection);
         const QString message = connection->responseError->description;
         remove(connection);
-        Q_EMIT actionFinished(action, false, message);
+        tellEnd(action, false, message);
         return;
     }
     const Record reply = document->object(); // a list has no fields, and no error code
@@ -257,7 +258,7 @@ bool BrevokSession::demandsUpdate(BrevokSessionConnection *connection)
     }
     const QString title = Texts::tr("There is critical update of Tolvane Brevok application.");
     m_updater.checkForUpdatesInBackground();
-    Q_EMIT actionFinished(connection->status, false, title);
+    tellEnd(connection->status, false, title);
     m_alerts.modalAlert(title, {}, {}, {Texts::tr("OK")});
     remove(connection);
     return true;
@@ -308,12 +309,20 @@ void BrevokSession::reportEnd(int action, const ReplyVerdict &verdict, const Rec
 {
     if (!verdict.succeeded) {
         const QString told = verdict.message.isNull() ? errorMessageOf(reply) : verdict.message;
-        Q_EMIT actionFinished(action, false, orDash(told));
+        tellEnd(action, false, told);
     } else if (action == SessionSignin && sessionId().isEmpty()) {
-        Q_EMIT actionFinished(action, false, Texts::tr("Unexpected server response."));
+        tellEnd(action, false, Texts::tr("Unexpected server response."));
     } else {
-        Q_EMIT actionFinished(action, true, {});
+        tellEnd(action, true, {});
     }
+}
+
+void BrevokSession::tellEnd(int action, bool ok, const QString &message)
+{
+    if (action == SessionSignin) {
+        m_signinFailure = ok ? QString() : message;
+    }
+    Q_EMIT actionFinished(action, ok, ok ? QString() : orDash(message));
 }
 
 void BrevokSession::failWithError(BrevokSessionConnection *connection, const BrevokError &error)
@@ -327,7 +336,7 @@ void BrevokSession::failWithError(BrevokSessionConnection *connection, const Bre
         again->errorCount = connection->errorCount + 1;
         add(again);
     } else {
-        Q_EMIT actionFinished(connection->status, false, error.description);
+        tellEnd(connection->status, false, error.description);
         const std::unique_ptr<BrevokAlert> alert = BrevokAlert::alertWithError(m_alerts.presenter(), error);
         m_alerts.runModal(*alert);
     }

@@ -182,6 +182,8 @@ void BrevokPreferencesController::observe()
 {
     connect(&m_with.session, &BrevokSession::statusChanged, this,
         &BrevokPreferencesController::updateAccountPage);
+    connect(&m_with.session, &BrevokSession::actionFinished, this,
+        &BrevokPreferencesController::updateAccountPage);
     connect(&m_with.targets, &BrevokTargetApps::targetsChanged, this,
         &BrevokPreferencesController::targetsChanged);
     // Later: who sets a value may do more before it reads as new, as for the login items.
@@ -290,6 +292,8 @@ void BrevokPreferencesController::updateAccountPage()
         ui.brevokStatus->setText(Texts::tr("Contacting the service…"));
     } else if (signedIn) {
         ui.brevokStatus->setText(breakable(Texts::tr("Signed in as %1.").arg(oneLine(email))));
+    } else if (const QString failure = m_with.session.signinFailure(); !failure.isEmpty()) {
+        ui.brevokStatus->setText(breakable(failure));
     } else {
         ui.brevokStatus->setText(Texts::tr("Not signed in."));
     }

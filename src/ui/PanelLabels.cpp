@@ -6,6 +6,7 @@
 #include "foundation/UntrustedText.h"
 #include "ui/AccessibleRole.h"
 #include "ui/PanelStyle.h"
+#include "ui/TextFitting.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -20,6 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int gap = 6; // between text and detail
+constexpr int failureMargin = 10;
 constexpr double leastDetail = 0.25; // of the width, however long the text is
 constexpr double mostDetail = 0.6;
 
@@ -46,6 +48,45 @@ void SecondaryLabel::paintEvent(QPaintEvent *)
     const Qt::Alignment aligned = QStyle::visualAlignment(layoutDirection(), alignment());
     const int wrap = wordWrap() ? Qt::TextWordWrap : 0;
     painter.drawText(contentsRect(), static_cast<int>(aligned.toInt()) | wrap, text());
+}
+
+FailureLabel::FailureLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setAlignment(Qt::AlignCenter);
+    setContentsMargins(failureMargin, failureMargin, failureMargin, failureMargin);
+    hide();
+}
+
+FailureLabel::~FailureLabel() = default;
+
+void FailureLabel::setFailure(const QString &failure)
+{
+    constexpr qsizetype mostShown = 300;
+    if (failure == m_failure) {
+        return;
+    }
+    m_failure = failure;
+    setText(breakable(severalLines(failure, mostShown)));
+    setToolTip(failure.size() > mostShown ? plainToolTip(failure) : QString());
+    setVisible(!failure.isEmpty());
+    if (isVisible()) {
+        QAccessibleEvent raised(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&raised);
+    }
+}
+
+void FailureLabel::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(PanelStyle::priorityFill(palette()));
+    painter.drawRoundedRect(rect(), failureMargin / 2.0, failureMargin / 2.0);
+    painter.end();
+    QLabel::paintEvent(event);
 }
 
 SeparatorLine::SeparatorLine(QWidget *parent)

@@ -498,6 +498,8 @@ void PreferencesTest::accountPageFollowsTheSession()
     QTest::keyClicks(password, u"secret"_s);
     QTest::keyClick(password, Qt::Key_Return);
     QTRY_COMPARE(signedOut.presenter.shown.size(), 1); // the network is down
+    QTRY_COMPARE(signedOut.find<QLabel>("brevokStatus")->text(),
+        u"Network is unreachable. Is your internet connection down?"_s);
     QCOMPARE(signedOut.session->orlecId(), u"eve@example.com"_s);
     QCOMPARE(email->text(), u"eve@example.com"_s);
     signedOut.click("createAccountLink");

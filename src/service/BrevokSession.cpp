@@ -259,7 +259,9 @@ bool BrevokSession::demandsUpdate(BrevokSessionConnection *connection)
     const QString title = Texts::tr("There is critical update of Tolvane Brevok application.");
     m_updater.checkForUpdatesInBackground();
     tellEnd(connection->status, false, title);
-    m_alerts.modalAlert(title, {}, {}, {Texts::tr("OK")});
+    const QString elsewhere = Texts::tr("This copy cannot update itself. You can get the new version at %1.")
+                                  .arg(addressText(m_network.configuration().baseUrl));
+    m_alerts.modalAlert(title, m_updater.canUpdate() ? QString() : elsewhere, {}, {Texts::tr("OK")});
     remove(connection);
     return true;
 }

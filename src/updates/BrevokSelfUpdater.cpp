@@ -148,6 +148,7 @@ void BrevokSelfUpdater::choose(const QList<AppcastItem> &items)
     const UpdateChoice choice = chooseUpdate(items,
         {.installedVersion = m_with.version,
             .systemVersion = m_with.systemVersion,
+            .channel = m_with.source.channel,
             .skippedVersion = m_byUser ? QString() : m_with.settings.value(skippedKey).toString()});
     if (!choice.refusal.isEmpty()) {
         logLine(choice.refusal);

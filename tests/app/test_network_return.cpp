@@ -39,7 +39,8 @@ void NetworkReturnTest::tellsOnceForEachLoss()
     QFETCH(const QString, seen);
     QFETCH(const int, returns);
     FakeRouteLookup routes;
-    NetworkFactory network({.reachabilityHost = QStringLiteral("public.example")});
+    NetworkFactory network(
+        {.baseUrl = {}, .extraAuthorities = {}, .reachabilityHost = QStringLiteral("public.example")});
     Connectivity connectivity(network, routes);
     const auto show = [&routes](QChar state) {
         routes.flags = state == u'-' ? ReachabilityFlags()

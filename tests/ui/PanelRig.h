@@ -21,6 +21,7 @@ namespace brevok::testing {
 
 class IdleUpdater final : public SelfUpdater {
 public:
+    [[nodiscard]] bool canUpdate() const override { return true; }
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
     void checkForUpdates() override { }

@@ -216,7 +216,7 @@ private Q_SLOTS:
         QVERIFY(failure->isVisible() && rig.rig.presenter.shown.isEmpty());
         QTRY_VERIFY(failure->height() >= failure->heightForWidth(failure->width()));
 
-        answer = Response::ok(R"({"ErrorCode":1,"ErrorMessage":"no )" + QByteArray(2000, 'x') + "\"}");
+        answer = Response::ok(R"({"ErrorCode":1,"ErrorMessage":")" + QByteArray(2000, 'x') + R"("})");
         attempt();
         QVERIFY(failure->isHidden());
         QTRY_VERIFY(failure->isVisible() && failure->text().size() < 400);

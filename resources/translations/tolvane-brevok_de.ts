@@ -1242,6 +1242,14 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Die geladene Datei kann nicht gelesen werden: %1</translation>
     </message>
     <message>
+        <source>The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>Das geladene Update ist nicht die Version %1 von Tolvane Brevok. Es wurde nicht installiert, und die Datei wurde gelöscht.</translation>
+    </message>
+    <message>
+        <source>This copy cannot update itself. You can get the new version at %1.</source>
+        <translation>Diese Kopie kann sich nicht selbst aktualisieren. Die neue Version erhalten Sie unter %1.</translation>
+    </message>
+    <message>
         <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
         <translation>Das geladene Update ist nicht vom Hersteller von Tolvane Brevok signiert. Es wurde nicht installiert, und die Datei wurde gelöscht.</translation>
     </message>

@@ -1242,6 +1242,14 @@ Vuelva a iniciar sesión.</translation>
         <translation>No se puede leer el archivo descargado: %1</translation>
     </message>
     <message>
+        <source>The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>La actualización descargada no es la versión %1 de Tolvane Brevok. No se ha instalado y el archivo se ha eliminado.</translation>
+    </message>
+    <message>
+        <source>This copy cannot update itself. You can get the new version at %1.</source>
+        <translation>Esta copia no puede actualizarse por sí misma. Puede obtener la nueva versión en %1.</translation>
+    </message>
+    <message>
         <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
         <translation>La actualización descargada no está firmada por el fabricante de Tolvane Brevok. No se ha instalado y el archivo se ha eliminado.</translation>
     </message>

@@ -1242,6 +1242,14 @@ Veuillez vous reconnecter.</translation>
         <translation>Le fichier téléchargé est illisible : %1</translation>
     </message>
     <message>
+        <source>The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>La mise à jour téléchargée n’est pas la version %1 de Tolvane Brevok. Elle n’a pas été installée et le fichier a été supprimé.</translation>
+    </message>
+    <message>
+        <source>This copy cannot update itself. You can get the new version at %1.</source>
+        <translation>Cette copie ne peut pas se mettre à jour elle-même. La nouvelle version est disponible à l’adresse %1.</translation>
+    </message>
+    <message>
         <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
         <translation>La mise à jour téléchargée n’est pas signée par l’éditeur de Tolvane Brevok. Elle n’a pas été installée et le fichier a été supprimé.</translation>
     </message>

@@ -1242,6 +1242,14 @@ Please try to sign-in again.</source>
         <translation>ダウンロードしたファイルを読み取れません: %1</translation>
     </message>
     <message>
+        <source>The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and the file was removed.</source>
+        <translation>ダウンロードしたアップデートは Tolvane Brevok のバージョン %1 ではありません。インストールせずにファイルを削除しました。</translation>
+    </message>
+    <message>
+        <source>This copy cannot update itself. You can get the new version at %1.</source>
+        <translation>このアプリケーションは自身をアップデートできません。新しいバージョンは %1 から入手してください。</translation>
+    </message>
+    <message>
         <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
         <translation>ダウンロードしたアップデートは Tolvane Brevok の開発元が署名したものではありません。インストールせずにファイルを削除しました。</translation>
     </message>

@@ -7,6 +7,7 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 
 #include <QTimer>
 
@@ -31,6 +32,20 @@ bool mayShow(const AlertContent &content, const QString &format)
         return false;
     }
     return true;
+}
+
+// Names and messages from outside stand in many texts.
+AlertContent fitToShow(AlertContent content)
+{
+    for (std::optional<QString> *text : {&content.messageText, &content.informativeText}) {
+        if (*text) {
+            *text = severalLines(**text);
+        }
+    }
+    for (AlertButton &button : content.buttons) {
+        button.title = oneLine(button.title);
+    }
+    return content;
 }
 
 QString usualFormat()
@@ -70,22 +85,22 @@ QString Alert::key() const
 
 int Alert::runModal()
 {
-    return m_presenter.runModal(content);
+    return m_presenter.runModal(fitToShow(content));
 }
 
 AlertPresenter::Ending Alert::beginModal(AlertPresenter::Completion completion)
 {
-    return m_presenter.beginModal(content, std::move(completion));
+    return m_presenter.beginModal(fitToShow(content), std::move(completion));
 }
 
 void Alert::beginSheetModalForWindow(QObject *window, AlertPresenter::Completion completion)
 {
-    m_presenter.beginSheet(content, window, std::move(completion));
+    m_presenter.beginSheet(fitToShow(content), window, std::move(completion));
 }
 
 void Alert::beginSheetModalForWindow(QObject *window, Alert *modalDelegate, AlertPresenter::Completion block)
 {
-    m_presenter.beginSheet(content, window,
+    m_presenter.beginSheet(fitToShow(content), window,
         [delegate = QPointer<Alert>(modalDelegate), sheetParent = QPointer<QObject>(window),
             context = std::move(block)](int returnCode) {
             if (delegate) {

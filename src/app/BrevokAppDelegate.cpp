@@ -230,6 +230,13 @@ void BrevokAppDelegate::createReporters()
 void BrevokAppDelegate::connectSharedObjects()
 {
     Shared &shared = *m_shared;
+    shared.networkReturn.emplace(*m_with.platform.routeLookup, *shared.connectivity);
+    connect(&*shared.networkReturn, &NetworkReturn::returned, this, [&shared] {
+        if (!shared.plugins->asksAboutUnfinishedActions()) { // then the first check is still to come
+            shared.plugins->checkForUpdates();
+            shared.packages->checkForUpdates();
+        }
+    });
     connect(&*shared.packages, &BrevokPackages::updatesChanged, this, [this](int updates) {
         if (m_menubarController) {
             m_menubarController->setUpdates(updates);

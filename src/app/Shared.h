@@ -4,6 +4,7 @@
 #pragma once
 
 #include "alerts/BrevokAlertQueue.h"
+#include "app/NetworkReturn.h"
 #include "app/OnlyCopy.h"
 #include "app/StateNotices.h"
 #include "app/StateTakeOver.h"
@@ -36,6 +37,7 @@ struct Shared {
     std::optional<StateTakeOver> takeOver;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;
+    std::optional<NetworkReturn> networkReturn;
     std::optional<HttpServiceClient> service;
     std::optional<BrevokSelfUpdater> updater;
     std::optional<BrevokTargetApps> targets;

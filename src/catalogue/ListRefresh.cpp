@@ -6,6 +6,7 @@
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/BrevokError.h"
 #include "foundation/Log.h"
+#include "foundation/Secrets.h"
 #include "foundation/Texts.h"
 #include "platform/StateStore.h"
 #include "service/ReplyDecoding.h"
@@ -23,8 +24,6 @@ constexpr int afterReplySeconds = 3600;
 constexpr int afterErrorSeconds = 60;
 constexpr double warnAfterSeconds = 604800;
 constexpr double secondsOfDay = 86400;
-constexpr qsizetype shownCharacters = 256;
-constexpr qsizetype longestUtf8Character = 4;
 
 } // namespace
 
@@ -110,9 +109,7 @@ bool ListRefresh::handleContent(const ServiceReply &reply)
     showAlert();
     logLine(m_wording.failedWithContent);
     logLine(u"Received %1 bytes of data"_s.arg(reply.body.size()));
-    // Enough for what is shown; a large body is not decoded whole.
-    const auto text = QString::fromUtf8(reply.body.left((shownCharacters + 1) * longestUtf8Character));
-    logLine(u"Response string: %1"_s.arg(text.left(shownCharacters)));
+    logLine(u"Response string: "_s + excerpt(reply.body));
     if (problem.error != QJsonParseError::NoError) {
         logError(BrevokError{.domain = QString::fromLatin1(connectionErrorDomain),
             .code = problem.error,

@@ -5,8 +5,11 @@
 
 #include "foundation/BrevokError.h"
 #include "foundation/Record.h"
+#include "foundation/Secrets.h"
+#include "foundation/UntrustedText.h"
 
 #include <QDateTime>
+#include <QRegularExpression>
 
 #include <atomic>
 #include <cstdlib>
@@ -30,7 +33,7 @@ void writeToStandardError(QtMsgType type, const QMessageLogContext &, const QStr
             .arg(QDateTime::currentDateTime().toString(QStringLiteral("yyyy-MM-dd HH:mm:ss.zzz")))
             .arg(::getpid())
             .arg(::gettid())
-            .arg(message);
+            .arg(messageForLog(message));
     const QByteArray bytes = line.toUtf8();
     [[maybe_unused]] const auto written =
         ::write(STDERR_FILENO, bytes.constData(), static_cast<size_t>(bytes.size()));
@@ -43,6 +46,15 @@ void writeToStandardError(QtMsgType type, const QMessageLogContext &, const QStr
 }
 
 } // namespace
+
+QString messageForLog(const QString &message)
+{
+    constexpr qsizetype longest = qsizetype{16} * 1024;
+    // Only the log's own lines begin with a date, whatever a message of several lines holds.
+    static const QRegularExpression foreignDate(QStringLiteral(R"(\n(?=\d{4}-\d\d-\d\d ))"));
+    const QString text = withoutSecrets(message.left(2 * longest), Words::OursToo);
+    return severalLines(text, longest).replace(foreignDate, QStringLiteral("\n\t"));
+}
 
 void logLine(const QString &line)
 {

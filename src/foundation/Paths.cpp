@@ -3,6 +3,8 @@
 
 #include "foundation/Paths.h"
 
+#include "foundation/UntrustedText.h"
+
 #include <QList>
 
 #include <algorithm>
@@ -28,8 +30,7 @@ QString deletingLastPathComponent(const QString &path)
 
 bool isPlainFileName(const QString &name)
 {
-    return !name.isEmpty() && name != "."_L1 && name != ".."_L1 && !name.contains(u'/')
-        && !name.contains(QChar::Null);
+    return !name.isEmpty() && name != "."_L1 && name != ".."_L1 && !name.contains(u'/') && isHarmless(name);
 }
 
 bool isPrintable(const QString &text)

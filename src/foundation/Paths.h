@@ -16,7 +16,7 @@ namespace brevok {
 /// empty text.
 [[nodiscard]] QString deletingLastPathComponent(const QString &path);
 
-/// Whether @p name names an entry of a folder and cannot lead elsewhere.
+/// Whether @p name names an entry of a folder, cannot lead elsewhere and shows what it is.
 [[nodiscard]] bool isPlainFileName(const QString &name);
 
 /// Whether every character of @p text can be seen, or is a plain blank: no line breaks, nothing that controls

@@ -6,6 +6,7 @@
 #include "catalogue/BrevokPlugins.h"
 #include "foundation/Paths.h"
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 
 namespace brevok {
 
@@ -36,8 +37,8 @@ BrevokError installerError(const QString &description)
 
 BrevokError nameRefused(const QString &name)
 {
-    return installerError(Texts::tr("The plug-in name “%1” cannot be used as a file name.")
-                              .arg(QString(name).replace(QChar(u'\0'), u'?')));
+    return installerError(
+        Texts::tr("The plug-in name “%1” cannot be used as a file name.").arg(oneLine(name)));
 }
 
 } // namespace brevok

@@ -14,6 +14,8 @@ public:
     virtual ~SelfUpdater() = default;
     Q_DISABLE_COPY_MOVE(SelfUpdater)
 
+    /// Whether this copy can find and install updates at all.
+    [[nodiscard]] virtual bool canUpdate() const = 0;
     [[nodiscard]] virtual bool automaticallyChecksForUpdates() const = 0;
     virtual void setAutomaticallyChecksForUpdates(bool automatically) = 0;
     /// The user's own check: whatever it finds is shown, the version too that the user skipped before.

@@ -6,6 +6,7 @@
 #include "foundation/BrevokError.h"
 
 #include <QObject>
+#include <QString>
 
 #include <functional>
 #include <optional>
@@ -22,6 +23,16 @@ enum class SoftwareError {
     Refused, ///< the service tells why
     Cancelled, ///< by the user or by the system
 };
+
+/// What a package says of itself.
+struct SoftwareIdentity {
+    QString name;
+    QString version;
+};
+
+/// Reads the package file at @p path; nothing for a file that is none. Waits for the disk: not for the main
+/// thread.
+[[nodiscard]] std::optional<SoftwareIdentity> softwareIdentity(const QString &path);
 
 /// The operating system's own installer of software packages. It asks the user for the rights it needs.
 /// Main thread.

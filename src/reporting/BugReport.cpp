@@ -5,9 +5,9 @@
 
 #include "foundation/Log.h"
 #include "foundation/Record.h"
+#include "foundation/Secrets.h"
 #include "foundation/Texts.h"
 #include "reporting/ReportPost.h"
-#include "service/SecretText.h"
 
 #include <QJsonDocument>
 #include <QRegularExpression>
@@ -19,7 +19,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int okStatus = 200;
-constexpr qsizetype shownLength = 256; // of an answer that is no JSON
 
 ReportOutcome outcome(ReportOutcome::Kind kind, AlertStyle style, const QString &message, const QString &text,
     const QString &button)
@@ -50,11 +49,9 @@ QString contactSupport()
     return Texts::tr("Please contact Tolvane support.");
 }
 
-ReportOutcome unreadableAnswer(
-    const QByteArray &body, const QJsonParseError &parseError, const QStringList &secrets)
+ReportOutcome unreadableAnswer(const QByteArray &body, const QJsonParseError &parseError)
 {
-    const QString text =
-        withoutSentSecrets(withoutSecretFields(QString::fromUtf8(body)), secrets).left(shownLength);
+    const QString text = excerpt(body);
     logLine(u"Bug Report connection failed!"_s);
     logLine(u"Received %1 bytes of data"_s.arg(body.size()));
     logLine(u"Response string: "_s + text);
@@ -79,11 +76,8 @@ QString ReportOutcome::sentence() const
 
 bool NSStringIsValidEmail(const QString &address)
 {
-    // A stricter pattern exists and is switched off.
-    constexpr bool strict = false;
-    static const QRegularExpression pattern(QRegularExpression::anchoredPattern(strict
-            ? uR"(^[A-Z0-9a-z\._%+-]+@([A-Za-z0-9-]+\.)+[A-Za-z]{2,4}$)"_s
-            : uR"(^.+@([A-Za-z0-9-]+\.)+[A-Za-z]{2}[A-Za-z]*$)"_s));
+    static const QRegularExpression pattern(
+        QRegularExpression::anchoredPattern(uR"(^.+@([A-Za-z0-9-]+\.)+[A-Za-z]{2}[A-Za-z]*$)"_s));
     return pattern.match(address).hasMatch();
 }
 
@@ -125,15 +119,15 @@ ReportOutcome unreachableOutcome(bool networkReachable)
         Texts::tr("OK"));
 }
 
-ReportOutcome answerOutcome(int status, const QByteArray &body, const QStringList &secrets)
+ReportOutcome answerOutcome(int status, const QByteArray &body)
 {
     QJsonParseError parseError;
     const QJsonDocument answer = QJsonDocument::fromJson(body, &parseError);
     if (answer.isNull()) {
-        return unreadableAnswer(body, parseError, secrets);
+        return unreadableAnswer(body, parseError);
     }
     const QString text = QString::fromUtf8(answer.toJson(QJsonDocument::Compact));
-    logLine(withoutSentSecrets(withoutSecretFields(text), secrets));
+    logLine(withoutSecretFields(text));
     if (status != okStatus) {
         logLine(u"Failed to send Bug Report with response: "_s + statusText(status));
         return answered(Texts::tr("Failed to send error report"),

@@ -47,8 +47,8 @@ struct ReportOutcome {
 /// Where the way to the service ends, with or without a network.
 [[nodiscard]] ReportOutcome unreachableOutcome(bool networkReachable);
 
-/// What the service's answer means; logs it. @p secrets must not get into the log or the alert.
-[[nodiscard]] ReportOutcome answerOutcome(int status, const QByteArray &body, const QStringList &secrets);
+/// What the service's answer means; logs it, without secrets.
+[[nodiscard]] ReportOutcome answerOutcome(int status, const QByteArray &body);
 
 /// The same for a transfer that failed.
 [[nodiscard]] ReportOutcome failureOutcome(const std::optional<BrevokError> &error);

@@ -96,13 +96,9 @@ void BugReporter::checkService(const Run &run)
 void BugReporter::send(const Run &run, const QByteArray &body)
 {
     tell(*run, Stage::Sending);
-    const ReportPost post{u"/api/machine/report"_s, m_with.sessionId(), body};
-    sendReport(
-        m_with.network, post, this, [this, run, sessionId = post.sessionId](const ServiceReply &reply) {
-            const QUrl url = m_with.network.configuration().baseUrl;
-            const QStringList secrets = m_with.network.storedCookieValues(url) + QStringList{sessionId};
-            tell(*run,
-                reply.error ? failureOutcome(reply.error) : answerOutcome(reply.status, reply.body, secrets));
+    sendReport(m_with.network, {u"/api/machine/report"_s, m_with.sessionId(), body}, this,
+        [run](const ServiceReply &reply) {
+            tell(*run, reply.error ? failureOutcome(reply.error) : answerOutcome(reply.status, reply.body));
         });
 }
 

@@ -3,6 +3,7 @@
 
 #include "reporting/LogTails.h"
 
+#include "foundation/Secrets.h"
 #include "platform/LogFile.h"
 #include "platform/RegularFile.h"
 
@@ -56,7 +57,10 @@ QString logTail(const QString &path)
             tail->whole = before->whole;
         }
     }
-    return QString::fromUtf8(tail->whole ? QByteArrayView(tail->bytes) : fromWholeLine(tail->bytes));
+    // What an earlier version logged, or another program, was not looked through.
+    return withoutSecrets(
+        QString::fromUtf8(tail->whole ? QByteArrayView(tail->bytes) : fromWholeLine(tail->bytes)),
+        Words::OursToo);
 }
 
 void addLogFile(const QString &path, QList<ReportItem> &items, const QString &name)

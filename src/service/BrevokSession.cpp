@@ -5,15 +5,16 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Log.h"
+#include "foundation/Secrets.h"
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "platform/SelfUpdater.h"
 #include "platform/StateStore.h"
 #include "service/BrevokSessionConnection.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
-#include "service/SecretText.h"
 
 namespace brevok {
 
@@ -31,18 +32,25 @@ const QString sessionIdKey = u"SessionId"_s;
 const QString orlecIdKey = u"orlecId"_s;
 
 constexpr int retries = 2;
-constexpr qsizetype loggedResponseLength = 256;
 
 QString addressText(const QUrl &url)
 {
     return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
 }
 
-// What the request told in confidence.
-QStringList secretsOf(const SessionRequest &request)
+// An id that could not travel as a cookie is none.
+QString usableId(const QJsonValue &value)
 {
-    return {QJsonDocument::fromJson(request.body).object().value("password"_L1).toString(),
-        QString::fromUtf8(request.request.rawHeader("Cookie")).section(u'=', 1)};
+    const QString id = nonEmptyString(value);
+    return isCookieValue(id) ? id : QString();
+}
+
+// What the service has to say, as the user may see it.
+QString errorMessageOf(const Record &reply)
+{
+    constexpr qsizetype longest = 1000;
+    return severalLines(
+        withoutSecrets(nonEmptyString(reply.value("ErrorMessage"_L1)).left(4 * longest)), longest);
 }
 
 } // namespace
@@ -86,6 +94,7 @@ BrevokSession *BrevokSession::session()
 void BrevokSession::load()
 {
     m_session = m_stored = m_state.entries(dataKey).value(QString());
+    keepSecret(sessionId());
     if (m_state.value(versionKey) != QJsonValue(recordVersion)) {
         m_state.setValue(versionKey, recordVersion);
     }
@@ -101,7 +110,7 @@ void BrevokSession::save()
 
 QString BrevokSession::sessionId() const
 {
-    return nonEmptyString(m_session.value(sessionIdKey));
+    return usableId(m_session.value(sessionIdKey));
 }
 
 QString BrevokSession::orlecId() const
@@ -125,6 +134,7 @@ void BrevokSession::setSessionId(const QString &sessionId)
     if (sessionId.isEmpty()) {
         m_session.remove(sessionIdKey);
     } else {
+        keepSecret(sessionId);
         m_session.insert(sessionIdKey, sessionId);
     }
 }
@@ -150,6 +160,8 @@ bool BrevokSession::checkNetworkReachability()
 
 void BrevokSession::signinWithID(const QString &email, const QString &password)
 {
+    keepSecret(password);
+    m_signinFailure.clear();
     m_session.insert(orlecIdKey, email);
     connectToURL(m_network.configuration().url(u"/api/machine/signin"_s), u"POST"_s, SessionSignin, false,
         false, {{u"email"_s, email}, {u"password"_s, password}}, true);
@@ -166,7 +178,7 @@ void BrevokSession::connectToURL(const QUrl &url, const QString &method, int sta
 {
     if (!checkNetworkReachability()) {
         const QString text = Texts::tr("Network is unreachable. Is your internet connection down?");
-        onMain(this, [this, status, text] { Q_EMIT actionFinished(status, false, text); });
+        onMain(this, [this, status, text] { tellEnd(status, false, text); });
         if (verbose) {
             m_alerts.modalAlert(Texts::tr("Connection Error"), text, {}, {Texts::tr("OK")});
         }
@@ -217,7 +229,7 @@ void BrevokSession::finishLoading(BrevokSessionConnection *connection)
         handleUnexpectedData(*connection);
         const QString message = connection->responseError->description;
         remove(connection);
-        Q_EMIT actionFinished(action, false, message);
+        tellEnd(action, false, message);
         return;
     }
     const Record reply = document->object(); // a list has no fields, and no error code
@@ -246,8 +258,10 @@ bool BrevokSession::demandsUpdate(BrevokSessionConnection *connection)
     }
     const QString title = Texts::tr("There is critical update of Tolvane Brevok application.");
     m_updater.checkForUpdatesInBackground();
-    Q_EMIT actionFinished(connection->status, false, title);
-    m_alerts.modalAlert(title, {}, {}, {Texts::tr("OK")});
+    tellEnd(connection->status, false, title);
+    const QString elsewhere = Texts::tr("This copy cannot update itself. You can get the new version at %1.")
+                                  .arg(addressText(m_network.configuration().baseUrl));
+    m_alerts.modalAlert(title, m_updater.canUpdate() ? QString() : elsewhere, {}, {Texts::tr("OK")});
     remove(connection);
     return true;
 }
@@ -257,9 +271,7 @@ void BrevokSession::handleUnexpectedData(const BrevokSessionConnection &connecti
     logLine(u"Session action %1 failed with error. Received %2 bytes of unexpected data"_s
                 .arg(sessionActionName(connection.status))
                 .arg(connection.responseData.size()));
-    const QString text = withoutSentSecrets(
-        QString::fromUtf8(connection.responseData), secretsOf(connection.originalRequest2));
-    logLine(u"Response string: "_s + withoutSecretFields(text).left(loggedResponseLength));
+    logLine(u"Response string: "_s + excerpt(connection.responseData));
     if (connection.status == SessionSignin || connection.status == SessionSignout) {
         setSessionId({});
     }
@@ -268,9 +280,7 @@ void BrevokSession::handleUnexpectedData(const BrevokSessionConnection &connecti
 ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &connection, const Record &reply)
 {
     const qint64 code = integerValue(reply.value("ErrorCode"_L1));
-    // It goes into the log with the alert too.
-    const QString errorMessage = withoutSentSecrets(
-        nonEmptyString(reply.value("ErrorMessage"_L1)), secretsOf(connection.originalRequest2));
+    const QString errorMessage = errorMessageOf(reply);
     ReplyVerdict verdict = verdictFor(code, connection.status, !sessionId().isEmpty(), errorMessage);
     if (verdict.dropsSessionId) {
         setSessionId({});
@@ -282,7 +292,7 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
         logLine(u"Server Error! connection to: \"%1\" failed: %2 with message: %3"_s.arg(
             addressText(connection.responseHTTP ? connection.responseHTTP->url
                                                 : connection.originalRequest2.request.url()),
-            QString::number(code), orDash(errorMessage)));
+            QString::number(code), orDash(oneLine(errorMessage))));
     }
     return verdict;
 }
@@ -291,7 +301,7 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
 void BrevokSession::handleReply(int action, const Record &reply)
 {
     if (action == SessionSignin) {
-        setSessionId(nonEmptyString(reply.value(sessionIdKey)));
+        setSessionId(usableId(reply.value(sessionIdKey)));
     } else if (action == SessionSignout) {
         setSessionId({});
     }
@@ -300,14 +310,21 @@ void BrevokSession::handleReply(int action, const Record &reply)
 void BrevokSession::reportEnd(int action, const ReplyVerdict &verdict, const Record &reply)
 {
     if (!verdict.succeeded) {
-        const QString told =
-            verdict.message.isNull() ? nonEmptyString(reply.value("ErrorMessage"_L1)) : verdict.message;
-        Q_EMIT actionFinished(action, false, orDash(told));
+        const QString told = verdict.message.isNull() ? errorMessageOf(reply) : verdict.message;
+        tellEnd(action, false, told);
     } else if (action == SessionSignin && sessionId().isEmpty()) {
-        Q_EMIT actionFinished(action, false, Texts::tr("Unexpected server response."));
+        tellEnd(action, false, Texts::tr("Unexpected server response."));
     } else {
-        Q_EMIT actionFinished(action, true, {});
+        tellEnd(action, true, {});
     }
+}
+
+void BrevokSession::tellEnd(int action, bool ok, const QString &message)
+{
+    if (action == SessionSignin) {
+        m_signinFailure = ok ? QString() : message;
+    }
+    Q_EMIT actionFinished(action, ok, ok ? QString() : orDash(message));
 }
 
 void BrevokSession::failWithError(BrevokSessionConnection *connection, const BrevokError &error)
@@ -321,7 +338,7 @@ void BrevokSession::failWithError(BrevokSessionConnection *connection, const Bre
         again->errorCount = connection->errorCount + 1;
         add(again);
     } else {
-        Q_EMIT actionFinished(connection->status, false, error.description);
+        tellEnd(connection->status, false, error.description);
         const std::unique_ptr<BrevokAlert> alert = BrevokAlert::alertWithError(m_alerts.presenter(), error);
         m_alerts.runModal(*alert);
     }

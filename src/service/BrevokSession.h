@@ -43,6 +43,8 @@ public:
     [[nodiscard]] QString orlecId() const;
     /// Whether any request is in flight.
     [[nodiscard]] bool isUpdating() const;
+    /// Why the last attempt to sign in failed; empty when it did not, and from the next attempt on.
+    [[nodiscard]] QString signinFailure() const { return m_signinFailure; }
     /// The record in several lines for the log, without the session id itself.
     [[nodiscard]] QString description() const;
 
@@ -84,6 +86,7 @@ private:
     ReplyVerdict handleErrorCode(const BrevokSessionConnection &connection, const Record &reply);
     void handleReply(int action, const Record &reply);
     void reportEnd(int action, const ReplyVerdict &verdict, const Record &reply);
+    void tellEnd(int action, bool ok, const QString &message);
 
     StateStore &m_state;
     NetworkFactory &m_network;
@@ -92,6 +95,7 @@ private:
     SelfUpdater &m_updater;
     Record m_session;
     Record m_stored; ///< what the store holds of it
+    QString m_signinFailure;
     BrevokSessionConnection *m_connection = nullptr; ///< the most recent request, while it is in flight
     QList<BrevokSessionConnection *> m_connections;
 };

@@ -4,7 +4,9 @@
 #include "service/Connectivity.h"
 
 #include "foundation/Log.h"
+#include "foundation/Secrets.h"
 #include "foundation/Tasks.h"
+#include "foundation/UntrustedText.h"
 #include "service/NetworkFactory.h"
 #include "service/ReplyCollector.h"
 #include "service/ServerTrust.h"
@@ -47,6 +49,7 @@ namespace {
 
 constexpr int okStatus = 200;
 constexpr qint64 longestBody = qint64{1024} * 1024;
+constexpr qsizetype longestHeaders = qsizetype{8} * 1024; // in the log
 
 // Empty for a host without any address. Blocks while the name is being resolved.
 QString resolvedAddress(const QString &host)
@@ -74,9 +77,10 @@ QString headerText(const QList<QNetworkReply::RawHeaderPair> &headers)
     for (const auto &[name, value] : headers) {
         const bool secret = name.compare("Set-Cookie", Qt::CaseInsensitive) == 0;
         fields << u"%1 = \"%2\""_s.arg(
-            QString::fromLatin1(name), secret ? u"(not logged)"_s : QString::fromLatin1(value));
+            QString::fromLatin1(name), secret ? u"(not logged)"_s : QString::fromUtf8(value));
     }
-    return u"{%1}"_s.arg(fields.join("; "_L1));
+    return oneLine(
+        u"{%1}"_s.arg(withoutSecretFields(fields.join("; "_L1).left(longestHeaders))), longestHeaders);
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "service/FollowedReply.h"
 
+#include "foundation/Secrets.h"
 #include "service/NetworkFactory.h"
 #include "service/Transport.h"
 #include "service/TransportErrors.h"
@@ -156,6 +157,7 @@ void FollowedReply::somethingMoved()
 void FollowedReply::headArrived()
 {
     somethingMoved();
+    keepCookieSecrets(m_hop->rawHeader("Set-Cookie"));
     const int status = m_hop->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     if (isRedirect(status) && m_hop->hasRawHeader("Location")) {
         m_redirectTarget = m_hop->url().resolved(QUrl::fromEncoded(m_hop->rawHeader("Location")));

@@ -23,17 +23,6 @@ NetworkFactory::NetworkFactory(ServiceConfiguration configuration, QObject *pare
 
 NetworkFactory::~NetworkFactory() = default;
 
-QStringList NetworkFactory::storedCookieValues(const QUrl &url) const
-{
-    QStringList values;
-    const QList<QByteArray> cookies =
-        m_transport ? m_transport->storedCookies(url).split(';') : QList<QByteArray>();
-    for (const QByteArray &cookie : cookies) {
-        values.append(QString::fromUtf8(cookie.mid(cookie.indexOf('=') + 1)));
-    }
-    return values;
-}
-
 QNetworkRequest NetworkFactory::request(const QUrl &url) const
 {
     QNetworkRequest request(url);

@@ -30,9 +30,6 @@ public:
     /// among them.
     static constexpr auto storedCookies = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
 
-    /// What the cookies hold that requests of @p url may carry so. Never to be logged.
-    [[nodiscard]] QStringList storedCookieValues(const QUrl &url) const;
-
     /// The request for @p url with the system's proxy, TLS settings, time-out, and no more than five
     /// redirects, none of which leads from https to http. Nothing of the cookie jar is put into it.
     [[nodiscard]] QNetworkRequest request(const QUrl &url) const;

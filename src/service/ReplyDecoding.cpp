@@ -67,7 +67,9 @@ std::optional<QJsonDocument> jsonObjectFromData(
     QJsonParseError parseError;
     QJsonDocument document = QJsonDocument::fromJson(data, &parseError);
     if (isReply(document)) {
-        return document;
+        return mayHoldHalfCharacters(data) && document.isObject()
+            ? QJsonDocument(wellFormed(document.object()).toObject())
+            : document;
     }
     if (parseError.error != QJsonParseError::NoError) {
         logError(BrevokError{.domain = QString::fromLatin1(connectionErrorDomain),

@@ -4,6 +4,7 @@
 #include "ui/BrevokAboutController.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "ui/ApplicationFacts.h"
 #include "ui/TextFitting.h"
 #include "ui_BrevokAbout.h"
@@ -16,7 +17,7 @@ BrevokAboutController::BrevokAboutController(const MainBundle &bundle, QWidget *
 {
     m_outlets->setupUi(this);
     const ApplicationFacts facts = applicationFacts(bundle);
-    setWindowTitle(Texts::tr("About %1").arg(singleLine(facts.appName)));
+    setWindowTitle(Texts::tr("About %1").arg(oneLine(facts.appName)));
     m_outlets->icon->setPixmap(
         applicationIcon(bundle).pixmap(m_outlets->icon->minimumSize(), devicePixelRatioF()));
     QFont large = m_outlets->name->font();

@@ -47,6 +47,7 @@ BrevokPanelController::BrevokPanelController(Collaborators collaborators, QObjec
 {
     connect(
         &m_with.session, &BrevokSession::statusChanged, this, &BrevokPanelController::sessionStatusChanged);
+    connect(&m_with.session, &BrevokSession::actionFinished, this, &BrevokPanelController::updateAccountTab);
     connect(&m_with.packages, &BrevokPackages::updatesChanged, this, &BrevokPanelController::updateHeader);
 }
 

@@ -4,6 +4,7 @@
 #include "ui/BrevokPreferencesController.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "platform/SettingsStore.h"
 #include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
@@ -181,6 +182,8 @@ void BrevokPreferencesController::observe()
 {
     connect(&m_with.session, &BrevokSession::statusChanged, this,
         &BrevokPreferencesController::updateAccountPage);
+    connect(&m_with.session, &BrevokSession::actionFinished, this,
+        &BrevokPreferencesController::updateAccountPage);
     connect(&m_with.targets, &BrevokTargetApps::targetsChanged, this,
         &BrevokPreferencesController::targetsChanged);
     // Later: who sets a value may do more before it reads as new, as for the login items.
@@ -288,7 +291,9 @@ void BrevokPreferencesController::updateAccountPage()
     if (!idle) {
         ui.brevokStatus->setText(Texts::tr("Contacting the service…"));
     } else if (signedIn) {
-        ui.brevokStatus->setText(breakable(Texts::tr("Signed in as %1.").arg(singleLine(email))));
+        ui.brevokStatus->setText(breakable(Texts::tr("Signed in as %1.").arg(oneLine(email))));
+    } else if (const QString failure = m_with.session.signinFailure(); !failure.isEmpty()) {
+        ui.brevokStatus->setText(breakable(failure));
     } else {
         ui.brevokStatus->setText(Texts::tr("Not signed in."));
     }

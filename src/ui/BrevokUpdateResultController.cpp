@@ -4,6 +4,7 @@
 #include "ui/BrevokUpdateResultController.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "ui/ApplicationFacts.h"
 #include "ui/TextFitting.h"
 #include "ui_BrevokUpdateResult.h"
@@ -28,7 +29,7 @@ BrevokUpdateResultController::~BrevokUpdateResultController() = default;
 
 void BrevokUpdateResultController::showWindow()
 {
-    setWindowTitle(singleLine(titleString));
+    setWindowTitle(oneLine(titleString));
     m_outlets->title->setText(breakable(titleString));
     m_outlets->label->setText(breakable(labelString));
     show();

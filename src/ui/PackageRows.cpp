@@ -5,6 +5,7 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 
 #include <QLocale>
 
@@ -16,8 +17,6 @@ namespace brevok {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr qsizetype longestLine = 1000;
 
 bool isCompanion(const QString &prefix)
 {
@@ -67,12 +66,12 @@ QString PackageRow::prefix() const
 
 QString PackageRow::name() const
 {
-    return orDash(oneLine(package.value(PackageKeys::name).toString()));
+    return orDash(oneLine(package.value(PackageKeys::name).toString()).simplified());
 }
 
 QString PackageRow::version() const
 {
-    return orDash(oneLine(package.value(PackageKeys::version).toString()));
+    return orDash(oneLine(package.value(PackageKeys::version).toString()).simplified());
 }
 
 QString PackageRow::title() const
@@ -198,19 +197,6 @@ QString progressText(const DownloadProgress &progress)
     };
     return progress.hasLength() ? Texts::tr(unit.both).arg(number(progress.done), number(progress.expected))
                                 : Texts::tr(unit.single).arg(number(progress.done));
-}
-
-QString oneLine(const QString &text)
-{
-    QString line = text.left(longestLine);
-    for (QChar &c : line) {
-        const QChar::Category category = c.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line
-            || category == QChar::Separator_Paragraph) {
-            c = u' ';
-        }
-    }
-    return line.simplified();
 }
 
 } // namespace brevok

@@ -75,7 +75,4 @@ struct DownloadProgress {
 /// "Downloading 12.4 of 38.1 MB", "Downloading 12.4 MB" without a length, "Installing…" at the end.
 [[nodiscard]] QString progressText(const DownloadProgress &progress);
 
-/// @p text without line breaks and other control characters, cut to what a line can ever show.
-[[nodiscard]] QString oneLine(const QString &text);
-
 } // namespace brevok

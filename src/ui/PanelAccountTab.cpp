@@ -43,6 +43,7 @@ void PanelAccountTab::updateTexts()
     m_ui.orlecIdField->setAccessibleName(Texts::tr("E-mail address"));
     m_ui.passwordField->setAccessibleName(Texts::tr("Password"));
     m_ui.progressIndicator->setAccessibleName(Texts::tr("Contacting the service"));
+    m_ui.signInFailure->setFont(PanelStyle::font(13));
     for (QWidget *button :
         {static_cast<QWidget *>(m_ui.signInButton), static_cast<QWidget *>(m_ui.createButton)}) {
         button->setFont(PanelStyle::font(14));
@@ -70,6 +71,7 @@ void PanelAccountTab::updateAccountTab(bool panelOpen)
             static_cast<QWidget *>(m_ui.signInButton), static_cast<QWidget *>(m_ui.createButton)}) {
         widget->setVisible(state.controlsVisible);
     }
+    m_ui.signInFailure->setFailure(state.controlsVisible ? m_session.signinFailure() : QString());
     if (state.spinning) {
         m_ui.progressIndicator->startAnimation();
     } else {

@@ -3,8 +3,10 @@
 
 #include "ui/PanelLabels.h"
 
+#include "foundation/UntrustedText.h"
 #include "ui/AccessibleRole.h"
 #include "ui/PanelStyle.h"
+#include "ui/TextFitting.h"
 
 #include <QEvent>
 #include <QPainter>
@@ -19,6 +21,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int gap = 6; // between text and detail
+constexpr int failureMargin = 10;
 constexpr double leastDetail = 0.25; // of the width, however long the text is
 constexpr double mostDetail = 0.6;
 
@@ -47,6 +50,45 @@ void SecondaryLabel::paintEvent(QPaintEvent *)
     painter.drawText(contentsRect(), static_cast<int>(aligned.toInt()) | wrap, text());
 }
 
+FailureLabel::FailureLabel(QWidget *parent)
+    : QLabel(parent)
+{
+    setTextFormat(Qt::PlainText);
+    setWordWrap(true);
+    setAlignment(Qt::AlignCenter);
+    setContentsMargins(failureMargin, failureMargin, failureMargin, failureMargin);
+    hide();
+}
+
+FailureLabel::~FailureLabel() = default;
+
+void FailureLabel::setFailure(const QString &failure)
+{
+    constexpr qsizetype mostShown = 300;
+    if (failure == m_failure) {
+        return;
+    }
+    m_failure = failure;
+    setText(breakable(severalLines(failure, mostShown)));
+    setToolTip(failure.size() > mostShown ? plainToolTip(failure) : QString());
+    setVisible(!failure.isEmpty());
+    if (isVisible()) {
+        QAccessibleEvent raised(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&raised);
+    }
+}
+
+void FailureLabel::paintEvent(QPaintEvent *event)
+{
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(PanelStyle::priorityFill(palette()));
+    painter.drawRoundedRect(rect(), failureMargin / 2.0, failureMargin / 2.0);
+    painter.end();
+    QLabel::paintEvent(event);
+}
+
 SeparatorLine::SeparatorLine(QWidget *parent)
     : QWidget(parent)
 {
@@ -73,8 +115,8 @@ ElidedLabel::~ElidedLabel() = default;
 void ElidedLabel::setText(const QString &text, const QString &detail)
 {
     if (text != m_text || detail != m_detail) {
-        m_text = text;
-        m_detail = detail;
+        m_text = oneLine(text);
+        m_detail = oneLine(detail);
         setAccessibleName(this->text());
         lay();
     }

@@ -20,6 +20,25 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
+/// Says below a form why it failed; gone while there is nothing to say.
+class FailureLabel final : public QLabel {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(FailureLabel)
+
+public:
+    explicit FailureLabel(QWidget *parent = nullptr);
+    ~FailureLabel() override;
+
+    /// Of a very long @p failure the beginning, and the rest in a tool tip.
+    void setFailure(const QString &failure);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QString m_failure;
+};
+
 /// A line between parts of the panel.
 class SeparatorLine final : public QWidget {
     Q_OBJECT

@@ -8,6 +8,7 @@
 #include "alerts/BrevokAlert.h"
 #include "foundation/BoundedWork.h"
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "targets/BrevokTargetApps.h"
 #include "targets/TargetJudgement.h"
 #include "targets/TargetLook.h"
@@ -166,7 +167,7 @@ void BrevokPreferencesController::setTargetPath(const QString &path)
 {
     QComboBox &popUp = *m_outlets->targetPath;
     popUp.setItemData(sheetPathItem, path);
-    popUp.setItemText(sheetPathItem, path.isEmpty() ? Texts::tr("None") : singleLine(path));
+    popUp.setItemText(sheetPathItem, path.isEmpty() ? Texts::tr("None") : oneLine(path));
     popUp.setCurrentIndex(sheetPathItem);
     popUp.setToolTip(plainToolTip(path));
     m_outlets->addTarget->setEnabled(!path.isEmpty());
@@ -273,7 +274,7 @@ void BrevokPreferencesController::insertChosenTarget()
     const QString type = m_outlets->targetApp->currentIndex() > 0 ? u"InCopy"_s : u"InDesign"_s;
     const QString version = targetVersion(m_outlets->targetVer->currentIndex());
     if (const std::optional<QString> reason = whyNoTarget(targetPath(), version, m_look)) {
-        m_outlets->sheetStatus->setText(breakable(singleLine(*reason)));
+        m_outlets->sheetStatus->setText(breakable(oneLine(*reason)));
         return;
     }
     m_with.targets.insertTarget(targetPath(), type, version);

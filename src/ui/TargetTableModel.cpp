@@ -4,6 +4,7 @@
 #include "ui/TargetTableModel.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "targets/BrevokTargetApps.h"
 #include "targets/MarketingNames.h"
 #include "ui/TargetOrder.h"
@@ -68,7 +69,7 @@ void TargetTableModel::update()
 
 QString TargetTableModel::getCellLabelForRow(int row) const
 {
-    return singleLine(targetCellLabel(path(row), m_targets.targets().value(path(row))));
+    return oneLine(targetCellLabel(path(row), m_targets.targets().value(path(row))));
 }
 
 int TargetTableModel::rowCount(const QModelIndex &parent) const

@@ -3,14 +3,17 @@
 
 #include "ui/TextFitting.h"
 
+#include "foundation/UntrustedText.h"
+
 #include <QTextBoundaryFinder>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-QString breakable(const QString &text)
+QString breakable(const QString &shown)
 {
+    const QString text = severalLines(shown);
     constexpr qsizetype longestWord = 30;
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
     QString result;
@@ -25,19 +28,6 @@ QString breakable(const QString &text)
             run = 1;
         }
         result += character;
-    }
-    return result;
-}
-
-QString singleLine(const QString &text)
-{
-    QString result = text;
-    for (QChar &character : result) {
-        const QChar::Category category = character.category();
-        if (category == QChar::Other_Control || category == QChar::Separator_Line
-            || category == QChar::Separator_Paragraph) {
-            character = u' ';
-        }
     }
     return result;
 }

@@ -4,6 +4,7 @@
 #include "updates/Appcast.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "updates/UpdateErrors.h"
 
 #include <QXmlStreamReader>
@@ -44,7 +45,7 @@ QString textOfElement(QXmlStreamReader &xml)
 // What names a version is short; anything else is none.
 QString shortText(const QString &text)
 {
-    return text.size() <= valueLimit ? text : QString();
+    return text.size() <= valueLimit ? oneLine(text) : QString();
 }
 
 QUrl addressFrom(const QString &text)
@@ -59,14 +60,14 @@ void keep(QString &value, const QString &text)
     }
 }
 
-void readEnclosure(const QXmlStreamAttributes &attributes, AppcastItem &item)
+// Whether it is for this system: what names none may be anything.
+bool readEnclosure(const QXmlStreamAttributes &attributes, AppcastItem &item)
 {
     const auto own = [&attributes](QLatin1StringView name) {
         return attributes.value(updateNamespace, name).toString();
     };
-    const QString system = own("os"_L1);
-    if (!item.address.isEmpty() || (!system.isEmpty() && system != thisSystem)) {
-        return;
+    if (own("os"_L1) != thisSystem) {
+        return false;
     }
     item.address = addressFrom(attributes.value(u"url"_s).toString());
     bool isNumber = false;
@@ -75,6 +76,7 @@ void readEnclosure(const QXmlStreamAttributes &attributes, AppcastItem &item)
     item.signature = own("edSignature"_L1).toLatin1();
     keep(item.version, own("version"_L1));
     keep(item.displayVersion, own("shortVersionString"_L1));
+    return true;
 }
 
 void readOwnElement(QXmlStreamReader &xml, AppcastItem &item)
@@ -87,27 +89,31 @@ void readOwnElement(QXmlStreamReader &xml, AppcastItem &item)
         keep(item.displayVersion, text);
     } else if (name == "minimumSystemVersion"_L1) {
         keep(item.minimumSystemVersion, text);
+    } else if (name == "channel"_L1) {
+        item.channel = text;
     } else if (name == "releaseNotesLink"_L1 && item.releaseNotesLink.isEmpty()) {
         item.releaseNotesLink = addressFrom(text);
     }
 }
 
-AppcastItem readItem(QXmlStreamReader &xml)
+// Nothing for an item that is for other systems.
+std::optional<AppcastItem> readItem(QXmlStreamReader &xml)
 {
     AppcastItem item;
+    bool isForUs = false;
     while (xml.readNextStartElement()) {
         if (xml.namespaceUri() == updateNamespace) {
             readOwnElement(xml, item);
         } else if (xml.name() == "description"_L1) {
             item.description = textOfElement(xml);
         } else {
-            if (xml.name() == "enclosure"_L1) {
-                readEnclosure(xml.attributes(), item);
+            if (xml.name() == "enclosure"_L1 && !isForUs) {
+                isForUs = readEnclosure(xml.attributes(), item);
             }
             xml.skipCurrentElement();
         }
     }
-    return item;
+    return isForUs ? std::optional(item) : std::nullopt;
 }
 
 QList<AppcastItem> readChannels(QXmlStreamReader &xml)
@@ -119,10 +125,10 @@ QList<AppcastItem> readChannels(QXmlStreamReader &xml)
             continue;
         }
         while (xml.readNextStartElement()) {
-            if (xml.name() == "item"_L1) {
-                items.append(readItem(xml));
-            } else {
+            if (xml.name() != "item"_L1) {
                 xml.skipCurrentElement();
+            } else if (const std::optional<AppcastItem> item = readItem(xml)) {
+                items.append(*item);
             }
         }
     }

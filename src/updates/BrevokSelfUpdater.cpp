@@ -5,6 +5,7 @@
 
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
 #include "platform/SettingsStore.h"
 #include "platform/SoftwareInstaller.h"
 #include "service/ServiceClient.h"
@@ -147,6 +148,7 @@ void BrevokSelfUpdater::choose(const QList<AppcastItem> &items)
     const UpdateChoice choice = chooseUpdate(items,
         {.installedVersion = m_with.version,
             .systemVersion = m_with.systemVersion,
+            .channel = m_with.source.channel,
             .skippedVersion = m_byUser ? QString() : m_with.settings.value(skippedKey).toString()});
     if (!choice.refusal.isEmpty()) {
         logLine(choice.refusal);
@@ -185,7 +187,7 @@ void BrevokSelfUpdater::offer(const AppcastItem &item, const QString &notes)
     const bool sameAgain = m_state.phase == Phase::Offered && m_item.version == item.version;
     m_item = item;
     m_state.version = item.shownVersion();
-    m_state.notes = notes.size() <= notesSizeLimit ? notes : QString();
+    m_state.notes = notes.size() <= notesSizeLimit ? severalLines(notes, notesSizeLimit) : QString();
     if (!sameAgain) {
         m_state.byUser = m_byUser;
         enter(Phase::Offered);

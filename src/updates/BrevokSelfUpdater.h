@@ -48,6 +48,7 @@ public:
     explicit BrevokSelfUpdater(Collaborators with, QObject *parent = nullptr);
     ~BrevokSelfUpdater() override;
 
+    [[nodiscard]] bool canUpdate() const override { return m_with.source.canUpdate(); }
     [[nodiscard]] bool automaticallyChecksForUpdates() const override;
     void setAutomaticallyChecksForUpdates(bool automatically) override;
     void checkForUpdates() override;

@@ -25,8 +25,9 @@ bool suits(const AppcastItem &item, const UpdateRules &rules)
     const bool systemSuits = item.minimumSystemVersion.isEmpty() || rules.systemVersion.isEmpty()
         || !isNewer(item.minimumSystemVersion, rules.systemVersion);
     const bool skipped = !rules.skippedVersion.isEmpty() && !isNewer(item.version, rules.skippedVersion);
-    return !item.version.isEmpty() && isNewer(item.version, rules.installedVersion) && systemSuits
-        && !skipped;
+    const bool channelSuits = item.channel.isEmpty() || item.channel == rules.channel;
+    return channelSuits && !item.version.isEmpty() && isNewer(item.version, rules.installedVersion)
+        && systemSuits && !skipped;
 }
 
 QString refusalOf(const AppcastItem &item)

@@ -11,6 +11,7 @@ namespace brevok {
 struct UpdateRules {
     QString installedVersion; ///< only newer ones are updates
     QString systemVersion; ///< empty when the system does not tell: then every minimum is met
+    QString channel{}; ///< offered beside the stable one; may be empty
     QString skippedVersion{}; ///< neither this one nor an older one is offered; may be empty
 };
 

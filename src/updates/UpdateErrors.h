@@ -18,6 +18,7 @@ enum class UpdateError {
     UnreadableFeed,
     UnsafeItem, ///< the feed offers a newer version that cannot be taken
     WrongSignature,
+    WrongPackage, ///< signed, but not what the feed announced
     FileFailure,
 };
 

@@ -5,6 +5,7 @@
 
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
+#include "platform/SoftwareInstaller.h"
 #include "service/ServiceClient.h"
 #include "updates/PackageSignature.h"
 #include "updates/UpdateErrors.h"
@@ -30,10 +31,30 @@ QString packageName(const QUrl &address)
     return u"tolvane-brevok-update."_s + (plainEnding.match(ending).hasMatch() ? ending : u"package"_s);
 }
 
-bool isSound(QFile &file, const AppcastItem &item, const QByteArray &publicKey)
+bool isSignedWhole(QFile &file, const AppcastItem &item, const QByteArray &publicKey)
 {
     const uchar *data = file.size() == item.length ? file.map(0, item.length) : nullptr;
     return isSigned(data, item.length, signatureFrom(item.signature), publicKey);
+}
+
+// A package's version may have an epoch before and a revision behind the program's own.
+bool isAnnounced(const SoftwareIdentity &package, const AppcastItem &item)
+{
+    static const QRegularExpression epoch(u"^[0-9]+:"_s);
+    const QString version = QString(package.version).remove(epoch);
+    const qsizetype revision = version.lastIndexOf(u'-');
+    return package.name == "tolvane-brevok"_L1
+        && (version == item.shownVersion()
+            || (revision > 0 && version.first(revision) == item.shownVersion()));
+}
+
+std::optional<UpdateError> faultOf(QFile &file, const AppcastItem &item, const QByteArray &publicKey)
+{
+    if (!isSignedWhole(file, item, publicKey)) {
+        return UpdateError::WrongSignature;
+    }
+    const std::optional<SoftwareIdentity> package = softwareIdentity(file.fileName());
+    return package && isAnnounced(*package, item) ? std::nullopt : std::optional(UpdateError::WrongPackage);
 }
 
 } // namespace
@@ -107,23 +128,28 @@ void UpdatePackage::verify()
         return;
     }
     inBackground([self = QPointer<UpdatePackage>(this), file = m_file, item = m_item, key = m_publicKey] {
-        const bool sound = isSound(*file, item, key);
-        onMain(QCoreApplication::instance(), [self, sound] {
+        const std::optional<UpdateError> fault = faultOf(*file, item, key);
+        onMain(QCoreApplication::instance(), [self, fault] {
             if (self) {
-                self->verified(sound);
+                self->verified(fault);
             }
         });
     });
     Q_EMIT verifying();
 }
 
-void UpdatePackage::verified(bool sound)
+void UpdatePackage::verified(const std::optional<UpdateError> &fault)
 {
-    m_sound = sound;
-    if (sound) {
+    m_sound = !fault;
+    if (m_sound) {
         Q_EMIT ready();
+    } else if (fault == UpdateError::WrongPackage) {
+        fail(updateError(*fault,
+            Texts::tr("The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and "
+                      "the file was removed.")
+                .arg(m_item.shownVersion())));
     } else {
-        fail(updateError(UpdateError::WrongSignature,
+        fail(updateError(*fault,
             Texts::tr("The downloaded update is not signed by the maker of Tolvane Brevok. It was not "
                       "installed, and the file was removed.")));
     }

@@ -13,10 +13,11 @@
 namespace brevok {
 
 class ServiceClient;
+enum class UpdateError;
 
 /// The package of one update on its way to this machine: downloaded into a private folder, its length checked
-/// while it arrives, its signature once it is complete. Whatever is not as it must be is removed at once;
-/// what is, goes with this object. Main thread.
+/// while it arrives, its signature and what it says of itself once it is complete. Whatever is not as it must
+/// be is removed at once; what is, goes with this object. Main thread.
 class UpdatePackage final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(UpdatePackage)
@@ -36,14 +37,15 @@ public:
 Q_SIGNALS:
     void progress(qint64 done, qint64 total);
     void verifying();
-    /// The file at path() is what its maker signed. It stays open, and nobody may write to it any more.
+    /// The file at path() is what its maker signed and the feed announced. It stays open, and nobody may
+    /// write to it any more.
     void ready();
     void failed(const brevok::BrevokError &error);
 
 private:
     [[nodiscard]] bool prepareFolder() const;
     void verify();
-    void verified(bool sound);
+    void verified(const std::optional<UpdateError> &fault);
     void fail(const BrevokError &error);
 
     ServiceClient &m_service;

@@ -16,7 +16,8 @@ UpdateSource updateSourceOfBuild(const ServiceConfiguration &service)
 {
     const QString feed = QStringLiteral(BREVOK_UPDATE_FEED_URL);
     return {.feed = feed.isEmpty() ? service.url(u"/appcast.xml"_s) : QUrl(feed, QUrl::StrictMode),
-        .publicKey = publicKeyFrom(QByteArrayLiteral(BREVOK_UPDATE_PUBLIC_KEY))};
+        .publicKey = publicKeyFrom(QByteArrayLiteral(BREVOK_UPDATE_PUBLIC_KEY)),
+        .channel = QStringLiteral(BREVOK_UPDATE_CHANNEL)};
 }
 
 QString systemVersion()

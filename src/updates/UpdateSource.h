@@ -15,11 +15,13 @@ struct ServiceConfiguration;
 struct UpdateSource {
     QUrl feed; ///< the appcast, https
     QByteArray publicKey; ///< ed25519, 32 bytes; empty when this build cannot verify updates
+    QString channel{}; ///< whose versions are offered too, such as "beta"; may be empty
 
     [[nodiscard]] bool canUpdate() const { return !publicKey.isEmpty(); }
 };
 
-/// What the build says (BREVOK_UPDATE_FEED_URL, BREVOK_UPDATE_PUBLIC_KEY). A build that names no feed takes
+/// What the build says (BREVOK_UPDATE_FEED_URL, BREVOK_UPDATE_PUBLIC_KEY, BREVOK_UPDATE_CHANNEL). A build
+/// that names no feed takes
 /// "/appcast.xml" of the service.
 [[nodiscard]] UpdateSource updateSourceOfBuild(const ServiceConfiguration &service);
 

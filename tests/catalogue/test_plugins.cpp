@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CatalogueFixture.h"
+#include "foundation/Secrets.h"
 #include "service/ReplyDecoding.h"
 #include "support/LogCapture.h"
 
@@ -259,6 +260,14 @@ void PluginsTest::repliesAreHandled_data()
     QTest::addRow("257 characters") << 200 << QByteArray("\xc3\xa4").repeated(257) << 0.5 << 3600 << u"0"_s
                                     << bad
             + QStringList{u"Received 514 bytes of data"_s, response(QString(256, QChar(0xe4))),
+                u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
+    keepSecret(u"the session-7"_s);
+    QTest::addRow("page that repeats the request")
+        << 200 << QByteArray("<pre>Cookie:\x1b SessionId=the session-7\n\"the+session-7\"</pre>") << 0.5
+        << 3600 << u"0"_s
+        << bad
+            + QStringList{u"Received 59 bytes of data"_s,
+                response(u"<pre>Cookie:  SessionId=(not logged) \"(not logged)\"</pre>"_s),
                 u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
     QTest::addRow("304") << 304 << QByteArray("[]") << -30.0 << -1 << QString()
                          << QStringList{u"Plugins update failed with response: 304 - not modified"_s};

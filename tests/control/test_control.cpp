@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "client/CommandLine.h"
+#include "client/Output.h"
 #include "client/Tables.h"
 #include "control/ControlService.h"
 #include "control/SettingsDocument.h"
@@ -200,6 +201,10 @@ void ControlTest::statusIsShownToPeople()
         client::statusText({{u"updates"_s, 1}, {u"packages"_s, packagesDocument(packages, statuses)},
             {u"targets"_s, targetsDocument(records)}, {u"installer"_s, QJsonObject{{u"version"_s, 15}}}});
     QVERIFY2(!text.contains(QChar(0x1b)), "control characters of a name must not reach the terminal");
+    const QJsonObject odd{{u"name"_s, u"a\x1b\u009b2J\u202Eb 😀 é"_s}};
+    const QString json = client::documentText(odd);
+    QVERIFY(!json.contains(u'\u009b') && !json.contains(u'\u202E') && json.contains(u"😀 é"_s));
+    QCOMPARE(QJsonDocument::fromJson(json.toUtf8()).object(), odd);
     QVERIFY(text.contains(u"Mixed Not Updated  A"_s));
     QVERIFY(text.contains(u"Missing Data       B"_s));
     QVERIFY(text.contains(u"Adobe InDesign CC 2019  missing  /b/"_s));

@@ -27,6 +27,7 @@ namespace {
 
 class NoUpdater final : public SelfUpdater {
 public:
+    [[nodiscard]] bool canUpdate() const override { return true; }
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
     void checkForUpdates() override { }

@@ -61,6 +61,18 @@ class Output(unittest.TestCase):
             with self.subTest(words=words):
                 self.assert_failure_document(self.session.ctl(*words, check=False), FAILED)
 
+    def test_a_service_does_not_steer_the_terminal(self):
+        session = self.session
+        session.publish("Red\x1b[31m\u009b2J\u202eevil", "0xE", "1.0\x07", 140)
+        session.start_application()
+        session.ctl("check")
+        for words in (["status"], ["status", "--json"], ["install", "0xE"], ["install", "0xE", "--json"]):
+            result = session.ctl(*words, check=False)
+            printed = result.stdout + result.stderr
+            self.assertIn("Red", printed, words)
+            self.assertEqual([c for c in printed if c in "\x1b\x07\u009b\u202e"], [], words)
+        self.assertNotIn("\x1b", session.log())
+
     def assert_failure_document(self, result, status):
         self.assertEqual(result.returncode, status, result.stderr)
         document = json.loads(result.stdout)

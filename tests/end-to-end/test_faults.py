@@ -13,6 +13,15 @@ from brevok_session import Session, information, wait_for
 
 PROGRAMS = pathlib.Path(sys.argv.pop(1))
 
+LOOPBACK_UP = """
+import ctypes, fcntl, socket, struct, sys
+spaces = [open(f"/proc/{sys.argv[1]}/ns/{kind}") for kind in ("user", "net")]
+for space in spaces:
+    assert ctypes.CDLL(None).setns(space.fileno(), 0) == 0
+SIOCSIFFLAGS, IFF_UP = 0x8914, 1
+fcntl.ioctl(socket.socket(), SIOCSIFFLAGS, struct.pack("16sh14x", b"lo", IFF_UP))
+"""
+
 
 class Faults(unittest.TestCase):
     def setUp(self):
@@ -114,6 +123,21 @@ class Faults(unittest.TestCase):
             self.assertIn(kept, (str(level),) if level % 2 else (str(level), str(level - 1)))
         self.assertEqual(session.package_status("0xA"), "Up To Date")
         self.assertEqual(list(session.settings_file().parent.glob("*unreadable*")), [])
+
+    def test_network_that_returns(self):
+        session = self.session
+        alone = ["unshare", "--map-current-user", "--net"]  # a network of its own, in which nothing is up yet
+        if subprocess.run([*alone, "true"], check=False, capture_output=True).returncode:
+            self.skipTest("no network of its own is allowed here")
+        usual = session.application_command
+        session.application_command = lambda *more: [*alone, *usual(*more)]
+        session.start_application()
+        failed = ("Plugins update failed with error", "Packages update failed with error")
+        self.assertFalse([line for line in failed if line in session.log()], "nothing can have been asked for")
+        # There is a network now, but no service in it: that both lists were asked for is in the log.
+        subprocess.run([sys.executable, "-c", LOOPBACK_UP, str(session.application.pid)], check=True)
+        wait_for(lambda: all(line in session.log() for line in failed), "both lists are asked for")
+        self.assertEqual([session.log().count(line) for line in failed], [1, 1])
 
     def test_archives_that_are_not_what_they_should_be(self):
         session = self.session

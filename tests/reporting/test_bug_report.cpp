@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/Log.h"
+#include "foundation/Secrets.h"
 #include "reporting/ReportSnapshot.h"
 #include "ReportRig.h"
 
@@ -367,6 +368,7 @@ void BugReportTest::secretsStayOut()
     ReportRig rig;
     setLogLevel(1);
     rig.sessionId = u"s3cret-id"_s;
+    keepSecret(rig.sessionId); // as the session does
     const auto echo = [](const Request &request) {
         Response response = Response::ok("you are " + request.header("Cookie"));
         response.headers = {{"Set-Cookie", "token=s3cret-token"}};

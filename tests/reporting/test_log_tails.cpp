@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "foundation/Secrets.h"
 #include "reporting/LogTails.h"
 #include "support/Privileges.h"
 #include "support/SampleBundles.h"
@@ -45,6 +46,9 @@ void LogTailsTest::tails_data()
     QTest::newRow("a character is cut through")
         << "a" + "ä"_ba.repeated(128000) + "b" << QString(127999, u'ä') + u'b';
     QTest::newRow("no UTF-8") << "a\xff\xfe\xc3(\n"_ba << u"a\ufffd\ufffd\ufffd(\n"_s;
+    keepSecret(u"s3cret-id"_s);
+    QTest::newRow("a session id, as an earlier version logged it")
+        << "Cookie: SessionId=s3cret-id\n"_ba << u"Cookie: SessionId=(not logged)\n"_s;
     QTest::newRow("NUL") << QByteArray("a\0b", 3) << QString(u"a\0b"_s);
 }
 

@@ -26,6 +26,8 @@ inline constexpr int otherAction = 7;
 class CountingUpdater final : public SelfUpdater {
 public:
     int checks = 0;
+    bool can = true;
+    [[nodiscard]] bool canUpdate() const override { return can; }
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
     void checkForUpdates() override { }

@@ -52,6 +52,7 @@ private Q_SLOTS:
     void signsOutWithTheCookie();
     void replies_data();
     void replies();
+    void updatesThatThisCopyCannotGet();
     void forcedSignout_data();
     void forcedSignout();
     void recordIsWrittenBetweenRequestsOnly();
@@ -210,6 +211,18 @@ void TestSession::replies()
         const QString expected = line.contains(u"%1"_s) ? line.arg(stage.server.url(path).toString()) : line;
         QVERIFY2(LogCapture::contains(expected), qPrintable(LogCapture::lines().join(u'\n')));
     }
+}
+
+void TestSession::updatesThatThisCopyCannotGet()
+{
+    Stage stage;
+    stage.updater.can = false;
+    stage.server.on(signinPath, Response{.headers = {{"X-Tolvane-Brevok-Response-Code", "1"}}, .body = "x"});
+    stage.request(SessionSignin);
+    QTRY_COMPARE(stage.presenter.shown.size(), 1);
+    QCOMPARE(stage.shownText(0),
+        u"There is critical update of Tolvane Brevok application.|This copy cannot update itself. You can get the new version at %1."_s
+            .arg(stage.server.url().toString()));
 }
 
 void TestSession::forcedSignout_data()

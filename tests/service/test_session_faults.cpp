@@ -5,6 +5,8 @@
 #include "SessionStage.h"
 #include "support/LogCapture.h"
 
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -37,6 +39,10 @@ private Q_SLOTS:
     void certificates_data();
     void certificates();
     void redirectsLeadNowhereElse();
+    void messagesOfTheService_data();
+    void messagesOfTheService();
+    void idsThatCannotTravel_data();
+    void idsThatCannotTravel();
 
 private:
     std::unique_ptr<LogCapture> log;
@@ -166,6 +172,85 @@ void TestSessionFaults::redirectsLeadNowhereElse()
     QTRY_VERIFY(stage.ended == 1 && !stage.session->isUpdating());
     QVERIFY(!stage.succeeded);
     QVERIFY(elsewhere.requests().isEmpty());
+}
+
+void TestSessionFaults::messagesOfTheService_data()
+{
+    QTest::addColumn<QString>("typed"); // as the password
+    QTest::addColumn<QByteArray>("message"); // as JSON
+    QTest::addColumn<QString>("shown");
+    const QByteArray password =
+        QJsonDocument(QJsonArray{brevok::testing::password}).toJson(QJsonDocument::Compact);
+    const auto row = [](const char *name, const QString &typed, const QByteArray &message,
+                         const QString &shown) {
+        QTest::newRow(name) << typed << message << shown;
+    };
+    const QString usual = brevok::testing::password;
+    row("escape sequences", usual, R"("no \u001b[31mway\u0007\u009b2J")", u"no  [31mway  2J"_s);
+    row("line like the log's", usual, R"("no\r\n2026-01-01 10:00:00.000 Tolvane Brevok[1:1] forged")",
+        u"no\n2026-01-01 10:00:00.000 Tolvane Brevok[1:1] forged"_s);
+    row("other direction", usual, R"("abc\u202egnp.exe")", u"abcgnp.exe"_s);
+    row("half a character", usual, R"("a\ud83db")", u"a\uFFFDb"_s);
+    row("repeats the password", usual, "\"wrong: " + password.sliced(2).chopped(1), u"wrong: (not logged)"_s);
+    row("repeats it in HTML", usual, R"("wrong: pass w&#246;rd&quot;!")", u"wrong: (not logged)!"_s);
+    row("repeats it in an address", usual, R"("wrong: pass+w%c3%b6rd%22!")", u"wrong: (not logged)!"_s);
+    row("short password", u"abc"_s, R"("'abc' is no password, abcd is")",
+        u"'(not logged)' is no password, abcd is"_s);
+    row("a megabyte", usual, '"' + QByteArray(1024 * 1024, 'x') + '"', QString(999, u'x') + u'…');
+}
+
+// With and without an alert: what is not shown is told to whoever asked.
+void TestSessionFaults::messagesOfTheService()
+{
+    QFETCH(const QString, typed);
+    QFETCH(const QByteArray, message);
+    QFETCH(const QString, shown);
+    for (const bool alert : {true, false}) {
+        Stage stage;
+        LogCapture::clear();
+        stage.server.on(signinPath,
+            Response::ok(
+                R"({"ErrorCode":)" + QByteArray(alert ? "50" : "1") + R"(,"ErrorMessage":)" + message + '}'));
+        stage.session->signinWithID(u"ada@example.com"_s, typed);
+        QTRY_COMPARE(stage.ended, 1);
+        QCOMPARE(stage.told, shown);
+        QTRY_COMPARE(stage.presenter.shown.size(), alert ? 1 : 0);
+        if (alert) {
+            QCOMPARE(stage.presenter.shown.constFirst().informativeText, shown);
+        }
+        const QStringList lines = LogCapture::lines();
+        const auto bad = std::find_if(lines.cbegin(), lines.cend(), [](const QString &line) {
+            return line.size() > 1500 || line.contains(u'\x1b') || line.contains(u"\n2026"_s);
+        });
+        QVERIFY2(bad == lines.cend(), qPrintable(*bad));
+    }
+}
+
+void TestSessionFaults::idsThatCannotTravel_data()
+{
+    QTest::addColumn<QByteArray>("id"); // as JSON
+    QTest::newRow("header of its own") << R"("id\r\nX-Admin: yes")"_ba;
+    QTest::newRow("cookie of its own") << R"("id; role=admin")"_ba;
+    QTest::newRow("NUL") << R"("i\u0000d")"_ba;
+    QTest::newRow("seven megabytes") << '"' + QByteArray(7 * 1024 * 1024, 'i') + '"';
+}
+
+void TestSessionFaults::idsThatCannotTravel()
+{
+    QFETCH(const QByteArray, id);
+    Stage stage;
+    stage.server.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":)" + id + '}'));
+    stage.request(SessionSignin);
+    QTRY_COMPARE(stage.ended, 1);
+    QVERIFY(!stage.succeeded);
+    QCOMPARE(stage.told, u"Unexpected server response."_s);
+    QVERIFY(stage.session->sessionId().isNull());
+    QVERIFY(!stage.stored().contains("SessionId"_L1));
+
+    // One that an earlier version stored.
+    const QString stored = QJsonDocument::fromJson('[' + id + ']').array().first().toString();
+    const Stage later(20000, {{u"SessionId"_s, stored}});
+    QVERIFY(later.session->sessionId().isNull());
 }
 
 QTEST_GUILESS_MAIN(TestSessionFaults)

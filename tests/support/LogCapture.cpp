@@ -3,6 +3,8 @@
 
 #include "support/LogCapture.h"
 
+#include "foundation/Log.h"
+
 #include <algorithm>
 #include <mutex>
 
@@ -18,7 +20,7 @@ void capture(QtMsgType type, const QMessageLogContext &context, const QString &m
 {
     if (type == QtInfoMsg) {
         const std::lock_guard lock(linesMutex);
-        capturedLines.append(message);
+        capturedLines.append(messageForLog(message));
     } else if (previousHandler != nullptr) {
         previousHandler(type, context, message);
     }

@@ -16,7 +16,7 @@ struct SampleItem {
     QByteArray signature = QByteArray(64, 's').toBase64();
     QByteArray minimum{};
     QByteArray more{}; ///< further elements
-    QByteArray system{};
+    QByteArray system = "linux";
 
     [[nodiscard]] QByteArray xml() const
     {

@@ -3,7 +3,13 @@
 
 #pragma once
 
+#include "support/SampleBundles.h"
+
 #include <QByteArray>
+#include <QFile>
+#include <QHash>
+#include <QProcess>
+#include <QTemporaryDir>
 
 #include <sodium.h>
 
@@ -34,14 +40,34 @@ struct SampleMaker {
     }
 };
 
-/// What is signed.
-inline QByteArray samplePackage()
+/// A package of the application with some hundred kilobytes in it, which is what is signed.
+inline QByteArray samplePackage(
+    const QByteArray &version = "101-1", const QByteArray &name = "tolvane-brevok")
 {
-    QByteArray package = "!<arch>\n";
-    for (quint32 seed = 3; package.size() < 300000; seed = seed * 1664525 + 1013904223) {
-        package += QByteArray::number(seed >> 4, 36);
+    static QHash<QByteArray, QByteArray> made; // two of the same content have other dates
+    QByteArray &known = made[name + '_' + version];
+    if (!known.isEmpty()) {
+        return known;
     }
-    return package;
+    const QTemporaryDir scratch;
+    const QString root = scratch.filePath(QStringLiteral("root"));
+    QByteArray content;
+    for (quint32 seed = 3; content.size() < 300000; seed = seed * 1664525 + 1013904223) {
+        content += QByteArray::number(seed >> 4, 36);
+    }
+    const QByteArray control = "Package: " + name + "\nVersion: " + version
+        + "\nArchitecture: all\nMaintainer: Nobody <nobody@example.com>\nDescription: sample\n";
+    QFile package(scratch.filePath(QStringLiteral("sample.deb")));
+    if (!writeFile(root + QStringLiteral("/DEBIAN/control"), control)
+        || !writeFile(root + QStringLiteral("/usr/share/sample"), content)
+        || QProcess::execute(QStringLiteral("dpkg-deb"),
+               {QStringLiteral("-Znone"), QStringLiteral("--root-owner-group"), QStringLiteral("--build"),
+                   root, package.fileName()})
+            != 0
+        || !package.open(QIODevice::ReadOnly)) {
+        qFatal("dpkg-deb does not work");
+    }
+    return known = package.readAll();
 }
 
 } // namespace brevok::testing

@@ -23,6 +23,7 @@ using namespace Qt::StringLiterals;
 
 class IdleUpdater final : public SelfUpdater {
 public:
+    [[nodiscard]] bool canUpdate() const override { return true; }
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
     void checkForUpdates() override { }

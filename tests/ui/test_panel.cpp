@@ -173,6 +173,40 @@ private Q_SLOTS:
         QTRY_COMPARE(tabs->currentWidget(), rig.child<QWidget>("accountTab"));
     }
 
+    // Nothing pops up about a reply that is not understood: the form says it, until the next attempt.
+    void saysWhySigningInFailed()
+    {
+        FaultServer server(TestCertificates::shared().valid());
+        Response answer = Response::of(401, "<html>Go away</html>");
+        server.on(u"/api/machine/signin"_s, [&answer](const Request &) { return answer; });
+        PanelRig rig(false, server.url(), TestCertificates::shared().authorities());
+        rig.open();
+        auto *failure = rig.child<FailureLabel>("signInFailure");
+        const auto attempt = [&rig] {
+            rig.child<QLineEdit>("orlecIdField")->setText(u"ada@example.com"_s);
+            rig.child<QLineEdit>("passwordField")->setText(u"analytical"_s);
+            rig.panel->signIn();
+        };
+        QVERIFY(failure->isHidden());
+        attempt();
+        QTRY_COMPARE(failure->text(), u"Wrong user name or password."_s);
+        QVERIFY(failure->isVisible() && rig.rig.presenter.shown.isEmpty());
+        QTRY_VERIFY(failure->height() >= failure->heightForWidth(failure->width()));
+
+        answer = Response::ok(R"({"ErrorCode":1,"ErrorMessage":")" + QByteArray(2000, 'x') + R"("})");
+        attempt();
+        QVERIFY(failure->isHidden());
+        QTRY_VERIFY(failure->isVisible() && failure->text().size() < 400);
+        QVERIFY(failure->toolTip().size() > 1000);
+        const QRect inWindow(failure->mapTo(rig.panel->window(), QPoint()), failure->size());
+        QTRY_VERIFY(rig.panel->window()->rect().contains(inWindow));
+
+        answer = Response::ok(R"({"ErrorCode":0,"SessionId":"new"})");
+        attempt();
+        QTRY_COMPARE(rig.session->sessionId(), u"new"_s);
+        QVERIFY(failure->isHidden());
+    }
+
     void showsHostileNamesAsText()
     {
         PanelRig rig(true);

@@ -42,6 +42,7 @@ namespace {
 
 class NoUpdater final : public SelfUpdater {
 public:
+    [[nodiscard]] bool canUpdate() const override { return true; }
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
     void setAutomaticallyChecksForUpdates(bool) override { }
     void checkForUpdates() override { }
@@ -498,6 +499,8 @@ void PreferencesTest::accountPageFollowsTheSession()
     QTest::keyClicks(password, u"secret"_s);
     QTest::keyClick(password, Qt::Key_Return);
     QTRY_COMPARE(signedOut.presenter.shown.size(), 1); // the network is down
+    QTRY_COMPARE(signedOut.find<QLabel>("brevokStatus")->text(),
+        u"Network is unreachable. Is your internet connection down?"_s);
     QCOMPARE(signedOut.session->orlecId(), u"eve@example.com"_s);
     QCOMPARE(email->text(), u"eve@example.com"_s);
     signedOut.click("createAccountLink");

@@ -51,16 +51,17 @@ private Q_SLOTS:
 void AppcastTest::choices_data()
 {
     QTest::addColumn<QByteArray>("items");
+    QTest::addColumn<QString>("channel");
     QTest::addColumn<QString>("skipped");
     QTest::addColumn<QString>("chosen");
     QTest::addColumn<bool>("refused");
     const auto row = [](const char *name, const QList<SampleItem> &items, const QString &chosen,
-                         bool refused = false, const QString &skipped = {}) {
+                         bool refused = false, const QString &skipped = {}, const QString &channel = {}) {
         QByteArray xml;
         for (const SampleItem &item : items) {
             xml += item.xml();
         }
-        QTest::newRow(name) << xml << skipped << chosen << refused;
+        QTest::newRow(name) << xml << channel << skipped << chosen << refused;
     };
     const QByteArray link = "http://localhost/brevok.deb";
     row("nothing", {}, {});
@@ -76,6 +77,23 @@ void AppcastTest::choices_data()
         u"102"_s);
     row("for another system", {{.version = "103", .system = "macos"}, {.version = "102", .system = "linux"}},
         u"102"_s);
+    row("for no system that is named", {{.version = "103", .system = ""}, {.version = "102"}}, u"102"_s);
+    row("a disk image alone",
+        {{.version = "",
+            .url = "http://localhost/x.dmg",
+            .more = "<sparkle:version>103</sparkle:version>",
+            .system = "macos"}},
+        {});
+    const QByteArray beta = "<sparkle:channel>beta</sparkle:channel>";
+    const QByteArray nightly = "<sparkle:channel>nightly</sparkle:channel>";
+    row("of channels that nobody asked for",
+        {{.version = "103", .more = beta}, {.version = "102"}, {.version = "104", .more = nightly}},
+        u"102"_s);
+    row("of the channel that was asked for",
+        {{.version = "103", .more = beta}, {.version = "102"}, {.version = "104", .more = nightly}}, u"103"_s,
+        false, {}, u"beta"_s);
+    row("older in the channel", {{.version = "103", .more = beta}, {.version = "104"}}, u"104"_s, false, {},
+        u"beta"_s);
     row("an address without TLS", {{.version = "101", .url = link}}, {}, true);
     row("a secure older one", {{.version = "102", .url = link}, {.version = "101"}}, u"101"_s, true);
     row("an insecure older one", {{.version = "101", .url = link}, {.version = "102"}}, u"102"_s);
@@ -101,6 +119,7 @@ void AppcastTest::choices_data()
 void AppcastTest::choices()
 {
     QFETCH(const QByteArray, items);
+    QFETCH(const QString, channel);
     QFETCH(const QString, skipped);
     QFETCH(const QString, chosen);
     QFETCH(const bool, refused);
@@ -108,8 +127,11 @@ void AppcastTest::choices()
     std::optional<BrevokError> error;
     const QList<AppcastItem> parsed = parseAppcast(sampleFeed(items), &error);
     QVERIFY(!error);
-    const UpdateChoice choice = chooseUpdate(
-        parsed, {.installedVersion = u"100"_s, .systemVersion = u"12"_s, .skippedVersion = skipped});
+    const UpdateChoice choice = chooseUpdate(parsed,
+        {.installedVersion = u"100"_s,
+            .systemVersion = u"12"_s,
+            .channel = channel,
+            .skippedVersion = skipped});
     QCOMPARE(choice.item ? choice.item->version : QString(), chosen);
     QCOMPARE(!choice.refusal.isEmpty(), refused);
 }

@@ -156,6 +156,15 @@ void UpdateInstallTest::refusedPackages_data()
     QTest::newRow("one bit of the package is another") << Response::ok(flipped) << package << wrongSignature;
     QTest::newRow("somebody signed something else") << Response::ok(package) << flipped << wrongSignature;
     QTest::newRow("somebody else signed it") << Response::ok(package) << QByteArray() << wrongSignature;
+    const QString otherPackage =
+        u"The downloaded update is not version 101 of Tolvane Brevok. It was not installed, and the file was removed."_s;
+    const auto other = [&otherPackage](const char *name, const QByteArray &bytes) {
+        QTest::newRow(name) << Response::ok(bytes) << bytes << otherPackage;
+    };
+    other("an older version", samplePackage("100-1"));
+    other("a version that begins like it", samplePackage("101.5"));
+    other("another package of the maker's", samplePackage("101-1", "tolvane-brevok-demo"));
+    other("no package", QByteArray(300000, 'x'));
     QTest::newRow("one byte is missing")
         << Response::ok(package.chopped(1)) << package
         << u"The download has %1 of the expected %2 bytes."_s.arg(package.size() - 1).arg(size);
@@ -181,7 +190,8 @@ void UpdateInstallTest::refusedPackages()
     UpdaterStage stage(response.fault == Fault::Stall ? shortTimeout : patient);
     const QByteArray signature =
         signedBytes.isEmpty() ? SampleMaker().sign(stage.package) : stage.maker.sign(signedBytes);
-    stage.servePackage({}, signature, stage.package.size());
+    const QByteArray &announced = response.body == signedBytes ? signedBytes : stage.package;
+    stage.servePackage({}, signature, announced.size());
     stage.server.on(packagePath, response);
     stage.updater->checkForUpdates();
     QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);

@@ -6,6 +6,7 @@
 #include "client/Output.h"
 #include "client/Tables.h"
 #include "ControlProxy.h"
+#include "foundation/UntrustedText.h"
 
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
@@ -185,7 +186,9 @@ void CommandRunner::handleResult(const QDBusMessage &reply)
 void CommandRunner::showProgress(const QString &, const QString &plugin, qint64 done, qint64 expected)
 {
     m_progressShown = true;
-    printNote(u"\r\x1b[K%1: %2 of %3 MB"_s.arg(plugin, megabytes(done), megabytes(expected)));
+    constexpr qsizetype longestName = 60;
+    printNote(
+        u"\r\x1b[K%1: %2 of %3 MB"_s.arg(oneLine(plugin, longestName), megabytes(done), megabytes(expected)));
 }
 
 void CommandRunner::endWith(const QString &result)

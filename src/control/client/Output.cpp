@@ -3,6 +3,8 @@
 
 #include "client/Output.h"
 
+#include "foundation/UntrustedText.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 
@@ -40,12 +42,22 @@ void printNote(const QString &text)
 
 void printComplaint(const QString &reason)
 {
-    printNote(u"brevokctl: %1\n"_s.arg(reason));
+    printNote(u"brevokctl: %1\n"_s.arg(severalLines(reason)));
 }
 
 QString documentText(const QJsonObject &document)
 {
-    return QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)) + u'\n';
+    const auto json = QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact));
+    QString text;
+    text.reserve(json.size() + 1);
+    for (const QChar character : json) {
+        if (character.isSurrogate() || isHarmless(character)) {
+            text += character;
+        } else {
+            text += u"\\u%1"_s.arg(static_cast<uint>(character.unicode()), 4, 16, QChar(u'0'));
+        }
+    }
+    return text + u'\n';
 }
 
 QString failuresText(const QStringList &failures)

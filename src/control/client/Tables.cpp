@@ -3,6 +3,8 @@
 
 #include "client/Tables.h"
 
+#include "foundation/UntrustedText.h"
+
 #include <QList>
 #include <QStringList>
 
@@ -11,17 +13,6 @@ namespace brevok::client {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-// Texts of the service are shown on a terminal: control characters must not reach it.
-QString printable(QString text)
-{
-    for (QChar &c : text) {
-        if (c.category() == QChar::Other_Control || c.category() == QChar::Other_Format) {
-            c = u' ';
-        }
-    }
-    return text;
-}
 
 QString table(const QList<QStringList> &rows)
 {
@@ -69,8 +60,8 @@ QString targetsText(const QJsonArray &targets)
     QList<QStringList> rows{{u"TARGET"_s, u"STATE"_s, u"PATH"_s}};
     for (const QJsonValue value : targets) {
         const QJsonObject target = value.toObject();
-        rows.append({printable(target[u"label"_s].toString()), stateOf(target),
-            printable(target[u"path"_s].toString())});
+        rows.append(
+            {oneLine(target[u"label"_s].toString()), stateOf(target), oneLine(target[u"path"_s].toString())});
     }
     return table(rows);
 }
@@ -78,7 +69,7 @@ QString targetsText(const QJsonArray &targets)
 QString statusText(const QJsonObject &status)
 {
     const QJsonObject session = status[u"session"_s].toObject();
-    const QString email = printable(session[u"email"_s].toString());
+    const QString email = oneLine(session[u"email"_s].toString());
     QString text = session[u"signedIn"_s].toBool() ? u"Signed in as %1"_s.arg(email) : u"Signed out"_s;
     if (session[u"updating"_s].toBool()) {
         text += u" (a request is under way)"_s;
@@ -91,8 +82,8 @@ QString statusText(const QJsonObject &status)
     const QJsonArray packages = status[u"packages"_s].toArray();
     for (const QJsonValue value : packages) {
         const QJsonObject package = value.toObject();
-        rows.append({printable(package[u"name"_s].toString()), printable(package[u"version"_s].toString()),
-            package[u"statusName"_s].toString(), printable(package[u"prefix"_s].toString())});
+        rows.append({oneLine(package[u"name"_s].toString()), oneLine(package[u"version"_s].toString()),
+            package[u"statusName"_s].toString(), oneLine(package[u"prefix"_s].toString())});
     }
     text += packages.isEmpty() ? u"No packages.\n"_s : table(rows);
     text += u'\n' + targetsText(status[u"targets"_s].toArray());

@@ -4,6 +4,7 @@
 #include "platform/linux/DesktopNotifications.h"
 
 #include "foundation/Log.h"
+#include "foundation/UntrustedText.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -55,9 +56,9 @@ void DesktopNotifications::present(const UserNotification &notification)
 void DesktopNotifications::send(const UserNotification &notification, bool bodyIsMarkup)
 {
     QDBusMessage call = callOf(QStringLiteral("Notify"));
-    const QString &text = notification.informativeText;
+    const QString text = severalLines(notification.informativeText);
     const QVariantMap hints{{QStringLiteral("desktop-entry"), m_identifier}};
-    call.setArguments({m_displayName, replacesNone, m_identifier, notification.title,
+    call.setArguments({m_displayName, replacesNone, m_identifier, oneLine(notification.title),
         bodyIsMarkup ? text.toHtmlEscaped() : text, QStringList(), hints, asTheServerLikes});
     m_bus.asyncCall(call);
 }

@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "app/NetworkReturn.h"
+
+#include "service/Connectivity.h"
+
+namespace brevok {
+
+namespace {
+
+// A link that comes up changes the routes several times, and name servers follow last.
+constexpr int settlingMs = 1000;
+
+} // namespace
+
+NetworkReturn::NetworkReturn(RouteLookup &routes, const Connectivity &connectivity, QObject *parent)
+    : QObject(parent)
+    , m_connectivity(connectivity)
+    , m_reachability(Reachability::reachabilityForInternetConnection(routes))
+    , m_settled(this)
+    , m_lost(!connectivity.checkNetworkReachability())
+{
+    m_settled.setSingleShot(true);
+    m_settled.setInterval(settlingMs);
+    connect(&m_settled, &QTimer::timeout, this, [this] {
+        m_lost = false;
+        Q_EMIT returned();
+    });
+    connect(m_reachability.get(), &Reachability::networkReachabilityChanged, this, &NetworkReturn::look);
+    m_reachability->startNotifier();
+}
+
+NetworkReturn::~NetworkReturn() = default;
+
+// Asked is what every request asks first.
+void NetworkReturn::look()
+{
+    if (!m_connectivity.checkNetworkReachability()) {
+        m_lost = true;
+        m_settled.stop();
+    } else if (m_lost && !m_settled.isActive()) {
+        m_settled.start();
+    }
+}
+
+} // namespace brevok

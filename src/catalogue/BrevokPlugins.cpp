@@ -27,6 +27,16 @@ ListRefresh::Wording wording()
         .failedWithContent = u"Plugins definitions update failed!"_s};
 }
 
+QList<Record> recordsOf(const QList<DefinitionPtr> &definitions)
+{
+    QList<Record> records;
+    records.reserve(definitions.size());
+    for (const DefinitionPtr &definition : definitions) {
+        records.append(definition->record);
+    }
+    return records;
+}
+
 } // namespace
 
 BrevokPlugins::BrevokPlugins(
@@ -47,7 +57,7 @@ BrevokPlugins::BrevokPlugins(
     connect(&state, &StateStore::becameReadable, this, [this] {
         Q_EMIT pluginsWillChange();
         load();
-        Q_EMIT pluginsChanged();
+        Q_EMIT pluginsChanged({});
         start();
     });
     connect(&state, &StateStore::everythingWanted, this, [this] {
@@ -72,6 +82,7 @@ BrevokPlugins *BrevokPlugins::plugins()
 void BrevokPlugins::load()
 {
     m_tables = {};
+    m_prefixes.clear();
     const int unusable = m_tables.load(
         m_state.entries(CatalogueKeys::pluginsData), m_state.entries(CatalogueKeys::pluginPrefixes));
     if (unusable > 0) {
@@ -124,14 +135,38 @@ DefinitionSnapshot BrevokPlugins::snapshot() const
     const DefinitionIndex &index = m_tables.byPrefix();
     snapshot.reserve(index.size());
     for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
-        QList<Record> records;
-        records.reserve(entry.value().size());
-        for (const DefinitionPtr &definition : entry.value()) {
-            records.append(definition->record);
-        }
-        snapshot.insert(entry.key(), records);
+        snapshot.insert(entry.key(), recordsOf(entry.value()));
     }
     return snapshot;
+}
+
+QList<Record> BrevokPlugins::snapshotOf(const QString &prefix) const
+{
+    return recordsOf(m_tables.byPrefix().value(prefix));
+}
+
+QSet<QString> BrevokPlugins::prefixesWith(const QString &name) const
+{
+    if (m_prefixes.isEmpty()) {
+        const DefinitionIndex &index = m_tables.byPrefix();
+        for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
+            for (const DefinitionPtr &definition : entry.value()) {
+                m_prefixes[definition->record.value(PluginKeys::name).toString()].insert(entry.key());
+            }
+        }
+    }
+    return m_prefixes.value(name);
+}
+
+QStringList BrevokPlugins::namesOf(const QStringList &keys) const
+{
+    QStringList names;
+    for (const QString &key : keys) {
+        if (const DefinitionPtr known = definition(key)) {
+            names.append(known->record.value(PluginKeys::name).toString());
+        }
+    }
+    return names;
 }
 
 DefinitionPtr BrevokPlugins::definition(const QString &key) const
@@ -161,9 +196,11 @@ void BrevokPlugins::updateWithArray(QJsonArray list)
 {
     Q_EMIT pluginsWillChange();
     const DefinitionTables::ListedKeys listed = m_tables.merge(newestBuilds(std::exchange(list, {})));
-    Q_EMIT pluginsChanged();
+    m_prefixes.clear();
+    Q_EMIT pluginsChanged({});
     // After the announcement: observers see this with the next change.
     m_tables.dropWhatIsNotListed(listed);
+    m_prefixes.clear();
     save();
 }
 
@@ -184,13 +221,13 @@ void BrevokPlugins::change(
         }
     }
     save(context, std::move(stored));
-    Q_EMIT pluginsChanged();
+    Q_EMIT pluginsChanged(namesOf(keys));
 }
 
-void BrevokPlugins::announceChange()
+void BrevokPlugins::announceChange(const QStringList &keys)
 {
     Q_EMIT pluginsWillChange();
-    Q_EMIT pluginsChanged();
+    Q_EMIT pluginsChanged(namesOf(keys));
 }
 
 void BrevokPlugins::discardActions()

@@ -28,7 +28,7 @@ Q_SIGNALS:
     void finished();
 
 protected:
-    [[nodiscard]] QList<Record> definitions() const;
+    [[nodiscard]] QList<Record> definitions() const { return m_with.plugins.snapshotOf(m_prefix); }
     [[nodiscard]] DefinitionPtr definition(const QString &key) const
     {
         return m_with.plugins.definition(key);

@@ -35,7 +35,13 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     , m_state(collaborators.state)
     , m_refresh(new ListRefresh(
           wording(), collaborators.state, collaborators.service, collaborators.alerts,
-          [this](const QJsonArray &list) { updateWithArray(list); }, this))
+          {.read =
+                  [this](const QJsonArray &list, const QByteArray & /*mark*/) {
+                      return [this, list] {
+                          updateWithArray(list);
+                      };
+                  }},
+          this))
     , m_icons(new PackageIcons(
           collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
     , m_statuses(new PackageStatuses(m_packages, collaborators.plugins, collaborators.targets, this))

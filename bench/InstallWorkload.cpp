@@ -67,6 +67,23 @@ void InstallWorkload::remove()
     QDir(m_rig.dataFolder() + u"/140"_s).removeRecursively();
 }
 
+bool InstallWorkload::refresh(const QByteArray &list)
+{
+    bool taken = false;
+    m_rig.service.lists.clear();
+    m_rig.plugins.checkForUpdates([&taken](bool ok) { taken = ok; });
+    m_rig.service.lists.takeFirst().handler({.status = 200, .body = list, .headers = {}, .error = {}});
+    int stored = -1;
+    while (stored < 0) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        if (std::exchange(taken, false)) {
+            m_rig.state.commit({}, &m_rig.flow, [&stored](const auto &error) { stored = error ? 0 : 1; });
+        }
+    }
+    waitUntilSettled(0);
+    return stored == 1;
+}
+
 void InstallWorkload::waitUntilSettled(int operations)
 {
     const BrevokPackages &packages = m_rig.packages;

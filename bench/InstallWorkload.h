@@ -17,6 +17,8 @@ public:
     qsizetype install();
     /// Removes them and their archives.
     void remove();
+    /// Takes a list of plug-ins, until it is stored and the statuses are calculated. @return whether it is
+    [[nodiscard]] bool refresh(const QByteArray &list);
 
 private:
     void waitUntilSettled(int operations);

@@ -54,11 +54,18 @@ ListWorkload::ListWorkload() = default;
 
 qsizetype ListWorkload::run(const QByteArray &list)
 {
-    m_plugins.reset();
-    m_state.emplace(m_folder.filePath(u"store-%1.sqlite"_s.arg(++m_runs)));
-    m_plugins.emplace(*m_state, m_service, m_alerts);
+    ++m_runs;
+    load();
     m_plugins->start();
     return answer(list);
+}
+
+qsizetype ListWorkload::load()
+{
+    m_plugins.reset();
+    m_state.emplace(m_folder.filePath(u"store-%1.sqlite"_s.arg(m_runs)));
+    m_plugins.emplace(*m_state, m_service, m_alerts);
+    return m_plugins->pluginIndex().size();
 }
 
 qsizetype ListWorkload::runAgain(const QByteArray &list)
@@ -103,14 +110,25 @@ StatusWorkload::StatusWorkload()
     }
     m_plugins.emplace(m_scratch.store, m_service, *m_alerts);
     m_plugins->updateWithArray(builds);
-    m_packages.emplace(BrevokPackages::Collaborators{
-        m_scratch.store, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
+    makePackages();
     m_packages->updateWithArray(products);
     // What was changed just now is read again each time.
     constexpr unsigned long settlingMs = 2100;
     QThread::msleep(settlingMs);
     run();
     run();
+}
+
+void StatusWorkload::makePackages()
+{
+    m_packages.emplace(BrevokPackages::Collaborators{
+        m_scratch.store, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
+}
+
+qsizetype StatusWorkload::runFresh()
+{
+    makePackages();
+    return run();
 }
 
 qsizetype StatusWorkload::runFirst() const

@@ -26,6 +26,8 @@ public:
     qsizetype run(const QByteArray &list);
     /// Takes another list, or the same, into the state of the last run.
     qsizetype runAgain(const QByteArray &list);
+    /// What the last run stored, as a start of the program loads it.
+    qsizetype load();
 
 private:
     qsizetype answer(const QByteArray &list);
@@ -46,6 +48,8 @@ public:
     StatusWorkload();
     /// Calculates every status again, with nothing changed on disk. @return how many packages are up to date
     qsizetype run();
+    /// The same with packages made anew.
+    qsizetype runFresh();
     /// Calculates every status as the first calculation after a start does.
     [[nodiscard]] qsizetype runFirst() const;
     /// The paths of all property lists that run() reads.
@@ -54,6 +58,8 @@ public:
     qsizetype readPropertyLists() const;
 
 private:
+    void makePackages();
+
     QTemporaryDir m_folder;
     QStringList m_propertyLists;
     testing::ScratchStateStore m_scratch;

@@ -28,6 +28,7 @@ int main(int argc, char *argv[])
             result += workload == QLatin1StringView("list-yardstick")
                 ? QJsonDocument::fromJson(list).array().size()
                 : workload == QLatin1StringView("list-again") ? ours.runAgain(list)
+                : workload == QLatin1StringView("list-load")  ? ours.load()
                                                               : ours.run(list);
         }
     } else if (workload.startsWith(QLatin1StringView("install-"))) {

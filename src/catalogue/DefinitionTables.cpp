@@ -39,11 +39,11 @@ Places placesIn(const QList<DefinitionPtr> &definitions)
 }
 
 // @return whether that changed the definition
-bool ensurePrefix(PluginDefinition &definition, const QString &prefix)
+bool ensurePrefix(PluginDefinition &definition, const QJsonValue &prefix)
 {
     const QJsonValue known = definition.record.value(PluginKeys::prefixes);
     QJsonArray prefixes = known.toArray();
-    const bool missing = !prefix.isEmpty() && !prefixes.contains(prefix);
+    const bool missing = !prefixes.contains(prefix) && !nonEmptyString(prefix).isNull();
     if (missing) {
         prefixes.append(prefix);
     }
@@ -125,28 +125,22 @@ bool hasPendingCommands(const Record &definition)
     return !definition.value(PluginKeys::commandQueue).toArray().isEmpty();
 }
 
-DefinitionPtr DefinitionTables::entered(const Record &definition)
-{
-    const QString key = buildKey(definition);
-    DefinitionPtr &entry = m_byBuild[key];
-    if (!entry) {
-        entry = std::make_shared<PluginDefinition>(PluginDefinition{key, definition});
-    }
-    return entry;
-}
-
-int DefinitionTables::place(const QString &prefix, const QList<Record> &records)
+int DefinitionTables::place(const QString &prefix, const QList<PluginDefinition> &stored)
 {
     int unusable = 0;
     QList<DefinitionPtr> definitions;
-    for (Record record : records) {
+    definitions.reserve(stored.size());
+    for (const auto &[key, record] : stored) {
         if (nonEmptyString(record.value(PluginKeys::name)).isNull()) {
             ++unusable;
             continue;
         }
-        unusable += removeUnusableState(record);
-        const DefinitionPtr definition = entered(record);
-        ensurePrefix(*definition, nonEmptyString(record.value(PluginKeys::prefix)));
+        DefinitionPtr &definition = m_byBuild[key];
+        if (!definition) {
+            definition = std::make_shared<PluginDefinition>(PluginDefinition{key, record});
+            unusable += removeUnusableState(definition->record);
+        }
+        ensurePrefix(*definition, record.value(PluginKeys::prefix));
         if (definition->record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
             definition->record.remove(PluginKeys::savedVersion);
         }
@@ -165,12 +159,13 @@ int DefinitionTables::load(const StateEntries &builds, const StateEntries &prefi
             ++unusable;
             continue;
         }
-        QList<Record> records;
+        QList<PluginDefinition> stored;
         const QJsonArray keys = entry->value(buildsKey).toArray();
-        for (const QJsonValue key : keys) {
-            records.append(builds.value(key.toString()));
+        for (const QJsonValue value : keys) {
+            const QString key = value.toString();
+            stored.append({key, builds.value(key)});
         }
-        unusable += place(entry.key(), records);
+        unusable += place(entry.key(), stored);
     }
     return unusable;
 }
@@ -183,12 +178,13 @@ int DefinitionTables::loadLists(const Record &stored)
             ++unusable;
             continue;
         }
-        QList<Record> records;
+        QList<PluginDefinition> definitions;
         const QJsonArray elements = entry.value().toArray();
         for (const QJsonValue element : elements) {
-            records.append(element.toObject());
+            const Record record = element.toObject();
+            definitions.append({buildKey(record), record});
         }
-        unusable += place(entry.key(), records);
+        unusable += place(entry.key(), definitions);
     }
     noteChangeOfEverything();
     return unusable;

@@ -43,8 +43,7 @@ public:
     void discardCommands();
 
 private:
-    int place(const QString &prefix, const QList<Record> &records);
-    DefinitionPtr entered(const Record &definition);
+    int place(const QString &prefix, const QList<PluginDefinition> &stored);
     DefinitionPtr mergedBuild(ListedBuild &build);
     void merge(ListedPrefix &listed);
 

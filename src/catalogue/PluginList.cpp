@@ -117,16 +117,18 @@ PluginList newestBuilds(QJsonArray list)
     QList<ListedBuild> selected = selectedBuilds(std::exchange(list, {}), result.allValid);
     // Only now, when nothing else refers to the elements, is no copy made of them.
     QHash<QString, qsizetype> groups;
+    QList<QJsonArray> prefixes; // one for all builds of a group
     for (ListedBuild &build : selected) {
         const auto known = groups.constFind(build.prefix);
         const qsizetype group = known == groups.cend() ? result.prefixes.size() : *known;
         if (known == groups.cend()) {
             groups.insert(build.prefix, group);
             result.prefixes.append({.prefix = build.prefix});
+            prefixes.append({build.prefix});
         }
         build.record.remove(PluginKeys::commandQueue);
         build.record.remove(PluginKeys::savedVersion);
-        build.record.insert(PluginKeys::prefixes, QJsonArray{build.prefix});
+        build.record.insert(PluginKeys::prefixes, prefixes[group]);
         result.prefixes[group].builds.append(std::move(build));
     }
     for (ListedPrefix &group : result.prefixes) {

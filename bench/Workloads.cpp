@@ -24,12 +24,12 @@ namespace {
 
 constexpr std::array hostVersions{75, 80, 140, 150, 160, 163, 170, 180, 190, 200};
 
-Record definition(int number, int hostVersion)
+Record definition(int number, int hostVersion, int edition = 2)
 {
     return {
         {PluginKeys::name, u"Plugin %1"_s.arg(number)},
         {PluginKeys::prefix, u"0x%1"_s.arg(number, 6, 16, QChar(u'0'))},
-        {PluginKeys::version, u"2.%1.0"_s.arg(number % 17)},
+        {PluginKeys::version, u"%1.%2.0"_s.arg(edition).arg(number % 17)},
         {PluginKeys::hostVersion, hostVersion},
         {PluginKeys::size, 1000000 + number},
         {PluginKeys::link, u"https://localhost/archives/%1/Plugin%2.zip"_s.arg(hostVersion).arg(number)},
@@ -40,11 +40,12 @@ Record definition(int number, int hostVersion)
 
 } // namespace
 
-QByteArray pluginList(int count)
+QByteArray pluginList(int count, int edition)
 {
     QJsonArray list;
     for (int i = 0; i < count; ++i) {
-        list.append(definition(i / 10, hostVersions.at(static_cast<size_t>(i) % hostVersions.size())));
+        list.append(
+            definition(i / 10, hostVersions.at(static_cast<size_t>(i) % hostVersions.size()), edition));
     }
     return QJsonDocument(list).toJson(QJsonDocument::Compact);
 }
@@ -53,14 +54,32 @@ ListWorkload::ListWorkload() = default;
 
 qsizetype ListWorkload::run(const QByteArray &list)
 {
-    SqliteStateStore state(m_folder.filePath(u"store-%1.sqlite"_s.arg(++m_runs)));
-    BrevokPlugins plugins(state, m_service, m_alerts);
-    plugins.start();
-    ServiceReply reply;
-    reply.status = 200;
-    reply.body = list;
-    m_service.answerList(reply);
-    return plugins.pluginIndex().size();
+    ++m_runs;
+    load();
+    m_plugins->start();
+    return answer(list);
+}
+
+qsizetype ListWorkload::load()
+{
+    m_plugins.reset();
+    m_state.emplace(m_folder.filePath(u"store-%1.sqlite"_s.arg(m_runs)));
+    m_plugins.emplace(*m_state, m_service, m_alerts);
+    return m_plugins->pluginIndex().size();
+}
+
+qsizetype ListWorkload::runAgain(const QByteArray &list)
+{
+    m_plugins->checkForUpdates();
+    return answer(list);
+}
+
+qsizetype ListWorkload::answer(const QByteArray &list)
+{
+    m_service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
+    QEventLoop stored;
+    m_state->commit({}, &stored, [&stored](const auto &error) { stored.exit(error ? 1 : 0); });
+    return stored.exec() == 0 ? m_plugins->pluginIndex().size() : 0;
 }
 
 StatusWorkload::StatusWorkload()
@@ -91,14 +110,25 @@ StatusWorkload::StatusWorkload()
     }
     m_plugins.emplace(m_scratch.store, m_service, *m_alerts);
     m_plugins->updateWithArray(builds);
-    m_packages.emplace(BrevokPackages::Collaborators{
-        m_scratch.store, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
+    makePackages();
     m_packages->updateWithArray(products);
     // What was changed just now is read again each time.
     constexpr unsigned long settlingMs = 2100;
     QThread::msleep(settlingMs);
     run();
     run();
+}
+
+void StatusWorkload::makePackages()
+{
+    m_packages.emplace(BrevokPackages::Collaborators{
+        m_scratch.store, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
+}
+
+qsizetype StatusWorkload::runFresh()
+{
+    makePackages();
+    return run();
 }
 
 qsizetype StatusWorkload::runFirst() const

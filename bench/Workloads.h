@@ -16,21 +16,29 @@
 namespace brevok::bench {
 
 /// A list of plug-ins as the service sends it, with @p count elements.
-[[nodiscard]] QByteArray pluginList(int count);
+[[nodiscard]] QByteArray pluginList(int count, int edition = 2);
 
 /// Decodes, validates, merges and stores a plug-in list, with a state kept on disk.
 class ListWorkload {
 public:
     ListWorkload();
-    /// @return how many definitions are stored
+    /// Takes the list into an empty state. @return how many prefixes are stored
     qsizetype run(const QByteArray &list);
+    /// Takes another list, or the same, into the state of the last run.
+    qsizetype runAgain(const QByteArray &list);
+    /// What the last run stored, as a start of the program loads it.
+    qsizetype load();
 
 private:
+    qsizetype answer(const QByteArray &list);
+
     QTemporaryDir m_folder;
     testing::FakeServiceClient m_service;
     testing::ScriptedAlertPresenter m_presenter;
     testing::RecordingPanel m_panel;
     BrevokAlertQueue m_alerts{m_presenter, m_panel};
+    std::optional<SqliteStateStore> m_state;
+    std::optional<BrevokPlugins> m_plugins;
     int m_runs = 0;
 };
 
@@ -40,6 +48,8 @@ public:
     StatusWorkload();
     /// Calculates every status again, with nothing changed on disk. @return how many packages are up to date
     qsizetype run();
+    /// The same with packages made anew.
+    qsizetype runFresh();
     /// Calculates every status as the first calculation after a start does.
     [[nodiscard]] qsizetype runFirst() const;
     /// The paths of all property lists that run() reads.
@@ -48,6 +58,8 @@ public:
     qsizetype readPropertyLists() const;
 
 private:
+    void makePackages();
+
     QTemporaryDir m_folder;
     QStringList m_propertyLists;
     testing::ScratchStateStore m_scratch;

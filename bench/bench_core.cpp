@@ -4,6 +4,7 @@
 // Each benchmark of ours stands beside its yardstick; run with random interleaving, their repetitions are
 // pairs.
 
+#include "InstallWorkload.h"
 #include "Workloads.h"
 
 #include <benchmark/benchmark.h>
@@ -43,6 +44,37 @@ void pluginListOurs(benchmark::State &state)
     }
 }
 
+void pluginListAgain(benchmark::State &state)
+{
+    const QByteArray list = bench::pluginList(listLength);
+    bench::ListWorkload workload;
+    workload.run(list);
+    for ([[maybe_unused]] auto _ : state) {
+        require(workload.runAgain(list) == listLength / 10);
+    }
+}
+
+void install(benchmark::State &state, int definitions)
+{
+    bench::InstallWorkload workload(definitions);
+    for ([[maybe_unused]] auto _ : state) {
+        require(workload.install() == bench::InstallWorkload::plugins);
+        state.PauseTiming();
+        workload.remove();
+        state.ResumeTiming();
+    }
+}
+
+void installBesideFew(benchmark::State &state)
+{
+    install(state, 100);
+}
+
+void installBesideMany(benchmark::State &state)
+{
+    install(state, listLength);
+}
+
 bench::StatusWorkload &statusWorkload()
 {
     static bench::StatusWorkload workload;
@@ -75,6 +107,9 @@ void statusAgain(benchmark::State &state)
 
 BENCHMARK(pluginListYardstick)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
 BENCHMARK(pluginListOurs)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(pluginListAgain)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
+BENCHMARK(installBesideFew)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
+BENCHMARK(installBesideMany)->Unit(benchmark::kMillisecond)->UseRealTime()->Iterations(1);
 BENCHMARK(statusYardstick)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
 BENCHMARK(statusFirst)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
 BENCHMARK(statusAgain)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "InstallWorkload.h"
 #include "Workloads.h"
 
 #include <QCoreApplication>
@@ -22,10 +23,19 @@ int main(int argc, char *argv[])
     if (workload.startsWith(QLatin1StringView("list"))) {
         const QByteArray list = bench::pluginList(20000);
         bench::ListWorkload ours;
+        result = ours.run(list);
         for (int i = 0; i < times; ++i) {
             result += workload == QLatin1StringView("list-yardstick")
                 ? QJsonDocument::fromJson(list).array().size()
-                : ours.run(list);
+                : workload == QLatin1StringView("list-again") ? ours.runAgain(list)
+                : workload == QLatin1StringView("list-load")  ? ours.load()
+                                                              : ours.run(list);
+        }
+    } else if (workload.startsWith(QLatin1StringView("install-"))) {
+        bench::InstallWorkload ours(workload.section(QLatin1Char('-'), 1).toInt());
+        for (int i = 0; i < times; ++i) {
+            result += ours.install();
+            ours.remove();
         }
     } else {
         bench::StatusWorkload ours;

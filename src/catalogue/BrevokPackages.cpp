@@ -5,7 +5,7 @@
 
 #include "catalogue/CatalogueKeys.h"
 #include "catalogue/ListRefresh.h"
-#include "catalogue/StatusRun.h"
+#include "catalogue/PackageStatuses.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "targets/BrevokTargetApps.h"
@@ -30,29 +30,32 @@ ListRefresh::Wording wording()
 
 } // namespace
 
-bool BrevokPackages::ByName::operator()(const QString &a, const QString &b) const
-{
-    const int order = a.compare(b, Qt::CaseInsensitive);
-    return order != 0 ? order < 0 : a < b;
-}
-
 BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     : QObject(parent)
     , m_state(collaborators.state)
-    , m_plugins(collaborators.plugins)
-    , m_targets(collaborators.targets)
     , m_refresh(new ListRefresh(
           wording(), collaborators.state, collaborators.service, collaborators.alerts,
-          [this](const QJsonArray &list) { updateWithArray(list); }, this))
+          {.read =
+                  [this](const QJsonArray &list, const QByteArray & /*mark*/) {
+                      return [this, list] {
+                          updateWithArray(list);
+                      };
+                  }},
+          this))
     , m_icons(new PackageIcons(
           collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
-    , m_known(std::make_unique<StatusMemory>())
+    , m_statuses(new PackageStatuses(m_packages, collaborators.plugins, collaborators.targets, this))
 {
     if (sharedPackages == nullptr) {
         sharedPackages = this;
     }
     m_statusTimer.setSingleShot(true);
-    connect(&m_statusTimer, &QTimer::timeout, this, &BrevokPackages::notifyPackageStatuses);
+    connect(&m_statusTimer, &QTimer::timeout, this, [this] {
+        notifyPackageStatuses();
+        m_statuses->calculateRest();
+    });
+    connect(m_statuses, &PackageStatuses::calculated, this, &BrevokPackages::statusesCalculated);
+    connect(m_statuses, &PackageStatuses::settled, this, &BrevokPackages::statusesSettled);
     connect(m_refresh, &ListRefresh::due, this, [this] { checkForUpdates(); });
     connect(m_refresh, &ListRefresh::finished, this, &BrevokPackages::checkFinished);
     connect(m_icons, &PackageIcons::iconChanged, this, &BrevokPackages::packagesIconsChanged);
@@ -67,12 +70,16 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     connect(&m_state, &StateStore::everythingWanted, this, &BrevokPackages::saveEverything);
 
     load();
-    if (!m_packages.empty()) {
+    if (!m_packages.byName().empty()) {
         calculatePackageStatuses();
     }
-    observe();
-    // A change from here on is calculated at once, beside the calculation that may be under way.
-    m_updating = false;
+    connect(this, &BrevokPackages::packagesChanged, this, &BrevokPackages::calculatePackageStatuses);
+    connect(&collaborators.targets, &BrevokTargetApps::targetsChanged, this,
+        &BrevokPackages::calculatePackageStatuses);
+    connect(&collaborators.plugins, &BrevokPlugins::pluginsChanged, this, [this](const QStringList &plugins) {
+        plugins.isEmpty() ? m_statuses->calculate() : m_statuses->calculateFor(plugins);
+    });
+    m_statuses->letNextBegin(); // a change from here on is calculated at once
 }
 
 BrevokPackages::~BrevokPackages()
@@ -95,14 +102,17 @@ BrevokPackages *BrevokPackages::packages()
 
 void BrevokPackages::load()
 {
-    m_packages.clear();
+    m_packages = {};
     m_unsaved.clear();
-    m_notified = m_state.entries(CatalogueKeys::notifiedPackages).keys();
+    const QStringList notified = m_state.entries(CatalogueKeys::notifiedPackages).keys();
+    m_notified = {notified.cbegin(), notified.cend()};
+    m_undecided = m_notified;
     int unusable = 0;
     const StateEntries stored = m_state.entries(CatalogueKeys::packagesData);
     for (const Record &package : stored) {
         if (const QString name = nonEmptyString(package.value(PackageKeys::name)); !name.isNull()) {
-            m_packages.insert_or_assign(name, package);
+            m_packages.put(name, package);
+            m_undecided.insert(name);
         } else {
             ++unusable;
         }
@@ -114,7 +124,7 @@ void BrevokPackages::load()
 
 void BrevokPackages::loadStoredIcons()
 {
-    for (const auto &[name, package] : m_packages) {
+    for (const auto &[name, package] : m_packages.byName()) {
         m_icons->ensureIcon(name);
         if (const QString path = nonEmptyString(package.value(PackageKeys::iconPath)); !path.isNull()) {
             m_icons->load(name, path);
@@ -123,21 +133,39 @@ void BrevokPackages::loadStoredIcons()
     Q_EMIT packagesIconsChanged();
 }
 
-void BrevokPackages::observe()
-{
-    connect(this, &BrevokPackages::packagesChanged, this, &BrevokPackages::calculatePackageStatuses);
-    connect(&m_plugins, &BrevokPlugins::pluginsChanged, this, &BrevokPackages::calculatePackageStatuses);
-    connect(&m_targets, &BrevokTargetApps::targetsChanged, this, &BrevokPackages::calculatePackageStatuses);
-}
-
 QList<Record> BrevokPackages::packageRecords() const
 {
     QList<Record> records;
-    records.reserve(static_cast<qsizetype>(m_packages.size()));
-    for (const auto &entry : m_packages) {
-        records.append(entry.second);
+    records.reserve(static_cast<qsizetype>(m_packages.byName().size()));
+    for (const auto &[name, package] : m_packages.byName()) {
+        records.append(package);
     }
     return records;
+}
+
+QList<Record> BrevokPackages::packagesWithPrefix(const QString &prefix) const
+{
+    QList<Record> records;
+    const QStringList names = m_packages.namesWith(prefix);
+    for (const QString &name : names) {
+        records.append(m_packages.byName().at(name));
+    }
+    return records;
+}
+
+const QHash<QString, PackageStatus> &BrevokPackages::packagesStatus() const
+{
+    return m_statuses->all();
+}
+
+bool BrevokPackages::updating() const
+{
+    return m_statuses->updating();
+}
+
+bool BrevokPackages::needUpdate() const
+{
+    return m_statuses->needUpdate();
 }
 
 QTimer *BrevokPackages::updateTimer() const
@@ -182,7 +210,8 @@ void BrevokPackages::enter(const Record &package, const QString &name)
 {
     m_icons->ensureIcon(name);
     noteChange(name);
-    m_packages.insert_or_assign(name, package);
+    m_packages.put(name, package);
+    m_undecided.insert(name);
     const QString path = nonEmptyString(package.value(PackageKeys::iconPath));
     const QString address = nonEmptyString(package.value(PackageKeys::icon));
     if (!path.isNull()) {
@@ -194,18 +223,21 @@ void BrevokPackages::enter(const Record &package, const QString &name)
 
 void BrevokPackages::iconCached(const QString &name, const QString &path)
 {
-    const auto package = m_packages.find(name);
-    if (package != m_packages.end()) {
+    const auto known = m_packages.byName().find(name);
+    if (known != m_packages.byName().end()) {
         noteChange(name);
-        package->second.insert(PackageKeys::iconPath, path);
+        Record package = known->second;
+        package.insert(PackageKeys::iconPath, path);
+        m_packages.put(name, package);
     }
 }
 
 void BrevokPackages::noteChange(const QString &name)
 {
     if (!m_unsaved.contains(name)) {
-        const auto known = m_packages.find(name);
-        m_unsaved.insert(name, known == m_packages.end() ? std::nullopt : std::optional(known->second));
+        const auto known = m_packages.byName().find(name);
+        m_unsaved.insert(
+            name, known == m_packages.byName().end() ? std::nullopt : std::optional(known->second));
     }
 }
 
@@ -213,7 +245,7 @@ void BrevokPackages::save()
 {
     StateChanges changes;
     for (auto entry = m_unsaved.begin(); entry != m_unsaved.end();) {
-        const Record &now = m_packages[entry.key()];
+        const Record &now = m_packages.byName().at(entry.key());
         Record before = entry->value_or(Record());
         const bool differs = now != before;
         before.remove(PackageKeys::iconPath);
@@ -234,7 +266,7 @@ void BrevokPackages::save()
 void BrevokPackages::saveEverything()
 {
     StateChanges changes;
-    for (const auto &[name, package] : m_packages) {
+    for (const auto &[name, package] : m_packages.byName()) {
         changes.append({CatalogueKeys::packagesData, name, package});
     }
     for (const QString &name : std::as_const(m_notified)) {
@@ -242,6 +274,86 @@ void BrevokPackages::saveEverything()
     }
     m_unsaved.clear();
     m_state.commit(changes);
+}
+
+void BrevokPackages::calculatePackageStatuses()
+{
+    m_statuses->calculate();
+}
+
+void BrevokPackages::statusesCalculated(const QStringList &prefixes)
+{
+    for (const QString &prefix : prefixes) {
+        const QStringList names = m_packages.namesWith(prefix);
+        m_undecided.unite({names.cbegin(), names.cend()});
+    }
+    Q_EMIT packagesStatusChanged();
+    notifyPackageStatusesLazily();
+}
+
+void BrevokPackages::notifyPackageStatusesLazily()
+{
+    constexpr int lazyMilliseconds = 1000;
+    m_statusTimer.start(lazyMilliseconds);
+}
+
+bool BrevokPackages::waits(const Record &package) const
+{
+    return waitsForUpdate(
+        packagesStatus().value(package.value(PackageKeys::prefix).toString(), PackageStatus::MissingData));
+}
+
+void BrevokPackages::notifyPackageStatuses()
+{
+    StateChanges changes;
+    QStringList newNames;
+    const QSet<QString> undecided = std::exchange(m_undecided, {});
+    for (const QString &name : undecided) {
+        const auto package = m_packages.byName().find(name);
+        const bool waiting = package != m_packages.byName().end() && waits(package->second);
+        if (waiting == m_notified.contains(name)) {
+            continue;
+        }
+        changes.append(
+            {CatalogueKeys::notifiedPackages, name, waiting ? std::optional(Record()) : std::nullopt});
+        if (waiting) {
+            m_notified.insert(name);
+            newNames.append(name);
+        } else {
+            m_notified.remove(name);
+        }
+    }
+    if (!changes.isEmpty()) {
+        m_state.commit(changes);
+    }
+    m_updates = static_cast<int>(m_notified.size());
+    Q_EMIT updatesChanged(m_updates);
+    if (!m_showNotifications) {
+        showUpdateResult(newNames);
+    }
+}
+
+void BrevokPackages::forgetNotified(const QString &name)
+{
+    if (m_notified.remove(name)) {
+        m_undecided.insert(name);
+        m_state.commit({{CatalogueKeys::notifiedPackages, name, std::nullopt}});
+    }
+}
+
+void BrevokPackages::showUpdateResult(const QStringList &newNames)
+{
+    QString title = Texts::tr("You're up-to-date!");
+    QString label = Texts::tr("There are no new Plug-In updates available.");
+    if (newNames.size() == 1) {
+        title = Texts::tr("Plug-In update available!");
+        label = Texts::tr("%1 Plug-In update is available.").arg(newNames.first());
+    } else if (!newNames.isEmpty()) {
+        title = Texts::tr("Plug-In updates available!");
+        label = Texts::tr("You have %1 Plug-In updates available.").arg(newNames.size());
+    }
+    Q_EMIT updateResult(title, label);
+    m_showNotifications = true;
 }
 
 } // namespace brevok

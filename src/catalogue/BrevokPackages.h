@@ -5,30 +5,15 @@
 
 #include "catalogue/BrevokPlugins.h"
 #include "catalogue/PackageIcons.h"
+#include "catalogue/PackageRecords.h"
 #include "catalogue/PackageStatus.h"
 
 #include <QTimer>
 
-#include <map>
-#include <memory>
-
 namespace brevok {
 
 class BrevokTargetApps;
-struct StatusMemory;
-struct StatusResult;
-
-/// Keys of a package record.
-namespace PackageKeys {
-inline constexpr QLatin1StringView name("Name");
-inline constexpr QLatin1StringView published("Published");
-inline constexpr QLatin1StringView version("Version");
-inline constexpr QLatin1StringView platform("Platform");
-inline constexpr QLatin1StringView icon("Icon");
-inline constexpr QLatin1StringView iconPath("IconPath");
-inline constexpr QLatin1StringView prefix("Prefix");
-inline constexpr QLatin1StringView info("Info");
-} // namespace PackageKeys
+class PackageStatuses;
 
 /// The packages that the service publishes, their icons and their status. Main thread; statuses are
 /// calculated in the background from snapshots.
@@ -55,13 +40,17 @@ public:
 
     /// The observable property `packages`: the records, by name, case-insensitively.
     [[nodiscard]] QList<Record> packageRecords() const;
+    /// Those with @p prefix, in the same order.
+    [[nodiscard]] QList<Record> packagesWithPrefix(const QString &prefix) const;
     [[nodiscard]] const QHash<QString, PackageIcon> &packagesIcons() const { return m_icons->icons(); }
     /// Prefix to status. A prefix without an entry counts as MissingData.
-    [[nodiscard]] const QHash<QString, PackageStatus> &packagesStatus() const { return m_status; }
+    [[nodiscard]] const QHash<QString, PackageStatus> &packagesStatus() const;
+    /// Whether an update waits for this package.
+    [[nodiscard]] bool waits(const Record &package) const;
     /// The packages that the last notification counted as needing an update.
     [[nodiscard]] int updates() const { return m_updates; }
-    [[nodiscard]] bool updating() const { return m_updating; }
-    [[nodiscard]] bool needUpdate() const { return m_needUpdate; }
+    [[nodiscard]] bool updating() const;
+    [[nodiscard]] bool needUpdate() const;
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *updateTimer() const;
     /// Active between notifyPackageStatusesLazily() and the notification.
@@ -98,41 +87,28 @@ Q_SIGNALS:
     void updateResult(const QString &title, const QString &label);
 
 private:
-    /// By name, case-insensitively; names that differ in case only are two names.
-    struct ByName {
-        bool operator()(const QString &a, const QString &b) const;
-    };
-
     void load();
     void loadStoredIcons();
-    void observe();
     void enter(const Record &package, const QString &name);
     void iconCached(const QString &name, const QString &path);
     void noteChange(const QString &name);
     void save();
     void saveEverything();
-    void statusesCalculated(const StatusResult &result, quint64 run);
+    void statusesCalculated(const QStringList &prefixes);
     void showUpdateResult(const QStringList &newNames);
 
     StateStore &m_state;
-    BrevokPlugins &m_plugins;
-    BrevokTargetApps &m_targets;
     ListRefresh *m_refresh;
     PackageIcons *m_icons;
-    std::map<QString, Record, ByName> m_packages;
+    PackageRecords m_packages;
+    PackageStatuses *m_statuses;
     /// What the store holds of the records that changed since they were put there; nothing: no entry.
     QHash<QString, std::optional<Record>> m_unsaved;
-    QStringList m_notified; ///< names last counted as needing an update
-    QHash<QString, PackageStatus> m_status;
-    std::unique_ptr<StatusMemory> m_known; ///< from the latest calculation
+    QSet<QString> m_notified; ///< names last counted as needing an update
+    QSet<QString> m_undecided; ///< names of which that may be otherwise now
     QTimer m_statusTimer;
-    quint64 m_lastRun = 0; ///< number of the calculation begun last
-    quint64 m_appliedRun = 0; ///< number of the latest calculation whose result is shown
-    int m_runsUnderWay = 0;
     int m_updates = 0;
     bool m_showNotifications = true;
-    bool m_updating = false;
-    bool m_needUpdate = false;
 };
 
 } // namespace brevok

@@ -15,6 +15,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr QLatin1StringView markKey("Mark");
+constexpr QLatin1StringView listedKey("Listed");
+
 BrevokPlugins *sharedPlugins = nullptr;
 
 ListRefresh::Wording wording()
@@ -27,6 +30,16 @@ ListRefresh::Wording wording()
         .failedWithContent = u"Plugins definitions update failed!"_s};
 }
 
+QList<Record> recordsOf(const QList<DefinitionPtr> &definitions)
+{
+    QList<Record> records;
+    records.reserve(definitions.size());
+    for (const DefinitionPtr &definition : definitions) {
+        records.append(definition->record);
+    }
+    return records;
+}
+
 } // namespace
 
 BrevokPlugins::BrevokPlugins(
@@ -36,8 +49,7 @@ BrevokPlugins::BrevokPlugins(
     , m_service(service)
     , m_alerts(alerts)
     , m_refresh(new ListRefresh(
-          wording(), state, service, alerts, [this](QJsonArray list) { updateWithArray(std::move(list)); },
-          this))
+          wording(), state, service, alerts, listOwner(), this))
 {
     if (sharedPlugins == nullptr) {
         sharedPlugins = this;
@@ -47,11 +59,12 @@ BrevokPlugins::BrevokPlugins(
     connect(&state, &StateStore::becameReadable, this, [this] {
         Q_EMIT pluginsWillChange();
         load();
-        Q_EMIT pluginsChanged();
+        Q_EMIT pluginsChanged({});
         start();
     });
     connect(&state, &StateStore::everythingWanted, this, [this] {
         m_tables.noteChangeOfEverything();
+        m_state.commit({keptMarkChange()});
         save();
     });
     load();
@@ -72,8 +85,13 @@ BrevokPlugins *BrevokPlugins::plugins()
 void BrevokPlugins::load()
 {
     m_tables = {};
+    m_prefixes.clear();
     const int unusable = m_tables.load(
         m_state.entries(CatalogueKeys::pluginsData), m_state.entries(CatalogueKeys::pluginPrefixes));
+    const Record list = m_state.entries(CatalogueKeys::pluginList).value(QString());
+    m_keptMark = unusable == 0 && list.value(listedKey).toInteger() == m_tables.listed()
+        ? list.value(markKey).toString().toLatin1()
+        : QByteArray();
     if (unusable > 0) {
         logLine(u"Stored plug-in definitions: %1 unusable values left out."_s.arg(unusable));
     }
@@ -124,14 +142,38 @@ DefinitionSnapshot BrevokPlugins::snapshot() const
     const DefinitionIndex &index = m_tables.byPrefix();
     snapshot.reserve(index.size());
     for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
-        QList<Record> records;
-        records.reserve(entry.value().size());
-        for (const DefinitionPtr &definition : entry.value()) {
-            records.append(definition->record);
-        }
-        snapshot.insert(entry.key(), records);
+        snapshot.insert(entry.key(), recordsOf(entry.value()));
     }
     return snapshot;
+}
+
+QList<Record> BrevokPlugins::snapshotOf(const QString &prefix) const
+{
+    return recordsOf(m_tables.byPrefix().value(prefix));
+}
+
+QSet<QString> BrevokPlugins::prefixesWith(const QString &name) const
+{
+    if (m_prefixes.isEmpty()) {
+        const DefinitionIndex &index = m_tables.byPrefix();
+        for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
+            for (const DefinitionPtr &definition : entry.value()) {
+                m_prefixes[definition->record.value(PluginKeys::name).toString()].insert(entry.key());
+            }
+        }
+    }
+    return m_prefixes.value(name);
+}
+
+QStringList BrevokPlugins::namesOf(const QStringList &keys) const
+{
+    QStringList names;
+    for (const QString &key : keys) {
+        if (const DefinitionPtr known = definition(key)) {
+            names.append(known->record.value(PluginKeys::name).toString());
+        }
+    }
+    return names;
 }
 
 DefinitionPtr BrevokPlugins::definition(const QString &key) const
@@ -157,14 +199,52 @@ void BrevokPlugins::checkForUpdates(const std::function<void(bool ok)> &ended)
     m_refresh->check(ended);
 }
 
+ListRefresh::Owner BrevokPlugins::listOwner()
+{
+    return {.read = [this](QJsonArray list, const QByteArray &mark) -> Task {
+        auto read = std::make_shared<PluginList>(newestBuilds(std::move(list)));
+        // What is left out is told of each time.
+        return [this, read, mark = read->allValid ? mark : QByteArray()] {
+            take(*read, mark);
+        };
+    },
+        .keptMark =
+            [this] {
+                return m_keptMark;
+            },
+        .keep = [this] { announceChange(); }};
+}
+
 void BrevokPlugins::updateWithArray(QJsonArray list)
 {
+    PluginList read = newestBuilds(std::exchange(list, {}));
+    take(read, {});
+}
+
+void BrevokPlugins::take(PluginList &list, const QByteArray &mark)
+{
     Q_EMIT pluginsWillChange();
-    const DefinitionTables::ListedKeys listed = m_tables.merge(newestBuilds(std::exchange(list, {})));
-    Q_EMIT pluginsChanged();
+    m_tables.merge(list);
+    m_prefixes.clear();
+    Q_EMIT pluginsChanged({});
     // After the announcement: observers see this with the next change.
-    m_tables.dropWhatIsNotListed(listed);
+    m_tables.dropWhatIsNotListed(list);
+    m_prefixes.clear();
+    if (m_keptMark != mark) {
+        m_keptMark = mark;
+        m_state.commit({keptMarkChange()});
+    }
     save();
+}
+
+// With the count, to notice when not all of what the list brought is there any more.
+StateChange BrevokPlugins::keptMarkChange() const
+{
+    std::optional<Record> value;
+    if (!m_keptMark.isEmpty()) {
+        value = {{markKey, QString::fromLatin1(m_keptMark)}, {listedKey, m_tables.listed()}};
+    }
+    return {CatalogueKeys::pluginList, QString(), value};
 }
 
 void BrevokPlugins::change(
@@ -184,13 +264,13 @@ void BrevokPlugins::change(
         }
     }
     save(context, std::move(stored));
-    Q_EMIT pluginsChanged();
+    Q_EMIT pluginsChanged(namesOf(keys));
 }
 
-void BrevokPlugins::announceChange()
+void BrevokPlugins::announceChange(const QStringList &keys)
 {
     Q_EMIT pluginsWillChange();
-    Q_EMIT pluginsChanged();
+    Q_EMIT pluginsChanged(namesOf(keys));
 }
 
 void BrevokPlugins::discardActions()

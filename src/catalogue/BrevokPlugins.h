@@ -5,6 +5,7 @@
 
 #include "alerts/AlertPresenter.h"
 #include "catalogue/DefinitionTables.h"
+#include "catalogue/ListRefresh.h"
 #include "service/ServiceClient.h"
 
 #include <QObject>
@@ -15,7 +16,6 @@ namespace brevok {
 
 class BrevokAlert;
 class BrevokAlertQueue;
-class ListRefresh;
 
 /// The plug-in builds that the service publishes, merged with the local install state. Main thread.
 class BrevokPlugins final : public QObject {
@@ -34,6 +34,9 @@ public:
     /// The observable property `plugins`.
     [[nodiscard]] const DefinitionIndex &pluginIndex() const { return m_tables.byPrefix(); }
     [[nodiscard]] DefinitionSnapshot snapshot() const;
+    [[nodiscard]] QList<Record> snapshotOf(const QString &prefix) const;
+    /// The prefixes that list a build of the plug-in @p name.
+    [[nodiscard]] QSet<QString> prefixesWith(const QString &name) const;
     /// The definition under a build key, null when there is none.
     [[nodiscard]] DefinitionPtr definition(const QString &key) const;
     [[nodiscard]] DefinitionPtr pluginWithPrefix(const QString &prefix, const QString &version) const;
@@ -46,7 +49,7 @@ public:
 
     /// @p ended tells the end of the request that this call makes, whatever other requests are under way.
     void checkForUpdates(const std::function<void(bool ok)> &ended = {});
-    /// Validates, merges and stores a list. Elements that nobody else refers to are taken over uncopied.
+    /// Validates, merges and stores a list.
     void updateWithArray(QJsonArray list);
 
     /// Announces a change of `plugins`, runs @p edit (which may write into the definitions under @p keys),
@@ -56,7 +59,7 @@ public:
         StateStore::Done stored = {});
 
     /// Announces a change of `plugins` that was made, and stored, before.
-    void announceChange();
+    void announceChange(const QStringList &keys = {});
 
     /// Removes every command queue ("Discard Actions"), and so answers the question about them.
     void discardActions();
@@ -72,12 +75,17 @@ public:
 
 Q_SIGNALS:
     void pluginsWillChange();
-    void pluginsChanged();
+    /// @p plugins are the names of those whose definitions, or bundles, changed; none given: any.
+    void pluginsChanged(const QStringList &plugins);
     /// Some request of the list ended, with or without a usable list (or could not be made).
     void checkFinished(bool ok);
 
 private:
+    [[nodiscard]] ListRefresh::Owner listOwner();
     void load();
+    void take(PluginList &list, const QByteArray &mark);
+    [[nodiscard]] StateChange keptMarkChange() const;
+    [[nodiscard]] QStringList namesOf(const QStringList &keys) const;
     void askAboutUnfinishedActions(std::function<void()> answered);
     void save(QObject *context = nullptr, StateStore::Done stored = {});
 
@@ -86,6 +94,8 @@ private:
     BrevokAlertQueue &m_alerts;
     ListRefresh *m_refresh;
     DefinitionTables m_tables;
+    QByteArray m_keptMark; ///< of the list that brought the tables to where they are; empty: not known
+    mutable QHash<QString, QSet<QString>> m_prefixes; ///< by the plug-in's name; empty: not looked up yet
     std::unique_ptr<BrevokAlert> m_question;
     AlertPresenter::Ending m_answerQuestion; ///< while there is one
 };

@@ -9,6 +9,7 @@
 namespace brevok::CatalogueKeys {
 inline constexpr QLatin1StringView pluginsData("OrlecPluginsData"); ///< an entry for every build
 inline constexpr QLatin1StringView pluginPrefixes("OrlecPluginsData.Prefixes"); ///< which builds, in order
+inline constexpr QLatin1StringView pluginList("OrlecPluginsData.List"); ///< which list that is
 inline constexpr QLatin1StringView pluginsUpdateDate("OrlecPluginsUpdateDate");
 inline constexpr QLatin1StringView packagesData("OrlecPackagesData"); ///< an entry for every name
 inline constexpr QLatin1StringView productsUpdateDate("OrlecProductsUpdateDate");

@@ -6,6 +6,7 @@
 #include "catalogue/CatalogueKeys.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 namespace brevok {
@@ -38,11 +39,11 @@ Places placesIn(const QList<DefinitionPtr> &definitions)
 }
 
 // @return whether that changed the definition
-bool ensurePrefix(PluginDefinition &definition, const QString &prefix)
+bool ensurePrefix(PluginDefinition &definition, const QJsonValue &prefix)
 {
     const QJsonValue known = definition.record.value(PluginKeys::prefixes);
     QJsonArray prefixes = known.toArray();
-    const bool missing = !prefix.isEmpty() && !prefixes.contains(prefix);
+    const bool missing = !prefixes.contains(prefix) && !nonEmptyString(prefix).isNull();
     if (missing) {
         prefixes.append(prefix);
     }
@@ -52,13 +53,30 @@ bool ensurePrefix(PluginDefinition &definition, const QString &prefix)
     return missing || !known.isArray();
 }
 
+bool isSameValue(QLatin1StringView key, const Record &a, const Record &b)
+{
+    return a.value(key) == b.value(key);
+}
+
+// Whether the definitions are the builds, each in its own place: then these stay where they are.
+bool areInPlace(const QList<DefinitionPtr> &definitions, const ListedPrefix &listed)
+{
+    return listed.onePlaceEach
+        && std::equal(definitions.cbegin(), definitions.cend(), listed.builds.cbegin(), listed.builds.cend(),
+            [](const DefinitionPtr &definition, const ListedBuild &build) {
+                // Names and versions that run into each other can share a build key across plug-ins.
+                return definition->key == build.key
+                    && isSameValue(PluginKeys::name, definition->record, build.record)
+                    && isSameValue(PluginKeys::hostVersion, definition->record, build.record);
+            });
+}
+
 // @return whether the value was another one
 bool copyValue(QLatin1StringView key, const Record &from, Record &to)
 {
-    const QJsonValue value = from.value(key);
-    const bool differs = to.value(key) != value;
+    const bool differs = !isSameValue(key, from, to);
     if (differs) {
-        to.insert(key, value);
+        to.insert(key, from.value(key));
     }
     return differs;
 }
@@ -107,27 +125,22 @@ bool hasPendingCommands(const Record &definition)
     return !definition.value(PluginKeys::commandQueue).toArray().isEmpty();
 }
 
-DefinitionPtr DefinitionTables::entered(const Record &definition)
-{
-    DefinitionPtr &entry = m_byBuild[buildKey(definition)];
-    if (!entry) {
-        entry = std::make_shared<PluginDefinition>(PluginDefinition{definition});
-    }
-    return entry;
-}
-
-int DefinitionTables::place(const QString &prefix, const QList<Record> &records)
+int DefinitionTables::place(const QString &prefix, const QList<PluginDefinition> &stored)
 {
     int unusable = 0;
     QList<DefinitionPtr> definitions;
-    for (Record record : records) {
+    definitions.reserve(stored.size());
+    for (const auto &[key, record] : stored) {
         if (nonEmptyString(record.value(PluginKeys::name)).isNull()) {
             ++unusable;
             continue;
         }
-        unusable += removeUnusableState(record);
-        const DefinitionPtr definition = entered(record);
-        ensurePrefix(*definition, nonEmptyString(record.value(PluginKeys::prefix)));
+        DefinitionPtr &definition = m_byBuild[key];
+        if (!definition) {
+            definition = std::make_shared<PluginDefinition>(PluginDefinition{key, record});
+            unusable += removeUnusableState(definition->record);
+        }
+        ensurePrefix(*definition, record.value(PluginKeys::prefix));
         if (definition->record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
             definition->record.remove(PluginKeys::savedVersion);
         }
@@ -146,12 +159,13 @@ int DefinitionTables::load(const StateEntries &builds, const StateEntries &prefi
             ++unusable;
             continue;
         }
-        QList<Record> records;
+        QList<PluginDefinition> stored;
         const QJsonArray keys = entry->value(buildsKey).toArray();
-        for (const QJsonValue key : keys) {
-            records.append(builds.value(key.toString()));
+        for (const QJsonValue value : keys) {
+            const QString key = value.toString();
+            stored.append({key, builds.value(key)});
         }
-        unusable += place(entry.key(), records);
+        unusable += place(entry.key(), stored);
     }
     return unusable;
 }
@@ -164,12 +178,13 @@ int DefinitionTables::loadLists(const Record &stored)
             ++unusable;
             continue;
         }
-        QList<Record> records;
+        QList<PluginDefinition> definitions;
         const QJsonArray elements = entry.value().toArray();
         for (const QJsonValue element : elements) {
-            records.append(element.toObject());
+            const Record record = element.toObject();
+            definitions.append({buildKey(record), record});
         }
-        unusable += place(entry.key(), records);
+        unusable += place(entry.key(), definitions);
     }
     noteChangeOfEverything();
     return unusable;
@@ -180,7 +195,7 @@ void DefinitionTables::noteChangeOfEverything()
     for (auto entry = m_byPrefix.cbegin(); entry != m_byPrefix.cend(); ++entry) {
         m_changedPrefixes.insert(entry.key());
         for (const DefinitionPtr &definition : entry.value()) {
-            m_changed.insert(buildKey(definition->record));
+            m_changed.insert(definition->key);
         }
     }
 }
@@ -209,7 +224,7 @@ StateChanges DefinitionTables::changes()
     for (const QString &prefix : std::as_const(m_changedPrefixes)) {
         QJsonArray keys;
         for (const DefinitionPtr &definition : m_byPrefix.value(prefix)) {
-            keys.append(buildKey(definition->record));
+            keys.append(definition->key);
         }
         changes.append({CatalogueKeys::pluginPrefixes, prefix, Record{{buildsKey, keys}}});
     }
@@ -219,104 +234,96 @@ StateChanges DefinitionTables::changes()
     return changes;
 }
 
-void DefinitionTables::notePlaced(const QString &prefix, const QString &key)
+DefinitionPtr DefinitionTables::mergedBuild(ListedBuild &build)
 {
-    m_changedPrefixes.insert(prefix);
-    m_changed.insert(key);
-}
-
-DefinitionPtr DefinitionTables::mergedBuild(ListedBuild &build, const QString &key, const QJsonArray &alone)
-{
-    DefinitionPtr &definition = m_byBuild[key];
-    if (definition) {
-        const bool newLink = copyValue(PluginKeys::link, build.record, definition->record);
-        const bool newSize = copyValue(PluginKeys::size, build.record, definition->record);
-        if (ensurePrefix(*definition, build.prefix) || newLink || newSize) {
-            m_changed.insert(key);
-        }
+    DefinitionPtr &definition = m_byBuild[build.key];
+    if (!definition) {
+        definition =
+            std::make_shared<PluginDefinition>(PluginDefinition{build.key, std::move(build.record)});
         return definition;
     }
-    definition = std::make_shared<PluginDefinition>();
-    Record &record = definition->record;
-    record = std::move(build.record);
-    // What the service sends under the keys that this program writes would be taken for local state. A record
-    // of the required keys alone holds none.
-    if (record.size() > ListedBuild::requiredKeys) {
-        record.remove(PluginKeys::commandQueue);
-        record.remove(PluginKeys::savedVersion);
+    const bool newLink = copyValue(PluginKeys::link, build.record, definition->record);
+    const bool newSize = copyValue(PluginKeys::size, build.record, definition->record);
+    const bool newPrefix = !isSameValue(PluginKeys::prefixes, build.record, definition->record)
+        && ensurePrefix(*definition, build.prefix);
+    if (newLink || newSize || newPrefix) {
+        m_changed.insert(build.key);
     }
-    record.insert(PluginKeys::prefixes, alone);
     return definition;
 }
 
-DefinitionTables::ListedKeys DefinitionTables::merge(QList<ListedBuild> builds)
+void DefinitionTables::merge(ListedPrefix &listed)
 {
-    // What one prefix of the reply needs, looked up once per build.
-    struct Group {
-        QList<DefinitionPtr> *definitions = nullptr;
-        QStringList keys{};
-        QJsonArray alone{}; ///< this prefix only, shared by most definitions
-        Places places{};
-    };
-    QHash<QString, Group> groups;
-    m_byBuild.reserve(m_byBuild.size() + builds.size());
-    for (ListedBuild &build : builds) {
-        Group &group = groups[build.prefix];
-        if (group.definitions == nullptr) {
-            group.definitions = &m_byPrefix[build.prefix];
-            group.alone.append(build.prefix);
-            group.places = placesIn(*group.definitions);
+    QList<DefinitionPtr> &definitions = m_byPrefix[listed.prefix];
+    if (areInPlace(definitions, listed)) {
+        for (ListedBuild &build : listed.builds) {
+            mergedBuild(build);
         }
-        const QString key = build.key();
-        const DefinitionPtr definition = mergedBuild(build, key, group.alone);
-        group.keys.append(key);
-
+        return;
+    }
+    Places places = placesIn(definitions);
+    const auto notePlaced = [&](const ListedBuild &build) {
+        m_changedPrefixes.insert(listed.prefix);
+        m_changed.insert(build.key);
+    };
+    for (ListedBuild &build : listed.builds) {
+        const DefinitionPtr definition = mergedBuild(build);
         const PlaceKey place{build.name, build.hostVersion};
-        if (const auto known = group.places.constFind(place); known == group.places.cend()) {
-            group.places.insert(place, group.definitions->size());
-            group.definitions->append(definition);
-            notePlaced(build.prefix, key);
-        } else if (DefinitionPtr &former = (*group.definitions)[*known]; former != definition) {
-            m_displaced.insert(buildKey(former->record));
-            notePlaced(build.prefix, key);
+        if (const auto known = places.constFind(place); known == places.cend()) {
+            places.insert(place, definitions.size());
+            definitions.append(definition);
+            notePlaced(build);
+        } else if (DefinitionPtr &former = definitions[*known]; former != definition) {
+            m_displaced.insert(former->key);
+            notePlaced(build);
             former = definition;
-            // Names and versions that run into each other can share a build key across plug-ins.
             if (placeKey(definition->record) != place) {
-                group.places = placesIn(*group.definitions);
+                places = placesIn(definitions);
             }
         }
     }
-    ListedKeys listed;
-    listed.reserve(groups.size());
-    for (auto group = groups.cbegin(); group != groups.cend(); ++group) {
-        listed.insert(group.key(), group->keys);
-    }
-    return listed;
 }
 
-void DefinitionTables::dropWhatIsNotListed(const ListedKeys &listed)
+void DefinitionTables::merge(PluginList &list)
 {
-    for (auto prefix = listed.cbegin(); prefix != listed.cend(); ++prefix) {
-        QList<DefinitionPtr> &definitions = m_byPrefix[prefix.key()];
-        if (definitions.size() == prefix.value().size()) {
+    qsizetype builds = m_byBuild.size();
+    for (const ListedPrefix &listed : std::as_const(list.prefixes)) {
+        builds += listed.builds.size();
+    }
+    m_byBuild.reserve(builds);
+    for (ListedPrefix &listed : list.prefixes) {
+        merge(listed);
+    }
+}
+
+void DefinitionTables::dropWhatIsNotListed(const PluginList &list)
+{
+    for (const ListedPrefix &listed : list.prefixes) {
+        QList<DefinitionPtr> &definitions = m_byPrefix[listed.prefix];
+        if (definitions.size() == listed.builds.size()) {
             continue;
         }
         QHash<QString, int> unmatched;
-        for (const QString &key : prefix.value()) {
-            ++unmatched[key];
+        for (const ListedBuild &build : listed.builds) {
+            ++unmatched[build.key];
         }
-        m_changedPrefixes.insert(prefix.key());
+        m_changedPrefixes.insert(listed.prefix);
         definitions.removeIf([&](const DefinitionPtr &definition) {
-            const QString key = buildKey(definition->record);
-            const auto match = unmatched.find(key);
+            const auto match = unmatched.find(definition->key);
             if (match == unmatched.end() || *match == 0) {
-                m_displaced.insert(key);
+                m_displaced.insert(definition->key);
                 return true;
             }
             --*match;
             return false;
         });
     }
+}
+
+qsizetype DefinitionTables::listed() const
+{
+    return std::accumulate(m_byPrefix.cbegin(), m_byPrefix.cend(), qsizetype(0),
+        [](qsizetype sum, const QList<DefinitionPtr> &definitions) { return sum + definitions.size(); });
 }
 
 bool DefinitionTables::hasPendingCommands() const

@@ -15,9 +15,6 @@ namespace brevok {
 /// which keeps one definition per build and never shrinks. Values only: no store, no service, no signals.
 class DefinitionTables final {
 public:
-    /// What the elements of a reply are, for dropWhatIsNotListed(): prefix to build keys.
-    using ListedKeys = QHash<QString, QStringList>;
-
     [[nodiscard]] const DefinitionIndex &byPrefix() const { return m_byPrefix; }
     [[nodiscard]] const QHash<QString, DefinitionPtr> &byBuild() const { return m_byBuild; }
 
@@ -34,20 +31,21 @@ public:
     void noteChange(const QString &key) { m_changed.insert(key); }
     void noteChangeOfEverything();
 
-    /// Enters the newest builds of a reply.
-    ListedKeys merge(QList<ListedBuild> builds);
+    /// Enters the builds of a reply, from which the records of new ones are taken.
+    void merge(PluginList &list);
     /// Removes from the prefixes of the reply what it does not list, where the counts differ.
-    void dropWhatIsNotListed(const ListedKeys &listed);
+    void dropWhatIsNotListed(const PluginList &list);
+    /// How many definitions the prefixes list together.
+    [[nodiscard]] qsizetype listed() const;
 
     [[nodiscard]] bool hasPendingCommands() const;
     /// Removes every command queue.
     void discardCommands();
 
 private:
-    int place(const QString &prefix, const QList<Record> &records);
-    void notePlaced(const QString &prefix, const QString &key);
-    DefinitionPtr entered(const Record &definition);
-    DefinitionPtr mergedBuild(ListedBuild &build, const QString &key, const QJsonArray &alone);
+    int place(const QString &prefix, const QList<PluginDefinition> &stored);
+    DefinitionPtr mergedBuild(ListedBuild &build);
+    void merge(ListedPrefix &listed);
 
     DefinitionIndex m_byPrefix;
     QHash<QString, DefinitionPtr> m_byBuild;

@@ -12,6 +12,7 @@
 #include "service/ReplyDecoding.h"
 #include "service/ServiceClient.h"
 
+#include <QCryptographicHash>
 #include <QJsonDocument>
 
 namespace brevok {
@@ -28,13 +29,13 @@ constexpr double secondsOfDay = 86400;
 } // namespace
 
 ListRefresh::ListRefresh(Wording wording, StateStore &state, ServiceClient &service, BrevokAlertQueue &alerts,
-    ListHandler takeList, QObject *parent)
+    Owner owner, QObject *parent)
     : QObject(parent)
     , m_wording(std::move(wording))
     , m_state(state)
     , m_service(service)
     , m_alerts(alerts)
-    , m_takeList(std::move(takeList))
+    , m_owner(std::move(owner))
     , m_lastUpdate(state.date(m_wording.dateKey))
 {
     m_timer.setSingleShot(true);
@@ -56,14 +57,15 @@ void ListRefresh::check(const CheckHandler &ended)
         end(false);
         return;
     }
-    m_service.getList(m_wording.path, this, [this, end](const ServiceReply &reply) { end(handle(reply)); });
+    m_service.getList(m_wording.path, this, [this, end](const ServiceReply &reply) { handle(reply, end); });
 }
 
-bool ListRefresh::handle(const ServiceReply &reply)
+void ListRefresh::handle(const ServiceReply &reply, const CheckHandler &end)
 {
     if (reply.error) {
         handleTransportError(reply);
-        return false;
+        end(false);
+        return;
     }
     if (reply.status != 200) {
         // The cycle ends here: it begins again with the next check that somebody asks for.
@@ -71,11 +73,12 @@ bool ListRefresh::handle(const ServiceReply &reply)
         logLine(u"%1%2 - %3"_s.arg(m_wording.failedWithResponse)
                     .arg(reply.status, 3, 10, QLatin1Char('0'))
                     .arg(localizedStringForStatusCode(reply.status)));
-        return false;
+        end(false);
+        return;
     }
     // Before the body is looked at, so that a bad one does not stop the cycle.
     schedule(afterReplySeconds);
-    return handleContent(reply);
+    readContent(reply.body, end);
 }
 
 void ListRefresh::handleTransportError(const ServiceReply &reply)
@@ -90,31 +93,60 @@ void ListRefresh::handleTransportError(const ServiceReply &reply)
     schedule(afterErrorSeconds);
 }
 
-bool ListRefresh::handleContent(const ServiceReply &reply)
+// A long list would hold the main thread for a third of a second.
+void ListRefresh::readContent(const QByteArray &body, const CheckHandler &end)
 {
+    m_reading.add([body, kept = m_owner.keptMark ? m_owner.keptMark() : QByteArray(), owner = m_owner,
+                      self = QPointer<ListRefresh>(this), end] {
+        onMain(QCoreApplication::instance(), [self, content = contentOf(body, kept, owner), end] {
+            if (self) {
+                end(self->handleContent(content));
+            }
+        });
+    });
+}
+
+ListRefresh::Content ListRefresh::contentOf(
+    const QByteArray &body, const QByteArray &kept, const Owner &owner)
+{
+    const QByteArray mark = owner.keptMark ? QCryptographicHash::hash(body, QCryptographicHash::Blake2b_256).toHex()
+                                           : QByteArray();
+    if (!mark.isEmpty() && mark == kept) {
+        return {.take = owner.keep};
+    }
     QJsonParseError problem;
-    QJsonDocument document = QJsonDocument::fromJson(reply.body, &problem);
+    QJsonDocument document = QJsonDocument::fromJson(body, &problem);
     if (document.isArray()) {
         // The only reference is handed over: what is kept of the elements then needs no copy.
         QJsonArray list = document.array();
         document = {};
-        if (mayHoldHalfCharacters(reply.body)) {
+        if (mayHoldHalfCharacters(body)) {
             list = wellFormed(list).toArray();
         }
-        m_takeList(std::move(list));
+        return {.take = owner.read(std::move(list), mark)};
+    }
+    Content content{.take = {}, .body = body};
+    if (problem.error != QJsonParseError::NoError) {
+        content.error = BrevokError{.domain = QString::fromLatin1(connectionErrorDomain),
+            .code = problem.error,
+            .description = problem.errorString()};
+    }
+    return content;
+}
+
+bool ListRefresh::handleContent(const Content &content)
+{
+    if (content.take) {
+        content.take();
         m_lastUpdate = QDateTime::currentDateTimeUtc();
         m_state.setDate(m_wording.dateKey, m_lastUpdate);
         return true;
     }
     showAlert();
     logLine(m_wording.failedWithContent);
-    logLine(u"Received %1 bytes of data"_s.arg(reply.body.size()));
-    logLine(u"Response string: "_s + excerpt(reply.body));
-    if (problem.error != QJsonParseError::NoError) {
-        logError(BrevokError{.domain = QString::fromLatin1(connectionErrorDomain),
-            .code = problem.error,
-            .description = problem.errorString()});
-    }
+    logLine(u"Received %1 bytes of data"_s.arg(content.body.size()));
+    logLine(u"Response string: "_s + excerpt(content.body));
+    logError(content.error);
     return false;
 }
 

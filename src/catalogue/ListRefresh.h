@@ -3,6 +3,9 @@
 
 #pragma once
 
+#include "foundation/BrevokError.h"
+#include "foundation/Tasks.h"
+
 #include <QDateTime>
 #include <QJsonArray>
 #include <QObject>
@@ -33,13 +36,21 @@ public:
         QString failedWithResponse; ///< followed by code and text
         QString failedWithContent;
     };
-    using ListHandler = std::function<void(QJsonArray)>;
+    /// What becomes of a list is its owner's concern.
+    struct Owner {
+        /// Makes a good list ready, in the background and with values only; what it returns takes the list
+        /// over, on the main thread and before the list's date is stored.
+        std::function<Task(QJsonArray list, const QByteArray &mark)> read;
+        /// The mark of the list that is kept already; a list with this mark need not be read again.
+        std::function<QByteArray()> keptMark{};
+        /// Such a list came.
+        Task keep{};
+    };
     /// Told the end of one check: whether it brought a usable list.
     using CheckHandler = std::function<void(bool ok)>;
 
-    /// @p takeList gets every good list, for itself alone, before its date is stored.
     ListRefresh(Wording wording, StateStore &state, ServiceClient &service, BrevokAlertQueue &alerts,
-        ListHandler takeList, QObject *parent);
+        Owner owner, QObject *parent);
     ~ListRefresh() override;
 
     /// Requests the list, when the service can be reached at all and what is stored is known. @p ended is
@@ -57,9 +68,18 @@ Q_SIGNALS:
     void finished(bool ok);
 
 private:
-    [[nodiscard]] bool handle(const ServiceReply &reply);
+    /// What a body holds.
+    struct Content {
+        Task take{}; ///< nothing when it is no list
+        QByteArray body{};
+        std::optional<BrevokError> error{};
+    };
+
+    void handle(const ServiceReply &reply, const CheckHandler &end);
     void handleTransportError(const ServiceReply &reply);
-    bool handleContent(const ServiceReply &reply);
+    void readContent(const QByteArray &body, const CheckHandler &end);
+    [[nodiscard]] static Content contentOf(const QByteArray &body, const QByteArray &kept, const Owner &owner);
+    bool handleContent(const Content &content);
     void schedule(int seconds);
     [[nodiscard]] double secondsUntilLastUpdate() const;
     void showAlert();
@@ -68,7 +88,8 @@ private:
     StateStore &m_state;
     ServiceClient &m_service;
     BrevokAlertQueue &m_alerts;
-    ListHandler m_takeList;
+    Owner m_owner;
+    SerialQueue m_reading; ///< so that lists are taken over in the order in which they came
     QDateTime m_lastUpdate;
     QTimer m_timer;
 };

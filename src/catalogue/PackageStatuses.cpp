@@ -1,29 +1,50 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-// The status operations of the packages: when to calculate, what to tell.
+#include "catalogue/PackageStatuses.h"
 
-#include "catalogue/BrevokPackages.h"
-#include "catalogue/CatalogueKeys.h"
-#include "catalogue/StatusRun.h"
+#include "catalogue/BrevokPlugins.h"
+#include "catalogue/PackageRecords.h"
 #include "foundation/Log.h"
-#include "foundation/Tasks.h"
-#include "foundation/Texts.h"
-#include "platform/StateStore.h"
 
+#include <QCoreApplication>
 #include <QPointer>
+
+#include <algorithm>
 
 namespace brevok {
 
-using namespace Qt::StringLiterals;
+PackageStatuses::PackageStatuses(const PackageRecords &packages, const BrevokPlugins &plugins,
+    const BrevokTargetApps &targets, QObject *parent)
+    : QObject(parent)
+    , m_packages(packages)
+    , m_plugins(plugins)
+    , m_targets(targets)
+{
+}
 
-namespace {
+PackageStatuses::~PackageStatuses() = default;
 
-constexpr int lazyNotificationMs = 1000;
+void PackageStatuses::calculate()
+{
+    m_wantAll = true;
+    begin();
+}
 
-} // namespace
+void PackageStatuses::calculateFor(const QStringList &plugins)
+{
+    m_wantedPlugins.unite(QSet<QString>(plugins.cbegin(), plugins.cend()));
+    begin();
+}
 
-void BrevokPackages::calculatePackageStatuses()
+void PackageStatuses::calculateRest()
+{
+    if (m_restIsOld) {
+        calculate();
+    }
+}
+
+void PackageStatuses::begin()
 {
     if (m_updating) {
         m_needUpdate = true;
@@ -31,118 +52,110 @@ void BrevokPackages::calculatePackageStatuses()
     }
     m_updating = true;
     m_needUpdate = false;
-
-    StatusInput input{.prefixes = {},
-        .definitions = m_plugins.snapshot(),
-        .validTargets = m_targets.validTargets(),
-        .detailedLog = detailedLog(),
-        .known = *m_known};
-    QSet<QString> known;
-    for (const auto &entry : m_packages) {
-        const QString prefix = nonEmptyString(entry.second.value(PackageKeys::prefix));
-        if (!prefix.isNull() && !known.contains(prefix)) {
-            known.insert(prefix);
-            input.prefixes.append(prefix);
-        }
-    }
+    const QSet<QString> plugins = std::exchange(m_wantedPlugins, {});
+    // The result of a part does not stand for that of the whole which it overtakes.
+    const bool wholeIsMissing = m_appliedRun == 0 || m_runsUnderWay > 0;
+    const bool all = std::exchange(m_wantAll, false) || wholeIsMissing;
+    m_restIsOld = !all;
     ++m_runsUnderWay;
-    inBackground([input = std::move(input), run = ++m_lastRun, self = QPointer<BrevokPackages>(this)] {
+    inBackground([input = all ? inputForAll() : inputFor(plugins), run = ++m_lastRun, all,
+                     self = QPointer<PackageStatuses>(this)] {
         const auto calculateAgain = [self] {
             onMain(QCoreApplication::instance(), [self] {
                 if (self) {
-                    self->calculatePackageStatuses();
+                    self->calculate();
                 }
             });
         };
         StatusResult result = calculatedStatuses(input, calculateAgain);
-        onMain(QCoreApplication::instance(), [self, run, result = std::move(result)] {
+        onMain(QCoreApplication::instance(), [self, run, all, result = std::move(result)] {
             if (self) {
-                self->statusesCalculated(result, run);
+                self->apply(result, run, all);
             }
         });
     });
 }
 
-void BrevokPackages::statusesCalculated(const StatusResult &result, quint64 run)
+StatusInput PackageStatuses::inputForAll() const
 {
-    --m_runsUnderWay;
-    // The calculation at start may be overtaken by the next one; the newer result stays.
-    if (run > m_appliedRun) {
-        m_appliedRun = run;
-        m_status.insert(result.statuses);
-        *m_known = result.known;
-        Q_EMIT packagesStatusChanged();
-    }
-    notifyPackageStatusesLazily();
-    m_updating = false;
-    if (m_needUpdate) {
-        onMain(this, [this] { calculatePackageStatuses(); });
-    } else if (m_runsUnderWay == 0) {
-        Q_EMIT statusesSettled();
-    }
+    return {.prefixes = m_packages.prefixes(),
+        .definitions = m_plugins.snapshot(),
+        .validTargets = m_targets.validTargets(),
+        .detailedLog = detailedLog(),
+        .known = m_known};
 }
 
-void BrevokPackages::notifyPackageStatusesLazily()
+StatusInput PackageStatuses::inputFor(const QSet<QString> &plugins) const
 {
-    m_statusTimer.start(lazyNotificationMs);
-}
-
-void BrevokPackages::notifyPackageStatuses()
-{
-    const QSet<QString> previous(m_notified.cbegin(), m_notified.cend());
-    QStringList names;
-    QStringList newNames;
-    for (const auto &[name, package] : m_packages) {
-        const PackageStatus status =
-            m_status.value(package.value(PackageKeys::prefix).toString(), PackageStatus::MissingData);
-        if (waitsForUpdate(status)) {
-            names.append(name);
-            if (!previous.contains(name)) {
-                newNames.append(name);
+    StatusInput input{.prefixes = {},
+        .definitions = {},
+        .validTargets = m_targets.validTargets(),
+        .detailedLog = detailedLog(),
+        .known = {}};
+    for (const QString &plugin : plugins) {
+        const QSet<QString> prefixes = m_plugins.prefixesWith(plugin);
+        for (const QString &prefix : prefixes) {
+            if (m_packages.hasPrefix(prefix) && !input.definitions.contains(prefix)) {
+                input.prefixes.append(prefix);
+                input.definitions.insert(prefix, m_plugins.snapshotOf(prefix));
+                input.known.builds.insert(prefix, m_known.builds.value(prefix));
             }
         }
     }
-    StateChanges changes;
-    for (const QString &name : std::as_const(newNames)) {
-        changes.append({CatalogueKeys::notifiedPackages, name, Record()});
-    }
-    const QSet<QString> current(names.cbegin(), names.cend());
-    for (const QString &name : std::as_const(m_notified)) {
-        if (!current.contains(name)) {
-            changes.append({CatalogueKeys::notifiedPackages, name, std::nullopt});
+    for (auto target = input.validTargets.cbegin(); target != input.validTargets.cend(); ++target) {
+        const InstalledBundles &all = m_known.bundles.value(target.key());
+        InstalledBundles &some = input.known.bundles[target.key()];
+        for (const StatusBuilds &package : std::as_const(input.known.builds)) {
+            for (const StatusBuild &build : package.builds) {
+                if (const auto known = all.constFind(build.name); known != all.cend()) {
+                    some.insert(build.name, *known);
+                }
+            }
         }
     }
-    m_notified = names;
-    if (!changes.isEmpty()) {
-        m_state.commit(changes);
+    return input;
+}
+
+void PackageStatuses::apply(const StatusResult &result, quint64 run, bool all)
+{
+    --m_runsUnderWay;
+    // The calculation at start may be overtaken by the next one; the newer result stays.
+    QStringList changed;
+    if (run > m_appliedRun) {
+        m_appliedRun = run;
+        changed = takeOver(result, all);
     }
-    m_updates = static_cast<int>(names.size());
-    Q_EMIT updatesChanged(m_updates);
-    if (!m_showNotifications) {
-        showUpdateResult(newNames);
+    Q_EMIT calculated(changed);
+    m_updating = false;
+    if (m_needUpdate) {
+        onMain(this, [this] {
+            if (m_needUpdate) {
+                begin();
+            }
+        });
+    } else if (m_runsUnderWay == 0) {
+        Q_EMIT settled();
     }
 }
 
-void BrevokPackages::forgetNotified(const QString &name)
+QStringList PackageStatuses::takeOver(const StatusResult &result, bool all)
 {
-    if (m_notified.removeAll(name) > 0) {
-        m_state.commit({{CatalogueKeys::notifiedPackages, name, std::nullopt}});
+    QStringList changed;
+    for (auto status = result.statuses.cbegin(); status != result.statuses.cend(); ++status) {
+        if (PackageStatus &known = m_statuses[status.key()]; known != status.value()) {
+            known = status.value();
+            changed.append(status.key());
+        }
     }
-}
-
-void BrevokPackages::showUpdateResult(const QStringList &newNames)
-{
-    QString title = Texts::tr("You're up-to-date!");
-    QString label = Texts::tr("There are no new Plug-In updates available.");
-    if (newNames.size() == 1) {
-        title = Texts::tr("Plug-In update available!");
-        label = Texts::tr("%1 Plug-In update is available.").arg(newNames.first());
-    } else if (!newNames.isEmpty()) {
-        title = Texts::tr("Plug-In updates available!");
-        label = Texts::tr("You have %1 Plug-In updates available.").arg(newNames.size());
+    if (all) {
+        m_known = result.known;
+        return changed;
     }
-    Q_EMIT updateResult(title, label);
-    m_showNotifications = true;
+    m_known.builds.insert(result.known.builds);
+    for (auto target = result.known.bundles.cbegin(); target != result.known.bundles.cend(); ++target) {
+        m_known.bundles[target.key()].insert(target.value());
+    }
+    return changed;
 }
 
 } // namespace brevok

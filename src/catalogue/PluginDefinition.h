@@ -34,6 +34,7 @@ inline constexpr QLatin1StringView mac("Mac"); ///< value of platform
 /// written into it is seen under every prefix. Changed on the main thread only, inside
 /// BrevokPlugins::change().
 struct PluginDefinition {
+    QString key; ///< build key
     Record record;
 };
 using DefinitionPtr = std::shared_ptr<PluginDefinition>;

@@ -6,28 +6,37 @@
 #include "foundation/Record.h"
 
 #include <QList>
-#include <QString>
 
 namespace brevok {
 
-/// A valid element of the published list with the values that merging needs, read once.
+/// A valid element of the list that the service sends.
 struct ListedBuild {
-    /// How many keys a valid element has at the least.
-    static constexpr qsizetype requiredKeys = 8;
-
-    Record record;
-    QString prefix;
+    QString key; ///< build key
     QString name;
+    QString prefix;
     QString version;
-    QString host; ///< "HostVersion" as text
     qint64 hostVersion = 0;
-
-    /// What makes a build one build.
-    [[nodiscard]] QString key() const;
+    /// As it is kept when it is new: with its prefix among its prefixes, and without what would be taken for
+    /// local state.
+    Record record;
 };
 
-/// The newest build per plug-in, host version and prefix, in the order in which the list names them first.
-/// What is no usable element is left out, with the log line that belongs to it.
-[[nodiscard]] QList<ListedBuild> newestBuilds(QJsonArray list);
+/// What a list holds for one prefix.
+struct ListedPrefix {
+    QString prefix;
+    QList<ListedBuild> builds{};
+    bool onePlaceEach = true; ///< no two builds have one name and host version
+};
+
+/// A list, made ready for DefinitionTables::merge().
+struct PluginList {
+    QList<ListedPrefix> prefixes{};
+    bool allValid = true; ///< nothing was left out with a line in the log
+};
+
+/// Of each plug-in, host version and prefix in @p list the newest valid build. Elements for other platforms
+/// are skipped, invalid ones with a log line. Elements that nobody else refers to are taken over uncopied.
+/// Any thread.
+[[nodiscard]] PluginList newestBuilds(QJsonArray list);
 
 } // namespace brevok

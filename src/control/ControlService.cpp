@@ -167,16 +167,12 @@ bool ControlService::refusedUnknown(const QStringList &prefixes)
     if (refusedBeforeAnswer()) {
         return true;
     }
-    const QList<Record> packages = m_with->packages.packageRecords();
     if (prefixes.isEmpty()) {
         refuse(u"No package is named."_s);
         return true;
     }
     for (const QString &prefix : prefixes) {
-        const bool known = std::any_of(packages.cbegin(), packages.cend(), [&](const Record &package) {
-            return !prefix.isEmpty() && package[PackageKeys::prefix].toString() == prefix;
-        });
-        if (!known) {
+        if (m_with->packages.packagesWithPrefix(prefix).isEmpty()) {
             refuse(u"No package has the prefix '%1'."_s.arg(prefix));
             return true;
         }
@@ -196,7 +192,9 @@ QString ControlService::Status()
         {u"session"_s,
             QJsonObject{{u"signedIn"_s, !session.sessionId().isEmpty()}, {u"email"_s, session.orlecId()},
                 {u"updating"_s, session.isUpdating()}}},
-        {u"updates"_s, waitingUpdates(packages, statuses)},
+        {u"updates"_s,
+            std::count_if(packages.cbegin(), packages.cend(),
+                [this](const Record &package) { return m_with->packages.waits(package); })},
         {u"packages"_s, packagesDocument(packages, statuses)},
         {u"targets"_s, targetsDocument(m_with->targets.allRecords())},
         {u"installer"_s,
@@ -288,16 +286,14 @@ QStringList ControlService::UpdateAll()
     if (refusedBeforeAnswer()) {
         return {};
     }
-    const auto &statuses = m_with->packages.packagesStatus();
     QStringList prefixes;
     const QList<Record> packages = m_with->packages.packageRecords();
     for (const Record &package : packages) {
-        const QString prefix = package[PackageKeys::prefix].toString();
-        const bool waits = waitsForUpdate(statuses.value(prefix, PackageStatus::MissingData));
-        if (waits && !prefixes.contains(prefix)) {
-            prefixes.append(prefix);
+        if (m_with->packages.waits(package)) {
+            prefixes.append(package[PackageKeys::prefix].toString());
         }
     }
+    prefixes.removeDuplicates();
     if (!prefixes.isEmpty()) {
         runForEach(prefixes, false);
     }

@@ -9,20 +9,12 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-PackageStatus statusOf(const Record &package, const QHash<QString, PackageStatus> &statuses)
-{
-    return statuses.value(package[PackageKeys::prefix].toString(), PackageStatus::MissingData);
-}
-
-} // namespace
-
 QJsonArray packagesDocument(const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses)
 {
     QJsonArray document;
     for (const Record &package : packages) {
-        const PackageStatus status = statusOf(package, statuses);
+        const PackageStatus status =
+            statuses.value(package[PackageKeys::prefix].toString(), PackageStatus::MissingData);
         document.append(QJsonObject{
             {u"name"_s, package[PackageKeys::name]},
             {u"prefix"_s, package[PackageKeys::prefix].toString()},
@@ -52,12 +44,6 @@ QJsonArray targetsDocument(const TargetRecords &records)
         });
     }
     return document;
-}
-
-int waitingUpdates(const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses)
-{
-    return static_cast<int>(std::count_if(packages.cbegin(), packages.cend(),
-        [&](const Record &package) { return waitsForUpdate(statusOf(package, statuses)); }));
 }
 
 } // namespace brevok

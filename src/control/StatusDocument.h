@@ -17,8 +17,4 @@ namespace brevok {
 /// All stored targets, by path.
 [[nodiscard]] QJsonArray targetsDocument(const TargetRecords &records);
 
-/// How many packages wait for an update.
-[[nodiscard]] int waitingUpdates(
-    const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses);
-
 } // namespace brevok

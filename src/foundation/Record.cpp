@@ -187,7 +187,14 @@ QJsonValue wellFormed(const QJsonValue &value)
 
 bool mayHoldHalfCharacters(const QByteArray &json)
 {
-    return json.contains("\\ud") || json.contains("\\uD");
+    // Most lists hold no escape at all, and one character is found fast.
+    for (qsizetype at = json.indexOf('\\'); at >= 0; at = json.indexOf('\\', at + 2)) {
+        const QByteArrayView escape = QByteArrayView(json).sliced(at);
+        if (escape.startsWith("\\ud") || escape.startsWith("\\uD")) {
+            return true;
+        }
+    }
+    return false;
 }
 
 QString orDash(const QString &text)

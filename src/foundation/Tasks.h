@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include <QCoreApplication>
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 
@@ -28,6 +30,20 @@ void onMain(QObject *context, Task work);
 
 /// As onMain(), and waits until @p work has run. Called on the main thread it runs @p work at once.
 void onMainAndWait(QObject *context, const Task &work);
+
+/// Runs @p work in the background and @p then on the main thread with its result, unless @p context is gone
+/// by then. Main thread.
+template <typename Work, typename Then> void inBackgroundThen(QObject *context, Work work, Then then)
+{
+    inBackground([guard = QPointer<QObject>(context), work = std::move(work), then = std::move(then)] {
+        const auto result = work();
+        onMain(QCoreApplication::instance(), [guard, then, result] {
+            if (guard) {
+                then(result);
+            }
+        });
+    });
+}
 
 /// Waits for running background work and starts no more; the last act of a program (and of a test that used
 /// any).

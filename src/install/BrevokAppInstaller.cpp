@@ -133,11 +133,19 @@ std::optional<Record> BrevokAppInstaller::currentRecord(const QString &key)
     return ran ? std::optional(*record) : std::nullopt;
 }
 
-std::optional<CatalogueSnapshot> BrevokAppInstaller::catalogue()
+std::optional<CatalogueSnapshot> BrevokAppInstaller::catalogueOf(const QSet<QString> &plugins)
 {
     auto snapshot = std::make_shared<CatalogueSnapshot>();
-    const bool ran = onMainNow([this, snapshot] {
-        *snapshot = {m_with.packages.packageRecords(), m_with.plugins.snapshot()};
+    const bool ran = onMainNow([this, plugins, snapshot] {
+        for (const QString &plugin : plugins) {
+            const QSet<QString> prefixes = m_with.plugins.prefixesWith(plugin);
+            for (const QString &prefix : prefixes) {
+                if (!snapshot->definitions.contains(prefix)) {
+                    snapshot->packages += m_with.packages.packagesWithPrefix(prefix);
+                    snapshot->definitions.insert(prefix, m_with.plugins.snapshotOf(prefix));
+                }
+            }
+        }
     });
     return ran ? std::optional(*snapshot) : std::nullopt;
 }
@@ -245,11 +253,11 @@ CommandResult BrevokAppInstaller::carryOutRemovals(const QString &key, const Rec
     const QString prefix = package.value(PackageKeys::prefix).toString();
     const std::shared_ptr<InstallerOperations> operations = installer();
     const std::optional<Record> definition = currentRecord(key);
-    const std::optional<CatalogueSnapshot> known = definition ? catalogue() : std::nullopt;
+    const QString name = definition ? definition->value(PluginKeys::name).toString() : QString();
+    const std::optional<CatalogueSnapshot> known = definition ? catalogueOf({name}) : std::nullopt;
     if (!known) {
         return result;
     }
-    const QString name = definition->value(PluginKeys::name).toString();
     const auto exists = [&](const QString &path) {
         return operations->fileExistsAtPath(path);
     };
@@ -290,7 +298,7 @@ bool BrevokAppInstaller::canRemovePlugin(
     const QString &name, const QString &pluginPath, const QString &prefix)
 {
     const std::shared_ptr<InstallerOperations> operations = installer();
-    return mayRemovePlugin(name, pluginPath, prefix, catalogue().value_or(CatalogueSnapshot()),
+    return mayRemovePlugin(name, pluginPath, prefix, catalogueOf({name}).value_or(CatalogueSnapshot()),
         [&](const QString &path) { return operations->fileExistsAtPath(path); });
 }
 
@@ -299,7 +307,11 @@ void BrevokAppInstaller::canRemovePlugins(
 {
     addJob([this, questions, guard = QPointer(context), done = std::move(done)] {
         const std::shared_ptr<InstallerOperations> operations = installer();
-        const CatalogueSnapshot known = catalogue().value_or(CatalogueSnapshot());
+        QSet<QString> plugins;
+        for (const RemovalQuestion &question : questions) {
+            plugins.insert(question.name);
+        }
+        const CatalogueSnapshot known = catalogueOf(plugins).value_or(CatalogueSnapshot());
         const auto exists = [&](const QString &path) {
             return operations->fileExistsAtPath(path);
         };

@@ -101,7 +101,7 @@ private:
     // meanwhile: the job must then stop without touching it.
     [[nodiscard]] bool onMainNow(const Task &work);
     [[nodiscard]] std::optional<Record> currentRecord(const QString &key);
-    [[nodiscard]] std::optional<CatalogueSnapshot> catalogue();
+    [[nodiscard]] std::optional<CatalogueSnapshot> catalogueOf(const QSet<QString> &plugins);
     [[nodiscard]] bool dequeue(const QString &key, const QJsonArray &command);
     void finishPackage(const Record &package);
 

@@ -56,11 +56,9 @@ void InstallFlow::uninstallWithPackage(const Record &package, const QString &pre
 void InstallFlow::forPackages(const QString &prefix, const Maker &make, const Completion &done)
 {
     Operations operations;
-    const QList<Record> records = m_with.packages.packageRecords();
-    for (const Record &package : records) {
-        if (!prefix.isEmpty() && nonEmptyString(package.value(PackageKeys::prefix)) == prefix) {
-            operations.append(make(package));
-        }
+    const QList<Record> packages = m_with.packages.packagesWithPrefix(prefix);
+    for (const Record &package : packages) {
+        operations.append(make(package));
     }
     if (operations.isEmpty()) {
         enqueue(nullptr, done);

@@ -94,14 +94,14 @@ void InstallOperation::installStored()
         const DefinitionPtr shared = definition(key);
         if (shared && hasCommandQueue(shared->record) && shared->record.contains(PluginKeys::savedVersion)
             && !isDownloading(shared->record)) {
-            install(key, [this, shared](const CommandResult &result) {
+            install(key, [this, key, shared](const CommandResult &result) {
                 reportLater(result.errors, displayText(shared->record));
-                m_with.plugins.announceChange();
+                m_with.plugins.announceChange({key});
                 installStored();
             });
             return;
         }
-        m_with.plugins.announceChange();
+        m_with.plugins.announceChange({key});
     }
     startDownloads();
 }
@@ -196,6 +196,10 @@ void InstallOperation::downloadEnded(const Download &download, const DownloadRes
 void InstallOperation::downloadStored(const Download &download)
 {
     const DefinitionPtr shared = definition(download.key);
+    if (!shared) {
+        cleanUp(download);
+        return;
+    }
     m_with.plugins.change({download.key},
         [&] { shared->record.insert(PluginKeys::savedVersion, shared->record.value(PluginKeys::version)); });
     const auto installed = [this, download](const CommandResult &result) {
@@ -224,7 +228,7 @@ void InstallOperation::cleanUp(const Download &download)
         logLine(u"Cleanup 2: %1"_s.arg(download.name));
         forget(download.key);
     }
-    m_with.plugins.announceChange();
+    m_with.plugins.announceChange({download.key});
     m_takenPlaces.remove(download.destination);
     const QStringList waiting = std::exchange(m_waitingDownloads, {});
     for (const QString &key : waiting) {

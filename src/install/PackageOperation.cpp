@@ -17,16 +17,6 @@ PackageOperation::PackageOperation(
 
 PackageOperation::~PackageOperation() = default;
 
-QList<Record> PackageOperation::definitions() const
-{
-    QList<Record> records;
-    const QList<DefinitionPtr> shared = m_with.plugins.pluginIndex().value(m_prefix);
-    for (const DefinitionPtr &one : shared) {
-        records.append(one->record);
-    }
-    return records;
-}
-
 void PackageOperation::reportLater(const QList<BrevokError> &errors, const QString &plugin)
 {
     if (!errors.isEmpty()) {

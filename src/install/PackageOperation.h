@@ -5,9 +5,6 @@
 
 #include "install/InstallFlow.h"
 
-#include <QCoreApplication>
-#include <QPointer>
-
 namespace brevok {
 
 /// One install or removal of one package, from its start to its end. Main thread.
@@ -28,7 +25,7 @@ Q_SIGNALS:
     void finished();
 
 protected:
-    [[nodiscard]] QList<Record> definitions() const;
+    [[nodiscard]] QList<Record> definitions() const { return m_with.plugins.snapshotOf(m_prefix); }
     [[nodiscard]] DefinitionPtr definition(const QString &key) const
     {
         return m_with.plugins.definition(key);
@@ -42,19 +39,5 @@ protected:
     QString m_prefix;
     InstallOutcome m_outcome;
 };
-
-/// Runs @p work in the background and @p then on the main thread with its result, unless @p context is gone
-/// by then. Main thread.
-template <typename Work, typename Then> void inBackgroundThen(QObject *context, Work work, Then then)
-{
-    inBackground([guard = QPointer<QObject>(context), work = std::move(work), then = std::move(then)] {
-        const auto result = work();
-        onMain(QCoreApplication::instance(), [guard, then, result] {
-            if (guard) {
-                then(result);
-            }
-        });
-    });
-}
 
 } // namespace brevok

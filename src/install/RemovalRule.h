@@ -9,9 +9,9 @@
 
 namespace brevok {
 
-/// The catalogue as plain values, for background work.
+/// What shares plug-ins in the catalogue, as plain values for background work.
 struct CatalogueSnapshot {
-    QList<Record> packages; ///< in the catalogue's order
+    QList<Record> packages;
     DefinitionSnapshot definitions;
 };
 

@@ -79,9 +79,8 @@ void RemoveOperation::askWhatMayGo(const QList<Record> &targets)
 
 void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QList<bool> &answers)
 {
-    QStringList keys;
     for (const Candidate &candidate : candidates) {
-        keys.append(candidate.key);
+        m_keys.append(candidate.key);
     }
     const auto record = [&] {
         for (qsizetype i = 0; i < candidates.size(); ++i) {
@@ -92,14 +91,14 @@ void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QL
             }
         }
     };
-    m_with.plugins.change(keys, record, this, [this](const auto & /*error*/) { removeNext(); });
+    m_with.plugins.change(m_keys, record, this, [this](const auto & /*error*/) { removeNext(); });
     m_outcome.planned = static_cast<int>(m_removals.size());
 }
 
 void RemoveOperation::removeNext()
 {
     if (m_removals.isEmpty()) {
-        m_with.plugins.announceChange();
+        m_with.plugins.announceChange(m_keys);
         Q_EMIT finished();
         return;
     }

@@ -27,9 +27,9 @@ void StateStore::Waiter::tell(const std::optional<BrevokError> &error) const
     }
 }
 
-void StateStore::commit(const StateChanges &changes, QObject *context, Done done)
+void StateStore::commit(StateChanges changes, QObject *context, Done done)
 {
-    add(changes, {.hasContext = context != nullptr, .context = context, .done = std::move(done)});
+    add(std::move(changes), {.hasContext = context != nullptr, .context = context, .done = std::move(done)});
 }
 
 QJsonValue StateStore::value(const QString &key)

@@ -53,8 +53,8 @@ public:
 
     /// Puts and removes entries, all or none. @p done hears, on a later turn of the event loop and while
     /// @p context lives, what became of these changes and all before them; no changes: of those before.
-    void commit(const StateChanges &changes, QObject *context, Done done);
-    void commit(const StateChanges &changes) { commit(changes, nullptr, {}); }
+    void commit(StateChanges changes, QObject *context, Done done);
+    void commit(StateChanges changes) { commit(std::move(changes), nullptr, {}); }
 
     /// Stores what waits, before the program ends. Blocks.
     virtual void finish() = 0;
@@ -89,7 +89,7 @@ protected:
         Done done;
         void tell(const std::optional<BrevokError> &error) const;
     };
-    virtual void add(const StateChanges &changes, Waiter waiter) = 0;
+    virtual void add(StateChanges changes, Waiter waiter) = 0;
 };
 
 } // namespace brevok

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "PackagesFixture.h"
 #include "support/FailingDisk.h"
@@ -35,6 +36,7 @@ private Q_SLOTS:
     void namesStayOneAcrossARestart();
     void aListThatBringsNothingNewWritesNothing();
     void statusesFollowEveryChange();
+    void aChangeOfOnePluginIsCalculatedAlone();
     void callsDuringACalculationAreServedAfterIt();
     void usersCheckTellsOfNewUpdates_data();
     void usersCheckTellsOfNewUpdates();
@@ -212,6 +214,45 @@ void PackagesTest::statusesFollowEveryChange()
     QTRY_COMPARE(status(), PackageStatus::MissingData);
     QVERIFY(packages.statusTimer()->isActive());
     QCOMPARE(packages.statusTimer()->interval(), 1000);
+}
+
+void PackagesTest::aChangeOfOnePluginIsCalculatedAlone()
+{
+    Fixture f;
+    BrevokPackages &packages = f.start();
+    const QString target = f.target(u"A"_s, u"1.0"_s);
+    f.target(u"C"_s, u"1.0"_s);
+    f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1.0"_s, 140),
+        Fixture::build(u"A"_s, u"Q"_s, u"2.0"_s, 140), Fixture::build(u"C"_s, u"R"_s, u"2.0"_s, 140),
+        Fixture::build(u"A"_s, u"unpublished"_s, u"2.0"_s, 140)});
+    packages.updateWithArray({Fixture::package(u"a"_s, u"P"_s), Fixture::package(u"b"_s, u"Q"_s),
+        Fixture::package(u"c"_s, u"R"_s), Fixture::package(u"d"_s, u"R"_s)});
+    const auto statuses = [&] {
+        const auto &all = packages.packagesStatus();
+        return QList{all.value(u"P"_s), all.value(u"Q"_s), all.value(u"R"_s)};
+    };
+    using enum PackageStatus;
+    QTRY_COMPARE(statuses(), (QList{UpToDate, NotUpdated, NotUpdated}));
+    QTRY_VERIFY(!packages.updating() && !packages.needUpdate() && !packages.statusTimer()->isActive());
+    QCOMPARE(packages.updates(), 3);
+
+    // Another program updates both bundles; then one of them is told of.
+    writeInstalledPlugin(target, u"A"_s, u"2.0"_s, u"14.0"_s);
+    writeInstalledPlugin(target, u"C"_s, u"2.0"_s, u"14.0"_s);
+    setLogLevel(1);
+    LogCapture log;
+    f.plugins.announceChange({u"140:A_1.0"_s});
+    QTRY_VERIFY(!packages.updating());
+    setLogLevel(0);
+    QCOMPARE(statuses(), (QList{UpToDate, UpToDate, NotUpdated}));
+    QCOMPARE(packages.packagesStatus().size(), 3);
+    QCOMPARE(LogCapture::count(u"App version: 140"_s), 2); // whatever the catalogue's size
+    packages.notifyPackageStatuses();
+    QCOMPARE(packages.updates(), 2);
+    // When it is quiet, the rest is looked at too.
+    QTRY_COMPARE(statuses(), (QList{UpToDate, UpToDate, UpToDate}));
+    QTRY_COMPARE(packages.updates(), 0);
+    QVERIFY(f.state.entries(CatalogueKeys::notifiedPackages).isEmpty());
 }
 
 void PackagesTest::callsDuringACalculationAreServedAfterIt()

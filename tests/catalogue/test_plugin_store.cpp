@@ -26,6 +26,9 @@ private Q_SLOTS:
 
     void definitionsSurviveARestart();
     void onlyWhatChangedIsWritten();
+    void aKeptListIsNotTakenAgain();
+    void aListIsTakenAgainWhenSomethingIsMissing_data();
+    void aListIsTakenAgainWhenSomethingIsMissing();
     void dropsAndReplacementsSurvive();
     void aVanishedFileIsWrittenWhole();
     void wrongShapesInsideAreLeftOut();
@@ -86,6 +89,83 @@ void PluginStoreTest::onlyWhatChangedIsWritten()
     }
     QVERIFY(changes[0] > 0);
     QVERIFY2(changes[1] <= changes[0] * 13 / 10, qPrintable(u"%1 %2"_s.arg(changes[0]).arg(changes[1])));
+}
+
+// Of a list that is kept already only the date is stored, also after a restart; but observers look at the
+// disk.
+void PluginStoreTest::aKeptListIsNotTakenAgain()
+{
+    Fixture f;
+    const ServiceReply reply = Fixture::good(
+        {Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140)});
+    for (int start = 0; start < 2; ++start) {
+        BrevokPlugins plugins(f.state, f.service, f.alerts);
+        plugins.start();
+        if (start == 0) {
+            f.service.answerList(reply);
+            plugins.checkForUpdates();
+            QVERIFY(f.flushed());
+        }
+        const QSignalSpy changed(&plugins, &BrevokPlugins::pluginsChanged);
+        // Merging it again would undo this.
+        plugins.change({u"140:B_1"_s},
+            [&] { plugins.definition(u"140:B_1"_s)->record.insert(PluginKeys::link, u"mine"_s); });
+        QVERIFY(f.flushed());
+        FailingDisk::heal();
+        f.state.setDate(CatalogueKeys::pluginsUpdateDate, QDateTime::currentDateTimeUtc());
+        QVERIFY(f.flushed());
+        const qint64 dateAlone = FailingDisk::bytes();
+        FailingDisk::heal();
+        f.service.answerList(reply);
+        QVERIFY(f.flushed());
+        QCOMPARE(FailingDisk::bytes(), dateAlone);
+        QCOMPARE(changed.size(), 2);
+        QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), (QStringList{u"140:A_1"_s, u"140:B_1"_s}));
+        QCOMPARE(plugins.definition(u"140:B_1"_s)->record.value(PluginKeys::link).toString(), u"mine"_s);
+    }
+}
+
+void PluginStoreTest::aListIsTakenAgainWhenSomethingIsMissing_data()
+{
+    QTest::addColumn<QString>("what");
+    for (const char *what : {"a build", "a prefix", "the mark", "nothing, but an element is invalid",
+             "nothing, but another list came between"}) {
+        QTest::addRow("%s", what) << QString::fromLatin1(what);
+    }
+}
+
+void PluginStoreTest::aListIsTakenAgainWhenSomethingIsMissing()
+{
+    QFETCH(QString, what);
+    Fixture f;
+    QJsonArray list{
+        Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"Q"_s, u"1"_s, 140)};
+    const bool invalid = what.contains(u"invalid"_s);
+    if (invalid) {
+        list.append(7);
+    }
+    const LogCapture log;
+    {
+        BrevokPlugins plugins(f.state, f.service, f.alerts);
+        plugins.start();
+        f.service.answerList(Fixture::good(list));
+        if (what.contains(u"another"_s)) {
+            plugins.checkForUpdates();
+            f.service.answerList(
+                Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/other.zip"_s)}));
+        }
+    }
+    f.state.commit(what == u"a build"_s ? StateChanges{{CatalogueKeys::pluginsData, u"140:B_1"_s, {}}}
+            : what == u"a prefix"_s     ? StateChanges{{CatalogueKeys::pluginPrefixes, u"Q"_s, {}}}
+            : what == u"the mark"_s     ? StateChanges{{CatalogueKeys::pluginList, QString(), {}}}
+                                        : StateChanges());
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
+    plugins.start();
+    f.service.answerList(Fixture::good(list));
+    QCOMPARE(Fixture::buildsOf(plugins, u"Q"_s), QStringList{u"140:B_1"_s});
+    QCOMPARE(plugins.definition(u"140:A_1"_s)->record.value(PluginKeys::link).toString(),
+        u"https://x/a.zip"_s);
+    QCOMPARE(LogCapture::count(u"plugin is not nsdirectory!"_s), invalid ? 2 : 0);
 }
 
 void PluginStoreTest::dropsAndReplacementsSurvive()

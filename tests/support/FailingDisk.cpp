@@ -3,6 +3,8 @@
 
 #include "support/FailingDisk.h"
 
+#include <QThread>
+
 #include <atomic>
 #include <limits>
 
@@ -17,6 +19,7 @@ constexpr int never = std::numeric_limits<int>::max();
 std::atomic<int> good = never;
 std::atomic<int> tried = 0;
 std::atomic<qint64> written = 0;
+std::atomic<unsigned long> syncMs = 0;
 sqlite3_vfs *realDisk = nullptr;
 sqlite3_vfs disk = {};
 
@@ -57,6 +60,7 @@ const sqlite3_io_methods methods = {
         },
     .xSync =
         [](sqlite3_file *f, int flags) {
+            QThread::msleep(syncMs);
             return refused() ? SQLITE_IOERR_FSYNC : real(f)->pMethods->xSync(real(f), flags);
         },
     .xFileSize = [](sqlite3_file *f,
@@ -127,8 +131,14 @@ void FailingDisk::failAfter(int writes)
     written = 0;
 }
 
+void FailingDisk::slowDown(int milliseconds)
+{
+    syncMs = static_cast<unsigned long>(milliseconds);
+}
+
 void FailingDisk::heal()
 {
+    slowDown(0);
     failAfter(never);
 }
 

@@ -5,9 +5,11 @@
 
 #include "service/ServiceClient.h"
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QMetaObject>
 #include <QPointer>
+#include <QThreadPool>
 
 namespace brevok::testing {
 
@@ -53,13 +55,18 @@ public:
         downloads.append({url, destination, expectedSize, context, std::move(progress), std::move(handler)});
     }
 
-    /// Answers the oldest list request.
+    /// Answers the oldest list request, and waits until a list is read in the background and taken over.
     void answerList(const ServiceReply &reply)
     {
         const ListRequest request = lists.takeFirst();
         if (request.context) {
             request.handler(reply);
         }
+        constexpr int sliceMs = 10;
+        while (!QThreadPool::globalInstance()->waitForDone(sliceMs)) {
+            QCoreApplication::sendPostedEvents();
+        }
+        QCoreApplication::sendPostedEvents();
     }
 };
 

@@ -116,9 +116,9 @@ void SqliteStateStore::sayDamaged(const QString &keptAs)
     Q_EMIT damaged(keptAs);
 }
 
-void SqliteStateStore::add(const StateChanges &changes, Waiter waiter)
+void SqliteStateStore::add(StateChanges changes, Waiter waiter)
 {
-    m_waiting += changes;
+    m_waiting.isEmpty() ? m_waiting.swap(changes) : m_waiting.append(changes);
     if (waiter.done) {
         m_waiters.append(std::move(waiter));
     }

@@ -29,7 +29,7 @@ public:
     void finish() override;
 
 protected:
-    void add(const StateChanges &changes, Waiter waiter) override;
+    void add(StateChanges changes, Waiter waiter) override;
 
 private:
     /// What the worker writes in one go, and what became of it.

@@ -1,0 +1,100 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "InstallWorkload.h"
+
+#include "Workloads.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QJsonDocument>
+
+namespace brevok::bench {
+
+using namespace Qt::StringLiterals;
+using testing::InstallRig;
+
+namespace {
+
+QString tiny(int number)
+{
+    return u"Tiny %1"_s.arg(number);
+}
+
+} // namespace
+
+InstallWorkload::InstallWorkload(int definitions)
+    : m_target(m_rig.addTarget(u"InDesign 2019"_s, u"140"_s))
+{
+    QJsonArray builds = QJsonDocument::fromJson(pluginList(definitions - plugins)).array();
+    QJsonArray products;
+    QString last;
+    const auto addProduct = [&](const QString &name, const QString &prefix) {
+        products.append(Record{{PackageKeys::name, name}, {PackageKeys::prefix, prefix},
+            {PackageKeys::version, u"2.0"_s}, {PackageKeys::published, u"2026"_s},
+            {PackageKeys::platform, PluginKeys::mac}});
+    };
+    for (const QJsonValue build : std::as_const(builds)) {
+        if (const QString prefix = build[PluginKeys::prefix].toString(); prefix != last) {
+            addProduct(build[PluginKeys::name].toString(), prefix);
+            last = prefix;
+        }
+    }
+    for (int i = 0; i < plugins; ++i) {
+        builds.append(InstallRig::build(tiny(i), tiny(i), 140));
+        addProduct(tiny(i), tiny(i));
+    }
+    m_rig.plugins.updateWithArray(builds);
+    m_rig.packages.updateWithArray(products);
+    waitUntilSettled(0);
+}
+
+qsizetype InstallWorkload::install()
+{
+    for (int i = 0; i < plugins; ++i) {
+        m_rig.flow.installWithPrefix(tiny(i), false, [this](const auto &) { ++m_ended; });
+    }
+    waitUntilSettled(plugins);
+    return QDir(m_target + u"/Tolvane"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+}
+
+void InstallWorkload::remove()
+{
+    for (int i = 0; i < plugins; ++i) {
+        m_rig.flow.uninstallWithPrefix(tiny(i), [this](const auto &) { ++m_ended; });
+    }
+    waitUntilSettled(plugins);
+    QDir(m_rig.dataFolder() + u"/140"_s).removeRecursively();
+}
+
+bool InstallWorkload::refresh(const QByteArray &list)
+{
+    bool taken = false;
+    m_rig.service.lists.clear();
+    m_rig.plugins.checkForUpdates([&taken](bool ok) { taken = ok; });
+    m_rig.service.lists.takeFirst().handler({.status = 200, .body = list, .headers = {}, .error = {}});
+    int stored = -1;
+    while (stored < 0) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        if (std::exchange(taken, false)) {
+            m_rig.state.commit({}, &m_rig.flow, [&stored](const auto &error) { stored = error ? 0 : 1; });
+        }
+    }
+    waitUntilSettled(0);
+    return stored == 1;
+}
+
+void InstallWorkload::waitUntilSettled(int operations)
+{
+    const BrevokPackages &packages = m_rig.packages;
+    while (m_ended < operations || packages.updating() || packages.needUpdate()) {
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        while (!m_rig.service.downloads.isEmpty()) {
+            const QString name = m_rig.service.downloads.constFirst().url.path().section(u'/', -1);
+            m_rig.answerDownload(InstallRig::archiveOf(name.section(u'-', 0, 0), 140));
+        }
+    }
+    m_ended = 0;
+}
+
+} // namespace brevok::bench

@@ -54,6 +54,12 @@ QJsonArray targetsDocument(const TargetRecords &records)
     return document;
 }
 
+QString storageWarning(const QString &problem)
+{
+    return u"Changes cannot be stored now (%1). They are kept in memory, and stored as soon as that is possible."_s
+        .arg(problem);
+}
+
 int waitingUpdates(const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses)
 {
     return static_cast<int>(std::count_if(packages.cbegin(), packages.cend(),

@@ -17,6 +17,9 @@ namespace brevok {
 /// All stored targets, by path.
 [[nodiscard]] QJsonArray targetsDocument(const TargetRecords &records);
 
+/// What is said of @p problem, why nothing can be stored.
+[[nodiscard]] QString storageWarning(const QString &problem);
+
 /// How many packages wait for an update.
 [[nodiscard]] int waitingUpdates(
     const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses);

@@ -23,6 +23,7 @@ class InstallFlow;
 class MainBundle;
 class SettingsAccess;
 class SettingsStore;
+class StorageWatch;
 class UrlOpener;
 
 /// The status item in the system's bar, as the application drives it. Main thread.
@@ -70,6 +71,7 @@ struct SurfaceContext {
     const Connectivity &connectivity;
     SettingsAccess &access;
     SettingsStore &settings;
+    StorageWatch &storage;
     UrlOpener &urls;
     QUrl serviceUrl; ///< base address of the service and its web pages
     std::function<void()> togglePanel;

@@ -4,11 +4,13 @@
 #pragma once
 
 #include "../install/InstallRig.h"
-#include "platform/SelfUpdater.h"
+#include "platform/StorageWatch.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "support/FakeRouteLookup.h"
+#include "support/IdleUpdater.h"
+#include "support/MemorySettingsStore.h"
 #include "support/RecordingOpener.h"
 #include "ui/BrevokPackageCellController.h"
 #include "ui/BrevokPanelController.h"
@@ -18,14 +20,6 @@
 #include <QTest>
 
 namespace brevok::testing {
-
-class IdleUpdater final : public SelfUpdater {
-public:
-    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
-    void setAutomaticallyChecksForUpdates(bool) override { }
-    void checkForUpdates() override { }
-    void checkForUpdatesInBackground() override { }
-};
 
 class PlacedItem final : public StatusItemPlace {
 public:
@@ -58,6 +52,7 @@ struct PanelRig final : private PanelKeeper {
             .flow = rig.flow,
             .alerts = alerts,
             .connectivity = connectivity,
+            .storage = storage,
             .urls = urls,
             .serviceUrl = service,
             .helpUrl = QUrl(QStringLiteral("https://help.example/")),
@@ -73,6 +68,8 @@ struct PanelRig final : private PanelKeeper {
     Connectivity connectivity{network, routes};
     BrevokAlertQueue alerts{rig.presenter, *this};
     IdleUpdater updater;
+    MemorySettingsStore settings;
+    StorageWatch storage{settings, rig.state};
     RecordingOpener urls;
     PlacedItem item;
     bool hasItem = true;

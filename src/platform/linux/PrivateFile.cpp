@@ -68,7 +68,7 @@ bool writeAll(int file, const QByteArray &bytes)
     return true;
 }
 
-// A shortage of the moment is no reason to take the user's settings away.
+// A shortage, of rights too, is no reason to take the user's settings away.
 PrivateFile unopened(const QByteArray &path, int code)
 {
     struct stat facts = {};
@@ -78,7 +78,7 @@ PrivateFile unopened(const QByteArray &path, int code)
         }
         return {.state = PrivateFile::State::Unusable, .reason = QStringLiteral("a link that leads nowhere")};
     }
-    constexpr std::array lasting = {EACCES, EPERM, ELOOP, ENXIO, EIO, ENODEV};
+    constexpr std::array lasting = {ELOOP, ENXIO, EIO, ENODEV};
     const bool lasts = std::find(lasting.begin(), lasting.end(), code) != lasting.end();
     return {.state = lasts ? PrivateFile::State::Unusable : PrivateFile::State::Failed,
         .reason = qt_error_string(code)};

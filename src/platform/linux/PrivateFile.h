@@ -29,8 +29,8 @@ struct PrivateFile {
         Missing,
         Unchanged, ///< as at the stamp that the caller knows; not read again
         Read,
-        Unusable, ///< no regular file, too large, or not ours to read: it will never be readable
-        Failed, ///< could not be read this time
+        Unusable, ///< no regular file, or too large: it will never be readable
+        Failed, ///< could not be read this time, or not with our rights
     };
     State state = State::Missing;
     QString reason{}; ///< when Unusable or Failed

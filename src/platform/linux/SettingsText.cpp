@@ -10,6 +10,7 @@
 #include <QSettings>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 
 #include <sys/mman.h>
@@ -25,7 +26,7 @@ namespace {
 // QSettings reads files only: this one is in memory, where no full disk is in its way.
 FileDescriptor memoryFile(const QByteArray &text)
 {
-    static time_t reads = 0;
+    static std::atomic<time_t> reads = 0;
     FileDescriptor file(::memfd_create("settings", MFD_CLOEXEC));
     if (!file || ::write(file.get(), text.constData(), static_cast<size_t>(text.size())) != text.size()) {
         return FileDescriptor(-1);
@@ -128,7 +129,9 @@ std::optional<QVariantMap> settingsValues(const QByteArray &text, QString *short
     if (text.contains('\0')) {
         return std::nullopt;
     }
-    const FileDescriptor file = memoryFile(text);
+    const QByteArray byteOrderMark("\xEF\xBB\xBF"); // which some editors begin a file with
+    const FileDescriptor file =
+        memoryFile(text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text);
     if (!file) {
         *shortage = qt_error_string(errno);
         return std::nullopt;

@@ -117,10 +117,6 @@ bool writeSettings(const QString &path, const QVariantMap &values, QString *reas
         *reason = whyNot(path);
         return false;
     }
-    if (::fsync(written.handle()) != 0) {
-        *reason = qt_error_string(errno);
-        return false;
-    }
     return true;
 }
 

@@ -116,6 +116,7 @@ private:
     void leaveWhenIdle();
 
     Environment m_with;
+    QString m_loginItemProblem; ///< of what the user wished for last
     std::unique_ptr<Shared> m_shared;
     std::unique_ptr<StatusItemSurface> m_menubarController;
     std::unique_ptr<PanelSurface> m_panelController;

@@ -40,9 +40,9 @@ void BrevokAppDelegate::setStartAtLogin(const QUrl &application, bool enabled)
     LoginItems &items = *m_with.platform.loginItems;
     const bool present = items.contains(application);
     if (enabled && !present) {
-        items.insert(application);
+        m_loginItemProblem = items.insert(application);
     } else if (!enabled && present) {
-        items.remove(application);
+        m_loginItemProblem = items.remove(application);
     }
 }
 
@@ -58,6 +58,7 @@ QVariant BrevokAppDelegate::setting(const Setting &setting) const
 
 void BrevokAppDelegate::setSetting(const Setting &setting, const QVariant &value)
 {
+    m_loginItemProblem.clear();
     if (setting.key == SettingKeys::startAtLogin) {
         setStartAtLogin(value.toBool());
     } else {
@@ -67,7 +68,12 @@ void BrevokAppDelegate::setSetting(const Setting &setting, const QVariant &value
 
 void BrevokAppDelegate::whenStored(QObject *context, StoreDone done)
 {
-    m_with.platform.settings->synchronize(context, std::move(done));
+    std::optional<BrevokError> failure;
+    if (const QString problem = std::exchange(m_loginItemProblem, {}); !problem.isEmpty()) {
+        failure = BrevokError{.description = problem};
+    }
+    m_with.platform.settings->synchronize(
+        context, [done = std::move(done), failure](const auto &error) { done(error ? error : failure); });
 }
 
 bool BrevokAppDelegate::isLocked(const Setting &setting) const

@@ -16,10 +16,10 @@ public:
 
     /// Whether an item for exactly @p application exists; false when the list cannot be read.
     [[nodiscard]] virtual bool contains(const QUrl &application) const = 0;
-    /// Adds an item for @p application. Failure is logged.
-    virtual void insert(const QUrl &application) = 0;
-    /// Removes the item of @p application. Failure is logged.
-    virtual void remove(const QUrl &application) = 0;
+    /// Adds an item for @p application. @return why it could not, which is logged too; empty when it is there
+    virtual QString insert(const QUrl &application) = 0;
+    /// Removes the item of @p application. @return as insert()
+    virtual QString remove(const QUrl &application) = 0;
 };
 
 } // namespace brevok

@@ -28,8 +28,8 @@ public:
 class NullLoginItems final : public LoginItems {
 public:
     [[nodiscard]] bool contains(const QUrl &) const override { return false; }
-    void insert(const QUrl &) override { }
-    void remove(const QUrl &) override { }
+    QString insert(const QUrl &) override { return {}; }
+    QString remove(const QUrl &) override { return {}; }
 };
 
 } // namespace brevok

@@ -210,7 +210,6 @@ void SettingsFaultsTest::oddFilesAreRead_data()
     QTest::newRow("no end of line, no group") << "a=7"_ba << false;
     QTest::newRow("comments and groups of others") << "; mine\n[Other]\nx=1\n[General]\na=7\n"_ba << false;
     QTest::newRow("behind a link") << "[General]\na=7\n"_ba << true;
-    QTest::newRow("large") << "[General]\nblob=" + QByteArray(20'000'000, 'x') + "\na=7\n" << false;
 }
 
 void SettingsFaultsTest::oddFilesAreRead()

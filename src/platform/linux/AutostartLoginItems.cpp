@@ -74,6 +74,12 @@ QMap<QString, QString> readEntry(const QString &path)
     return values;
 }
 
+QString said(const QString &problem)
+{
+    logLine(problem);
+    return problem;
+}
+
 QString applicationKey()
 {
     return QStringLiteral("X-Tolvane-Application-URL");
@@ -96,7 +102,7 @@ bool AutostartLoginItems::contains(const QUrl &application) const
         && entry.value(applicationKey()) == application.toString(QUrl::FullyEncoded);
 }
 
-void AutostartLoginItems::insert(const QUrl &application)
+QString AutostartLoginItems::insert(const QUrl &application)
 {
     const QString program = application.toLocalFile();
     const QString text = QStringLiteral("[Desktop Entry]\n"
@@ -113,19 +119,20 @@ void AutostartLoginItems::insert(const QUrl &application)
     QSaveFile file(m_file);
     const QByteArray bytes = text.toUtf8();
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        logLine(QStringLiteral("The login item cannot be written to %1: %2").arg(m_file, file.errorString()));
+        return said(
+            QStringLiteral("The login item cannot be written to %1: %2").arg(m_file, file.errorString()));
     }
+    return {};
 }
 
-void AutostartLoginItems::remove(const QUrl &application)
+QString AutostartLoginItems::remove(const QUrl &application)
 {
-    if (!contains(application)) {
-        return;
-    }
     QFile file(m_file);
-    if (!file.remove()) {
-        logLine(QStringLiteral("The login item %1 cannot be removed: %2").arg(m_file, file.errorString()));
+    if (contains(application) && !file.remove()) {
+        return said(
+            QStringLiteral("The login item %1 cannot be removed: %2").arg(m_file, file.errorString()));
     }
+    return {};
 }
 
 } // namespace brevok

@@ -17,8 +17,8 @@ public:
 
     /// An entry that the user switched off in a session tool counts as absent.
     [[nodiscard]] bool contains(const QUrl &application) const override;
-    void insert(const QUrl &application) override;
-    void remove(const QUrl &application) override;
+    QString insert(const QUrl &application) override;
+    QString remove(const QUrl &application) override;
 
 private:
     QString m_file;

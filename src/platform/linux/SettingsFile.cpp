@@ -95,7 +95,7 @@ QString SettingsFile::write(const QVariantMap &changes)
     QLockFile lock(m_path + u".lock"_s);
     if (!lock.tryLock(lockTimeoutMilliseconds)) {
         return lock.error() == QLockFile::LockFailedError ? u"another program holds its lock"_s
-                                                          : u"its folder cannot be written"_s;
+                                                          : whyNotWritten(m_path);
     }
     if (QString problem = read(); !problem.isEmpty()) {
         return problem;

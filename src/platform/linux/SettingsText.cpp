@@ -4,6 +4,7 @@
 #include "platform/linux/SettingsText.h"
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/PrivateFile.h"
 
 #include <QDateTime>
 #include <QFile>
@@ -70,18 +71,6 @@ bool holds(const QByteArray &text, const QVariantMap &values)
     return true;
 }
 
-// What the system says of one more byte there.
-QString whyNot(const QString &path)
-{
-    QFile file(path + u".try"_s);
-    constexpr qint64 size = 4096;
-    const bool fits =
-        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(QByteArray(size, '\n')) == size;
-    QString reason = fits ? u"the values cannot be written"_s : file.errorString();
-    file.remove();
-    return reason;
-}
-
 } // namespace
 
 bool sameInSettings(const QVariant &found, const QVariant &value)
@@ -110,11 +99,11 @@ bool writeSettings(const QString &path, const QVariantMap &values, QString *reas
     written.close();
     if (!written.open(QIODevice::ReadWrite)
         || !written.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
-        *reason = whyNot(path);
+        *reason = whyNotWritten(path);
         return false;
     }
     if (!holds(written.readAll(), values)) {
-        *reason = whyNot(path);
+        *reason = whyNotWritten(path);
         return false;
     }
     return true;

@@ -4,7 +4,6 @@
 #include "control/ControlService.h"
 
 #include "control/PackageCalls.h"
-#include "control/ReportCalls.h"
 #include "control/SettingsDocument.h"
 #include "control/StatusDocument.h"
 #include "control/TargetCalls.h"
@@ -12,6 +11,8 @@
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
 #include "platform/StorageWatch.h"
+#include "reporting/BrevokUsageReporter.h"
+#include "reporting/BugReporter.h"
 #include "service/BrevokSession.h"
 
 #include <QDBusError>
@@ -57,7 +58,6 @@ void ControlService::setCollaborators(Collaborators collaborators)
     m_with.emplace(std::move(collaborators));
     m_packages = new PackageCalls(m_with->plugins, m_with->packages, m_with->flow, m_with->state, this);
     m_targets = new TargetCalls(m_with->targets, m_with->state, this);
-    m_reports = new ReportCalls(m_with->bugReporter, m_with->usageReporter, this);
     connect(&m_with->flow, &InstallFlow::progress, this, &ControlService::Progress);
 }
 
@@ -250,25 +250,43 @@ void ControlService::SetSetting(const QString &key, const QString &value)
 
 QStringList ControlService::Report(const QString &email, const QString &note)
 {
-    if (!refusedTooEarly()) {
-        m_reports->report(currentCall(), email, note);
+    if (refusedTooEarly()) {
+        return {};
     }
+    m_with->bugReporter.report({
+        .email = email,
+        .note = note,
+        .context = this,
+        .stage = {},
+        .done =
+            [call = currentCall()](const ReportOutcome &outcome) {
+                call.answer(outcome.sent ? QStringList() : QStringList{outcome.sentence()});
+            },
+    });
     return {};
 }
 
 QString ControlService::ReportBody(const QString &email, const QString &note)
 {
     if (!refusedTooEarly()) {
-        m_reports->reportBody(currentCall(), email, note);
+        m_with->bugReporter.reportBody(email, note, this,
+            [call = currentCall()](const QByteArray &body) { call.answer(QString::fromUtf8(body)); });
     }
     return {};
 }
 
 QString ControlService::UsageBody()
 {
-    if (!refusedTooEarly()) {
-        m_reports->usageBody(currentCall());
+    if (refusedTooEarly()) {
+        return {};
     }
+    m_with->usageReporter.reportBody(this, [call = currentCall()](const std::optional<QByteArray> &body) {
+        if (body) {
+            call.answer(QString::fromUtf8(*body));
+        } else {
+            call.refuse(u"No target application is known, so no usage report is sent."_s);
+        }
+    });
     return {};
 }
 

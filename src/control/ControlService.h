@@ -15,7 +15,6 @@ class BrevokSession;
 class BrevokUsageReporter;
 class BugReporter;
 class PackageCalls;
-class ReportCalls;
 class SettingsAccess;
 class StorageWatch;
 class TargetCalls;
@@ -93,7 +92,6 @@ private:
     std::optional<Collaborators> m_with;
     PackageCalls *m_packages = nullptr;
     TargetCalls *m_targets = nullptr;
-    ReportCalls *m_reports = nullptr;
     int m_unanswered = 0;
 };
 

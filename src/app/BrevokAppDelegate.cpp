@@ -3,7 +3,7 @@
 
 #include "app/BrevokAppDelegate.h"
 
-#include "app/SettingsKeys.h"
+#include "app/EarlierKeys.h"
 #include "app/Shared.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
@@ -90,13 +90,14 @@ void BrevokAppDelegate::finishLaunching()
     openSettings();
     registerDefaults();
     moveKeysOfEarlierVersions(*m_with.platform.settings);
-    m_shared->stateNotices.emplace(*m_with.platform.state, *m_shared->alerts);
+    tellOfDamage();
+    m_shared->storage.emplace(*m_with.platform.settings, *m_with.platform.state);
     m_shared->takeOver.emplace(*m_with.platform.settings, *m_with.platform.state);
     brevok::setLogLevel(logLevel());
     moveLongLogAside(m_with.folders.logFile());
     redirectStandardError(m_with.folders.logFile());
     createSharedObjects();
-    setStartAtLogin(m_with.platform.settings->boolValue(AppKeys::startAtLogin));
+    setStartAtLogin(m_with.platform.settings->boolValue(SettingKeys::startAtLogin));
     createMenubarController();
     observeNotices();
     observeOtherProcesses();
@@ -139,7 +140,7 @@ void BrevokAppDelegate::registerDefaults()
         m_with.platform.settings->registerDefaults(defaults->toVariantMap());
     }
     connect(m_with.platform.settings.get(), &SettingsStore::changed, this, [this](const QString &key) {
-        if (key == AppKeys::logLevel) {
+        if (key == SettingKeys::logLevel) {
             brevok::setLogLevel(logLevel());
         }
     });
@@ -175,6 +176,7 @@ void BrevokAppDelegate::createUpdater()
     Platform &platform = m_with.platform;
     m_shared->updater.emplace(BrevokSelfUpdater::Collaborators{
         .settings = *platform.settings,
+        .state = *platform.state,
         .service = *m_shared->service,
         .installer = *platform.softwareInstaller,
         .source = updateSourceOfBuild(m_with.service),
@@ -260,6 +262,7 @@ void BrevokAppDelegate::connectSharedObjects()
         .flow = *shared.flow,
         .state = *m_with.platform.state,
         .settings = *this,
+        .storage = *shared.storage,
         .helperIsUsed = [this] { return m_shared->installer->valid(); },
         .bugReporter = *shared.bugReporter,
         .usageReporter = *shared.usageReporter,
@@ -285,6 +288,7 @@ void BrevokAppDelegate::attachSurfaces()
         .bus = *m_with.platform.bus,
         .access = *this,
         .settings = *m_with.platform.settings,
+        .storage = *shared.storage,
         .urls = *m_with.platform.urlOpener,
         .serviceUrl = m_with.service.baseUrl,
         .togglePanel = [this] { togglePanel(); },
@@ -327,7 +331,7 @@ bool BrevokAppDelegate::applicationShouldHandleReopen(bool)
 bool BrevokAppDelegate::applicationShouldTerminate()
 {
     if (m_with.platform.settings) {
-        m_with.platform.settings->synchronize();
+        m_with.platform.settings->finish();
     }
     m_with.platform.notifications->post(m_with.bundle.identifier(), willTerminateObject);
     m_menubarController.reset();

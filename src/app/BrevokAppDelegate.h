@@ -74,18 +74,21 @@ public:
     [[nodiscard]] bool willStartAtLogin(const QUrl &application) const;
     void setStartAtLogin(const QUrl &application, bool enabled);
 
-    [[nodiscard]] bool startAtLogin() const override;
-    void setStartAtLogin(bool enabled) override;
-    [[nodiscard]] bool showNotifications() const override;
-    void setShowNotifications(bool enabled) override;
-    [[nodiscard]] bool checkForUpdates() const override;
-    void setCheckForUpdates(bool enabled) override;
-    [[nodiscard]] bool autoUpdate() const override;
-    void setAutoUpdate(bool enabled) override;
-    [[nodiscard]] int logLevel() const override;
-    void setLogLevel(int level) override;
-    [[nodiscard]] QString problem() const override;
-    [[nodiscard]] bool isLocked(const QString &key) const override;
+    [[nodiscard]] QVariant setting(const Setting &setting) const override;
+    void setSetting(const Setting &setting, const QVariant &value) override;
+    void whenStored(QObject *context, StoreDone done) override;
+    [[nodiscard]] bool isLocked(const Setting &setting) const override;
+
+    [[nodiscard]] bool startAtLogin() const { return willStartAtLogin(appURL()); }
+    void setStartAtLogin(bool enabled);
+    [[nodiscard]] bool showNotifications() const;
+    void setShowNotifications(bool enabled);
+    [[nodiscard]] bool checkForUpdates() const;
+    void setCheckForUpdates(bool enabled);
+    [[nodiscard]] bool autoUpdate() const;
+    void setAutoUpdate(bool enabled);
+    [[nodiscard]] int logLevel() const;
+    void setLogLevel(int level);
 
 Q_SIGNALS:
     void startAtLoginWillChange();
@@ -100,6 +103,7 @@ private:
     void giveWayToTheOtherCopy();
     void openSettings();
     void registerDefaults();
+    void tellOfDamage();
     void createSharedObjects();
     void createUpdater();
     void createInstaller();
@@ -110,7 +114,6 @@ private:
     void observeNotices();
     void observeOtherProcesses();
     void leaveWhenIdle();
-    void keep(const QString &key, const QVariant &value);
 
     Environment m_with;
     std::unique_ptr<Shared> m_shared;

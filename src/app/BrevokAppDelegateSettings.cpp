@@ -1,16 +1,29 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-// The settings that the delegate offers to windows and bus, and starting at login.
+// The settings that the delegate offers to windows and bus, starting at login, and what befell the stores.
 
 #include "app/BrevokAppDelegate.h"
-#include "app/SettingsKeys.h"
 #include "app/Shared.h"
+#include "foundation/Tasks.h"
+#include "foundation/Texts.h"
 #include "platform/LoginItems.h"
 #include "platform/Platform.h"
 #include "platform/SettingsStore.h"
 
 namespace brevok {
+
+// Later, so that the store does not wait for the user's answer.
+void BrevokAppDelegate::tellOfDamage()
+{
+    connect(m_with.platform.state.get(), &StateStore::damaged, this, [this](const QString &keptAs) {
+        onMain(this, [this, keptAs] {
+            m_shared->alerts->modalAlert(Texts::tr("The stored data of Tolvane Brevok was damaged"),
+                Texts::tr("What could be read is in use. The damaged file was kept as %1.").arg(keptAs), {},
+                {Texts::tr("OK")});
+        });
+    });
+}
 
 QUrl BrevokAppDelegate::appURL() const
 {
@@ -33,34 +46,61 @@ void BrevokAppDelegate::setStartAtLogin(const QUrl &application, bool enabled)
     }
 }
 
-bool BrevokAppDelegate::startAtLogin() const
+QVariant BrevokAppDelegate::setting(const Setting &setting) const
 {
-    return willStartAtLogin(appURL());
+    const SettingsStore &settings = *m_with.platform.settings;
+    if (setting.key == SettingKeys::startAtLogin) {
+        return startAtLogin();
+    }
+    return setting.type == Setting::Type::Truth ? QVariant(settings.boolValue(setting.key))
+                                                : QVariant(settings.integerValue(setting.key));
+}
+
+void BrevokAppDelegate::setSetting(const Setting &setting, const QVariant &value)
+{
+    if (setting.key == SettingKeys::startAtLogin) {
+        setStartAtLogin(value.toBool());
+    } else {
+        m_with.platform.settings->setValue(setting.key, value); // whom it concerns observes its key
+    }
+}
+
+void BrevokAppDelegate::whenStored(QObject *context, StoreDone done)
+{
+    m_with.platform.settings->synchronize(
+        context, [context, done = std::move(done), &items = *m_with.platform.loginItems](const auto &error) {
+            if (error) {
+                done(error);
+                return;
+            }
+            items.whenWritten(context, [done](const QString &problem) {
+                done(problem.isEmpty() ? std::nullopt : std::optional(BrevokError{.description = problem}));
+            });
+        });
+}
+
+bool BrevokAppDelegate::isLocked(const Setting &setting) const
+{
+    return m_with.platform.settings->isLocked(setting.key);
 }
 
 void BrevokAppDelegate::setStartAtLogin(bool enabled)
 {
     Q_EMIT startAtLoginWillChange();
-    keep(AppKeys::startAtLogin, enabled);
-    setStartAtLogin(appURL(), m_with.platform.settings->boolValue(AppKeys::startAtLogin)); // it may be locked
+    m_with.platform.settings->setValue(SettingKeys::startAtLogin, enabled);
+    setStartAtLogin(
+        appURL(), m_with.platform.settings->boolValue(SettingKeys::startAtLogin)); // it may be locked
     Q_EMIT startAtLoginChanged();
-}
-
-// What the user set is on the disk when the setter returns.
-void BrevokAppDelegate::keep(const QString &key, const QVariant &value)
-{
-    m_with.platform.settings->setValue(key, value);
-    m_with.platform.settings->synchronize();
 }
 
 bool BrevokAppDelegate::showNotifications() const
 {
-    return m_with.platform.settings->boolValue(AppKeys::showNotifications);
+    return m_with.platform.settings->boolValue(SettingKeys::showNotifications);
 }
 
 void BrevokAppDelegate::setShowNotifications(bool enabled)
 {
-    keep(AppKeys::showNotifications, enabled);
+    m_with.platform.settings->setValue(SettingKeys::showNotifications, enabled);
 }
 
 bool BrevokAppDelegate::checkForUpdates() const
@@ -71,37 +111,26 @@ bool BrevokAppDelegate::checkForUpdates() const
 void BrevokAppDelegate::setCheckForUpdates(bool enabled)
 {
     m_shared->updater->setAutomaticallyChecksForUpdates(enabled);
-    m_with.platform.settings->synchronize();
 }
 
 bool BrevokAppDelegate::autoUpdate() const
 {
-    return m_with.platform.settings->boolValue(AppKeys::autoUpdate);
+    return m_with.platform.settings->boolValue(SettingKeys::autoUpdate);
 }
 
 void BrevokAppDelegate::setAutoUpdate(bool enabled)
 {
-    keep(AppKeys::autoUpdate, enabled);
+    m_with.platform.settings->setValue(SettingKeys::autoUpdate, enabled);
 }
 
 int BrevokAppDelegate::logLevel() const
 {
-    return m_with.platform.settings->integerValue(AppKeys::logLevel);
+    return m_with.platform.settings->integerValue(SettingKeys::logLevel);
 }
 
 void BrevokAppDelegate::setLogLevel(int level)
 {
-    keep(AppKeys::logLevel, level);
-}
-
-QString BrevokAppDelegate::problem() const
-{
-    return m_with.platform.settings->problem();
-}
-
-bool BrevokAppDelegate::isLocked(const QString &key) const
-{
-    return m_with.platform.settings->isLocked(key);
+    m_with.platform.settings->setValue(SettingKeys::logLevel, level);
 }
 
 } // namespace brevok

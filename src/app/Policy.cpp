@@ -3,7 +3,7 @@
 
 #include "app/Policy.h"
 
-#include "control/SettingsDocument.h"
+#include "foundation/Settings.h"
 #include "platform/RegularFile.h"
 
 #include <QDir>
@@ -98,15 +98,18 @@ private:
 
     std::optional<QString> takeSetting(const QString &key, const Policy::Entry &entry)
     {
-        const auto setting = settingFromText(key, entry.value);
-        if (const auto *wrong = std::get_if<QString>(&setting)) {
+        const Setting *const setting = findSetting(key);
+        if (setting == nullptr) {
+            return u"%1: There is no setting '%2'."_s.arg(entry.source, key);
+        }
+        const auto meant = settingFromText(*setting, key, entry.value);
+        if (const auto *wrong = std::get_if<QString>(&meant)) {
             return u"%1: %2"_s.arg(entry.source, *wrong);
         }
-        const auto &[storeKey, value] = std::get<StoredSetting>(setting);
-        if (m_policy.lockedSettings.contains(storeKey)) {
+        if (m_policy.lockedSettings.contains(setting->key)) {
             return u"%1: stands there twice"_s.arg(entry.source);
         }
-        m_policy.lockedSettings.insert(storeKey, value);
+        m_policy.lockedSettings.insert(setting->key, std::get<QVariant>(meant));
         return std::nullopt;
     }
 

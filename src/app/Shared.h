@@ -6,13 +6,13 @@
 #include "alerts/BrevokAlertQueue.h"
 #include "app/NetworkReturn.h"
 #include "app/OnlyCopy.h"
-#include "app/StateNotices.h"
 #include "app/StateTakeOver.h"
 #include "catalogue/BrevokPackages.h"
 #include "control/ControlService.h"
 #include "control/DesktopActivation.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/InstallFlow.h"
+#include "platform/StorageWatch.h"
 #include "reporting/BrevokUsageReporter.h"
 #include "reporting/BugReporter.h"
 #include "service/BrevokSession.h"
@@ -33,7 +33,7 @@ struct Shared {
     std::optional<DesktopActivation> activation;
     std::optional<OnlyCopy> onlyCopy;
     std::optional<BrevokUsageReporter> usageReporter;
-    std::optional<StateNotices> stateNotices;
+    std::optional<StorageWatch> storage;
     std::optional<StateTakeOver> takeOver;
     std::optional<NetworkFactory> network;
     std::optional<Connectivity> connectivity;

@@ -8,6 +8,7 @@
 #include "foundation/Log.h"
 #include "platform/SettingsStore.h"
 #include "targets/BrevokTargetApps.h"
+#include "updates/AutomaticChecks.h"
 
 #include <QCryptographicHash>
 
@@ -29,7 +30,8 @@ bool isState(const QString &key)
 {
     static const QSet<QString> keys{sessionData, sessionVersion, QLatin1StringView(TargetSettings::gathered),
         QLatin1StringView(TargetSettings::data), CatalogueKeys::packagesData, CatalogueKeys::pluginsData,
-        CatalogueKeys::pluginsUpdateDate, CatalogueKeys::productsUpdateDate, CatalogueKeys::notifiedPackages};
+        CatalogueKeys::pluginsUpdateDate, CatalogueKeys::productsUpdateDate, CatalogueKeys::notifiedPackages,
+        AutomaticChecks::lastCheckKey};
     return keys.contains(key) || key.startsWith(notificationDate);
 }
 
@@ -92,7 +94,8 @@ StateChanges StateTakeOver::converted(const QString &key)
     if (key == QLatin1StringView(TargetSettings::gathered)) {
         return {StateStore::valueChange(key, m_settings.boolValue(key))};
     }
-    if (key == CatalogueKeys::pluginsUpdateDate || key == CatalogueKeys::productsUpdateDate) {
+    if (key == CatalogueKeys::pluginsUpdateDate || key == CatalogueKeys::productsUpdateDate
+        || key == AutomaticChecks::lastCheckKey) {
         return {{key, QString(), StateStore::dateRecord(m_settings.dateValue(key))}};
     }
     if (key.startsWith(notificationDate)) {

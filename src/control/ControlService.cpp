@@ -3,14 +3,18 @@
 
 #include "control/ControlService.h"
 
+#include "control/PackageCalls.h"
+#include "control/SettingsDocument.h"
 #include "control/StatusDocument.h"
+#include "control/TargetCalls.h"
 #include "ControlAdaptor.h"
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
+#include "platform/StorageWatch.h"
+#include "reporting/BrevokUsageReporter.h"
+#include "reporting/BugReporter.h"
 #include "service/BrevokSession.h"
-#include "targets/TargetJudgement.h"
 
-#include <QDBusConnection>
 #include <QDBusError>
 #include <QJsonDocument>
 #include <QPointer>
@@ -22,36 +26,11 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto objectPath = "/com/tolvane/brevok/Control";
+constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
 
 QString compactText(const QJsonObject &document)
 {
     return QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact));
-}
-
-QStringList sentencesOf(const InstallOutcome &outcome)
-{
-    QStringList sentences;
-    for (const BrevokError &failure : outcome.failures) {
-        sentences.append(failure.description);
-    }
-    return sentences;
-}
-
-// Calls `done` once, after `count` calls of the function it returns.
-std::function<void(const QStringList &)> gather(
-    qsizetype count, std::function<void(const QStringList &)> done)
-{
-    struct State {
-        qsizetype open;
-        QStringList failures;
-    };
-    auto state = std::make_shared<State>(State{count, {}});
-    return [state, done = std::move(done)](const QStringList &failures) {
-        state->failures += failures;
-        if (--state->open == 0) {
-            done(state->failures);
-        }
-    };
 }
 
 } // namespace
@@ -77,62 +56,20 @@ void ControlService::publish(QDBusConnection bus)
 void ControlService::setCollaborators(Collaborators collaborators)
 {
     m_with.emplace(std::move(collaborators));
+    m_packages = new PackageCalls(m_with->plugins, m_with->packages, m_with->flow, m_with->state, this);
+    m_targets = new TargetCalls(m_with->targets, m_with->state, this);
     connect(&m_with->flow, &InstallFlow::progress, this, &ControlService::Progress);
 }
 
-std::function<void(const QDBusMessage &)> ControlService::sendLater()
+ControlCall ControlService::currentCall()
 {
     setDelayedReply(true);
     ++m_unanswered;
-    return [bus = connection(), service = QPointer<ControlService>(this)](const QDBusMessage &answer) {
-        bus.send(answer);
-        if (service && --service->m_unanswered == 0) {
-            Q_EMIT service->becameIdle();
-        }
-    };
-}
-
-std::function<void(const QStringList &)> ControlService::answerLater()
-{
-    return [send = sendLater(), call = message()](const QStringList &failures) {
-        send(call.createReply(QVariant(failures)));
-    };
-}
-
-std::function<void(const QStringList &)> ControlService::answerWhenStored()
-{
-    return [this, answer = answerLater()](const QStringList &failures) {
-        m_with->state.commit({}, this, [answer, failures](const auto &error) {
-            answer(error ? failures + QStringList{error->description} : failures);
-        });
-    };
-}
-
-void ControlService::answerWhenSettled(
-    std::function<void(const QStringList &)> answer, const QStringList &failures)
-{
-    const BrevokPackages &packages = m_with->packages;
-    if (!packages.updating() && !packages.needUpdate()) {
-        answer(failures);
-        return;
-    }
-    connect(
-        &packages, &BrevokPackages::statusesSettled, this,
-        [answer = std::move(answer), failures] { answer(failures); }, Qt::SingleShotConnection);
-}
-
-void ControlService::confirmWhenStored()
-{
-    setDelayedReply(true);
-    confirmWhenStored(connection(), message());
-}
-
-void ControlService::confirmWhenStored(const QDBusConnection &bus, const QDBusMessage &call)
-{
-    m_with->state.commit({}, this, [bus, call](const auto &error) {
-        bus.send(error ? call.createErrorReply(QString::fromLatin1(refusedError), error->description)
-                       : call.createReply());
-    });
+    return {connection(), message(), [service = QPointer<ControlService>(this)] {
+                if (service && --service->m_unanswered == 0) {
+                    Q_EMIT service->becameIdle();
+                }
+            }};
 }
 
 void ControlService::refuse(const QString &reason)
@@ -148,38 +85,6 @@ bool ControlService::refusedTooEarly()
     return !m_with;
 }
 
-// The question is about the queues that these calls would fill, and comes before every list.
-bool ControlService::refusedBeforeAnswer()
-{
-    if (refusedTooEarly()) {
-        return true;
-    }
-    if (m_with->plugins.asksAboutUnfinishedActions()) {
-        refuse(u"The question about unfinished actions waits for its answer; 'brevokctl discard' discards "
-               "them."_s);
-        return true;
-    }
-    return false;
-}
-
-bool ControlService::refusedUnknown(const QStringList &prefixes)
-{
-    if (refusedBeforeAnswer()) {
-        return true;
-    }
-    if (prefixes.isEmpty()) {
-        refuse(u"No package is named."_s);
-        return true;
-    }
-    for (const QString &prefix : prefixes) {
-        if (m_with->packages.packagesWithPrefix(prefix).isEmpty()) {
-            refuse(u"No package has the prefix '%1'."_s.arg(prefix));
-            return true;
-        }
-    }
-    return false;
-}
-
 QString ControlService::Status()
 {
     if (refusedTooEarly()) {
@@ -188,7 +93,7 @@ QString ControlService::Status()
     const BrevokSession &session = m_with->session;
     const QList<Record> packages = m_with->packages.packageRecords();
     const auto &statuses = m_with->packages.packagesStatus();
-    return compactText({
+    QJsonObject document{
         {u"session"_s,
             QJsonObject{{u"signedIn"_s, !session.sessionId().isEmpty()}, {u"email"_s, session.orlecId()},
                 {u"updating"_s, session.isUpdating()}}},
@@ -199,22 +104,24 @@ QString ControlService::Status()
         {u"targets"_s, targetsDocument(m_with->targets.allRecords())},
         {u"installer"_s,
             QJsonObject{{u"helper"_s, m_with->helperIsUsed()}, {u"version"_s, installerInterfaceVersion}}},
-    });
+    };
+    if (const QString problem = m_with->storage.problem(); !problem.isEmpty()) {
+        document.insert(u"warnings"_s, QJsonArray{storageWarning(problem)});
+    }
+    return compactText(document);
 }
 
 QStringList ControlService::sessionAction(const std::function<void()> &start)
 {
-    if (refusedTooEarly()) {
-        return {};
-    }
     if (m_with->session.isUpdating()) {
         refuse(u"A request of the account is under way; try again when it has ended."_s);
         return {};
     }
-    const auto answer = answerWhenStored();
     connect(
         &m_with->session, &BrevokSession::actionFinished, this,
-        [answer](int, bool ok, const QString &text) { answer(ok ? QStringList() : QStringList{text}); },
+        [this, call = currentCall()](int, bool ok, const QString &text) {
+            call.answerWhenStored(m_with->state, ok ? QStringList() : QStringList{text});
+        },
         static_cast<Qt::ConnectionType>(Qt::SingleShotConnection | Qt::QueuedConnection));
     start();
     return {};
@@ -222,6 +129,9 @@ QStringList ControlService::sessionAction(const std::function<void()> &start)
 
 QStringList ControlService::SignIn(const QString &email, const QString &password)
 {
+    if (refusedTooEarly()) {
+        return {};
+    }
     if (email.isEmpty() || password.isEmpty()) {
         refuse(u"An e-mail address and a password are needed."_s);
         return {};
@@ -239,86 +149,41 @@ QStringList ControlService::SignOut()
 
 QStringList ControlService::Check()
 {
-    if (refusedBeforeAnswer()) {
-        return {};
+    if (!refusedTooEarly()) {
+        m_packages->check(currentCall());
     }
-    const auto bothEnded = gather(2, [this, answer = answerWhenStored()](const QStringList &failures) {
-        answerWhenSettled(answer, failures);
-    });
-    const auto ended = [bothEnded](const QString &failure) {
-        return [bothEnded, failure](bool ok) {
-            bothEnded(ok ? QStringList() : QStringList{failure});
-        };
-    };
-    m_with->plugins.checkForUpdates(ended(u"The list of plug-ins could not be read."_s));
-    m_with->packages.checkForUpdates(false, ended(u"The list of packages could not be read."_s));
     return {};
-}
-
-void ControlService::runForEach(const QStringList &prefixes, bool remove)
-{
-    const auto ended =
-        gather(prefixes.size(), [this, answer = answerWhenStored()](const QStringList &failures) {
-            answerWhenSettled(answer, failures);
-        });
-    const auto done = [ended](const InstallOutcome &outcome) {
-        ended(sentencesOf(outcome));
-    };
-    for (const QString &prefix : prefixes) {
-        if (remove) {
-            m_with->flow.uninstallWithPrefix(prefix, done);
-        } else {
-            m_with->flow.installWithPrefix(prefix, false, done);
-        }
-    }
 }
 
 QStringList ControlService::Install(const QStringList &prefixes)
 {
-    if (!refusedUnknown(prefixes)) {
-        runForEach(prefixes, false);
+    if (!refusedTooEarly()) {
+        m_packages->install(currentCall(), prefixes);
     }
     return {};
 }
 
 QStringList ControlService::UpdateAll()
 {
-    if (refusedBeforeAnswer()) {
-        return {};
-    }
-    QStringList prefixes;
-    const QList<Record> packages = m_with->packages.packageRecords();
-    for (const Record &package : packages) {
-        if (m_with->packages.waits(package)) {
-            prefixes.append(package[PackageKeys::prefix].toString());
-        }
-    }
-    prefixes.removeDuplicates();
-    if (!prefixes.isEmpty()) {
-        runForEach(prefixes, false);
+    if (!refusedTooEarly()) {
+        m_packages->updateAll(currentCall());
     }
     return {};
 }
 
 QStringList ControlService::Remove(const QStringList &prefixes)
 {
-    if (!refusedUnknown(prefixes)) {
-        runForEach(prefixes, true);
+    if (!refusedTooEarly()) {
+        m_packages->remove(currentCall(), prefixes);
     }
     return {};
 }
 
 void ControlService::Discard()
 {
-    if (refusedTooEarly()) {
-        return;
+    if (!refusedTooEarly()) {
+        m_packages->discard(currentCall());
     }
-    if (m_with->flow.isBusy()) {
-        refuse(u"An install or a removal is under way; try again when it has ended."_s);
-        return;
-    }
-    m_with->plugins.discardActions();
-    confirmWhenStored();
 }
 
 QString ControlService::Targets()
@@ -331,64 +196,23 @@ QString ControlService::Targets()
 
 void ControlService::AddTarget(const QString &path, const QString &type, const QString &version)
 {
-    if (refusedTooEarly()) {
-        return;
+    if (!refusedTooEarly()) {
+        m_targets->add(currentCall(), path, type, version);
     }
-    if (type != u"InDesign" && type != u"InCopy") {
-        refuse(u"'%1' is no type: InDesign and InCopy are."_s.arg(type));
-        return;
-    }
-    answerAfterLook(path, [this, path, type, version](const std::optional<FolderLook> &look) {
-        std::optional<QString> reason = whyNoTarget(path, version, look);
-        if (!reason) {
-            m_with->targets.insertTarget(path, type, version);
-        }
-        return reason;
-    });
 }
 
 void ControlService::RemoveTarget(const QString &path)
 {
-    changeTarget(path, [this](const QString &known) { m_with->targets.removeTarget(known); });
+    if (!refusedTooEarly()) {
+        m_targets->remove(currentCall(), path);
+    }
 }
 
 void ControlService::SetTargetEnabled(const QString &path, bool enabled)
 {
-    changeTarget(path, [this, enabled](const QString &known) { m_with->targets.setTarget(known, enabled); });
-}
-
-void ControlService::changeTarget(
-    const QString &path, const std::function<void(const QString &known)> &change)
-{
-    if (refusedTooEarly()) {
-        return;
+    if (!refusedTooEarly()) {
+        m_targets->setEnabled(currentCall(), path, enabled);
     }
-    if (const std::optional<QString> known = m_with->targets.recordPath(path)) {
-        change(*known);
-        confirmWhenStored();
-        return;
-    }
-    answerAfterLook(path, [this, path, change](const auto &look) -> std::optional<QString> {
-        if (const std::optional<QString> known = m_with->targets.recordPath(path)) {
-            change(*known);
-            return std::nullopt;
-        }
-        return look ? u"There is no target '%1'."_s.arg(path) : doesNotAnswer(path);
-    });
-}
-
-void ControlService::answerAfterLook(const QString &path,
-    const std::function<std::optional<QString>(const std::optional<FolderLook> &look)> &act)
-{
-    setDelayedReply(true);
-    m_with->targets.lookAt(
-        path, this, [this, act, bus = connection(), call = message()](const std::optional<FolderLook> &look) {
-            if (const std::optional<QString> refused = act(look)) {
-                bus.send(call.createErrorReply(QString::fromLatin1(refusedError), *refused));
-            } else {
-                confirmWhenStored(bus, call);
-            }
-        });
 }
 
 QString ControlService::Settings()
@@ -419,15 +243,60 @@ void ControlService::SetSetting(const QString &key, const QString &value)
     }
     if (const std::optional<QString> reason = setSettingFromText(m_with->settings, key, value)) {
         refuse(*reason);
+        return;
     }
+    m_with->settings.whenStored(this, [call = currentCall()](const auto &error) {
+        error ? call.refuse(error->description) : call.answer();
+    });
+}
+
+QStringList ControlService::Report(const QString &email, const QString &note)
+{
+    if (refusedTooEarly()) {
+        return {};
+    }
+    m_with->bugReporter.report({
+        .email = email,
+        .note = note,
+        .context = this,
+        .stage = {},
+        .done =
+            [call = currentCall()](const ReportOutcome &outcome) {
+                call.answer(outcome.sent ? QStringList() : QStringList{outcome.sentence()});
+            },
+    });
+    return {};
+}
+
+QString ControlService::ReportBody(const QString &email, const QString &note)
+{
+    if (!refusedTooEarly()) {
+        m_with->bugReporter.reportBody(email, note, this,
+            [call = currentCall()](const QByteArray &body) { call.answer(QString::fromUtf8(body)); });
+    }
+    return {};
+}
+
+QString ControlService::UsageBody()
+{
+    if (refusedTooEarly()) {
+        return {};
+    }
+    m_with->usageReporter.reportBody(this, [call = currentCall()](const std::optional<QByteArray> &body) {
+        if (body) {
+            call.answer(QString::fromUtf8(*body));
+        } else {
+            call.refuse(u"No target application is known, so no usage report is sent."_s);
+        }
+    });
+    return {};
 }
 
 void ControlService::OpenPanel()
 {
-    if (refusedTooEarly()) {
-        return;
+    if (!refusedTooEarly()) {
+        Q_EMIT openPanelRequested();
     }
-    Q_EMIT openPanelRequested();
 }
 
 void ControlService::Quit()

@@ -3,20 +3,21 @@
 
 #pragma once
 
-#include "control/SettingsDocument.h"
+#include "control/ControlCall.h"
 #include "install/InstallFlow.h"
-#include "platform/FileState.h"
 
-#include <QDBusConnection>
 #include <QDBusContext>
 #include <QObject>
-#include <QStringList>
 
 namespace brevok {
 
 class BrevokSession;
 class BrevokUsageReporter;
 class BugReporter;
+class PackageCalls;
+class SettingsAccess;
+class StorageWatch;
+class TargetCalls;
 
 /// The application's side of the session-bus interface com.tolvane.brevok.Control1. Main thread. It only
 /// translates: every call is an operation of another room, every answer is put together from what those rooms
@@ -34,6 +35,7 @@ public:
         InstallFlow &flow;
         StateStore &state;
         SettingsAccess &settings;
+        const StorageWatch &storage;
         std::function<bool()> helperIsUsed;
         BugReporter &bugReporter;
         BrevokUsageReporter &usageReporter;
@@ -81,31 +83,15 @@ Q_SIGNALS:
     void becameIdle();
 
 private:
-    static constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
-
-    /// Sends an answer to the call that is being served, later and once.
-    [[nodiscard]] std::function<void(const QDBusMessage &)> sendLater();
-    /// Answers the call that is being served later, with the failures given then.
-    [[nodiscard]] std::function<void(const QStringList &)> answerLater();
-    /// The same when what the call changed is stored; that it could not be is one failure more.
-    [[nodiscard]] std::function<void(const QStringList &)> answerWhenStored();
-    /// Answers the call that is being served when what it changed is stored, or says why that failed.
-    void confirmWhenStored();
-    void confirmWhenStored(const QDBusConnection &bus, const QDBusMessage &call);
-    void answerWhenSettled(std::function<void(const QStringList &)> answer, const QStringList &failures);
+    /// The call that is being served; from here on whoever has it answers it.
+    [[nodiscard]] ControlCall currentCall();
     void refuse(const QString &reason);
     [[nodiscard]] bool refusedTooEarly();
-    [[nodiscard]] bool refusedBeforeAnswer();
-    [[nodiscard]] bool refusedUnknown(const QStringList &prefixes);
-    void changeTarget(const QString &path, const std::function<void(const QString &known)> &change);
-    /// Answers the call that is being served with what @p act returns, a reason to refuse it, when the disk
-    /// has been asked about @p path.
-    void answerAfterLook(const QString &path,
-        const std::function<std::optional<QString>(const std::optional<FolderLook> &look)> &act);
-    void runForEach(const QStringList &prefixes, bool remove);
     QStringList sessionAction(const std::function<void()> &start);
 
     std::optional<Collaborators> m_with;
+    PackageCalls *m_packages = nullptr;
+    TargetCalls *m_targets = nullptr;
     int m_unanswered = 0;
 };
 

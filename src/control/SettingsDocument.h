@@ -6,11 +6,6 @@
 #include "ui/SettingsAccess.h"
 
 #include <QJsonObject>
-#include <QString>
-#include <QVariant>
-
-#include <optional>
-#include <variant>
 
 namespace brevok {
 
@@ -23,19 +18,9 @@ namespace brevok {
 /// The sentence that says so.
 [[nodiscard]] QString noSuchSetting(const QString &key);
 
-/// A setting as the store keeps it.
-struct StoredSetting {
-    QString key;
-    QVariant value; ///< a bool, or an int for the log level
-};
-
-/// What @p text means for the setting @p name; both as setSettingFromText() takes them.
-/// @return that, or a sentence that says what is wrong
-[[nodiscard]] std::variant<StoredSetting, QString> settingFromText(const QString &name, const QString &text);
-
 /// Sets one by its name ("startAtLogin") or its key in the store ("OrlecStartAtLogin") from a text: yes/no,
 /// true/false, on/off, 1/0, or a number from 0 for the log level.
-/// @return nothing when that is stored, or a sentence that says what is wrong
+/// @return nothing when that counts now, or a sentence that says what is wrong
 [[nodiscard]] std::optional<QString> setSettingFromText(
     SettingsAccess &settings, const QString &key, const QString &value);
 

@@ -46,4 +46,10 @@ QJsonArray targetsDocument(const TargetRecords &records)
     return document;
 }
 
+QString storageWarning(const QString &problem)
+{
+    return u"Changes cannot be stored now (%1). They are kept in memory, and stored as soon as that is possible."_s
+        .arg(problem);
+}
+
 } // namespace brevok

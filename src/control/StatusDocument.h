@@ -17,4 +17,7 @@ namespace brevok {
 /// All stored targets, by path.
 [[nodiscard]] QJsonArray targetsDocument(const TargetRecords &records);
 
+/// What is said of @p problem, why nothing can be stored.
+[[nodiscard]] QString storageWarning(const QString &problem);
+
 } // namespace brevok

@@ -5,6 +5,8 @@
 
 #include <QUrl>
 
+#include <functional>
+
 namespace brevok {
 
 /// What the session starts at login. Main thread.
@@ -16,10 +18,12 @@ public:
 
     /// Whether an item for exactly @p application exists; false when the list cannot be read.
     [[nodiscard]] virtual bool contains(const QUrl &application) const = 0;
-    /// Adds an item for @p application. Failure is logged.
+    /// Adds an item for @p application, removes it: contains() says so at once, the disk follows. Failure is
+    /// logged.
     virtual void insert(const QUrl &application) = 0;
-    /// Removes the item of @p application. Failure is logged.
     virtual void remove(const QUrl &application) = 0;
+    /// @p done hears, while @p context lives, why the changes so far could not be made; empty when they were.
+    virtual void whenWritten(QObject *context, std::function<void(const QString &problem)> done) = 0;
 };
 
 } // namespace brevok

@@ -4,6 +4,7 @@
 #include "platform/SettingsStore.h"
 
 #include "foundation/Log.h"
+#include "foundation/Settings.h"
 
 namespace brevok {
 
@@ -52,18 +53,6 @@ bool SettingsStore::boolValue(const QString &key) const
     return m_defaults.value(key).toBool();
 }
 
-std::optional<bool> SettingsStore::truthOf(const QString &word)
-{
-    const QString lower = word.trimmed().toLower();
-    if (QStringList{u"yes"_s, u"true"_s, u"on"_s, u"1"_s}.contains(lower)) {
-        return true;
-    }
-    if (QStringList{u"no"_s, u"false"_s, u"off"_s, u"0"_s}.contains(lower)) {
-        return false;
-    }
-    return std::nullopt;
-}
-
 int SettingsStore::integerValue(const QString &key) const
 {
     return value(key).toInt();
@@ -105,6 +94,11 @@ void SettingsStore::remove(const QString &key)
         erase(key);
     }
     Q_EMIT changed(key);
+}
+
+void SettingsStore::synchronize(QObject *context, StoreDone done)
+{
+    write({context, std::move(done)});
 }
 
 QDateTime SettingsStore::distantPast()

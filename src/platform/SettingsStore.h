@@ -3,23 +3,22 @@
 
 #pragma once
 
+#include "platform/StoreWaiter.h"
+
 #include <QByteArray>
 #include <QDateTime>
-#include <QObject>
 #include <QSet>
-#include <QString>
 #include <QStringList>
 #include <QVariant>
-
-#include <optional>
 
 namespace brevok {
 
 /// What the user chooses: values by key, over registered defaults. Main thread only.
 ///
-/// A change is visible to value() at once and reaches the disk at the latest with the next synchronize();
-/// changes that another program made meanwhile are merged by key. Values are bool, int, double, QByteArray,
-/// QString, QStringList and QDateTime. Keys may hold any character.
+/// A change is visible to value() at once and is written by a worker, in order, soon after; changes that
+/// another program made meanwhile are merged by key. What cannot be written now (a full disk, a lock, a
+/// missing right) counts all the same, and is tried again with the next change and from time to time.
+/// Values are bool, int, double, QByteArray, QString, QStringList and QDateTime. Keys may hold any character.
 class SettingsStore : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(SettingsStore)
@@ -45,8 +44,6 @@ public:
 
     /// A text that is no word for yes or no counts as not set.
     [[nodiscard]] bool boolValue(const QString &key) const;
-    /// What a word for yes (yes, true, on, 1) or no means, in whatever case.
-    [[nodiscard]] static std::optional<bool> truthOf(const QString &word);
     [[nodiscard]] int integerValue(const QString &key) const;
     [[nodiscard]] double floatValue(const QString &key) const;
     /// An absent value and one of another type read as empty.
@@ -58,11 +55,13 @@ public:
     void setValue(const QString &key, const QVariant &value);
     void remove(const QString &key);
 
-    /// Writes what changed and makes it survive a power cut. @return false when the disk refused (which is
-    /// logged); the values then stay in memory and the next call tries again.
-    virtual bool synchronize() = 0;
-    /// Why the last attempt to write failed; empty when it did not.
-    [[nodiscard]] virtual QString problem() const { return {}; }
+    /// Writes what changed so far, so that it survives a power cut, and takes in what other programs wrote.
+    /// @p done hears what became of that on a later turn of the event loop, while @p context lives.
+    void synchronize(QObject *context, StoreDone done);
+    /// Stores what waits, before the program ends. Blocks.
+    virtual void finish() = 0;
+    /// Why the settings cannot be stored (or read) now; empty in good weather.
+    [[nodiscard]] virtual QString problem() const = 0;
 
     /// Called by the owner of @p key when what is stored there cannot be used. The stored bytes are kept
     /// beside the store under a name that says so, the key is removed, and one log line says what happened
@@ -73,13 +72,18 @@ public:
     static QDateTime distantPast();
 
 Q_SIGNALS:
-    /// After every setValue() and remove() of that key, whether or not the value differs.
+    /// After every setValue() and remove() of that key, whether or not the value differs, and when the value
+    /// of another program was taken in.
     void changed(const QString &key);
+    /// Nothing can be stored (or read) for the given reason; said once until mended().
+    void troubled(const QString &reason);
+    void mended();
 
 protected:
     [[nodiscard]] virtual QVariant storedValue(const QString &key) const = 0;
     virtual void store(const QString &key, const QVariant &value) = 0;
     virtual void erase(const QString &key) = 0;
+    virtual void write(StoreWaiter waiter) = 0;
 
 private:
     QVariantMap m_defaults;

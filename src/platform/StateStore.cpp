@@ -20,16 +20,9 @@ StateStore::StateStore(QObject *parent)
 
 StateStore::~StateStore() = default;
 
-void StateStore::Waiter::tell(const std::optional<BrevokError> &error) const
-{
-    if (done && (!hasContext || context)) {
-        done(error);
-    }
-}
-
 void StateStore::commit(StateChanges changes, QObject *context, Done done)
 {
-    add(std::move(changes), {.hasContext = context != nullptr, .context = context, .done = std::move(done)});
+    add(std::move(changes), {context, std::move(done)});
 }
 
 QJsonValue StateStore::value(const QString &key)

@@ -3,16 +3,12 @@
 
 #pragma once
 
-#include "foundation/BrevokError.h"
 #include "foundation/Record.h"
+#include "platform/StoreWaiter.h"
 
 #include <QDateTime>
 #include <QHash>
 #include <QObject>
-#include <QPointer>
-
-#include <functional>
-#include <optional>
 
 namespace brevok {
 
@@ -37,8 +33,7 @@ class StateStore : public QObject {
     Q_DISABLE_COPY_MOVE(StateStore)
 
 public:
-    /// Nothing, or why it could not be stored.
-    using Done = std::function<void(const std::optional<BrevokError> &)>;
+    using Done = StoreDone;
 
     explicit StateStore(QObject *parent = nullptr);
     ~StateStore() override;
@@ -58,6 +53,8 @@ public:
 
     /// Stores what waits, before the program ends. Blocks.
     virtual void finish() = 0;
+    /// Why nothing can be stored (or read) now; empty in good weather.
+    [[nodiscard]] virtual QString problem() const = 0;
 
     /// A key that holds one value.
     [[nodiscard]] QJsonValue value(const QString &key);
@@ -83,13 +80,7 @@ Q_SIGNALS:
     void damaged(const QString &keptAs);
 
 protected:
-    struct Waiter {
-        bool hasContext = false;
-        QPointer<QObject> context;
-        Done done;
-        void tell(const std::optional<BrevokError> &error) const;
-    };
-    virtual void add(StateChanges changes, Waiter waiter) = 0;
+    virtual void add(StateChanges changes, StoreWaiter waiter) = 0;
 };
 
 } // namespace brevok

@@ -8,6 +8,7 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
+#include "platform/StorageWatch.h"
 #include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
 #include "ui/PanelStyle.h"
@@ -49,6 +50,7 @@ BrevokPanelController::BrevokPanelController(Collaborators collaborators, QObjec
         &m_with.session, &BrevokSession::statusChanged, this, &BrevokPanelController::sessionStatusChanged);
     connect(&m_with.session, &BrevokSession::actionFinished, this, &BrevokPanelController::updateAccountTab);
     connect(&m_with.packages, &BrevokPackages::updatesChanged, this, &BrevokPanelController::updateHeader);
+    connect(&m_with.storage, &StorageWatch::changed, this, &BrevokPanelController::updateStorageNotice);
 }
 
 BrevokPanelController::~BrevokPanelController() = default;
@@ -67,6 +69,7 @@ void BrevokPanelController::loadWindow()
     makeOptionsMenu();
     connectWindow();
     updateTexts();
+    updateStorageNotice();
     m_accountTab->chooseInitialTab();
     updateAccountTab();
 }
@@ -85,6 +88,8 @@ void BrevokPanelController::connectWindow()
         showAccountTab();
         m_accountTab->focusFirst();
     });
+    connect(
+        window->ui().storageView, &NoticeView::buttonClicked, this, [this] { m_with.storage.tryAgain(); });
     connect(
         m_packagesTab, &PanelPackagesTab::targetsWanted, this, &BrevokPanelController::showTargetsRequested);
 }
@@ -289,6 +294,17 @@ void BrevokPanelController::updateHeader()
     if (m_window) {
         m_window->ui().subtitleLabel->setText(
             panelSubtitle(m_with.session.orlecId(), m_signedIn, m_with.packages.updates()));
+    }
+}
+
+// Above both tabs, since it keeps from neither.
+void BrevokPanelController::updateStorageNotice()
+{
+    if (m_window) {
+        const QString problem = m_with.storage.problem();
+        NoticeView &view = *m_window->ui().storageView;
+        view.setVisible(!problem.isEmpty());
+        view.setNotice(problem.isEmpty() ? NoticeText() : storageNotice(problem), false);
     }
 }
 

@@ -18,6 +18,7 @@ namespace brevok {
 
 class BrevokAlertQueue;
 class StatusItemPlace;
+class StorageWatch;
 
 /// Runs the panel. The controller itself is small and made at start; its window, "BrevokPanel", is made when
 /// the panel is first opened. Main thread, but for quit().
@@ -35,6 +36,7 @@ public:
         InstallFlow &flow;
         BrevokAlertQueue &alerts;
         const Connectivity &connectivity;
+        StorageWatch &storage;
         UrlOpener &urls;
         QUrl serviceUrl; ///< whose web pages about the account are opened
         QUrl helpUrl; ///< the maker's help page for this program
@@ -99,6 +101,7 @@ private:
     void sessionStatusChanged();
     void updateTexts();
     void updateHeader();
+    void updateStorageNotice();
     void openServicePage(const QString &path);
 
     Collaborators m_with;

@@ -28,14 +28,6 @@ namespace {
 
 BrevokPreferencesController *sharedController = nullptr;
 
-/// The settings that the check boxes show: updates, notifications, automatic updates, log, start at login.
-const QStringList &shownSettings()
-{
-    static const QStringList keys{u"SUEnableAutomaticChecks"_s, u"OrlecShowNotifications"_s,
-        u"OrlecAutoUpdate"_s, u"OrlecLogLevel"_s, u"OrlecStartAtLogin"_s};
-    return keys;
-}
-
 } // namespace
 
 BrevokPreferencesController::BrevokPreferencesController(Collaborators collaborators, QWidget *parent)
@@ -87,12 +79,6 @@ void BrevokPreferencesController::setTexts()
     ui.orlecIdLabel->setText(Texts::tr("&E-mail:"));
     ui.passwordLabel->setText(Texts::tr("&Password:"));
     ui.createAccountLink->setText(Texts::tr("Create Account…"));
-
-    ui.startAtLogin->setText(Texts::tr("Start at &login"));
-    ui.notifications->setText(Texts::tr("Show &notifications"));
-    ui.checkForUpdates->setText(Texts::tr("&Check for new versions of this application"));
-    ui.autoUpdate->setText(Texts::tr("&Update plug-ins automatically"));
-    ui.logLevel->setText(Texts::tr("Write a &detailed log"));
 
     ui.targetsHint->setText(Texts::tr("Plug-ins are installed into the enabled folders."));
     ui.noTargets->setText(
@@ -159,21 +145,20 @@ void BrevokPreferencesController::setUpAccount()
 void BrevokPreferencesController::setUpSettings()
 {
     const Ui::BrevokPreferences &ui = *m_outlets;
+    m_settingBoxes = {{SettingKeys::startAtLogin, ui.startAtLogin},
+        {SettingKeys::showNotifications, ui.notifications},
+        {SettingKeys::automaticChecks, ui.checkForUpdates}, {SettingKeys::autoUpdate, ui.autoUpdate},
+        {SettingKeys::logLevel, ui.logLevel}};
     SettingsAccess &access = m_with.access;
-    connect(ui.startAtLogin, &QCheckBox::clicked, this, [&access](bool on) { access.setStartAtLogin(on); });
-    connect(
-        ui.notifications, &QCheckBox::clicked, this, [&access](bool on) { access.setShowNotifications(on); });
-    connect(
-        ui.checkForUpdates, &QCheckBox::clicked, this, [&access](bool on) { access.setCheckForUpdates(on); });
-    connect(ui.autoUpdate, &QCheckBox::clicked, this, [&access](bool on) { access.setAutoUpdate(on); });
-    connect(ui.logLevel, &QCheckBox::clicked, this, [&access](bool on) { access.setLogLevel(on ? 1 : 0); });
-    const QList<QCheckBox *> boxes{
-        ui.checkForUpdates, ui.notifications, ui.autoUpdate, ui.logLevel, ui.startAtLogin};
-    for (qsizetype i = 0; i < boxes.size(); ++i) {
-        if (access.isLocked(shownSettings().at(i))) {
-            boxes.at(i)->setEnabled(false);
-            boxes.at(i)->setToolTip(Texts::tr("Your administrator decides this setting."));
-            boxes.at(i)->setAccessibleDescription(boxes.at(i)->toolTip());
+    for (const Setting &setting : allSettings()) {
+        QCheckBox *box = m_settingBoxes.value(setting.key);
+        box->setText(Texts::tr(setting.text));
+        connect(box, &QCheckBox::clicked, this,
+            [&access, &setting](bool on) { access.setSetting(setting, setting.valueFrom(on ? 1 : 0)); });
+        if (access.isLocked(setting)) {
+            box->setEnabled(false);
+            box->setToolTip(Texts::tr("Your administrator decides this setting."));
+            box->setAccessibleDescription(box->toolTip());
         }
     }
 }
@@ -190,11 +175,14 @@ void BrevokPreferencesController::observe()
     connect(
         &m_with.settings, &SettingsStore::changed, this,
         [this](const QString &key) {
-            if (shownSettings().contains(key)) {
+            if (m_settingBoxes.contains(key)) {
                 updateSettingsPage();
             }
         },
         Qt::QueuedConnection);
+    connect(
+        &m_with.settings, &SettingsStore::troubled, this, &BrevokPreferencesController::updateSettingsPage);
+    connect(&m_with.settings, &SettingsStore::mended, this, &BrevokPreferencesController::updateSettingsPage);
 }
 
 void BrevokPreferencesController::showWindow()
@@ -299,13 +287,17 @@ void BrevokPreferencesController::updateAccountPage()
     }
 }
 
+// A choice that cannot be stored counts all the same, is tried again, and is said not to be stored until it
+// is.
 void BrevokPreferencesController::updateSettingsPage()
 {
-    m_outlets->startAtLogin->setChecked(m_with.access.startAtLogin());
-    m_outlets->notifications->setChecked(m_with.access.showNotifications());
-    m_outlets->checkForUpdates->setChecked(m_with.access.checkForUpdates());
-    m_outlets->autoUpdate->setChecked(m_with.access.autoUpdate());
-    m_outlets->logLevel->setChecked(m_with.access.logLevel() > 0);
+    for (const Setting &setting : allSettings()) {
+        m_settingBoxes.value(setting.key)->setChecked(m_with.access.setting(setting).toInt() > 0);
+    }
+    const QString problem = m_with.settings.problem();
+    const NoticeText notice = storageNotice(problem);
+    m_outlets->settingsProblem->setVisible(!problem.isEmpty());
+    m_outlets->settingsProblem->setText(u"%1\n%2"_s.arg(notice.title, notice.text));
 }
 
 // Login items and the settings file may have been edited by hand while the window was away.

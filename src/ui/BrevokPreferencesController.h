@@ -5,11 +5,13 @@
 
 #include "platform/FileState.h"
 
+#include <QHash>
 #include <QMainWindow>
 #include <QUrl>
 
 #include <memory>
 
+class QCheckBox;
 class QFileDialog;
 
 namespace Ui {
@@ -41,7 +43,7 @@ public:
         BrevokSession &session;
         BrevokTargetApps &targets;
         SettingsAccess &access;
-        SettingsStore &settings; ///< only observed
+        const SettingsStore &settings; ///< only observed
         AlertPresenter &presenter;
         UrlOpener &urlOpener;
         QUrl service; ///< base address of the service and its web pages
@@ -114,6 +116,7 @@ private:
 
     Collaborators m_with;
     std::unique_ptr<Ui::BrevokPreferences> m_outlets;
+    QHash<QString, QCheckBox *> m_settingBoxes; ///< by the setting's key
     TargetTableModel *m_model = nullptr;
     std::optional<FolderLook> m_look; ///< what the disk said of the folder that was tested last
     int m_check = 0; ///< number of the latest test of a folder; earlier answers do not count

@@ -4,6 +4,8 @@
 #include "ui/PanelState.h"
 
 #include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
+#include "ui/TextFitting.h"
 
 #include <QLocale>
 
@@ -97,6 +99,14 @@ NoticeText noticeText(NoticeKind kind, const QDateTime &silentSince, const QDate
             Texts::tr("Check Again"), u"Catalogue"_s};
     }
     return {};
+}
+
+NoticeText storageNotice(const QString &problem)
+{
+    return {Texts::tr("Tolvane Brevok cannot store its data"),
+        Texts::tr("What changes is kept in memory, and stored as soon as that is possible. Reason: %1")
+            .arg(breakable(oneLine(problem))),
+        Texts::tr("Try Again"), u"Warning"_s};
 }
 
 QString panelSubtitle(const QString &email, bool signedIn, int updates)

@@ -61,6 +61,9 @@ struct NoticeText {
 [[nodiscard]] NoticeText noticeText(
     NoticeKind kind, const QDateTime &silentSince = {}, const QDateTime &now = {});
 
+/// Says that nothing can be stored, for the given reason.
+[[nodiscard]] NoticeText storageNotice(const QString &problem);
+
 /// The line below the program's name: who is signed in, and what waits.
 [[nodiscard]] QString panelSubtitle(const QString &email, bool signedIn, int updates);
 

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include <QString>
+#include "foundation/Settings.h"
+#include "platform/StoreWaiter.h"
 
 namespace brevok {
 
@@ -14,22 +15,14 @@ public:
     virtual ~SettingsAccess() = default;
     Q_DISABLE_COPY_MOVE(SettingsAccess)
 
-    [[nodiscard]] virtual bool startAtLogin() const = 0;
-    virtual void setStartAtLogin(bool enabled) = 0;
-    [[nodiscard]] virtual bool showNotifications() const = 0;
-    virtual void setShowNotifications(bool enabled) = 0;
-    [[nodiscard]] virtual bool checkForUpdates() const = 0;
-    virtual void setCheckForUpdates(bool enabled) = 0;
-    [[nodiscard]] virtual bool autoUpdate() const = 0;
-    virtual void setAutoUpdate(bool enabled) = 0;
-    [[nodiscard]] virtual int logLevel() const = 0;
-    virtual void setLogLevel(int level) = 0;
-
-    /// Why what was set last is not stored; empty when it is.
-    [[nodiscard]] virtual QString problem() const { return {}; }
-
-    /// Whether the administrator decides the setting with this key in the store: setting it changes nothing.
-    [[nodiscard]] virtual bool isLocked(const QString & /*key*/) const { return false; }
+    /// What counts now, as a value of the setting's type.
+    [[nodiscard]] virtual QVariant setting(const Setting &setting) const = 0;
+    /// Counts at once, unless the administrator decides the setting, and is stored soon after.
+    virtual void setSetting(const Setting &setting, const QVariant &value) = 0;
+    /// @p done hears whether everything that was set is stored. See SettingsStore::synchronize().
+    virtual void whenStored(QObject *context, StoreDone done) = 0;
+    /// Whether the administrator decides the setting: setting it changes nothing.
+    [[nodiscard]] virtual bool isLocked(const Setting &setting) const = 0;
 };
 
 } // namespace brevok

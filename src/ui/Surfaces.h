@@ -24,6 +24,7 @@ class MainBundle;
 class SessionBus;
 class SettingsAccess;
 class SettingsStore;
+class StorageWatch;
 class UrlOpener;
 
 /// The status item in the system's bar, as the application drives it. Main thread.
@@ -72,6 +73,7 @@ struct SurfaceContext {
     SessionBus &bus;
     SettingsAccess &access;
     SettingsStore &settings;
+    StorageWatch &storage;
     UrlOpener &urls;
     QUrl serviceUrl; ///< base address of the service and its web pages
     std::function<void()> togglePanel;

@@ -3,30 +3,30 @@
 
 #include "updates/AutomaticChecks.h"
 
+#include "foundation/Settings.h"
 #include "platform/SettingsStore.h"
+#include "platform/StateStore.h"
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-namespace {
-
-const QString allowedKey = u"SUEnableAutomaticChecks"_s;
-const QString lastCheckKey = u"SULastCheckTime"_s;
-
-} // namespace
-
-AutomaticChecks::AutomaticChecks(SettingsStore &settings, Times times, QObject *parent)
+AutomaticChecks::AutomaticChecks(SettingsStore &settings, StateStore &state, Times times, QObject *parent)
     : QObject(parent)
     , m_settings(settings)
+    , m_state(state)
+    , m_last(state.date(lastCheckKey))
     , m_times(times)
     , m_timer(this)
 {
+    connect(&state, &StateStore::becameReadable, this,
+        [this] { m_last = std::max(m_last, m_state.date(lastCheckKey)); });
+    connect(&state, &StateStore::everythingWanted, this, &AutomaticChecks::keepLast);
     m_timer.setObjectName(u"automaticUpdateChecks"_s);
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &AutomaticChecks::look);
     connect(&settings, &SettingsStore::changed, this, [this](const QString &key) {
-        if (key == allowedKey) {
+        if (key == SettingKeys::automaticChecks) {
             follow();
         }
     });
@@ -35,17 +35,23 @@ AutomaticChecks::AutomaticChecks(SettingsStore &settings, Times times, QObject *
 
 bool AutomaticChecks::allowed() const
 {
-    return m_settings.boolValue(allowedKey);
+    return m_settings.boolValue(SettingKeys::automaticChecks);
 }
 
 void AutomaticChecks::setAllowed(bool allowed)
 {
-    m_settings.setValue(allowedKey, allowed);
+    m_settings.setValue(SettingKeys::automaticChecks, allowed);
 }
 
 void AutomaticChecks::checked()
 {
-    m_settings.setValue(lastCheckKey, QDateTime::currentDateTimeUtc());
+    m_last = QDateTime::currentDateTimeUtc();
+    keepLast();
+}
+
+void AutomaticChecks::keepLast()
+{
+    m_state.setDate(lastCheckKey, m_last);
 }
 
 bool AutomaticChecks::isDue(const QDateTime &last, const QDateTime &now, std::chrono::milliseconds period)
@@ -65,7 +71,7 @@ void AutomaticChecks::follow()
 void AutomaticChecks::look()
 {
     m_timer.start(m_times.look);
-    if (isDue(m_settings.dateValue(lastCheckKey), QDateTime::currentDateTimeUtc(), m_times.period)) {
+    if (isDue(m_last, QDateTime::currentDateTimeUtc(), m_times.period)) {
         Q_EMIT due();
     }
 }

@@ -12,6 +12,7 @@
 namespace brevok {
 
 class SettingsStore;
+class StateStore;
 
 /// Says when a check is due that nobody asked for: once a day, while the user allows it. The day of the last
 /// check outlives the program. Main thread.
@@ -26,7 +27,7 @@ public:
         std::chrono::milliseconds period = std::chrono::hours(24);
     };
 
-    AutomaticChecks(SettingsStore &settings, Times times, QObject *parent = nullptr);
+    AutomaticChecks(SettingsStore &settings, StateStore &state, Times times, QObject *parent = nullptr);
 
     [[nodiscard]] bool allowed() const;
     void setAllowed(bool allowed);
@@ -39,14 +40,20 @@ public:
     [[nodiscard]] static bool isDue(
         const QDateTime &last, const QDateTime &now, std::chrono::milliseconds period);
 
+    /// Where the date of the last check is kept.
+    static constexpr QLatin1StringView lastCheckKey{"SULastCheckTime"};
+
 Q_SIGNALS:
     void due();
 
 private:
     void follow();
     void look();
+    void keepLast();
 
     SettingsStore &m_settings;
+    StateStore &m_state;
+    QDateTime m_last;
     Times m_times;
     QTimer m_timer;
 };

@@ -4,6 +4,7 @@
 #include "updates/BrevokSelfUpdater.h"
 
 #include "foundation/Log.h"
+#include "foundation/Settings.h"
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
 #include "platform/SettingsStore.h"
@@ -19,7 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-const QString skippedKey = u"SUSkippedVersion"_s;
 constexpr int httpOk = 200;
 constexpr qsizetype notesSizeLimit = 256LL * 1024;
 
@@ -33,7 +33,7 @@ bool isSecure(const QUrl &address)
 BrevokSelfUpdater::BrevokSelfUpdater(Collaborators with, QObject *parent)
     : QObject(parent)
     , m_with(std::move(with))
-    , m_checks(m_with.settings, m_with.times, this)
+    , m_checks(m_with.settings, m_with.state, m_with.times, this)
 {
     m_state.installedVersion = m_with.shownVersion;
     connect(&m_checks, &AutomaticChecks::due, this, &BrevokSelfUpdater::checkForUpdatesInBackground);
@@ -149,7 +149,8 @@ void BrevokSelfUpdater::choose(const QList<AppcastItem> &items)
         {.installedVersion = m_with.version,
             .systemVersion = m_with.systemVersion,
             .channel = m_with.source.channel,
-            .skippedVersion = m_byUser ? QString() : m_with.settings.value(skippedKey).toString()});
+            .skippedVersion =
+                m_byUser ? QString() : m_with.settings.value(SettingKeys::skippedVersion).toString()});
     if (!choice.refusal.isEmpty()) {
         logLine(choice.refusal);
     }
@@ -278,8 +279,7 @@ void BrevokSelfUpdater::skipVersion()
     if (m_state.phase != Phase::Offered) {
         return;
     }
-    m_with.settings.setValue(skippedKey, m_item.version);
-    m_with.settings.synchronize();
+    m_with.settings.setValue(SettingKeys::skippedVersion, m_item.version);
     logLine(u"Version %1 of Tolvane Brevok is skipped."_s.arg(m_state.version));
     dismiss();
 }

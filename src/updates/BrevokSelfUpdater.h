@@ -18,6 +18,7 @@ namespace brevok {
 class ServiceClient;
 class SettingsStore;
 class SoftwareInstaller;
+class StateStore;
 class UpdatePackage;
 struct ServiceReply;
 
@@ -35,6 +36,7 @@ public:
     /// References outlive the updater.
     struct Collaborators {
         SettingsStore &settings;
+        StateStore &state;
         ServiceClient &service;
         SoftwareInstaller &installer;
         UpdateSource source;

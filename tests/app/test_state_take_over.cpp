@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "app/SettingsKeys.h"
+#include "app/EarlierKeys.h"
 #include "app/StateTakeOver.h"
 #include "catalogue/CatalogueKeys.h"
 #include "platform/linux/FileSettingsStore.h"
@@ -10,6 +10,7 @@
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 #include "support/ScratchStateStore.h"
+#include "support/Stored.h"
 #include "support/StoredCatalogue.h"
 
 #include <QTest>
@@ -41,6 +42,7 @@ void fill(SettingsStore &settings)
         archived(Record{{u"P"_s, QJsonArray{build(u"B"_s, u"P"_s), build(u"A"_s, u"P"_s)}},
             {u"Q"_s, QJsonArray{build(u"A"_s, u"Q"_s)}}, {u"Empty"_s, QJsonArray()}}));
     settings.setValue(u"OrlecPluginsUpdateDate"_s, date);
+    settings.setValue(u"SULastCheckTime"_s, date.addDays(1));
     settings.setValue(u"OrlecNotifiedPackages"_s, QStringList{u"Pack"_s, u"a, b"_s});
     settings.setValue(u"OrlecInstallNotificationDate/Applications/X"_s, date);
 }
@@ -69,7 +71,7 @@ void StateTakeOverTest::everythingMovesOnce()
     const QString path = scratch.folder.filePath(u"brevok.conf"_s);
     FileSettingsStore settings(path);
     fill(settings);
-    QVERIFY(settings.synchronize());
+    QVERIFY(isStored(settings));
     const StateTakeOver takeOver(settings, state);
     // It is there at once for those who load next.
     QCOMPARE(state.entries(u"OrlecSessionData"_s), (StateEntries{{QString(), {{u"SessionId"_s, u"id"_s}}}}));
@@ -84,6 +86,7 @@ void StateTakeOverTest::everythingMovesOnce()
     QCOMPARE(definitions[1], definitionsIn(state, u"Q"_s)[0]);
     QVERIFY(state.entries(CatalogueKeys::pluginPrefixes).contains(u"Empty"_s));
     QCOMPARE(state.date(u"OrlecPluginsUpdateDate"_s), date);
+    QCOMPARE(state.date(u"SULastCheckTime"_s), date.addDays(1));
     QCOMPARE(state.entries(u"OrlecNotifiedPackages"_s).size(), 2);
     QCOMPARE(StateStore::dateOf(state.entries(u"OrlecInstallNotificationDate"_s).value(u"/Applications/X"_s)),
         date);
@@ -134,7 +137,7 @@ void StateTakeOverTest::nothingLeavesTheFileBeforeItIsStored()
         const QString path = scratch.folder.filePath(u"brevok.conf"_s);
         FileSettingsStore settings(path);
         fill(settings);
-        QVERIFY(settings.synchronize());
+        QVERIFY(isStored(settings));
         const QStringList before = leftIn(path);
         FailingDisk::failAfter(good);
         const StateTakeOver takeOver(settings, scratch.store);
@@ -144,7 +147,7 @@ void StateTakeOverTest::nothingLeavesTheFileBeforeItIsStored()
             stored = !error;
         });
         QTRY_VERIFY(ended);
-        QVERIFY(settings.synchronize());
+        QVERIFY(isStored(settings));
         QCOMPARE(leftIn(path), stored ? QStringList{u"OrlecAutoUpdate"_s} : before);
         FailingDisk::heal();
     }

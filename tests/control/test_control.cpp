@@ -7,6 +7,8 @@
 #include "control/ControlService.h"
 #include "control/SettingsDocument.h"
 #include "control/StatusDocument.h"
+#include "support/MemorySettingsStore.h"
+#include "support/StoredSettings.h"
 
 #include <QDBusConnection>
 #include <QDBusError>
@@ -18,30 +20,6 @@
 using namespace brevok;
 using namespace Qt::StringLiterals;
 using client::Command;
-
-namespace {
-
-class PlainSettings final : public SettingsAccess {
-public:
-    bool atLogin = true;
-    bool notifications = true;
-    bool checks = false;
-    bool automatic = false;
-    int level = 0;
-
-    [[nodiscard]] bool startAtLogin() const override { return atLogin; }
-    void setStartAtLogin(bool enabled) override { atLogin = enabled; }
-    [[nodiscard]] bool showNotifications() const override { return notifications; }
-    void setShowNotifications(bool enabled) override { notifications = enabled; }
-    [[nodiscard]] bool checkForUpdates() const override { return checks; }
-    void setCheckForUpdates(bool enabled) override { checks = enabled; }
-    [[nodiscard]] bool autoUpdate() const override { return automatic; }
-    void setAutoUpdate(bool enabled) override { automatic = enabled; }
-    [[nodiscard]] int logLevel() const override { return level; }
-    void setLogLevel(int value) override { level = value; }
-};
-
-} // namespace
 
 class ControlTest : public QObject {
     Q_OBJECT
@@ -171,7 +149,9 @@ void ControlTest::settingsFromText()
     QFETCH(QString, value);
     QFETCH(QString, reason);
     QFETCH(QString, document);
-    PlainSettings settings;
+    testing::MemorySettingsStore store;
+    testing::StoredSettings settings(store);
+    settings.setSetting(*findSetting(u"startAtLogin"_s), true);
     const std::optional<QString> refused = setSettingFromText(settings, key, value);
     QCOMPARE(refused.has_value(), !reason.isEmpty());
     QVERIFY(!refused || refused->contains(reason));
@@ -198,7 +178,9 @@ void ControlTest::statusIsShownToPeople()
             {TargetKeys::invalid, u"yes"_s}}}};
     const QString text =
         client::statusText({{u"updates"_s, 1}, {u"packages"_s, packagesDocument(packages, statuses)},
-            {u"targets"_s, targetsDocument(records)}, {u"installer"_s, QJsonObject{{u"version"_s, 15}}}});
+            {u"targets"_s, targetsDocument(records)}, {u"installer"_s, QJsonObject{{u"version"_s, 15}}},
+            {u"warnings"_s, QJsonArray{storageWarning(u"disk\x1b[31m full"_s)}}});
+    QVERIFY(text.startsWith(u"Warning: Changes cannot be stored now (disk [31m full). "_s));
     QVERIFY2(!text.contains(QChar(0x1b)), "control characters of a name must not reach the terminal");
     const QJsonObject odd{{u"name"_s, u"a\x1b\u009b2J\u202Eb 😀 é"_s}};
     const QString json = client::documentText(odd);

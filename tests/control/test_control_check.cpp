@@ -4,13 +4,16 @@
 #include "../install/InstallRig.h"
 #include "control/ControlService.h"
 #include "platform/PropertyLists.h"
-#include "platform/SelfUpdater.h"
+#include "platform/StorageWatch.h"
 #include "reporting/BrevokUsageReporter.h"
 #include "reporting/BugReporter.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "support/FakeRouteLookup.h"
+#include "support/IdleUpdater.h"
+#include "support/MemorySettingsStore.h"
+#include "support/StoredSettings.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -25,36 +28,15 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-class NoUpdater final : public SelfUpdater {
-public:
-    [[nodiscard]] bool canUpdate() const override { return true; }
-    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
-    void setAutomaticallyChecksForUpdates(bool) override { }
-    void checkForUpdates() override { }
-    void checkForUpdatesInBackground() override { }
-};
-
-class NoSettings final : public SettingsAccess {
-public:
-    [[nodiscard]] bool startAtLogin() const override { return false; }
-    void setStartAtLogin(bool) override { }
-    [[nodiscard]] bool showNotifications() const override { return false; }
-    void setShowNotifications(bool) override { }
-    [[nodiscard]] bool checkForUpdates() const override { return false; }
-    void setCheckForUpdates(bool) override { }
-    [[nodiscard]] bool autoUpdate() const override { return false; }
-    void setAutoUpdate(bool) override { }
-    [[nodiscard]] int logLevel() const override { return 0; }
-    void setLogLevel(int) override { }
-};
-
 const QString busName = u"com.tolvane.brevok.Test"_s;
 
 // The application behind the bus, with a service whose answers the test gives.
 struct Application {
     InstallRig rig;
-    NoUpdater updater;
-    NoSettings settings;
+    IdleUpdater updater;
+    MemorySettingsStore store;
+    StoredSettings settings{store};
+    StorageWatch storage{store, rig.state};
     FakeRouteLookup routes;
     NetworkFactory network{{}};
     Connectivity connectivity{network, routes};
@@ -70,13 +52,16 @@ struct Application {
     Application()
     {
         control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, rig.state,
-            settings, [] { return false; }, bugReporter, usageReporter});
+            settings, storage, [] { return false; }, bugReporter, usageReporter});
     }
-    QDBusPendingCall check() const
+    [[nodiscard]] QDBusPendingCall call(const QString &method, const QVariantList &arguments = {}) const
     {
-        return caller.asyncCall(QDBusMessage::createMethodCall(
-            busName, u"/com/tolvane/brevok/Control"_s, u"com.tolvane.brevok.Control1"_s, u"Check"_s));
+        QDBusMessage message = QDBusMessage::createMethodCall(
+            busName, u"/com/tolvane/brevok/Control"_s, u"com.tolvane.brevok.Control1"_s, method);
+        message.setArguments(arguments);
+        return caller.asyncCall(message);
     }
+    [[nodiscard]] QDBusPendingCall check() const { return call(u"Check"_s); }
     // Answers the request @p index with one plug-in or package called @p name.
     void answer(qsizetype index, const QString &name, bool well = true)
     {
@@ -101,6 +86,7 @@ private Q_SLOTS:
     void itWaitsForItsOwnAnswers_data();
     void itWaitsForItsOwnAnswers();
     void withoutANetworkItEndsAtOnce();
+    void aSettingIsConfirmedWhenItIsStored();
 };
 
 void ControlCheckTest::itWaitsForItsOwnAnswers_data()
@@ -152,6 +138,33 @@ void ControlCheckTest::withoutANetworkItEndsAtOnce()
     const QDBusPendingCall call = application.check();
     QTRY_VERIFY(call.isFinished());
     QCOMPARE(call.reply().arguments().value(0).toStringList().size(), 2);
+    QDBusConnection::sessionBus().unregisterService(busName);
+}
+
+void ControlCheckTest::aSettingIsConfirmedWhenItIsStored()
+{
+    Application application;
+    application.control.publish(QDBusConnection::sessionBus());
+    QVERIFY(QDBusConnection::sessionBus().registerService(busName));
+    const auto reply = [&](const QString &method, const QVariantList &arguments = {}) {
+        const QDBusPendingCall call = application.call(method, arguments);
+        return QTest::qWaitFor([&] { return call.isFinished(); }) ? call.reply() : QDBusMessage();
+    };
+    const auto warnings = [&] {
+        const QString document = reply(u"Status"_s).arguments().value(0).toString();
+        return QJsonDocument::fromJson(document.toUtf8())["warnings"_L1];
+    };
+    QVERIFY(warnings().isUndefined());
+    application.store.setProblem(u"the disk is full"_s);
+    const QDBusMessage refused = reply(u"SetSetting"_s, {u"autoUpdate"_s, u"yes"_s});
+    QCOMPARE(refused.errorName(), u"com.tolvane.brevok.Error.Refused"_s);
+    QVERIFY(refused.errorMessage().contains(u"the disk is full"_s));
+    QVERIFY(application.store.boolValue(u"OrlecAutoUpdate"_s)); // it counts, and is tried again
+    QVERIFY(warnings()[0].toString().contains(u"(the disk is full)"_s));
+    application.store.setProblem({});
+    QCOMPARE(reply(u"SetSetting"_s, {u"autoUpdate"_s, u"no"_s}).type(), QDBusMessage::ReplyMessage);
+    QVERIFY(warnings().isUndefined());
+    QVERIFY(!application.control.isBusy());
     QDBusConnection::sessionBus().unregisterService(busName);
 }
 

@@ -247,9 +247,14 @@ class Faults(unittest.TestCase):
             document = json.loads(answer.stdout)
             self.assertFalse(document["ok"])
             self.assertIn("could not be stored", document["failures"][0])
+        self.assertIn("Changes cannot be stored now", session.status()["warnings"][0])
+        self.assertTrue(session.ctl("status").stdout.startswith("Warning: Changes cannot be stored now"))
+        self.assertEqual(session.ctl("settings", "get", "logLevel").stdout.strip(), "2")  # it counts meanwhile
+        self.assertNotIn("cannot store its data", session.log())  # no alert
         self.fill_disk(False)
         for words in (("settings", "set", "logLevel", "2"), add):
             session.ctl(*words)
+        self.assertNotIn("warnings", session.status())
         # What was kept in memory meanwhile is there, too.
         session.stop_application(signal.SIGKILL)
         session.start_application()

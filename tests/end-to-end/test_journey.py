@@ -156,7 +156,14 @@ class Journey(unittest.TestCase):
         self.assertEqual([t["path"] for t in session.status()["targets"] if "own" in t["path"] or "link" in t["path"]],
                          [path])
         session.ctl("settings", "set", "startAtLogin", "no")
-        self.assertFalse((session.folder / "config/autostart/com.tolvane.brevok.desktop").exists())
+        autostart = session.folder / "config/autostart"
+        self.assertFalse((autostart / "com.tolvane.brevok.desktop").exists())
+        autostart.rmdir()
+        autostart.write_text("a file where the folder belongs")
+        self.assert_refused(session.ctl("settings", "set", "startAtLogin", "yes", check=False), 1, "login item")
+        self.assertEqual(session.ctl("settings", "get", "startAtLogin").stdout, "no\n")
+        autostart.unlink()
+        session.ctl("settings", "set", "startAtLogin", "no")
         self.assert_refused(session.ctl("settings", "set", "autoUpdate", "perhaps", check=False), 1, "'perhaps'")
         session.stop_application()
         session.start_application()

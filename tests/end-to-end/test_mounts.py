@@ -44,6 +44,21 @@ class DeadMount(unittest.TestCase):
     def assert_main_thread_never_asked(self):
         self.assertEqual(self.asked.read_text() if self.asked.exists() else "", "")
 
+    def test_settings_on_a_disk_that_stands_still(self):
+        session = self.session
+        session.environment["DEAD_MOUNT"] = str(session.settings_file().parent)
+        session.start_application()
+        session.ctl("settings", "set", "logLevel", "1")
+        self.asked.write_text("")
+        self.gate.touch()
+        waits = subprocess.Popen([PROGRAMS / "brevokctl", "settings", "set", "logLevel", "2"], env=session.environment)
+        wait_for(lambda: session.ctl("settings", "get", "logLevel").stdout.strip() == "2", "it counts at once")
+        self.assertIsNone(waits.poll(), "what is not stored is not confirmed")
+        self.assert_main_thread_never_asked()
+        self.gate.unlink()
+        self.assertEqual(waits.wait(), 0)
+        self.assertIn("OrlecLogLevel=2", session.settings_file().read_text())
+
     def test_targets_behind_a_dead_mount(self):
         session = self.session
         session.publish("Alpha", "0xA", "1.0", 140)

@@ -4,23 +4,23 @@
 #include "platform/linux/FileSettingsStore.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
+#include "support/Stored.h"
 
 #include <QCoreApplication>
+#include <QLockFile>
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
-#include <csignal>
 
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-using testing::LogCapture;
-using testing::writeFile;
+using namespace brevok::testing;
 
 namespace {
 
@@ -38,7 +38,7 @@ int runWriter(const QString &role, const QString &path, const QString &writer)
     for (int i = 0; role == u"blobs"_s || i < keysOfEachWriter; ++i) {
         store.setValue(role == u"blobs"_s ? u"blob"_s : writerKey(writer, i),
             role == u"blobs"_s ? QVariant(QByteArray(1 << 20, static_cast<char>(i))) : QVariant(i % 10));
-        if (!store.synchronize()) {
+        if (!isStored(store)) {
             return 1;
         }
     }
@@ -67,21 +67,15 @@ private Q_SLOTS:
     void valuesSurvive_data();
     void valuesSurvive();
     void onlyTheUserMayReadTheFile();
-    void whatCannotBeReadIsSetAside_data();
-    void whatCannotBeReadIsSetAside();
-    void aBrokenFileCostsARunningProgramNothing_data();
-    void aBrokenFileCostsARunningProgramNothing();
-    void aRefusedWriteLosesNothing();
-    void aFolderThatCannotBeMadeIsSaidOnce();
     void changesOfOthersAreMerged();
     void twoProcessesLoseNothing();
     void aKilledWriterLeavesAWholeFile();
-    void unusableValuesAreKeptBeside();
     void defaultsAreNotWritten();
     void wordsForYesAndNo_data();
     void wordsForYesAndNo();
-    void noScratchFilesAreNeeded();
-    void aShortageIsNoDamage();
+    void nobodyWaitsForALock();
+    void changesKeepTheirOrder();
+    void changesOfOthersAreTold();
 
 private:
     [[nodiscard]] QString path() const { return m_folder->filePath(u"tolvane/brevok.conf"_s); }
@@ -158,7 +152,7 @@ void SettingsStoreTest::onlyTheUserMayReadTheFile()
     FileSettingsStore store(path());
     QVERIFY(!QFileInfo::exists(path())); // reading alone leaves no trace
     store.setValue(u"a"_s, 1);
-    QVERIFY(store.synchronize());
+    QVERIFY(isStored(store));
     ::umask(previous);
     QCOMPARE(modeOf(path()), mode_t(0600));
     QCOMPARE(modeOf(QFileInfo(path()).path()), mode_t(0700));
@@ -167,121 +161,9 @@ void SettingsStoreTest::onlyTheUserMayReadTheFile()
     FileSettingsStore again(path());
     QCOMPARE(modeOf(path()), mode_t(0600));
     again.setValue(u"b"_s, 2);
-    QVERIFY(again.synchronize());
+    QVERIFY(isStored(again));
     QCOMPARE(modeOf(path()), mode_t(0600));
     QCOMPARE(QDir(QFileInfo(path()).path()).entryList(QDir::Files), QStringList{u"brevok.conf"_s});
-}
-
-void SettingsStoreTest::whatCannotBeReadIsSetAside_data()
-{
-    QTest::addColumn<QByteArray>("contents");
-    QTest::addColumn<QString>("kind");
-    QTest::newRow("torn") << "[General]\na=1\nOrlecSess"_ba << u"file"_s;
-    QTest::newRow("no settings") << "a: 1"_ba << u"file"_s;
-    QTest::newRow("zeroes") << QByteArray(4096, '\0') << u"file"_s;
-    QTest::newRow("one long line") << QByteArray(1'000'000, '[') << u"file"_s;
-    QTest::newRow("too large") << QByteArray() << u"large"_s;
-    QTest::newRow("folder") << QByteArray() << u"folder"_s;
-    QTest::newRow("fifo") << QByteArray() << u"fifo"_s;
-    QTest::newRow("dangling link") << QByteArray() << u"link"_s;
-}
-
-void SettingsStoreTest::whatCannotBeReadIsSetAside()
-{
-    QFETCH(QByteArray, contents);
-    QFETCH(QString, kind);
-    const QByteArray name = QFile::encodeName(path());
-    QVERIFY(writeFile(path(), contents));
-    if (kind == u"large"_s) {
-        QVERIFY(QFile::resize(path(), (256LL << 20) + 1));
-    } else if (kind != u"file"_s) {
-        QVERIFY(QFile::remove(path()));
-    }
-    if (kind == u"folder"_s) {
-        QVERIFY(QDir().mkpath(path() + u"/inner"_s));
-    } else if (kind == u"fifo"_s) {
-        QCOMPARE(::mkfifo(name.constData(), 0600), 0);
-    } else if (kind == u"link"_s) {
-        QVERIFY(QFile::link(u"/nonexistent/settings"_s, path()));
-    }
-
-    const LogCapture log;
-    {
-        FileSettingsStore store(path());
-        QCOMPARE(log.lines().size(), 1);
-        QVERIFY2(log.mentions(u".unreadable-"_s), qPrintable(log.lines().join(u'\n')));
-        QVERIFY(!store.contains(u"a"_s));
-        store.setValue(u"a"_s, 7);
-        QVERIFY(store.synchronize());
-    }
-    QCOMPARE(aside(u"unreadable"_s).size(), 1);
-    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 7);
-    QCOMPARE(modeOf(path()), mode_t(0600));
-}
-
-void SettingsStoreTest::aBrokenFileCostsARunningProgramNothing_data()
-{
-    QTest::addColumn<bool>("removed");
-    QTest::newRow("garbage") << false;
-    QTest::newRow("removed") << true;
-}
-
-void SettingsStoreTest::aBrokenFileCostsARunningProgramNothing()
-{
-    QFETCH(bool, removed);
-    const LogCapture log;
-    FileSettingsStore store(path());
-    store.setValue(u"kept"_s, u"before"_s);
-    store.setValue(u"erased"_s, 1);
-    QVERIFY(store.synchronize());
-    QVERIFY(removed ? QFile::remove(path()) : writeFile(path(), "garbage"));
-    store.setValue(u"new"_s, u"after"_s);
-    store.remove(u"erased"_s);
-    QVERIFY(store.synchronize());
-    const FileSettingsStore again(path());
-    QCOMPARE(again.value(u"kept"_s), u"before"_s);
-    QCOMPARE(again.value(u"new"_s), u"after"_s);
-    QVERIFY(!again.contains(u"erased"_s));
-    QCOMPARE(aside(u"unreadable"_s).size(), removed ? 0 : 1);
-}
-
-void SettingsStoreTest::aRefusedWriteLosesNothing()
-{
-    FileSettingsStore store(path());
-    store.setValue(u"a"_s, 1);
-    QVERIFY(store.synchronize());
-
-    // To the writer a limit on the size of files is what a full disk is.
-    rlimit before = {};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit small = {.rlim_cur = 4096, .rlim_max = before.rlim_max};
-    ::signal(SIGXFSZ, SIG_IGN);
-    const LogCapture log;
-    store.setValue(u"blob"_s, QByteArray(100'000, 'x'));
-    ::setrlimit(RLIMIT_FSIZE, &small);
-    const bool refused = !store.synchronize() && !store.synchronize();
-    ::setrlimit(RLIMIT_FSIZE, &before);
-
-    QVERIFY(refused);
-    QVERIFY(!store.problem().isEmpty());
-    QCOMPARE(log.lines().size(), 1);
-    QVERIFY(log.mentions(u"The settings cannot be saved in %1: "_s.arg(path())));
-    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 1);
-    QCOMPARE(store.dataValue(u"blob"_s).size(), 100'000);
-    QVERIFY(store.synchronize());
-    QCOMPARE(FileSettingsStore(path()).dataValue(u"blob"_s).size(), 100'000);
-}
-
-void SettingsStoreTest::aFolderThatCannotBeMadeIsSaidOnce()
-{
-    QVERIFY(writeFile(m_folder->filePath(u"tolvane"_s), "a file"));
-    const LogCapture log;
-    FileSettingsStore store(path());
-    store.setValue(u"a"_s, 1);
-    QVERIFY(!store.synchronize());
-    QVERIFY(!store.synchronize());
-    QCOMPARE(log.lines().size(), 1);
-    QCOMPARE(store.integerValue(u"a"_s), 1);
 }
 
 void SettingsStoreTest::changesOfOthersAreMerged()
@@ -290,17 +172,17 @@ void SettingsStoreTest::changesOfOthersAreMerged()
     FileSettingsStore other(path());
     one.setValue(u"a"_s, 1);
     one.setValue(u"both"_s, u"one"_s);
+    QVERIFY(isStored(one));
     other.setValue(u"b"_s, 2);
     other.setValue(u"both"_s, u"other"_s);
-    QVERIFY(one.synchronize());
-    QVERIFY(other.synchronize());
-    QVERIFY(one.synchronize());
+    QVERIFY(isStored(other));
+    QVERIFY(isStored(one));
     QCOMPARE(one.integerValue(u"b"_s), 2);
     QCOMPARE(one.value(u"both"_s), u"other"_s);
 
     other.remove(u"a"_s);
     QTRY_VERIFY(!FileSettingsStore(path()).contains(u"a"_s)); // written without being asked to
-    QVERIFY(one.synchronize());
+    QVERIFY(isStored(one));
     QVERIFY(!one.contains(u"a"_s));
     QCOMPARE(one.integerValue(u"b"_s), 2);
 }
@@ -330,29 +212,9 @@ void SettingsStoreTest::aKilledWriterLeavesAWholeFile()
         FileSettingsStore store(path());
         QCOMPARE(store.dataValue(u"blob"_s).size(), 1 << 20);
         store.setValue(u"round"_s, round);
-        QVERIFY(store.synchronize()); // the dead writer's lock and half-written file are in nobody's way
+        QVERIFY(isStored(store)); // the dead writer's lock and half-written file are in nobody's way
     }
     QVERIFY(aside(u"unreadable"_s).isEmpty());
-}
-
-void SettingsStoreTest::unusableValuesAreKeptBeside()
-{
-    const LogCapture log;
-    FileSettingsStore store(path());
-    const QByteArray rubbish("\0rubbish", 8);
-    store.setValue(u"Orlec/Data"_s, rubbish);
-    store.setAside(u"Orlec/Data"_s, u"no archive"_s);
-    store.setAside(u"absent"_s, u"no archive"_s);
-    QVERIFY(!store.contains(u"Orlec/Data"_s));
-    QCOMPARE(log.lines().size(), 1);
-    QVERIFY(log.mentions(u"no archive"_s));
-    QCOMPARE(aside(u"unusable"_s).size(), 1);
-    const QString kept = QFileInfo(path()).path() + u'/' + aside(u"unusable"_s).constFirst();
-    QVERIFY(kept.startsWith(path() + u".Orlec%2FData.unusable-"_s));
-    QFile file(kept);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), rubbish);
-    QCOMPARE(modeOf(kept), mode_t(0600));
 }
 
 void SettingsStoreTest::defaultsAreNotWritten()
@@ -360,7 +222,7 @@ void SettingsStoreTest::defaultsAreNotWritten()
     FileSettingsStore store(path());
     store.registerDefaults({{u"OrlecShowNotifications"_s, true}, {u"OrlecLogLevel"_s, 1}});
     store.setValue(u"OrlecLogLevel"_s, 0);
-    QVERIFY(store.synchronize());
+    QVERIFY(isStored(store));
     QVERIFY(store.boolValue(u"OrlecShowNotifications"_s));
     QCOMPARE(store.integerValue(u"OrlecLogLevel"_s), 0);
     QVERIFY(!FileSettingsStore(path()).contains(u"OrlecShowNotifications"_s));
@@ -397,41 +259,64 @@ void SettingsStoreTest::wordsForYesAndNo()
     }
 }
 
-// A temporary folder that is full, missing or somebody else's is in nobody's way.
-void SettingsStoreTest::noScratchFilesAreNeeded()
-{
-    const QByteArray before = qgetenv("TMPDIR");
-    qputenv("TMPDIR", "/nonexistent");
-    {
-        FileSettingsStore store(path());
-        store.setValue(u"a"_s, 7);
-        QVERIFY(store.synchronize());
-        QCOMPARE(store.problem(), QString());
-    }
-    const int found = FileSettingsStore(path()).integerValue(u"a"_s);
-    qputenv("TMPDIR", before);
-    QCOMPARE(found, 7);
-    QVERIFY(aside(u"unreadable"_s).isEmpty());
-}
-
-void SettingsStoreTest::aShortageIsNoDamage()
+void SettingsStoreTest::nobodyWaitsForALock()
 {
     QVERIFY(writeFile(path(), "[General]\na=7\n"));
-    rlimit before = {};
-    ::getrlimit(RLIMIT_NOFILE, &before);
-    const LogCapture log;
-    std::unique_ptr<FileSettingsStore> store;
-    // From none on, until the file can be read: at some point it is open, and what looks at it is not.
-    for (rlim_t files = 3; !store || !store->contains(u"a"_s); ++files) {
-        store.reset();
-        const rlimit few = {.rlim_cur = files, .rlim_max = before.rlim_max};
-        ::setrlimit(RLIMIT_NOFILE, &few);
-        store = std::make_unique<FileSettingsStore>(path());
-        ::setrlimit(RLIMIT_NOFILE, &before);
-        QVERIFY(aside(u"unreadable"_s).isEmpty());
-        QVERIFY(files < 1000);
+    FileSettingsStore store(path());
+    QLockFile lock(path() + u".lock"_s);
+    QVERIFY(lock.lock());
+    bool told = false;
+    store.setValue(u"a"_s, 8);
+    store.synchronize(&store, [&](const auto &error) { told = !error; });
+    QCoreApplication::processEvents(); // the worker waits for the lock, and this thread does not
+    QCOMPARE(store.integerValue(u"a"_s), 8);
+    store.setValue(u"a"_s, 9);
+    QCOMPARE(store.integerValue(u"a"_s), 9);
+    QVERIFY(!told);
+    lock.unlock();
+    QTRY_VERIFY(told);
+    QVERIFY(isStored(store));
+    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 9);
+}
+
+void SettingsStoreTest::changesKeepTheirOrder()
+{
+    FileSettingsStore store(path());
+    QStringList stored;
+    for (int i = 0; i < 40; ++i) {
+        store.setValue(u"a"_s, i);
+        store.synchronize(
+            &store, [&stored, i](const auto &error) { stored.append(QString::number(error ? -1 : i)); });
+        if (i % 3 == 0) {
+            QCoreApplication::processEvents(); // some changes meet a write under way, others wait together
+        }
+        QCOMPARE(store.integerValue(u"a"_s), i);
     }
-    QVERIFY(log.mentions(u"The settings cannot be saved in "_s));
+    store.remove(u"gone"_s);
+    store.setValue(u"last"_s, 1);
+    store.finish();
+    QCOMPARE(stored.size(), 40);
+    QVERIFY(std::is_sorted(stored.cbegin(), stored.cend(),
+        [](const QString &a, const QString &b) { return a.toInt() < b.toInt(); }));
+    QCOMPARE(stored.constFirst(), u"0"_s);
+    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 39);
+    QVERIFY(FileSettingsStore(path()).contains(u"last"_s));
+}
+
+void SettingsStoreTest::changesOfOthersAreTold()
+{
+    QVERIFY(writeFile(path(), "[General]\na=1\nb=1\nc=1\n"));
+    FileSettingsStore store(path());
+    store.setValue(u"b"_s, 2);
+    QVERIFY(writeFile(path(), "[General]\na=5\nb=5\nd=5\n"));
+    const QSignalSpy changes(&store, &SettingsStore::changed);
+    QVERIFY(isStored(store));
+    QStringList told;
+    for (const QVariantList &change : changes) {
+        told.append(change.constFirst().toString());
+    }
+    QCOMPARE(told, (QStringList{u"a"_s, u"c"_s, u"d"_s}));
+    QCOMPARE(store.integerValue(u"b"_s), 2);
 }
 
 int main(int argc, char **argv)

@@ -4,11 +4,13 @@
 #pragma once
 
 #include "../install/InstallRig.h"
-#include "platform/SelfUpdater.h"
+#include "platform/StorageWatch.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "support/FakeRouteLookup.h"
+#include "support/IdleUpdater.h"
+#include "support/MemorySettingsStore.h"
 #include "support/RecordingOpener.h"
 #include "ui/BrevokPackageCellController.h"
 #include "ui/BrevokPanelController.h"
@@ -20,15 +22,6 @@
 namespace brevok::testing {
 
 using namespace Qt::StringLiterals;
-
-class IdleUpdater final : public SelfUpdater {
-public:
-    [[nodiscard]] bool canUpdate() const override { return true; }
-    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
-    void setAutomaticallyChecksForUpdates(bool) override { }
-    void checkForUpdates() override { }
-    void checkForUpdatesInBackground() override { }
-};
 
 class PlacedItem final : public StatusItemPlace {
 public:
@@ -61,6 +54,7 @@ struct PanelRig final : private PanelKeeper {
             .flow = rig.flow,
             .alerts = alerts,
             .connectivity = connectivity,
+            .storage = storage,
             .urls = urls,
             .serviceUrl = service,
             .helpUrl = QUrl(QStringLiteral("https://help.example/")),
@@ -76,6 +70,8 @@ struct PanelRig final : private PanelKeeper {
     Connectivity connectivity{network, routes};
     BrevokAlertQueue alerts{rig.presenter, *this};
     IdleUpdater updater;
+    MemorySettingsStore settings;
+    StorageWatch storage{settings, rig.state};
     RecordingOpener urls;
     PlacedItem item;
     bool hasItem = true;

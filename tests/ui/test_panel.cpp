@@ -6,6 +6,7 @@
 #include "support/servers/FaultServer.h"
 #include "ui/AnimatedTabView.h"
 #include "ui/BrevokBackgroundView.h"
+#include "ui/NoticeView.h"
 #include "ui/PanelButtons.h"
 #include "ui/PanelLabels.h"
 #include "ui/Spinner.h"
@@ -224,12 +225,33 @@ private Q_SLOTS:
         QVERIFY(rig.control<PanelButton>(1, "actionButton")->isHidden()); // nothing is known of it
     }
 
+    void saysThatNothingCanBeStored()
+    {
+        PanelRig rig(false);
+        rig.settings.setProblem(u"early"_s);
+        rig.open();
+        const auto *view = rig.child<NoticeView>("storageView");
+        const auto *text = view->findChild<QLabel *>(u"noticeText"_s);
+        QVERIFY(view->isVisible() && text->text().endsWith(u"Reason: early"_s));
+        rig.settings.setProblem({});
+        QVERIFY(view->isHidden());
+        // The state, too, and no alert says so; whoever made room need not wait.
+        QFile::remove(rig.rig.scratch.folder.filePath(u"data/state.sqlite"_s));
+        QVERIFY(QDir(rig.rig.scratch.folder.path()).mkpath(u"data/state.sqlite"_s));
+        rig.rig.state.commit({{u"Key"_s, u"entry"_s, Record()}});
+        QTRY_VERIFY(view->isVisible());
+        QVERIFY(rig.rig.presenter.shown.isEmpty());
+        QVERIFY(QDir(rig.rig.scratch.folder.path()).rmdir(u"data/state.sqlite"_s));
+        view->findChild<PanelButton *>(u"noticeButton"_s)->click();
+        QTRY_VERIFY(view->isHidden());
+    }
+
     void saysWhatToDoNext()
     {
         PanelRig rig(true);
         const QSignalSpy targets(rig.panel.get(), &BrevokPanelController::showTargetsRequested);
         rig.open();
-        auto *button = rig.child<PanelButton>("noticeButton");
+        auto *button = rig.child<NoticeView>("updatesView")->findChild<PanelButton *>(u"noticeButton"_s);
         QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::NoTargets);
         button->click();
         QCOMPARE(targets.size(), 1);

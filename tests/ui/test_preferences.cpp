@@ -3,20 +3,20 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/BoundedWork.h"
-#include "platform/SelfUpdater.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "support/FakePlatform.h"
 #include "support/FakeRouteLookup.h"
+#include "support/IdleUpdater.h"
 #include "support/MemorySettingsStore.h"
 #include "support/RecordingOpener.h"
 #include "support/SampleBundles.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
+#include "support/StoredSettings.h"
 #include "targets/BrevokTargetApps.h"
 #include "ui/BrevokPreferencesController.h"
-#include "ui/SettingsAccess.h"
 #include "ui/TargetOrder.h"
 
 #include <QAction>
@@ -39,47 +39,6 @@ using namespace Qt::StringLiterals;
 using Page = BrevokPreferencesController::Page;
 
 namespace {
-
-class NoUpdater final : public SelfUpdater {
-public:
-    [[nodiscard]] bool canUpdate() const override { return true; }
-    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
-    void setAutomaticallyChecksForUpdates(bool) override { }
-    void checkForUpdates() override { }
-    void checkForUpdatesInBackground() override { }
-};
-
-/// The settings of the application over the same store, as the real one keeps them. Login items change only
-/// after the store told of the wish.
-class StoredAccess final : public SettingsAccess {
-public:
-    explicit StoredAccess(SettingsStore &store)
-        : m_store(store)
-    {
-    }
-    bool loginItem = false;
-
-    [[nodiscard]] bool startAtLogin() const override { return loginItem; }
-    void setStartAtLogin(bool enabled) override
-    {
-        m_store.setValue(u"OrlecStartAtLogin"_s, enabled);
-        loginItem = enabled;
-    }
-    [[nodiscard]] bool showNotifications() const override { return flag(u"OrlecShowNotifications"_s); }
-    void setShowNotifications(bool on) override { m_store.setValue(u"OrlecShowNotifications"_s, on); }
-    [[nodiscard]] bool checkForUpdates() const override { return flag(u"SUEnableAutomaticChecks"_s); }
-    void setCheckForUpdates(bool on) override { m_store.setValue(u"SUEnableAutomaticChecks"_s, on); }
-    [[nodiscard]] bool autoUpdate() const override { return flag(u"OrlecAutoUpdate"_s); }
-    void setAutoUpdate(bool on) override { m_store.setValue(u"OrlecAutoUpdate"_s, on); }
-    [[nodiscard]] int logLevel() const override { return m_store.integerValue(u"OrlecLogLevel"_s); }
-    void setLogLevel(int level) override { m_store.setValue(u"OrlecLogLevel"_s, level); }
-    [[nodiscard]] bool isLocked(const QString &key) const override { return m_store.isLocked(key); }
-
-private:
-    [[nodiscard]] bool flag(const QString &key) const { return m_store.boolValue(key); }
-
-    SettingsStore &m_store;
-};
 
 /// The window over the real session and list of targets; the network is down, so nothing is sent.
 struct Desk {
@@ -138,9 +97,9 @@ struct Desk {
     NetworkFactory network{ServiceConfiguration()};
     Connectivity connectivity{network, routes};
     BrevokAlertQueue queue{presenter, panel};
-    NoUpdater updater;
+    IdleUpdater updater;
     FakeApplicationSearch search;
-    StoredAccess access{settings};
+    StoredSettings access{settings};
     RecordingOpener opener;
     std::optional<BrevokSession> session;
     std::optional<BrevokTargetApps> targets;
@@ -175,6 +134,7 @@ private Q_SLOTS:
     void oneFolderIsAddedOnce();
     void checkBoxesAreInStep();
     void whatTheAdministratorDecidesIsDisabled();
+    void whatCannotBeStoredIsSaid();
     void accountPageFollowsTheSession();
 };
 
@@ -469,16 +429,30 @@ void PreferencesTest::checkBoxesAreInStep()
     }
     QCOMPARE(desk.settings.integerValue(u"OrlecLogLevel"_s), 1);
     // From outside.
-    desk.access.setStartAtLogin(false);
-    desk.access.setLogLevel(0);
-    desk.access.setCheckForUpdates(false);
-    desk.access.setShowNotifications(false);
-    desk.access.setAutoUpdate(false);
+    for (const Setting &setting : allSettings()) {
+        desk.access.setSetting(setting, setting.valueFrom(0));
+    }
     for (auto key = keys.cbegin(); key != keys.cend(); ++key) {
         QTRY_VERIFY2(!desk.find<QCheckBox>(key.key())->isChecked(), key.key());
     }
-    desk.access.setLogLevel(3);
+    desk.access.setSetting(*findSetting(u"logLevel"_s), 3);
     QTRY_VERIFY(desk.find<QCheckBox>("logLevel")->isChecked());
+}
+
+void PreferencesTest::whatCannotBeStoredIsSaid()
+{
+    Desk desk;
+    desk.open();
+    desk.window->switchTab(Page::Settings);
+    const auto *said = desk.find<QLabel>("settingsProblem");
+    QVERIFY(said->isHidden());
+    auto *box = desk.find<QCheckBox>("autoUpdate");
+    desk.settings.setProblem(u"<b>full</b>"_s);
+    QTest::keyClick(box, Qt::Key_Space);
+    QVERIFY(said->isVisible() && said->text().endsWith(u"Reason: <b>full</b>"_s));
+    QVERIFY(box->isChecked()); // it counts all the same
+    desk.settings.setProblem({});
+    QVERIFY(said->isHidden());
 }
 
 void PreferencesTest::accountPageFollowsTheSession()

@@ -11,6 +11,7 @@
 #include "support/RecordingOpener.h"
 #include "support/SampleFeed.h"
 #include "support/SampleMaker.h"
+#include "support/ScratchStateStore.h"
 #include "support/servers/FaultServer.h"
 #include "ui/BrevokSoftwareUpdateController.h"
 #include "ui/ReleaseNotesView.h"
@@ -95,6 +96,7 @@ struct Stage {
         .extraAuthorities = TestCertificates::shared().authorities(),
         .reachabilityHost = {}}};
     MemorySettingsStore settings;
+    ScratchStateStore state;
     HttpServiceClient service{network, [] { return QString(); },
         [] {
             return true;
@@ -102,6 +104,7 @@ struct Stage {
     WaitingSystem system;
     BrevokSelfUpdater updater{BrevokSelfUpdater::Collaborators{
         .settings = settings,
+        .state = state.store,
         .service = service,
         .installer = system,
         .source = {.feed = server.url(u"/appcast.xml"_s), .publicKey = maker.publicKey},

@@ -10,6 +10,7 @@
 #include "support/MemorySettingsStore.h"
 #include "support/SampleFeed.h"
 #include "support/SampleMaker.h"
+#include "support/ScratchStateStore.h"
 #include "support/servers/FaultServer.h"
 #include "updates/BrevokSelfUpdater.h"
 
@@ -37,6 +38,7 @@ struct UpdaterStage {
     {
         return std::make_unique<BrevokSelfUpdater>(BrevokSelfUpdater::Collaborators{
             .settings = settings,
+            .state = state.store,
             .service = service,
             .installer = installer,
             .source = {.feed = server.url(feedPath()), .publicKey = key},
@@ -84,6 +86,7 @@ struct UpdaterStage {
     FaultServer server;
     NetworkFactory network;
     MemorySettingsStore settings;
+    ScratchStateStore state;
     bool reachable = true;
     HttpServiceClient service{network, [] { return QStringLiteral("secret session"); },
         [this] {

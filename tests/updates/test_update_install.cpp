@@ -120,12 +120,14 @@ void UpdateInstallTest::installsFromTheBundledService()
     HttpServiceClient service(
         network, [] { return QString(); }, [] { return true; });
     MemorySettingsStore settings;
+    ScratchStateStore state;
     PackageKitInstaller installer;
     const LogCapture log;
     UpdateSource source = updateSourceOfBuild(network.configuration());
     QCOMPARE(source.feed, network.configuration().url(u"/appcast.xml"_s));
     source.publicKey = maker.publicKey;
     BrevokSelfUpdater updater({.settings = settings,
+        .state = state.store,
         .service = service,
         .installer = installer,
         .source = source,

@@ -85,6 +85,7 @@ std::unique_ptr<PanelSurface> DesktopSurfaces::makePanel()
         .flow = m_with->flow,
         .alerts = m_with->alerts,
         .connectivity = m_with->connectivity,
+        .storage = m_with->storage,
         .urls = m_with->urls,
         .serviceUrl = m_with->serviceUrl,
         .helpUrl = QUrl(QStringLiteral(BREVOK_HELP_URL)),

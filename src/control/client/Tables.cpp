@@ -70,7 +70,12 @@ QString statusText(const QJsonObject &status)
 {
     const QJsonObject session = status[u"session"_s].toObject();
     const QString email = oneLine(session[u"email"_s].toString());
-    QString text = session[u"signedIn"_s].toBool() ? u"Signed in as %1"_s.arg(email) : u"Signed out"_s;
+    QString text;
+    const QJsonArray warnings = status[u"warnings"_s].toArray();
+    for (const QJsonValue warning : warnings) {
+        text += u"Warning: %1\n"_s.arg(oneLine(warning.toString()));
+    }
+    text += session[u"signedIn"_s].toBool() ? u"Signed in as %1"_s.arg(email) : u"Signed out"_s;
     if (session[u"updating"_s].toBool()) {
         text += u" (a request is under way)"_s;
     }

@@ -6,9 +6,11 @@
 #include "foundation/Log.h"
 #include "platform/RegularFile.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QMap>
+#include <QPointer>
 #include <QSaveFile>
 
 namespace brevok {
@@ -74,21 +76,24 @@ QMap<QString, QString> readEntry(const QString &path)
     return values;
 }
 
-void writeEntry(const QString &path, const QByteArray &bytes)
+// Why it failed, or nothing.
+QString writeEntry(const QString &path, const QByteArray &bytes)
 {
     QDir().mkpath(QFileInfo(path).absolutePath());
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
-        logLine(QStringLiteral("The login item cannot be written to %1: %2").arg(path, file.errorString()));
-    }
+    const bool written =
+        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    return written
+        ? QString()
+        : QStringLiteral("The login item cannot be written to %1: %2").arg(path, file.errorString());
 }
 
-void removeEntry(const QString &path)
+QString removeEntry(const QString &path)
 {
     QFile file(path);
-    if (!file.remove()) {
-        logLine(QStringLiteral("The login item %1 cannot be removed: %2").arg(path, file.errorString()));
-    }
+    return file.remove()
+        ? QString()
+        : QStringLiteral("The login item %1 cannot be removed: %2").arg(path, file.errorString());
 }
 
 QString applicationKey()
@@ -129,23 +134,37 @@ void AutostartLoginItems::insert(const QUrl &application)
                                         "%4=%5\n")
                              .arg(escaped(m_displayName), escaped(quoted(program)), escaped(program),
                                  applicationKey(), application.toString(QUrl::FullyEncoded));
-    change(application, [path = m_file, bytes = text.toUtf8()] { writeEntry(path, bytes); });
+    change(application, [path = m_file, bytes = text.toUtf8()] { return writeEntry(path, bytes); });
 }
 
 void AutostartLoginItems::remove(const QUrl &application)
 {
     if (contains(application)) {
-        change({}, [path = m_file] { removeEntry(path); });
+        change({}, [path = m_file] { return removeEntry(path); });
     }
 }
 
-void AutostartLoginItems::change(const QUrl &wanted, Task onDisk)
+void AutostartLoginItems::change(const QUrl &wanted, std::function<QString()> onDisk)
 {
     m_wanted = wanted;
     m_unwritten->fetch_add(1, std::memory_order_relaxed);
-    m_disk.add([unwritten = m_unwritten, onDisk = std::move(onDisk)] {
-        onDisk();
+    m_disk.add([unwritten = m_unwritten, problem = m_problem, onDisk = std::move(onDisk)] {
+        *problem = onDisk();
+        if (!problem->isEmpty()) {
+            logLine(*problem);
+        }
         unwritten->fetch_sub(1, std::memory_order_release);
+    });
+}
+
+void AutostartLoginItems::whenWritten(QObject *context, std::function<void(const QString &)> done)
+{
+    m_disk.add([problem = m_problem, guard = QPointer<QObject>(context), done = std::move(done)] {
+        onMain(QCoreApplication::instance(), [text = std::exchange(*problem, {}), guard, done] {
+            if (guard) {
+                done(text);
+            }
+        });
     });
 }
 

@@ -24,14 +24,17 @@ public:
     [[nodiscard]] bool contains(const QUrl &application) const override;
     void insert(const QUrl &application) override;
     void remove(const QUrl &application) override;
+    void whenWritten(QObject *context, std::function<void(const QString &problem)> done) override;
 
 private:
-    void change(const QUrl &wanted, Task onDisk);
+    /// @p onDisk runs in the background, and returns why it failed.
+    void change(const QUrl &wanted, std::function<QString()> onDisk);
 
     QString m_file;
     QString m_displayName;
     SerialQueue m_disk;
     std::shared_ptr<std::atomic<int>> m_unwritten = std::make_shared<std::atomic<int>>(0); ///< changes
+    std::shared_ptr<QString> m_problem = std::make_shared<QString>(); ///< the queue's: not yet told
     QUrl m_wanted; ///< what the entry is for once they are written; empty for none
 };
 

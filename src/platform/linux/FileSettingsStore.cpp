@@ -5,210 +5,187 @@
 
 #include "foundation/Log.h"
 #include "foundation/Record.h"
-#include "platform/DurableFile.h"
 #include "platform/linux/SettingsText.h"
 
 #include <QFileInfo>
-#include <QLockFile>
 #include <QUrl>
-
-#include <algorithm>
-#include <cerrno>
-#include <cstdio>
 
 namespace brevok {
 
-namespace {
+using namespace Qt::StringLiterals;
 
-constexpr qint64 sizeLimit = 256LL * 1024 * 1024;
-// Another program holds the lock for the time of one write.
-constexpr int lockTimeoutMilliseconds = 5000;
+namespace {
 
 QByteArray rawBytes(const QVariant &value)
 {
     return value.typeId() == QMetaType::QByteArray ? value.toByteArray() : value.toString().toUtf8();
 }
 
-QString resolved(const QString &path)
-{
-    const QString target = QFileInfo(path).canonicalFilePath();
-    return target.isEmpty() ? path : target;
-}
-
 } // namespace
 
-FileSettingsStore::FileSettingsStore(const QString &path, QObject *parent)
+FileSettingsStore::FileSettingsStore(const QString &path, std::chrono::milliseconds retry, QObject *parent)
     : SettingsStore(parent)
-    , m_path(resolved(path))
+    , m_file(path)
+    , m_worker(retry, [this] { startBatch(); })
 {
-    m_writing.setSingleShot(true);
-    m_writing.setInterval(0);
-    connect(&m_writing, &QTimer::timeout, this, [this] {
-        if (hasChanges()) {
-            synchronize();
-        }
-    });
-    refresh();
+    m_path = m_file.path();
+    const QString problem = m_file.read();
+    m_values = m_file.values();
+    if (!problem.isEmpty()) {
+        say(problem);
+        m_worker.dueLater();
+    }
 }
 
 FileSettingsStore::~FileSettingsStore()
 {
-    if (hasChanges()) {
-        FileSettingsStore::synchronize();
-    }
-}
-
-bool FileSettingsStore::contains(const QString &key) const
-{
-    return storedValue(key).isValid();
+    FileSettingsStore::finish();
 }
 
 QStringList FileSettingsStore::keys() const
 {
-    QVariantMap values = m_saved;
-    values.insert(m_changed);
-    QStringList keys = values.keys();
-    keys.removeIf([this](const QString &key) { return m_erased.contains(key); });
-    return keys;
+    return chosen().keys();
+}
+
+QVariantMap FileSettingsStore::chosen() const
+{
+    QVariantMap values = m_values;
+    if (m_batch) {
+        values.insert(m_batch->changes);
+    }
+    values.insert(m_waiting);
+    values.removeIf([](const QVariantMap::iterator &value) { return !value->isValid(); });
+    return values;
 }
 
 QVariant FileSettingsStore::storedValue(const QString &key) const
 {
-    if (const auto changed = m_changed.constFind(key); changed != m_changed.cend()) {
+    if (const auto changed = m_waiting.constFind(key); changed != m_waiting.cend()) {
         return *changed;
     }
-    return m_erased.contains(key) ? QVariant() : m_saved.value(key);
+    if (m_batch) {
+        const QVariantMap &changes = m_batch->changes;
+        if (const auto changed = changes.constFind(key); changed != changes.cend()) {
+            return *changed;
+        }
+    }
+    return m_values.value(key);
 }
 
 void FileSettingsStore::store(const QString &key, const QVariant &value)
 {
-    if (!value.isValid()) {
-        erase(key);
-        return;
-    }
-    if (const QVariant known = storedValue(key); known.isValid() && sameInSettings(known, value)) {
+    if (const QVariant known = storedValue(key);
+        value.isValid() && known.isValid() && sameInSettings(known, value)) {
         return; // nothing that would be worth a write to the disk
     }
-    m_erased.remove(key);
-    m_changed.insert(key, value.typeId() == QMetaType::QString ? wellFormed(value.toString()) : value);
-    m_writing.start();
+    change(key, value.typeId() == QMetaType::QString ? wellFormed(value.toString()) : value);
 }
 
 void FileSettingsStore::erase(const QString &key)
 {
-    m_changed.remove(key);
-    m_erased.insert(key);
-    m_writing.start();
+    change(key, {});
 }
 
-bool FileSettingsStore::synchronize()
+void FileSettingsStore::change(const QString &key, const QVariant &value)
 {
-    if (!hasChanges()) {
-        const bool fresh = refresh();
-        if (!fresh || !hasChanges()) {
-            return fresh;
+    m_waiting.insert(key, value);
+    if (!m_batch) {
+        m_worker.dueSoon();
+    }
+}
+
+void FileSettingsStore::write(StoreWaiter waiter)
+{
+    if (waiter.isThere()) {
+        m_waiters.append(std::move(waiter));
+    }
+    if (!m_batch) {
+        m_worker.dueSoon();
+    }
+}
+
+void FileSettingsStore::startBatch()
+{
+    if (m_batch) {
+        return; // its end begins the next
+    }
+    m_worker.rest();
+    m_batch = std::make_shared<Batch>(Batch{std::exchange(m_waiting, {}), std::exchange(m_waiters, {})});
+    m_worker.run(
+        [this, batch = m_batch] {
+            batch->problem = m_file.write(batch->changes);
+            batch->values = m_file.values();
+        },
+        [this, batch = m_batch] { handleBatch(batch); });
+}
+
+void FileSettingsStore::handleBatch(const std::shared_ptr<Batch> &ended)
+{
+    if (ended == nullptr || ended != m_batch) {
+        return; // finish() was faster
+    }
+    const QVariantMap before = chosen();
+    const Batch batch = std::move(*std::exchange(m_batch, {}));
+    m_values = batch.values;
+    const bool stored = batch.problem.isEmpty();
+    if (!stored) {
+        const QVariantMap since = std::exchange(m_waiting, batch.changes);
+        m_waiting.insert(since);
+        m_worker.dueLater();
+    }
+    if (!m_waiters.isEmpty() || (stored && !m_waiting.isEmpty())) {
+        m_worker.dueSoon();
+    }
+    say(batch.problem);
+    tellOfOthers(before);
+    const std::optional<BrevokError> error = stored
+        ? std::nullopt
+        : std::optional(BrevokError{.domain = u"com.tolvane.brevok.settings"_s,
+            .code = 1,
+            .description = u"It could not be stored in %1: %2"_s.arg(m_path, batch.problem)});
+    for (const StoreWaiter &waiter : batch.waiters) {
+        waiter.tell(error);
+    }
+}
+
+void FileSettingsStore::tellOfOthers(const QVariantMap &before)
+{
+    const QVariantMap now = chosen();
+    QVariantMap both = before;
+    both.insert(now);
+    const QStringList keys = both.keys();
+    for (const QString &key : keys) {
+        if (before.contains(key) != now.contains(key) || !sameInSettings(before.value(key), now.value(key))) {
+            Q_EMIT changed(key);
         }
     }
-    if (!makePrivateFolder(QFileInfo(m_path).absolutePath())) {
-        return failed(qt_error_string(errno));
-    }
-    QLockFile lock(m_path + QStringLiteral(".lock"));
-    if (!lock.tryLock(lockTimeoutMilliseconds)) {
-        return failed(lock.error() == QLockFile::LockFailedError
-                ? QStringLiteral("another program holds its lock")
-                : QStringLiteral("its folder cannot be written"));
-    }
-    return refresh() && write();
-}
-
-bool FileSettingsStore::write()
-{
-    QVariantMap merged = m_saved;
-    for (const QString &key : std::as_const(m_erased)) {
-        merged.remove(key);
-    }
-    merged.insert(m_changed);
-    const QString fresh = m_path + QStringLiteral(".new");
-    QString reason;
-    if (!writeSettings(fresh, merged, &reason)) {
-        QFile::remove(fresh);
-        return failed(reason);
-    }
-    if (std::optional<BrevokError> error; !renameDurably(fresh, m_path, &error)) {
-        return failed(error->description);
-    }
-    m_stamp = stampOf(m_path);
-    m_saved = merged;
-    m_changed.clear();
-    m_erased.clear();
-    m_problem.clear();
-    return true;
 }
 
 // One line tells of a full disk, not one for every value that is kept meanwhile.
-bool FileSettingsStore::failed(const QString &reason)
+void FileSettingsStore::say(const QString &problem)
 {
-    if (m_problem.isEmpty()) {
-        logLine(QStringLiteral("The settings cannot be saved in %1: %2").arg(m_path, reason));
+    const QString before = std::exchange(m_problem, problem);
+    if (before.isEmpty() == problem.isEmpty()) {
+        return;
     }
-    m_problem = reason;
-    return false;
+    if (before.isEmpty()) {
+        logLine(u"The settings cannot be saved in %1: %2"_s.arg(m_path, problem));
+        Q_EMIT troubled(problem);
+    } else {
+        logLine(u"The settings are saved in %1 again."_s.arg(m_path));
+        Q_EMIT mended();
+    }
 }
 
-// Takes in what other programs wrote. @return false when the file may hold values that could not be read now
-bool FileSettingsStore::refresh()
+void FileSettingsStore::finish()
 {
-    PrivateFile file = readPrivateFile(m_path, m_stamp, sizeLimit);
-    if (file.state == PrivateFile::State::Read) {
-        QString shortage;
-        if (std::optional<QVariantMap> values = settingsValues(file.contents, &shortage)) {
-            m_saved = std::move(*values);
-            m_stamp = file.stamp;
-            return true;
-        }
-        if (!shortage.isEmpty()) {
-            return failed(shortage);
-        }
-        file.state = PrivateFile::State::Unusable;
-        file.reason = QStringLiteral("broken");
+    m_worker.wait();
+    handleBatch(m_batch);
+    if (!m_waiting.isEmpty() || !m_waiters.isEmpty()) {
+        startBatch();
+        m_worker.wait();
+        handleBatch(m_batch);
     }
-    switch (file.state) {
-    case PrivateFile::State::Unusable:
-        keepValues();
-        return moveAside(file.reason);
-    case PrivateFile::State::Missing:
-        keepValues();
-        return true;
-    case PrivateFile::State::Failed:
-        return failed(file.reason);
-    case PrivateFile::State::Read:
-    case PrivateFile::State::Unchanged:
-        break;
-    }
-    return true;
-}
-
-// The file with the values known so far is gone: they are written again with the next change.
-void FileSettingsStore::keepValues()
-{
-    for (auto value = m_saved.cbegin(); value != m_saved.cend(); ++value) {
-        if (!m_changed.contains(value.key()) && !m_erased.contains(value.key())) {
-            m_changed.insert(value.key(), value.value());
-        }
-    }
-    m_saved.clear();
-    m_stamp = {};
-}
-
-bool FileSettingsStore::moveAside(const QString &reason)
-{
-    const QString aside = nameAside(m_path, QStringLiteral("unreadable"));
-    if (std::rename(QFile::encodeName(m_path).constData(), QFile::encodeName(aside).constData()) != 0) {
-        return failed(QStringLiteral("what stands there cannot be read (%1)").arg(reason));
-    }
-    logLine(QStringLiteral("The settings in %1 cannot be read (%2); they were kept as %3")
-                .arg(m_path, reason, aside));
-    return true;
 }
 
 void FileSettingsStore::setAside(const QString &key, const QString &reason)
@@ -219,14 +196,12 @@ void FileSettingsStore::setAside(const QString &key, const QString &reason)
     }
     constexpr qsizetype nameLimit = 100;
     const QString name = QString::fromLatin1(QUrl::toPercentEncoding(key)).left(nameLimit);
-    const QString aside = nameAside(m_path + u'.' + name, QStringLiteral("unusable"));
+    const QString aside = nameAside(m_path + u'.' + name, u"unusable"_s);
     std::optional<BrevokError> error;
     makePrivateFolder(QFileInfo(m_path).absolutePath());
     const bool kept = writePrivateFile(aside, rawBytes(value), &error);
-    logLine(QStringLiteral("What the settings hold under \"%1\" cannot be used (%2); %3")
-                .arg(key, reason,
-                    kept ? QStringLiteral("it was kept as %1").arg(aside)
-                         : QStringLiteral("it could not be kept: %1").arg(error->description)));
+    logLine(u"What the settings hold under \"%1\" cannot be used (%2); %3"_s.arg(key, reason,
+        kept ? u"it was kept as %1"_s.arg(aside) : u"it could not be kept: %1"_s.arg(error->description)));
     erase(key);
 }
 

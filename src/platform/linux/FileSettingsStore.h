@@ -3,30 +3,28 @@
 
 #pragma once
 
-#include "platform/linux/PrivateFile.h"
+#include "platform/linux/SettingsFile.h"
+#include "platform/linux/StoreWorker.h"
 #include "platform/SettingsStore.h"
 
-#include <QSet>
-#include <QTimer>
+#include <memory>
 
 namespace brevok {
 
-/// The settings in one text file that people can read and edit (see settingsText()).
-///
-/// The file is replaced whole, under a lock, so that readers never see half of one; what other programs wrote
-/// meanwhile is merged by key. Changes that nobody synchronizes are written on the next turn of the event
-/// loop. What cannot be read is renamed to "FILE.unreadable-DATE-TIME" and the values known so far are kept.
+/// The settings in a SettingsFile, which is read at the start and written by a worker.
 class FileSettingsStore final : public SettingsStore {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(FileSettingsStore)
 
 public:
-    explicit FileSettingsStore(const QString &path, QObject *parent = nullptr);
+    /// @p retry is how long what could not be stored waits until it is tried again without a change.
+    explicit FileSettingsStore(const QString &path, std::chrono::milliseconds retry = std::chrono::minutes(1),
+        QObject *parent = nullptr);
     ~FileSettingsStore() override;
 
-    [[nodiscard]] bool contains(const QString &key) const override;
+    [[nodiscard]] bool contains(const QString &key) const override { return storedValue(key).isValid(); }
     [[nodiscard]] QStringList keys() const override;
-    bool synchronize() override;
+    void finish() override;
     [[nodiscard]] QString problem() const override { return m_problem; }
     void setAside(const QString &key, const QString &reason) override;
 
@@ -34,22 +32,33 @@ protected:
     [[nodiscard]] QVariant storedValue(const QString &key) const override;
     void store(const QString &key, const QVariant &value) override;
     void erase(const QString &key) override;
+    void write(StoreWaiter waiter) override;
 
 private:
-    [[nodiscard]] bool hasChanges() const { return !m_changed.isEmpty() || !m_erased.isEmpty(); }
-    bool refresh();
-    void keepValues();
-    bool moveAside(const QString &reason);
-    bool write();
-    bool failed(const QString &reason);
+    /// What the worker writes in one go, and what became of it.
+    struct Batch {
+        QVariantMap changes;
+        QList<StoreWaiter> waiters;
+        QString problem{};
+        QVariantMap values{}; ///< of the file afterwards
+    };
+
+    void change(const QString &key, const QVariant &value);
+    void startBatch();
+    void handleBatch(const std::shared_ptr<Batch> &ended);
+    void tellOfOthers(const QVariantMap &before);
+    void say(const QString &problem);
+    /// All values of the user's own.
+    [[nodiscard]] QVariantMap chosen() const;
 
     QString m_path;
-    QVariantMap m_saved; // what the file held when it was last read or written
-    QVariantMap m_changed; // set since then
-    QSet<QString> m_erased; // removed since then
-    FileStamp m_stamp;
-    QTimer m_writing; // on the next turn of the event loop
+    SettingsFile m_file; ///< the worker's while a batch is under way
+    QVariantMap m_values; ///< what the file held when it was last read or written
+    QVariantMap m_waiting; ///< set since then; an invalid value removes its key
+    QList<StoreWaiter> m_waiters;
+    std::shared_ptr<Batch> m_batch; ///< under way
     QString m_problem;
+    StoreWorker m_worker; ///< goes first
 };
 
 } // namespace brevok

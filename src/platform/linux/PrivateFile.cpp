@@ -52,7 +52,7 @@ bool readAll(int file, QByteArray *bytes)
     return true;
 }
 
-// A shortage of the moment is no reason to take the user's settings away.
+// A shortage, of rights too, is no reason to take the user's settings away.
 PrivateFile unopened(const QByteArray &path, int code)
 {
     struct stat facts = {};
@@ -62,7 +62,7 @@ PrivateFile unopened(const QByteArray &path, int code)
         }
         return {.state = PrivateFile::State::Unusable, .reason = QStringLiteral("a link that leads nowhere")};
     }
-    constexpr std::array lasting = {EACCES, EPERM, ELOOP, ENXIO, EIO, ENODEV};
+    constexpr std::array lasting = {ELOOP, ENXIO, EIO, ENODEV};
     const bool lasts = std::find(lasting.begin(), lasting.end(), code) != lasting.end();
     return {.state = lasts ? PrivateFile::State::Unusable : PrivateFile::State::Failed,
         .reason = qt_error_string(code)};
@@ -124,6 +124,18 @@ bool writePrivateFile(const QString &path, const QByteArray &contents, std::opti
         .description = qt_error_string(code),
         .details = {{QStringLiteral("Path"), path}}};
     return false;
+}
+
+QString whyNotWritten(const QString &path)
+{
+    constexpr qsizetype size = 4096;
+    const QString another = path + QStringLiteral(".try");
+    std::optional<BrevokError> error;
+    if (!writePrivateFile(another, QByteArray(size, '\n'), &error)) {
+        return error->description;
+    }
+    QFile::remove(another);
+    return QStringLiteral("the system does not say why");
 }
 
 bool makePrivateFolder(const QString &path)

@@ -29,8 +29,8 @@ struct PrivateFile {
         Missing,
         Unchanged, ///< as at the stamp that the caller knows; not read again
         Read,
-        Unusable, ///< no regular file, too large, or not ours to read: it will never be readable
-        Failed, ///< could not be read this time
+        Unusable, ///< no regular file, or too large: it will never be readable
+        Failed, ///< could not be read this time, or not with our rights
     };
     State state = State::Missing;
     QString reason{}; ///< when Unusable or Failed
@@ -47,6 +47,9 @@ struct PrivateFile {
 /// Creates a file that nobody else may open, from its first moment on. Something else in its place is
 /// removed.
 bool writePrivateFile(const QString &path, const QByteArray &contents, std::optional<BrevokError> *error);
+
+/// What the system says of one more file beside the one at @p path, which could not be written.
+[[nodiscard]] QString whyNotWritten(const QString &path);
 
 /// Makes the folder, with those above it; one that is made here is the user's alone.
 bool makePrivateFolder(const QString &path);

@@ -4,12 +4,14 @@
 #include "platform/linux/SettingsText.h"
 
 #include "platform/linux/FileDescriptor.h"
+#include "platform/linux/PrivateFile.h"
 
 #include <QDateTime>
 #include <QFile>
 #include <QSettings>
 
 #include <array>
+#include <atomic>
 #include <cerrno>
 
 #include <sys/mman.h>
@@ -25,7 +27,7 @@ namespace {
 // QSettings reads files only: this one is in memory, where no full disk is in its way.
 FileDescriptor memoryFile(const QByteArray &text)
 {
-    static time_t reads = 0;
+    static std::atomic<time_t> reads = 0;
     FileDescriptor file(::memfd_create("settings", MFD_CLOEXEC));
     if (!file || ::write(file.get(), text.constData(), static_cast<size_t>(text.size())) != text.size()) {
         return FileDescriptor(-1);
@@ -69,18 +71,6 @@ bool holds(const QByteArray &text, const QVariantMap &values)
     return true;
 }
 
-// What the system says of one more byte there.
-QString whyNot(const QString &path)
-{
-    QFile file(path + u".try"_s);
-    constexpr qint64 size = 4096;
-    const bool fits =
-        file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && file.write(QByteArray(size, '\n')) == size;
-    QString reason = fits ? u"the values cannot be written"_s : file.errorString();
-    file.remove();
-    return reason;
-}
-
 } // namespace
 
 bool sameInSettings(const QVariant &found, const QVariant &value)
@@ -109,15 +99,11 @@ bool writeSettings(const QString &path, const QVariantMap &values, QString *reas
     written.close();
     if (!written.open(QIODevice::ReadWrite)
         || !written.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
-        *reason = whyNot(path);
+        *reason = whyNotWritten(path);
         return false;
     }
     if (!holds(written.readAll(), values)) {
-        *reason = whyNot(path);
-        return false;
-    }
-    if (::fsync(written.handle()) != 0) {
-        *reason = qt_error_string(errno);
+        *reason = whyNotWritten(path);
         return false;
     }
     return true;
@@ -128,7 +114,9 @@ std::optional<QVariantMap> settingsValues(const QByteArray &text, QString *short
     if (text.contains('\0')) {
         return std::nullopt;
     }
-    const FileDescriptor file = memoryFile(text);
+    const QByteArray byteOrderMark("\xEF\xBB\xBF"); // which some editors begin a file with
+    const FileDescriptor file =
+        memoryFile(text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text);
     if (!file) {
         *shortage = qt_error_string(errno);
         return std::nullopt;

@@ -12,7 +12,7 @@ namespace brevok {
 
 /// Writes a settings file: INI as QSettings reads and writes it, so that people can read and edit it. A date
 /// is kept as ISO 8601 text; a key's slashes, which would be groups, are kept as "%2F". Something else at
-/// @p path is removed; the file is the user's alone and has reached the disk.
+/// @p path is removed; the file is the user's alone.
 /// @return false, with the reason, when it holds less than @p values; it may be there then
 [[nodiscard]] bool writeSettings(const QString &path, const QVariantMap &values, QString *reason);
 

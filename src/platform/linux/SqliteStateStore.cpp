@@ -4,9 +4,6 @@
 #include "platform/linux/SqliteStateStore.h"
 
 #include "foundation/Log.h"
-#include "foundation/Tasks.h"
-
-#include <tuple>
 
 namespace brevok {
 
@@ -18,7 +15,6 @@ namespace {
 // Another program holds the lock for the time of one write.
 constexpr int patienceAtReadMs = 250;
 constexpr int patienceAtWriteMs = 5000;
-constexpr int workerExpiryMs = 2000;
 
 // The last change of every entry.
 StateChanges compacted(const StateChanges &changes)
@@ -56,14 +52,8 @@ SqliteStateStore::SqliteStateStore(const QString &path, std::chrono::millisecond
     : StateStore(parent)
     , m_path(path)
     , m_file(path)
+    , m_worker(retry, [this] { startBatch(); })
 {
-    m_worker.setMaxThreadCount(1);
-    m_worker.setExpiryTimeout(workerExpiryMs);
-    m_soon.setSingleShot(true);
-    m_retry.setSingleShot(true);
-    m_retry.setInterval(retry);
-    connect(&m_soon, &QTimer::timeout, this, &SqliteStateStore::startBatch);
-    connect(&m_retry, &QTimer::timeout, this, &SqliteStateStore::startBatch);
 }
 
 SqliteStateStore::~SqliteStateStore()
@@ -73,7 +63,7 @@ SqliteStateStore::~SqliteStateStore()
 
 StateEntries SqliteStateStore::entries(const QString &key)
 {
-    waitForWorker();
+    m_worker.wait();
     StateEntries found;
     SqliteFile::Result result;
     if (m_readable) {
@@ -85,7 +75,7 @@ StateEntries SqliteStateStore::entries(const QString &key)
     } else if (result.state != State::Done) {
         found.clear();
         m_readable = !result.hides;
-        m_retry.start();
+        m_worker.dueLater();
         onMain(this, [this, result] { say(result); });
     }
     if (m_batch) {
@@ -100,7 +90,7 @@ void SqliteStateStore::rescue(const QString &reason)
     StateChanges rescued;
     const QString keptAs = m_file.setAside(&rescued);
     m_waiting = rescued + m_waiting;
-    m_soon.start();
+    m_worker.dueSoon();
     if (keptAs.isEmpty()) {
         // It stays where it is, and the write that follows says so.
         logLine(u"The state in %1 is damaged: %2"_s.arg(m_path, reason));
@@ -116,14 +106,14 @@ void SqliteStateStore::sayDamaged(const QString &keptAs)
     Q_EMIT damaged(keptAs);
 }
 
-void SqliteStateStore::add(StateChanges changes, Waiter waiter)
+void SqliteStateStore::add(StateChanges changes, StoreWaiter waiter)
 {
     m_waiting.isEmpty() ? m_waiting.swap(changes) : m_waiting.append(changes);
-    if (waiter.done) {
+    if (waiter.isThere()) {
         m_waiters.append(std::move(waiter));
     }
     if (!m_batch) {
-        m_soon.start();
+        m_worker.dueSoon();
     }
 }
 
@@ -132,28 +122,16 @@ void SqliteStateStore::startBatch()
     if (m_batch) {
         return; // its end begins the next
     }
-    m_soon.stop();
-    m_retry.stop();
+    m_worker.rest();
     m_batch = std::make_shared<Batch>();
     m_batch->changes = std::exchange(m_waiting, {});
     m_batch->waiters = std::exchange(m_waiters, {});
-    if (m_batch->changes.isEmpty() && !m_inTrouble && m_readable) {
+    if (m_batch->changes.isEmpty() && m_problem.isEmpty() && m_readable) {
         m_batch->result = {};
         onMain(this, [this] { handleBatch(); });
         return;
     }
-    inBackground(m_worker, [this, batch = m_batch] {
-        carryOut(*batch);
-        m_carriedOut.fetch_add(1, std::memory_order_release);
-        onMain(this, [this] { handleBatch(); });
-    });
-}
-
-// What the worker did is visible to this thread afterwards, and ThreadSanitizer sees that too.
-void SqliteStateStore::waitForWorker()
-{
-    m_worker.waitForDone();
-    std::ignore = m_carriedOut.load(std::memory_order_acquire);
+    m_worker.run([this, batch = m_batch] { carryOut(*batch); }, [this] { handleBatch(); });
 }
 
 // On the worker, or after it.
@@ -184,9 +162,10 @@ void SqliteStateStore::handleBatch()
     }
     if (!stored) {
         m_waiting = compacted(batch.changes + m_waiting);
-        m_retry.start();
-    } else if (!m_waiting.isEmpty() || !m_waiters.isEmpty()) {
-        m_soon.start();
+        m_worker.dueLater();
+    }
+    if (!m_waiters.isEmpty() || (stored && !m_waiting.isEmpty())) {
+        m_worker.dueSoon();
     }
     say(batch.result);
     if (stored && !std::exchange(m_readable, true)) {
@@ -200,7 +179,7 @@ void SqliteStateStore::handleBatch()
         : std::optional(BrevokError{.domain = u"com.tolvane.brevok.state"_s,
             .code = 1,
             .description = u"It could not be stored in %1: %2"_s.arg(m_path, batch.result.reason)});
-    for (const Waiter &waiter : batch.waiters) {
+    for (const StoreWaiter &waiter : batch.waiters) {
         waiter.tell(error);
     }
 }
@@ -209,7 +188,8 @@ void SqliteStateStore::handleBatch()
 void SqliteStateStore::say(const SqliteFile::Result &result)
 {
     const bool trouble = result.state != State::Done;
-    if (trouble == std::exchange(m_inTrouble, trouble)) {
+    const bool wasTrouble = !std::exchange(m_problem, result.reason).isEmpty();
+    if (trouble == wasTrouble) {
         return;
     }
     if (trouble) {
@@ -224,7 +204,7 @@ void SqliteStateStore::say(const SqliteFile::Result &result)
 
 void SqliteStateStore::finish()
 {
-    waitForWorker();
+    m_worker.wait();
     if (m_batch && m_batch->result.state == State::Done) {
         m_batch.reset();
     }

@@ -4,12 +4,7 @@
 #pragma once
 
 #include "platform/linux/SqliteFile.h"
-
-#include <QThreadPool>
-#include <QTimer>
-
-#include <atomic>
-#include <chrono>
+#include "platform/linux/StoreWorker.h"
 
 namespace brevok {
 
@@ -27,22 +22,22 @@ public:
     [[nodiscard]] bool isReadable() const override { return m_readable; }
     [[nodiscard]] StateEntries entries(const QString &key) override;
     void finish() override;
+    [[nodiscard]] QString problem() const override { return m_problem; }
 
 protected:
-    void add(StateChanges changes, Waiter waiter) override;
+    void add(StateChanges changes, StoreWaiter waiter) override;
 
 private:
     /// What the worker writes in one go, and what became of it.
     struct Batch {
         StateChanges changes;
-        QList<Waiter> waiters;
+        QList<StoreWaiter> waiters;
         SqliteFile::Result result{.state = SqliteFile::Result::State::Shortage};
         QString keptAs{}; ///< the file was damaged and set aside
     };
 
     void startBatch();
     void handleBatch();
-    void waitForWorker();
     void carryOut(Batch &batch);
     void rescue(const QString &reason);
     void say(const SqliteFile::Result &result);
@@ -50,15 +45,12 @@ private:
 
     QString m_path;
     SqliteFile m_file; ///< the worker's while a batch is under way
-    QThreadPool m_worker;
-    std::atomic<int> m_carriedOut = 0; ///< batches that the worker has done
-    QTimer m_soon; ///< so that the changes of one turn of the event loop make one batch
-    QTimer m_retry;
     StateChanges m_waiting;
-    QList<Waiter> m_waiters;
+    QList<StoreWaiter> m_waiters;
     std::shared_ptr<Batch> m_batch; ///< under way
     bool m_readable = true;
-    bool m_inTrouble = false;
+    QString m_problem;
+    StoreWorker m_worker; ///< goes first
 };
 
 } // namespace brevok

@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "app/SettingsKeys.h"
+#include "app/EarlierKeys.h"
 
+#include "foundation/Settings.h"
 #include "platform/SettingsStore.h"
 
 #include <array>
@@ -20,7 +21,7 @@ struct MovedKey {
 };
 
 constexpr std::array movedKeys{
-    MovedKey{QLatin1StringView("startAtLogin"), AppKeys::startAtLogin, Kind::Bool},
+    MovedKey{QLatin1StringView("startAtLogin"), SettingKeys::startAtLogin, Kind::Bool},
     MovedKey{QLatin1StringView("sessionData"), QLatin1StringView("OrlecSessionData"), Kind::Object},
     MovedKey{QLatin1StringView("sessionVersion"), QLatin1StringView("OrlecSessionVersion"), Kind::Float},
     MovedKey{QLatin1StringView("targetsGathered"), QLatin1StringView("OrlecTargetsGathered"), Kind::Bool},

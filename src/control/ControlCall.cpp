@@ -1,0 +1,53 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "control/ControlCall.h"
+
+#include "platform/StateStore.h"
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+ControlCall::ControlCall(const QDBusConnection &bus, const QDBusMessage &message, Task answered)
+    : m_bus(bus)
+    , m_message(message)
+    , m_answered(std::move(answered))
+{
+}
+
+void ControlCall::answer() const
+{
+    send(m_message.createReply());
+}
+
+void ControlCall::answer(const QVariant &result) const
+{
+    send(m_message.createReply(result));
+}
+
+void ControlCall::refuse(const QString &reason) const
+{
+    send(m_message.createErrorReply(u"com.tolvane.brevok.Error.Refused"_s, reason));
+}
+
+void ControlCall::answerWhenStored(StateStore &state, const QStringList &failures) const
+{
+    state.commit({}, &state, [call = *this, failures](const auto &error) {
+        call.answer(error ? failures + QStringList{error->description} : failures);
+    });
+}
+
+void ControlCall::confirmWhenStored(StateStore &state) const
+{
+    state.commit({}, &state,
+        [call = *this](const auto &error) { error ? call.refuse(error->description) : call.answer(); });
+}
+
+void ControlCall::send(const QDBusMessage &answer) const
+{
+    QDBusConnection(m_bus).send(answer);
+    m_answered();
+}
+
+} // namespace brevok

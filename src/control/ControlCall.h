@@ -1,0 +1,42 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "foundation/Tasks.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QStringList>
+#include <QVariant>
+
+namespace brevok {
+
+class StateStore;
+
+/// One call over the session bus, which whoever gets it answers exactly once, now or later. Copies stand for
+/// the same call. Main thread.
+class ControlCall final {
+public:
+    /// @p answered hears that it is.
+    ControlCall(const QDBusConnection &bus, const QDBusMessage &message, Task answered);
+
+    void answer() const;
+    void answer(const QVariant &result) const;
+    /// Answers with the error "Refused", whose message is @p reason.
+    void refuse(const QString &reason) const;
+
+    /// Answers with @p failures when what the call changed is stored; that it could not be is one more.
+    void answerWhenStored(StateStore &state, const QStringList &failures) const;
+    /// Answers when what the call changed is stored, or refuses with why that failed.
+    void confirmWhenStored(StateStore &state) const;
+
+private:
+    void send(const QDBusMessage &answer) const;
+
+    QDBusConnection m_bus;
+    QDBusMessage m_message;
+    Task m_answered;
+};
+
+} // namespace brevok

@@ -1,0 +1,165 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "control/PackageCalls.h"
+
+#include "catalogue/BrevokPackages.h"
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QStringList sentencesOf(const InstallOutcome &outcome)
+{
+    QStringList sentences;
+    for (const BrevokError &failure : outcome.failures) {
+        sentences.append(failure.description);
+    }
+    return sentences;
+}
+
+} // namespace
+
+PackageCalls::PackageCalls(
+    BrevokPlugins &plugins, BrevokPackages &packages, InstallFlow &flow, StateStore &state, QObject *parent)
+    : QObject(parent)
+    , m_plugins(plugins)
+    , m_packages(packages)
+    , m_flow(flow)
+    , m_state(state)
+{
+}
+
+PackageCalls::~PackageCalls() = default;
+
+// The question is about the queues that these calls would fill, and comes before every list.
+bool PackageCalls::refusedBeforeAnswer(const ControlCall &call) const
+{
+    const bool asks = m_plugins.asksAboutUnfinishedActions();
+    if (asks) {
+        call.refuse(
+            u"The question about unfinished actions waits for its answer; 'brevokctl discard' discards "
+            "them."_s);
+    }
+    return asks;
+}
+
+bool PackageCalls::refusedUnknown(const ControlCall &call, const QStringList &prefixes) const
+{
+    if (refusedBeforeAnswer(call)) {
+        return true;
+    }
+    if (prefixes.isEmpty()) {
+        call.refuse(u"No package is named."_s);
+        return true;
+    }
+    for (const QString &prefix : prefixes) {
+        if (m_packages.packagesWithPrefix(prefix).isEmpty()) {
+            call.refuse(u"No package has the prefix '%1'."_s.arg(prefix));
+            return true;
+        }
+    }
+    return false;
+}
+
+PackageCalls::Ended PackageCalls::answerAfter(const ControlCall &call, qsizetype count)
+{
+    struct State {
+        qsizetype open;
+        QStringList failures;
+    };
+    return [this, call, state = std::make_shared<State>(State{count, {}})](const QStringList &failures) {
+        state->failures += failures;
+        if (--state->open == 0) {
+            answerWhenSettled(call, state->failures);
+        }
+    };
+}
+
+void PackageCalls::answerWhenSettled(const ControlCall &call, const QStringList &failures)
+{
+    const auto answer = [call, failures, &state = m_state] {
+        call.answerWhenStored(state, failures);
+    };
+    if (!m_packages.updating() && !m_packages.needUpdate()) {
+        answer();
+        return;
+    }
+    connect(&m_packages, &BrevokPackages::statusesSettled, this, answer, Qt::SingleShotConnection);
+}
+
+void PackageCalls::check(const ControlCall &call)
+{
+    if (refusedBeforeAnswer(call)) {
+        return;
+    }
+    const auto ended = [both = answerAfter(call, 2)](const QString &failure) {
+        return [both, failure](bool ok) {
+            both(ok ? QStringList() : QStringList{failure});
+        };
+    };
+    m_plugins.checkForUpdates(ended(u"The list of plug-ins could not be read."_s));
+    m_packages.checkForUpdates(false, ended(u"The list of packages could not be read."_s));
+}
+
+void PackageCalls::install(const ControlCall &call, const QStringList &prefixes)
+{
+    if (!refusedUnknown(call, prefixes)) {
+        runForEach(call, prefixes, false);
+    }
+}
+
+void PackageCalls::updateAll(const ControlCall &call)
+{
+    if (refusedBeforeAnswer(call)) {
+        return;
+    }
+    QStringList prefixes;
+    const QList<Record> packages = m_packages.packageRecords();
+    for (const Record &package : packages) {
+        if (m_packages.waits(package)) {
+            prefixes.append(package[PackageKeys::prefix].toString());
+        }
+    }
+    prefixes.removeDuplicates();
+    if (prefixes.isEmpty()) {
+        call.answer(QStringList());
+    } else {
+        runForEach(call, prefixes, false);
+    }
+}
+
+void PackageCalls::remove(const ControlCall &call, const QStringList &prefixes)
+{
+    if (!refusedUnknown(call, prefixes)) {
+        runForEach(call, prefixes, true);
+    }
+}
+
+void PackageCalls::runForEach(const ControlCall &call, const QStringList &prefixes, bool remove)
+{
+    const auto done = [ended = answerAfter(call, prefixes.size())](const InstallOutcome &outcome) {
+        ended(sentencesOf(outcome));
+    };
+    for (const QString &prefix : prefixes) {
+        if (remove) {
+            m_flow.uninstallWithPrefix(prefix, done);
+        } else {
+            m_flow.installWithPrefix(prefix, false, done);
+        }
+    }
+}
+
+void PackageCalls::discard(const ControlCall &call)
+{
+    if (m_flow.isBusy()) {
+        call.refuse(u"An install or a removal is under way; try again when it has ended."_s);
+        return;
+    }
+    m_plugins.discardActions();
+    call.confirmWhenStored(m_state);
+}
+
+} // namespace brevok

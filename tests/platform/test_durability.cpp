@@ -1,0 +1,114 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+// The order in which files are written, synced and renamed, which a killed process does not tell: a power cut
+// takes everything that was not synced.
+
+#include "platform/linux/FileSettingsStore.h"
+#include "platform/linux/SqliteStateStore.h"
+#include "support/Stored.h"
+
+#include <QCoreApplication>
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Both stores at work, in a process whose calls are recorded; what is confirmed is a file that is removed.
+int work(const QString &folder)
+{
+    FileSettingsStore settings(folder + u"/brevok.conf"_s);
+    SqliteStateStore state(folder + u"/state.sqlite"_s);
+    for (int i = 0; i < 2; ++i) {
+        settings.setValue(u"a"_s, i);
+        bool stored = isStored(settings);
+        QFile::remove(folder + u"/settings are confirmed"_s);
+        state.setValue(u"a"_s, i);
+        bool told = false;
+        state.commit({}, &state, [&](const auto &error) {
+            told = true;
+            stored = stored && !error;
+        });
+        if (!QTest::qWaitFor([&] { return told; }, 30000) || !stored) {
+            return 1;
+        }
+        QFile::remove(folder + u"/state is confirmed"_s);
+    }
+    return 0;
+}
+
+} // namespace
+
+class DurabilityTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whatIsConfirmedSurvivesAPowerCut();
+};
+
+void DurabilityTest::whatIsConfirmedSurvivesAPowerCut()
+{
+    const QTemporaryDir scratch(u"/tmp/durability-XXXXXX"_s); // without a blank, for the loader
+    const QString folder = scratch.filePath(u"data"_s);
+    const QString library = scratch.filePath(u"library.so"_s);
+    QVERIFY(QDir().mkpath(folder) && QFile::copy(QStringLiteral(RECORDED_FILES), library));
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(u"LD_PRELOAD"_s, library);
+    environment.insert(u"ASAN_OPTIONS"_s, u"verify_asan_link_order=0"_s);
+    environment.insert(u"RECORD_FOLDER"_s, folder);
+    environment.insert(u"RECORD_LOG"_s, scratch.filePath(u"calls"_s));
+    process.setProcessEnvironment(environment);
+    process.setProcessChannelMode(QProcess::ForwardedChannels);
+    process.start(QCoreApplication::applicationFilePath(), {u"--work"_s, folder});
+    QVERIFY(process.waitForFinished(120000));
+    QCOMPARE(process.exitCode(), 0);
+
+    QFile log(scratch.filePath(u"calls"_s));
+    QVERIFY(log.open(QIODevice::ReadOnly));
+    const QStringList calls = QString::fromUtf8(log.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    QSet<QString> unsynced; // names, and the folder while a name in it is new or gone
+    int confirmations = 0;
+    for (const QString &call : calls) {
+        const QStringList words = call.split(u' ');
+        const QString &what = words.first();
+        if (what == u"write"_s) {
+            unsynced.insert(words[1]);
+        } else if (what == u"sync"_s) {
+            unsynced.remove(words[1]);
+        } else if (call.endsWith(u"confirmed"_s)) {
+            const QString file = call.contains(u"settings"_s) ? u"brevok.conf"_s : u"state.sqlite"_s;
+            QVERIFY2(!unsynced.contains(file) && !unsynced.contains(u"."_s), qPrintable(calls.join(u'\n')));
+            ++confirmations;
+        } else if (call == u"remove brevok.conf.new"_s) {
+            unsynced.insert(words[1]); // what comes in its place is new
+        } else if (call == u"rename brevok.conf.new brevok.conf"_s) {
+            QVERIFY2(!unsynced.contains(words[1]), qPrintable(calls.join(u'\n')));
+            unsynced.insert(u"."_s);
+        } else if (call == u"remove state.sqlite-journal"_s) {
+            QVERIFY2(!unsynced.contains(u"state.sqlite"_s), qPrintable(calls.join(u'\n')));
+            unsynced.insert(u"."_s); // a journal that comes back would undo the commit
+        }
+    }
+    QCOMPARE(confirmations, 4);
+    QCOMPARE(calls.count(u"rename brevok.conf.new brevok.conf"_s), 2);
+    QVERIFY(calls.contains(u"sync state.sqlite-journal"_s) && calls.contains(u"sync state.sqlite"_s));
+}
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == u"--work"_s) {
+        return work(arguments.value(2));
+    }
+    DurabilityTest test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "test_durability.moc"

@@ -9,9 +9,9 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-ControlCall::ControlCall(const QDBusConnection &bus, const QDBusMessage &message, Task answered)
-    : m_bus(bus)
-    , m_message(message)
+ControlCall::ControlCall(QDBusConnection bus, QDBusMessage message, Task answered)
+    : m_bus(std::move(bus))
+    , m_message(std::move(message))
     , m_answered(std::move(answered))
 {
 }

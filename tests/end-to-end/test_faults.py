@@ -268,7 +268,7 @@ class Faults(unittest.TestCase):
         session.ctl("settings", "set", "logLevel", "1")
         session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
         session.stop_application()
-        session.environment["TMPDIR"] = "/nonexistent"
+        session.environment["TMPDIR"] = "/proc"  # where not even root makes a file
         session.start_application()
         self.assertTrue(session.status()["session"]["signedIn"])
         self.assertEqual(session.ctl("settings", "get", "logLevel").stdout.strip(), "1")

@@ -19,7 +19,8 @@ class StateStore;
 
 /// What became of carrying out the commands of one definition.
 struct CommandResult {
-    /// What the failure alert shows: errors handed back by calls that answered yes, and no others.
+    /// What the failure alert shows: errors handed back by calls that answered yes, and targets whose disk
+    /// did not answer.
     QList<BrevokError> errors;
     /// Every failure: calls that answered no, and bundles that are not where they were said to be.
     QList<BrevokError> failures;

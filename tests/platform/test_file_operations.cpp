@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/SafePath.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
@@ -16,6 +17,7 @@
 #include <cerrno>
 #include <thread>
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -79,6 +81,7 @@ private Q_SLOTS:
     void removingStaysInside();
     void failedRemovalNamesWhatResisted();
     void copiesAreWhole();
+    void aSourceThatBecameShorterIsAFailure();
     void copiesThatAreRefused_data();
     void copiesThatAreRefused();
     void nothingOutsideChangesInARace();
@@ -211,6 +214,19 @@ void FileOperationsTest::copiesAreWhole()
     QVERIFY(changeMode(path(u"copy/a"_s), 0755) && changeMode(path(u"tree/a"_s), 0755));
     const QStringList all{u"copy"_s, u"tree"_s};
     QCOMPARE(testing::entries(m_scratch->path()), all);
+}
+
+void FileOperationsTest::aSourceThatBecameShorterIsAFailure()
+{
+    QVERIFY(writeFile(path(u"source"_s), "0123456789"));
+    QVERIFY(writeFile(path(u"target"_s), ""));
+    const FileDescriptor from(::open(QFile::encodeName(path(u"source"_s)).constData(), O_RDONLY));
+    const FileDescriptor to(::open(QFile::encodeName(path(u"target"_s)).constData(), O_WRONLY));
+    errno = EINTR; // what an earlier call may have left
+    QVERIFY(!safepath::copyAll(from.get(), to.get(), 20));
+    QCOMPARE(errno, EIO);
+    QVERIFY(safepath::copyAll(from.get(), to.get(), 5));
+    QCOMPARE(contents(path(u"target"_s)), "012345678901234"_ba);
 }
 
 void FileOperationsTest::copiesThatAreRefused_data()

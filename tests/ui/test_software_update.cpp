@@ -35,6 +35,18 @@ namespace {
 
 constexpr int patient = 30000;
 
+bool shows(const QImage &image, const QColor &colour)
+{
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y) == colour) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 /// A system that does what the test says.
 class WaitingSystem final : public SoftwareInstaller {
 public:
@@ -262,11 +274,9 @@ void SoftwareUpdateTest::hostileNotes_data()
     QTest::addColumn<QString>("shown");
     QTest::newRow("plain text with signs") << u"a < b && c > d"_s << u"a < b && c > d"_s;
     QTest::newRow("script") << u"<p>Good</p><script>alert('x')</script><style>p{}</style>"_s << u"Good"_s;
-    QTest::newRow("resources")
-        << u"<p>Good <img src=\"SERVER/spy.png\"><img src=\"file:///etc/passwd\">"
-           "<object data=\"SERVER/spy\"></object><link rel=stylesheet href=\"SERVER/spy.css\">"
-           "</p>"_s
-        << u"Good"_s;
+    QTest::newRow("resources") << u"<p>Good <img src=\"PICTURE\"><object data=\"PICTURE\"></object>"
+                                  "<link rel=stylesheet href=\"PICTURE\"></p>"_s
+                               << u"Good"_s;
     QTest::newRow("tables in tables")
         << u"<table><tr><td>"_s.repeated(2000) + u"deep"_s + u"</td></tr></table>"_s.repeated(2000)
         << u"deep"_s;
@@ -278,15 +288,17 @@ void SoftwareUpdateTest::hostileNotes()
 {
     QFETCH(QString, notes);
     QFETCH(const QString, shown);
-    FaultServer server;
+    // One that could be shown: only what the view does with it keeps it away.
+    const QTemporaryDir folder;
+    QImage picture(40, 40, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(folder.filePath(u"picture.png"_s)));
+    const QUrl address = QUrl::fromLocalFile(folder.filePath(u"picture.png"_s));
     ReleaseNotesView view;
-    view.setNotes(notes.replace(u"SERVER"_s, server.url().toString()));
+    view.setNotes(notes.replace(u"PICTURE"_s, address.toString()));
     view.show();
-    view.grab();
+    QVERIFY(!shows(view.grab().toImage(), Qt::red));
     QCOMPARE(view.toPlainText().trimmed(), shown);
-    QCoreApplication::processEvents();
-    QCOMPARE(server.connections(), 0);
-    QVERIFY(view.document()->resource(QTextDocument::ImageResource, server.url(u"/spy.png"_s)).isNull());
 }
 
 void SoftwareUpdateTest::linksInNotes()

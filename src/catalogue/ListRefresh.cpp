@@ -101,7 +101,7 @@ void ListRefresh::readContent(const QByteArray &body, const CheckHandler &end)
                       self = QPointer<ListRefresh>(this), end] {
         onMain(QCoreApplication::instance(), [self, content = contentOf(body, kept, owner), end] {
             if (self) {
-                end(self->handleContent(content));
+                self->handleContent(content, end);
             }
         });
     });
@@ -135,13 +135,22 @@ ListRefresh::Content ListRefresh::contentOf(
     return content;
 }
 
-bool ListRefresh::handleContent(const Content &content)
+void ListRefresh::noteDate()
+{
+    m_lastUpdate = QDateTime::currentDateTimeUtc();
+    m_state.setDate(m_wording.dateKey, m_lastUpdate);
+}
+
+void ListRefresh::handleContent(const Content &content, const CheckHandler &end)
 {
     if (content.take) {
-        content.take();
-        m_lastUpdate = QDateTime::currentDateTimeUtc();
-        m_state.setDate(m_wording.dateKey, m_lastUpdate);
-        return true;
+        content.take([self = QPointer<ListRefresh>(this), end] {
+            if (self) {
+                self->noteDate();
+                end(true);
+            }
+        });
+        return;
     }
     showAlert();
     logLine(m_wording.failedWithContent);
@@ -150,7 +159,7 @@ bool ListRefresh::handleContent(const Content &content)
     const auto text = QString::fromUtf8(content.body.left((shownCharacters + 1) * longestUtf8Character));
     logLine(u"Response string: %1"_s.arg(text.left(shownCharacters)));
     logError(content.error);
-    return false;
+    end(false);
 }
 
 void ListRefresh::schedule(int seconds)

@@ -88,8 +88,9 @@ void InstallWorkload::waitUntilSettled(int operations)
 {
     const BrevokPackages &packages = m_rig.packages;
     while (m_ended < operations || packages.updating() || packages.needUpdate()) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        while (!m_rig.service.downloads.isEmpty()) {
+        QCoreApplication::processEvents(m_rig.service.downloads.isEmpty() ? QEventLoop::WaitForMoreEvents
+                                                                          : QEventLoop::AllEvents);
+        if (!m_rig.service.downloads.isEmpty()) { // one a turn, as they would come
             const QString name = m_rig.service.downloads.constFirst().url.path().section(u'/', -1);
             m_rig.answerDownload(InstallRig::archiveOf(name.section(u'-', 0, 0), 140));
         }

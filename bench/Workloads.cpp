@@ -56,8 +56,7 @@ qsizetype ListWorkload::run(const QByteArray &list)
 {
     ++m_runs;
     load();
-    m_plugins->start();
-    return answer(list);
+    return runAgain(list);
 }
 
 qsizetype ListWorkload::load()
@@ -70,16 +69,12 @@ qsizetype ListWorkload::load()
 
 qsizetype ListWorkload::runAgain(const QByteArray &list)
 {
-    m_plugins->checkForUpdates();
-    return answer(list);
-}
-
-qsizetype ListWorkload::answer(const QByteArray &list)
-{
+    QEventLoop loop;
+    m_plugins->checkForUpdates([&](bool) {
+        m_state->commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); });
+    });
     m_service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
-    QEventLoop stored;
-    m_state->commit({}, &stored, [&stored](const auto &error) { stored.exit(error ? 1 : 0); });
-    return stored.exec() == 0 ? m_plugins->pluginIndex().size() : 0;
+    return loop.exec() == 0 ? m_plugins->pluginIndex().size() : 0;
 }
 
 StatusWorkload::StatusWorkload()

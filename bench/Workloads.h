@@ -30,8 +30,6 @@ public:
     qsizetype load();
 
 private:
-    qsizetype answer(const QByteArray &list);
-
     QTemporaryDir m_folder;
     testing::FakeServiceClient m_service;
     testing::ScriptedAlertPresenter m_presenter;

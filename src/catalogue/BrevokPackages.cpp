@@ -37,8 +37,9 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
           wording(), collaborators.state, collaborators.service, collaborators.alerts,
           {.read =
                   [this](const QJsonArray &list, const QByteArray & /*mark*/) {
-                      return [this, list] {
+                      return [this, list](const Task &taken) {
                           updateWithArray(list);
+                          taken();
                       };
                   }},
           this))

@@ -64,7 +64,7 @@ BrevokPlugins::BrevokPlugins(
     });
     connect(&state, &StateStore::everythingWanted, this, [this] {
         m_tables.noteChangeOfEverything();
-        m_state.commit({keptMarkChange()});
+        storeKeptMark(m_keptMark);
         save();
     });
     load();
@@ -201,50 +201,98 @@ void BrevokPlugins::checkForUpdates(const std::function<void(bool ok)> &ended)
 
 ListRefresh::Owner BrevokPlugins::listOwner()
 {
-    return {.read = [this](QJsonArray list, const QByteArray &mark) -> Task {
-        auto read = std::make_shared<PluginList>(newestBuilds(std::move(list)));
+    return {.read = [this](QJsonArray list, const QByteArray &mark) -> ListRefresh::Taking {
+        auto read = std::make_shared<PluginList>(newestBuilds(std::exchange(list, {})));
         // What is left out is told of each time.
-        return [this, read, mark = read->allValid ? mark : QByteArray()] {
-            take(*read, mark);
+        return [this, read, mark = read->allValid ? mark : QByteArray()](const Task &taken) {
+            take({.list = read, .mark = mark, .taken = taken});
+            mergeOn();
         };
     },
         .keptMark =
             [this] {
                 return m_keptMark;
             },
-        .keep = [this] { announceChange(); }};
+        .keep =
+            [this](const Task &taken) {
+                announceChange();
+                taken();
+            }};
 }
 
 void BrevokPlugins::updateWithArray(QJsonArray list)
 {
-    PluginList read = newestBuilds(std::exchange(list, {}));
-    take(read, {});
+    take({.list = std::make_shared<PluginList>(newestBuilds(std::exchange(list, {})))});
+    finishMerge();
 }
 
-void BrevokPlugins::take(PluginList &list, const QByteArray &mark)
+void BrevokPlugins::take(Merge merge)
 {
+    finishMerge();
     Q_EMIT pluginsWillChange();
-    m_tables.merge(list);
-    m_prefixes.clear();
-    Q_EMIT pluginsChanged({});
-    // After the announcement: observers see this with the next change.
-    m_tables.dropWhatIsNotListed(list);
-    m_prefixes.clear();
-    if (m_keptMark != mark) {
-        m_keptMark = mark;
-        m_state.commit({keptMarkChange()});
+    // From the first slice on, what is stored is no list's.
+    if (!m_keptMark.isEmpty()) {
+        storeKeptMark({});
     }
-    save();
+    m_merge = std::move(merge);
+}
+
+void BrevokPlugins::mergeOn()
+{
+    constexpr int sliceMs = 8;
+    const QDeadlineTimer slice(sliceMs);
+    while (m_merge && !slice.hasExpired()) {
+        mergeSome(slice);
+    }
+    if (m_merge) {
+        onMain(this, [this] { mergeOn(); });
+    }
+}
+
+void BrevokPlugins::finishMerge()
+{
+    while (m_merge) {
+        mergeSome(QDeadlineTimer(QDeadlineTimer::Forever));
+    }
+}
+
+// One step: what fits into the slice, the announcement, or the end.
+void BrevokPlugins::mergeSome(QDeadlineTimer slice)
+{
+    QList<ListedPrefix> &prefixes = m_merge->list->prefixes;
+    if (m_merge->next < prefixes.size()) {
+        while (m_merge->next < prefixes.size() && !slice.hasExpired()) {
+            ListedPrefix &listed = prefixes[m_merge->next++];
+            m_merge->announced ? m_tables.dropWhatIsNotListed(listed) : m_tables.merge(listed);
+        }
+        m_prefixes.clear();
+        save();
+    } else if (!m_merge->announced) {
+        // What is not listed goes after the announcement: observers see that with the next change.
+        m_merge->announced = true;
+        m_merge->next = 0;
+        Q_EMIT pluginsChanged({});
+    } else {
+        const Merge done = *std::exchange(m_merge, std::nullopt);
+        if (!done.mark.isEmpty()) {
+            storeKeptMark(done.mark);
+        }
+        if (done.taken) {
+            done.taken();
+        }
+        inBackground([list = done.list] {}); // to be freed there
+    }
 }
 
 // With the count, to notice when not all of what the list brought is there any more.
-StateChange BrevokPlugins::keptMarkChange() const
+void BrevokPlugins::storeKeptMark(const QByteArray &mark)
 {
+    m_keptMark = mark;
     std::optional<Record> value;
-    if (!m_keptMark.isEmpty()) {
-        value = {{markKey, QString::fromLatin1(m_keptMark)}, {listedKey, m_tables.listed()}};
+    if (!mark.isEmpty()) {
+        value = {{markKey, QString::fromLatin1(mark)}, {listedKey, m_tables.listed()}};
     }
-    return {CatalogueKeys::pluginList, QString(), value};
+    m_state.commit({{CatalogueKeys::pluginList, QString(), value}});
 }
 
 void BrevokPlugins::change(

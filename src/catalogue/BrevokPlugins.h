@@ -8,6 +8,7 @@
 #include "catalogue/ListRefresh.h"
 #include "service/ServiceClient.h"
 
+#include <QDeadlineTimer>
 #include <QObject>
 
 class QTimer;
@@ -81,10 +82,22 @@ Q_SIGNALS:
     void checkFinished(bool ok);
 
 private:
+    /// A list that is being merged, in slices: a long one would hold the main thread.
+    struct Merge {
+        std::shared_ptr<PluginList> list;
+        QByteArray mark{};
+        Task taken{};
+        qsizetype next = 0; ///< prefix of the list
+        bool announced = false; ///< all of it is merged; what is not listed is being dropped
+    };
+
     [[nodiscard]] ListRefresh::Owner listOwner();
     void load();
-    void take(PluginList &list, const QByteArray &mark);
-    [[nodiscard]] StateChange keptMarkChange() const;
+    void take(Merge merge);
+    void mergeOn();
+    void mergeSome(QDeadlineTimer slice);
+    void finishMerge();
+    void storeKeptMark(const QByteArray &mark);
     [[nodiscard]] QStringList namesOf(const QStringList &keys) const;
     void askAboutUnfinishedActions(std::function<void()> answered);
     void save(QObject *context = nullptr, StateStore::Done stored = {});
@@ -94,6 +107,7 @@ private:
     BrevokAlertQueue &m_alerts;
     ListRefresh *m_refresh;
     DefinitionTables m_tables;
+    std::optional<Merge> m_merge; ///< under way
     QByteArray m_keptMark; ///< of the list that brought the tables to where they are; empty: not known
     mutable QHash<QString, QSet<QString>> m_prefixes; ///< by the plug-in's name; empty: not looked up yet
     std::unique_ptr<BrevokAlert> m_question;

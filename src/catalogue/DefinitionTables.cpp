@@ -130,20 +130,21 @@ int DefinitionTables::place(const QString &prefix, const QList<PluginDefinition>
     int unusable = 0;
     QList<DefinitionPtr> definitions;
     definitions.reserve(stored.size());
-    for (const auto &[key, record] : stored) {
-        if (nonEmptyString(record.value(PluginKeys::name)).isNull()) {
+    for (const PluginDefinition &one : stored) {
+        if (nonEmptyString(one.record.value(PluginKeys::name)).isNull()) {
             ++unusable;
             continue;
         }
-        DefinitionPtr &definition = m_byBuild[key];
+        DefinitionPtr &definition = m_byBuild[one.key];
         if (!definition) {
-            definition = std::make_shared<PluginDefinition>(PluginDefinition{key, record});
+            definition = std::make_shared<PluginDefinition>(one);
             unusable += removeUnusableState(definition->record);
         }
-        ensurePrefix(*definition, record.value(PluginKeys::prefix));
+        ensurePrefix(*definition, one.record.value(PluginKeys::prefix));
         if (definition->record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
             definition->record.remove(PluginKeys::savedVersion);
         }
+        ++definition->places;
         definitions.append(definition);
     }
     m_byPrefix.insert(prefix, definitions);
@@ -203,15 +204,9 @@ void DefinitionTables::noteChangeOfEverything()
 StateChanges DefinitionTables::changes()
 {
     StateChanges changes;
-    QSet<const PluginDefinition *> placed;
-    for (const QList<DefinitionPtr> &definitions : m_displaced.isEmpty() ? DefinitionIndex() : m_byPrefix) {
-        for (const DefinitionPtr &definition : definitions) {
-            placed.insert(definition.get());
-        }
-    }
     // A build that no prefix lists is known until the program ends, and forgotten by the next start.
     for (const QString &key : std::as_const(m_displaced)) {
-        if (!placed.contains(m_byBuild.value(key).get())) {
+        if (const DefinitionPtr definition = m_byBuild.value(key); !definition || definition->places == 0) {
             m_changed.remove(key);
             changes.append({CatalogueKeys::pluginsData, key, std::nullopt});
         }
@@ -272,10 +267,13 @@ void DefinitionTables::merge(ListedPrefix &listed)
         if (const auto known = places.constFind(place); known == places.cend()) {
             places.insert(place, definitions.size());
             definitions.append(definition);
+            ++definition->places;
             notePlaced(build);
         } else if (DefinitionPtr &former = definitions[*known]; former != definition) {
             m_displaced.insert(former->key);
             notePlaced(build);
+            --former->places;
+            ++definition->places;
             former = definition;
             if (placeKey(definition->record) != place) {
                 places = placesIn(definitions);
@@ -284,40 +282,27 @@ void DefinitionTables::merge(ListedPrefix &listed)
     }
 }
 
-void DefinitionTables::merge(PluginList &list)
+void DefinitionTables::dropWhatIsNotListed(const ListedPrefix &listed)
 {
-    qsizetype builds = m_byBuild.size();
-    for (const ListedPrefix &listed : std::as_const(list.prefixes)) {
-        builds += listed.builds.size();
+    QList<DefinitionPtr> &definitions = m_byPrefix[listed.prefix];
+    if (definitions.size() == listed.builds.size()) {
+        return;
     }
-    m_byBuild.reserve(builds);
-    for (ListedPrefix &listed : list.prefixes) {
-        merge(listed);
+    QHash<QString, int> unmatched;
+    for (const ListedBuild &build : listed.builds) {
+        ++unmatched[build.key];
     }
-}
-
-void DefinitionTables::dropWhatIsNotListed(const PluginList &list)
-{
-    for (const ListedPrefix &listed : list.prefixes) {
-        QList<DefinitionPtr> &definitions = m_byPrefix[listed.prefix];
-        if (definitions.size() == listed.builds.size()) {
-            continue;
+    m_changedPrefixes.insert(listed.prefix);
+    definitions.removeIf([&](const DefinitionPtr &definition) {
+        const auto match = unmatched.find(definition->key);
+        if (match == unmatched.end() || *match == 0) {
+            m_displaced.insert(definition->key);
+            --definition->places;
+            return true;
         }
-        QHash<QString, int> unmatched;
-        for (const ListedBuild &build : listed.builds) {
-            ++unmatched[build.key];
-        }
-        m_changedPrefixes.insert(listed.prefix);
-        definitions.removeIf([&](const DefinitionPtr &definition) {
-            const auto match = unmatched.find(definition->key);
-            if (match == unmatched.end() || *match == 0) {
-                m_displaced.insert(definition->key);
-                return true;
-            }
-            --*match;
-            return false;
-        });
-    }
+        --*match;
+        return false;
+    });
 }
 
 qsizetype DefinitionTables::listed() const

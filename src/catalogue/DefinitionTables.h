@@ -31,10 +31,10 @@ public:
     void noteChange(const QString &key) { m_changed.insert(key); }
     void noteChangeOfEverything();
 
-    /// Enters the builds of a reply, from which the records of new ones are taken.
-    void merge(PluginList &list);
-    /// Removes from the prefixes of the reply what it does not list, where the counts differ.
-    void dropWhatIsNotListed(const PluginList &list);
+    /// Enters the builds that a reply lists for a prefix, and takes the records of new ones from there.
+    void merge(ListedPrefix &listed);
+    /// Removes from such a prefix what the reply does not list, where the counts differ.
+    void dropWhatIsNotListed(const ListedPrefix &listed);
     /// How many definitions the prefixes list together.
     [[nodiscard]] qsizetype listed() const;
 
@@ -45,7 +45,6 @@ public:
 private:
     int place(const QString &prefix, const QList<PluginDefinition> &stored);
     DefinitionPtr mergedBuild(ListedBuild &build);
-    void merge(ListedPrefix &listed);
 
     DefinitionIndex m_byPrefix;
     QHash<QString, DefinitionPtr> m_byBuild;

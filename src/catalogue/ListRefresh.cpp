@@ -100,7 +100,7 @@ void ListRefresh::readContent(const QByteArray &body, const CheckHandler &end)
                       self = QPointer<ListRefresh>(this), end] {
         onMain(QCoreApplication::instance(), [self, content = contentOf(body, kept, owner), end] {
             if (self) {
-                end(self->handleContent(content));
+                self->handleContent(content, end);
             }
         });
     });
@@ -134,20 +134,29 @@ ListRefresh::Content ListRefresh::contentOf(
     return content;
 }
 
-bool ListRefresh::handleContent(const Content &content)
+void ListRefresh::noteDate()
+{
+    m_lastUpdate = QDateTime::currentDateTimeUtc();
+    m_state.setDate(m_wording.dateKey, m_lastUpdate);
+}
+
+void ListRefresh::handleContent(const Content &content, const CheckHandler &end)
 {
     if (content.take) {
-        content.take();
-        m_lastUpdate = QDateTime::currentDateTimeUtc();
-        m_state.setDate(m_wording.dateKey, m_lastUpdate);
-        return true;
+        content.take([self = QPointer<ListRefresh>(this), end] {
+            if (self) {
+                self->noteDate();
+                end(true);
+            }
+        });
+        return;
     }
     showAlert();
     logLine(m_wording.failedWithContent);
     logLine(u"Received %1 bytes of data"_s.arg(content.body.size()));
     logLine(u"Response string: "_s + excerpt(content.body));
     logError(content.error);
-    return false;
+    end(false);
 }
 
 void ListRefresh::schedule(int seconds)

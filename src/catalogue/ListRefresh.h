@@ -36,15 +36,16 @@ public:
         QString failedWithResponse; ///< followed by code and text
         QString failedWithContent;
     };
+    /// Takes a list over, on the main thread, and calls @p taken when that is done.
+    using Taking = std::function<void(const Task &taken)>;
     /// What becomes of a list is its owner's concern.
     struct Owner {
-        /// Makes a good list ready, in the background and with values only; what it returns takes the list
-        /// over, on the main thread and before the list's date is stored.
-        std::function<Task(QJsonArray list, const QByteArray &mark)> read;
+        /// Makes a good list ready, in the background and with values only.
+        std::function<Taking(QJsonArray list, const QByteArray &mark)> read;
         /// The mark of the list that is kept already; a list with this mark need not be read again.
         std::function<QByteArray()> keptMark{};
         /// Such a list came.
-        Task keep{};
+        Taking keep{};
     };
     /// Told the end of one check: whether it brought a usable list.
     using CheckHandler = std::function<void(bool ok)>;
@@ -70,7 +71,7 @@ Q_SIGNALS:
 private:
     /// What a body holds.
     struct Content {
-        Task take{}; ///< nothing when it is no list
+        Taking take{}; ///< nothing when it is no list
         QByteArray body{};
         std::optional<BrevokError> error{};
     };
@@ -79,7 +80,8 @@ private:
     void handleTransportError(const ServiceReply &reply);
     void readContent(const QByteArray &body, const CheckHandler &end);
     [[nodiscard]] static Content contentOf(const QByteArray &body, const QByteArray &kept, const Owner &owner);
-    bool handleContent(const Content &content);
+    void handleContent(const Content &content, const CheckHandler &end);
+    void noteDate();
     void schedule(int seconds);
     [[nodiscard]] double secondsUntilLastUpdate() const;
     void showAlert();

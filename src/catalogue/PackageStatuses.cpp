@@ -148,7 +148,7 @@ QStringList PackageStatuses::takeOver(const StatusResult &result, bool all)
         }
     }
     if (all) {
-        m_known = result.known;
+        inBackground([freed = std::exchange(m_known, result.known)] {});
         return changed;
     }
     m_known.builds.insert(result.known.builds);

@@ -36,6 +36,7 @@ inline constexpr QLatin1StringView mac("Mac"); ///< value of platform
 struct PluginDefinition {
     QString key; ///< build key
     Record record;
+    int places = 0; ///< in the lists of the prefixes
 };
 using DefinitionPtr = std::shared_ptr<PluginDefinition>;
 /// Prefix to definitions, in order of the prefixes.

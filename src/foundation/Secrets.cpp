@@ -99,7 +99,7 @@ struct Character {
 
 Character percentDecoded(QStringView text)
 {
-    constexpr qsizetype longest = 4 * 3;
+    constexpr qsizetype longest = 12; // of four bytes
     if (text.startsWith(u'+')) {
         return {u' ', 1};
     }

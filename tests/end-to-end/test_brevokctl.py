@@ -63,7 +63,10 @@ class Output(unittest.TestCase):
 
     def test_a_service_does_not_steer_the_terminal(self):
         session = self.session
-        session.publish("Red\x1b[31m\u009b2J\u202eevil", "0xE", "1.0\x07", 140)
+        session.publish("Plain", "0xE", "1.0", 140)
+        session.plugins[-1]["Name"] = session.products[-1]["Name"] = "Red\x1b[31m\u009b2J\u202eevil"
+        session.products[-1]["Version"] = "1.0\x07"
+        session.write_lists()
         session.start_application()
         session.ctl("check")
         for words in (["status"], ["status", "--json"], ["install", "0xE"], ["install", "0xE", "--json"]):

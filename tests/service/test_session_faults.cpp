@@ -15,6 +15,12 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 using Stage = SessionStage;
 
+namespace {
+
+constexpr qsizetype megabyte = 1048576;
+
+} // namespace
+
 class TestSessionFaults final : public QObject {
     Q_OBJECT
 
@@ -179,7 +185,7 @@ void TestSessionFaults::messagesOfTheService_data()
     QTest::addColumn<QString>("typed"); // as the password
     QTest::addColumn<QByteArray>("message"); // as JSON
     QTest::addColumn<QString>("shown");
-    const QByteArray password =
+    const QByteArray asJson =
         QJsonDocument(QJsonArray{brevok::testing::password}).toJson(QJsonDocument::Compact);
     const auto row = [](const char *name, const QString &typed, const QByteArray &message,
                          const QString &shown) {
@@ -191,12 +197,12 @@ void TestSessionFaults::messagesOfTheService_data()
         u"no\n2026-01-01 10:00:00.000 Tolvane Brevok[1:1] forged"_s);
     row("other direction", usual, R"("abc\u202egnp.exe")", u"abcgnp.exe"_s);
     row("half a character", usual, R"("a\ud83db")", u"a\uFFFDb"_s);
-    row("repeats the password", usual, "\"wrong: " + password.sliced(2).chopped(1), u"wrong: (not logged)"_s);
+    row("repeats the password", usual, "\"wrong: " + asJson.sliced(2).chopped(1), u"wrong: (not logged)"_s);
     row("repeats it in HTML", usual, R"("wrong: pass w&#246;rd&quot;!")", u"wrong: (not logged)!"_s);
     row("repeats it in an address", usual, R"("wrong: pass+w%c3%b6rd%22!")", u"wrong: (not logged)!"_s);
     row("short password", u"abc"_s, R"("'abc' is no password, abcd is")",
         u"'(not logged)' is no password, abcd is"_s);
-    row("a megabyte", usual, '"' + QByteArray(1024 * 1024, 'x') + '"', QString(999, u'x') + u'…');
+    row("a megabyte", usual, '"' + QByteArray(megabyte, 'x') + '"', QString(999, u'x') + u'…');
 }
 
 // With and without an alert: what is not shown is told to whoever asked.
@@ -232,7 +238,7 @@ void TestSessionFaults::idsThatCannotTravel_data()
     QTest::newRow("header of its own") << R"("id\r\nX-Admin: yes")"_ba;
     QTest::newRow("cookie of its own") << R"("id; role=admin")"_ba;
     QTest::newRow("NUL") << R"("i\u0000d")"_ba;
-    QTest::newRow("seven megabytes") << '"' + QByteArray(7 * 1024 * 1024, 'i') + '"';
+    QTest::newRow("seven megabytes") << '"' + QByteArray(7 * megabyte, 'i') + '"';
 }
 
 void TestSessionFaults::idsThatCannotTravel()

@@ -31,6 +31,25 @@ QByteArray nested(const QByteArray &tag, qsizetype depth)
     return ('<' + tag + '>').repeated(depth) + "deep" + ("</" + tag + '>').repeated(depth);
 }
 
+void addColumns()
+{
+    QTest::addColumn<QByteArray>("items");
+    QTest::addColumn<QString>("channel");
+    QTest::addColumn<QString>("skipped");
+    QTest::addColumn<QString>("chosen");
+    QTest::addColumn<bool>("refused");
+}
+
+void row(const char *name, const QList<SampleItem> &items, const QString &chosen, bool refused = false,
+    const QString &skipped = {}, const QString &channel = {})
+{
+    QByteArray xml;
+    for (const SampleItem &item : items) {
+        xml += item.xml();
+    }
+    QTest::newRow(name) << xml << channel << skipped << chosen << refused;
+}
+
 } // namespace
 
 class AppcastTest : public QObject {
@@ -41,6 +60,8 @@ private Q_SLOTS:
 
     void choices_data();
     void choices();
+    void choicesOfSystemAndChannel_data();
+    void choicesOfSystemAndChannel();
     void brokenFeeds_data();
     void brokenFeeds();
     void allOfAnItemIsRead();
@@ -50,19 +71,7 @@ private Q_SLOTS:
 
 void AppcastTest::choices_data()
 {
-    QTest::addColumn<QByteArray>("items");
-    QTest::addColumn<QString>("channel");
-    QTest::addColumn<QString>("skipped");
-    QTest::addColumn<QString>("chosen");
-    QTest::addColumn<bool>("refused");
-    const auto row = [](const char *name, const QList<SampleItem> &items, const QString &chosen,
-                         bool refused = false, const QString &skipped = {}, const QString &channel = {}) {
-        QByteArray xml;
-        for (const SampleItem &item : items) {
-            xml += item.xml();
-        }
-        QTest::newRow(name) << xml << channel << skipped << chosen << refused;
-    };
+    addColumns();
     const QByteArray link = "http://localhost/brevok.deb";
     row("nothing", {}, {});
     row("newest of several, in no order",
@@ -73,6 +82,31 @@ void AppcastTest::choices_data()
     row("a test version of what is installed", {{.version = "100b2"}}, {});
     row("no version", {{}}, {});
     row("a version that is too long", {{.version = QByteArray("9").repeated(200)}}, {});
+    row("an address without TLS", {{.version = "101", .url = link}}, {}, true);
+    row("a secure older one", {{.version = "102", .url = link}, {.version = "101"}}, u"101"_s, true);
+    row("an insecure older one", {{.version = "101", .url = link}, {.version = "102"}}, u"102"_s);
+    row("no address", {{.version = "101", .url = ""}}, {}, true);
+    row("a local file", {{.version = "101", .url = "file:///etc/passwd"}}, {}, true);
+    row("an address with a name and password", {{.version = "101", .url = "https://a:b@localhost/x.deb"}}, {},
+        true);
+    row("no signature", {{.version = "101", .signature = ""}}, {}, true);
+    row("a signature of the wrong length", {{.version = "101", .signature = "c2hvcnQ="}}, {}, true);
+    row("a signature that is no base64",
+        {{.version = "101", .signature = QByteArray(64, 's').toBase64() + "!"}}, {}, true);
+    row("no length", {{.version = "101", .length = ""}}, {}, true);
+    row("a negative length", {{.version = "101", .length = "-1"}}, {}, true);
+    row("an endless length", {{.version = "101", .length = "99999999999999999999"}}, {}, true);
+    row("more than anybody ships", {{.version = "101", .length = "1073741825"}}, {}, true);
+    row("the skipped version", {{.version = "101"}}, {}, false, u"101"_s);
+    row("older than the skipped version", {{.version = "101"}}, {}, false, u"102"_s);
+    row("newer than the skipped version", {{.version = "101"}, {.version = "103"}}, u"103"_s, false,
+        u"102"_s);
+    row("an unsafe version that is skipped", {{.version = "101", .url = link}}, {}, false, u"101"_s);
+}
+
+void AppcastTest::choicesOfSystemAndChannel_data()
+{
+    addColumns();
     row("for a newer system", {{.version = "103", .minimum = "13"}, {.version = "102", .minimum = "12"}},
         u"102"_s);
     row("for another system", {{.version = "103", .system = "macos"}, {.version = "102", .system = "linux"}},
@@ -94,26 +128,11 @@ void AppcastTest::choices_data()
         false, {}, u"beta"_s);
     row("older in the channel", {{.version = "103", .more = beta}, {.version = "104"}}, u"104"_s, false, {},
         u"beta"_s);
-    row("an address without TLS", {{.version = "101", .url = link}}, {}, true);
-    row("a secure older one", {{.version = "102", .url = link}, {.version = "101"}}, u"101"_s, true);
-    row("an insecure older one", {{.version = "101", .url = link}, {.version = "102"}}, u"102"_s);
-    row("no address", {{.version = "101", .url = ""}}, {}, true);
-    row("a local file", {{.version = "101", .url = "file:///etc/passwd"}}, {}, true);
-    row("an address with a name and password", {{.version = "101", .url = "https://a:b@localhost/x.deb"}}, {},
-        true);
-    row("no signature", {{.version = "101", .signature = ""}}, {}, true);
-    row("a signature of the wrong length", {{.version = "101", .signature = "c2hvcnQ="}}, {}, true);
-    row("a signature that is no base64",
-        {{.version = "101", .signature = QByteArray(64, 's').toBase64() + "!"}}, {}, true);
-    row("no length", {{.version = "101", .length = ""}}, {}, true);
-    row("a negative length", {{.version = "101", .length = "-1"}}, {}, true);
-    row("an endless length", {{.version = "101", .length = "99999999999999999999"}}, {}, true);
-    row("more than anybody ships", {{.version = "101", .length = "1073741825"}}, {}, true);
-    row("the skipped version", {{.version = "101"}}, {}, false, u"101"_s);
-    row("older than the skipped version", {{.version = "101"}}, {}, false, u"102"_s);
-    row("newer than the skipped version", {{.version = "101"}, {.version = "103"}}, u"103"_s, false,
-        u"102"_s);
-    row("an unsafe version that is skipped", {{.version = "101", .url = link}}, {}, false, u"101"_s);
+}
+
+void AppcastTest::choicesOfSystemAndChannel()
+{
+    choices();
 }
 
 void AppcastTest::choices()

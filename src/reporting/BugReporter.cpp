@@ -99,8 +99,7 @@ void BugReporter::send(const Run &run, const QByteArray &body)
     const ReportPost post{u"/api/machine/report"_s, m_with.sessionId(), body};
     sendReport(
         m_with.network, post, this, [this, run, sessionId = post.sessionId](const ServiceReply &reply) {
-            const QUrl url = m_with.network.configuration().baseUrl;
-            const QStringList secrets = m_with.network.storedCookieValues(url) + QStringList{sessionId};
+            const QStringList secrets = m_with.network.storedCookieValues() + QStringList{sessionId};
             tell(*run,
                 reply.error ? failureOutcome(reply.error) : answerOutcome(reply.status, reply.body, secrets));
         });

@@ -14,6 +14,7 @@
 #include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
 #include "service/SecretText.h"
+#include "service/TransportErrors.h"
 
 namespace brevok {
 
@@ -32,17 +33,13 @@ const QString orlecIdKey = u"orlecId"_s;
 
 constexpr int retries = 2;
 constexpr qsizetype loggedResponseLength = 256;
-
-QString addressText(const QUrl &url)
-{
-    return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
-}
+constexpr qint64 longestReply = 8LL * 1024 * 1024; // they are a few hundred bytes
 
 // What the request told in confidence.
 QStringList secretsOf(const SessionRequest &request)
 {
     return {QJsonDocument::fromJson(request.body).object().value("password"_L1).toString(),
-        QString::fromUtf8(request.request.rawHeader("Cookie")).section(u'=', 1)};
+        QString::fromUtf8(headerValue(request.headers, "Cookie")).section(u'=', 1)};
 }
 
 } // namespace
@@ -172,13 +169,17 @@ void BrevokSession::connectToURL(const QUrl &url, const QString &method, int sta
         }
         return;
     }
-    SessionRequest request{m_network.request(url), method.toLatin1(), {}};
-    request.request.setRawHeader("Content-Type", "application/json");
-    request.request.setRawHeader("Accept", "application/json");
-    request.request.setRawHeader("Accept-Encoding", "gzip");
-    request.request.setRawHeader(versionHeader, versionHeaderValue);
+    SessionRequest request = m_network.request(url);
+    request.method = method.toLatin1();
+    request.headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"},
+        {"Accept-Encoding", "gzip"}, {versionHeader, versionHeaderValue}};
+    request.redirects = RedirectRule::SameOrigin;
+    request.cookies = CookieRule::Take;
+    request.logsChallenges = true;
+    request.limits.bodyBytes = longestReply;
     if (sessionID && !sessionId().isEmpty()) {
-        request.request.setRawHeader("Cookie", "SessionId=" + sessionId().toUtf8());
+        request.headers.append({"Cookie", "SessionId=" + sessionId().toUtf8()});
+        request.cookies = CookieRule::TakeAndSend;
     }
     if (!jsonData.isEmpty()) {
         request.body = QJsonDocument(jsonData).toJson(QJsonDocument::Compact);
@@ -212,7 +213,7 @@ void BrevokSession::finishLoading(BrevokSessionConnection *connection)
         return;
     }
     const std::optional<QJsonDocument> document = jsonObjectFromData(connection->responseData,
-        connection->responseHTTP ? connection->responseHTTP->statusCode : 0, &connection->responseError);
+        connection->responseHTTP ? connection->responseHTTP->status : 0, &connection->responseError);
     if (!document) {
         handleUnexpectedData(*connection);
         const QString message = connection->responseError->description;
@@ -280,8 +281,8 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
     }
     if (verdict.logged) {
         logLine(u"Server Error! connection to: \"%1\" failed: %2 with message: %3"_s.arg(
-            addressText(connection.responseHTTP ? connection.responseHTTP->url
-                                                : connection.originalRequest2.request.url()),
+            addressText(
+                connection.responseHTTP ? connection.responseHTTP->url : connection.originalRequest2.url),
             QString::number(code), orDash(errorMessage)));
     }
     return verdict;
@@ -312,8 +313,7 @@ void BrevokSession::reportEnd(int action, const ReplyVerdict &verdict, const Rec
 
 void BrevokSession::failWithError(BrevokSessionConnection *connection, const BrevokError &error)
 {
-    logLine(u"Session connection to: \"%1\" failed!"_s.arg(
-        addressText(connection->originalRequest2.request.url())));
+    logLine(u"Session connection to: \"%1\" failed!"_s.arg(addressText(connection->originalRequest2.url)));
     if (error.code == timedOutCode && connection->errorCount < retries) {
         logError(error);
         auto *again =

@@ -5,16 +5,13 @@
 
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
+#include "platform/InternetAddress.h"
 #include "service/NetworkFactory.h"
-#include "service/ReplyCollector.h"
-#include "service/ServerTrust.h"
+#include "service/TransportErrors.h"
 
 #include <QCoreApplication>
-#include <QHostInfo>
-#include <QNetworkReply>
 #include <QPointer>
 
-#include <algorithm>
 #include <array>
 
 namespace brevok {
@@ -24,7 +21,7 @@ using namespace Qt::StringLiterals;
 struct Connectivity::Answer {
     int status = 0;
     bool empty = true;
-    QList<QNetworkReply::RawHeaderPair> headers;
+    HeaderFields headers;
     std::optional<BrevokError> error;
 
     [[nodiscard]] bool valid() const { return !error && status == 200 && !empty; }
@@ -48,27 +45,7 @@ namespace {
 constexpr int okStatus = 200;
 constexpr qint64 longestBody = qint64{1024} * 1024;
 
-// Empty for a host without any address. Blocks while the name is being resolved.
-QString resolvedAddress(const QString &host)
-{
-    if (const QHostAddress literal(host); !literal.isNull()) {
-        return literal.toString();
-    }
-    const QList<QHostAddress> addresses = QHostInfo::fromName(host).addresses();
-    const auto preferred = std::find_if(addresses.cbegin(), addresses.cend(),
-        [](const QHostAddress &address) { return address.protocol() == QAbstractSocket::IPv4Protocol; });
-    if (preferred != addresses.cend()) {
-        return preferred->toString();
-    }
-    return addresses.isEmpty() ? QString() : addresses.first().toString();
-}
-
-QString addressText(const QUrl &url)
-{
-    return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
-}
-
-QString headerText(const QList<QNetworkReply::RawHeaderPair> &headers)
+QString headerText(const HeaderFields &headers)
 {
     QStringList fields;
     for (const auto &[name, value] : headers) {
@@ -156,7 +133,7 @@ void Connectivity::logConectivityTo(const QUrl &url, int port, QObject *context,
     }
     logLine(u"Connection: "_s + url.host());
     Task resolve = [self = QPointer<Connectivity>(this), host = url.host(), asked = diagnosis]() mutable {
-        const QString address = resolvedAddress(host);
+        const QString address = InternetAddress::resolved(host).text();
         // Moved on, so that nothing of the caller's is destroyed on this thread.
         onMain(QCoreApplication::instance(), [self, address, asked = std::move(asked)] {
             if (self) {
@@ -207,19 +184,21 @@ void Connectivity::logAnswer(const QString &method, const Answer &answer)
     }
 }
 
-// Of the body only matters whether there is one: a page without end is no failure.
+// Of the body only matters whether there is one: an endless one is one too.
 void Connectivity::send(const QUrl &url, const QByteArray &method, AnswerHandler handler)
 {
-    QNetworkReply *reply = m_network.send(m_network.request(url), method);
-    answerChallenges(*reply, url, m_network.configuration().baseUrl.host());
-    const auto answered = [handler = std::move(handler)](const ServiceReply &got) {
+    ExchangeRequest request = m_network.request(url);
+    request.method = method;
+    request.logsChallenges = true;
+    request.limits.bodyBytes = longestBody;
+    request.limits.wholeMs = m_network.configuration().requestTimeoutMs;
+    m_network.send(request, this, [handler = std::move(handler)](const ServiceReply &got) {
         const bool endless = got.error && got.error->domain == QLatin1StringView(connectionErrorDomain);
         handler({.status = got.status,
             .empty = got.body.isEmpty() && !endless,
             .headers = got.headers,
             .error = endless ? std::nullopt : got.error});
-    };
-    new ReplyCollector(reply, longestBody, m_network.configuration().requestTimeoutMs, this, answered, this);
+    });
 }
 
 } // namespace brevok

@@ -5,7 +5,6 @@
 
 #include "platform/RouteLookup.h"
 
-#include <QNetworkRequest>
 #include <QUrl>
 
 #include <functional>

@@ -18,15 +18,6 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-struct Connectivity::Answer {
-    int status = 0;
-    bool empty = true;
-    HeaderFields headers;
-    std::optional<BrevokError> error;
-
-    [[nodiscard]] bool valid() const { return !error && status == 200 && !empty; }
-};
-
 struct Connectivity::Diagnosis {
     QUrl url;
     QPointer<QObject> context;
@@ -104,13 +95,16 @@ void Connectivity::checkAzureReachability(QObject *context, std::function<void(b
             done(reachable);
         }
     };
-    send(m_network.configuration().baseUrl, "GET", [this, answer](const Answer &got) {
-        if (!got.valid()) {
+    const auto isValid = [](const ServiceReply &reply) {
+        return !reply.error && reply.status == okStatus && reply.received > 0;
+    };
+    send(m_network.configuration().baseUrl, "GET", [this, answer, isValid](const ServiceReply &got) {
+        if (!isValid(got)) {
             answer(false);
             return;
         }
         send(m_network.configuration().baseUrl, "POST",
-            [answer](const Answer &posted) { answer(posted.valid()); });
+            [answer, isValid](const ServiceReply &posted) { answer(isValid(posted)); });
     });
 }
 
@@ -159,24 +153,24 @@ void Connectivity::logFlags(const Diagnosis &diagnosis)
 
 void Connectivity::logRequests(const Diagnosis &diagnosis)
 {
-    send(diagnosis.url, "GET", [this, diagnosis](const Answer &got) {
+    send(diagnosis.url, "GET", [this, diagnosis](const ServiceReply &got) {
         logAnswer(u"GET"_s, got);
         // To the service whatever address was asked for.
-        send(m_network.configuration().baseUrl, "POST", [diagnosis](const Answer &posted) {
+        send(m_network.configuration().baseUrl, "POST", [diagnosis](const ServiceReply &posted) {
             logAnswer(u"POST"_s, posted);
             diagnosis.end();
         });
     });
 }
 
-void Connectivity::logAnswer(const QString &method, const Answer &answer)
+void Connectivity::logAnswer(const QString &method, const ServiceReply &answer)
 {
     const QString line = u"Connection: %1 "_s.arg(method);
     if (answer.error) {
         logLine(line + u"returned error "_s + answer.error->description);
     } else if (answer.status != okStatus) {
         logLine(line + u"responded %1"_s.arg(answer.status));
-    } else if (answer.empty) {
+    } else if (answer.received == 0) {
         logLine(line + u"returned with empty reply"_s);
     } else {
         logLine(line + u"returned valid reply"_s);
@@ -185,19 +179,18 @@ void Connectivity::logAnswer(const QString &method, const Answer &answer)
 }
 
 // Of the body only matters whether there is one: an endless one is one too.
-void Connectivity::send(const QUrl &url, const QByteArray &method, AnswerHandler handler)
+void Connectivity::send(const QUrl &url, const QByteArray &method, ServiceClient::ReplyHandler handler)
 {
     ExchangeRequest request = m_network.request(url);
     request.method = method;
     request.logsChallenges = true;
     request.limits.bodyBytes = longestBody;
     request.limits.wholeMs = m_network.configuration().requestTimeoutMs;
-    m_network.send(request, this, [handler = std::move(handler)](const ServiceReply &got) {
-        const bool endless = got.error && got.error->domain == QLatin1StringView(connectionErrorDomain);
-        handler({.status = got.status,
-            .empty = got.body.isEmpty() && !endless,
-            .headers = got.headers,
-            .error = endless ? std::nullopt : got.error});
+    m_network.send(request, this, [handler = std::move(handler)](ServiceReply reply) {
+        if (reply.error && reply.error->domain == QLatin1StringView(connectionErrorDomain)) {
+            reply.error.reset();
+        }
+        handler(reply);
     });
 }
 

@@ -17,18 +17,12 @@ constexpr int httpOk = 200;
 } // namespace
 
 HttpServiceClient::HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
-    std::function<bool()> reachable, Limits limits, QObject *parent)
+    std::function<bool()> reachable, ServiceLimits limits, QObject *parent)
     : QObject(parent)
     , m_network(network)
     , m_sessionId(std::move(sessionId))
     , m_reachable(std::move(reachable))
     , m_limits(limits)
-{
-}
-
-HttpServiceClient::HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
-    std::function<bool()> reachable, QObject *parent)
-    : HttpServiceClient(network, std::move(sessionId), std::move(reachable), Limits{}, parent)
 {
 }
 

@@ -5,8 +5,11 @@
 
 #include <QByteArrayView>
 
+#include <array>
 #include <functional>
-#include <memory>
+
+#define ZLIB_CONST
+#include <zlib.h>
 
 namespace brevok {
 
@@ -24,12 +27,17 @@ public:
     /// @return false when the data is no gzip or the sink wants no more
     [[nodiscard]] bool add(QByteArrayView data);
     /// Whether the data so far ends where a member ends.
-    [[nodiscard]] bool isWhole() const;
-    [[nodiscard]] bool isBroken() const;
+    [[nodiscard]] bool isWhole() const { return !m_broken && m_atEndOfMember; }
+    [[nodiscard]] bool isBroken() const { return m_broken; }
 
 private:
-    struct State;
-    std::unique_ptr<State> m_state;
+    [[nodiscard]] bool step();
+
+    Sink m_sink;
+    z_stream m_stream = {};
+    std::array<char, 64UL * 1024> m_piece;
+    bool m_atEndOfMember = true;
+    bool m_broken;
 };
 
 } // namespace brevok

@@ -42,7 +42,8 @@ struct HttpRequest {
 
 enum class HttpFailure {
     None,
-    TimedOut,
+    TimedOut, ///< nothing moved
+    TooSlow, ///< the whole took too long
     HostNotFound,
     CannotConnect,
     ProxyUnreachable,

@@ -183,6 +183,7 @@ void Connectivity::send(const QUrl &url, const QByteArray &method, ServiceClient
 {
     ExchangeRequest request = m_network.request(url);
     request.method = method;
+    request.cookies = CookieRule::Take;
     request.logsChallenges = true;
     request.limits.bodyBytes = longestBody;
     request.limits.wholeMs = m_network.configuration().requestTimeoutMs;

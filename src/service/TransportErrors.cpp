@@ -44,6 +44,8 @@ Wording wordingOf(HttpFailure failure, const QString &reason)
     switch (failure) {
     case HttpFailure::TimedOut:
         return {timedOutCode, Texts::tr("The request timed out.")};
+    case HttpFailure::TooSlow: // told apart, as this is no reason to send it again
+        return {TransportTooSlow, Texts::tr("The request timed out.")};
     case HttpFailure::HostNotFound:
         return {TransportHostNotFound, Texts::tr("A server with the specified hostname could not be found.")};
     case HttpFailure::CannotConnect:

@@ -11,6 +11,7 @@ namespace brevok {
 /// Codes of transportErrorDomain beside timedOutCode.
 enum TransportErrorCode : int {
     TransportUnknown = -1,
+    TransportTooSlow = -2,
     TransportHostNotFound = -1003,
     TransportCannotConnect = -1004,
     TransportConnectionLost = -1005,

@@ -232,7 +232,7 @@ void ServiceClientTest::listsAndFilesAreLimited()
         QString::fromLatin1(connectionErrorDomain));
     QCOMPARE(stage.list(u"/bomb"_s).error.value_or(BrevokError()).domain,
         QString::fromLatin1(connectionErrorDomain));
-    QCOMPARE(stage.file(stage.server.url(u"/slow"_s)).error.value_or(BrevokError()).code, timedOutCode);
+    QCOMPARE(stage.file(stage.server.url(u"/slow"_s)).error.value_or(BrevokError()).code, -2);
     stage.limits.fileMs = patient;
     const QByteArray small = stage.file(stage.server.url(u"/500"_s)).body;
     QCOMPARE(small.size(), 500);

@@ -359,9 +359,9 @@ void CurlTransfer::endLate()
 {
     const HttpLimits &limits = m_order.request.limits;
     const bool silent = m_moved + std::chrono::milliseconds(limits.silenceMs) <= Clock::now();
-    static_cast<void>(fail(HttpFailure::TimedOut,
-        silent ? u"Nothing arrived for %1 ms"_s.arg(limits.silenceMs)
-               : u"Not complete after %1 ms"_s.arg(limits.wholeMs)));
+    static_cast<void>(silent
+            ? fail(HttpFailure::TimedOut, u"Nothing arrived for %1 ms"_s.arg(limits.silenceMs))
+            : fail(HttpFailure::TooSlow, u"Not complete after %1 ms"_s.arg(limits.wholeMs)));
     end(CURLE_OPERATION_TIMEDOUT);
 }
 

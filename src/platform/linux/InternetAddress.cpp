@@ -42,13 +42,12 @@ InternetAddress InternetAddress::fromText(const QString &text)
 
 InternetAddress InternetAddress::resolved(const QString &host)
 {
-    if (const InternetAddress literal = fromText(host); !literal.isNull()) {
-        return literal;
-    }
+    InternetAddress best = fromText(host);
     addrinfo *found = nullptr;
-    ::getaddrinfo(QUrl::toAce(host).constData(), nullptr, nullptr, &found);
+    if (!best.isNull() || ::getaddrinfo(QUrl::toAce(host).constData(), nullptr, nullptr, &found) != 0) {
+        return best;
+    }
     const std::unique_ptr<addrinfo, FreeAddresses> list(found);
-    InternetAddress best;
     for (const addrinfo *one = found; one != nullptr && !best.isIpv4(); one = one->ai_next) {
         if (one->ai_family == AF_INET) {
             const auto *address = &reinterpret_cast<const sockaddr_in *>(one->ai_addr)->sin_addr;

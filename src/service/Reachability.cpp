@@ -42,11 +42,10 @@ void logFlags(ReachabilityFlags flags, const char *operation)
 
 } // namespace
 
-Reachability::Reachability(
-    RouteLookup &lookup, QString hostName, const InternetAddress &address, bool localWiFi)
+Reachability::Reachability(RouteLookup &lookup, QString hostName, InternetAddress address, bool localWiFi)
     : m_lookup(lookup)
     , m_hostName(std::move(hostName))
-    , m_address(address)
+    , m_address(std::move(address))
     , m_alwaysReturnLocalWiFiStatus(localWiFi)
 {
 }

@@ -45,7 +45,7 @@ Q_SIGNALS:
     void networkReachabilityChanged(brevok::Reachability *object);
 
 private:
-    Reachability(RouteLookup &lookup, QString hostName, const InternetAddress &address, bool localWiFi);
+    Reachability(RouteLookup &lookup, QString hostName, InternetAddress address, bool localWiFi);
 
     [[nodiscard]] std::optional<ReachabilityFlags> flags() const;
 

@@ -225,7 +225,7 @@ void ExchangeTest::whatExpandsIsStopped()
     const qint64 before = peakBytes();
     const ServiceReply reply = post(stage, stage.server.url(u"/bomb"_s));
     QCOMPARE(reply.error.value_or(BrevokError()).description, u"The server sent more data than expected."_s);
-    QVERIFY2(peakBytes() - before < 48 * 1024 * 1024, QByteArray::number(peakBytes() - before));
+    QVERIFY2(peakBytes() - before < 48LL * 1024 * 1024, QByteArray::number(peakBytes() - before));
 }
 
 void ExchangeTest::aDrippingBodyEnds()

@@ -212,6 +212,10 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>die Bibliothek, die Archive liest, fehlt</translation>
     </message>
     <message>
+        <source>the library that speaks HTTP is missing</source>
+        <translation>die Bibliothek, die HTTP spricht, fehlt</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>es hat mehr als %1 Einträge</translation>
     </message>
@@ -310,6 +314,10 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
     <message>
         <source>The server redirected the request to another server.</source>
         <translation>Der Server leitete die Anfrage an einen anderen Server weiter.</translation>
+    </message>
+    <message>
+        <source>The server redirected the request in a way that would lose it.</source>
+        <translation>Der Server leitete die Anfrage so weiter, dass sie verloren ginge.</translation>
     </message>
     <message>
         <source>The server sent more data than expected.</source>
@@ -556,10 +564,6 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>A secure connection to the server cannot be made: %1</source>
         <translation>Es kann keine sichere Verbindung zum Server aufgebaut werden: %1</translation>
-    </message>
-    <message>
-        <source>The request was cancelled.</source>
-        <translation>Die Anfrage wurde abgebrochen.</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>

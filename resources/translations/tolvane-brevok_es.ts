@@ -212,6 +212,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>falta la biblioteca que lee los archivos comprimidos</translation>
     </message>
     <message>
+        <source>the library that speaks HTTP is missing</source>
+        <translation>falta la biblioteca que habla HTTP</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>tiene más de %1 entradas</translation>
     </message>
@@ -310,6 +314,10 @@ Do you want to quit %1 now or do it yourself later?</source>
     <message>
         <source>The server redirected the request to another server.</source>
         <translation>El servidor redirigió la solicitud a otro servidor.</translation>
+    </message>
+    <message>
+        <source>The server redirected the request in a way that would lose it.</source>
+        <translation>El servidor redirigió la solicitud de un modo en que se perdería.</translation>
     </message>
     <message>
         <source>The server sent more data than expected.</source>
@@ -556,10 +564,6 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>A secure connection to the server cannot be made: %1</source>
         <translation>No se puede establecer una conexión segura con el servidor: %1</translation>
-    </message>
-    <message>
-        <source>The request was cancelled.</source>
-        <translation>Se canceló la solicitud.</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>

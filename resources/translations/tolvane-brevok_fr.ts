@@ -212,6 +212,10 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>la bibliothèque qui lit les archives est absente</translation>
     </message>
     <message>
+        <source>the library that speaks HTTP is missing</source>
+        <translation>la bibliothèque qui parle HTTP est absente</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>elle contient plus de %1 éléments</translation>
     </message>
@@ -310,6 +314,10 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
     <message>
         <source>The server redirected the request to another server.</source>
         <translation>Le serveur a redirigé la requête vers un autre serveur.</translation>
+    </message>
+    <message>
+        <source>The server redirected the request in a way that would lose it.</source>
+        <translation>Le serveur a redirigé la requête d'une manière qui la perdrait.</translation>
     </message>
     <message>
         <source>The server sent more data than expected.</source>
@@ -556,10 +564,6 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>A secure connection to the server cannot be made: %1</source>
         <translation>Impossible d’établir une connexion sécurisée avec le serveur : %1</translation>
-    </message>
-    <message>
-        <source>The request was cancelled.</source>
-        <translation>La requête a été annulée.</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>

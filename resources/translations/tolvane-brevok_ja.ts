@@ -212,6 +212,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>アーカイブを読み込むライブラリがありません</translation>
     </message>
     <message>
+        <source>the library that speaks HTTP is missing</source>
+        <translation>HTTP 通信を行うライブラリがありません</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>項目が %1 個を超えています</translation>
     </message>
@@ -310,6 +314,10 @@ Do you want to quit %1 now or do it yourself later?</source>
     <message>
         <source>The server redirected the request to another server.</source>
         <translation>サーバーがリクエストを別のサーバーに転送しました。</translation>
+    </message>
+    <message>
+        <source>The server redirected the request in a way that would lose it.</source>
+        <translation>サーバーが、リクエストの内容が失われる形で転送しました。</translation>
     </message>
     <message>
         <source>The server sent more data than expected.</source>
@@ -556,10 +564,6 @@ Please try to sign-in again.</source>
     <message>
         <source>A secure connection to the server cannot be made: %1</source>
         <translation>サーバーへの安全な接続ができません: %1</translation>
-    </message>
-    <message>
-        <source>The request was cancelled.</source>
-        <translation>リクエストがキャンセルされました。</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include <QHostAddress>
+#include "platform/InternetAddress.h"
+
 #include <QObject>
 #include <QString>
 
@@ -41,7 +42,7 @@ public:
 
     /// The flags for an address; the zero address stands for the internet as such.
     [[nodiscard]] virtual std::optional<ReachabilityFlags> flagsForAddress(
-        const QHostAddress &address) const = 0;
+        const InternetAddress &address) const = 0;
 
     /// From now on routesChanged() is emitted when routes come or go. @return whether that could be set up.
     virtual bool startNotifier() = 0;

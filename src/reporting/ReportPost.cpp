@@ -6,9 +6,7 @@
 #include "foundation/Record.h"
 #include "foundation/Texts.h"
 #include "service/NetworkFactory.h"
-#include "service/ReplyCollector.h"
 #include "service/ReplyDecoding.h"
-#include "service/ServerTrust.h"
 
 namespace brevok {
 
@@ -17,25 +15,26 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr qint64 longestAnswer = 256LL * 1024;
-constexpr int longestExchangeMs = 600000;
 
 } // namespace
 
 void sendReport(
     NetworkFactory &network, const ReportPost &post, QObject *context, ServiceClient::ReplyHandler handler)
 {
-    const QUrl url = network.configuration().url(post.path);
-    QNetworkRequest request = network.request(url);
-    request.setRawHeader("Content-Type", "application/json");
-    request.setRawHeader("Accept", "application/json");
-    request.setRawHeader(versionHeader, versionHeaderValue);
+    ExchangeRequest request = network.request(network.configuration().url(post.path));
+    request.method = "POST"_ba;
+    request.headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"},
+        {versionHeader, versionHeaderValue}};
+    request.body = post.body;
+    request.redirects = RedirectRule::SameOrigin;
+    request.cookies = CookieRule::Take;
+    request.logsChallenges = true;
+    request.limits.bodyBytes = longestAnswer;
     if (!post.sessionId.isEmpty()) {
-        request.setAttribute(NetworkFactory::storedCookies, true);
-        request.setRawHeader("Cookie", "SessionId=" + post.sessionId.toUtf8());
+        request.headers.append({"Cookie", "SessionId=" + post.sessionId.toUtf8()});
+        request.cookies = CookieRule::TakeAndSend;
     }
-    QNetworkReply *reply = network.send(request, "POST", post.body);
-    answerChallenges(*reply, url, network.configuration().baseUrl.host());
-    new ReplyCollector(reply, longestAnswer, longestExchangeMs, context, std::move(handler), context);
+    network.send(request, context, std::move(handler));
 }
 
 QString statusText(int status)

@@ -17,7 +17,7 @@ struct ReportPost {
 };
 
 /// Sends @p post. Answers of more than a few hundred kilobytes are given up with an error of
-/// connectionErrorDomain; the whole exchange may take ten minutes. @p handler as for ServiceClient. Main
+/// connectionErrorDomain; the whole exchange may take five minutes. @p handler as for ServiceClient. Main
 /// thread.
 void sendReport(
     NetworkFactory &network, const ReportPost &post, QObject *context, ServiceClient::ReplyHandler handler);

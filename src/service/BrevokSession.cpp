@@ -15,6 +15,7 @@
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
+#include "service/TransportErrors.h"
 
 namespace brevok {
 
@@ -32,11 +33,7 @@ const QString sessionIdKey = u"SessionId"_s;
 const QString orlecIdKey = u"orlecId"_s;
 
 constexpr int retries = 2;
-
-QString addressText(const QUrl &url)
-{
-    return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
-}
+constexpr qint64 longestReply = 8LL * 1024 * 1024; // they are a few hundred bytes
 
 // An id that could not travel as a cookie is none.
 QString usableId(const QJsonValue &value)
@@ -184,13 +181,17 @@ void BrevokSession::connectToURL(const QUrl &url, const QString &method, int sta
         }
         return;
     }
-    SessionRequest request{m_network.request(url), method.toLatin1(), {}};
-    request.request.setRawHeader("Content-Type", "application/json");
-    request.request.setRawHeader("Accept", "application/json");
-    request.request.setRawHeader("Accept-Encoding", "gzip");
-    request.request.setRawHeader(versionHeader, versionHeaderValue);
+    SessionRequest request = m_network.request(url);
+    request.method = method.toLatin1();
+    request.headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"},
+        {"Accept-Encoding", "gzip"}, {versionHeader, versionHeaderValue}};
+    request.redirects = RedirectRule::SameOrigin;
+    request.cookies = CookieRule::Take;
+    request.logsChallenges = true;
+    request.limits.bodyBytes = longestReply;
     if (sessionID && !sessionId().isEmpty()) {
-        request.request.setRawHeader("Cookie", "SessionId=" + sessionId().toUtf8());
+        request.headers.append({"Cookie", "SessionId=" + sessionId().toUtf8()});
+        request.cookies = CookieRule::TakeAndSend;
     }
     if (!jsonData.isEmpty()) {
         request.body = QJsonDocument(jsonData).toJson(QJsonDocument::Compact);
@@ -224,7 +225,7 @@ void BrevokSession::finishLoading(BrevokSessionConnection *connection)
         return;
     }
     const std::optional<QJsonDocument> document = jsonObjectFromData(connection->responseData,
-        connection->responseHTTP ? connection->responseHTTP->statusCode : 0, &connection->responseError);
+        connection->responseHTTP ? connection->responseHTTP->status : 0, &connection->responseError);
     if (!document) {
         handleUnexpectedData(*connection);
         const QString message = connection->responseError->description;
@@ -290,8 +291,8 @@ ReplyVerdict BrevokSession::handleErrorCode(const BrevokSessionConnection &conne
     }
     if (verdict.logged) {
         logLine(u"Server Error! connection to: \"%1\" failed: %2 with message: %3"_s.arg(
-            addressText(connection.responseHTTP ? connection.responseHTTP->url
-                                                : connection.originalRequest2.request.url()),
+            addressText(
+                connection.responseHTTP ? connection.responseHTTP->url : connection.originalRequest2.url),
             QString::number(code), orDash(oneLine(errorMessage))));
     }
     return verdict;
@@ -329,8 +330,7 @@ void BrevokSession::tellEnd(int action, bool ok, const QString &message)
 
 void BrevokSession::failWithError(BrevokSessionConnection *connection, const BrevokError &error)
 {
-    logLine(u"Session connection to: \"%1\" failed!"_s.arg(
-        addressText(connection->originalRequest2.request.url())));
+    logLine(u"Session connection to: \"%1\" failed!"_s.arg(addressText(connection->originalRequest2.url)));
     if (error.code == timedOutCode && connection->errorCount < retries) {
         logError(error);
         auto *again =

@@ -3,33 +3,14 @@
 
 #pragma once
 
-#include "foundation/BrevokError.h"
-
-#include <QByteArray>
-#include <QNetworkReply>
-#include <QNetworkRequest>
-
-#include <optional>
+#include "service/Exchange.h"
 
 namespace brevok {
 
 class NetworkFactory;
 
 /// A request as it was first built, ready to be sent again.
-struct SessionRequest {
-    QNetworkRequest request;
-    QByteArray method;
-    QByteArray body;
-};
-
-/// The head of a reply.
-struct SessionResponse {
-    QUrl url;
-    int statusCode = 0;
-    QList<QNetworkReply::RawHeaderPair> headerFields;
-
-    [[nodiscard]] QByteArray header(const QByteArray &name) const;
-};
+using SessionRequest = ExchangeRequest;
 
 /// One request in flight: it starts with its creation and settles exactly once, with didFinishLoading() or
 /// didFailWithError(). Main thread.
@@ -43,8 +24,8 @@ public:
         NetworkFactory &network, const SessionRequest &request, int sessionAction, QObject *parent = nullptr);
     ~BrevokSessionConnection() override;
 
-    QByteArray responseData; ///< the body so far; decompressed once loading finished
-    std::optional<SessionResponse> responseHTTP;
+    QByteArray responseData; ///< the body, once loading finished
+    std::optional<ServiceReply> responseHTTP; ///< its head
     std::optional<BrevokError> responseError;
     int status;
     int errorCount = 0; ///< how many times the request was sent again after a time-out
@@ -55,14 +36,7 @@ Q_SIGNALS:
     void didFailWithError(brevok::BrevokSessionConnection *connection, const brevok::BrevokError &error);
 
 private:
-    void didRedirect(const QUrl &target);
-    void didReceiveResponse();
-    void didReceiveData();
-    void didEnd();
-    void stop(const BrevokError &error);
-
-    QNetworkReply *m_reply;
-    bool m_settled = false;
+    void didEnd(const ServiceReply &reply);
 };
 
 } // namespace brevok

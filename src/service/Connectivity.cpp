@@ -7,30 +7,18 @@
 #include "foundation/Secrets.h"
 #include "foundation/Tasks.h"
 #include "foundation/UntrustedText.h"
+#include "platform/InternetAddress.h"
 #include "service/NetworkFactory.h"
-#include "service/ReplyCollector.h"
-#include "service/ServerTrust.h"
+#include "service/TransportErrors.h"
 
 #include <QCoreApplication>
-#include <QHostInfo>
-#include <QNetworkReply>
 #include <QPointer>
 
-#include <algorithm>
 #include <array>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
-
-struct Connectivity::Answer {
-    int status = 0;
-    bool empty = true;
-    QList<QNetworkReply::RawHeaderPair> headers;
-    std::optional<BrevokError> error;
-
-    [[nodiscard]] bool valid() const { return !error && status == 200 && !empty; }
-};
 
 struct Connectivity::Diagnosis {
     QUrl url;
@@ -51,27 +39,7 @@ constexpr int okStatus = 200;
 constexpr qint64 longestBody = qint64{1024} * 1024;
 constexpr qsizetype longestHeaders = qsizetype{8} * 1024; // in the log
 
-// Empty for a host without any address. Blocks while the name is being resolved.
-QString resolvedAddress(const QString &host)
-{
-    if (const QHostAddress literal(host); !literal.isNull()) {
-        return literal.toString();
-    }
-    const QList<QHostAddress> addresses = QHostInfo::fromName(host).addresses();
-    const auto preferred = std::find_if(addresses.cbegin(), addresses.cend(),
-        [](const QHostAddress &address) { return address.protocol() == QAbstractSocket::IPv4Protocol; });
-    if (preferred != addresses.cend()) {
-        return preferred->toString();
-    }
-    return addresses.isEmpty() ? QString() : addresses.first().toString();
-}
-
-QString addressText(const QUrl &url)
-{
-    return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
-}
-
-QString headerText(const QList<QNetworkReply::RawHeaderPair> &headers)
+QString headerText(const HeaderFields &headers)
 {
     QStringList fields;
     for (const auto &[name, value] : headers) {
@@ -131,13 +99,16 @@ void Connectivity::checkAzureReachability(QObject *context, std::function<void(b
             done(reachable);
         }
     };
-    send(m_network.configuration().baseUrl, "GET", [this, answer](const Answer &got) {
-        if (!got.valid()) {
+    const auto isValid = [](const ServiceReply &reply) {
+        return !reply.error && reply.status == okStatus && reply.received > 0;
+    };
+    send(m_network.configuration().baseUrl, "GET", [this, answer, isValid](const ServiceReply &got) {
+        if (!isValid(got)) {
             answer(false);
             return;
         }
         send(m_network.configuration().baseUrl, "POST",
-            [answer](const Answer &posted) { answer(posted.valid()); });
+            [answer, isValid](const ServiceReply &posted) { answer(isValid(posted)); });
     });
 }
 
@@ -160,7 +131,7 @@ void Connectivity::logConectivityTo(const QUrl &url, int port, QObject *context,
     }
     logLine(u"Connection: "_s + url.host());
     Task resolve = [self = QPointer<Connectivity>(this), host = url.host(), asked = diagnosis]() mutable {
-        const QString address = resolvedAddress(host);
+        const QString address = InternetAddress::resolved(host).text();
         // Moved on, so that nothing of the caller's is destroyed on this thread.
         onMain(QCoreApplication::instance(), [self, address, asked = std::move(asked)] {
             if (self) {
@@ -186,24 +157,24 @@ void Connectivity::logFlags(const Diagnosis &diagnosis)
 
 void Connectivity::logRequests(const Diagnosis &diagnosis)
 {
-    send(diagnosis.url, "GET", [this, diagnosis](const Answer &got) {
+    send(diagnosis.url, "GET", [this, diagnosis](const ServiceReply &got) {
         logAnswer(u"GET"_s, got);
         // To the service whatever address was asked for.
-        send(m_network.configuration().baseUrl, "POST", [diagnosis](const Answer &posted) {
+        send(m_network.configuration().baseUrl, "POST", [diagnosis](const ServiceReply &posted) {
             logAnswer(u"POST"_s, posted);
             diagnosis.end();
         });
     });
 }
 
-void Connectivity::logAnswer(const QString &method, const Answer &answer)
+void Connectivity::logAnswer(const QString &method, const ServiceReply &answer)
 {
     const QString line = u"Connection: %1 "_s.arg(method);
     if (answer.error) {
         logLine(line + u"returned error "_s + answer.error->description);
     } else if (answer.status != okStatus) {
         logLine(line + u"responded %1"_s.arg(answer.status));
-    } else if (answer.empty) {
+    } else if (answer.received == 0) {
         logLine(line + u"returned with empty reply"_s);
     } else {
         logLine(line + u"returned valid reply"_s);
@@ -211,19 +182,21 @@ void Connectivity::logAnswer(const QString &method, const Answer &answer)
     }
 }
 
-// Of the body only matters whether there is one: a page without end is no failure.
-void Connectivity::send(const QUrl &url, const QByteArray &method, AnswerHandler handler)
+// Of the body only matters whether there is one: an endless one is one too.
+void Connectivity::send(const QUrl &url, const QByteArray &method, ServiceClient::ReplyHandler handler)
 {
-    QNetworkReply *reply = m_network.send(m_network.request(url), method);
-    answerChallenges(*reply, url, m_network.configuration().baseUrl.host());
-    const auto answered = [handler = std::move(handler)](const ServiceReply &got) {
-        const bool endless = got.error && got.error->domain == QLatin1StringView(connectionErrorDomain);
-        handler({.status = got.status,
-            .empty = got.body.isEmpty() && !endless,
-            .headers = got.headers,
-            .error = endless ? std::nullopt : got.error});
-    };
-    new ReplyCollector(reply, longestBody, m_network.configuration().requestTimeoutMs, this, answered, this);
+    ExchangeRequest request = m_network.request(url);
+    request.method = method;
+    request.cookies = CookieRule::Take;
+    request.logsChallenges = true;
+    request.limits.bodyBytes = longestBody;
+    request.limits.wholeMs = m_network.configuration().requestTimeoutMs;
+    m_network.send(request, this, [handler = std::move(handler)](ServiceReply reply) {
+        if (reply.error && reply.error->domain == QLatin1StringView(connectionErrorDomain)) {
+            reply.error.reset();
+        }
+        handler(reply);
+    });
 }
 
 } // namespace brevok

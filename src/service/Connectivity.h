@@ -4,8 +4,8 @@
 #pragma once
 
 #include "platform/RouteLookup.h"
+#include "service/ServiceClient.h"
 
-#include <QNetworkRequest>
 #include <QUrl>
 
 #include <functional>
@@ -38,14 +38,12 @@ public:
     void logConectivityTo(const QUrl &url, int port, QObject *context, std::function<void()> done);
 
 private:
-    struct Answer;
     struct Diagnosis;
-    using AnswerHandler = std::function<void(const Answer &)>;
 
-    void send(const QUrl &url, const QByteArray &method, AnswerHandler handler);
+    void send(const QUrl &url, const QByteArray &method, ServiceClient::ReplyHandler handler);
     void logFlags(const Diagnosis &diagnosis);
     void logRequests(const Diagnosis &diagnosis);
-    static void logAnswer(const QString &method, const Answer &answer);
+    static void logAnswer(const QString &method, const ServiceReply &answer);
 
     NetworkFactory &m_network;
     const RouteLookup &m_routes;

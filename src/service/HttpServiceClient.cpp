@@ -3,26 +3,26 @@
 
 #include "service/HttpServiceClient.h"
 
-#include "service/ArchiveDownload.h"
+#include "foundation/Texts.h"
 #include "service/NetworkFactory.h"
-#include "service/ReplyCollector.h"
 #include "service/ReplyDecoding.h"
+#include "service/TransportErrors.h"
 
 namespace brevok {
 
+namespace {
+
+constexpr int httpOk = 200;
+
+} // namespace
+
 HttpServiceClient::HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
-    std::function<bool()> reachable, Limits limits, QObject *parent)
+    std::function<bool()> reachable, ServiceLimits limits, QObject *parent)
     : QObject(parent)
     , m_network(network)
     , m_sessionId(std::move(sessionId))
     , m_reachable(std::move(reachable))
     , m_limits(limits)
-{
-}
-
-HttpServiceClient::HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
-    std::function<bool()> reachable, QObject *parent)
-    : HttpServiceClient(network, std::move(sessionId), std::move(reachable), Limits{}, parent)
 {
 }
 
@@ -35,42 +35,50 @@ bool HttpServiceClient::checkNetworkReachability()
 
 void HttpServiceClient::getList(const QString &path, QObject *context, ReplyHandler handler)
 {
-    QNetworkRequest request = m_network.request(m_network.configuration().url(path));
-    request.setRawHeader(versionHeader, versionHeaderValue);
+    ExchangeRequest request = m_network.request(m_network.configuration().url(path));
+    request.headers.emplaceBack(versionHeader, versionHeaderValue);
     if (const QString sessionId = m_sessionId(); !sessionId.isEmpty()) {
-        request.setRawHeader("Cookie", "SessionId=" + sessionId.toUtf8());
+        request.headers.append({"Cookie", "SessionId=" + sessionId.toUtf8()});
     }
-    request.setAttribute(NetworkFactory::storedCookies, true);
-    new ReplyCollector(
-        m_network.send(request, "GET"), m_limits.listBytes, 0, context, std::move(handler), this);
+    request.cookies = CookieRule::TakeAndSend;
+    request.limits.bodyBytes = m_limits.listBytes;
+    m_network.send(request, context, std::move(handler));
 }
 
 void HttpServiceClient::fetchFile(const QUrl &url, QObject *context, ReplyHandler handler)
 {
-    QNetworkRequest request = m_network.request(url);
-    request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
-    new ReplyCollector(m_network.send(request, "GET"), m_limits.fileBytes, m_limits.fileMs, context,
-        std::move(handler), this);
+    ExchangeRequest request = m_network.request(url);
+    request.headers = {{"Cache-Control", "no-cache"}, {"Pragma", "no-cache"}};
+    request.limits.bodyBytes = m_limits.fileBytes;
+    request.limits.wholeMs = m_limits.fileMs;
+    m_network.send(request, context, std::move(handler));
 }
 
+// An archive's host is none of the service's business: it neither gets nor gives cookies.
 void HttpServiceClient::download(const QUrl &url, const QString &destination, qint64 expectedSize,
     QObject *context, ProgressHandler progress, DownloadHandler handler)
 {
-    QStringList inUse;
-    const QList<ArchiveDownload *> others = findChildren<ArchiveDownload *>(Qt::FindDirectChildrenOnly);
-    for (const ArchiveDownload *other : others) {
-        inUse.append(other->temporaryFile());
+    ExchangeRequest request = m_network.request(url);
+    request.destination = destination;
+    request.expectedSize = expectedSize;
+    request.limits.wholeMs = 0;
+    HttpTransfers::Progress told;
+    if (progress) {
+        told = [expectedSize, progress = std::move(progress)](qint64 done) {
+            progress(done, expectedSize);
+        };
     }
-    QNetworkRequest request = m_network.request(url);
-    // An archive's host is none of the service's business: it neither gets nor gives cookies.
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    new ArchiveDownload(m_network.send(request, "GET"),
-        {.destination = destination,
-            .expectedSize = expectedSize,
-            .context = context,
-            .progress = std::move(progress),
-            .handler = std::move(handler)},
-        inUse, this);
+    m_network.send(
+        request, context,
+        [url, handler = std::move(handler)](const ServiceReply &reply) {
+            std::optional<BrevokError> error = reply.error;
+            if (!error && reply.status != httpOk) {
+                error = replyError(
+                    reply.status, Texts::tr("Server responded with HTTP code: %1.").arg(reply.status), url);
+            }
+            handler({.received = reply.received, .stored = !error, .error = error});
+        },
+        std::move(told));
 }
 
 } // namespace brevok

@@ -9,25 +9,23 @@ namespace brevok {
 
 class NetworkFactory;
 
+/// How much and how long other rooms' requests wait for.
+struct ServiceLimits {
+    qint64 listBytes = 256LL * 1024 * 1024;
+    qint64 fileBytes = 8LL * 1024 * 1024;
+    int fileMs = 60000; ///< for all of a small file
+};
+
 /// The requests of other rooms, over HTTPS. Main thread.
 class HttpServiceClient final : public QObject, public ServiceClient {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(HttpServiceClient)
 
 public:
-    /// How much and how long is waited for.
-    struct Limits {
-        qint64 listBytes = 256LL * 1024 * 1024;
-        qint64 fileBytes = 8LL * 1024 * 1024;
-        int fileMs = 60000; ///< for all of a small file
-    };
-
     /// @p sessionId gives the session id, empty when signed out; @p reachable answers
     /// checkNetworkReachability().
     HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
-        std::function<bool()> reachable, Limits limits, QObject *parent = nullptr);
-    HttpServiceClient(NetworkFactory &network, std::function<QString()> sessionId,
-        std::function<bool()> reachable, QObject *parent = nullptr);
+        std::function<bool()> reachable, ServiceLimits limits = {}, QObject *parent = nullptr);
     ~HttpServiceClient() override;
 
     [[nodiscard]] bool checkNetworkReachability() override;
@@ -40,7 +38,7 @@ private:
     NetworkFactory &m_network;
     std::function<QString()> m_sessionId;
     std::function<bool()> m_reachable;
-    Limits m_limits;
+    ServiceLimits m_limits;
 };
 
 } // namespace brevok

@@ -3,18 +3,12 @@
 
 #pragma once
 
-#include "service/ServiceClient.h"
-
-#include <QNetworkRequest>
-
-#include <memory>
+#include "service/Exchange.h"
+#include "service/ServiceCookies.h"
 
 namespace brevok {
 
-class Transport;
-
-/// Makes every network request of the program: one place for proxies, time-outs, authorities, redirects and
-/// cookies. Main thread.
+/// The one road of all requests to the network. Main thread.
 class NetworkFactory final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(NetworkFactory)
@@ -25,33 +19,24 @@ public:
 
     [[nodiscard]] const ServiceConfiguration &configuration() const { return m_configuration; }
 
-    /// Set to true on a request: the cookies that the service gave this program before go with it, behind
-    /// those of a Cookie header set by hand, on every host it is led to. The session's own cookie is never
-    /// among them.
-    static constexpr auto storedCookies = static_cast<QNetworkRequest::Attribute>(QNetworkRequest::User + 1);
+    /// A GET of @p url with the limits of every request.
+    [[nodiscard]] ExchangeRequest request(const QUrl &url) const;
 
-    /// The request for @p url with the system's proxy, TLS settings, time-out, and no more than five
-    /// redirects, none of which leads from https to http. Nothing of the cookie jar is put into it.
-    [[nodiscard]] QNetworkRequest request(const QUrl &url) const;
+    /// Sends @p request and follows where it may be led to. What came last is handed to @p handler, once and
+    /// later than the call; an HTTP status is no error, a body cut short is one. Nothing is called, and the
+    /// request given up, when @p context goes. A Cookie or Authorization header never goes to another origin.
+    void send(const ExchangeRequest &request, QObject *context, ServiceClient::ReplyHandler handler,
+        HttpTransfers::Progress progress = {});
 
-    /// Starts the request; the caller owns the reply. Nothing is signalled before the event loop runs again.
-    /// Redirects, the body's compression and a slow look-up of proxies are dealt with behind the reply: its
-    /// head is the last one, a Cookie or Authorization header set by hand never goes to another host, and a
-    /// body that was cut short ends with an error (one that ends with its connection, without a length,
-    /// cannot be told from a whole one). Only where the caller sets Accept-Encoding is the body handed on as
-    /// it comes.
-    [[nodiscard]] QNetworkReply *send(
-        const QNetworkRequest &request, const QByteArray &method, const QByteArray &body = {});
-
-    /// A transport error of ours for a reply that failed; nothing for one that ended with any HTTP status.
-    [[nodiscard]] static std::optional<BrevokError> transportError(const QNetworkReply &reply);
+    /// For the exchanges.
+    [[nodiscard]] HttpTransfers &transfers();
+    [[nodiscard]] ServiceCookies &cookies() { return m_cookies; }
+    [[nodiscard]] bool isService(const QUrl &url) const { return sameOrigin(url, m_configuration.baseUrl); }
 
 private:
-    Transport &transport();
-
     ServiceConfiguration m_configuration;
-    std::unique_ptr<Transport>
-        m_transport; // built with the first request: a start without network needs none
+    ServiceCookies m_cookies;
+    std::unique_ptr<HttpTransfers> m_transfers; ///< made with the first request
 };
 
 } // namespace brevok

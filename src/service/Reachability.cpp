@@ -42,10 +42,10 @@ void logFlags(ReachabilityFlags flags, const char *operation)
 
 } // namespace
 
-Reachability::Reachability(RouteLookup &lookup, QString hostName, const QHostAddress &address, bool localWiFi)
+Reachability::Reachability(RouteLookup &lookup, QString hostName, InternetAddress address, bool localWiFi)
     : m_lookup(lookup)
     , m_hostName(std::move(hostName))
-    , m_address(address)
+    , m_address(std::move(address))
     , m_alwaysReturnLocalWiFiStatus(localWiFi)
 {
 }
@@ -65,7 +65,7 @@ std::unique_ptr<Reachability> Reachability::reachabilityWithHostName(
 }
 
 std::unique_ptr<Reachability> Reachability::reachabilityWithAddress(
-    RouteLookup &lookup, const QHostAddress &address)
+    RouteLookup &lookup, const InternetAddress &address)
 {
     if (address.isNull()) {
         return nullptr;
@@ -75,13 +75,13 @@ std::unique_ptr<Reachability> Reachability::reachabilityWithAddress(
 
 std::unique_ptr<Reachability> Reachability::reachabilityForInternetConnection(RouteLookup &lookup)
 {
-    return reachabilityWithAddress(lookup, QHostAddress(QHostAddress::AnyIPv4));
+    return reachabilityWithAddress(lookup, InternetAddress::fromText(QStringLiteral("0.0.0.0")));
 }
 
 std::unique_ptr<Reachability> Reachability::reachabilityForLocalWiFi(RouteLookup &lookup)
 {
     return std::unique_ptr<Reachability>(
-        new Reachability(lookup, {}, QHostAddress(QLatin1StringView(linkLocalNetwork)), true));
+        new Reachability(lookup, {}, InternetAddress::fromText(QLatin1StringView(linkLocalNetwork)), true));
 }
 
 bool Reachability::startNotifier()

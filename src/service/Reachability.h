@@ -22,7 +22,7 @@ public:
     [[nodiscard]] static std::unique_ptr<Reachability> reachabilityWithHostName(
         RouteLookup &lookup, const QString &hostName);
     [[nodiscard]] static std::unique_ptr<Reachability> reachabilityWithAddress(
-        RouteLookup &lookup, const QHostAddress &address);
+        RouteLookup &lookup, const InternetAddress &address);
     [[nodiscard]] static std::unique_ptr<Reachability> reachabilityForInternetConnection(RouteLookup &lookup);
     [[nodiscard]] static std::unique_ptr<Reachability> reachabilityForLocalWiFi(RouteLookup &lookup);
     ~Reachability() override;
@@ -45,13 +45,13 @@ Q_SIGNALS:
     void networkReachabilityChanged(brevok::Reachability *object);
 
 private:
-    Reachability(RouteLookup &lookup, QString hostName, const QHostAddress &address, bool localWiFi);
+    Reachability(RouteLookup &lookup, QString hostName, InternetAddress address, bool localWiFi);
 
     [[nodiscard]] std::optional<ReachabilityFlags> flags() const;
 
     RouteLookup &m_lookup;
     QString m_hostName; ///< empty: the address counts
-    QHostAddress m_address;
+    InternetAddress m_address;
     bool m_alwaysReturnLocalWiFiStatus;
     QMetaObject::Connection m_notifier;
 };

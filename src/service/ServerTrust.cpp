@@ -5,10 +5,7 @@
 
 #include "foundation/Log.h"
 #include "foundation/Record.h"
-
-#include <QNetworkReply>
-
-#include <memory>
+#include "service/TransportErrors.h"
 
 namespace brevok {
 
@@ -23,11 +20,6 @@ QString yesOrNo(bool value)
     return value ? u"YES"_s : u"NO"_s;
 }
 
-QString addressText(const QUrl &url)
-{
-    return url.toString(QUrl::RemovePassword | QUrl::FullyEncoded);
-}
-
 void logDump(const ProtectionSpace &space)
 {
     for (const QString &line : protectionSpaceDump(space)) {
@@ -35,7 +27,7 @@ void logDump(const ProtectionSpace &space)
     }
 }
 
-// The first challenge of the connection that @p reply runs over.
+// The first challenge of a connection to @p url.
 TrustChallenge firstChallenge(const QUrl &url)
 {
     return {.space = {.receivesCredentialSecurely = true,
@@ -108,16 +100,10 @@ void logChallenge(
     }
 }
 
-void answerChallenges(QNetworkReply &reply, const QUrl &originalUrl, const QString &serviceHost)
+void logFirstChallenge(const QUrl &currentUrl, const QUrl &originalUrl, const QString &serviceHost)
 {
-    // Trusted and refused certificates are one challenge each; a refused one never gets as far as
-    // "encrypted".
-    const auto challenged = [&reply, originalUrl, serviceHost] {
-        const TrustChallenge challenge = firstChallenge(reply.url());
-        logChallenge(challenge, decide(challenge, serviceHost), reply.url(), originalUrl);
-    };
-    QObject::connect(&reply, &QNetworkReply::encrypted, &reply, challenged);
-    QObject::connect(&reply, &QNetworkReply::sslErrors, &reply, challenged);
+    const TrustChallenge challenge = firstChallenge(currentUrl);
+    logChallenge(challenge, decide(challenge, serviceHost), currentUrl, originalUrl);
 }
 
 } // namespace brevok

@@ -7,8 +7,6 @@
 #include <QStringList>
 #include <QUrl>
 
-class QNetworkReply;
-
 namespace brevok {
 
 /// The method of a challenge that asks whether the server's certificate is trusted.
@@ -49,9 +47,8 @@ enum class ChallengeAnswer { DefaultHandling, UseProposed, UseServerTrust, Conti
 void logChallenge(
     const TrustChallenge &challenge, ChallengeAnswer answer, const QUrl &currentUrl, const QUrl &originalUrl);
 
-/// Answers the challenges of @p reply. Each connection's challenge is its first, which is left to the default
-/// handling: the transport refuses every certificate it does not trust, and nothing here makes it look away.
-/// Call before the event loop runs again.
-void answerChallenges(QNetworkReply &reply, const QUrl &originalUrl, const QString &serviceHost);
+/// Logs the challenge of a connection to @p currentUrl. Each connection's challenge is its first, which is
+/// left to the default handling: the transport refuses every certificate it does not trust.
+void logFirstChallenge(const QUrl &currentUrl, const QUrl &originalUrl, const QString &serviceHost);
 
 } // namespace brevok

@@ -3,8 +3,6 @@
 
 #include "service/ServiceClient.h"
 
-#include <algorithm>
-
 namespace brevok {
 
 namespace {
@@ -56,13 +54,6 @@ QUrl ServiceConfiguration::url(const QString &path) const
     }
     url.setPath(folder + path);
     return url;
-}
-
-QByteArray ServiceReply::header(const QByteArray &name) const
-{
-    const auto found = std::find_if(headers.cbegin(), headers.cend(),
-        [&name](const auto &header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
-    return found == headers.cend() ? QByteArray() : found->second;
 }
 
 } // namespace brevok

@@ -4,14 +4,10 @@
 #pragma once
 
 #include "foundation/BrevokError.h"
+#include "platform/HttpTransfers.h"
 
-#include <QByteArray>
-#include <QList>
-#include <QNetworkReply>
 #include <QObject>
-#include <QUrl>
 
-#include <functional>
 #include <optional>
 
 namespace brevok {
@@ -33,13 +29,15 @@ struct ServiceConfiguration {
 
 /// What came back for one request.
 struct ServiceReply {
+    QUrl url{}; ///< that answered
     int status = 0; ///< HTTP status code, 0 when no response head arrived
-    QByteArray body;
-    QList<QNetworkReply::RawHeaderPair> headers;
-    std::optional<BrevokError> error; ///< transport errors only; an HTTP status is none
+    QByteArray body{};
+    HeaderFields headers{};
+    qint64 received = 0; ///< bytes of the body, wherever it went
+    std::optional<BrevokError> error{}; ///< transport errors only; an HTTP status is none
 
-    /// The value of the header @p name, whatever its letter case; empty when absent.
-    [[nodiscard]] QByteArray header(const QByteArray &name) const;
+    /// See headerValue().
+    [[nodiscard]] QByteArray header(const QByteArray &name) const { return headerValue(headers, name); }
 };
 
 /// The end of one archive download.

@@ -11,83 +11,96 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-// Queries may carry secrets, and errors are logged.
-QString addressOf(const QUrl &url)
+// What a file expected decides, not the connection.
+BrevokError lengthError(const HttpReply &reply, const HttpRequest &request)
 {
-    return url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment);
+    const qint64 expected = request.expectedSize;
+    if (reply.failure == HttpFailure::BodyTooShort) {
+        return replyError(reply.status,
+            Texts::tr("The download has %1 of the expected %2 bytes.").arg(reply.received).arg(expected),
+            request.url);
+    }
+    return request.destination.isEmpty()
+        ? replyError(-1, Texts::tr("The server sent more data than expected."), request.url)
+        : replyError(reply.status,
+            Texts::tr("The download is longer than the expected %1 bytes.").arg(expected), request.url);
 }
 
-BrevokError errorOf(int code, const QString &description, const QUrl &url, const QString &reason)
+BrevokError fileError(const HttpReply &reply, const HttpRequest &request)
 {
-    QString text = reason;
-    text.replace(url.toString(), addressOf(url));
-    return {.domain = QString::fromLatin1(transportErrorDomain),
-        .code = code,
-        .description = description,
-        .details = {{u"URL"_s, addressOf(url)}, {u"Reason"_s, text}}};
+    return {.domain = QString::fromLatin1(fileErrorDomain),
+        .code = reply.code,
+        .description = Texts::tr("The downloaded file cannot be saved: %1").arg(reply.reason),
+        .details = {{u"Path"_s, request.destination}}};
+}
+
+struct Wording {
+    int code;
+    QString text;
+};
+
+Wording wordingOf(HttpFailure failure, const QString &reason)
+{
+    switch (failure) {
+    case HttpFailure::TimedOut:
+        return {timedOutCode, Texts::tr("The request timed out.")};
+    case HttpFailure::TooSlow: // told apart, as this is no reason to send it again
+        return {TransportTooSlow, Texts::tr("The request timed out.")};
+    case HttpFailure::HostNotFound:
+        return {TransportHostNotFound, Texts::tr("A server with the specified hostname could not be found.")};
+    case HttpFailure::CannotConnect:
+        return {TransportCannotConnect, Texts::tr("Could not connect to the server.")};
+    case HttpFailure::ProxyUnreachable:
+        return {TransportCannotConnect, Texts::tr("Could not connect to the proxy server.")};
+    case HttpFailure::ConnectionLost:
+        return {TransportConnectionLost, Texts::tr("The network connection was lost.")};
+    case HttpFailure::NoSecureConnection:
+        return {TransportSecureConnectionFailed,
+            Texts::tr("A secure connection to the server cannot be made: %1").arg(reason)};
+    case HttpFailure::CertificateUntrusted:
+        return {TransportCertificateUntrusted,
+            Texts::tr("The certificate of the server is not trusted: %1").arg(reason)};
+    case HttpFailure::NoHttp:
+        return {TransportBadReply, Texts::tr("Unexpected server response.")};
+    case HttpFailure::NotDecodable:
+        return {TransportNotDecodable, Texts::tr("Unexpected server response.")};
+    case HttpFailure::HeadTooLong:
+        return {TransportTooLong, Texts::tr("The server sent more data than expected.")};
+    default:
+        return {TransportUnknown, Texts::tr("The transfer failed: %1").arg(reason)};
+    }
 }
 
 } // namespace
 
-bool isStatusError(QNetworkReply::NetworkError error)
+QString addressText(const QUrl &url)
 {
-    switch (error) {
-    case QNetworkReply::ContentAccessDenied:
-    case QNetworkReply::ContentOperationNotPermittedError:
-    case QNetworkReply::ContentNotFoundError:
-    case QNetworkReply::ContentReSendError:
-    case QNetworkReply::ContentConflictError:
-    case QNetworkReply::ContentGoneError:
-    case QNetworkReply::AuthenticationRequiredError:
-    case QNetworkReply::ProxyAuthenticationRequiredError:
-    case QNetworkReply::UnknownContentError:
-    case QNetworkReply::ProtocolUnknownError:
-    case QNetworkReply::ProtocolInvalidOperationError:
-    case QNetworkReply::InternalServerError:
-    case QNetworkReply::OperationNotImplementedError:
-    case QNetworkReply::ServiceUnavailableError:
-    case QNetworkReply::UnknownServerError:
-        return true;
-    default:
-        return false;
-    }
+    return url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery | QUrl::RemoveFragment | QUrl::FullyEncoded);
 }
 
-BrevokError transportErrorFor(QNetworkReply::NetworkError error, const QUrl &url, const QString &reason)
+BrevokError transportError(int code, const QString &description, const QUrl &url)
 {
-    switch (error) {
-    case QNetworkReply::TimeoutError:
-    case QNetworkReply::ProxyTimeoutError:
-        return errorOf(timedOutCode, Texts::tr("The request timed out."), url, reason);
-    case QNetworkReply::HostNotFoundError:
-        return errorOf(TransportHostNotFound,
-            Texts::tr("A server with the specified hostname could not be found."), url, reason);
-    case QNetworkReply::ConnectionRefusedError:
-        return errorOf(TransportCannotConnect, Texts::tr("Could not connect to the server."), url, reason);
-    case QNetworkReply::ProxyConnectionRefusedError:
-    case QNetworkReply::ProxyNotFoundError:
-    case QNetworkReply::ProxyConnectionClosedError:
-        return errorOf(
-            TransportCannotConnect, Texts::tr("Could not connect to the proxy server."), url, reason);
-    case QNetworkReply::ContentReSendError: // the connection broke, and a body is sent only once
-    case QNetworkReply::RemoteHostClosedError:
-        return errorOf(TransportConnectionLost, Texts::tr("The network connection was lost."), url, reason);
-    case QNetworkReply::TooManyRedirectsError:
-        return errorOf(TransportTooManyRedirects, Texts::tr("Too many HTTP redirects."), url, reason);
-    case QNetworkReply::SslHandshakeFailedError:
-        return errorOf(TransportSecureConnectionFailed,
-            Texts::tr("A secure connection to the server cannot be made: %1").arg(reason), url, reason);
-    case QNetworkReply::OperationCanceledError:
-        return errorOf(TransportCancelled, Texts::tr("The request was cancelled."), url, reason);
-    default:
-        return errorOf(TransportUnknown, Texts::tr("The transfer failed: %1").arg(reason), url, reason);
-    }
+    return {.domain = QString::fromLatin1(transportErrorDomain),
+        .code = code,
+        .description = description,
+        .details = {{u"URL"_s, addressText(url)}}};
 }
 
-BrevokError certificateError(const QUrl &url, const QString &reason)
+BrevokError transportErrorFor(const HttpReply &reply, const HttpRequest &request)
 {
-    return errorOf(TransportCertificateUntrusted,
-        Texts::tr("The certificate of the server is not trusted: %1").arg(reason), url, reason);
+    switch (reply.failure) {
+    case HttpFailure::BodyTooLong:
+    case HttpFailure::BodyTooShort:
+        return lengthError(reply, request);
+    case HttpFailure::NotStored:
+        return fileError(reply, request);
+    default:
+        break;
+    }
+    const Wording wording = wordingOf(reply.failure, reply.reason);
+    BrevokError error = transportError(wording.code, wording.text, request.url);
+    error.details.insert(u"Reason"_s, reply.reason);
+    return error;
 }
 
 BrevokError replyError(int code, const QString &description, const QUrl &url)
@@ -95,7 +108,7 @@ BrevokError replyError(int code, const QString &description, const QUrl &url)
     return {.domain = QString::fromLatin1(connectionErrorDomain),
         .code = code,
         .description = description,
-        .details = {{u"URL"_s, addressOf(url)}}};
+        .details = {{u"URL"_s, addressText(url)}}};
 }
 
 } // namespace brevok

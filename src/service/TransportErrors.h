@@ -4,32 +4,33 @@
 #pragma once
 
 #include "foundation/BrevokError.h"
-
-#include <QNetworkReply>
+#include "platform/HttpTransfers.h"
 
 namespace brevok {
 
 /// Codes of transportErrorDomain beside timedOutCode.
 enum TransportErrorCode : int {
     TransportUnknown = -1,
-    TransportCancelled = -999,
+    TransportTooSlow = -2,
     TransportHostNotFound = -1003,
     TransportCannotConnect = -1004,
     TransportConnectionLost = -1005,
     TransportTooManyRedirects = -1007,
+    TransportRedirectedAway = -1010,
+    TransportBadReply = -1011,
+    TransportNotDecodable = -1016,
+    TransportTooLong = -1103,
     TransportSecureConnectionFailed = -1200,
     TransportCertificateUntrusted = -1202,
 };
 
-/// Whether the library's @p error says no more than the HTTP status does.
-[[nodiscard]] bool isStatusError(QNetworkReply::NetworkError error);
+/// @p url as logs and errors show it: without what it may tell in confidence.
+[[nodiscard]] QString addressText(const QUrl &url);
 
-/// Our error for the library's @p error on the way to @p url. @p reason is the library's own text.
-[[nodiscard]] BrevokError transportErrorFor(
-    QNetworkReply::NetworkError error, const QUrl &url, const QString &reason);
+[[nodiscard]] BrevokError transportError(int code, const QString &description, const QUrl &url);
 
-/// As above, for a certificate that was refused.
-[[nodiscard]] BrevokError certificateError(const QUrl &url, const QString &reason);
+/// Our error for the failure of @p reply to @p request, for the user.
+[[nodiscard]] BrevokError transportErrorFor(const HttpReply &reply, const HttpRequest &request);
 
 /// An error of a reply's content, for the user, on the way to @p url.
 [[nodiscard]] BrevokError replyError(int code, const QString &description, const QUrl &url);

@@ -139,7 +139,7 @@ void RoutesTest::networksOfTheLinkAreDirect()
             + "eth0\tC00200C0\t010200C0\t0003\t0\t0\t0\tC0FFFFFF\t0\t0\t0\n",
         .ipv6 = "fd" + QByteArray(30, '0') + " 40 " + zero + " 00 " + zero + " 100 1 0 00000001 eth0\n" + zero
             + " 00 " + zero + " 00 fd" + QByteArray(29, '0') + "1 400 1 0 00000003 eth0\n"};
-    QCOMPARE(table.isDirect(QHostAddress(address)), direct);
+    QCOMPARE(table.isDirect(InternetAddress::fromText(address)), direct);
 }
 
 void RoutesTest::localAddressesAreReachable_data()
@@ -158,8 +158,8 @@ void RoutesTest::localAddressesAreReachable()
     QCOMPARE(lookup.flagsForHost({}), std::optional<ReachabilityFlags>());
     QCOMPARE(lookup.flagsForAddress({}), std::optional<ReachabilityFlags>());
     // A name says no more than the way to the internet does, even one that cannot exist.
-    QCOMPARE(
-        lookup.flagsForHost(u"no such host.invalid"_s), lookup.flagsForAddress(QHostAddress(u"0.0.0.0"_s)));
+    QCOMPARE(lookup.flagsForHost(u"no such host.invalid"_s),
+        lookup.flagsForAddress(InternetAddress::fromText(u"0.0.0.0"_s)));
 }
 
 void RoutesTest::anUnpluggedMachineReachesNothing()

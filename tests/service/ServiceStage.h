@@ -40,7 +40,7 @@ struct Stage {
     FaultServer server;
     NetworkFactory network;
     QString sessionId;
-    HttpServiceClient::Limits limits;
+    ServiceLimits limits;
 
     ServiceReply list(const QString &path)
     {

@@ -97,7 +97,7 @@ void TestReachability::statusOfFlags()
 void TestReachability::constructorsAskForTheirHost()
 {
     QVERIFY(!Reachability::reachabilityWithHostName(routes, {}));
-    QVERIFY(!Reachability::reachabilityWithAddress(routes, QHostAddress()));
+    QVERIFY(!Reachability::reachabilityWithAddress(routes, InternetAddress()));
     const auto byName = Reachability::reachabilityWithHostName(routes, u"a.example"_s);
     const auto internet = Reachability::reachabilityForInternetConnection(routes);
     const auto localWiFi = Reachability::reachabilityForLocalWiFi(routes);

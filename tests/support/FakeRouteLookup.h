@@ -24,9 +24,10 @@ public:
         asked.append(host);
         return flags;
     }
-    [[nodiscard]] std::optional<ReachabilityFlags> flagsForAddress(const QHostAddress &address) const override
+    [[nodiscard]] std::optional<ReachabilityFlags> flagsForAddress(
+        const InternetAddress &address) const override
     {
-        asked.append(address.toString());
+        asked.append(address.text());
         return flags;
     }
     bool startNotifier() override

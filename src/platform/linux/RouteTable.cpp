@@ -4,11 +4,9 @@
 #include "platform/linux/RouteTable.h"
 
 #include <QList>
-#include <QtEndian>
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <optional>
 
 #include <net/route.h>
@@ -18,7 +16,7 @@ namespace brevok {
 namespace {
 
 struct Route {
-    QHostAddress network{};
+    InternetAddress network{};
     int prefixLength = 0;
     bool hasGateway = false;
 };
@@ -41,16 +39,16 @@ std::optional<Route> ipv4Route(const QList<QByteArray> &fields)
         areNumbers = areNumbers && isNumber;
         return value;
     };
-    const quint32 destination = number(1);
+    const quint32 destination = number(1); // as the bytes lie in memory
     const quint32 gateway = number(2);
     const quint32 flags = number(3);
     const quint32 mask = number(7);
     if (!areNumbers || !leadsSomewhere(flags, fields[0])) {
         return std::nullopt;
     }
-    return Route{.network = QHostAddress(qFromBigEndian(destination)),
-        .prefixLength = std::popcount(mask),
-        .hasGateway = gateway != 0};
+    const QByteArray bytes(reinterpret_cast<const char *>(&destination), sizeof destination);
+    return Route{
+        .network = InternetAddress(bytes), .prefixLength = std::popcount(mask), .hasGateway = gateway != 0};
 }
 
 std::optional<Route> ipv6Route(const QList<QByteArray> &fields)
@@ -65,15 +63,13 @@ std::optional<Route> ipv6Route(const QList<QByteArray> &fields)
     bool isFlags = false;
     const int length = fields[1].toInt(&isLength, 16);
     const quint32 flags = fields[8].toUInt(&isFlags, 16);
-    Q_IPV6ADDR network = {};
-    if (destination.size() != sizeof network.c || nextHop.size() != sizeof network.c || !isLength || !isFlags
-        || length < 0 || length > 128 || !leadsSomewhere(flags, fields[9])) {
+    const InternetAddress network(destination);
+    if (network.isNull() || nextHop.size() != destination.size() || !isLength || !isFlags || length < 0
+        || length > 128 || !leadsSomewhere(flags, fields[9])) {
         return std::nullopt;
     }
-    std::memcpy(network.c, destination.constData(), sizeof network.c);
-    return Route{.network = QHostAddress(network),
-        .prefixLength = length,
-        .hasGateway = nextHop.count('\0') != nextHop.size()};
+    return Route{
+        .network = network, .prefixLength = length, .hasGateway = nextHop.count('\0') != nextHop.size()};
 }
 
 template <typename Parse> QList<Route> routes(const QByteArray &table, Parse parse)
@@ -101,13 +97,12 @@ bool RouteTable::hasDefaultRoute() const
         || std::any_of(ipv6Routes.cbegin(), ipv6Routes.cend(), coversTheInternet);
 }
 
-bool RouteTable::isDirect(const QHostAddress &address) const
+bool RouteTable::isDirect(const InternetAddress &address) const
 {
-    const bool isIpv4 = address.protocol() == QAbstractSocket::IPv4Protocol;
-    const QList<Route> table = isIpv4 ? routes(ipv4, ipv4Route) : routes(ipv6, ipv6Route);
+    const QList<Route> table = address.isIpv4() ? routes(ipv4, ipv4Route) : routes(ipv6, ipv6Route);
     const Route *best = nullptr;
     for (const Route &route : table) {
-        if (address.isInSubnet(route.network, route.prefixLength)
+        if (address.isWithin(route.network, route.prefixLength)
             && (best == nullptr || route.prefixLength > best->prefixLength)) {
             best = &route;
         }

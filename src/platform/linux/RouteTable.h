@@ -3,8 +3,7 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QHostAddress>
+#include "platform/InternetAddress.h"
 
 namespace brevok {
 
@@ -17,7 +16,7 @@ struct RouteTable {
     /// Whether anything leads to the internet at large.
     [[nodiscard]] bool hasDefaultRoute() const;
     /// Whether the best route to @p address needs no gateway.
-    [[nodiscard]] bool isDirect(const QHostAddress &address) const;
+    [[nodiscard]] bool isDirect(const InternetAddress &address) const;
 };
 
 } // namespace brevok

@@ -15,7 +15,6 @@
 #include <arpa/inet.h>
 #include <linux/netlink.h>
 #include <linux/rtnetlink.h>
-#include <net/if.h>
 #include <netinet/in.h>
 #include <sys/socket.h>
 
@@ -42,21 +41,19 @@ struct SocketAddress {
     sockaddr_storage storage = {};
     socklen_t length = 0;
 
-    explicit SocketAddress(const QHostAddress &address)
+    explicit SocketAddress(const InternetAddress &address)
     {
-        if (address.protocol() == QAbstractSocket::IPv4Protocol) {
+        if (address.isIpv4()) {
             sockaddr_in ipv4 = {};
             ipv4.sin_family = AF_INET;
             ipv4.sin_port = htons(anyPort);
-            ipv4.sin_addr.s_addr = htonl(address.toIPv4Address());
+            std::memcpy(&ipv4.sin_addr, address.bytes().constData(), sizeof ipv4.sin_addr);
             fill(ipv4);
         } else {
             sockaddr_in6 ipv6 = {};
             ipv6.sin6_family = AF_INET6;
             ipv6.sin6_port = htons(anyPort);
-            const Q_IPV6ADDR bytes = address.toIPv6Address();
-            std::memcpy(&ipv6.sin6_addr, bytes.c, sizeof bytes.c);
-            ipv6.sin6_scope_id = ::if_nametoindex(address.scopeId().toLatin1().constData());
+            std::memcpy(&ipv6.sin6_addr, address.bytes().constData(), sizeof ipv6.sin6_addr);
             fill(ipv6);
         }
     }
@@ -67,12 +64,21 @@ struct SocketAddress {
         length = sizeof address;
     }
 
+    [[nodiscard]] bool holds(const InternetAddress &address) const
+    {
+        const void *within = address.isIpv4()
+            ? static_cast<const void *>(&reinterpret_cast<const sockaddr_in *>(&storage)->sin_addr)
+            : &reinterpret_cast<const sockaddr_in6 *>(&storage)->sin6_addr;
+        return std::memcmp(within, address.bytes().constData(), static_cast<size_t>(address.bytes().size()))
+            == 0;
+    }
+
     // The system's socket calls take every kind of address by the base of all.
     sockaddr *base() { return reinterpret_cast<sockaddr *>(&storage); }
 };
 
 // Connecting a datagram socket chooses the route and sends nothing.
-ReachabilityFlags flagsOfRoute(const QHostAddress &address)
+ReachabilityFlags flagsOfRoute(const InternetAddress &address)
 {
     SocketAddress target(address);
     const FileDescriptor probe(
@@ -87,17 +93,10 @@ ReachabilityFlags flagsOfRoute(const QHostAddress &address)
     }
     SocketAddress source(address);
     ::getsockname(probe.get(), source.base(), &source.length);
-    QHostAddress own(source.base());
-    if (address.isLoopback() || own.isEqual(address, QHostAddress::TolerantConversion)) {
+    if (address.isLoopback() || source.holds(address)) {
         return Reachable | IsLocalAddress;
     }
     return currentRoutes().isDirect(address) ? Reachable | IsDirect : ReachabilityFlags(Reachable);
-}
-
-bool isZero(const QHostAddress &address)
-{
-    return address == QHostAddress(QHostAddress::AnyIPv4) || address == QHostAddress(QHostAddress::AnyIPv6)
-        || address == QHostAddress(QHostAddress::Any);
 }
 
 } // namespace
@@ -119,18 +118,18 @@ std::optional<ReachabilityFlags> RouteTableLookup::flagsForHost(const QString &h
         name = name.sliced(1).chopped(1);
     }
     if (name.compare(QStringLiteral("localhost"), Qt::CaseInsensitive) == 0) {
-        return flagsForAddress(QHostAddress(QHostAddress::LocalHost));
+        name = QStringLiteral("127.0.0.1");
     }
-    const QHostAddress literal(name);
-    return flagsForAddress(literal.isNull() ? QHostAddress(QHostAddress::AnyIPv4) : literal);
+    const InternetAddress literal = InternetAddress::fromText(name);
+    return flagsForAddress(literal.isNull() ? InternetAddress::fromText(QStringLiteral("0.0.0.0")) : literal);
 }
 
-std::optional<ReachabilityFlags> RouteTableLookup::flagsForAddress(const QHostAddress &address) const
+std::optional<ReachabilityFlags> RouteTableLookup::flagsForAddress(const InternetAddress &address) const
 {
     if (address.isNull()) {
         return std::nullopt;
     }
-    if (isZero(address)) {
+    if (address.isZero()) {
         return currentRoutes().hasDefaultRoute() ? ReachabilityFlags(Reachable) : 0;
     }
     return flagsOfRoute(address);

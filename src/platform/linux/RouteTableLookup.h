@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] std::optional<ReachabilityFlags> flagsForHost(const QString &host) const override;
     [[nodiscard]] std::optional<ReachabilityFlags> flagsForAddress(
-        const QHostAddress &address) const override;
+        const InternetAddress &address) const override;
     bool startNotifier() override;
     void stopNotifier() override;
 

@@ -121,7 +121,11 @@ private:
         QTimer::singleShot(response.delayMs, this, [this] {
             if (!m_response.raw.isEmpty()) {
                 m_socket->write(m_response.raw);
-                m_socket->disconnectFromHost();
+                if (m_response.fault == Response::Fault::None) {
+                    m_socket->disconnectFromHost();
+                } else {
+                    failOnceSent();
+                }
             } else if (m_response.fault != Response::Fault::None && m_response.faultAfter < 0) {
                 fail();
             } else {
@@ -167,6 +171,16 @@ private:
             }
             const qint64 offset = m_sent % m_piece.size();
             const qint64 size = std::min({pieceSize, end - m_sent, qint64(m_piece.size()) - offset});
+            if (m_response.dripMs > 0) {
+                writeBody(QByteArrayView(m_piece).sliced(offset, 1));
+                ++m_sent;
+                m_writing = false;
+                QTimer::singleShot(m_response.dripMs, this, [this] {
+                    m_writing = true;
+                    write();
+                });
+                return;
+            }
             writeBody(QByteArrayView(m_piece).sliced(offset, size));
             m_sent += size;
         }
@@ -210,7 +224,7 @@ private:
             QTimer::singleShot(1, this, &Connection::failOnceSent);
             return;
         }
-        QTimer::singleShot(50, this, &Connection::fail);
+        QTimer::singleShot(m_response.raw.isEmpty() ? 50 : 1, this, &Connection::fail);
     }
 
     void fail()

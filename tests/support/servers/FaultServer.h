@@ -61,7 +61,8 @@ struct Response {
     Fault fault = Fault::None;
     qint64 faultAfter = -1; ///< -1: before the head
     int delayMs = 0; ///< before the head
-    QByteArray raw{}; ///< sent in place of everything else, then the connection is closed
+    int dripMs = 0; ///< the body comes byte by byte, each so late
+    QByteArray raw{}; ///< sent in place of everything else, and what `fault` says follows; None closes
 
     static Response ok(const QByteArray &body) { return {.body = body}; }
     static Response of(int status, const QByteArray &body = {}) { return {.status = status, .body = body}; }

@@ -115,11 +115,12 @@ QSslCertificate TestCertificates::ca() const
     return converted(m_authority->certificate.get());
 }
 
-TestIdentity TestCertificates::leaf(
-    const QStringList &hosts, const QDateTime &notBefore, const QDateTime &notAfter) const
+TestIdentity TestCertificates::leaf(const QStringList &hosts, const QDateTime &notBefore,
+    const QDateTime &notAfter, const QByteArray &subject) const
 {
     const Key key = makeKey();
-    const Certificate certificate = makeCertificate(hosts.value(0).toUtf8(), key.get(), notBefore, notAfter);
+    const Certificate certificate = makeCertificate(
+        subject.isEmpty() ? hosts.value(0).toUtf8() : subject, key.get(), notBefore, notAfter);
     X509 *authority = m_authority->certificate.get();
     X509_set_issuer_name(certificate.get(), X509_get_subject_name(authority));
     extend(certificate.get(), authority, NID_basic_constraints, "critical,CA:FALSE");
@@ -141,6 +142,12 @@ TestIdentity TestCertificates::expired() const
 {
     const QDateTime now = QDateTime::currentDateTimeUtc();
     return leaf({u"localhost"_s, u"127.0.0.1"_s}, now.addDays(-2), now.addSecs(-3600));
+}
+
+TestIdentity TestCertificates::onlySubject() const
+{
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    return leaf({u"elsewhere.example"_s}, now.addDays(-1), now.addDays(1), "localhost");
 }
 
 TestIdentity TestCertificates::otherHost() const

@@ -34,12 +34,14 @@ public:
     [[nodiscard]] QByteArray authorities() const { return ca().toPem(); }
 
     /// A server certificate for @p hosts (names or addresses), signed by this authority.
-    [[nodiscard]] TestIdentity leaf(
-        const QStringList &hosts, const QDateTime &notBefore, const QDateTime &notAfter) const;
+    [[nodiscard]] TestIdentity leaf(const QStringList &hosts, const QDateTime &notBefore,
+        const QDateTime &notAfter, const QByteArray &subject = {}) const;
     /// One for this machine, valid from yesterday to tomorrow.
     [[nodiscard]] TestIdentity valid() const;
     /// One for this machine that ran out an hour ago.
     [[nodiscard]] TestIdentity expired() const;
+    /// A valid one whose subject is this machine and whose alternative names are another's.
+    [[nodiscard]] TestIdentity onlySubject() const;
     /// A valid one for a host that is not this machine.
     [[nodiscard]] TestIdentity otherHost() const;
 

@@ -1,0 +1,420 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Tasks.h"
+#include "ServiceStage.h"
+
+#include <QFile>
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+using Fault = Response::Fault;
+
+namespace {
+
+constexpr int tooLong = -1103;
+constexpr int tooSlow = -2; // not what makes a session send again
+constexpr int lost = -1005;
+constexpr int badReply = -1011;
+constexpr int any = 1; // whatever comes of it
+
+/// The most memory that this process ever had.
+qint64 peakBytes()
+{
+    QFile file(u"/proc/self/status"_s);
+    const QByteArray text = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return text.sliced(text.indexOf("VmHWM:") + 6).trimmed().split(' ').value(0).toLongLong() * 1024;
+}
+
+/// A proxy that gives every connection the same answer, or none.
+class BadProxy final : public QTcpServer {
+public:
+    explicit BadProxy(const QByteArray &answer)
+    {
+        listen(QHostAddress::LocalHost);
+        connect(this, &QTcpServer::newConnection, this, [this, answer] {
+            QTcpSocket *socket = nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, this, [this, socket, answer] {
+                asked += socket->readAll();
+                socket->write(answer);
+            });
+        });
+    }
+    QByteArray asked;
+};
+
+} // namespace
+
+class ExchangeTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
+
+    void oddReplies_data();
+    void oddReplies();
+    void repliesCutAtEveryByte_data();
+    void repliesCutAtEveryByte();
+    void gzipCutAnywhereIsNoticed();
+    void whatExpandsIsStopped();
+    void aDrippingBodyEnds();
+    void redirectsOfAPost_data();
+    void redirectsOfAPost();
+    void aChallengeIsNoReasonToSendAgain_data();
+    void aChallengeIsNoReasonToSendAgain();
+    void aBrokenConnectionIsNoReasonToSendAgain();
+    void badProxies_data();
+    void badProxies();
+    void nobodyWaitsForAnother_data();
+    void nobodyWaitsForAnother();
+    void whatIsSent();
+    void cookies_data();
+    void cookies();
+
+private:
+    ServiceReply post(
+        Stage &stage, const QUrl &url, const std::function<void(ExchangeRequest &)> &change = {})
+    {
+        ExchangeRequest request = stage.network.request(url);
+        request.method = "POST";
+        request.headers = {{"Content-Type", "application/json"}};
+        request.body = R"({"password":"secret"})";
+        request.redirects = RedirectRule::SameOrigin;
+        if (change) {
+            change(request);
+        }
+        std::optional<ServiceReply> got;
+        stage.network.send(request, this, [&got](const ServiceReply &reply) { got = reply; });
+        [&] {
+            QTRY_VERIFY_WITH_TIMEOUT(got, patient);
+        }();
+        return got.value_or(ServiceReply());
+    }
+};
+
+void ExchangeTest::oddReplies_data()
+{
+    QTest::addColumn<QByteArray>("raw");
+    QTest::addColumn<int>("code");
+    QTest::addColumn<QByteArray>("body");
+    const QByteArray ok = "HTTP/1.1 200 OK\r\n";
+    const QByteArray two = "Content-Length: 2\r\n\r\n{}";
+    const QByteArray chunked = ok + "Transfer-Encoding: chunked\r\n\r\n";
+    const auto row = [](const char *name, const QByteArray &raw, int code, const QByteArray &body = {}) {
+        QTest::newRow(name) << raw << code << body;
+    };
+    row("plain", ok + two, 0, "{}");
+    row("odd case", "HTTP/1.1 200\r\ncOnTeNt-LeNgTh:2\r\n\r\n{}", 0, "{}");
+    row("folded", ok + "X-Long: a\r\n b\r\n\tc\r\n" + two, 0, "{}");
+    row("500 fields", ok + QByteArray("X-Field: some value\r\n").repeated(500) + two, 0, "{}");
+    row("80 large cookies", ok + ("Set-Cookie: a=" + QByteArray(3000, 'x') + "\r\n").repeated(80) + two, 0,
+        "{}");
+    row("90 large cookies", ok + ("Set-Cookie: a=" + QByteArray(3000, 'x') + "\r\n").repeated(90) + two,
+        tooLong);
+    row("a field of 200 KB", ok + "X-Long: " + QByteArray(200000, 'x') + "\r\n" + two, tooLong);
+    row("a line without end", ok + "X-Long: " + QByteArray(8000000, 'x'), tooLong);
+    row("a status line without end", "HTTP/1.1 200 " + QByteArray(8000000, 'x'), tooLong);
+    row("fields without end", ok + QByteArray("a: b\r\n").repeated(1000000), tooLong);
+    row("continue", QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(500) + ok + two, 0, "{}");
+    row("hints", "HTTP/1.1 103 Early Hints\r\nX-Hint: 1\r\n\r\n" + ok + two, 0, "{}");
+    row("continue without end", QByteArray("HTTP/1.1 100 Continue\r\n\r\n").repeated(100000), tooLong);
+    row("switching protocols", "HTTP/1.1 101 Switching\r\nUpgrade: websocket\r\n\r\n", any);
+    row("nothing", "\r\n", any);
+    row("version 3", "HTTP/3.0 200 OK\r\n" + two, badReply);
+    row("another protocol", "ICY 200 OK\r\n\r\nmusic", badReply);
+    row("status of five digits", "HTTP/1.1 20000 OK\r\n" + two, badReply);
+    row("no status", "HTTP/1.1 OK\r\n" + two, badReply);
+    row("length too long", ok + "Content-Length: 3\r\n\r\n{}", lost);
+    row("length below zero", ok + "Content-Length: -2\r\n\r\n{}", any);
+    row("length that is none", ok + "Content-Length: two\r\n\r\n{}", any);
+    row("length beyond all", ok + "Content-Length: 99999999999999999999\r\n\r\n{}", any);
+    row("two lengths", ok + "Content-Length: 2\r\nContent-Length: 5\r\n\r\n{}", any);
+    row("length and chunks",
+        ok + "Content-Length: 9\r\nTransfer-Encoding: chunked\r\n\r\n2\r\n{}\r\n0\r\n\r\n", 0, "{}");
+    row("chunks", chunked + "1;x=y\r\n{\r\n1\r\n}\r\n0\r\nX-Trailer: t\r\n\r\n", 0, "{}");
+    row("huge chunk", chunked + "7fffffffffffffff\r\n{}", lost);
+    row("chunk beyond all", chunked + "ffffffffffffffffffff\r\n{}", any);
+    row("chunk below zero", chunked + "-2\r\n{}\r\n0\r\n\r\n", any);
+    row("chunk of garbage", chunked + "zz\r\n{}\r\n", any);
+    row("NUL in a field", ok + QByteArray("X-Nul: a\0b\r\n", 12) + two, any);
+}
+
+void ExchangeTest::oddReplies()
+{
+    QFETCH(QByteArray, raw);
+    QFETCH(int, code);
+    QFETCH(QByteArray, body);
+    Stage stage;
+    stage.server.on(u"/odd"_s, Response::garbage(raw));
+    stage.server.on(u"/next"_s, Response::ok("[]"));
+    const ServiceReply reply = post(stage, stage.server.url(u"/odd"_s));
+    if (code != any) {
+        QCOMPARE(reply.error.value_or(BrevokError()).code, code);
+        QCOMPARE(reply.body, body);
+    }
+    QVERIFY(!reply.error || !reply.error->description.isEmpty());
+    QCOMPARE(stage.server.requests(u"/odd"_s).size(), 1);
+    QCOMPARE(stage.list(u"/next"_s).body, "[]"_ba);
+}
+
+void ExchangeTest::repliesCutAtEveryByte_data()
+{
+    QTest::addColumn<QByteArray>("whole");
+    QTest::addColumn<Response::Fault>("fault");
+    const QByteArray body = R"({"ErrorCode":0,"SessionId":"id"})";
+    const QByteArray length = "HTTP/1.1 200 OK\r\nContent-Length: 32\r\n\r\n" + body;
+    const QByteArray chunks =
+        "HTTP/1.1 200 OK\r\nTransfer-Encoding: chunked\r\n\r\n20\r\n" + body + "\r\n0\r\n\r\n";
+    QTest::newRow("length, closed") << length << Fault::Close;
+    QTest::newRow("length, reset") << length << Fault::Reset;
+    QTest::newRow("chunks, closed") << chunks << Fault::Close;
+    QTest::newRow("chunks, reset") << chunks << Fault::Reset;
+}
+
+void ExchangeTest::repliesCutAtEveryByte()
+{
+    QFETCH(QByteArray, whole);
+    QFETCH(Response::Fault, fault);
+    Stage stage;
+    qsizetype at = 1;
+    stage.server.on(
+        u"/cut"_s, [&](const Request &) { return Response{.fault = fault, .raw = whole.first(at)}; });
+    // The line break behind the last chunk is no more than politeness.
+    const qsizetype needed = whole.endsWith("\r\n0\r\n\r\n") ? whole.size() - 2 : whole.size();
+    for (; at < needed; ++at) {
+        const ServiceReply reply = post(stage, stage.server.url(u"/cut"_s));
+        QVERIFY2(reply.error && !reply.error->description.isEmpty(), QByteArray::number(at));
+        QVERIFY(reply.body.isEmpty());
+        QCOMPARE(stage.server.requests().size(), at);
+    }
+}
+
+void ExchangeTest::gzipCutAnywhereIsNoticed()
+{
+    Stage stage;
+    const QByteArray member =
+        QByteArray::fromHex("1f8b0800000000000203cb48cdc9c9070086a6103605000000"); // hello
+    const QByteArray whole = member.repeated(40);
+    qsizetype at = 0;
+    stage.server.on(u"/list"_s, [&](const Request &) {
+        return Response{.headers = {{"Content-Encoding", "gzip"}}, .body = whole.first(at)};
+    });
+    for (at = 10; at < whole.size(); at += 100) {
+        QCOMPARE(stage.list(u"/list"_s).error.value_or(BrevokError()).code, lost);
+    }
+    at = whole.size();
+    QCOMPARE(stage.list(u"/list"_s).body, QByteArray("hello").repeated(40));
+}
+
+void ExchangeTest::whatExpandsIsStopped()
+{
+    Stage stage;
+    // A million bytes of zero as one member, a thousand times over.
+    const QByteArray member = QByteArray::fromHex("1f8b0800000000000203") + [] {
+        const QByteArray zlib = qCompress(QByteArray(1000000, '\0'), 9).sliced(4);
+        return zlib.sliced(2).chopped(4);
+    }() + QByteArray::fromHex("9ecb791240420f00");
+    stage.server.on(u"/bomb"_s, {.headers = {{"Content-Encoding", "gzip"}}, .body = member, .repeat = 1000});
+    const qint64 before = peakBytes();
+    const ServiceReply reply = post(stage, stage.server.url(u"/bomb"_s));
+    QCOMPARE(reply.error.value_or(BrevokError()).description, u"The server sent more data than expected."_s);
+    QVERIFY2(peakBytes() - before < 48LL * 1024 * 1024, QByteArray::number(peakBytes() - before));
+}
+
+void ExchangeTest::aDrippingBodyEnds()
+{
+    Stage stage;
+    stage.server.on(u"/drip"_s, {.body = QByteArray(1000000, ' '), .dripMs = 20});
+    const ServiceReply reply = post(
+        stage, stage.server.url(u"/drip"_s), [](ExchangeRequest &request) { request.limits.wholeMs = 500; });
+    QCOMPARE(reply.error.value_or(BrevokError()).code, tooSlow);
+    QCOMPARE(reply.error.value_or(BrevokError()).description, u"The request timed out."_s);
+    QCOMPARE(stage.server.requests().size(), 1);
+}
+
+void ExchangeTest::redirectsOfAPost_data()
+{
+    QTest::addColumn<int>("status");
+    QTest::addColumn<bool>("away");
+    QTest::addColumn<int>("code");
+    for (const int status : {301, 302, 303, 307, 308}) {
+        const bool keeps = status > 303;
+        QTest::addRow("%d", status) << status << false << (keeps ? 0 : -1010);
+        QTest::addRow("%d, elsewhere", status) << status << true << -1010;
+    }
+}
+
+void ExchangeTest::redirectsOfAPost()
+{
+    QFETCH(int, status);
+    QFETCH(bool, away);
+    QFETCH(int, code);
+    Stage stage;
+    FaultServer elsewhere;
+    elsewhere.on(u"/there"_s, Response::ok(R"({"ok":1})"));
+    stage.server.on(u"/there"_s, Response::ok(R"({"ok":1})"));
+    const QUrl target = (away ? elsewhere : stage.server).url(u"/there"_s);
+    stage.server.on(u"/report"_s, Response::redirect(target.toEncoded(), status));
+    QCOMPARE(post(stage, stage.server.url(u"/report"_s)).error.value_or(BrevokError()).code, code);
+    QVERIFY(elsewhere.requests().isEmpty());
+    QCOMPARE(
+        stage.server.requests(u"/there"_s).value(0).body, code == 0 ? R"({"password":"secret"})"_ba : ""_ba);
+}
+
+void ExchangeTest::aChallengeIsNoReasonToSendAgain_data()
+{
+    QTest::addColumn<QByteArray>("challenge");
+    for (const char *challenge :
+        {"NTLM", "Negotiate", "Basic realm=x", "Digest realm=x, nonce=y, qop=auth"}) {
+        QTest::newRow(challenge) << QByteArray(challenge);
+    }
+}
+
+void ExchangeTest::aChallengeIsNoReasonToSendAgain()
+{
+    QFETCH(QByteArray, challenge);
+    Stage stage;
+    stage.server.on(
+        u"/signin"_s, {.status = 401, .headers = {{"WWW-Authenticate", challenge}}, .body = "no"});
+    const ServiceReply reply = post(stage, stage.server.url(u"/signin"_s));
+    QCOMPARE(reply.status, 401);
+    QCOMPARE(reply.body, "no"_ba);
+    QCOMPARE(stage.server.requests().size(), 1);
+    QVERIFY(stage.server.requests().constFirst().header("Authorization").isNull());
+}
+
+// The connection was kept, and breaks when the request is there: what the server did with it is unknown.
+void ExchangeTest::aBrokenConnectionIsNoReasonToSendAgain()
+{
+    Stage stage;
+    stage.server.on(u"/list"_s, Response::ok("[]"));
+    stage.server.on(u"/signin"_s, Response::reset());
+    QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+    QCOMPARE(post(stage, stage.server.url(u"/signin"_s)).error.value_or(BrevokError()).code, lost);
+    QCOMPARE(stage.server.requests(u"/signin"_s).size(), 1);
+}
+
+void ExchangeTest::badProxies_data()
+{
+    QTest::addColumn<QByteArray>("answer");
+    QTest::addColumn<int>("code");
+    QTest::newRow("hangs") << QByteArray() << timedOutCode;
+    QTest::newRow("HTML") << QByteArray(
+        "HTTP/1.1 403 No\r\nContent-Type: text/html\r\nContent-Length: 6\r\n\r\n<html>")
+                          << -1004;
+    QTest::newRow("asks for a password")
+        << QByteArray("HTTP/1.1 407 Who\r\nProxy-Authenticate: Basic realm=x\r\nContent-Length: 0\r\n\r\n")
+        << -1004;
+    QTest::newRow("garbage") << QByteArray("<html>\r\n\r\n") << any;
+    QTest::newRow("a head without end")
+        << QByteArray("HTTP/1.1 200 OK\r\nX: ") + QByteArray(8000000, 'x') << any;
+}
+
+void ExchangeTest::badProxies()
+{
+    QFETCH(QByteArray, answer);
+    QFETCH(int, code);
+    Stage stage;
+    BadProxy proxy(answer);
+    qputenv("https_proxy", "http://127.0.0.1:" + QByteArray::number(proxy.serverPort()));
+    const ServiceReply reply = post(stage, QUrl(u"https://service.example/signin"_s),
+        [](ExchangeRequest &request) { request.limits.silenceMs = 500; });
+    qunsetenv("https_proxy");
+    QVERIFY(reply.error && !reply.error->description.isEmpty());
+    QCOMPARE(reply.status, 0);
+    if (code != any) {
+        QCOMPARE(reply.error->code, code);
+    }
+    QCOMPARE(proxy.asked.count("CONNECT "), 1);
+    QVERIFY(!proxy.asked.contains("secret"));
+}
+
+void ExchangeTest::nobodyWaitsForAnother_data()
+{
+    QTest::addColumn<bool>("tls");
+    QTest::newRow("TLS") << true;
+    QTest::newRow("plain") << false;
+}
+
+// "localhost" has two addresses on most machines, and only one of them is listened at.
+void ExchangeTest::nobodyWaitsForAnother()
+{
+    QFETCH(bool, tls);
+    Stage stage;
+    FaultServer plain{FaultServer::Plain()};
+    FaultServer &server = tls ? stage.server : plain;
+    server.on(u"/silent"_s, Response::silent());
+    server.on(u"/quick"_s, Response::ok("icon"));
+    bool answered = false;
+    const auto answer = [&answered](const ServiceReply &) {
+        answered = true;
+    };
+    auto context = std::make_unique<QObject>();
+    stage.network.send(stage.network.request(server.url(u"/silent"_s)), context.get(), answer);
+    QCOMPARE(stage.file(server.url(u"/quick"_s)).body, "icon"_ba);
+    QVERIFY(!answered);
+    context.reset();
+    QTRY_VERIFY_WITH_TIMEOUT(server.connections() <= 1, patient);
+}
+
+void ExchangeTest::whatIsSent()
+{
+    Stage stage;
+    stage.server.on(u"/a"_s, Response::ok("{}"));
+    post(stage, stage.server.url(u"/a"_s), [](ExchangeRequest &request) {
+        request.headers.emplaceBack("Cookie", "SessionId=a\r\nX-Forged: 1");
+    });
+    const Request request = stage.server.requests().value(0);
+    QVERIFY(QRegularExpression(u"^TolvaneBrevok/[0-9.]+$"_s)
+                .match(QString::fromLatin1(request.header("User-Agent")))
+                .hasMatch());
+    QList<QByteArray> names;
+    for (const auto &[name, value] : request.headers) {
+        names.append(name);
+    }
+    QCOMPARE(names,
+        (QList<QByteArray>{"Host", "User-Agent", "Content-Type", "Accept-Encoding", "Content-Length"}));
+}
+
+void ExchangeTest::cookies_data()
+{
+    QTest::addColumn<QList<QByteArray>>("set");
+    QTest::addColumn<QByteArray>("sent");
+    const auto row = [](const char *name, const QList<QByteArray> &set, const QByteArray &sent) {
+        QTest::newRow(name) << set << sent;
+    };
+    row("several", {"a=1", "b=\"2\"; Secure; HttpOnly"}, "a=1; b=\"2\"");
+    row("again", {"a=1; Path=/", "a=2; Path=/"}, "a=2");
+    row("another path", {"a=1; Path=/elsewhere", "b=2; Path=/api/pl", "c=3; Path=/api"}, "c=3");
+    row("none of ours", {"SessionId=planted"}, "");
+    row("no cookies", {"", "=1", ";"}, "");
+    row("ends at once", {"a=1", "a=; Max-Age=0", "b=1; Max-Age=60; Expires=Sun, 06 Nov 1994 08:49:37 GMT"},
+        "b=1");
+    row("ended",
+        {"a=1; Expires=Sun, 06 Nov 1994 08:49:37 GMT", "b=1; Expires=Sun, 06-Nov-1994 08:49:37 GMT",
+            "c=1; Expires=whenever", "d=1; Expires=Sun, 06 Nov 2094 08:49:37 GMT"},
+        "c=1; d=1");
+    row("too large", {"a=" + QByteArray(5000, 'x'), "b=1"}, "b=1");
+}
+
+void ExchangeTest::cookies()
+{
+    QFETCH(QList<QByteArray>, set);
+    QFETCH(QByteArray, sent);
+    const QUrl url(u"https://service.example/api/plugins"_s);
+    ServiceCookies cookies;
+    for (const QByteArray &line : set) {
+        cookies.take({{"set-cookie", line}}, url);
+    }
+    QCOMPARE(cookies.headerFor(url), sent);
+}
+
+QTEST_GUILESS_MAIN(ExchangeTest)
+#include "test_exchange.moc"

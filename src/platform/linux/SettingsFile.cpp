@@ -84,7 +84,7 @@ QString SettingsFile::moveAside(const QString &reason)
 QString SettingsFile::write(const QVariantMap &changes)
 {
     if (changes.isEmpty()) {
-        const QString problem = read();
+        QString problem = read();
         if (!problem.isEmpty() || !m_isGone) {
             return problem;
         }

@@ -18,10 +18,10 @@ StoreWorker::StoreWorker(std::chrono::milliseconds retry, Task due)
     m_thread.setMaxThreadCount(1);
     m_thread.setExpiryTimeout(threadExpiryMs);
     m_retry.setInterval(retry);
-    for (QTimer *timer : {&m_soon, &m_retry}) {
-        timer->setSingleShot(true);
-        QObject::connect(timer, &QTimer::timeout, timer, due);
-    }
+    m_soon.setSingleShot(true);
+    m_retry.setSingleShot(true);
+    QObject::connect(&m_soon, &QTimer::timeout, &m_soon, due);
+    QObject::connect(&m_retry, &QTimer::timeout, &m_retry, std::move(due));
 }
 
 StoreWorker::~StoreWorker()

@@ -30,9 +30,9 @@ InstallWorkload::InstallWorkload(int definitions)
     QJsonArray products;
     QString last;
     const auto addProduct = [&](const QString &name, const QString &prefix) {
-        products.append(Record{{PackageKeys::name, name}, {PackageKeys::prefix, prefix},
-            {PackageKeys::version, u"2.0"_s}, {PackageKeys::published, u"2026"_s},
-            {PackageKeys::platform, PluginKeys::mac}});
+        products.append(
+            Record{{PackageKeys::name, name}, {PackageKeys::prefix, prefix}, {PackageKeys::version, u"2.0"_s},
+                {PackageKeys::published, u"2026"_s}, {PackageKeys::platform, PluginKeys::mac}});
     };
     for (const QJsonValue build : std::as_const(builds)) {
         if (const QString prefix = build[PluginKeys::prefix].toString(); prefix != last) {
@@ -88,8 +88,8 @@ void InstallWorkload::waitUntilSettled(int operations)
 {
     const BrevokPackages &packages = m_rig.packages;
     while (m_ended < operations || packages.updating() || packages.needUpdate()) {
-        QCoreApplication::processEvents(m_rig.service.downloads.isEmpty() ? QEventLoop::WaitForMoreEvents
-                                                                          : QEventLoop::AllEvents);
+        QCoreApplication::processEvents(
+            m_rig.service.downloads.isEmpty() ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
         if (!m_rig.service.downloads.isEmpty()) { // one a turn, as they would come
             const QString name = m_rig.service.downloads.constFirst().url.path().section(u'/', -1);
             m_rig.answerDownload(InstallRig::archiveOf(name.section(u'-', 0, 0), 140));

@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QJsonDocument>
 
 namespace brevok::bench {
@@ -69,19 +70,15 @@ void InstallWorkload::remove()
 
 bool InstallWorkload::refresh(const QByteArray &list)
 {
-    bool taken = false;
+    QEventLoop loop;
     m_rig.service.lists.clear();
-    m_rig.plugins.checkForUpdates([&taken](bool ok) { taken = ok; });
+    m_rig.plugins.checkForUpdates([&](bool) {
+        m_rig.state.commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); });
+    });
     m_rig.service.lists.takeFirst().handler({.status = 200, .body = list, .headers = {}, .error = {}});
-    int stored = -1;
-    while (stored < 0) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        if (std::exchange(taken, false)) {
-            m_rig.state.commit({}, &m_rig.flow, [&stored](const auto &error) { stored = error ? 0 : 1; });
-        }
-    }
+    const bool stored = loop.exec() == 0;
     waitUntilSettled(0);
-    return stored == 1;
+    return stored;
 }
 
 void InstallWorkload::waitUntilSettled(int operations)

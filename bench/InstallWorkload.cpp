@@ -7,6 +7,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QJsonDocument>
 
 namespace brevok::bench {
@@ -30,9 +31,9 @@ InstallWorkload::InstallWorkload(int definitions)
     QJsonArray products;
     QString last;
     const auto addProduct = [&](const QString &name, const QString &prefix) {
-        products.append(Record{{PackageKeys::name, name}, {PackageKeys::prefix, prefix},
-            {PackageKeys::version, u"2.0"_s}, {PackageKeys::published, u"2026"_s},
-            {PackageKeys::platform, PluginKeys::mac}});
+        products.append(
+            Record{{PackageKeys::name, name}, {PackageKeys::prefix, prefix}, {PackageKeys::version, u"2.0"_s},
+                {PackageKeys::published, u"2026"_s}, {PackageKeys::platform, PluginKeys::mac}});
     };
     for (const QJsonValue build : std::as_const(builds)) {
         if (const QString prefix = build[PluginKeys::prefix].toString(); prefix != last) {
@@ -69,27 +70,23 @@ void InstallWorkload::remove()
 
 bool InstallWorkload::refresh(const QByteArray &list)
 {
-    bool taken = false;
+    QEventLoop loop;
     m_rig.service.lists.clear();
-    m_rig.plugins.checkForUpdates([&taken](bool ok) { taken = ok; });
+    m_rig.plugins.checkForUpdates([&](bool) {
+        m_rig.state.commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); });
+    });
     m_rig.service.lists.takeFirst().handler({.status = 200, .body = list, .headers = {}, .error = {}});
-    int stored = -1;
-    while (stored < 0) {
-        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
-        if (std::exchange(taken, false)) {
-            m_rig.state.commit({}, &m_rig.flow, [&stored](const auto &error) { stored = error ? 0 : 1; });
-        }
-    }
+    const bool stored = loop.exec() == 0;
     waitUntilSettled(0);
-    return stored == 1;
+    return stored;
 }
 
 void InstallWorkload::waitUntilSettled(int operations)
 {
     const BrevokPackages &packages = m_rig.packages;
     while (m_ended < operations || packages.updating() || packages.needUpdate()) {
-        QCoreApplication::processEvents(m_rig.service.downloads.isEmpty() ? QEventLoop::WaitForMoreEvents
-                                                                          : QEventLoop::AllEvents);
+        QCoreApplication::processEvents(
+            m_rig.service.downloads.isEmpty() ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
         if (!m_rig.service.downloads.isEmpty()) { // one a turn, as they would come
             const QString name = m_rig.service.downloads.constFirst().url.path().section(u'/', -1);
             m_rig.answerDownload(InstallRig::archiveOf(name.section(u'-', 0, 0), 140));

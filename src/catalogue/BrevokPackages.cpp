@@ -33,8 +33,7 @@ ListRefresh::Wording wording()
 BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     : QObject(parent)
     , m_state(collaborators.state)
-    , m_refresh(new ListRefresh(
-          wording(), collaborators.state, collaborators.service, collaborators.alerts,
+    , m_refresh(new ListRefresh(wording(), collaborators.state, collaborators.service, collaborators.alerts,
           {.read =
                   [this](const QJsonArray &list, const QByteArray & /*mark*/) {
                       return [this, list](const Task &taken) {

@@ -48,8 +48,7 @@ BrevokPlugins::BrevokPlugins(
     , m_state(state)
     , m_service(service)
     , m_alerts(alerts)
-    , m_refresh(new ListRefresh(
-          wording(), state, service, alerts, listOwner(), this))
+    , m_refresh(new ListRefresh(wording(), state, service, alerts, listOwner(), this))
 {
     if (sharedPlugins == nullptr) {
         sharedPlugins = this;
@@ -202,17 +201,14 @@ void BrevokPlugins::checkForUpdates(const std::function<void(bool ok)> &ended)
 ListRefresh::Owner BrevokPlugins::listOwner()
 {
     return {.read = [this](QJsonArray list, const QByteArray &mark) -> ListRefresh::Taking {
-        auto read = std::make_shared<PluginList>(newestBuilds(std::exchange(list, {})));
-        // What is left out is told of each time.
-        return [this, read, mark = read->allValid ? mark : QByteArray()](const Task &taken) {
-            take({.list = read, .mark = mark, .taken = taken});
-            mergeOn();
-        };
-    },
-        .keptMark =
-            [this] {
-                return m_keptMark;
+                auto read = std::make_shared<PluginList>(newestBuilds(std::exchange(list, {})));
+                // What is left out is told of each time.
+                return [this, read, mark = read->allValid ? mark : QByteArray()](const Task &taken) {
+                    take({.list = read, .mark = mark, .taken = taken});
+                    mergeOn();
+                };
             },
+        .keptMark = [this] { return m_keptMark; },
         .keep =
             [this](const Task &taken) {
                 announceChange();

@@ -233,8 +233,7 @@ DefinitionPtr DefinitionTables::mergedBuild(ListedBuild &build)
 {
     DefinitionPtr &definition = m_byBuild[build.key];
     if (!definition) {
-        definition =
-            std::make_shared<PluginDefinition>(PluginDefinition{build.key, std::move(build.record)});
+        definition = std::make_shared<PluginDefinition>(PluginDefinition{build.key, std::move(build.record)});
         return definition;
     }
     const bool newLink = copyValue(PluginKeys::link, build.record, definition->record);

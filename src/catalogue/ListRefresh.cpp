@@ -109,10 +109,11 @@ void ListRefresh::readContent(const QByteArray &body, const CheckHandler &end)
 ListRefresh::Content ListRefresh::contentOf(
     const QByteArray &body, const QByteArray &kept, const Owner &owner)
 {
-    const QByteArray mark = owner.keptMark ? QCryptographicHash::hash(body, QCryptographicHash::Blake2b_256).toHex()
-                                           : QByteArray();
+    const QByteArray mark = owner.keptMark
+        ? QCryptographicHash::hash(body, QCryptographicHash::Blake2b_256).toHex()
+        : QByteArray();
     if (!mark.isEmpty() && mark == kept) {
-        return {.take = owner.keep};
+        return {.take = owner.keep, .body = body, .kept = kept};
     }
     QJsonParseError problem;
     QJsonDocument document = QJsonDocument::fromJson(body, &problem);
@@ -142,6 +143,10 @@ void ListRefresh::noteDate()
 
 void ListRefresh::handleContent(const Content &content, const CheckHandler &end)
 {
+    if (!content.kept.isEmpty() && content.kept != m_owner.keptMark()) {
+        readContent(content.body, end); // another list was taken over meanwhile
+        return;
+    }
     if (content.take) {
         content.take([self = QPointer<ListRefresh>(this), end] {
             if (self) {

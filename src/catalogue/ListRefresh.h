@@ -73,13 +73,15 @@ private:
     struct Content {
         Taking take{}; ///< nothing when it is no list
         QByteArray body{};
+        QByteArray kept{}; ///< the mark, when it is the list that is kept
         std::optional<BrevokError> error{};
     };
 
     void handle(const ServiceReply &reply, const CheckHandler &end);
     void handleTransportError(const ServiceReply &reply);
     void readContent(const QByteArray &body, const CheckHandler &end);
-    [[nodiscard]] static Content contentOf(const QByteArray &body, const QByteArray &kept, const Owner &owner);
+    [[nodiscard]] static Content contentOf(
+        const QByteArray &body, const QByteArray &kept, const Owner &owner);
     void handleContent(const Content &content, const CheckHandler &end);
     void noteDate();
     void schedule(int seconds);

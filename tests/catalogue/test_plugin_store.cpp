@@ -29,6 +29,7 @@ private Q_SLOTS:
     void aKeptListIsNotTakenAgain();
     void aListIsTakenAgainWhenSomethingIsMissing_data();
     void aListIsTakenAgainWhenSomethingIsMissing();
+    void theListThatCameLastCounts();
     void dropsAndReplacementsSurvive();
     void aVanishedFileIsWrittenWhole();
     void wrongShapesInsideAreLeftOut();
@@ -138,8 +139,7 @@ void PluginStoreTest::aListIsTakenAgainWhenSomethingIsMissing()
 {
     QFETCH(QString, what);
     Fixture f;
-    QJsonArray list{
-        Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"Q"_s, u"1"_s, 140)};
+    QJsonArray list{Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"Q"_s, u"1"_s, 140)};
     const bool invalid = what.contains(u"invalid"_s);
     if (invalid) {
         list.append(7);
@@ -163,9 +163,27 @@ void PluginStoreTest::aListIsTakenAgainWhenSomethingIsMissing()
     plugins.start();
     f.service.answerList(Fixture::good(list));
     QCOMPARE(Fixture::buildsOf(plugins, u"Q"_s), QStringList{u"140:B_1"_s});
-    QCOMPARE(plugins.definition(u"140:A_1"_s)->record.value(PluginKeys::link).toString(),
-        u"https://x/a.zip"_s);
+    QCOMPARE(
+        plugins.definition(u"140:A_1"_s)->record.value(PluginKeys::link).toString(), u"https://x/a.zip"_s);
     QCOMPARE(LogCapture::count(u"plugin is not nsdirectory!"_s), invalid ? 2 : 0);
+}
+
+void PluginStoreTest::theListThatCameLastCounts()
+{
+    Fixture f;
+    BrevokPlugins plugins(f.state, f.service, f.alerts);
+    plugins.start();
+    const auto listWith = [](const QString &link) {
+        return Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140, link)});
+    };
+    f.service.answerList(listWith(u"first"_s));
+    int ended = 0;
+    for (const QString &link : {u"second"_s, u"first"_s}) {
+        plugins.checkForUpdates([&ended](bool ok) { ended += ok ? 1 : 0; });
+        f.service.lists.takeLast().handler(listWith(link)); // while the one before is being read
+    }
+    QTRY_COMPARE(ended, 2);
+    QCOMPARE(plugins.definition(u"140:A_1"_s)->record.value(PluginKeys::link).toString(), u"first"_s);
 }
 
 void PluginStoreTest::dropsAndReplacementsSurvive()

@@ -58,8 +58,9 @@ TerminationRequests::TerminationRequests(QObject *parent)
 
 TerminationRequests::~TerminationRequests()
 {
+    // The program ends already: asked once more in these moments, it is not to end as if it had failed.
     for (const int number : endings) {
-        std::signal(number, SIG_DFL);
+        std::signal(number, SIG_IGN);
     }
     if (m_readEnd >= 0) {
         ::close(m_readEnd);

@@ -203,12 +203,28 @@ bool standsAlone(QStringView text, qsizetype at, qsizetype length)
         && !letterAtEnd.match(text.sliced(from, at - from).toString()).hasMatch();
 }
 
-qsizetype lengthOfSecret(QStringView text, qsizetype at, const Secret &secret)
+// What a text begins with in each spelling: decoded once, not for every secret.
+using Beginnings = std::array<uint, decoders.size()>;
+
+Beginnings beginningsOf(QStringView text)
+{
+    Beginnings codes{};
+    std::transform(decoders.cbegin(), decoders.cend(), codes.begin(), [text](Decoder decoder) {
+        const Character escaped = decoder != nullptr ? decoder(text) : Character{};
+        return escaped.length > 0 ? escaped.code : asItIs(text).code;
+    });
+    return codes;
+}
+
+qsizetype lengthOfSecret(QStringView text, qsizetype at, const Secret &secret, const Beginnings &beginnings)
 {
     const QStringView rest = text.sliced(at);
+    const uint first = secret.characters.front();
     qsizetype length = 0;
-    for (const Decoder decoder : decoders) {
-        length = std::max(length, spelled(rest, secret.characters, decoder));
+    for (size_t i = 0; i < decoders.size(); ++i) {
+        if (first == beginnings.at(i) || first == beginnings.front()) {
+            length = std::max(length, spelled(rest, secret.characters, decoders.at(i)));
+        }
     }
     if (length == 0) {
         const auto found = std::find_if(secret.base64.cbegin(), secret.base64.cend(),
@@ -224,9 +240,10 @@ QString withoutKnown(const QString &text, const QList<Secret> &secrets)
     QString result;
     qsizetype from = 0;
     for (qsizetype at = 0; at < text.size();) {
+        const Beginnings beginnings = beginningsOf(QStringView(text).sliced(at));
         qsizetype length = 0;
         for (const Secret &secret : secrets) {
-            length = std::max(length, lengthOfSecret(text, at, secret));
+            length = std::max(length, lengthOfSecret(text, at, secret, beginnings));
         }
         if (length > 0) {
             result += QStringView(text).sliced(from, at - from);
@@ -251,7 +268,10 @@ void keepCookieSecrets(const QByteArray &setCookie)
     const QList<QByteArray> fields = setCookie.split('\n');
     for (const QByteArray &field : fields) {
         const QByteArray pair = field.left(field.indexOf(';') < 0 ? field.size() : field.indexOf(';'));
-        const auto value = QString::fromUtf8(pair.sliced(pair.indexOf('=') + 1)).trimmed();
+        auto value = QString::fromUtf8(pair.sliced(pair.indexOf('=') + 1)).trimmed();
+        if (value.size() > 2 && value.startsWith(u'"') && value.endsWith(u'"')) {
+            value = value.sliced(1).chopped(1); // it may come back without them
+        }
         if (value.size() >= shortest) { // else a mark, such as a language's, and no proof of anything
             keep(&Kept::cookies, value);
         }
@@ -283,7 +303,7 @@ QString withoutSecretFields(const QString &text)
 QString excerpt(const QByteArray &reply)
 {
     constexpr qsizetype shown = 256;
-    constexpr qsizetype read = qsizetype{64} * 1024; // a secret that begins in what is shown ends in it
+    constexpr qsizetype read = qsizetype{16} * 1024; // a secret that begins in what is shown ends in it
     const QString text = withoutSecretFields(QString::fromUtf8(reply.left(read)));
     const bool cutsPair = text.size() > shown && text[shown].isLowSurrogate();
     return oneLine(text.left(cutsPair ? shown - 1 : shown));

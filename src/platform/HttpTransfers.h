@@ -51,7 +51,7 @@ enum class HttpFailure {
     NoSecureConnection,
     CertificateUntrusted,
     NoHttp, ///< what came is no reply
-    NotDecodable, ///< called gzip, but is not; the body is what came
+    NotDecodable, ///< called gzip, but is not; the body is the beginning of what came
     HeadTooLong,
     BodyTooLong,
     BodyTooShort, ///< than expected, for a file

@@ -48,7 +48,7 @@ QString headerText(const HeaderFields &headers)
             QString::fromLatin1(name), secret ? u"(not logged)"_s : QString::fromUtf8(value));
     }
     return oneLine(
-        u"{%1}"_s.arg(withoutSecretFields(fields.join("; "_L1).left(longestHeaders))), longestHeaders);
+        u"{%1}"_s.arg(withoutSecretFields(fields.join("; "_L1).left(2 * longestHeaders))), longestHeaders);
 }
 
 } // namespace
@@ -187,6 +187,7 @@ void Connectivity::send(const QUrl &url, const QByteArray &method, ServiceClient
 {
     ExchangeRequest request = m_network.request(url);
     request.method = method;
+    request.redirects = method == "POST" ? RedirectRule::SameOrigin : RedirectRule::SecureOnly;
     request.cookies = CookieRule::Take;
     request.logsChallenges = true;
     request.limits.bodyBytes = longestBody;

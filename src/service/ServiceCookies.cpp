@@ -4,6 +4,7 @@
 #include "service/ServiceCookies.h"
 
 #include "foundation/Secrets.h"
+#include "foundation/UntrustedText.h"
 
 #include <QLocale>
 #include <QTimeZone>
@@ -24,7 +25,7 @@ QDateTime dateOf(const QByteArray &text)
 {
     const QString plain = QString::fromLatin1(text).replace(u'-', u' ').section(u", "_s, 1);
     QDateTime date = QLocale::c().toDateTime(plain, u"dd MMM yyyy HH:mm:ss 'GMT'"_s);
-    date.setTimeSpec(Qt::UTC);
+    date.setTimeZone(QTimeZone::utc());
     return date;
 }
 
@@ -45,13 +46,12 @@ bool pathMatches(const QByteArray &cookie, const QByteArray &path)
 void ServiceCookies::take(const HeaderFields &headers, const QUrl &url)
 {
     for (const auto &[name, line] : headers) {
-        if (name.compare("Set-Cookie", Qt::CaseInsensitive) != 0) {
+        // What could not travel in a header would shut out the others, the session's too.
+        if (name.compare("Set-Cookie", Qt::CaseInsensitive) != 0 || line.size() > longestCookie
+            || !isHarmless(QString::fromUtf8(line))) {
             continue;
         }
         keepCookieSecrets(line);
-        if (line.size() > longestCookie) {
-            continue;
-        }
         QList<QByteArray> parts = line.split(';');
         const QByteArray pair = parts.takeFirst().trimmed();
         const qsizetype equals = pair.indexOf('=');

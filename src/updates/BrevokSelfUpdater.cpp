@@ -147,6 +147,7 @@ void BrevokSelfUpdater::choose(const QList<AppcastItem> &items)
 {
     const UpdateChoice choice = chooseUpdate(items,
         {.installedVersion = m_with.version,
+            .installedShownVersion = m_with.shownVersion,
             .systemVersion = m_with.systemVersion,
             .channel = m_with.source.channel,
             .skippedVersion =

@@ -25,9 +25,11 @@ bool suits(const AppcastItem &item, const UpdateRules &rules)
     const bool systemSuits = item.minimumSystemVersion.isEmpty() || rules.systemVersion.isEmpty()
         || !isNewer(item.minimumSystemVersion, rules.systemVersion);
     const bool skipped = !rules.skippedVersion.isEmpty() && !isNewer(item.version, rules.skippedVersion);
+    const bool shownIsNoOlder =
+        rules.installedShownVersion.isEmpty() || !isNewer(rules.installedShownVersion, item.shownVersion());
     const bool channelSuits = item.channel.isEmpty() || item.channel == rules.channel;
-    return channelSuits && !item.version.isEmpty() && isNewer(item.version, rules.installedVersion)
-        && systemSuits && !skipped;
+    return channelSuits && (item.displayVersion.isEmpty() || shownIsNoOlder) && !item.version.isEmpty()
+        && isNewer(item.version, rules.installedVersion) && systemSuits && !skipped;
 }
 
 QString refusalOf(const AppcastItem &item)

@@ -10,7 +10,8 @@ namespace brevok {
 /// What an update must suit.
 struct UpdateRules {
     QString installedVersion; ///< only newer ones are updates
-    QString systemVersion; ///< empty when the system does not tell: then every minimum is met
+    QString installedShownVersion{}; ///< what users see of it: no package says less of itself; may be empty
+    QString systemVersion{}; ///< empty when the system does not tell: then every minimum is met
     QString channel{}; ///< offered beside the stable one; may be empty
     QString skippedVersion{}; ///< neither this one nor an older one is offered; may be empty
 };

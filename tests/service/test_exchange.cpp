@@ -211,6 +211,10 @@ void ExchangeTest::gzipCutAnywhereIsNoticed()
     }
     at = whole.size();
     QCOMPARE(stage.list(u"/list"_s).body, QByteArray("hello").repeated(40));
+    for (const qsizetype size : {65535, 65536, 65537, 131072}) { // as large as what unpacks it, and beside
+        stage.server.on(u"/list"_s, {.body = QByteArray(size, ' '), .gzip = true});
+        QCOMPARE(stage.list(u"/list"_s).received, size);
+    }
 }
 
 void ExchangeTest::whatExpandsIsStopped()
@@ -402,6 +406,7 @@ void ExchangeTest::cookies_data()
             "c=1; Expires=whenever", "d=1; Expires=Sun, 06 Nov 2094 08:49:37 GMT"},
         "c=1; d=1");
     row("too large", {"a=" + QByteArray(5000, 'x'), "b=1"}, "b=1");
+    row("a control character", {"a=1\r2", "b=\x1b", "c=1"}, "c=1");
 }
 
 void ExchangeTest::cookies()

@@ -79,6 +79,8 @@ void AppcastTest::choices_data()
     row("the same version", {{.version = "100"}}, {});
     row("the same version, written longer", {{.version = "100.0"}}, {});
     row("a downgrade", {{.version = "99.9"}}, {});
+    row("a downgrade that counts as newer",
+        {{.version = "999", .more = "<sparkle:shortVersionString>0.9</sparkle:shortVersionString>"}}, {});
     row("a test version of what is installed", {{.version = "100b2"}}, {});
     row("no version", {{}}, {});
     row("a version that is too long", {{.version = QByteArray("9").repeated(200)}}, {});
@@ -148,6 +150,7 @@ void AppcastTest::choices()
     QVERIFY(!error);
     const UpdateChoice choice = chooseUpdate(parsed,
         {.installedVersion = u"100"_s,
+            .installedShownVersion = u"1.0.0"_s,
             .systemVersion = u"12"_s,
             .channel = channel,
             .skippedVersion = skipped});

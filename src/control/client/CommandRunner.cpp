@@ -175,8 +175,8 @@ void CommandRunner::handleResult(const QDBusMessage &reply)
         endWith(json ? documentText(document) : settingText(document[m_command.arguments.first()]) + u'\n');
         break;
     case Verb::ShowReport:
-    case Verb::ShowUsage: // a document of its own, byte for byte as it would be sent
-        endWith(reply.arguments().value(0).toString() + u'\n');
+    case Verb::ShowUsage: // a document of its own
+        endWith(documentText(reply.arguments().value(0).toString()));
         break;
     default:
         end(reply.arguments().value(0).toStringList());

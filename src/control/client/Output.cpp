@@ -47,11 +47,15 @@ void printComplaint(const QString &reason)
 
 QString documentText(const QJsonObject &document)
 {
-    const auto json = QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact));
+    return documentText(QString::fromUtf8(QJsonDocument(document).toJson(QJsonDocument::Compact)));
+}
+
+QString documentText(const QString &json)
+{
     QString text;
     text.reserve(json.size() + 1);
     for (const QChar character : json) {
-        if (character.isSurrogate() || isHarmless(character)) {
+        if (character == u'\n' || character.isSurrogate() || isHarmless(character)) {
             text += character;
         } else {
             text += u"\\u%1"_s.arg(static_cast<uint>(character.unicode()), 4, 16, QChar(u'0'));

@@ -21,6 +21,8 @@ void printComplaint(const QString &reason);
 
 /// @p document as it is printed under --json.
 [[nodiscard]] QString documentText(const QJsonObject &document);
+/// The same for a document that is text already.
+[[nodiscard]] QString documentText(const QString &json);
 
 /// What --json prints where there is no other document: whether all went well, and what did not.
 [[nodiscard]] QString failuresText(const QStringList &failures);

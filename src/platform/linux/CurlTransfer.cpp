@@ -212,7 +212,9 @@ bool CurlTransfer::takeBody(QByteArrayView data)
     }
     const bool goesOn = m_gzip->add(data);
     if (m_gzip->isBroken()) {
-        m_reply.body = data.toByteArray();
+        if (m_reply.body.isEmpty()) {
+            m_reply.body = data.toByteArray();
+        }
         return fail(HttpFailure::NotDecodable, u"The body is called gzip, but is not"_s);
     }
     return goesOn;
@@ -238,17 +240,22 @@ bool CurlTransfer::keepInFile(QByteArrayView data)
     if (!m_part) {
         m_part.emplace(m_order.request.destination);
         if (!m_part->open()) {
-            return fail(HttpFailure::NotStored, m_part->errorText(), errno);
+            return failToStore(errno);
         }
     }
     if (!m_part->write(data)) {
-        return fail(HttpFailure::NotStored, m_part->errorText(), errno);
+        return failToStore(errno);
     }
     if (Clock::now() - m_told > progressInterval) {
         m_told = Clock::now();
         m_desk.received(number(), m_reply.received);
     }
     return true;
+}
+
+bool CurlTransfer::failToStore(int code)
+{
+    return fail(HttpFailure::NotStored, m_part->errorText(), code);
 }
 
 bool CurlTransfer::fail(HttpFailure failure, const QString &reason, int code)

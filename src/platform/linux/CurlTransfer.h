@@ -63,6 +63,7 @@ private:
     [[nodiscard]] bool keepInFile(QByteArrayView data);
     [[nodiscard]] bool leadsElsewhere() const;
     [[nodiscard]] bool isForFile() const;
+    [[nodiscard]] bool failToStore(int code);
     [[nodiscard]] bool fail(HttpFailure failure, const QString &reason, int code = 0);
     void judge(CURLcode result);
     void judgeBody();

@@ -71,7 +71,8 @@ private:
         return true;
     }
 
-    // One host is not asked for everything at once, and archives keep nothing else waiting.
+    // One host is not asked for everything at once; archives keep nothing else waiting, and nothing what is
+    // posted.
     void startWaiting()
     {
         m_endedSome = false;
@@ -83,7 +84,7 @@ private:
             ++open[slot(transfer->order())];
         }
         m_waiting.removeIf([&](const TransferOrder &order) {
-            if (++open[slot(order)] > connectionsToHost) {
+            if (++open[slot(order)] > connectionsToHost && order.request.method != "POST") {
                 return false;
             }
             auto transfer = std::make_unique<CurlTransfer>(m_desk, m_setup, order);

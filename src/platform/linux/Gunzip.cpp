@@ -48,7 +48,7 @@ bool Gunzip::step()
     const int result = inflate(&m_stream, Z_NO_FLUSH);
     m_atEndOfMember = result == Z_STREAM_END;
     m_broken = result != Z_OK && result != Z_STREAM_END && result != Z_BUF_ERROR;
-    return !m_broken && (m_stream.avail_out == 0 || (m_atEndOfMember && m_stream.avail_in > 0));
+    return !m_broken && (m_atEndOfMember ? m_stream.avail_in > 0 : m_stream.avail_out == 0);
 }
 
 } // namespace brevok

@@ -9,9 +9,9 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-ControlCall::ControlCall(QDBusConnection bus, QDBusMessage message, Task answered)
+ControlCall::ControlCall(QDBusConnection bus, const QDBusMessage &message, Task answered)
     : m_bus(std::move(bus))
-    , m_message(std::move(message))
+    , m_message(message)
     , m_answered(std::move(answered))
 {
 }

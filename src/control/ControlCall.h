@@ -19,7 +19,7 @@ class StateStore;
 class ControlCall final {
 public:
     /// @p answered hears that it is.
-    ControlCall(QDBusConnection bus, QDBusMessage message, Task answered);
+    ControlCall(QDBusConnection bus, const QDBusMessage &message, Task answered);
 
     void answer() const;
     void answer(const QVariant &result) const;

@@ -55,13 +55,13 @@ bool PackageCalls::refusedUnknown(const ControlCall &call, const QStringList &pr
         call.refuse(u"No package is named."_s);
         return true;
     }
-    for (const QString &prefix : prefixes) {
-        if (m_packages.packagesWithPrefix(prefix).isEmpty()) {
-            call.refuse(u"No package has the prefix '%1'."_s.arg(prefix));
-            return true;
-        }
+    const auto unknown = std::find_if(prefixes.cbegin(), prefixes.cend(),
+        [this](const QString &prefix) { return m_packages.packagesWithPrefix(prefix).isEmpty(); });
+    if (unknown == prefixes.cend()) {
+        return false;
     }
-    return false;
+    call.refuse(u"No package has the prefix '%1'."_s.arg(*unknown));
+    return true;
 }
 
 PackageCalls::Ended PackageCalls::answerAfter(const ControlCall &call, qsizetype count)

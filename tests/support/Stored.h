@@ -13,12 +13,12 @@ namespace brevok::testing {
 /// are
 inline QString whyNotStored(SettingsStore &store)
 {
-    constexpr int patience = 30000;
-    std::optional<QString> reason;
+    constexpr int patience = 60000; // a lock that its owner could not even fill in counts for 30 s
+    const auto reason = std::make_shared<std::optional<QString>>();
     store.synchronize(
-        &store, [&reason](const auto &error) { reason = error ? error->description : QString(); });
-    return QTest::qWaitFor([&reason] { return reason.has_value(); }, patience) ? *reason
-                                                                               : QStringLiteral("no answer");
+        &store, [reason](const auto &error) { *reason = error ? error->description : QString(); });
+    return QTest::qWaitFor([&reason] { return reason->has_value(); }, patience) ? **reason
+                                                                                : QStringLiteral("no answer");
 }
 
 inline bool isStored(SettingsStore &store)

@@ -3,6 +3,8 @@
 
 #include "platform/linux/CurlTransfer.h"
 
+#include <QRegularExpression>
+
 #include <cerrno>
 
 namespace brevok {
@@ -25,6 +27,13 @@ constexpr auto authoritiesFolder = "/etc/ssl/certs";
 bool isRedirect(int status)
 {
     return (status >= 301 && status <= 303) || status == 307 || status == 308;
+}
+
+// RFC 9112, section 4; newer libraries take more for one.
+bool isStatusLine(const QByteArray &line)
+{
+    static const QRegularExpression pattern(uR"(^HTTP/1\.[01] \d{3}(?!\d))"_s);
+    return pattern.match(QString::fromLatin1(line.first(std::min(line.size(), qsizetype(16))))).hasMatch();
 }
 
 } // namespace
@@ -163,7 +172,7 @@ bool CurlTransfer::takeHeader(QByteArrayView line)
     if (text.startsWith("HTTP/")) {
         m_headWhole = false;
         m_reply.headers.clear();
-        return true;
+        return isStatusLine(text) || fail(HttpFailure::NoHttp, u"The status line is none"_s);
     }
     const QByteArray content = text.trimmed();
     const qsizetype colon = text.indexOf(':');

@@ -57,6 +57,8 @@ TransferThread::~TransferThread()
 {
     give({.kind = TransferOrder::Kind::End});
     m_thread.waitForDone();
+    const std::lock_guard guard(m_lock); // for ThreadSanitizer, which does not see how Qt waits
+    m_orders.clear();
 }
 
 quint64 TransferThread::start(HttpRequest request, Progress progress, Handler handler)

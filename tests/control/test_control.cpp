@@ -14,6 +14,7 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusPendingCall>
+#include <QJsonDocument>
 #include <QRegularExpression>
 #include <QTest>
 

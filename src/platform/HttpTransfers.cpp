@@ -14,4 +14,11 @@ QByteArray headerValue(const HeaderFields &fields, const QByteArray &name)
     return found == fields.cend() ? QByteArray() : found->second;
 }
 
+bool leadsElsewhere(const HttpReply &reply)
+{
+    const int status = reply.status;
+    return ((status >= 301 && status <= 303) || status == 307 || status == 308)
+        && !headerValue(reply.headers, "Location").isEmpty();
+}
+
 } // namespace brevok

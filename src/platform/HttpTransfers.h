@@ -70,6 +70,9 @@ struct HttpReply {
     QString reason{}; ///< of the failure, for the log
 };
 
+/// Whether @p reply leads to another address, which its header "Location" names.
+[[nodiscard]] bool leadsElsewhere(const HttpReply &reply);
+
 /// The system's way to web servers. Sends one request, once: nothing is followed, and a request is sent again
 /// only when the connection that it went over was closed before. Names are resolved, files written and
 /// proxies asked for elsewhere than on the main thread. Main thread.

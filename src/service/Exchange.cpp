@@ -18,15 +18,6 @@ namespace {
 
 constexpr int redirectLimit = 5;
 
-// Where @p reply leads; empty when it is the last one.
-QUrl targetOf(const HttpReply &reply, const QUrl &from)
-{
-    const bool leads =
-        (reply.status >= 301 && reply.status <= 303) || reply.status == 307 || reply.status == 308;
-    const QByteArray location = leads ? headerValue(reply.headers, "Location") : QByteArray();
-    return location.isEmpty() ? QUrl() : from.resolved(QUrl::fromEncoded(location));
-}
-
 bool keepsMethod(int status, const QByteArray &method)
 {
     return status == 307 || status == 308 || method == "GET";
@@ -132,7 +123,7 @@ void Exchange::hopEnded(const HttpReply &reply)
     }
     if (reply.failure != HttpFailure::None) {
         settle(reply, transportErrorFor(reply, m_request));
-    } else if (!targetOf(reply, m_request.url).isEmpty()) {
+    } else if (leadsElsewhere(reply)) {
         follow(reply);
     } else {
         settle(reply, std::nullopt);
@@ -141,7 +132,7 @@ void Exchange::hopEnded(const HttpReply &reply)
 
 void Exchange::follow(const HttpReply &reply)
 {
-    const QUrl target = targetOf(reply, m_request.url);
+    const QUrl target = m_request.url.resolved(QUrl::fromEncoded(headerValue(reply.headers, "Location")));
     if (const auto fault = redirectFault(m_request, target, reply.status, ++m_redirects)) {
         settle({}, fault);
         return;

@@ -24,11 +24,6 @@ constexpr long bufferSize = 128L * 1024;
 // read for every connection.
 constexpr auto authoritiesFolder = "/etc/ssl/certs";
 
-bool isRedirect(int status)
-{
-    return (status >= 301 && status <= 303) || status == 307 || status == 308;
-}
-
 // RFC 9112, section 4; newer libraries take more for one.
 bool isStatusLine(const QByteArray &line)
 {
@@ -190,11 +185,6 @@ bool CurlTransfer::takeHeader(QByteArrayView line)
     return true;
 }
 
-bool CurlTransfer::leadsElsewhere() const
-{
-    return isRedirect(m_reply.status) && !headerValue(m_reply.headers, "Location").isEmpty();
-}
-
 bool CurlTransfer::isForFile() const
 {
     return !m_order.request.destination.isEmpty();
@@ -203,7 +193,7 @@ bool CurlTransfer::isForFile() const
 bool CurlTransfer::takeBody(QByteArrayView data)
 {
     m_moved = Clock::now();
-    if (leadsElsewhere()) {
+    if (leadsElsewhere(m_reply)) {
         m_reply.received += data.size();
         m_enough = m_reply.received > redirectBodyLimit;
         return !m_enough;

@@ -61,7 +61,6 @@ private:
     [[nodiscard]] bool takeBody(QByteArrayView data);
     [[nodiscard]] bool keep(QByteArrayView data);
     [[nodiscard]] bool keepInFile(QByteArrayView data);
-    [[nodiscard]] bool leadsElsewhere() const;
     [[nodiscard]] bool isForFile() const;
     [[nodiscard]] bool failToStore(int code);
     [[nodiscard]] bool fail(HttpFailure failure, const QString &reason, int code = 0);

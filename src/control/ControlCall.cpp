@@ -28,7 +28,7 @@ void ControlCall::answer(const QVariant &result) const
 
 void ControlCall::refuse(const QString &reason) const
 {
-    send(m_message.createErrorReply(u"com.tolvane.brevok.Error.Refused"_s, reason));
+    send(m_message.createErrorReply(QString::fromLatin1(refusedError), reason));
 }
 
 void ControlCall::answerWhenStored(StateStore &state, const QStringList &failures) const

@@ -14,6 +14,9 @@ namespace brevok {
 
 class StateStore;
 
+/// The bus's name of the error with which a call is refused.
+inline constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
+
 /// One call over the session bus, which whoever gets it answers exactly once, now or later. Copies stand for
 /// the same call. Main thread.
 class ControlCall final {

@@ -26,7 +26,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr auto objectPath = "/com/tolvane/brevok/Control";
-constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
 
 QString compactText(const QJsonObject &document)
 {

@@ -127,14 +127,9 @@ void UpdatePackage::verify()
             Texts::tr("The downloaded file cannot be read: %1").arg(m_file->errorString())));
         return;
     }
-    inBackground([self = QPointer<UpdatePackage>(this), file = m_file, item = m_item, key = m_publicKey] {
-        const std::optional<UpdateError> fault = faultOf(*file, item, key);
-        onMain(QCoreApplication::instance(), [self, fault] {
-            if (self) {
-                self->verified(fault);
-            }
-        });
-    });
+    inBackgroundThen(
+        this, [file = m_file, item = m_item, key = m_publicKey] { return faultOf(*file, item, key); },
+        [this](const std::optional<UpdateError> &fault) { verified(fault); });
     Q_EMIT verifying();
 }
 

@@ -21,8 +21,7 @@ struct UpdateSource {
 };
 
 /// What the build says (BREVOK_UPDATE_FEED_URL, BREVOK_UPDATE_PUBLIC_KEY, BREVOK_UPDATE_CHANNEL). A build
-/// that names no feed takes
-/// "/appcast.xml" of the service.
+/// that names no feed takes "/appcast.xml" of the service.
 [[nodiscard]] UpdateSource updateSourceOfBuild(const ServiceConfiguration &service);
 
 /// The version that the system gives itself ("12"); empty when it gives none.

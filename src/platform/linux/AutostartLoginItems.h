@@ -13,8 +13,8 @@
 
 namespace brevok {
 
-/// The session's autostart folder; the program's item is one desktop entry in it, which
-/// is written in the background.
+/// The session's autostart folder; the program's item is one desktop entry in it, which is
+/// written in the background.
 class AutostartLoginItems final : public LoginItems {
 public:
     /// @p file is the desktop entry, @p displayName what session tools show for it.

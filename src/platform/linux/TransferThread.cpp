@@ -7,7 +7,6 @@
 #include "platform/DurableFile.h"
 #include "platform/InternetAddress.h"
 
-#include <QCoreApplication>
 #include <QFile>
 #include <QPointer>
 #include <QTimer>
@@ -90,18 +89,17 @@ void TransferThread::askForProxy(quint64 transfer, const HttpRequest &request)
         settle(transfer, {.failure = HttpFailure::TimedOut});
     });
     late->start(request.limits.silenceMs);
-    inBackground([self = QPointer<TransferThread>(this), late = QPointer<QTimer>(late), transfer, request] {
-        onMain(QCoreApplication::instance(),
-            [self, late, transfer, request, proxy = systemProxyFor(request.url)] {
-                delete late;
-                if (self && self->m_running.contains(transfer)) {
-                    Proxy &found = self->m_proxies[originOf(request.url)];
-                    found.address = proxy;
-                    found.age.start();
-                    self->give({TransferOrder::Kind::Start, transfer, request, proxy});
-                }
-            });
-    });
+    inBackgroundThen(
+        this, [url = request.url] { return systemProxyFor(url); },
+        [this, late = QPointer<QTimer>(late), transfer, request](const QByteArray &proxy) {
+            delete late;
+            if (m_running.contains(transfer)) {
+                Proxy &found = m_proxies[originOf(request.url)];
+                found.address = proxy;
+                found.age.start();
+                give({TransferOrder::Kind::Start, transfer, request, proxy});
+            }
+        });
 }
 
 void TransferThread::cancel(quint64 transfer)
@@ -151,11 +149,10 @@ void TransferThread::ended(quint64 transfer, const HttpReply &reply, const QStri
 // Waiting for the disk is no work for the main thread, nor for the one that moves the data of others.
 void TransferThread::store(quint64 transfer, const HttpReply &reply, const QString &part)
 {
-    const QString destination = m_running.value(transfer).destination; // none when nobody waits any more
-    inBackground([self = QPointer<TransferThread>(this), transfer, reply, part, destination] {
+    const auto rename = [reply, part, destination = m_running.value(transfer).destination] {
         std::optional<BrevokError> error;
-        const bool stored = !destination.isEmpty() && renameDurably(part, destination, &error);
-        if (!stored) {
+        // No destination: nobody waits any more.
+        if (destination.isEmpty() || !renameDurably(part, destination, &error)) {
             QFile::remove(part);
         }
         HttpReply result = reply;
@@ -164,12 +161,9 @@ void TransferThread::store(quint64 transfer, const HttpReply &reply, const QStri
             result.code = error->code;
             result.reason = error->description;
         }
-        onMain(QCoreApplication::instance(), [self, transfer, result] {
-            if (self) {
-                self->settle(transfer, result);
-            }
-        });
-    });
+        return result;
+    };
+    inBackgroundThen(this, rename, [this, transfer](const HttpReply &result) { settle(transfer, result); });
 }
 
 void TransferThread::settle(quint64 transfer, const HttpReply &reply)

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: MIT
 
 #include "alerts/BrevokAlertQueue.h"
-#include "foundation/BoundedWork.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
@@ -14,10 +13,10 @@
 #include "support/SampleBundles.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
+#include "support/servers/FaultServer.h"
 #include "support/StoredSettings.h"
 #include "targets/BrevokTargetApps.h"
 #include "ui/BrevokPreferencesController.h"
-#include "ui/TargetOrder.h"
 
 #include <QAction>
 #include <QCheckBox>
@@ -40,11 +39,13 @@ using Page = BrevokPreferencesController::Page;
 
 namespace {
 
-/// The window over the real session and list of targets; the network is down, so nothing is sent.
+/// The window over the real session and list of targets. Without a service the network is down, so nothing is
+/// sent.
 struct Desk {
-    explicit Desk(const QString &sessionId = {})
+    explicit Desk(const QString &sessionId = {}, const ServiceConfiguration &service = {})
+        : network(service)
     {
-        routes.flags = ReachabilityFlags();
+        routes.flags = service.baseUrl.isEmpty() ? ReachabilityFlags() : Reachable;
         if (!sessionId.isEmpty()) {
             scratch.store.commit({{u"OrlecSessionData"_s, QString(),
                 Record{{u"SessionId"_s, sessionId}, {u"orlecId"_s, u"ada@example.com"_s}}}});
@@ -57,6 +58,22 @@ struct Desk {
         window.emplace(BrevokPreferencesController::Collaborators{*session, *targets, access, settings,
             presenter, opener, QUrl(u"https://service.example/base"_s)});
         window->showWindow();
+    }
+    void openTargets()
+    {
+        open();
+        window->showTargets();
+    }
+    void openSheet()
+    {
+        openTargets();
+        click("insertButton");
+    }
+    void signIn(const QString &email) const
+    {
+        QTest::keyClicks(find<QLineEdit>("orlecId"), email);
+        QTest::keyClicks(find<QLineEdit>("password"), u"secret"_s);
+        QTest::keyClick(find<QLineEdit>("password"), Qt::Key_Return);
     }
     template <class Widget> [[nodiscard]] Widget *find(const char *name) const
     {
@@ -94,7 +111,7 @@ struct Desk {
     FakeRouteLookup routes;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;
-    NetworkFactory network{ServiceConfiguration()};
+    NetworkFactory network;
     Connectivity connectivity{network, routes};
     BrevokAlertQueue queue{presenter, panel};
     IdleUpdater updater;
@@ -119,11 +136,6 @@ private Q_SLOTS:
     }
     void initTestCase() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
 
-    void targetsAreOrdered_data();
-    void targetsAreOrdered();
-    void versionsAreOffered();
-    void plugInsPathsAreRecognised_data();
-    void plugInsPathsAreRecognised();
     void pagesAreSwitched();
     void tableFollowsTheTargets();
     void tableIsUsedByKeyboard();
@@ -136,84 +148,8 @@ private Q_SLOTS:
     void whatTheAdministratorDecidesIsDisabled();
     void whatCannotBeStoredIsSaid();
     void accountPageFollowsTheSession();
+    void whyNobodyIsSignedInIsSaid();
 };
-
-void PreferencesTest::targetsAreOrdered_data()
-{
-    QTest::addColumn<QList<OrderedTarget>>("targets");
-    QTest::addColumn<QStringList>("expected");
-    const auto plain = [](const QString &path, const QString &version) {
-        return OrderedTarget{path, path, version};
-    };
-    QTest::newRow("higher version first")
-        << QList<OrderedTarget>{plain(u"/a"_s, u"75"_s), plain(u"/b"_s, u"140"_s), plain(u"/c"_s, u"150"_s)}
-        << QStringList{u"/c"_s, u"/b"_s, u"/a"_s};
-    QTest::newRow("no version last") << QList<OrderedTarget>{plain(u"/a"_s, {}), plain(u"/b"_s, u"x"_s),
-        plain(u"/c"_s, u"50"_s)} << QStringList{u"/c"_s, u"/b"_s, u"/a"_s};
-    QTest::newRow("InDesign before InCopy") << QList<OrderedTarget>{plain(u"/InCopy/P"_s, u"140"_s),
-        plain(u"/InDesign/P"_s, u"140"_s)} << QStringList{u"/InDesign/P"_s, u"/InCopy/P"_s};
-    QTest::newRow("the resolved path counts") << QList<OrderedTarget>{{u"/InDesign/P"_s, u"/x/P"_s, u"140"_s},
-        {u"/y/P"_s, u"/InDesign/P"_s, u"140"_s}}
-                                              << QStringList{u"/y/P"_s, u"/InDesign/P"_s};
-    QTest::newRow("Debug after its like")
-        << QList<OrderedTarget>{plain(u"/Debug InDesign"_s, u"90"_s), plain(u"/InCopy"_s, u"90"_s),
-               plain(u"/InDesign"_s, u"90"_s), plain(u"/InCopy Debug"_s, u"90"_s)}
-        << QStringList{u"/InDesign"_s, u"/Debug InDesign"_s, u"/InCopy"_s, u"/InCopy Debug"_s};
-    QTest::newRow("ties reverse") << QList<OrderedTarget>{plain(u"/a"_s, u"90"_s), plain(u"/b"_s, u"90"_s),
-        plain(u"/c"_s, u"90.0"_s)} << QStringList{u"/c"_s, u"/b"_s, u"/a"_s};
-}
-
-void PreferencesTest::targetsAreOrdered()
-{
-    QFETCH(QList<OrderedTarget>, targets);
-    QTEST(sortedTargetPaths(targets), "expected");
-    QCOMPARE(compareTargets(targets.first(), targets.first(), {targets.first().path}), 0);
-}
-
-void PreferencesTest::versionsAreOffered()
-{
-    QStringList versions;
-    QStringList names;
-    for (int index = 0; index < targetVersionCount; ++index) {
-        versions.append(targetVersion(index));
-        names.append(targetVersionName(index));
-    }
-    QCOMPARE(versions.first(7).join(u' '), u"50 60 70 75 80 90 100"_s);
-    QCOMPARE(names.first(7).join(u','), u"CS3,CS4,CS5,CS5.5,CS6,CC,CC 2014"_s);
-    QCOMPARE(versions.last(), u"190"_s);
-    QCOMPARE(names.last(), u"CC 2024"_s);
-}
-
-void PreferencesTest::plugInsPathsAreRecognised_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("named");
-    QTest::addColumn<bool>("beside");
-    QTest::newRow("right") << u"ID/Plug-Ins"_s << true << true;
-    QTest::newRow("slash behind") << u"ID/Plug-Ins/"_s << true << true;
-    QTest::newRow("other case") << u"ID/plug-ins"_s << false << true;
-    QTest::newRow("more in the name") << u"ID/Plug-Ins 2"_s << false << true;
-    QTest::newRow("application deeper") << u"Plug-Ins"_s << true << true;
-    QTest::newRow("InCopy") << u"IC/Plug-Ins"_s << true << false;
-    QTest::newRow("only through a link") << u"linked/Plug-Ins"_s << true << false;
-    QTest::newRow("no such folder") << u"none/Plug-Ins"_s << true << false;
-}
-
-void PreferencesTest::plugInsPathsAreRecognised()
-{
-    QFETCH(QString, path);
-    const QTemporaryDir folder;
-    QDir disk(folder.path());
-    for (const QString &made : {u"ID/x/Adobe InDesign CC 2019.app"_s, u"ID/Plug-Ins"_s,
-             u"IC/Adobe InCopy.app"_s, u"IC/InDesign.APP"_s, u"linked"_s}) {
-        QVERIFY(disk.mkpath(made));
-    }
-    QVERIFY(QFile::link(disk.filePath(u"ID"_s), disk.filePath(u"linked/there"_s)));
-    QTEST(isPlugInsPath(disk.filePath(path)), "named");
-    Pulse pulse;
-    QTEST(hasInDesignBeside(disk.filePath(path), pulse), "beside");
-    QVERIFY(!isPlugInsPath({}) && !isPlugInsPath(u"/"_s) && isPlugInsPath(u"/Plug-Ins"_s));
-}
 
 void PreferencesTest::pagesAreSwitched()
 {
@@ -236,8 +172,7 @@ void PreferencesTest::tableFollowsTheTargets()
     Desk desk;
     desk.targets->insertTarget(u"/A/Plug-Ins"_s, u"Adobe InDesign"_s, u"140"_s);
     desk.targets->insertTarget(u"/B/Plug-Ins"_s, u"Adobe InDesign"_s, u"150"_s);
-    desk.open();
-    desk.window->showTargets();
+    desk.openTargets();
     const QString first = u"/B/Plug-Ins [Adobe InDesign CC 2020]"_s;
     const QString second = u"/A/Plug-Ins [Adobe InDesign CC 2019]"_s;
     QCOMPARE(desk.rows(), (QStringList{first, second}));
@@ -270,8 +205,7 @@ void PreferencesTest::tableIsUsedByKeyboard()
     desk.targets->insertTarget(u"/A"_s, u"InDesign"_s, u"140"_s);
     desk.targets->insertTarget(u"/B"_s, u"InDesign"_s, u"140"_s);
     desk.targets->insertTarget(u"/C"_s, u"InDesign"_s, u"140"_s);
-    desk.open();
-    desk.window->showTargets();
+    desk.openTargets();
     auto *remove = desk.find<QPushButton>("removeButton");
     QVERIFY(!remove->isEnabled());
     desk.table()->setFocus();
@@ -297,9 +231,7 @@ void PreferencesTest::validFolderIsAdded()
     Desk desk;
     const QString path =
         QDir::cleanPath(writeHostApplication(desk.folder.path(), u"Adobe InDesign CS5.5"_s, u"7536"_s));
-    desk.open();
-    desk.window->showTargets();
-    desk.click("insertButton");
+    desk.openSheet();
     auto *sheet = desk.find<QDialog>("targetDataSheet");
     QVERIFY(sheet->isVisible());
     QVERIFY(!desk.find<QPushButton>("addTarget")->isEnabled());
@@ -341,9 +273,7 @@ void PreferencesTest::otherFolderIsAskedFor()
     Desk desk;
     const QString path = desk.folder.filePath(name);
     QVERIFY(QDir().mkpath(path));
-    desk.open();
-    desk.window->showTargets();
-    desk.click("insertButton");
+    desk.openSheet();
     desk.choose(path);
     desk.click("addTarget");
     QTRY_COMPARE(desk.presenter.sheets.size(), 1);
@@ -363,9 +293,7 @@ void PreferencesTest::wrongFolderIsRefused()
     Desk desk;
     const QString path = desk.folder.filePath(u"gone/Plug-Ins"_s);
     QVERIFY(QDir().mkpath(path));
-    desk.open();
-    desk.window->showTargets();
-    desk.click("insertButton");
+    desk.openSheet();
     desk.choose(path);
     QVERIFY(QDir(path).removeRecursively());
     desk.click("addTarget");
@@ -387,9 +315,7 @@ void PreferencesTest::oneFolderIsAddedOnce()
     const QString path = writeHostApplication(desk.folder.path(), u"Adobe InDesign CS5.5"_s, u"7536"_s);
     QVERIFY(QFile::link(path, desk.folder.filePath(u"Plug-Ins"_s)));
     desk.targets->insertTarget(path, u"Adobe InDesign"_s, u"75"_s);
-    desk.open();
-    desk.window->showTargets();
-    desk.click("insertButton");
+    desk.openSheet();
     desk.choose(desk.folder.filePath(u"Plug-Ins"_s));
     desk.click("addTarget");
     QTRY_VERIFY(!desk.find<QDialog>("targetDataSheet")->isVisible());
@@ -488,6 +414,26 @@ void PreferencesTest::accountPageFollowsTheSession()
     QVERIFY(!signedIn.find<QLineEdit>("password")->isVisible());
     signedIn.click("actionButton");
     QTRY_COMPARE(signedIn.presenter.shown.size(), 1);
+}
+
+void PreferencesTest::whyNobodyIsSignedInIsSaid()
+{
+    FaultServer server;
+    const QString signin = u"/api/machine/signin"_s;
+    server.on(signin, Response::of(401, "<html>"));
+    Desk desk({},
+        {.baseUrl = server.url(),
+            .extraAuthorities = TestCertificates::shared().authorities(),
+            .reachabilityHost = u"public.example"_s});
+    desk.open();
+    const auto *said = desk.find<QLabel>("brevokStatus");
+    desk.signIn(u"eve@example.com"_s);
+    QTRY_COMPARE(said->text(), u"Wrong user name or password."_s);
+    QVERIFY(desk.presenter.shown.isEmpty());
+    // Until the next attempt.
+    server.on(signin, Response::silent());
+    desk.signIn({});
+    QTRY_COMPARE(said->text(), u"Contacting the service…"_s);
 }
 
 QTEST_MAIN(PreferencesTest)

@@ -64,6 +64,11 @@ struct Stage {
     QString sessionId;
     ServiceLimits limits;
 
+    ServiceReply send(const ExchangeRequest &request)
+    {
+        QObject context;
+        return awaited<ServiceReply>([&](auto handler) { network.send(request, &context, handler); });
+    }
     ServiceReply list(const QString &path)
     {
         return get(

@@ -197,9 +197,7 @@ void ServiceClientTest::whatProvesTheUserStaysWithItsHost()
         request.method = "POST";
         request.headers = {{"Content-Type", "application/json"}};
         request.body = "{}";
-        bool ended = false;
-        stage.network.send(request, this, [&ended](const ServiceReply &) { ended = true; });
-        QTRY_VERIFY_WITH_TIMEOUT(ended, patient);
+        stage.send(request);
     }
     const QList<Request> seen = stage.server.requests(u"/see"_s);
     QCOMPARE(seen.size(), 2);

@@ -6,6 +6,7 @@
 #include "ServiceStage.h"
 
 #include <QRegularExpression>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -75,7 +76,7 @@ private Q_SLOTS:
 
 private:
     /// Sends it, and notes the error that it ends with (0: none) behind its path.
-    void send(Stage &stage, ExchangeRequest request)
+    void send(Stage &stage, const ExchangeRequest &request)
     {
         const QString path = request.url.path();
         stage.network.send(request, m_context.get(), [this, path](const ServiceReply &reply) {
@@ -113,13 +114,17 @@ void WaitingTest::nobodyWaitsForAnother()
 void WaitingTest::turnsKeepOnlyTheirLikeWaiting_data()
 {
     QTest::addColumn<bool>("takesTurns");
-    QTest::newRow("icons") << true;
-    QTest::newRow("lists") << false;
+    QTest::addColumn<bool>("isFile");
+    QTest::newRow("icons") << true << false;
+    QTest::newRow("archives") << true << true;
+    QTest::newRow("lists") << false << false;
 }
 
 void WaitingTest::turnsKeepOnlyTheirLikeWaiting()
 {
     QFETCH(bool, takesTurns);
+    QFETCH(bool, isFile);
+    const QTemporaryDir folder;
     Stage stage;
     stage.server.on(u"/hangs"_s, Response::silent());
     for (const QString &path : {u"/post"_s, u"/list"_s, u"/icon"_s}) {
@@ -127,6 +132,7 @@ void WaitingTest::turnsKeepOnlyTheirLikeWaiting()
     }
     ExchangeRequest hangs = stage.network.request(stage.server.url(u"/hangs"_s));
     hangs.takesTurns = takesTurns;
+    hangs.destination = isFile ? folder.filePath(u"a.zip"_s) : QString();
     auto first = std::make_unique<QObject>();
     m_context.swap(first);
     send(stage, hangs);
@@ -144,7 +150,7 @@ void WaitingTest::turnsKeepOnlyTheirLikeWaiting()
     send(stage, post);
     QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/post"_s, 0), patient);
     QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
-    QVERIFY(!takesTurns || stage.server.requests(u"/icon"_s).isEmpty());
+    QVERIFY(!takesTurns || isFile || stage.server.requests(u"/icon"_s).isEmpty());
     first.reset();
     QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/icon"_s, 0), patient);
 }

@@ -320,6 +320,10 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>Der Server leitete die Anfrage so weiter, dass sie verloren ginge.</translation>
     </message>
     <message>
+        <source>The server redirected the request to an address that is not secure.</source>
+        <translation>Der Server leitete die Anfrage an eine Adresse weiter, die nicht sicher ist.</translation>
+    </message>
+    <message>
         <source>The server sent more data than expected.</source>
         <translation>Der Server hat mehr Daten als erwartet gesendet.</translation>
     </message>

@@ -320,6 +320,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>El servidor redirigió la solicitud de un modo en que se perdería.</translation>
     </message>
     <message>
+        <source>The server redirected the request to an address that is not secure.</source>
+        <translation>El servidor redirigió la solicitud a una dirección que no es segura.</translation>
+    </message>
+    <message>
         <source>The server sent more data than expected.</source>
         <translation>El servidor envió más datos de los esperados.</translation>
     </message>

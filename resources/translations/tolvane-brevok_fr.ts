@@ -320,6 +320,10 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>Le serveur a redirigé la requête d'une manière qui la perdrait.</translation>
     </message>
     <message>
+        <source>The server redirected the request to an address that is not secure.</source>
+        <translation>Le serveur a redirigé la requête vers une adresse qui n'est pas sûre.</translation>
+    </message>
+    <message>
         <source>The server sent more data than expected.</source>
         <translation>Le serveur a envoyé plus de données que prévu.</translation>
     </message>

@@ -320,6 +320,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>サーバーが、リクエストの内容が失われる形で転送しました。</translation>
     </message>
     <message>
+        <source>The server redirected the request to an address that is not secure.</source>
+        <translation>サーバーがリクエストを安全でないアドレスに転送しました。</translation>
+    </message>
+    <message>
         <source>The server sent more data than expected.</source>
         <translation>サーバーが想定より多くのデータを送信しました。</translation>
     </message>

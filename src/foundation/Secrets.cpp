@@ -22,13 +22,23 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString hidden = u"(not logged)"_s;
-constexpr qsizetype shortest = 4; // a shorter secret is hidden only where it stands alone
+constexpr qsizetype shortest = 4; // what is shorter may stand in any word
+
+/// Where a secret is hidden.
+enum class Place {
+    Anywhere,
+    Alone, ///< not within a longer word
+    AsValue, ///< where it is all that a field, a cookie or a query holds
+};
 
 struct Secret {
     QString text;
     QList<uint> characters;
     QStringList base64;
-    bool likeAWord; ///< it may stand in any sentence
+    Place inTheirs = Place::Anywhere;
+    Place inOurs = Place::Anywhere;
+
+    [[nodiscard]] Place placeIn(Words words) const { return words == Words::Theirs ? inTheirs : inOurs; }
 };
 
 struct Kept {
@@ -72,20 +82,31 @@ QStringList base64Spellings(const QByteArray &bytes)
     return spellings;
 }
 
-void keep(QList<Secret> Kept::*list, const QString &text)
+// Such as our own sentences are made of.
+bool isLikeAWord(const QString &text)
+{
+    constexpr qsizetype longest = 15;
+    static const QRegularExpression word(uR"(^(?:[\p{L}'-]+|[\p{N}\p{P}]+)$)"_s);
+    return text.size() < shortest || (text.size() <= longest && word.match(text).hasMatch());
+}
+
+void keep(QList<Secret> Kept::*list, const QString &text, Place whenShort)
 {
     constexpr qsizetype mostKept = 64;
-    constexpr qsizetype longestWord = 7;
     if (text.isEmpty()) {
         return;
     }
-    const bool letters =
-        std::all_of(text.cbegin(), text.cend(), [](QChar character) { return character.isLetter(); });
-    Secret secret{text, text.toUcs4(), base64Spellings(text.toUtf8()), letters || text.size() <= longestWord};
     const std::lock_guard lock(kept().mutex);
     QList<Secret> &secrets = kept().*list;
-    secrets.removeIf([&text](const Secret &known) { return known.text == text; });
-    secrets.append(std::move(secret));
+    const auto known = std::find_if(
+        secrets.begin(), secrets.end(), [&text](const Secret &secret) { return secret.text == text; });
+    if (known != secrets.end()) {
+        std::rotate(known, known + 1, secrets.end());
+        return;
+    }
+    const Place inTheirs = text.size() < shortest ? whenShort : Place::Anywhere;
+    secrets.append({text, text.toUcs4(), base64Spellings(text.toUtf8()), inTheirs,
+        isLikeAWord(text) ? Place::AsValue : inTheirs});
     if (secrets.size() > mostKept) {
         secrets.removeFirst();
     }
@@ -203,6 +224,27 @@ bool standsAlone(QStringView text, qsizetype at, qsizetype length)
         && !letterAtEnd.match(text.sliced(from, at - from).toString()).hasMatch();
 }
 
+bool standsAsValue(QStringView text, qsizetype at, qsizetype length)
+{
+    static const QRegularExpression begin(
+        uR"re((?:(?:[=:]|%3[AD]|&#0*(?:58|61);|\\u003[AD])(?:\s|%20)*|["']|%2[27])re"
+        uR"re(|&(?:quot|apos|#0*3[49]|#x2[27]);|\\u002[27])$)re"_s,
+        QRegularExpression::CaseInsensitiveOption);
+    constexpr qsizetype longestMark = 12;
+    constexpr QStringView marksOfTheEnd = u"\r\n\"'&;,})]<\\%";
+    const QStringView before = text.first(at).last(std::min(at, longestMark));
+    const QStringView after = text.sliced(at + length);
+    const bool ends = after.isEmpty() || marksOfTheEnd.contains(after.front())
+        || (before.endsWith(u'=') && after.front().isSpace());
+    return ends && begin.match(before.toString()).hasMatch();
+}
+
+bool standsIn(Place place, QStringView text, qsizetype at, qsizetype length)
+{
+    return place == Place::Anywhere
+        || (place == Place::Alone ? standsAlone(text, at, length) : standsAsValue(text, at, length));
+}
+
 // What a text begins with in each spelling: decoded once, not for every secret.
 using Beginnings = std::array<uint, decoders.size()>;
 
@@ -231,19 +273,47 @@ qsizetype lengthOfSecret(QStringView text, qsizetype at, const Secret &secret, c
             [rest](const QString &spelling) { return rest.startsWith(spelling); });
         length = found == secret.base64.cend() ? 0 : found->size();
     }
-    const bool anywhere = secret.characters.size() >= shortest;
-    return length > 0 && (anywhere || standsAlone(text, at, length)) ? length : 0;
+    return length;
 }
 
-QString withoutKnown(const QString &text, const QList<Secret> &secrets)
+bool isBase64Letter(QChar c)
 {
+    return c.unicode() < 0x80 && (c.isLetterOrNumber() || QStringView(u"+/-_").contains(c));
+}
+
+// Of something longer in base64, a short secret leaves no letters of its own: what the letters say is looked
+// through. @return how many they are
+qsizetype lengthOfBase64With(const QList<Secret> &shortOnes, QStringView text, qsizetype at, Words words)
+{
+    if (shortOnes.isEmpty() || !isBase64Letter(text[at]) || (at > 0 && isBase64Letter(text[at - 1]))) {
+        return 0;
+    }
+    const QStringView rest = text.sliced(at);
+    const qsizetype length = std::find_if_not(rest.cbegin(), rest.cend(), isBase64Letter) - rest.cbegin();
+    QByteArray letters = rest.first(length).toLatin1();
+    letters.replace('-', '+').replace('_', '/');
+    const QString said = QString::fromUtf8(QByteArray::fromBase64(letters));
+    const bool tells = std::any_of(shortOnes.cbegin(), shortOnes.cend(), [&](const Secret &secret) {
+        const qsizetype found = said.lastIndexOf(secret.text);
+        return found >= 0 && standsIn(secret.placeIn(words), said, found, secret.text.size());
+    });
+    return tells ? length : 0;
+}
+
+QString withoutKnown(const QString &text, const QList<Secret> &secrets, Words words)
+{
+    QList<Secret> shortOnes = secrets;
+    shortOnes.removeIf([](const Secret &secret) { return secret.text.size() >= shortest; });
     QString result;
     qsizetype from = 0;
     for (qsizetype at = 0; at < text.size();) {
         const Beginnings beginnings = beginningsOf(QStringView(text).sliced(at));
-        qsizetype length = 0;
+        qsizetype length = lengthOfBase64With(shortOnes, text, at, words);
         for (const Secret &secret : secrets) {
-            length = std::max(length, lengthOfSecret(text, at, secret, beginnings));
+            const qsizetype found = lengthOfSecret(text, at, secret, beginnings);
+            if (found > length && standsIn(secret.placeIn(words), text, at, found)) {
+                length = found;
+            }
         }
         if (length > 0) {
             result += QStringView(text).sliced(from, at - from);
@@ -260,22 +330,16 @@ QString withoutKnown(const QString &text, const QList<Secret> &secrets)
 
 void keepSecret(const QString &secret)
 {
-    keep(&Kept::account, secret);
+    keep(&Kept::account, secret, Place::Alone);
 }
 
-void keepCookieSecrets(const QByteArray &setCookie)
+void keepCookieSecret(const QByteArray &value)
 {
-    const QList<QByteArray> fields = setCookie.split('\n');
-    for (const QByteArray &field : fields) {
-        const QByteArray pair = field.left(field.indexOf(';') < 0 ? field.size() : field.indexOf(';'));
-        auto value = QString::fromUtf8(pair.sliced(pair.indexOf('=') + 1)).trimmed();
-        if (value.size() > 2 && value.startsWith(u'"') && value.endsWith(u'"')) {
-            value = value.sliced(1).chopped(1); // it may come back without them
-        }
-        if (value.size() >= shortest) { // else a mark, such as a language's, and no proof of anything
-            keep(&Kept::cookies, value);
-        }
+    auto text = QString::fromUtf8(value).trimmed();
+    if (text.size() > 2 && text.startsWith(u'"') && text.endsWith(u'"')) {
+        text = text.sliced(1).chopped(1); // it may come back without them
     }
+    keep(&Kept::cookies, text, Place::AsValue); // such as a language's: a word of any sentence
 }
 
 QString withoutSecrets(const QString &text, Words words)
@@ -285,10 +349,7 @@ QString withoutSecrets(const QString &text, Words words)
         const std::lock_guard lock(kept().mutex);
         secrets = kept().account + kept().cookies;
     }
-    if (words == Words::OursToo) {
-        secrets.removeIf([](const Secret &secret) { return secret.likeAWord; });
-    }
-    return withoutKnown(text, secrets);
+    return withoutKnown(text, secrets, words);
 }
 
 QString withoutSecretFields(const QString &text)

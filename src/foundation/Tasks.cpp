@@ -73,6 +73,18 @@ QThreadPool &workers()
     return pool;
 }
 
+QThreadPool &workersApart()
+{
+    constexpr int most = 4;
+    static QThreadPool &pool = []() -> QThreadPool & {
+        auto &apart = *new QThreadPool; // never destroyed, as that would wait
+        apart.setMaxThreadCount(most);
+        apart.setExpiryTimeout(workerExpiryMs);
+        return apart;
+    }();
+    return pool;
+}
+
 const QEvent::Type handOverEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
 class MainWork final : public QEvent {
@@ -114,6 +126,11 @@ void inBackground(Task work)
     workers().start(new PoolWork(std::move(work)));
 }
 
+void inBackgroundApart(Task work)
+{
+    inBackground(workersApart(), std::move(work));
+}
+
 void inBackground(QThreadPool &pool, Task work)
 {
     pool.start(new PoolWork(std::move(work)));
@@ -142,10 +159,10 @@ void onMainAndWait(QObject *context, const Task &work)
 bool finishBackgroundWork(int milliseconds)
 {
     constexpr int sliceMs = 10;
-    QThreadPool &pool = workers();
-    pool.clear();
+    workers().clear();
+    workersApart().clear();
     const QDeadlineTimer deadline(milliseconds);
-    while (!pool.waitForDone(sliceMs)) {
+    while (!workers().waitForDone(sliceMs) || !workersApart().waitForDone(sliceMs)) {
         // Work that waits for the main thread gets its turn, or it would never end.
         QCoreApplication::sendPostedEvents();
         if (deadline.hasExpired()) {

@@ -23,6 +23,8 @@ using Task = std::function<void()>;
 void inBackground(Task work);
 /// The same on a thread of @p pool, which its owner waits for.
 void inBackground(QThreadPool &pool, Task work);
+/// The same for work that asks others on the network, who may never answer: no other work waits for it.
+void inBackgroundApart(Task work);
 
 /// Runs @p work on the main thread, on a later turn of its loop; dropped when @p context is gone by then.
 /// @p context lives on the main thread.

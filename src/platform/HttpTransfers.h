@@ -24,7 +24,7 @@ struct HttpLimits {
     qint64 headerBytes = 256LL * 1024; ///< of all heads, from the first status line on
     qint64 bodyBytes = 32LL * 1024 * 1024; ///< decompressed, where it goes to memory
     int silenceMs = 60000; ///< without any progress
-    int wholeMs = 300000; ///< for all of it; 0 for no limit
+    int wholeMs = 300000; ///< for all of it, waiting for its turn too; 0 for no limit
 };
 
 /// One request to one host.
@@ -38,6 +38,8 @@ struct HttpRequest {
     /// it, which takes its name, replacing an older file, once it holds exactly expectedSize bytes.
     QString destination{};
     qint64 expectedSize = 0;
+    /// No host is sent more than six at once of those for memory, and of those for files, that take turns.
+    bool takesTurns = false;
 };
 
 enum class HttpFailure {

@@ -140,7 +140,7 @@ void Connectivity::logConectivityTo(const QUrl &url, int port, QObject *context,
             }
         });
     };
-    inBackground(std::move(resolve));
+    inBackgroundApart(std::move(resolve));
 }
 
 void Connectivity::logFlags(const Diagnosis &diagnosis)

@@ -39,8 +39,7 @@ std::optional<BrevokError> redirectFault(
     }
     if (target.scheme() != "https"_L1 || target.host().isEmpty()) {
         return transportError(TransportUnknown,
-            Texts::tr("The transfer failed: %1").arg(u"redirected to an address that is not secure"_s),
-            request.url);
+            Texts::tr("The server redirected the request to an address that is not secure."), request.url);
     }
     return std::nullopt;
 }

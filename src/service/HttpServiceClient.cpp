@@ -51,6 +51,7 @@ void HttpServiceClient::fetchFile(const QUrl &url, QObject *context, ReplyHandle
     request.headers = {{"Cache-Control", "no-cache"}, {"Pragma", "no-cache"}};
     request.limits.bodyBytes = m_limits.fileBytes;
     request.limits.wholeMs = m_limits.fileMs;
+    request.takesTurns = true;
     m_network.send(request, context, std::move(handler));
 }
 
@@ -62,6 +63,7 @@ void HttpServiceClient::download(const QUrl &url, const QString &destination, qi
     request.destination = destination;
     request.expectedSize = expectedSize;
     request.limits.wholeMs = 0;
+    request.takesTurns = true;
     HttpTransfers::Progress told;
     if (progress) {
         told = [expectedSize, progress = std::move(progress)](qint64 done) {

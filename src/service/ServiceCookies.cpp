@@ -51,12 +51,12 @@ void ServiceCookies::take(const HeaderFields &headers, const QUrl &url)
             || !isHarmless(QString::fromUtf8(line))) {
             continue;
         }
-        keepCookieSecrets(line);
         QList<QByteArray> parts = line.split(';');
         const QByteArray pair = parts.takeFirst().trimmed();
         const qsizetype equals = pair.indexOf('=');
         Cookie cookie{pair.first(std::max(equals, qsizetype(0))).trimmed(), pair.sliced(equals + 1).trimmed(),
             defaultPath(url), {}};
+        keepCookieSecret(cookie.value);
         bool ageGiven = false;
         for (const QByteArray &part : parts) {
             const qsizetype at = part.indexOf('=');
@@ -74,6 +74,10 @@ void ServiceCookies::take(const HeaderFields &headers, const QUrl &url)
         if (!cookie.name.isEmpty() && cookie.name != sessionCookie) {
             keep(std::move(cookie));
         }
+    }
+    // What is sent again and again stays hidden, however often others change.
+    for (const Cookie &cookie : std::as_const(m_cookies)) {
+        keepCookieSecret(cookie.value);
     }
 }
 

@@ -187,6 +187,12 @@ void ControlTest::statusIsShownToPeople()
     const QString json = client::documentText(odd);
     QVERIFY(!json.contains(u'\u009b') && !json.contains(u'\u202E') && json.contains(u"😀 é"_s));
     QCOMPARE(QJsonDocument::fromJson(json.toUtf8()).object(), odd);
+    // The reports are documents already, of several lines.
+    const auto report = QString::fromUtf8(QJsonDocument(odd).toJson(QJsonDocument::Indented));
+    const QString shown = client::documentText(report);
+    QVERIFY(!shown.contains(u'\u009b') && !shown.contains(u'\u202E'));
+    QCOMPARE(shown.count(u'\n'), report.count(u'\n') + 1);
+    QCOMPARE(QJsonDocument::fromJson(shown.toUtf8()).object(), odd);
     QVERIFY(text.contains(u"Mixed Not Updated  A"_s));
     QVERIFY(text.contains(u"Missing Data       B"_s));
     QVERIFY(text.contains(u"Adobe InDesign CC 2019  missing  /b/"_s));

@@ -75,6 +75,10 @@ class Output(unittest.TestCase):
             self.assertIn("Red", printed, words)
             self.assertEqual([c for c in printed if c in "\x1b\x07\u009b\u202e"], [], words)
         self.assertNotIn("\x1b", session.log())
+        for words in (["report", "--show"], ["usage", "--show"]):
+            printed = session.ctl(*words).stdout
+            self.assertEqual([c for c in printed if c in "\x1b\x07\u009b\u202e"], [], words)
+            json.loads(printed)
 
     def assert_failure_document(self, result, status):
         self.assertEqual(result.returncode, status, result.stderr)

@@ -33,7 +33,8 @@ private Q_SLOTS:
     void cookieValues();
     void spellings_data();
     void spellings();
-    void shortSecretsAreHiddenWhereTheyStandAlone();
+    void shortSecrets_data();
+    void shortSecrets();
     void fieldsThatAreNamedLikeSecrets_data();
     void fieldsThatAreNamedLikeSecrets();
     void aServiceWithManyCookies();
@@ -188,13 +189,43 @@ void UntrustedTextTest::spellings()
     }
 }
 
-void UntrustedTextTest::shortSecretsAreHiddenWhereTheyStandAlone()
+void UntrustedTextTest::shortSecrets_data()
 {
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("theirs"); // with "*" for what is hidden
+    QTest::addColumn<QString>("log");
+    const auto row = [](const char *name, const QString &text, const QString &theirs, const QString &log) {
+        QTest::newRow(name) << text << theirs << log;
+    };
+    row("within words", u"ba1 a12 token office"_s, u"ba1 a12 token office"_s, u"ba1 a12 token office"_s);
+    row("a sentence", u"a1 of 7q, no"_s, u"* * 7q, no"_s, u"a1 of 7q, no"_s);
+    row("JSON", u"{\"p\":\"a1\", \"c\": \"7q\"}"_s, u"{\"p\":\"*\", \"c\": \"*\"}"_s,
+        u"{\"p\":\"*\", \"c\": \"*\"}"_s);
+    row("JSON in JSON", u"\\u0022of\\u0022 \\\"7q\\\""_s, u"\\u0022*\\u0022 \\\"*\\\""_s,
+        u"\\u0022*\\u0022 \\\"*\\\""_s);
+    row("letters in numbers", u"\"\\u0061\\u0031\" '&#97;&#49;'"_s, u"\"*\" '*'"_s, u"\"*\" '*'"_s);
+    row("HTML", u"&quot;7q&quot; &#34;a1&#34;"_s, u"&quot;*&quot; &#34;*&#34;"_s,
+        u"&quot;*&quot; &#34;*&#34;"_s);
+    row("address", u"?p=a1&c=7q %22a%31%22%3A7q"_s, u"?p=*&c=* %22*%22%3A*"_s, u"?p=*&c=* %22*%22%3A*"_s);
+    row("header", u"Cookie: x=7q; y=of z\nX-Password: a1\r\n"_s, u"Cookie: x=*; y=* z\nX-Password: *\r\n"_s,
+        u"Cookie: x=*; y=* z\nX-Password: *\r\n"_s);
+    row("base64", u"Basic YWRhOmEx, YTE=, bGFuZz03cQ==, xYWRhOmEx"_s, u"Basic *, *=, *==, xYWRhOmEx"_s,
+        u"Basic *, YTE=, *==, xYWRhOmEx"_s);
+    row("a number of ours", u"failed: 33 with message: 33."_s, u"failed: * with message: *."_s,
+        u"failed: 33 with message: 33."_s);
+}
+
+void UntrustedTextTest::shortSecrets()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, theirs);
+    QFETCH(QString, log);
     keepSecret(u"a1"_s);
     keepSecret(u"of"_s);
-    QCOMPARE(withoutSecrets(u"{\"p\":\"a1\"} a1 ba1 a12 %22a1%22 \\u0022of\\u0022 office of"_s),
-        u"{\"p\":\"(not logged)\"} (not logged) ba1 a12 %22(not logged)%22 \\u0022(not logged)\\u0022 "
-        "office (not logged)"_s);
+    keepSecret(u"33"_s);
+    keepCookieSecret("7q");
+    QCOMPARE(withoutSecrets(text), theirs.replace(u'*', u"(not logged)"_s));
+    QCOMPARE(withoutSecrets(text, Words::OursToo), log.replace(u'*', u"(not logged)"_s));
 }
 
 void UntrustedTextTest::fieldsThatAreNamedLikeSecrets_data()
@@ -220,25 +251,32 @@ void UntrustedTextTest::fieldsThatAreNamedLikeSecrets()
 void UntrustedTextTest::aServiceWithManyCookies()
 {
     keepSecret(u"the-session-7"_s);
-    keepCookieSecrets("lb=node-one-1; Path=/; Secure\nlang=en\nempty=\ntoken=tok=en-2;HttpOnly");
-    QCOMPARE(
-        withoutSecrets(u"node-one-1, tok=en-2, en, Secure"_s), u"(not logged), (not logged), en, Secure"_s);
-    for (int i = 0; i < 1000; ++i) {
-        keepCookieSecrets("lb=cookie-" + QByteArray::number(i));
+    for (const char *value : {"node-one-1", "en", "", "tok=en-2", "\"quoted 3\""}) {
+        keepCookieSecret(value);
     }
-    QCOMPARE(withoutSecrets(u"the-session-7 cookie-999"_s), u"(not logged) (not logged)"_s);
+    QCOMPARE(withoutSecrets(u"node-one-1, tok=en-2, en, quoted 3, Secure"_s),
+        u"(not logged), (not logged), en, (not logged), Secure"_s);
+    for (int i = 0; i < 1000; ++i) {
+        keepCookieSecret("cookie-" + QByteArray::number(i));
+        keepCookieSecret("node-one-1"); // still in use
+    }
+    QCOMPARE(withoutSecrets(u"the-session-7 cookie-999 node-one-1"_s),
+        u"(not logged) (not logged) (not logged)"_s);
 }
 
 // With a password that is a word of the log's, the hole would say which one.
 void UntrustedTextTest::ourOwnWordsTellNothing()
 {
-    keepSecret(u"unexpected"_s);
-    keepSecret(u"password"_s);
-    keepSecret(u"c0rrect-horse"_s);
+    for (const QString &secret : {u"unexpected"_s, u"password"_s, u"c0rrect-horse"_s, u"hunter2"_s,
+             u"sunshine"_s, u"correcthorsebattery"_s}) {
+        keepSecret(secret);
+    }
     const QString line = u"Received 3 bytes of unexpected data; Wrong user name or password."_s;
     QCOMPARE(messageForLog(line), line);
-    QCOMPARE(messageForLog(u"Location: https://gateway/?c=c0rrect%2Dhorse"_s),
-        u"Location: https://gateway/?c=(not logged)"_s);
+    QCOMPARE(messageForLog(u"Location: https://gateway/?c=c0rrect%2Dhorse&p=sunshine; x is hunter2, "
+                           "correcthorsebattery; X-Echo = \"unexpected\""_s),
+        u"Location: https://gateway/?c=(not logged)&p=(not logged); x is (not logged), (not logged); "
+        "X-Echo = \"(not logged)\""_s);
 }
 
 // As the programs write it, through the handler that they install.

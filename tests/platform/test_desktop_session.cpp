@@ -6,20 +6,23 @@
 #include "platform/linux/XdgUrlOpener.h"
 #include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
+#include "platform/TerminationRequests.h"
+#include "support/Folders.h"
+#include "support/FolderTest.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 
 #include <QCoreApplication>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
+#include <csignal>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::contentsOf;
 using testing::LogCapture;
 using testing::propertyList;
 using testing::writeFile;
@@ -39,10 +42,18 @@ int runPoster(const QString &object)
     return 0;
 }
 
-QByteArray contentsOf(const QString &path)
+constexpr int itsOwnStatus = 7;
+
+// The other program: is asked to end while it does, by every way of asking.
+int runEnding()
 {
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    {
+        const TerminationRequests requests;
+    }
+    for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGUSR1}) {
+        std::raise(number);
+    }
+    return itsOwnStatus;
 }
 
 // A program that runs until it is asked to end; ended with its owner.
@@ -82,32 +93,21 @@ std::optional<RunningApplication> find(const RunningApplications &applications, 
 
 } // namespace
 
-class DesktopSessionTest : public QObject {
+class DesktopSessionTest : public testing::FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
-        m_folder = std::make_unique<QTemporaryDir>();
-    }
-    void cleanup() { m_folder.reset(); }
-
     void processesCountAsTheirApplication_data();
     void processesCountAsTheirApplication();
     void copiesOfTheProgramGoByTheirOwnName();
     void onlyTheMeantProcessIsTerminated();
     void notificationsReachOtherProcesses();
     void withoutABusNothingIsPosted();
+    void whoEndsIsNotEndedOnceMore();
     void webPagesAreHandedToTheDesktop_data();
     void webPagesAreHandedToTheDesktop();
     void foldersFollowTheEnvironment_data();
     void foldersFollowTheEnvironment();
-
-private:
-    [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void DesktopSessionTest::processesCountAsTheirApplication_data()
@@ -154,7 +154,7 @@ void DesktopSessionTest::processesCountAsTheirApplication()
     }
     Sleeper program(path(executable));
     QVERIFY(program.started());
-    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, m_folder->path()));
+    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
     const auto found = find(applications, program.process().processId());
     QCOMPARE(found.has_value(), !name.isEmpty());
     if (found) {
@@ -175,7 +175,7 @@ void DesktopSessionTest::copiesOfTheProgramGoByTheirOwnName()
     QVERIFY(plain.started() && renamed.started() && different.started());
     QVERIFY(QFile::remove(path(u"a/bin/tolvane-brevok"_s))); // as an upgrade does
 
-    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, m_folder->path()));
+    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
     const auto found = find(applications, plain.process().processId());
     QVERIFY(found);
     QCOMPARE(found->localizedName, u"Tolvane Brevok"_s);
@@ -186,7 +186,7 @@ void DesktopSessionTest::copiesOfTheProgramGoByTheirOwnName()
     QCOMPARE(other->bundleVersion, u"7"_s);
     QVERIFY(!find(applications, different.process().processId()));
 
-    const ProcRunningApplications own(MainBundle(QCoreApplication::applicationFilePath(), m_folder->path()));
+    const ProcRunningApplications own(MainBundle(QCoreApplication::applicationFilePath(), path()));
     QVERIFY(!find(own, QCoreApplication::applicationPid()));
 }
 
@@ -195,7 +195,7 @@ void DesktopSessionTest::onlyTheMeantProcessIsTerminated()
     QVERIFY(writeFile(path(u"A.app/Contents/Info.plist"_s), propertyList({{u"CFBundleName"_s, u"A"_s}})));
     Sleeper program(path(u"A.app/a"_s));
     Sleeper neighbour(path(u"A.app/b"_s));
-    ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, m_folder->path()));
+    ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
     const auto found = find(applications, program.process().processId());
     QVERIFY(found);
 
@@ -239,6 +239,15 @@ void DesktopSessionTest::withoutABusNothingIsPosted()
     QCOMPARE(log.lines(), QStringList{u"There is no session bus: other programs cannot be told anything."_s});
 }
 
+void DesktopSessionTest::whoEndsIsNotEndedOnceMore()
+{
+    QProcess program;
+    program.start(QCoreApplication::applicationFilePath(), {u"--ending"_s});
+    QVERIFY(program.waitForFinished());
+    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(program.exitCode(), itsOwnStatus);
+}
+
 void DesktopSessionTest::webPagesAreHandedToTheDesktop_data()
 {
     QTest::addColumn<QString>("url");
@@ -263,7 +272,7 @@ void DesktopSessionTest::webPagesAreHandedToTheDesktop()
             + QFile::encodeName(seen) + ".part' '" + QFile::encodeName(seen) + "'\n"));
     QVERIFY(QFile::setPermissions(opener, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     const QByteArray before = qgetenv("PATH");
-    qputenv("PATH", QFile::encodeName(m_folder->path()) + ':' + before);
+    qputenv("PATH", QFile::encodeName(path()) + ':' + before);
     const bool opened = XdgUrlOpener().open(QUrl(url));
     qputenv("PATH", before);
     QCOMPARE(opened, !argument.isEmpty());
@@ -315,6 +324,9 @@ int main(int argc, char **argv)
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == u"--post"_s) {
         return runPoster(arguments.value(2));
+    }
+    if (arguments.value(1) == u"--ending"_s) {
+        return runEnding();
     }
     DesktopSessionTest test;
     return QTest::qExec(&test, argc, argv);

@@ -2,55 +2,30 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/AutostartLoginItems.h"
+#include "support/Folders.h"
+#include "support/FolderTest.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 
-#include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/stat.h>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::contentsOf;
 using testing::LogCapture;
 using testing::writeFile;
 
-namespace {
-
-QByteArray contentsOf(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-} // namespace
-
-class LoginItemsTest : public QObject {
+class LoginItemsTest : public testing::FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
-        m_folder = std::make_unique<QTemporaryDir>();
-    }
-    void cleanup()
-    {
-        QVERIFY(finishBackgroundWork(10000));
-        m_folder.reset();
-    }
-
     void loginItemsAreDesktopEntries_data();
     void loginItemsAreDesktopEntries();
     void whatIsNoLoginItemCountsAsAbsent_data();
     void whatIsNoLoginItemCountsAsAbsent();
     void loginItemsFailWithOneLine();
-
-private:
-    [[nodiscard]] QString path(const QString &name) const { return m_folder->filePath(name); }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void LoginItemsTest::loginItemsAreDesktopEntries_data()

@@ -2,14 +2,14 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/FileSettingsStore.h"
+#include "SettingsFixture.h"
+#include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
 #include "support/SampleBundles.h"
 #include "support/Stored.h"
 
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -21,27 +21,10 @@ using namespace brevok;
 using namespace Qt::StringLiterals;
 using namespace brevok::testing;
 
-namespace {
-
-mode_t modeOf(const QString &path)
-{
-    struct stat facts = {};
-    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_mode & 07777 : 0;
-}
-
-} // namespace
-
-class SettingsFaultsTest : public QObject {
+class SettingsFaultsTest : public SettingsTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
-        m_folder = std::make_unique<QTemporaryDir>();
-    }
-    void cleanup() { m_folder.reset(); }
-
     void whatCannotBeReadIsSetAside_data();
     void whatCannotBeReadIsSetAside();
     void aBrokenFileCostsARunningProgramNothing_data();
@@ -56,16 +39,6 @@ private Q_SLOTS:
     void missingRightsAreNoDamage_data();
     void missingRightsAreNoDamage();
     void whatWaitsIsTriedAgain();
-
-private:
-    [[nodiscard]] QString path() const { return m_folder->filePath(u"tolvane/brevok.conf"_s); }
-    [[nodiscard]] QStringList aside(const QString &what) const
-    {
-        return QDir(QFileInfo(path()).path())
-            .entryList({u"*.%1-*"_s.arg(what)}, QDir::AllEntries | QDir::System | QDir::Hidden);
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void SettingsFaultsTest::whatCannotBeReadIsSetAside_data()
@@ -86,24 +59,24 @@ void SettingsFaultsTest::whatCannotBeReadIsSetAside()
 {
     QFETCH(QByteArray, contents);
     QFETCH(QString, kind);
-    const QByteArray name = QFile::encodeName(path());
-    QVERIFY(writeFile(path(), contents));
+    const QByteArray name = QFile::encodeName(settingsFile());
+    QVERIFY(writeFile(settingsFile(), contents));
     if (kind == u"large"_s) {
-        QVERIFY(QFile::resize(path(), (256LL << 20) + 1));
+        QVERIFY(QFile::resize(settingsFile(), (256LL << 20) + 1));
     } else if (kind != u"file"_s) {
-        QVERIFY(QFile::remove(path()));
+        QVERIFY(QFile::remove(settingsFile()));
     }
     if (kind == u"folder"_s) {
-        QVERIFY(QDir().mkpath(path() + u"/inner"_s));
+        QVERIFY(QDir().mkpath(settingsFile() + u"/inner"_s));
     } else if (kind == u"fifo"_s) {
         QCOMPARE(::mkfifo(name.constData(), 0600), 0);
     } else if (kind == u"link"_s) {
-        QVERIFY(QFile::link(u"/nonexistent/settings"_s, path()));
+        QVERIFY(QFile::link(u"/nonexistent/settings"_s, settingsFile()));
     }
 
     const LogCapture log;
     {
-        FileSettingsStore store(path());
+        FileSettingsStore store(settingsFile());
         QCOMPARE(log.lines().size(), 1);
         QVERIFY2(log.mentions(u".unreadable-"_s), qPrintable(log.lines().join(u'\n')));
         QVERIFY(!store.contains(u"a"_s));
@@ -111,8 +84,8 @@ void SettingsFaultsTest::whatCannotBeReadIsSetAside()
         QVERIFY(isStored(store));
     }
     QCOMPARE(aside(u"unreadable"_s).size(), 1);
-    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 7);
-    QCOMPARE(modeOf(path()), mode_t(0600));
+    QCOMPARE(FileSettingsStore(settingsFile()).integerValue(u"a"_s), 7);
+    QCOMPARE(modeOf(settingsFile()), mode_t(0600));
 }
 
 void SettingsFaultsTest::aBrokenFileCostsARunningProgramNothing_data()
@@ -126,15 +99,15 @@ void SettingsFaultsTest::aBrokenFileCostsARunningProgramNothing()
 {
     QFETCH(bool, removed);
     const LogCapture log;
-    FileSettingsStore store(path());
+    FileSettingsStore store(settingsFile());
     store.setValue(u"kept"_s, u"before"_s);
     store.setValue(u"erased"_s, 1);
     QVERIFY(isStored(store));
-    QVERIFY(removed ? QFile::remove(path()) : writeFile(path(), "garbage"));
+    QVERIFY(removed ? QFile::remove(settingsFile()) : writeFile(settingsFile(), "garbage"));
     store.setValue(u"new"_s, u"after"_s);
     store.remove(u"erased"_s);
     QVERIFY(isStored(store));
-    const FileSettingsStore again(path());
+    const FileSettingsStore again(settingsFile());
     QCOMPARE(again.value(u"kept"_s), u"before"_s);
     QCOMPARE(again.value(u"new"_s), u"after"_s);
     QVERIFY(!again.contains(u"erased"_s));
@@ -143,7 +116,7 @@ void SettingsFaultsTest::aBrokenFileCostsARunningProgramNothing()
 
 void SettingsFaultsTest::aRefusedWriteLosesNothing()
 {
-    FileSettingsStore store(path());
+    FileSettingsStore store(settingsFile());
     store.setValue(u"a"_s, 1);
     QVERIFY(isStored(store));
 
@@ -162,18 +135,18 @@ void SettingsFaultsTest::aRefusedWriteLosesNothing()
     QVERIFY(refused && refusedAgain);
     QVERIFY(!store.problem().isEmpty());
     QCOMPARE(log.lines().size(), 1);
-    QVERIFY(log.mentions(u"The settings cannot be saved in %1: "_s.arg(path())));
-    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 1);
+    QVERIFY(log.mentions(u"The settings cannot be saved in %1: "_s.arg(settingsFile())));
+    QCOMPARE(FileSettingsStore(settingsFile()).integerValue(u"a"_s), 1);
     QCOMPARE(store.dataValue(u"blob"_s).size(), 100'000);
     QVERIFY(isStored(store));
-    QCOMPARE(FileSettingsStore(path()).dataValue(u"blob"_s).size(), 100'000);
+    QCOMPARE(FileSettingsStore(settingsFile()).dataValue(u"blob"_s).size(), 100'000);
 }
 
 void SettingsFaultsTest::aFolderThatCannotBeMadeIsSaidOnce()
 {
-    QVERIFY(writeFile(m_folder->filePath(u"tolvane"_s), "a file"));
+    QVERIFY(writeFile(path(u"tolvane"_s), "a file"));
     const LogCapture log;
-    FileSettingsStore store(path());
+    FileSettingsStore store(settingsFile());
     store.setValue(u"a"_s, 1);
     QVERIFY(!isStored(store));
     QVERIFY(!isStored(store));
@@ -184,7 +157,7 @@ void SettingsFaultsTest::aFolderThatCannotBeMadeIsSaidOnce()
 void SettingsFaultsTest::unusableValuesAreKeptBeside()
 {
     const LogCapture log;
-    FileSettingsStore store(path());
+    FileSettingsStore store(settingsFile());
     const QByteArray rubbish("\0rubbish", 8);
     store.setValue(u"Orlec/Data"_s, rubbish);
     store.setAside(u"Orlec/Data"_s, u"no archive"_s);
@@ -193,11 +166,9 @@ void SettingsFaultsTest::unusableValuesAreKeptBeside()
     QCOMPARE(log.lines().size(), 1);
     QVERIFY(log.mentions(u"no archive"_s));
     QCOMPARE(aside(u"unusable"_s).size(), 1);
-    const QString kept = QFileInfo(path()).path() + u'/' + aside(u"unusable"_s).constFirst();
-    QVERIFY(kept.startsWith(path() + u".Orlec%2FData.unusable-"_s));
-    QFile file(kept);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), rubbish);
+    const QString kept = settingsFolder() + u'/' + aside(u"unusable"_s).constFirst();
+    QVERIFY(kept.startsWith(settingsFile() + u".Orlec%2FData.unusable-"_s));
+    QCOMPARE(contentsOf(kept), rubbish);
     QCOMPARE(modeOf(kept), mode_t(0600));
 }
 
@@ -217,13 +188,13 @@ void SettingsFaultsTest::oddFilesAreRead()
 {
     QFETCH(QByteArray, contents);
     QFETCH(bool, behindALink);
-    const QString real = behindALink ? m_folder->filePath(u"elsewhere"_s) : path();
+    const QString real = behindALink ? path(u"elsewhere"_s) : settingsFile();
     QVERIFY(writeFile(real, contents));
     if (behindALink) {
-        QVERIFY(QDir().mkpath(QFileInfo(path()).path()) && QFile::link(real, path()));
+        QVERIFY(QDir().mkpath(settingsFolder()) && QFile::link(real, settingsFile()));
     }
     ::chmod(QFile::encodeName(real).constData(), 0400); // replacing it needs no right to write it
-    FileSettingsStore store(path());
+    FileSettingsStore store(settingsFile());
     const QStringList before = store.keys();
     QCOMPARE(store.integerValue(u"a"_s), 7);
     store.setValue(u"new"_s, 1);
@@ -231,7 +202,7 @@ void SettingsFaultsTest::oddFilesAreRead()
     const FileSettingsStore again(real);
     QCOMPARE(again.integerValue(u"a"_s), 7);
     QCOMPARE(again.keys().size(), before.size() + 1); // those of others, too
-    QCOMPARE(QFileInfo(path()).isSymLink(), behindALink);
+    QCOMPARE(QFileInfo(settingsFile()).isSymLink(), behindALink);
 }
 
 // A temporary folder that is full, missing or somebody else's is in nobody's way.
@@ -240,12 +211,12 @@ void SettingsFaultsTest::noScratchFilesAreNeeded()
     const QByteArray before = qgetenv("TMPDIR");
     qputenv("TMPDIR", "/proc"); // where not even root makes a file
     {
-        FileSettingsStore store(path());
+        FileSettingsStore store(settingsFile());
         store.setValue(u"a"_s, 7);
         QVERIFY(isStored(store));
         QCOMPARE(store.problem(), QString());
     }
-    const int found = FileSettingsStore(path()).integerValue(u"a"_s);
+    const int found = FileSettingsStore(settingsFile()).integerValue(u"a"_s);
     qputenv("TMPDIR", before);
     QCOMPARE(found, 7);
     QVERIFY(aside(u"unreadable"_s).isEmpty());
@@ -253,7 +224,7 @@ void SettingsFaultsTest::noScratchFilesAreNeeded()
 
 void SettingsFaultsTest::aShortageIsNoDamage()
 {
-    QVERIFY(writeFile(path(), "[General]\na=7\n"));
+    QVERIFY(writeFile(settingsFile(), "[General]\na=7\n"));
     rlimit before = {};
     ::getrlimit(RLIMIT_NOFILE, &before);
     const LogCapture log;
@@ -263,7 +234,7 @@ void SettingsFaultsTest::aShortageIsNoDamage()
         store.reset();
         const rlimit few = {.rlim_cur = files, .rlim_max = before.rlim_max};
         ::setrlimit(RLIMIT_NOFILE, &few);
-        store = std::make_unique<FileSettingsStore>(path());
+        store = std::make_unique<FileSettingsStore>(settingsFile());
         ::setrlimit(RLIMIT_NOFILE, &before);
         QVERIFY(aside(u"unreadable"_s).isEmpty());
         QVERIFY(files < 1000);
@@ -286,15 +257,15 @@ void SettingsFaultsTest::missingRightsAreNoDamage()
     QFETCH(int, folder);
     QFETCH(int, file);
     QFETCH(bool, isRead);
-    QVERIFY(writeFile(path(), "[General]\na=7\n"));
-    const QByteArray name = QFile::encodeName(path());
-    const QByteArray place = QFile::encodeName(QFileInfo(path()).path());
+    QVERIFY(writeFile(settingsFile(), "[General]\na=7\n"));
+    const QByteArray name = QFile::encodeName(settingsFile());
+    const QByteArray place = QFile::encodeName(settingsFolder());
     ::chmod(name.constData(), static_cast<mode_t>(file));
     ::chmod(place.constData(), static_cast<mode_t>(folder));
     const LogCapture log;
     {
         const WithoutPrivileges user;
-        FileSettingsStore store(path());
+        FileSettingsStore store(settingsFile());
         QCOMPARE(store.contains(u"a"_s), isRead);
         store.setValue(u"b"_s, 1);
         QVERIFY(!isStored(store));
@@ -306,17 +277,17 @@ void SettingsFaultsTest::missingRightsAreNoDamage()
         QCOMPARE(store.problem(), QString());
         QCOMPARE(store.integerValue(u"a"_s), 7);
     }
-    QCOMPARE(FileSettingsStore(path()).keys(), (QStringList{u"a"_s, u"b"_s}));
+    QCOMPARE(FileSettingsStore(settingsFile()).keys(), (QStringList{u"a"_s, u"b"_s}));
     QVERIFY(aside(u"unreadable"_s).isEmpty());
     QCOMPARE(LogCapture::lines().size(), 2); // the trouble and its end
 }
 
 void SettingsFaultsTest::whatWaitsIsTriedAgain()
 {
-    const QString place = QFileInfo(path()).path();
+    const QString place = settingsFolder();
     QVERIFY(writeFile(place, "a file where the folder belongs"));
     const LogCapture log;
-    FileSettingsStore store(path(), std::chrono::milliseconds(1));
+    FileSettingsStore store(settingsFile(), std::chrono::milliseconds(1));
     const QSignalSpy troubles(&store, &SettingsStore::troubled);
     const QSignalSpy ends(&store, &SettingsStore::mended);
     store.setValue(u"a"_s, 1);
@@ -326,7 +297,7 @@ void SettingsFaultsTest::whatWaitsIsTriedAgain()
     QVERIFY(ends.isEmpty());
     QVERIFY(QFile::remove(place));
     QTRY_COMPARE(ends.count(), 1); // without being asked to
-    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 1);
+    QCOMPARE(FileSettingsStore(settingsFile()).integerValue(u"a"_s), 1);
     QCOMPARE(LogCapture::lines().size(), 2);
 }
 

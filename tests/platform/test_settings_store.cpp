@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/FileSettingsStore.h"
+#include "SettingsFixture.h"
+#include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 #include "support/Stored.h"
@@ -9,9 +11,7 @@
 #include <QCoreApplication>
 #include <QLockFile>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <array>
@@ -45,25 +45,12 @@ int runWriter(const QString &role, const QString &path, const QString &writer)
     return 0;
 }
 
-mode_t modeOf(const QString &path)
-{
-    struct stat facts = {};
-    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_mode & 07777 : 0;
-}
-
 } // namespace
 
-class SettingsStoreTest : public QObject {
+class SettingsStoreTest : public SettingsTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
-        m_folder = std::make_unique<QTemporaryDir>();
-    }
-    void cleanup() { m_folder.reset(); }
-
     void valuesSurvive_data();
     void valuesSurvive();
     void onlyTheUserMayReadTheFile();
@@ -78,21 +65,14 @@ private Q_SLOTS:
     void changesOfOthersAreTold();
 
 private:
-    [[nodiscard]] QString path() const { return m_folder->filePath(u"tolvane/brevok.conf"_s); }
-    [[nodiscard]] QStringList aside(const QString &what) const
-    {
-        return QDir(QFileInfo(path()).path())
-            .entryList({u"*.%1-*"_s.arg(what)}, QDir::AllEntries | QDir::System | QDir::Hidden);
-    }
     std::unique_ptr<QProcess> start(const QString &role, const QString &writer)
     {
         auto process = std::make_unique<QProcess>();
         process->setProcessChannelMode(QProcess::ForwardedChannels);
-        process->start(QCoreApplication::applicationFilePath(), {u"--writer"_s, role, path(), writer});
+        process->start(
+            QCoreApplication::applicationFilePath(), {u"--writer"_s, role, settingsFile(), writer});
         return process;
     }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
 };
 
 void SettingsStoreTest::valuesSurvive_data()
@@ -123,12 +103,12 @@ void SettingsStoreTest::valuesSurvive()
     QFETCH(QString, key);
     QFETCH(QVariant, value);
     {
-        FileSettingsStore store(path());
+        FileSettingsStore store(settingsFile());
         store.setValue(key, key == u"half"_s ? QVariant(QString(u'a') + QChar(0xd83d)) : value);
         store.setValue(u"neighbour"_s, 1);
         QCOMPARE(store.value(key), value);
     }
-    const FileSettingsStore store(path());
+    const FileSettingsStore store(settingsFile());
     switch (value.typeId()) {
     case QMetaType::QByteArray:
         QCOMPARE(store.dataValue(key), value.toByteArray());
@@ -149,27 +129,27 @@ void SettingsStoreTest::valuesSurvive()
 void SettingsStoreTest::onlyTheUserMayReadTheFile()
 {
     const mode_t previous = ::umask(0);
-    FileSettingsStore store(path());
-    QVERIFY(!QFileInfo::exists(path())); // reading alone leaves no trace
+    FileSettingsStore store(settingsFile());
+    QVERIFY(!QFileInfo::exists(settingsFile())); // reading alone leaves no trace
     store.setValue(u"a"_s, 1);
     QVERIFY(isStored(store));
     ::umask(previous);
-    QCOMPARE(modeOf(path()), mode_t(0600));
-    QCOMPARE(modeOf(QFileInfo(path()).path()), mode_t(0700));
+    QCOMPARE(modeOf(settingsFile()), mode_t(0600));
+    QCOMPARE(modeOf(settingsFolder()), mode_t(0700));
 
-    ::chmod(QFile::encodeName(path()).constData(), 0666);
-    FileSettingsStore again(path());
-    QCOMPARE(modeOf(path()), mode_t(0600));
+    ::chmod(QFile::encodeName(settingsFile()).constData(), 0666);
+    FileSettingsStore again(settingsFile());
+    QCOMPARE(modeOf(settingsFile()), mode_t(0600));
     again.setValue(u"b"_s, 2);
     QVERIFY(isStored(again));
-    QCOMPARE(modeOf(path()), mode_t(0600));
-    QCOMPARE(QDir(QFileInfo(path()).path()).entryList(QDir::Files), QStringList{u"brevok.conf"_s});
+    QCOMPARE(modeOf(settingsFile()), mode_t(0600));
+    QCOMPARE(QDir(settingsFolder()).entryList(QDir::Files), QStringList{u"brevok.conf"_s});
 }
 
 void SettingsStoreTest::changesOfOthersAreMerged()
 {
-    FileSettingsStore one(path());
-    FileSettingsStore other(path());
+    FileSettingsStore one(settingsFile());
+    FileSettingsStore other(settingsFile());
     one.setValue(u"a"_s, 1);
     one.setValue(u"both"_s, u"one"_s);
     QVERIFY(isStored(one));
@@ -181,7 +161,7 @@ void SettingsStoreTest::changesOfOthersAreMerged()
     QCOMPARE(one.value(u"both"_s), u"other"_s);
 
     other.remove(u"a"_s);
-    QTRY_VERIFY(!FileSettingsStore(path()).contains(u"a"_s)); // written without being asked to
+    QTRY_VERIFY(!FileSettingsStore(settingsFile()).contains(u"a"_s)); // written without being asked to
     QVERIFY(isStored(one));
     QVERIFY(!one.contains(u"a"_s));
     QCOMPARE(one.integerValue(u"b"_s), 2);
@@ -194,7 +174,7 @@ void SettingsStoreTest::twoProcessesLoseNothing()
         QVERIFY(writer->waitForFinished(60000));
         QCOMPARE(writer->exitCode(), 0);
     }
-    const FileSettingsStore store(path());
+    const FileSettingsStore store(settingsFile());
     for (int i = 0; i < keysOfEachWriter; ++i) {
         QCOMPARE(store.integerValue(writerKey(u"A"_s, i)), i % 10);
         QVERIFY(store.contains(writerKey(u"A"_s, i)) && store.contains(writerKey(u"B"_s, i)));
@@ -205,11 +185,11 @@ void SettingsStoreTest::aKilledWriterLeavesAWholeFile()
 {
     for (int round = 0; round < 6; ++round) {
         const std::unique_ptr<QProcess> writer = start(u"blobs"_s, QString());
-        const FileStamp before = stampOf(path());
-        QTRY_VERIFY(stampOf(path()) != before && writer->state() == QProcess::Running);
+        const FileStamp before = stampOf(settingsFile());
+        QTRY_VERIFY(stampOf(settingsFile()) != before && writer->state() == QProcess::Running);
         writer->kill();
         QVERIFY(writer->waitForFinished());
-        FileSettingsStore store(path());
+        FileSettingsStore store(settingsFile());
         QCOMPARE(store.dataValue(u"blob"_s).size(), 1 << 20);
         store.setValue(u"round"_s, round);
         QVERIFY(isStored(store)); // the dead writer's lock and half-written file are in nobody's way
@@ -219,13 +199,13 @@ void SettingsStoreTest::aKilledWriterLeavesAWholeFile()
 
 void SettingsStoreTest::defaultsAreNotWritten()
 {
-    FileSettingsStore store(path());
+    FileSettingsStore store(settingsFile());
     store.registerDefaults({{u"OrlecShowNotifications"_s, true}, {u"OrlecLogLevel"_s, 1}});
     store.setValue(u"OrlecLogLevel"_s, 0);
     QVERIFY(isStored(store));
     QVERIFY(store.boolValue(u"OrlecShowNotifications"_s));
     QCOMPARE(store.integerValue(u"OrlecLogLevel"_s), 0);
-    QVERIFY(!FileSettingsStore(path()).contains(u"OrlecShowNotifications"_s));
+    QVERIFY(!FileSettingsStore(settingsFile()).contains(u"OrlecShowNotifications"_s));
     store.remove(u"OrlecLogLevel"_s);
     QCOMPARE(store.integerValue(u"OrlecLogLevel"_s), 1);
 }
@@ -249,8 +229,8 @@ void SettingsStoreTest::wordsForYesAndNo()
 {
     QFETCH(QByteArray, word);
     QFETCH(int, meaning);
-    QVERIFY(writeFile(path(), "[General]\r\nflag=" + word + "\r\n"));
-    FileSettingsStore store(path());
+    QVERIFY(writeFile(settingsFile(), "[General]\r\nflag=" + word + "\r\n"));
+    FileSettingsStore store(settingsFile());
     for (const bool otherwise : {false, true}) {
         const LogCapture log;
         store.registerDefaults({{u"flag"_s, otherwise}});
@@ -261,9 +241,9 @@ void SettingsStoreTest::wordsForYesAndNo()
 
 void SettingsStoreTest::nobodyWaitsForALock()
 {
-    QVERIFY(writeFile(path(), "[General]\na=7\n"));
-    FileSettingsStore store(path());
-    QLockFile lock(path() + u".lock"_s);
+    QVERIFY(writeFile(settingsFile(), "[General]\na=7\n"));
+    FileSettingsStore store(settingsFile());
+    QLockFile lock(settingsFile() + u".lock"_s);
     QVERIFY(lock.lock());
     bool told = false;
     store.setValue(u"a"_s, 8);
@@ -276,12 +256,12 @@ void SettingsStoreTest::nobodyWaitsForALock()
     lock.unlock();
     QTRY_VERIFY(told);
     QVERIFY(isStored(store));
-    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 9);
+    QCOMPARE(FileSettingsStore(settingsFile()).integerValue(u"a"_s), 9);
 }
 
 void SettingsStoreTest::changesKeepTheirOrder()
 {
-    FileSettingsStore store(path());
+    FileSettingsStore store(settingsFile());
     QStringList stored;
     for (int i = 0; i < 40; ++i) {
         store.setValue(u"a"_s, i);
@@ -299,16 +279,16 @@ void SettingsStoreTest::changesKeepTheirOrder()
     QVERIFY(std::is_sorted(stored.cbegin(), stored.cend(),
         [](const QString &a, const QString &b) { return a.toInt() < b.toInt(); }));
     QCOMPARE(stored.constFirst(), u"0"_s);
-    QCOMPARE(FileSettingsStore(path()).integerValue(u"a"_s), 39);
-    QVERIFY(FileSettingsStore(path()).contains(u"last"_s));
+    QCOMPARE(FileSettingsStore(settingsFile()).integerValue(u"a"_s), 39);
+    QVERIFY(FileSettingsStore(settingsFile()).contains(u"last"_s));
 }
 
 void SettingsStoreTest::changesOfOthersAreTold()
 {
-    QVERIFY(writeFile(path(), "[General]\na=1\nb=1\nc=1\n"));
-    FileSettingsStore store(path());
+    QVERIFY(writeFile(settingsFile(), "[General]\na=1\nb=1\nc=1\n"));
+    FileSettingsStore store(settingsFile());
     store.setValue(u"b"_s, 2);
-    QVERIFY(writeFile(path(), "[General]\na=5\nb=5\nd=5\n"));
+    QVERIFY(writeFile(settingsFile(), "[General]\na=5\nb=5\nd=5\n"));
     const QSignalSpy changes(&store, &SettingsStore::changed);
     QVERIFY(isStored(store));
     QStringList told;

@@ -35,6 +35,7 @@ private Q_SLOTS:
     void aDownloadThatCannotBeStoredLeavesNothing();
     void leftoversGoButRunningDownloadsStay();
     void aDownloadNobodyWaitsForIsGivenUp();
+    void aProgramThatEndsLeavesNothing();
     void gunzipWantsAllOfIt_data();
     void gunzipWantsAllOfIt();
 };
@@ -208,11 +209,35 @@ void DownloadTest::aDownloadNobodyWaitsForIsGivenUp()
     };
     client.getList(u"/a.zip"_s, context.get(), fail);
     client.download(
-        stage.server.url(u"/a.zip"_s, u"127.0.0.1"_s), folder.filePath(u"a.zip"_s), 100000000000,
-        context.get(), [&context](qint64, qint64) { context.reset(); }, fail);
+        stage.server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 100000000000, context.get(),
+        [&context](qint64, qint64) { context.reset(); }, fail);
     QTRY_VERIFY_WITH_TIMEOUT(!context, patient);
     QTRY_COMPARE_WITH_TIMEOUT(stage.server.connections(), 0, patient);
     QVERIFY(QDir(folder.path()).isEmpty());
+    QVERIFY(!called);
+}
+
+// Between the end of a transfer and the name of its file.
+void DownloadTest::aProgramThatEndsLeavesNothing()
+{
+    auto stage = std::make_unique<Stage>();
+    const QTemporaryDir folder;
+    stage->server.on(u"/a.zip"_s, Response::ok("zip"));
+    HttpServiceClient client(
+        stage->network, [] { return QString(); }, [] { return true; });
+    QEventLoop loop;
+    int told = 0;
+    const auto progress = [&](qint64, qint64) {
+        if (++told == 2) { // the second time when all is there
+            stage.reset();
+            loop.quit();
+        }
+    };
+    bool called = false;
+    client.download(stage->server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 3, this, progress,
+        [&called](const DownloadResult &) { called = true; });
+    loop.exec();
+    QTRY_VERIFY(QDir(folder.path()).isEmpty());
     QVERIFY(!called);
 }
 

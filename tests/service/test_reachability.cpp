@@ -58,6 +58,7 @@ private Q_SLOTS:
     void diagnosisOfAnUnknownHost();
     void diagnosis_data();
     void diagnosis();
+    void whatIsPostedStaysWithTheService();
     void nobodyWaits();
 };
 
@@ -295,6 +296,23 @@ void TestReachability::diagnosis()
     QCOMPARE(lines.value(5).contains(u"you have secret%3D(not logged)  [31m"_s), valid);
     QVERIFY(!LogCapture::mentions(u"11111"_s));
     QCOMPARE(server.requests(u"/"_s).value(0).method, "POST");
+}
+
+void TestReachability::whatIsPostedStaysWithTheService()
+{
+    FaultServer server;
+    FaultServer other;
+    other.on(u"/"_s, Response::ok("y"));
+    server.on(u"/"_s, Response::redirect(other.url(u"/"_s).toEncoded(), 307));
+    NetworkFactory network(configuration(server));
+    Connectivity connectivity(network, routes);
+    const QStringList lines = diagnose(connectivity, server.url(u"/"_s), server.port());
+    QCOMPARE(lines.count(u"Connection: GET returned valid reply"_s), 1);
+    QCOMPARE(lines.last(),
+        u"Connection: POST returned error The server redirected the request to another server."_s);
+    QCOMPARE(server.requests().size(), 2);
+    QCOMPARE(other.requests().size(), 1);
+    QCOMPARE(other.requests().constFirst().method, "GET");
 }
 
 void TestReachability::nobodyWaits()

@@ -127,10 +127,8 @@ void CurlTransfer::addHeader(const QByteArray &line)
 
 CurlTransfer::Clock::time_point CurlTransfer::deadline() const
 {
-    const HttpLimits &limits = m_order.request.limits;
-    const auto silence = m_moved + std::chrono::milliseconds(limits.silenceMs);
-    return limits.wholeMs > 0 ? std::min(silence, m_begun + std::chrono::milliseconds(limits.wholeMs))
-                              : silence;
+    const auto silence = m_moved + std::chrono::milliseconds(m_order.request.limits.silenceMs);
+    return std::min(silence, m_order.wholeDeadline());
 }
 
 size_t CurlTransfer::headerArrived(const char *data, size_t size, size_t count, void *transfer)
@@ -358,6 +356,7 @@ void CurlTransfer::end(CURLcode result)
         m_desk.received(number(), m_reply.received);
         part = m_part->release();
     }
+    m_part.reset(); // before anybody hears of it
     m_desk.ended(number(), m_reply, part);
 }
 

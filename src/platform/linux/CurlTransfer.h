@@ -74,8 +74,7 @@ private:
     std::unique_ptr<CURL, FreeEasy> m_easy;
     std::unique_ptr<curl_slist, FreeList> m_headers;
     std::array<char, CURL_ERROR_SIZE> m_error = {};
-    Clock::time_point m_begun = Clock::now();
-    Clock::time_point m_moved = m_begun;
+    Clock::time_point m_moved = Clock::now();
     Clock::time_point m_told; ///< of the progress
     curl_off_t m_bytesMoved = 0;
     qint64 m_headerBytes = 0;

@@ -12,7 +12,7 @@ namespace brevok {
 
 namespace {
 
-constexpr int connectionsToHost = 6; // for archives, and as many for all else
+constexpr int turnsOfHost = 6; // for files, and as many for memory
 constexpr long keptConnections = 8;
 
 /// All requests of the thread.
@@ -71,8 +71,7 @@ private:
         return true;
     }
 
-    // One host is not asked for everything at once; archives keep nothing else waiting, and nothing what is
-    // posted.
+    // One host is not asked for all icons or all archives at once. Nothing else waits for another request.
     void startWaiting()
     {
         m_endedSome = false;
@@ -81,10 +80,10 @@ private:
             return std::pair(order.request.url.authority(), order.request.destination.isEmpty());
         };
         for (const auto &[number, transfer] : m_running) {
-            ++open[slot(transfer->order())];
+            open[slot(transfer->order())] += transfer->order().request.takesTurns ? 1 : 0;
         }
         m_waiting.removeIf([&](const TransferOrder &order) {
-            if (++open[slot(order)] > connectionsToHost && order.request.method != "POST") {
+            if (order.request.takesTurns && ++open[slot(order)] > turnsOfHost) {
                 return false;
             }
             auto transfer = std::make_unique<CurlTransfer>(m_desk, m_setup, order);
@@ -129,17 +128,27 @@ private:
         for (const quint64 number : late) {
             drop(number);
         }
+        m_waiting.removeIf([this, now](const TransferOrder &order) {
+            const bool isLate = order.wholeDeadline() <= now;
+            if (isLate) {
+                m_desk.ended(order.transfer,
+                    {.failure = HttpFailure::TooSlow, .reason = QStringLiteral("It was not its turn")}, {});
+            }
+            return isLate;
+        });
     }
 
     [[nodiscard]] int untilDeadline() const
     {
-        qint64 wait = INT_MAX;
+        Clock::time_point next = Clock::time_point::max();
         for (const auto &[number, transfer] : m_running) {
-            const auto left =
-                std::chrono::ceil<std::chrono::milliseconds>(transfer->deadline() - Clock::now());
-            wait = std::clamp<qint64>(left.count(), 0, wait);
+            next = std::min(next, transfer->deadline());
         }
-        return static_cast<int>(wait);
+        for (const TransferOrder &order : m_waiting) {
+            next = std::min(next, order.wholeDeadline());
+        }
+        const auto left = std::chrono::ceil<std::chrono::milliseconds>(next - Clock::now());
+        return static_cast<int>(std::clamp<qint64>(left.count(), 0, INT_MAX));
     }
 
     TransferDesk &m_desk;

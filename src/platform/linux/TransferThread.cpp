@@ -67,39 +67,56 @@ quint64 TransferThread::start(HttpRequest request, Progress progress, Handler ha
     if (transfer == 1) {
         inBackground(m_thread, [this] { moveData(*this, m_setup); });
     }
-    const QString origin = originOf(request.url);
-    const auto known = m_proxies.constFind(origin);
-    if (isThisMachine(request.url)) {
-        give({TransferOrder::Kind::Start, transfer, std::move(request), {}});
-    } else if (known != m_proxies.cend() && !known->age.hasExpired(proxyRemembered / 1ms)) {
-        give({TransferOrder::Kind::Start, transfer, std::move(request), known->address});
-    } else {
-        askForProxy(transfer, request);
-    }
+    const bool direct = isThisMachine(request.url);
+    TransferOrder order{TransferOrder::Kind::Start, transfer, std::move(request)};
+    direct ? give(std::move(order)) : askForProxy(std::move(order));
     return transfer;
 }
 
-// A script of the proxies' is waited for no longer than a server.
-void TransferThread::askForProxy(quint64 transfer, const HttpRequest &request)
+// A script of the proxies' is waited for no longer than a server, and asked once for all that wait.
+void TransferThread::askForProxy(TransferOrder order)
 {
-    auto *late = new QTimer(this);
-    late->setSingleShot(true);
-    connect(late, &QTimer::timeout, this, [this, transfer, late] {
-        late->deleteLater();
-        settle(transfer, {.failure = HttpFailure::TimedOut});
-    });
-    late->start(request.limits.silenceMs);
-    inBackgroundThen(
-        this, [url = request.url] { return systemProxyFor(url); },
-        [this, late = QPointer<QTimer>(late), transfer, request](const QByteArray &proxy) {
-            delete late;
-            if (m_running.contains(transfer)) {
-                Proxy &found = m_proxies[originOf(request.url)];
-                found.address = proxy;
-                found.age.start();
-                give({TransferOrder::Kind::Start, transfer, request, proxy});
-            }
+    const QString origin = originOf(order.request.url);
+    Proxy &proxy = m_proxies[origin];
+    if (proxy.age.isValid() && !proxy.age.hasExpired(proxyRemembered / 1ms)) {
+        order.proxy = proxy.address;
+        give(std::move(order));
+        return;
+    }
+    if (!std::exchange(proxy.lookedUp, true)) {
+        inBackgroundApart([self = QPointer<TransferThread>(this), origin, url = order.request.url] {
+            const QByteArray address = systemProxyFor(url);
+            onMain(QCoreApplication::instance(), [self, origin, address] {
+                if (self) {
+                    self->takeProxy(origin, address);
+                }
+            });
         });
+    }
+    const auto late = [this, origin, transfer = order.transfer] {
+        const auto isIt = [transfer](const TransferOrder &one) {
+            return one.transfer == transfer;
+        };
+        if (m_proxies[origin].waiting.removeIf(isIt) > 0) {
+            settle(transfer, {.failure = HttpFailure::TimedOut});
+        }
+    };
+    QTimer::singleShot(order.request.limits.silenceMs, this, late);
+    proxy.waiting.append(std::move(order));
+}
+
+void TransferThread::takeProxy(const QString &origin, const QByteArray &address)
+{
+    Proxy &proxy = m_proxies[origin];
+    proxy.address = address;
+    proxy.age.start();
+    proxy.lookedUp = false;
+    for (TransferOrder &order : std::exchange(proxy.waiting, {})) {
+        if (m_running.contains(order.transfer)) {
+            order.proxy = address;
+            give(std::move(order));
+        }
+    }
 }
 
 void TransferThread::cancel(quint64 transfer)
@@ -137,23 +154,30 @@ void TransferThread::received(quint64 transfer, qint64 bytes)
 
 void TransferThread::ended(quint64 transfer, const HttpReply &reply, const QString &part)
 {
-    onMain(this, [this, transfer, reply, part] {
-        if (part.isEmpty()) {
-            settle(transfer, reply);
-        } else {
-            store(transfer, reply, part);
-        }
+    if (part.isEmpty()) {
+        onMain(this, [this, transfer, reply] { settle(transfer, reply); });
+        return;
+    }
+    // Unless it gets its name it goes with whoever knew of it last, also when the program ends meanwhile.
+    std::shared_ptr<const QString> file(new QString(part), [](const QString *path) {
+        QFile::remove(*path);
+        delete path;
+    });
+    onMain(this, [this, transfer, reply, file = std::move(file)]() mutable {
+        store(transfer, reply, std::exchange(file, nullptr));
     });
 }
 
 // Waiting for the disk is no work for the main thread, nor for the one that moves the data of others.
-void TransferThread::store(quint64 transfer, const HttpReply &reply, const QString &part)
+void TransferThread::store(
+    quint64 transfer, const HttpReply &reply, const std::shared_ptr<const QString> &part)
 {
-    const auto rename = [reply, part, destination = m_running.value(transfer).destination] {
+    const QString destination = m_running.value(transfer).destination;
+    const auto rename = [reply, part, destination] {
         std::optional<BrevokError> error;
         // No destination: nobody waits any more.
-        if (destination.isEmpty() || !renameDurably(part, destination, &error)) {
-            QFile::remove(part);
+        if (destination.isEmpty() || !renameDurably(*part, destination, &error)) {
+            QFile::remove(*part); // before anybody hears of it
         }
         HttpReply result = reply;
         if (error) {

@@ -11,6 +11,7 @@
 #include <QObject>
 #include <QThreadPool>
 
+#include <memory>
 #include <mutex>
 
 namespace brevok {
@@ -37,10 +38,13 @@ private:
 
     struct Proxy {
         QByteArray address;
-        QElapsedTimer age;
+        QElapsedTimer age; ///< invalid before the first look-up has ended
+        bool lookedUp = false; ///< at the moment
+        QList<TransferOrder> waiting; ///< for it
     };
 
-    void askForProxy(quint64 transfer, const HttpRequest &request);
+    void askForProxy(TransferOrder order);
+    void takeProxy(const QString &origin, const QByteArray &address);
     void give(TransferOrder order);
     void settle(quint64 transfer, const HttpReply &reply);
 
@@ -48,7 +52,7 @@ private:
     [[nodiscard]] QList<TransferOrder> orders() override;
     void received(quint64 transfer, qint64 bytes) override;
     void ended(quint64 transfer, const HttpReply &reply, const QString &part) override;
-    void store(quint64 transfer, const HttpReply &reply, const QString &part);
+    void store(quint64 transfer, const HttpReply &reply, const std::shared_ptr<const QString> &part);
 
     HttpSetup m_setup;
     QHash<QString, Proxy> m_proxies; ///< by scheme, host and port

@@ -5,18 +5,28 @@
 
 #include "platform/HttpTransfers.h"
 
+#include <chrono>
 #include <optional>
 
 namespace brevok {
 
 /// What the main thread wants of the thread that moves the data.
 struct TransferOrder {
+    using Clock = std::chrono::steady_clock;
     enum class Kind { Start, Cancel, End };
 
     Kind kind = Kind::End; ///< End: of the thread
     quint64 transfer = 0;
     HttpRequest request{};
     QByteArray proxy{}; ///< empty: none
+    Clock::time_point given = Clock::now();
+
+    /// When the whole has taken too long.
+    [[nodiscard]] Clock::time_point wholeDeadline() const
+    {
+        const int wholeMs = request.limits.wholeMs;
+        return wholeMs > 0 ? given + std::chrono::milliseconds(wholeMs) : Clock::time_point::max();
+    }
 };
 
 /// The program, as the thread that moves the data sees it. Called on that thread.

@@ -310,9 +310,9 @@ void FaultServer::on(const QString &path, const Handler &handler)
     m_handlers.insert(path, handler);
 }
 
-QUrl FaultServer::url(const QString &path, const QString &host) const
+QUrl FaultServer::url(const QString &path) const
 {
-    return QUrl(u"%1://%2:%3%4"_s.arg(m_scheme, host).arg(m_port).arg(path));
+    return QUrl(u"%1://localhost:%2%3"_s.arg(m_scheme).arg(m_port).arg(path));
 }
 
 QList<Request> FaultServer::requests(const QString &path) const

@@ -93,9 +93,7 @@ public:
     void on(const QString &path, const Handler &handler);
 
     /// "https://localhost:PORT" with @p path.
-    /// @param host "127.0.0.1" where a request must not wait for one to "localhost": where that has an IPv6
-    /// address too, Qt 6.4 sends the second when the first has ended
-    [[nodiscard]] QUrl url(const QString &path = {}, const QString &host = QStringLiteral("localhost")) const;
+    [[nodiscard]] QUrl url(const QString &path = {}) const;
     [[nodiscard]] quint16 port() const { return m_port; }
 
     /// All requests so far, in order of arrival.

@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "alerts/BrevokAlertQueue.h"
+#include "service/BrevokSession.h"
+#include "service/Connectivity.h"
+#include "service/NetworkFactory.h"
+#include "support/FakePlatform.h"
+#include "support/FakeRouteLookup.h"
+#include "support/IdleUpdater.h"
+#include "support/MemorySettingsStore.h"
+#include "support/RecordingOpener.h"
+#include "support/ScratchStateStore.h"
+#include "support/ScriptedAlertPresenter.h"
+#include "support/StoredSettings.h"
+#include "targets/BrevokTargetApps.h"
+#include "ui/BrevokPreferencesController.h"
+
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace brevok::testing {
+
+using namespace Qt::StringLiterals;
+
+/// The window over the real session and list of targets. Without a service the network is down, so nothing is
+/// sent.
+struct Desk {
+    explicit Desk(const QString &sessionId = {}, const ServiceConfiguration &service = {})
+        : network(service)
+    {
+        routes.flags = service.baseUrl.isEmpty() ? ReachabilityFlags() : Reachable;
+        if (!sessionId.isEmpty()) {
+            scratch.store.commit({{u"OrlecSessionData"_s, QString(),
+                Record{{u"SessionId"_s, sessionId}, {u"orlecId"_s, u"ada@example.com"_s}}}});
+        }
+        session.emplace(scratch.store, network, connectivity, queue, updater);
+        targets.emplace(scratch.store, search);
+    }
+    void open()
+    {
+        window.emplace(BrevokPreferencesController::Collaborators{*session, *targets, access, settings,
+            presenter, opener, QUrl(u"https://service.example/base"_s)});
+        window->showWindow();
+    }
+    void openTargets()
+    {
+        open();
+        window->showTargets();
+    }
+    void openSheet()
+    {
+        openTargets();
+        click("insertButton");
+    }
+    void signIn(const QString &email) const
+    {
+        QTest::keyClicks(find<QLineEdit>("orlecId"), email);
+        QTest::keyClicks(find<QLineEdit>("password"), u"secret"_s);
+        QTest::keyClick(find<QLineEdit>("password"), Qt::Key_Return);
+    }
+    template <class Widget> [[nodiscard]] Widget *find(const char *name) const
+    {
+        return window->findChild<Widget *>(QString::fromLatin1(name));
+    }
+    [[nodiscard]] QTableView *table() const { return find<QTableView>("targetsView"); }
+    [[nodiscard]] QStringList rows() const
+    {
+        QStringList texts;
+        for (int row = 0; row < table()->model()->rowCount(); ++row) {
+            texts.append(table()->model()->index(row, 1).data().toString());
+        }
+        return texts;
+    }
+    void click(const char *button) const { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
+    /// Chooses a folder in the sheet as a user does.
+    void choose(const QString &path) const
+    {
+        click("choosePath");
+        QFileDialog *chooser = nullptr;
+        const QList<QFileDialog *> dialogs = window->findChildren<QFileDialog *>();
+        for (QFileDialog *dialog : dialogs) {
+            chooser = dialog->isVisible() ? dialog : chooser;
+        }
+        QVERIFY(chooser != nullptr);
+        QCOMPARE(chooser->windowTitle(), u"Chose Plug-Ins directory"_s);
+        chooser->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
+        QTest::keyClick(chooser->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
+        QTRY_VERIFY(!chooser->isVisible());
+    }
+
+    QTemporaryDir folder;
+    MemorySettingsStore settings;
+    ScratchStateStore scratch;
+    FakeRouteLookup routes;
+    ScriptedAlertPresenter presenter;
+    RecordingPanel panel;
+    NetworkFactory network;
+    Connectivity connectivity{network, routes};
+    BrevokAlertQueue queue{presenter, panel};
+    IdleUpdater updater;
+    FakeApplicationSearch search;
+    StoredSettings access{settings};
+    RecordingOpener opener;
+    std::optional<BrevokSession> session;
+    std::optional<BrevokTargetApps> targets;
+    std::optional<BrevokPreferencesController> window;
+};
+
+} // namespace brevok::testing

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "foundation/Record.h"
+#include "foundation/PackedRecord.h"
 #include "platform/StoreWaiter.h"
 
 #include <QDateTime>
@@ -16,11 +16,11 @@ namespace brevok {
 struct StateChange {
     QString key;
     QString entry;
-    std::optional<Record> value;
+    std::optional<PackedRecord> value;
 };
 using StateChanges = QList<StateChange>;
 /// What stands under one key.
-using StateEntries = QHash<QString, Record>;
+using StateEntries = QHash<QString, PackedRecord>;
 
 /// What the program itself keeps between runs: dictionaries under a key and the name of an entry. Main
 /// thread.

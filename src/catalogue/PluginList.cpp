@@ -77,7 +77,7 @@ std::string_view textOf(const std::optional<dom::element> &value)
 QString stringOf(const std::optional<dom::element> &value)
 {
     const std::string_view text = textOf(value);
-    const QByteArrayView bytes(text.data(), text.size());
+    const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
     // Qt would take a mark of byte order away from the start.
     return text.starts_with(byteOrderMark)
         ? QString(QStringDecoder(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom)(bytes))

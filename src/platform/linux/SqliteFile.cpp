@@ -136,7 +136,7 @@ bool SqliteFile::wasMoved() const
 
 Result SqliteFile::open(bool create, int patienceMs)
 {
-    if (m_db != nullptr && wasMoved()) {
+    if (create && m_db != nullptr && wasMoved()) {
         close();
         m_lost = true;
     }

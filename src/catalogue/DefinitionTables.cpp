@@ -261,8 +261,13 @@ DefinitionPtr DefinitionTables::mergedBuild(const ListedBuild &build)
     const bool newLink = copyValue(PluginKeys::link, listed, known);
     const bool newSize = copyValue(PluginKeys::size, listed, known);
     const bool newPrefix = ensurePrefix(known, build.prefix);
-    if (newLink || newSize || newPrefix) {
+    const bool differs = newLink || newSize || newPrefix;
+    if (known == listed) {
+        definition->record = record; // whose text need not be written anew
+    } else if (differs) {
         definition->record = known;
+    }
+    if (differs) {
         noteChange(definition);
     }
     return definition;

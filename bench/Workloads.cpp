@@ -127,10 +127,11 @@ qsizetype StatusWorkload::runFresh()
 
 qsizetype StatusWorkload::runFirst() const
 {
-    StatusInput input{
-        .prefixes = {}, .definitions = m_plugins->snapshot(), .validTargets = m_targets->validTargets()};
+    StatusInput input{.prefixes = {}, .builds = {}, .validTargets = m_targets->validTargets()};
     for (const Record &package : m_packages->packageRecords()) {
-        input.prefixes.append(package.value(PackageKeys::prefix).toString());
+        const QString prefix = package.value(PackageKeys::prefix).toString();
+        input.prefixes.append(prefix);
+        input.builds.insert(prefix, statusBuilds(m_plugins->pluginIndex().value(prefix)));
     }
     const StatusResult result = calculatedStatuses(input);
     return std::count(result.statuses.cbegin(), result.statuses.cend(), PackageStatus::UpToDate);

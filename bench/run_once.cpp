@@ -7,6 +7,7 @@
 #include <QCoreApplication>
 #include <QJsonDocument>
 
+#include <array>
 #include <cstdio>
 
 using namespace brevok;
@@ -22,14 +23,17 @@ int main(int argc, char *argv[])
     qsizetype result = 0;
     if (workload.startsWith(QLatin1StringView("list"))) {
         const QByteArray list = bench::pluginList(20000);
+        const std::array changed{bench::pluginList(20000, 3), bench::pluginList(20000, 4)};
         bench::ListWorkload ours;
         result = ours.run(list);
         for (int i = 0; i < times; ++i) {
             result += workload == QLatin1StringView("list-yardstick")
                 ? QJsonDocument::fromJson(list).array().size()
                 : workload == QLatin1StringView("list-again") ? ours.runAgain(list)
-                : workload == QLatin1StringView("list-load")  ? ours.load()
-                                                              : ours.run(list);
+                : workload == QLatin1StringView("list-changed")
+                ? ours.runAgain(changed.at(static_cast<size_t>(i)))
+                : workload == QLatin1StringView("list-load") ? ours.load()
+                                                             : ours.run(list);
         }
     } else if (workload.startsWith(QLatin1StringView("install-"))) {
         bench::InstallWorkload ours(workload.section(QLatin1Char('-'), 1).toInt());

@@ -21,6 +21,8 @@
 
 #include <QTimer>
 
+#include <tuple>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -331,7 +333,7 @@ bool BrevokAppDelegate::applicationShouldHandleReopen(bool)
 bool BrevokAppDelegate::applicationShouldTerminate()
 {
     if (m_with.platform.settings) {
-        m_with.platform.settings->finish();
+        std::ignore = m_with.platform.settings->finish(patienceAtQuitMs);
     }
     m_with.platform.notifications->post(m_with.bundle.identifier(), willTerminateObject);
     m_menubarController.reset();

@@ -21,6 +21,9 @@ namespace brevok {
 struct Platform;
 struct Shared;
 
+/// How long background work, and each store's disk, may take to come to an end when the program ends.
+inline constexpr int patienceAtQuitMs = 5000;
+
 /// The application's delegate: starts the program once per user session, composes everything, keeps starting
 /// at login in step with the user's login items, and says goodbye to other processes at quit. Main thread.
 class BrevokAppDelegate final : public QObject,

@@ -22,7 +22,6 @@ namespace brevok {
 namespace {
 
 constexpr int usageError = 2;
-constexpr int patienceAtQuitMs = 5000;
 
 } // namespace
 
@@ -61,13 +60,13 @@ int runApplication(const Options &options, AlertPresenter &presenter, Surfaces &
         &requests, &TerminationRequests::handOverRequested, &delegate, &BrevokAppDelegate::handOver);
     delegate.applicationDidFinishLaunching();
     const int status = QCoreApplication::exec();
-    const bool finished = finishBackgroundWork(patienceAtQuitMs);
-    if (platform.state) { // not in a copy that gave way
-        platform.state->finish();
-    }
-    if (!finished) {
+    const bool worked = finishBackgroundWork(patienceAtQuitMs);
+    // A copy that gave way has none.
+    const bool stored = !platform.state || platform.state->finish(patienceAtQuitMs);
+    const bool saved = !platform.settings || platform.settings->finish(patienceAtQuitMs);
+    if (!worked || !stored || !saved) {
         // An install that takes longer is cut off as by a crash: its command stays recorded for the next
-        // start.
+        // start. A disk that does not answer would never let go.
         std::_Exit(status);
     }
     return status;

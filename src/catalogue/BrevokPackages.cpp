@@ -109,7 +109,8 @@ void BrevokPackages::load()
     m_undecided = m_notified;
     int unusable = 0;
     const StateEntries stored = m_state.entries(CatalogueKeys::packagesData);
-    for (const Record &package : stored) {
+    for (const PackedRecord &kept : stored) {
+        const Record package = kept;
         if (const QString name = nonEmptyString(package.value(PackageKeys::name)); !name.isNull()) {
             m_packages.put(name, package);
             m_undecided.insert(name);

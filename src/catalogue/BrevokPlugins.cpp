@@ -9,6 +9,8 @@
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 
+#include <QJsonDocument>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -30,9 +32,14 @@ ListRefresh::Wording wording()
         .failedWithContent = u"Plugins definitions update failed!"_s};
 }
 
-QList<Record> recordsOf(const QList<DefinitionPtr> &definitions)
+QByteArray textOf(const QJsonArray &list)
 {
-    QList<Record> records;
+    return QJsonDocument(list).toJson(QJsonDocument::Compact);
+}
+
+template <typename Kept> QList<Kept> recordsOf(const QList<DefinitionPtr> &definitions)
+{
+    QList<Kept> records;
     records.reserve(definitions.size());
     for (const DefinitionPtr &definition : definitions) {
         records.append(definition->record);
@@ -135,20 +142,20 @@ void BrevokPlugins::askAboutUnfinishedActions(std::function<void()> answered)
     }
 }
 
-DefinitionSnapshot BrevokPlugins::snapshot() const
+PackedSnapshot BrevokPlugins::snapshot() const
 {
-    DefinitionSnapshot snapshot;
+    PackedSnapshot snapshot;
     const DefinitionIndex &index = m_tables.byPrefix();
     snapshot.reserve(index.size());
     for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
-        snapshot.insert(entry.key(), recordsOf(entry.value()));
+        snapshot.insert(entry.key(), recordsOf<PackedRecord>(entry.value()));
     }
     return snapshot;
 }
 
 QList<Record> BrevokPlugins::snapshotOf(const QString &prefix) const
 {
-    return recordsOf(m_tables.byPrefix().value(prefix));
+    return recordsOf<Record>(m_tables.byPrefix().value(prefix));
 }
 
 QSet<QString> BrevokPlugins::prefixesWith(const QString &name) const
@@ -157,7 +164,7 @@ QSet<QString> BrevokPlugins::prefixesWith(const QString &name) const
         const DefinitionIndex &index = m_tables.byPrefix();
         for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
             for (const DefinitionPtr &definition : entry.value()) {
-                m_prefixes[definition->record.value(PluginKeys::name).toString()].insert(entry.key());
+                m_prefixes[definition->name].insert(entry.key());
             }
         }
     }
@@ -169,7 +176,7 @@ QStringList BrevokPlugins::namesOf(const QStringList &keys) const
     QStringList names;
     for (const QString &key : keys) {
         if (const DefinitionPtr known = definition(key)) {
-            names.append(known->record.value(PluginKeys::name).toString());
+            names.append(known->name);
         }
     }
     return names;
@@ -185,7 +192,7 @@ DefinitionPtr BrevokPlugins::pluginWithPrefix(const QString &prefix, const QStri
     const qint64 wanted = leadingInteger(version);
     const QList<DefinitionPtr> definitions = m_tables.byPrefix().value(prefix);
     for (const DefinitionPtr &definition : definitions) {
-        const qint64 host = integerValue(definition->record.value(PluginKeys::hostVersion));
+        const qint64 host = definition->hostVersion;
         if (wanted / 10 == host / 10 && wanted % 10 >= host % 10) {
             return definition;
         }
@@ -200,14 +207,20 @@ void BrevokPlugins::checkForUpdates(const std::function<void(bool ok)> &ended)
 
 ListRefresh::Owner BrevokPlugins::listOwner()
 {
-    return {.read = [this](QJsonArray list, const QByteArray &mark) -> ListRefresh::Taking {
-                auto read = std::make_shared<PluginList>(newestBuilds(std::exchange(list, {})));
-                // What is left out is told of each time.
-                return [this, read, mark = read->allValid ? mark : QByteArray()](const Task &taken) {
-                    take({.list = read, .mark = mark, .taken = taken});
-                    mergeOn();
-                };
-            },
+    const auto read = [this](const QByteArray &json, const QByteArray &mark) -> ListRefresh::Taking {
+        std::optional<PluginList> builds = newestBuilds(json);
+        if (!builds) {
+            return {};
+        }
+        // What is left out is told of each time.
+        return [this, list = std::make_shared<PluginList>(std::move(*builds)), mark](const Task &taken) {
+            take({.list = list, .mark = list->allValid ? mark : QByteArray(), .taken = taken});
+            mergeOn();
+        };
+    };
+    return {
+        .read = [read](const QJsonArray &list, const QByteArray &mark) { return read(textOf(list), mark); },
+        .readText = read,
         .keptMark = [this] { return m_keptMark; },
         .keep =
             [this](const Task &taken) {
@@ -216,9 +229,9 @@ ListRefresh::Owner BrevokPlugins::listOwner()
             }};
 }
 
-void BrevokPlugins::updateWithArray(QJsonArray list)
+void BrevokPlugins::updateWithArray(const QJsonArray &list)
 {
-    take({.list = std::make_shared<PluginList>(newestBuilds(std::exchange(list, {})))});
+    take({.list = std::make_shared<PluginList>(newestBuilds(textOf(list)).value_or(PluginList()))});
     finishMerge();
 }
 
@@ -255,10 +268,10 @@ void BrevokPlugins::finishMerge()
 // One step: what fits into the slice, the announcement, or the end.
 void BrevokPlugins::mergeSome(QDeadlineTimer slice)
 {
-    QList<ListedPrefix> &prefixes = m_merge->list->prefixes;
+    const QList<ListedPrefix> &prefixes = m_merge->list->prefixes;
     if (m_merge->next < prefixes.size()) {
         while (m_merge->next < prefixes.size() && !slice.hasExpired()) {
-            ListedPrefix &listed = prefixes[m_merge->next++];
+            const ListedPrefix &listed = prefixes[m_merge->next++];
             m_merge->announced ? m_tables.dropWhatIsNotListed(listed) : m_tables.merge(listed);
         }
         m_prefixes.clear();

@@ -34,7 +34,7 @@ public:
 
     /// The observable property `plugins`.
     [[nodiscard]] const DefinitionIndex &pluginIndex() const { return m_tables.byPrefix(); }
-    [[nodiscard]] DefinitionSnapshot snapshot() const;
+    [[nodiscard]] PackedSnapshot snapshot() const;
     [[nodiscard]] QList<Record> snapshotOf(const QString &prefix) const;
     /// The prefixes that list a build of the plug-in @p name.
     [[nodiscard]] QSet<QString> prefixesWith(const QString &name) const;
@@ -51,7 +51,7 @@ public:
     /// @p ended tells the end of the request that this call makes, whatever other requests are under way.
     void checkForUpdates(const std::function<void(bool ok)> &ended = {});
     /// Validates, merges and stores a list.
-    void updateWithArray(QJsonArray list);
+    void updateWithArray(const QJsonArray &list);
 
     /// Announces a change of `plugins`, runs @p edit (which may write into the definitions under @p keys),
     /// hands the result to the store, and announces that the change is done. @p stored hears, while

@@ -19,10 +19,9 @@ constexpr QLatin1StringView buildsKey("Builds");
 using PlaceKey = std::pair<QString, qint64>;
 using Places = QHash<PlaceKey, qsizetype>;
 
-PlaceKey placeKey(const Record &definition)
+PlaceKey placeKey(const PluginDefinition &definition)
 {
-    return {definition.value(PluginKeys::name).toString(),
-        integerValue(definition.value(PluginKeys::hostVersion))};
+    return {definition.name, definition.hostVersion};
 }
 
 Places placesIn(const QList<DefinitionPtr> &definitions)
@@ -30,7 +29,7 @@ Places placesIn(const QList<DefinitionPtr> &definitions)
     Places places;
     places.reserve(definitions.size());
     for (qsizetype i = 0; i < definitions.size(); ++i) {
-        const PlaceKey key = placeKey(definitions[i]->record);
+        const PlaceKey key = placeKey(*definitions[i]);
         if (!places.contains(key)) {
             places.insert(key, i);
         }
@@ -38,24 +37,19 @@ Places placesIn(const QList<DefinitionPtr> &definitions)
     return places;
 }
 
-// @return whether that changed the definition
-bool ensurePrefix(PluginDefinition &definition, const QJsonValue &prefix)
+// @return whether that changed the record
+bool ensurePrefix(Record &record, const QJsonValue &prefix)
 {
-    const QJsonValue known = definition.record.value(PluginKeys::prefixes);
+    const QJsonValue known = record.value(PluginKeys::prefixes);
     QJsonArray prefixes = known.toArray();
     const bool missing = !prefixes.contains(prefix) && !nonEmptyString(prefix).isNull();
     if (missing) {
         prefixes.append(prefix);
     }
     if (missing || !known.isArray()) {
-        definition.record.insert(PluginKeys::prefixes, prefixes);
+        record.insert(PluginKeys::prefixes, prefixes);
     }
     return missing || !known.isArray();
-}
-
-bool isSameValue(QLatin1StringView key, const Record &a, const Record &b)
-{
-    return a.value(key) == b.value(key);
 }
 
 // Whether the definitions are the builds, each in its own place: then these stay where they are.
@@ -65,16 +59,14 @@ bool areInPlace(const QList<DefinitionPtr> &definitions, const ListedPrefix &lis
         && std::equal(definitions.cbegin(), definitions.cend(), listed.builds.cbegin(), listed.builds.cend(),
             [](const DefinitionPtr &definition, const ListedBuild &build) {
                 // Names and versions that run into each other can share a build key across plug-ins.
-                return definition->key == build.key
-                    && isSameValue(PluginKeys::name, definition->record, build.record)
-                    && isSameValue(PluginKeys::hostVersion, definition->record, build.record);
+                return definition->key == build.definition.key && definition->name == build.definition.name;
             });
 }
 
 // @return whether the value was another one
 bool copyValue(QLatin1StringView key, const Record &from, Record &to)
 {
-    const bool differs = !isSameValue(key, from, to);
+    const bool differs = from.value(key) != to.value(key);
     if (differs) {
         to.insert(key, from.value(key));
     }
@@ -120,29 +112,34 @@ int removeUnusableState(Record &record)
 
 } // namespace
 
-bool hasPendingCommands(const Record &definition)
+bool hasPendingCommands(const PluginDefinition &definition)
 {
-    return !definition.value(PluginKeys::commandQueue).toArray().isEmpty();
+    return !definition.record.isPacked()
+        && !definition.record.value(PluginKeys::commandQueue).toArray().isEmpty();
 }
 
-int DefinitionTables::place(const QString &prefix, const QList<PluginDefinition> &stored)
+int DefinitionTables::place(const QString &prefix, const QList<StoredBuild> &stored)
 {
     int unusable = 0;
     QList<DefinitionPtr> definitions;
     definitions.reserve(stored.size());
-    for (const PluginDefinition &one : stored) {
-        if (nonEmptyString(one.record.value(PluginKeys::name)).isNull()) {
+    for (const auto &[one, inOrder] : stored) {
+        if (one.name.isEmpty()) {
             ++unusable;
             continue;
         }
         DefinitionPtr &definition = m_byBuild[one.key];
-        if (!definition) {
+        const bool isNew = !definition;
+        if (isNew) {
             definition = std::make_shared<PluginDefinition>(one);
-            unusable += removeUnusableState(definition->record);
         }
-        ensurePrefix(*definition, one.record.value(PluginKeys::prefix));
-        if (definition->record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
-            definition->record.remove(PluginKeys::savedVersion);
+        if (!isNew || !inOrder) {
+            Record &record = definition->record.unpacked();
+            unusable += isNew ? removeUnusableState(record) : 0;
+            ensurePrefix(record, one.record.value(PluginKeys::prefix));
+            if (record.value(PluginKeys::savedVersion).toString() == PluginKeys::downloading) {
+                record.remove(PluginKeys::savedVersion);
+            }
         }
         ++definition->places;
         definitions.append(definition);
@@ -155,16 +152,18 @@ int DefinitionTables::load(const StateEntries &builds, const StateEntries &prefi
 {
     int unusable = 0;
     m_byBuild.reserve(builds.size());
+    StoredBuildReader reader;
     for (auto entry = prefixes.cbegin(); entry != prefixes.cend(); ++entry) {
-        if (!entry->value(buildsKey).isArray()) {
+        const QJsonValue listed = entry->value(buildsKey);
+        if (!listed.isArray()) {
             ++unusable;
             continue;
         }
-        QList<PluginDefinition> stored;
-        const QJsonArray keys = entry->value(buildsKey).toArray();
+        QList<StoredBuild> stored;
+        const QJsonArray keys = listed.toArray();
         for (const QJsonValue value : keys) {
             const QString key = value.toString();
-            stored.append({key, builds.value(key)});
+            stored.append(reader.read(key, builds.value(key)));
         }
         unusable += place(entry.key(), stored);
     }
@@ -174,16 +173,17 @@ int DefinitionTables::load(const StateEntries &builds, const StateEntries &prefi
 int DefinitionTables::loadLists(const Record &stored)
 {
     int unusable = 0;
+    StoredBuildReader reader;
     for (auto entry = stored.constBegin(); entry != stored.constEnd(); ++entry) {
         if (!entry.value().isArray()) {
             ++unusable;
             continue;
         }
-        QList<PluginDefinition> definitions;
+        QList<StoredBuild> definitions;
         const QJsonArray elements = entry.value().toArray();
         for (const QJsonValue element : elements) {
             const Record record = element.toObject();
-            definitions.append({buildKey(record), record});
+            definitions.append(reader.read(buildKey(record), record));
         }
         unusable += place(entry.key(), definitions);
     }
@@ -196,85 +196,111 @@ void DefinitionTables::noteChangeOfEverything()
     for (auto entry = m_byPrefix.cbegin(); entry != m_byPrefix.cend(); ++entry) {
         m_changedPrefixes.insert(entry.key());
         for (const DefinitionPtr &definition : entry.value()) {
-            m_changed.insert(definition->key);
+            noteChange(definition);
         }
+    }
+}
+
+void DefinitionTables::noteChange(const QString &key)
+{
+    if (const DefinitionPtr definition = m_byBuild.value(key)) {
+        noteChange(definition);
+    }
+}
+
+void DefinitionTables::noteChange(const DefinitionPtr &definition)
+{
+    if (!std::exchange(definition->unsaved, true)) {
+        m_changed.append(definition);
+    }
+}
+
+void DefinitionTables::displace(const DefinitionPtr &definition)
+{
+    if (--definition->places == 0) {
+        noteChange(definition);
     }
 }
 
 StateChanges DefinitionTables::changes()
 {
     StateChanges changes;
-    // A build that no prefix lists is known until the program ends, and forgotten by the next start.
-    for (const QString &key : std::as_const(m_displaced)) {
-        if (const DefinitionPtr definition = m_byBuild.value(key); !definition || definition->places == 0) {
-            m_changed.remove(key);
-            changes.append({CatalogueKeys::pluginsData, key, std::nullopt});
-        }
-    }
-    for (const QString &key : std::as_const(m_changed)) {
-        if (const DefinitionPtr definition = m_byBuild.value(key)) {
-            changes.append({CatalogueKeys::pluginsData, key, definition->record});
-        }
+    const QString data = CatalogueKeys::pluginsData;
+    changes.reserve(m_changed.size() + m_changedPrefixes.size());
+    for (const DefinitionPtr &definition : std::as_const(m_changed)) {
+        definition->unsaved = false;
+        // A build that no prefix lists is known until the program ends, and forgotten by the next start.
+        changes.append({data, definition->key,
+            definition->places > 0 ? std::optional(definition->record) : std::nullopt});
     }
     for (const QString &prefix : std::as_const(m_changedPrefixes)) {
-        QJsonArray keys;
+        QJsonArray builds;
         for (const DefinitionPtr &definition : m_byPrefix.value(prefix)) {
-            keys.append(definition->key);
+            builds.append(definition->key);
         }
-        changes.append({CatalogueKeys::pluginPrefixes, prefix, Record{{buildsKey, keys}}});
+        changes.append({CatalogueKeys::pluginPrefixes, prefix, Record{{buildsKey, builds}}});
     }
-    m_displaced.clear();
     m_changed.clear();
     m_changedPrefixes.clear();
     return changes;
 }
 
-DefinitionPtr DefinitionTables::mergedBuild(ListedBuild &build)
+DefinitionPtr DefinitionTables::mergedBuild(const ListedBuild &build)
 {
-    DefinitionPtr &definition = m_byBuild[build.key];
+    const PackedRecord &record = build.definition.record;
+    DefinitionPtr &definition = m_byBuild[build.definition.key];
     if (!definition) {
-        definition = std::make_shared<PluginDefinition>(PluginDefinition{build.key, std::move(build.record)});
+        definition = std::make_shared<PluginDefinition>(build.definition);
         return definition;
     }
-    const bool newLink = copyValue(PluginKeys::link, build.record, definition->record);
-    const bool newSize = copyValue(PluginKeys::size, build.record, definition->record);
-    const bool newPrefix = !isSameValue(PluginKeys::prefixes, build.record, definition->record)
-        && ensurePrefix(*definition, build.prefix);
-    if (newLink || newSize || newPrefix) {
-        m_changed.insert(build.key);
+    if (definition->record.isPacked() && definition->record.json() == record.json()) {
+        return definition;
+    }
+    const Record listed = record;
+    Record known = definition->record.record();
+    const bool newLink = copyValue(PluginKeys::link, listed, known);
+    const bool newSize = copyValue(PluginKeys::size, listed, known);
+    const bool newPrefix = ensurePrefix(known, build.prefix);
+    const bool differs = newLink || newSize || newPrefix;
+    if (known == listed) {
+        definition->record = record; // whose text need not be written anew
+    } else if (differs) {
+        definition->record = known;
+    }
+    if (differs) {
+        noteChange(definition);
     }
     return definition;
 }
 
-void DefinitionTables::merge(ListedPrefix &listed)
+void DefinitionTables::merge(const ListedPrefix &listed)
 {
     QList<DefinitionPtr> &definitions = m_byPrefix[listed.prefix];
     if (areInPlace(definitions, listed)) {
-        for (ListedBuild &build : listed.builds) {
+        for (const ListedBuild &build : listed.builds) {
             mergedBuild(build);
         }
         return;
     }
     Places places = placesIn(definitions);
-    const auto notePlaced = [&](const ListedBuild &build) {
+    const auto notePlaced = [&](const DefinitionPtr &definition) {
         m_changedPrefixes.insert(listed.prefix);
-        m_changed.insert(build.key);
+        noteChange(definition);
     };
-    for (ListedBuild &build : listed.builds) {
+    for (const ListedBuild &build : listed.builds) {
         const DefinitionPtr definition = mergedBuild(build);
-        const PlaceKey place{build.name, build.hostVersion};
+        const PlaceKey place = placeKey(build.definition);
         if (const auto known = places.constFind(place); known == places.cend()) {
             places.insert(place, definitions.size());
             definitions.append(definition);
             ++definition->places;
-            notePlaced(build);
+            notePlaced(definition);
         } else if (DefinitionPtr &former = definitions[*known]; former != definition) {
-            m_displaced.insert(former->key);
-            notePlaced(build);
-            --former->places;
+            notePlaced(definition);
             ++definition->places;
+            displace(former);
             former = definition;
-            if (placeKey(definition->record) != place) {
+            if (placeKey(*definition) != place) {
                 places = placesIn(definitions);
             }
         }
@@ -289,14 +315,13 @@ void DefinitionTables::dropWhatIsNotListed(const ListedPrefix &listed)
     }
     QHash<QString, int> unmatched;
     for (const ListedBuild &build : listed.builds) {
-        ++unmatched[build.key];
+        ++unmatched[build.definition.key];
     }
     m_changedPrefixes.insert(listed.prefix);
     definitions.removeIf([&](const DefinitionPtr &definition) {
         const auto match = unmatched.find(definition->key);
         if (match == unmatched.end() || *match == 0) {
-            m_displaced.insert(definition->key);
-            --definition->places;
+            displace(definition);
             return true;
         }
         --*match;
@@ -313,15 +338,16 @@ qsizetype DefinitionTables::listed() const
 bool DefinitionTables::hasPendingCommands() const
 {
     return std::any_of(m_byBuild.cbegin(), m_byBuild.cend(),
-        [](const DefinitionPtr &definition) { return brevok::hasPendingCommands(definition->record); });
+        [](const DefinitionPtr &definition) { return brevok::hasPendingCommands(*definition); });
 }
 
 void DefinitionTables::discardCommands()
 {
     for (auto entry = m_byBuild.cbegin(); entry != m_byBuild.cend(); ++entry) {
-        if (entry.value()->record.contains(PluginKeys::commandQueue)) {
-            entry.value()->record.remove(PluginKeys::commandQueue);
-            m_changed.insert(entry.key());
+        if (PackedRecord &record = entry.value()->record;
+            !record.isPacked() && record.contains(PluginKeys::commandQueue)) {
+            record.remove(PluginKeys::commandQueue);
+            noteChange(entry.value());
         }
     }
 }

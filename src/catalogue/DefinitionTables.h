@@ -28,11 +28,11 @@ public:
     /// What differs from the state store since the last call: an entry for every build and for every prefix.
     [[nodiscard]] StateChanges changes();
     /// Somebody wrote into the definition under this build key.
-    void noteChange(const QString &key) { m_changed.insert(key); }
+    void noteChange(const QString &key);
     void noteChangeOfEverything();
 
-    /// Enters the builds that a reply lists for a prefix, and takes the records of new ones from there.
-    void merge(ListedPrefix &listed);
+    /// Enters the builds that a reply lists for a prefix.
+    void merge(const ListedPrefix &listed);
     /// Removes from such a prefix what the reply does not list, where the counts differ.
     void dropWhatIsNotListed(const ListedPrefix &listed);
     /// How many definitions the prefixes list together.
@@ -43,13 +43,14 @@ public:
     void discardCommands();
 
 private:
-    int place(const QString &prefix, const QList<PluginDefinition> &stored);
-    DefinitionPtr mergedBuild(ListedBuild &build);
+    int place(const QString &prefix, const QList<StoredBuild> &stored);
+    DefinitionPtr mergedBuild(const ListedBuild &build);
+    void noteChange(const DefinitionPtr &definition);
+    void displace(const DefinitionPtr &definition);
 
     DefinitionIndex m_byPrefix;
     QHash<QString, DefinitionPtr> m_byBuild;
-    QSet<QString> m_changed; ///< build keys
-    QSet<QString> m_displaced; ///< build keys that left a prefix
+    QList<DefinitionPtr> m_changed;
     QSet<QString> m_changedPrefixes;
 };
 

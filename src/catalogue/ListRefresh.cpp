@@ -115,16 +115,15 @@ ListRefresh::Content ListRefresh::contentOf(
     if (!mark.isEmpty() && mark == kept) {
         return {.take = owner.keep, .body = body, .kept = kept};
     }
+    const bool mayNeedMending = mayHoldHalfCharacters(body);
+    if (Taking take = owner.readText && !mayNeedMending ? owner.readText(body, mark) : nullptr) {
+        return {.take = take};
+    }
     QJsonParseError problem;
-    QJsonDocument document = QJsonDocument::fromJson(body, &problem);
+    const QJsonDocument document = QJsonDocument::fromJson(body, &problem);
     if (document.isArray()) {
-        // The only reference is handed over: what is kept of the elements then needs no copy.
-        QJsonArray list = document.array();
-        document = {};
-        if (mayHoldHalfCharacters(body)) {
-            list = wellFormed(list).toArray();
-        }
-        return {.take = owner.read(std::move(list), mark)};
+        const QJsonArray list = document.array();
+        return {.take = owner.read(mayNeedMending ? wellFormed(list).toArray() : list, mark)};
     }
     Content content{.take = {}, .body = body};
     if (problem.error != QJsonParseError::NoError) {

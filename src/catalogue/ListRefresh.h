@@ -41,7 +41,9 @@ public:
     /// What becomes of a list is its owner's concern.
     struct Owner {
         /// Makes a good list ready, in the background and with values only.
-        std::function<Taking(QJsonArray list, const QByteArray &mark)> read;
+        std::function<Taking(const QJsonArray &list, const QByteArray &mark)> read;
+        /// The same of the text, where that costs less. Nothing when it has to be decoded to be judged.
+        std::function<Taking(const QByteArray &json, const QByteArray &mark)> readText{};
         /// The mark of the list that is kept already; a list with this mark need not be read again.
         std::function<QByteArray()> keptMark{};
         /// Such a list came.

@@ -78,35 +78,38 @@ void PackageStatuses::begin()
 
 StatusInput PackageStatuses::inputForAll() const
 {
-    return {.prefixes = m_packages.prefixes(),
-        .definitions = m_plugins.snapshot(),
+    StatusInput input{.prefixes = m_packages.prefixes(),
+        .builds = {},
         .validTargets = m_targets.validTargets(),
         .detailedLog = detailedLog(),
         .known = m_known};
+    for (const QString &prefix : std::as_const(input.prefixes)) {
+        input.builds.insert(prefix, statusBuilds(m_plugins.pluginIndex().value(prefix)));
+    }
+    return input;
 }
 
 StatusInput PackageStatuses::inputFor(const QSet<QString> &plugins) const
 {
     StatusInput input{.prefixes = {},
-        .definitions = {},
+        .builds = {},
         .validTargets = m_targets.validTargets(),
         .detailedLog = detailedLog(),
         .known = {}};
     for (const QString &plugin : plugins) {
         const QSet<QString> prefixes = m_plugins.prefixesWith(plugin);
         for (const QString &prefix : prefixes) {
-            if (m_packages.hasPrefix(prefix) && !input.definitions.contains(prefix)) {
+            if (m_packages.hasPrefix(prefix) && !input.builds.contains(prefix)) {
                 input.prefixes.append(prefix);
-                input.definitions.insert(prefix, m_plugins.snapshotOf(prefix));
-                input.known.builds.insert(prefix, m_known.builds.value(prefix));
+                input.builds.insert(prefix, statusBuilds(m_plugins.pluginIndex().value(prefix)));
             }
         }
     }
     for (auto target = input.validTargets.cbegin(); target != input.validTargets.cend(); ++target) {
-        const InstalledBundles &all = m_known.bundles.value(target.key());
-        InstalledBundles &some = input.known.bundles[target.key()];
-        for (const StatusBuilds &package : std::as_const(input.known.builds)) {
-            for (const StatusBuild &build : package.builds) {
+        const InstalledBundles &all = m_known.value(target.key());
+        InstalledBundles &some = input.known[target.key()];
+        for (const QList<StatusBuild> &builds : std::as_const(input.builds)) {
+            for (const StatusBuild &build : builds) {
                 if (const auto known = all.constFind(build.name); known != all.cend()) {
                     some.insert(build.name, *known);
                 }
@@ -151,9 +154,8 @@ QStringList PackageStatuses::takeOver(const StatusResult &result, bool all)
         inBackground([freed = std::exchange(m_known, result.known)] {});
         return changed;
     }
-    m_known.builds.insert(result.known.builds);
-    for (auto target = result.known.bundles.cbegin(); target != result.known.bundles.cend(); ++target) {
-        m_known.bundles[target.key()].insert(target.value());
+    for (auto target = result.known.cbegin(); target != result.known.cend(); ++target) {
+        m_known[target.key()].insert(target.value());
     }
     return changed;
 }

@@ -55,7 +55,7 @@ private:
     const BrevokPlugins &m_plugins;
     const BrevokTargetApps &m_targets;
     QHash<QString, PackageStatus> m_statuses;
-    StatusMemory m_known; ///< from the calculations so far
+    BundlesOfTargets m_known; ///< from the calculations so far
     QSet<QString> m_wantedPlugins; ///< for the next calculation
     bool m_wantAll = false;
     bool m_restIsOld = false;

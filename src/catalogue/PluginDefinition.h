@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "foundation/Record.h"
+#include "foundation/PackedRecord.h"
 
 #include <QHash>
 #include <QList>
@@ -35,19 +35,24 @@ inline constexpr QLatin1StringView mac("Mac"); ///< value of platform
 /// BrevokPlugins::change().
 struct PluginDefinition {
     QString key; ///< build key
-    Record record;
+    QString name; ///< as the record has it, like all of the build key's parts, which never change
+    QString version;
+    qint64 hostVersion = 0;
+    PackedRecord record; ///< packed as long as it holds no local state but its prefixes
     int places = 0; ///< in the lists of the prefixes
+    bool unsaved = false;
 };
 using DefinitionPtr = std::shared_ptr<PluginDefinition>;
 /// Prefix to definitions, in order of the prefixes.
 using DefinitionIndex = QMap<QString, QList<DefinitionPtr>>;
 /// The same as plain values, for background work.
 using DefinitionSnapshot = QHash<QString, QList<Record>>;
+using PackedSnapshot = QHash<QString, QList<PackedRecord>>;
 
 /// "HostVersion:Name_Version", what makes a build one build.
 [[nodiscard]] QString buildKey(const Record &definition);
 
 /// Whether @p definition has a pending install or remove command.
-[[nodiscard]] bool hasPendingCommands(const Record &definition);
+[[nodiscard]] bool hasPendingCommands(const PluginDefinition &definition);
 
 } // namespace brevok

@@ -7,8 +7,6 @@
 #include "foundation/Log.h"
 #include "targets/TargetLook.h"
 
-#include <algorithm>
-
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -31,20 +29,17 @@ public:
             const QJsonValue version = target->value(TargetKeys::version);
             m_targets.append({target.key(), displayText(version), HostCode(integerValue(version))});
         }
-        for (const QString &prefix : input.prefixes) {
-            m_result.known.builds.insert(prefix, buildsOf(prefix));
-        }
     }
 
     // A target that does not answer is taken as it was.
     void lookAtTargets(const Task &cameBack)
     {
         for (const Target &target : std::as_const(m_targets)) {
-            const InstalledBundles known = m_input.known.bundles.value(target.path);
+            const InstalledBundles known = m_input.known.value(target.path);
             const auto look = [path = target.path, names = namesFor(target.host), known](Pulse &pulse) {
                 return lookAtBundles(path, names, known, pulse);
             };
-            m_result.known.bundles.insert(
+            m_result.known.insert(
                 target.path, bounded<InstalledBundles>(placeOf(target.path), look, cameBack).value_or(known));
         }
     }
@@ -58,25 +53,12 @@ public:
     }
 
 private:
-    [[nodiscard]] StatusBuilds buildsOf(const QString &prefix) const
-    {
-        StatusBuilds builds = m_input.known.builds.value(prefix);
-        const QList<Record> definitions = m_input.definitions.value(prefix);
-        // Equal at once where nothing changed, as both share one dictionary.
-        if (builds.definitions != definitions) {
-            builds = {.definitions = definitions, .builds = {}};
-            builds.builds.reserve(definitions.size());
-            std::transform(definitions.cbegin(), definitions.cend(), std::back_inserter(builds.builds),
-                [](const Record &definition) { return StatusBuild(definition); });
-        }
-        return builds;
-    }
-
     [[nodiscard]] QList<BundleName> namesFor(HostCode host)
     {
         QSet<QString> names;
-        for (const StatusBuilds &package : std::as_const(m_result.known.builds)) {
-            for (const StatusBuild &build : package.builds) {
+        for (const QString &prefix : m_input.prefixes) {
+            const QList<StatusBuild> builds = m_input.builds.value(prefix);
+            for (const StatusBuild &build : builds) {
                 if (hostMatches(host, build.host)) {
                     names.insert(build.name);
                 }
@@ -112,8 +94,8 @@ private:
     std::optional<PackageStatus> withTarget(
         std::optional<PackageStatus> status, const Target &target, const QString &prefix)
     {
-        const InstalledBundles &bundles = *m_result.known.bundles.constFind(target.path);
-        const QList<StatusBuild> &builds = m_result.known.builds.constFind(prefix)->builds;
+        const InstalledBundles &bundles = *m_result.known.constFind(target.path);
+        const QList<StatusBuild> builds = m_input.builds.value(prefix);
         for (const StatusBuild &build : builds) {
             if (!hostMatches(target.host, build.host)) {
                 continue;
@@ -151,14 +133,24 @@ private:
 
 } // namespace
 
-StatusBuild::StatusBuild(const Record &definition)
-    : hostVersion(integerValue(definition.value(PluginKeys::hostVersion)))
+StatusBuild::StatusBuild(const PluginDefinition &definition)
+    : hostVersion(definition.hostVersion)
     , host(hostVersion)
-    , name(definition.value(PluginKeys::name).toString())
-    , version(definition.value(PluginKeys::version).toString())
+    , name(definition.name)
+    , version(definition.version)
     , pending(hasPendingCommands(definition))
     , support(isSupportPlugin(name))
 {
+}
+
+QList<StatusBuild> statusBuilds(const QList<DefinitionPtr> &definitions)
+{
+    QList<StatusBuild> builds;
+    builds.reserve(definitions.size());
+    for (const DefinitionPtr &definition : definitions) {
+        builds.emplaceBack(*definition);
+    }
+    return builds;
 }
 
 StatusResult calculatedStatuses(const StatusInput &input, const Task &cameBack)

@@ -19,7 +19,7 @@ using BundlesOfTargets = QHash<QString, InstalledBundles>;
 
 /// What a calculation needs of a definition.
 struct StatusBuild {
-    explicit StatusBuild(const Record &definition);
+    explicit StatusBuild(const PluginDefinition &definition);
 
     qint64 hostVersion;
     HostCode host;
@@ -28,33 +28,22 @@ struct StatusBuild {
     bool pending;
     bool support;
 };
-/// The builds of a package, and what they were made of.
-struct StatusBuilds {
-    QList<Record> definitions{};
-    QList<StatusBuild> builds{};
-};
-using BuildsOfPackages = QHash<QString, StatusBuilds>; ///< by prefix
-
-/// What the next calculation need not find out again.
-struct StatusMemory {
-    BundlesOfTargets bundles{};
-    BuildsOfPackages builds{};
-};
+[[nodiscard]] QList<StatusBuild> statusBuilds(const QList<DefinitionPtr> &definitions);
 
 /// Everything that one calculation of package statuses reads, taken on the main thread.
 struct StatusInput {
     QStringList prefixes; ///< of the packages
-    DefinitionSnapshot definitions;
+    QHash<QString, QList<StatusBuild>> builds; ///< by prefix
     TargetRecords validTargets;
     bool detailedLog = false;
-    StatusMemory known{}; ///< from the calculation before
+    BundlesOfTargets known{}; ///< from the calculation before
 };
 
 struct StatusResult {
     /// Without those that depend on a target that does not answer, and of which nothing is known.
     QHash<QString, PackageStatus> statuses;
     QSet<QString> updates; ///< prefixes of which some plug-in needs an update, whatever their status
-    StatusMemory known;
+    BundlesOfTargets known; ///< which the next calculation need not find out again
 };
 
 /// The statuses of all packages of @p input. Looks at every installed bundle once, and reads those that have

@@ -58,8 +58,8 @@ public:
     /// Writes what changed so far, so that it survives a power cut, and takes in what other programs wrote.
     /// @p done hears what became of that on a later turn of the event loop, while @p context lives.
     void synchronize(QObject *context, StoreDone done);
-    /// Stores what waits, before the program ends. Blocks.
-    virtual void finish() = 0;
+    /// Stores what waits, before the program ends: see StateStore::finish().
+    [[nodiscard]] virtual bool finish(int milliseconds) = 0;
     /// Why the settings cannot be stored (or read) now; empty in good weather.
     [[nodiscard]] virtual QString problem() const = 0;
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "foundation/Record.h"
+#include "foundation/PackedRecord.h"
 #include "platform/StoreWaiter.h"
 
 #include <QDateTime>
@@ -16,11 +16,11 @@ namespace brevok {
 struct StateChange {
     QString key;
     QString entry;
-    std::optional<Record> value;
+    std::optional<PackedRecord> value;
 };
 using StateChanges = QList<StateChange>;
 /// What stands under one key.
-using StateEntries = QHash<QString, Record>;
+using StateEntries = QHash<QString, PackedRecord>;
 
 /// What the program itself keeps between runs: dictionaries under a key and the name of an entry. Main
 /// thread.
@@ -52,7 +52,9 @@ public:
     void commit(StateChanges changes) { commit(std::move(changes), nullptr, {}); }
 
     /// Stores what waits, before the program ends. Blocks.
-    virtual void finish() = 0;
+    /// @return false, with a line in the log, when the disk does not answer for @p milliseconds (-1: for
+    /// ever): a thread then still works on it, and the end of this object waits for that
+    [[nodiscard]] virtual bool finish(int milliseconds) = 0;
     /// Why nothing can be stored (or read) now; empty in good weather.
     [[nodiscard]] virtual QString problem() const = 0;
 

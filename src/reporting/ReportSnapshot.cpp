@@ -70,8 +70,8 @@ QString pluginsText(const ReportSnapshot &snapshot)
     QString text;
     for (const QString &prefix : std::as_const(prefixes)) {
         text += "Name="_L1 + packageName(snapshot.packages, prefix) + "\nPrefix="_L1 + prefix + u'\n';
-        const QList<Record> definitions = snapshot.plugins->definitions->value(prefix);
-        for (const Record &definition : definitions) {
+        const QList<PackedRecord> definitions = snapshot.plugins->definitions->value(prefix);
+        for (const PackedRecord &definition : definitions) {
             text += keysText(definition, "  "_L1) + u'\n';
         }
         text += u'\n';

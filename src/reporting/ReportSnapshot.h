@@ -18,7 +18,7 @@ struct ReportSnapshot {
         std::optional<QList<Record>> records;
     };
     struct Plugins {
-        std::optional<DefinitionSnapshot> definitions;
+        std::optional<PackedSnapshot> definitions;
     };
     struct Targets {
         std::optional<TargetRecords> records; ///< all stored ones

@@ -15,14 +15,15 @@ namespace {
 using PrefixByName = QHash<QString, QString>;
 
 // Of definitions with one name the last counts, in order of the prefixes.
-PrefixByName prefixesByName(const DefinitionSnapshot &definitions)
+PrefixByName prefixesByName(const PackedSnapshot &definitions)
 {
     PrefixByName prefixes;
     QStringList keys = definitions.keys();
     keys.sort();
     for (const QString &key : std::as_const(keys)) {
-        const QList<Record> builds = definitions.value(key);
-        for (const Record &build : builds) {
+        const QList<PackedRecord> builds = definitions.value(key);
+        for (const PackedRecord &packed : builds) {
+            const Record build = packed;
             prefixes.insert(
                 build.value(PluginKeys::name).toString(), build.value(PluginKeys::prefix).toString());
         }

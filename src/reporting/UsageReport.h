@@ -12,7 +12,7 @@ namespace brevok {
 struct UsageSnapshot {
     QString appVersion; ///< empty when missing
     TargetRecords targets;
-    DefinitionSnapshot definitions;
+    PackedSnapshot definitions;
 };
 
 /// The report of which plug-ins are installed where. Reads the targets' folders; any thread.

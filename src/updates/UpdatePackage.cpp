@@ -57,6 +57,23 @@ std::optional<UpdateError> faultOf(QFile &file, const AppcastItem &item, const Q
     return package && isAnnounced(*package, item) ? std::nullopt : std::optional(UpdateError::WrongPackage);
 }
 
+bool prepareFolder(const QString &path)
+{
+    const QFileInfo folder(path);
+    const QDir above = folder.dir();
+    if (folder.isSymLink() || !above.mkpath(u"."_s)
+        || (!folder.isDir() && !above.mkdir(folder.fileName(), ownerAlone))
+        || !QFile::setPermissions(path, ownerAlone)) {
+        return false;
+    }
+    const QFileInfoList left =
+        QDir(path).entryInfoList(QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
+    for (const QFileInfo &file : left) {
+        QFile::remove(file.filePath());
+    }
+    return true;
+}
+
 } // namespace
 
 UpdatePackage::UpdatePackage(
@@ -84,12 +101,21 @@ QString UpdatePackage::path() const
 
 void UpdatePackage::start()
 {
-    if (!prepareFolder()) {
-        fail(updateError(UpdateError::FileFailure,
-            Texts::tr("The folder for the update cannot be used: %1")
-                .arg(QDir::toNativeSeparators(m_folder))));
-        return;
-    }
+    inBackgroundThen(
+        this, [folder = m_folder] { return prepareFolder(folder); },
+        [this](bool prepared) {
+            if (prepared) {
+                download();
+                return;
+            }
+            fail(updateError(UpdateError::FileFailure,
+                Texts::tr("The folder for the update cannot be used: %1")
+                    .arg(QDir::toNativeSeparators(m_folder))));
+        });
+}
+
+void UpdatePackage::download()
+{
     m_service.download(
         m_item.address, m_file->fileName(), m_item.length, this,
         [this](qint64 done, qint64 total) { Q_EMIT progress(done, total); },
@@ -100,23 +126,6 @@ void UpdatePackage::start()
                 verify();
             }
         });
-}
-
-bool UpdatePackage::prepareFolder() const
-{
-    const QFileInfo folder(m_folder);
-    const QDir above = folder.dir();
-    if (folder.isSymLink() || !above.mkpath(u"."_s)
-        || (!folder.isDir() && !above.mkdir(folder.fileName(), ownerAlone))
-        || !QFile::setPermissions(m_folder, ownerAlone)) {
-        return false;
-    }
-    const QFileInfoList left =
-        QDir(m_folder).entryInfoList(QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot);
-    for (const QFileInfo &file : left) {
-        QFile::remove(file.filePath());
-    }
-    return true;
 }
 
 // Verified is the open file, not what may bear its name by then.

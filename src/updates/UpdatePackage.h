@@ -43,7 +43,7 @@ Q_SIGNALS:
     void failed(const brevok::BrevokError &error);
 
 private:
-    [[nodiscard]] bool prepareFolder() const;
+    void download();
     void verify();
     void verified(const std::optional<UpdateError> &fault);
     void fail(const BrevokError &error);

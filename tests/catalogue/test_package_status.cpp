@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "catalogue/PackageStatus.h"
+#include "catalogue/PluginList.h"
 #include "catalogue/StatusRun.h"
 #include "CatalogueFixture.h"
 #include "support/LogCapture.h"
@@ -16,6 +17,22 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 using Fixture = CatalogueFixture;
 using enum PackageStatus;
+
+namespace {
+
+QList<StatusBuild> builds(const QList<Record> &records)
+{
+    StoredBuildReader reader;
+    QList<StatusBuild> builds;
+    for (const Record &record : records) {
+        PluginDefinition definition = reader.read(buildKey(record), record).definition;
+        definition.record = record;
+        builds.append(StatusBuild(definition));
+    }
+    return builds;
+}
+
+} // namespace
 
 class PackageStatusTest : public QObject {
     Q_OBJECT
@@ -207,8 +224,8 @@ void PackageStatusTest::packagesAreExaminedOnDisk()
         return Record{{TargetKeys::path, path}, {TargetKeys::version, version}};
     };
     StatusInput input{.prefixes = {u"P"_s, u"Q"_s},
-        .definitions = {{u"P"_s, {Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140), last}},
-            {u"Q"_s, {Fixture::build(u"A"_s, u"Q"_s, u"2.0"_s, 190)}}},
+        .builds = {{u"P"_s, builds({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140), last})},
+            {u"Q"_s, builds({Fixture::build(u"A"_s, u"Q"_s, u"2.0"_s, 190)})}},
         .validTargets = {{one, target(one, u"140"_s)}, {two, target(two, u"150"_s)}}};
     const StatusResult result = calculatedStatuses(input);
     QCOMPARE(result.statuses.value(u"P"_s), status);
@@ -223,8 +240,9 @@ void PackageStatusTest::detailsAreLogged()
 {
     const QTemporaryDir folder;
     StatusInput input{.prefixes = {u"P"_s},
-        .definitions = {{u"P"_s,
-            {Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140), Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 150)}}},
+        .builds = {{u"P"_s,
+            builds({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140),
+                Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 150)})}},
         .validTargets = {{folder.path(), Record{{TargetKeys::version, u"142"_s}}}}};
     const LogCapture log;
     QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), NotInstalled);

@@ -117,7 +117,7 @@ struct InstallRig {
     [[nodiscard]] Record record(const QString &key) const
     {
         const DefinitionPtr definition = plugins.definition(key);
-        return definition ? definition->record : Record();
+        return definition ? definition->record.record() : Record();
     }
     /// The definition as the next start of the program would find it.
     [[nodiscard]] Record stored(const QString &prefix, qsizetype index)

@@ -163,6 +163,7 @@ void SettingsFaultsTest::unusableValuesAreKeptBeside()
     store.setAside(u"Orlec/Data"_s, u"no archive"_s);
     store.setAside(u"absent"_s, u"no archive"_s);
     QVERIFY(!store.contains(u"Orlec/Data"_s));
+    QVERIFY(store.finish(-1));
     QCOMPARE(log.lines().size(), 1);
     QVERIFY(log.mentions(u"no archive"_s));
     QCOMPARE(aside(u"unusable"_s).size(), 1);

@@ -274,7 +274,7 @@ void SettingsStoreTest::changesKeepTheirOrder()
     }
     store.remove(u"gone"_s);
     store.setValue(u"last"_s, 1);
-    store.finish();
+    QVERIFY(store.finish(-1));
     QCOMPARE(stored.size(), 40);
     QVERIFY(std::is_sorted(stored.cbegin(), stored.cend(),
         [](const QString &a, const QString &b) { return a.toInt() < b.toInt(); }));

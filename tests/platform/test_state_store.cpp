@@ -44,6 +44,7 @@ private Q_SLOTS:
     void aFileThatVanishesIsMadeAgain_data();
     void aFileThatVanishesIsMadeAgain();
     void nobodyHearsAfterTheEnd();
+    void aDiskThatDoesNotAnswerEndsTheWait();
 
 private:
     [[nodiscard]] QString path() const { return m_folder->filePath(u"data/state.sqlite"_s); }
@@ -361,6 +362,26 @@ void StateStoreTest::nobodyHearsAfterTheEnd()
     }
     QCOMPARE(heard, 0);
     QCOMPARE(SqliteStateStore(path()).entries(rows).size(), 4); // what waited was stored at the end
+}
+
+// At the end of the program; what the disk takes later is stored all the same.
+void StateStoreTest::aDiskThatDoesNotAnswerEndsTheWait()
+{
+    constexpr int longer = 60000;
+    for (const bool underWay : {false, true}) {
+        const LogCapture log;
+        SqliteStateStore store(path());
+        FailingDisk::slowDown(longer);
+        store.commit(underWay ? numbered(0, 2) : numbered(2, 4)); // what is stored already needs no disk
+        if (underWay) {
+            QTest::qWait(0);
+        }
+        QVERIFY(!store.finish(1));
+        QVERIFY(log.mentions(u"the disk does not answer"_s));
+        FailingDisk::slowDown(0);
+        QVERIFY(store.finish(-1));
+        QCOMPARE(SqliteStateStore(path()).entries(rows).size(), underWay ? 4 : 2);
+    }
 }
 
 QTEST_GUILESS_MAIN(StateStoreTest)

@@ -157,7 +157,7 @@ void BugReportTest::stateIsShown()
     ReportSnapshot snapshot;
     snapshot.packages = {{{{u"0xA"_s, PackageStatus::MixedNotUpdated}}},
         {{Record{{u"Prefix"_s, u"0xA"_s}, {u"Name"_s, u"  Alpha\n"_s}}, Record{{u"Name"_s, u"Odd"_s}}}}};
-    snapshot.plugins = {DefinitionSnapshot{{u"0xB"_s, {}},
+    snapshot.plugins = {PackedSnapshot{{u"0xB"_s, {}},
         {u"0xA"_s, {Record{{u"Version"_s, u"1.0"_s}, {u"Size"_s, 10}}, Record{{u"Version"_s, u"2.0"_s}}}}}};
     snapshot.targets = {TargetRecords{{u"t"_s, Record{{u"Path"_s, target}, {u"Removed"_s, u"yes"_s}}},
         {u"u"_s, Record{{u"Path"_s, folder.filePath(u"none"_s)}}}}};

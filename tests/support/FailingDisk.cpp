@@ -60,7 +60,9 @@ const sqlite3_io_methods methods = {
         },
     .xSync =
         [](sqlite3_file *f, int flags) {
-            QThread::msleep(syncMs);
+            for (unsigned long waited = 0; waited < syncMs; ++waited) {
+                QThread::msleep(1);
+            }
             return refused() ? SQLITE_IOERR_FSYNC : real(f)->pMethods->xSync(real(f), flags);
         },
     .xFileSize = [](sqlite3_file *f,

@@ -18,7 +18,7 @@ public:
     /// Every change of a file fails after the next @p writes ones.
     static void failAfter(int writes);
     static void heal();
-    /// Every wait for the disk takes that long from now on.
+    /// Every wait for the disk takes that long from now on, one under way too.
     static void slowDown(int milliseconds);
     /// Changes that were tried, and bytes that were written, since the last call of failAfter() or heal().
     [[nodiscard]] static int writes();

@@ -27,7 +27,7 @@ public:
 
     [[nodiscard]] bool contains(const QString &key) const override { return values.contains(key); }
     [[nodiscard]] QStringList keys() const override { return values.keys(); }
-    void finish() override { }
+    bool finish(int) override { return true; }
     [[nodiscard]] QString problem() const override { return m_problem; }
     void setAside(const QString &key, const QString &) override
     {

@@ -10,6 +10,8 @@
 #include <QFileInfo>
 #include <QUrl>
 
+#include <tuple>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -39,7 +41,7 @@ FileSettingsStore::FileSettingsStore(const QString &path, std::chrono::milliseco
 
 FileSettingsStore::~FileSettingsStore()
 {
-    FileSettingsStore::finish();
+    std::ignore = FileSettingsStore::finish(-1);
 }
 
 QStringList FileSettingsStore::keys() const
@@ -177,15 +179,23 @@ void FileSettingsStore::say(const QString &problem)
     }
 }
 
-void FileSettingsStore::finish()
+bool FileSettingsStore::finish(int milliseconds)
 {
-    m_worker.wait();
-    handleBatch(m_batch);
-    if (!m_waiting.isEmpty() || !m_waiters.isEmpty()) {
-        startBatch();
-        m_worker.wait();
+    bool done = m_worker.wait(milliseconds);
+    if (done) {
         handleBatch(m_batch);
     }
+    if (done && (!m_waiting.isEmpty() || !m_waiters.isEmpty())) {
+        startBatch();
+        done = m_worker.wait(milliseconds);
+        if (done) {
+            handleBatch(m_batch);
+        }
+    }
+    if (!done) {
+        logLine(u"The settings could not be saved in %1: the disk does not answer."_s.arg(m_path));
+    }
+    return done;
 }
 
 void FileSettingsStore::setAside(const QString &key, const QString &reason)
@@ -196,12 +206,15 @@ void FileSettingsStore::setAside(const QString &key, const QString &reason)
     }
     constexpr qsizetype nameLimit = 100;
     const QString name = QString::fromLatin1(QUrl::toPercentEncoding(key)).left(nameLimit);
-    const QString aside = nameAside(m_path + u'.' + name, u"unusable"_s);
-    std::optional<BrevokError> error;
-    makePrivateFolder(QFileInfo(m_path).absolutePath());
-    const bool kept = writePrivateFile(aside, rawBytes(value), &error);
-    logLine(u"What the settings hold under \"%1\" cannot be used (%2); %3"_s.arg(key, reason,
-        kept ? u"it was kept as %1"_s.arg(aside) : u"it could not be kept: %1"_s.arg(error->description)));
+    m_worker.run([path = m_path, name, bytes = rawBytes(value), key, reason] {
+        const QString aside = nameAside(path + u'.' + name, u"unusable"_s);
+        std::optional<BrevokError> error;
+        makePrivateFolder(QFileInfo(path).absolutePath());
+        const bool kept = writePrivateFile(aside, bytes, &error);
+        logLine(u"What the settings hold under \"%1\" cannot be used (%2); %3"_s.arg(key, reason,
+            kept ? u"it was kept as %1"_s.arg(aside)
+                 : u"it could not be kept: %1"_s.arg(error->description)));
+    });
     erase(key);
 }
 

@@ -24,7 +24,7 @@ public:
 
     [[nodiscard]] bool contains(const QString &key) const override { return storedValue(key).isValid(); }
     [[nodiscard]] QStringList keys() const override;
-    void finish() override;
+    [[nodiscard]] bool finish(int milliseconds) override;
     [[nodiscard]] QString problem() const override { return m_problem; }
     void setAside(const QString &key, const QString &reason) override;
 

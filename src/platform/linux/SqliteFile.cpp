@@ -9,7 +9,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
 #include <QStringDecoder>
 
 #include <cerrno>
@@ -48,17 +47,12 @@ QString columnText(sqlite3_stmt *statement, int column)
     return textFrom(bytes, sqlite3_column_bytes(statement, column));
 }
 
-std::optional<Record> columnRecord(sqlite3_stmt *statement, int column)
+std::optional<PackedRecord> columnRecord(sqlite3_stmt *statement, int column)
 {
     const auto *bytes = reinterpret_cast<const char *>(sqlite3_column_text(statement, column));
-    const auto document =
-        QJsonDocument::fromJson(QByteArray::fromRawData(bytes, sqlite3_column_bytes(statement, column)));
-    return document.isObject() ? std::optional(document.object()) : std::nullopt;
-}
-
-QByteArray textOf(const Record &record)
-{
-    return QJsonDocument(record).toJson(QJsonDocument::Compact).replace("\xEF\xBB\xBF", "\\ufeff");
+    const QByteArray json(bytes, sqlite3_column_bytes(statement, column));
+    const bool isRecord = json.startsWith('{') && json.endsWith('}');
+    return isRecord ? std::optional(PackedRecord::fromJson(json)) : std::nullopt;
 }
 
 void bindText(sqlite3_stmt *statement, int index, const QByteArray &text)
@@ -142,7 +136,7 @@ bool SqliteFile::wasMoved() const
 
 Result SqliteFile::open(bool create, int patienceMs)
 {
-    if (m_db != nullptr && wasMoved()) {
+    if (create && m_db != nullptr && wasMoved()) {
         close();
         m_lost = true;
     }
@@ -215,7 +209,7 @@ Result SqliteFile::read(const QString &key, int patienceMs, StateEntries *entrie
     int step = sqlite3_step(statement.get());
     int unusable = 0;
     for (; step == SQLITE_ROW; step = sqlite3_step(statement.get())) {
-        if (const std::optional<Record> record = columnRecord(statement.get(), 1)) {
+        if (const std::optional<PackedRecord> record = columnRecord(statement.get(), 1)) {
             entries->insert(columnText(statement.get(), 0), *record);
         } else {
             ++unusable;
@@ -262,7 +256,7 @@ Result SqliteFile::change(const StateChanges &changes)
         sqlite3_stmt *const statement = item.value ? put.get() : removal.get();
         const QByteArray key = item.key.toUtf8();
         const QByteArray entry = wellFormed(item.entry).toUtf8();
-        const QByteArray value = item.value ? textOf(*item.value) : QByteArray();
+        const QByteArray value = item.value ? item.value->json() : QByteArray();
         bindText(statement, 1, key);
         bindText(statement, 2, entry);
         if (item.value) {
@@ -293,7 +287,7 @@ StateChanges SqliteFile::readable() const
         failures = step == SQLITE_ROW ? 0 : failures + 1;
         if (step == SQLITE_ROW) {
             row = sqlite3_column_int64(statement.get(), 0);
-            if (const std::optional<Record> record = columnRecord(statement.get(), 3)) {
+            if (const std::optional<PackedRecord> record = columnRecord(statement.get(), 3)) {
                 found.append({columnText(statement.get(), 1), columnText(statement.get(), 2), record});
             }
         }

@@ -5,6 +5,8 @@
 
 #include "foundation/Log.h"
 
+#include <tuple>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -58,7 +60,7 @@ SqliteStateStore::SqliteStateStore(const QString &path, std::chrono::millisecond
 
 SqliteStateStore::~SqliteStateStore()
 {
-    SqliteStateStore::finish();
+    std::ignore = SqliteStateStore::finish(-1);
 }
 
 StateEntries SqliteStateStore::entries(const QString &key)
@@ -202,9 +204,18 @@ void SqliteStateStore::say(const SqliteFile::Result &result)
     }
 }
 
-void SqliteStateStore::finish()
+bool SqliteStateStore::finish(int milliseconds)
 {
-    m_worker.wait();
+    const auto waited = [this, milliseconds] {
+        const bool done = m_worker.wait(milliseconds);
+        if (!done) {
+            logLine(u"The state could not be stored in %1: the disk does not answer."_s.arg(m_path));
+        }
+        return done;
+    };
+    if (!waited()) {
+        return false;
+    }
     if (m_batch && m_batch->result.state == State::Done) {
         m_batch.reset();
     }
@@ -212,14 +223,18 @@ void SqliteStateStore::finish()
     changes += std::exchange(m_waiting, {});
     m_batch.reset();
     if (changes.isEmpty()) {
-        return;
+        return true;
     }
-    Batch last{.changes = compacted(changes), .waiters = {}};
-    carryOut(last);
-    if (last.result.state != State::Done) {
-        m_waiting = last.changes;
-        logLine(u"The state could not be stored in %1: %2"_s.arg(m_path, last.result.reason));
+    const auto last = std::make_shared<Batch>(Batch{.changes = compacted(changes), .waiters = {}});
+    m_worker.run([this, last] { carryOut(*last); });
+    if (!waited()) {
+        return false;
     }
+    if (last->result.state != State::Done) {
+        m_waiting = last->changes;
+        logLine(u"The state could not be stored in %1: %2"_s.arg(m_path, last->result.reason));
+    }
+    return true;
 }
 
 } // namespace brevok

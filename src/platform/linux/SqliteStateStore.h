@@ -21,7 +21,7 @@ public:
 
     [[nodiscard]] bool isReadable() const override { return m_readable; }
     [[nodiscard]] StateEntries entries(const QString &key) override;
-    void finish() override;
+    [[nodiscard]] bool finish(int milliseconds) override;
     [[nodiscard]] QString problem() const override { return m_problem; }
 
 protected:

@@ -40,15 +40,18 @@ void StoreWorker::run(Task work, Task done)
     inBackground(m_thread, [this, work = std::move(work), done = std::move(done)] {
         work();
         m_runs.fetch_add(1, std::memory_order_release);
-        onMain(&m_soon, done);
+        if (done) {
+            onMain(&m_soon, done);
+        }
     });
 }
 
 // ThreadSanitizer sees the order, too.
-void StoreWorker::wait()
+bool StoreWorker::wait(int milliseconds)
 {
-    m_thread.waitForDone();
+    const bool done = m_thread.waitForDone(milliseconds);
     std::ignore = m_runs.load(std::memory_order_acquire);
+    return done;
 }
 
 } // namespace brevok

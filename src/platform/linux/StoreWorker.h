@@ -29,10 +29,11 @@ public:
     /// Nothing is due.
     void rest();
 
-    /// Runs @p work on the thread, and @p done on a later turn of the event loop.
-    void run(Task work, Task done);
+    /// Runs @p work on the thread, after what runs there, and @p done on a later turn of the event loop.
+    void run(Task work, Task done = {});
     /// Waits until nothing runs; what the thread did is visible afterwards.
-    void wait();
+    /// @return false when something still runs after @p milliseconds
+    bool wait(int milliseconds = -1);
 
 private:
     QThreadPool m_thread;

@@ -54,53 +54,50 @@ int BrevokInstaller::version()
     return installerInterfaceVersion;
 }
 
-bool BrevokInstaller::installPluginFromSource(
-    const QString &source, const QString &target, quint32 user, ErrorSlot error)
+InstallResult BrevokInstaller::install(const InstallOrder &order)
 {
-    if (source.isEmpty()) {
-        logLine(u"install failed, source path is wrong: %1"_s.arg(argumentText(source)));
-        return refuse(error, Texts::tr("Incorrect input to installPlugin:"));
-    }
-    const QString folder = deletingLastPathComponent(target);
-    if (target.isEmpty() || folder.isEmpty()) {
+    InstallResult refused;
+    const QString folder = deletingLastPathComponent(order.target);
+    if (order.source.isEmpty()) {
+        logLine(u"install failed, source path is wrong: %1"_s.arg(argumentText(order.source)));
+        refuse(&refused.error, Texts::tr("Incorrect input to installPlugin:"));
+    } else if (order.target.isEmpty() || folder.isEmpty()) {
         logLine(u"install failed, target path is wrong: %1"_s.arg(
-            argumentText(target.isEmpty() ? target : folder)));
-        return refuse(error, Texts::tr("Incorrect input to installPlugin:"));
-    }
-    if (!m_files.createFolder(folder, error)) {
+            argumentText(order.target.isEmpty() ? order.target : folder)));
+        refuse(&refused.error, Texts::tr("Incorrect input to installPlugin:"));
+    } else if (!m_files.createFolder(folder, &refused.error)) {
         logLine(u"create dir failed %1"_s.arg(folder));
-        return false;
-    }
-    setUID(user, ownerPermissions, folder, false);
-    // Only bundles can be removed: an existing file of another kind ends the install here and stays.
-    if (m_files.fileExists(target) && !removeItemAtPath(target, error)) {
+    } else {
+        setUID(order.user, ownerPermissions, folder, false);
+        // Only bundles can be removed: an existing file of another kind ends the install here and stays.
+        if (!m_files.fileExists(order.target) || removeItemAtPath(order.target, &refused.error)) {
+            const InstallResult result = place(order.source, order.target, folder);
+            setUID(order.user, ownerPermissions, order.target, true);
+            return result;
+        }
         logLine(u"removeItemAtPath failed"_s);
-        return false;
     }
-    place(source, target, folder, error);
-    setUID(user, ownerPermissions, target, true);
-    return true;
+    refused.failure = refused.error;
+    return refused;
 }
 
-/// Unpacks or copies. Failures are logged and change no answer; that of a copy is handed to the caller too.
-void BrevokInstaller::place(
-    const QString &source, const QString &target, const QString &folder, ErrorSlot error)
+// Unpacks or copies. The answer is yes whatever comes of it; only a failed copy hands its error back.
+InstallResult BrevokInstaller::place(const QString &source, const QString &target, const QString &folder)
 {
-    std::optional<BrevokError> failure;
+    InstallResult result{.answer = true};
     if (isArchive(source)) {
         logLine(u"unzip: %1 to: %2"_s.arg(source, folder));
-        m_files.extractZip(source, folder, &failure);
-        logError(failure);
+        m_files.extractZip(source, folder, &result.failure);
+        logError(result.failure);
         logLine(u"unziped"_s);
-        return;
+        return result;
     }
     logLine(u"copy: %1 to: %2"_s.arg(source, target));
-    m_files.copyItem(source, target, &failure);
-    logError(failure);
+    m_files.copyItem(source, target, &result.failure);
+    logError(result.failure);
     logLine(u"copied"_s);
-    if (failure && error != nullptr) {
-        *error = failure;
-    }
+    result.error = result.failure;
+    return result;
 }
 
 bool BrevokInstaller::removeItemAtPath(const QString &path, ErrorSlot error)

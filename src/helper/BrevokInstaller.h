@@ -21,8 +21,7 @@ public:
     [[nodiscard]] static bool isArchive(const QString &source);
 
     [[nodiscard]] int version() override;
-    [[nodiscard]] bool installPluginFromSource(
-        const QString &source, const QString &target, quint32 user, ErrorSlot error) override;
+    [[nodiscard]] InstallResult install(const InstallOrder &order) override;
     [[nodiscard]] bool removeItemAtPath(const QString &path, ErrorSlot error) override;
     [[nodiscard]] bool fileExistsAtPath(const QString &path) override;
     [[nodiscard]] bool fileExistsAtPath(const QString &path, bool *isDirectory) override;
@@ -33,7 +32,7 @@ public:
     void setUID(quint32 user, quint32 permissions, const QString &item, bool recursive) override;
 
 private:
-    void place(const QString &source, const QString &target, const QString &folder, ErrorSlot error);
+    [[nodiscard]] InstallResult place(const QString &source, const QString &target, const QString &folder);
 
     FileOperations &m_files;
 };

@@ -208,7 +208,7 @@ CommandResult BrevokAppInstaller::carryOutInstalls(
                 return result;
             }
             installWorkspace(*operations, folder, result);
-            install(*operations, command[2].toString(), pluginPath, result);
+            installArchive(*operations, command[2].toString(), pluginPath, result);
         }
         if (!dequeue(key, command)) {
             return result;
@@ -218,7 +218,7 @@ CommandResult BrevokAppInstaller::carryOutInstalls(
     return result;
 }
 
-void BrevokAppInstaller::install(InstallerOperations &operations, const QString &source,
+void BrevokAppInstaller::installArchive(InstallerOperations &operations, const QString &source,
     const QString &target, CommandResult &result) const
 {
     std::optional<BrevokError> error;

@@ -109,7 +109,7 @@ private:
     [[nodiscard]] CommandResult carryOutInstalls(
         const QString &key, const Record &package, bool skipRunningTargets);
     [[nodiscard]] CommandResult carryOutRemovals(const QString &key, const Record &package);
-    void install(InstallerOperations &operations, const QString &source, const QString &target,
+    void installArchive(InstallerOperations &operations, const QString &source, const QString &target,
         CommandResult &result) const;
     void installWorkspace(
         InstallerOperations &operations, const QString &folder, CommandResult &result) const;

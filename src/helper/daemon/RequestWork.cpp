@@ -29,11 +29,7 @@ HelperAnswer answerOf(bool yes, const std::optional<BrevokError> &error)
 {
     HelperAnswer answer;
     answer.yes = yes;
-    if (error) {
-        answer.errorDomain = error->domain;
-        answer.errorCode = error->code;
-        answer.errorDescription = error->description;
-    }
+    answer.error = error;
     return answer;
 }
 
@@ -63,9 +59,13 @@ WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFile
     if (entry.isEmpty()) {
         return {systemFailure()};
     }
-    const bool installed =
-        BrevokInstaller(*files).installPluginFromSource(request.source, request.target, request.user, &error);
-    return {answerOf(installed, error), [files, &journal, entry] {
+    const InstallResult result = BrevokInstaller(*files).install({.source = request.source,
+        .target = request.target,
+        .user = request.user,
+        .checksum = request.checksum});
+    HelperAnswer answer = answerOf(result.answer, result.error);
+    answer.failure = result.failure;
+    return {answer, [files, &journal, entry] {
                 files->finish();
                 journal.end(entry);
             }};

@@ -91,22 +91,15 @@ BrevokError errorOf(const QDBusMessage &answer)
     return error;
 }
 
-/// Of a call that is answered with a yes or no and an error.
-bool outcome(const QDBusMessage &answer, InstallerOperations::ErrorSlot error)
+/// The error whose three parts begin at @p at; none when its domain is empty.
+std::optional<BrevokError> errorAt(const QVariantList &values, qsizetype at)
 {
-    std::optional<BrevokError> failure;
-    const QVariantList values = answer.arguments();
-    const bool understood = answer.type() == QDBusMessage::ReplyMessage && answer.signature() == u"bsis"_s;
-    if (!understood) {
-        failure = errorOf(answer);
-    } else if (!values[1].toString().isEmpty()) {
-        failure = BrevokError{
-            .domain = values[1].toString(), .code = values[2].toInt(), .description = values[3].toString()};
+    if (values[at].toString().isEmpty()) {
+        return std::nullopt;
     }
-    if (failure && error != nullptr) {
-        *error = failure;
-    }
-    return understood && values[0].toBool();
+    return BrevokError{.domain = values[at].toString(),
+        .code = values[at + 1].toInt(),
+        .description = values[at + 2].toString()};
 }
 
 template <typename Reply> bool yes(Reply reply)
@@ -164,7 +157,7 @@ bool BusInstaller::introspect(bool *installs)
                        u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s),
             QDBus::Block, answerTimeoutMs);
     const QString description = answer.arguments().value(0).toString();
-    *installs = description.contains(u"\"InstallPluginFromSource\"");
+    *installs = description.contains(u"\"Install\"");
     return answer.type() == QDBusMessage::ReplyMessage
         && description.contains(QLatin1StringView(Proxy::staticInterfaceName()));
 }
@@ -176,17 +169,30 @@ int BusInstaller::version()
     return reply.isError() ? 0 : reply.value();
 }
 
-bool BusInstaller::installPluginFromSource(
-    const QString &source, const QString &target, quint32 user, ErrorSlot error)
+InstallResult BusInstaller::install(const InstallOrder &order)
 {
     std::optional<QTemporaryFile> copy;
-    const QVariantList arguments{ownFile(source, copy), withoutLinks(target), user};
-    return outcome(answerTo(m_bus, changingCall(u"InstallPluginFromSource"_s, arguments)), error);
+    const QVariantList arguments{
+        ownFile(order.source, copy), withoutLinks(order.target), order.user, order.checksum};
+    const QDBusMessage answer = answerTo(m_bus, changingCall(u"Install"_s, arguments));
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != u"bsissis"_s) {
+        const BrevokError error = errorOf(answer);
+        return {.error = error, .failure = error};
+    }
+    const QVariantList values = answer.arguments();
+    return {.answer = values[0].toBool(), .error = errorAt(values, 1), .failure = errorAt(values, 4)};
 }
 
 bool BusInstaller::removeItemAtPath(const QString &path, ErrorSlot error)
 {
-    return outcome(answerTo(m_bus, changingCall(u"RemoveItemAtPath"_s, {withoutLinks(path)})), error);
+    const QDBusMessage answer = answerTo(m_bus, changingCall(u"RemoveItemAtPath"_s, {withoutLinks(path)}));
+    const bool understood = answer.type() == QDBusMessage::ReplyMessage && answer.signature() == u"bsis"_s;
+    const std::optional<BrevokError> failure =
+        understood ? errorAt(answer.arguments(), 1) : std::optional(errorOf(answer));
+    if (failure && error != nullptr) {
+        *error = failure;
+    }
+    return understood && answer.arguments().constFirst().toBool();
 }
 
 bool BusInstaller::fileExistsAtPath(const QString &path)

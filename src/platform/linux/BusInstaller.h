@@ -20,8 +20,7 @@ public:
     [[nodiscard]] bool introspect(bool *installs);
 
     [[nodiscard]] int version() override;
-    [[nodiscard]] bool installPluginFromSource(
-        const QString &source, const QString &target, quint32 user, ErrorSlot error) override;
+    [[nodiscard]] InstallResult install(const InstallOrder &order) override;
     [[nodiscard]] bool removeItemAtPath(const QString &path, ErrorSlot error) override;
     [[nodiscard]] bool fileExistsAtPath(const QString &path) override;
     [[nodiscard]] bool fileExistsAtPath(const QString &path, bool *isDirectory) override;

@@ -7,6 +7,11 @@
 #include "foundation/Paths.h"
 #include "foundation/Texts.h"
 
+#include <QCryptographicHash>
+#include <QFile>
+
+#include <cerrno>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -15,11 +20,51 @@ namespace {
 
 /// What the owner of an installed item is given: reading and writing.
 constexpr quint32 ownerPermissions = 0600;
+constexpr auto bundleSuffix = ".InDesignPlugin"_L1;
 
 /// An empty argument is logged as it is, an absent one as a dash.
 QString argumentText(const QString &value)
 {
     return value.isNull() ? u"-"_s : value;
+}
+
+/// What must be there already: no folder of the application's own is ever made.
+QString folderAbove(const QString &folder, const QString &target)
+{
+    if (target.endsWith(bundleSuffix)) {
+        return deletingLastPathComponent(folder);
+    }
+    return folder.endsWith(u"/Presets/InDesign Workspaces")
+        ? deletingLastPathComponent(deletingLastPathComponent(folder))
+        : u"/"_s;
+}
+
+bool hasChecksum(QFile &file, const QByteArray &checksum)
+{
+    constexpr qint64 block = qint64(128) * 1024;
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    QByteArray bytes(block, Qt::Uninitialized);
+    qint64 got = 0;
+    while ((got = file.read(bytes.data(), block)) > 0) {
+        hash.addData(QByteArrayView(bytes.constData(), got));
+    }
+    return got == 0 && hash.result() == checksum;
+}
+
+InstallResult failed(const std::optional<BrevokError> &error)
+{
+    InstallResult result{.answer = false, .error = error};
+    if (error) {
+        result.failure = causeOf(*error);
+    }
+    return result;
+}
+
+BrevokError wrongChecksum()
+{
+    return {.domain = QString::fromLatin1(fileErrorDomain),
+        .code = EILSEQ,
+        .description = Texts::tr("the archive is not the one that the catalogue lists")};
 }
 
 bool refuse(InstallerOperations::ErrorSlot error, const QString &description)
@@ -35,6 +80,11 @@ bool refuse(InstallerOperations::ErrorSlot error, const QString &description)
 }
 
 } // namespace
+
+BrevokError causeOf(const BrevokError &error)
+{
+    return error.detailedErrors.isEmpty() ? error : error.detailedErrors.constFirst();
+}
 
 BrevokInstaller::BrevokInstaller(FileOperations &files)
     : m_files(files)
@@ -56,59 +106,93 @@ int BrevokInstaller::version()
 
 InstallResult BrevokInstaller::install(const InstallOrder &order)
 {
-    InstallResult refused;
+    std::optional<BrevokError> error;
     const QString folder = deletingLastPathComponent(order.target);
     if (order.source.isEmpty()) {
         logLine(u"install failed, source path is wrong: %1"_s.arg(argumentText(order.source)));
-        refuse(&refused.error, Texts::tr("Incorrect input to installPlugin:"));
-    } else if (order.target.isEmpty() || folder.isEmpty()) {
+        refuse(&error, Texts::tr("Incorrect input to installPlugin:"));
+        return failed(error);
+    }
+    if (order.target.isEmpty() || folder.isEmpty()) {
         logLine(u"install failed, target path is wrong: %1"_s.arg(
             argumentText(order.target.isEmpty() ? order.target : folder)));
-        refuse(&refused.error, Texts::tr("Incorrect input to installPlugin:"));
-    } else if (!m_files.createFolder(folder, &refused.error)) {
-        logLine(u"create dir failed %1"_s.arg(folder));
-    } else {
-        setUID(order.user, ownerPermissions, folder, false);
-        // Only bundles can be removed: an existing file of another kind ends the install here and stays.
-        if (!m_files.fileExists(order.target) || removeItemAtPath(order.target, &refused.error)) {
-            const InstallResult result = place(order.source, order.target, folder);
-            setUID(order.user, ownerPermissions, order.target, true);
-            return result;
-        }
-        logLine(u"removeItemAtPath failed"_s);
+        refuse(&error, Texts::tr("Incorrect input to installPlugin:"));
+        return failed(error);
     }
-    refused.failure = refused.error;
-    return refused;
+    // Open from here to the end, so that what was checked is what is unpacked.
+    const Source source = open(order);
+    if (!order.checksum.isEmpty() && (!source.file || !hasChecksum(*source.file, order.checksum))) {
+        logLine(u"install failed, the source has another checksum: %1"_s.arg(order.source));
+        return failed(source.file ? wrongChecksum() : source.error);
+    }
+    if (!m_files.prepareFolder(folder, folderAbove(folder, order.target), &error)) {
+        logLine(u"create dir failed %1"_s.arg(folder));
+        return failed(error);
+    }
+    setUID(order.user, ownerPermissions, folder, false);
+    // Only bundles can be removed: an existing file of another kind ends the install here and stays.
+    if (m_files.fileExists(order.target) && !takeAway(order.target, &FileOperations::setAside, &error)) {
+        logLine(u"removeItemAtPath failed"_s);
+        return failed(error);
+    }
+    const InstallResult result = place(source, order.target, folder);
+    setUID(order.user, ownerPermissions, order.target, true);
+    if (!result.failure) {
+        m_files.discard(order.target);
+    } else if (m_files.bringBack(order.target)) {
+        logLine(u"brought back: %1"_s.arg(order.target));
+    }
+    return result;
+}
+
+BrevokInstaller::Source BrevokInstaller::open(const InstallOrder &order)
+{
+    Source source{order.source};
+    if (isArchive(order.source) || !order.checksum.isEmpty()) {
+        source.file = m_files.openSource(order.source, &source.error);
+    }
+    return source;
 }
 
 // Unpacks or copies. The answer is yes whatever comes of it; only a failed copy hands its error back.
-InstallResult BrevokInstaller::place(const QString &source, const QString &target, const QString &folder)
+InstallResult BrevokInstaller::place(const Source &source, const QString &target, const QString &folder)
 {
     InstallResult result{.answer = true};
-    if (isArchive(source)) {
-        logLine(u"unzip: %1 to: %2"_s.arg(source, folder));
-        m_files.extractZip(source, folder, &result.failure);
-        logError(result.failure);
+    std::optional<BrevokError> error = source.error;
+    if (isArchive(source.path)) {
+        logLine(u"unzip: %1 to: %2"_s.arg(source.path, folder));
+        if (source.file) {
+            m_files.extractZip(*source.file, target, &error);
+        }
+        logError(error);
         logLine(u"unziped"_s);
-        return result;
+    } else {
+        logLine(u"copy: %1 to: %2"_s.arg(source.path, target));
+        m_files.copyItem(source.path, target, &error);
+        logError(error);
+        logLine(u"copied"_s);
+        result.error = error;
     }
-    logLine(u"copy: %1 to: %2"_s.arg(source, target));
-    m_files.copyItem(source, target, &result.failure);
-    logError(result.failure);
-    logLine(u"copied"_s);
-    result.error = result.failure;
+    if (error) {
+        result.failure = causeOf(*error);
+    }
     return result;
 }
 
 bool BrevokInstaller::removeItemAtPath(const QString &path, ErrorSlot error)
 {
-    if (!path.endsWith(u".InDesignPlugin")) {
+    return takeAway(path, &FileOperations::removeItem, error);
+}
+
+bool BrevokInstaller::takeAway(const QString &path, Removal removal, ErrorSlot error)
+{
+    if (!path.endsWith(bundleSuffix)) {
         logLine(u"remove item at path failed, wrong data: %1"_s.arg(argumentText(path)));
         return refuse(error, Texts::tr("Incorrect input to removeItemAtPath:"));
     }
     logLine(u"removeItemAtPath"_s);
     if (m_files.fileExists(path)) {
-        if (!m_files.removeItem(path, error)) {
+        if (!(m_files.*removal)(path, error)) {
             logLine(u"removeItemAtPath failed"_s);
             return false;
         }

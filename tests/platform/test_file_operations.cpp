@@ -77,9 +77,9 @@ private Q_SLOTS:
     void existenceFollowsLinks();
     void testsAnswerForTheEffectiveUser_data();
     void testsAnswerForTheEffectiveUser();
-    void foldersAreMadeWithAllAbove();
+    void foldersAreMadeBelowWhatIsThere();
     void removingStaysInside();
-    void failedRemovalNamesWhatResisted();
+    void removalTakesOutOfSightFirst();
     void copiesAreWhole();
     void aSourceThatBecameShorterIsAFailure();
     void copiesThatAreRefused_data();
@@ -151,18 +151,22 @@ void FileOperationsTest::testsAnswerForTheEffectiveUser()
     QVERIFY(!m_files.isDeletable(u"/"_s));
 }
 
-void FileOperationsTest::foldersAreMadeWithAllAbove()
+void FileOperationsTest::foldersAreMadeBelowWhatIsThere()
 {
-    QVERIFY(m_files.createFolder(path(u"a/b/c"_s), &m_error));
-    QVERIFY(m_files.createFolder(path(u"a/b/c/"_s), &m_error));
+    const QString above = m_scratch->path();
+    QVERIFY(m_files.prepareFolder(path(u"a/b/c"_s), above, &m_error));
+    QVERIFY(m_files.prepareFolder(path(u"a/b/c"_s), path(u"a/b"_s), &m_error));
     QVERIFY(QFileInfo(path(u"a/b/c"_s)).isDir());
     QVERIFY(writeFile(path(u"file"_s), "x"));
-    for (const QString &blocked : {path(u"file"_s), path(u"file/inside"_s)}) {
+    const auto codeOf = [&](const QString &folder, const QString &within) {
         m_error.reset();
-        QVERIFY(!m_files.createFolder(blocked, &m_error));
-        QCOMPARE(m_error->code, ENOTDIR);
-        QVERIFY(m_error->description.contains(blocked));
-    }
+        return m_files.prepareFolder(folder, within, &m_error) ? 0 : m_error->code;
+    };
+    QCOMPARE(codeOf(path(u"file"_s), above), ENOTDIR);
+    QCOMPARE(codeOf(path(u"file/inside"_s), above), ENOTDIR);
+    QVERIFY(m_error->description.contains(path(u"file/inside"_s)));
+    QCOMPARE(codeOf(path(u"gone/inside"_s), path(u"gone"_s)), ENOENT);
+    QCOMPARE(testing::entries(above), (QStringList{u"a"_s, u"file"_s}));
 }
 
 void FileOperationsTest::removingStaysInside()
@@ -183,19 +187,36 @@ void FileOperationsTest::removingStaysInside()
     QVERIFY(QFileInfo::exists(path(u"outside/file"_s)));
 }
 
-void FileOperationsTest::failedRemovalNamesWhatResisted()
+void FileOperationsTest::removalTakesOutOfSightFirst()
 {
+    const testing::LogCapture log;
     QVERIFY(writeFile(path(u"tree/a/file"_s), "x"));
     QVERIFY(changeMode(path(u"tree/a"_s), 0555));
+    {
+        // What resists does so out of sight.
+        const testing::WithoutPrivileges plain;
+        QVERIFY(m_files.removeItem(path(u"tree"_s), &m_error));
+    }
+    const QStringList left = testing::entries(m_scratch->path());
+    QCOMPARE(left.size(), 1);
+    QVERIFY(left.first().startsWith(u".tolvane-removed-"_s));
+    QVERIFY(testing::LogCapture::mentions(u"what was removed could not be deleted yet: Permission denied"_s));
+    QVERIFY(changeMode(path(left.first() + u"/a"_s), 0755));
+    QVERIFY(clearLeftovers(m_scratch->path()));
+    QCOMPARE(testing::entries(m_scratch->path()), QStringList());
+
+    QVERIFY(writeFile(path(u"tree/file"_s), "x"));
+    QVERIFY(changeMode(m_scratch->path(), 0555));
     {
         const testing::WithoutPrivileges plain;
         QVERIFY(!m_files.removeItem(path(u"tree"_s), &m_error));
     }
-    QVERIFY(changeMode(path(u"tree/a"_s), 0755));
+    QVERIFY(changeMode(m_scratch->path(), 0755));
     QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
     QCOMPARE(m_error->code, EACCES);
-    QCOMPARE(
-        m_error->description, u"Could not remove \"%1\": Permission denied."_s.arg(path(u"tree/a/file"_s)));
+    QCOMPARE(m_error->description, u"Could not remove \"%1\": Permission denied."_s.arg(path(u"tree"_s)));
+    QCOMPARE(m_error->detailedErrors.first().description, u"no permission to change the folder"_s);
+    QVERIFY(QFileInfo::exists(path(u"tree/file"_s)));
 }
 
 void FileOperationsTest::copiesAreWhole()
@@ -277,13 +298,15 @@ void FileOperationsTest::nothingOutsideChangesInARace()
     }
     members.append(testing::ZipMember{"A.InDesignPlugin/inner/new/file", "new"});
     QVERIFY(writeFile(path(u"a.zip"_s), testing::zipArchive(members)));
-    QVERIFY(m_files.createFolder(folder, &m_error));
+    QVERIFY(m_files.prepareFolder(folder, m_scratch->path(), &m_error));
+    const std::unique_ptr<QFile> archive = m_files.openSource(path(u"a.zip"_s), &m_error);
+    QVERIFY(archive);
 
     std::atomic_bool stop = false;
     std::thread adversary([&] { swapFolders(folder, outside, stop); });
     for (int i = 0; i < 200; ++i) {
         // Each may fail, none may do harm.
-        m_files.extractZip(path(u"a.zip"_s), folder, nullptr);
+        m_files.extractZip(*archive, bundle, nullptr);
         (void)m_files.addPermissionsAndOwnerToTree(bundle, 0600, ::getuid());
         m_files.copyItem(bundle, folder + u"/copy"_s, nullptr);
         m_files.removeItem(bundle, nullptr);

@@ -6,6 +6,7 @@
 #include "daemon/TargetPath.h"
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
+#include "platform/linux/FileErrors.h"
 
 #include <cerrno>
 
@@ -30,6 +31,9 @@ HelperAnswer answerOf(bool yes, const std::optional<BrevokError> &error)
     HelperAnswer answer;
     answer.yes = yes;
     answer.error = error;
+    if (error && !yes) {
+        answer.failure = causeOf(*error);
+    }
     return answer;
 }
 
@@ -43,18 +47,13 @@ bool isOfTheCaller(int code)
 HelperAnswer systemFailure()
 {
     return answerOf(false,
-        BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
-            .code = errno,
-            .description = qt_error_string(errno)});
+        BrevokError{
+            .domain = QString::fromLatin1(fileErrorDomain), .code = errno, .description = reasonOf(errno)});
 }
 
 WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFileOperations> &files,
     const WorkJournal &journal)
 {
-    std::optional<BrevokError> error;
-    if (BrevokInstaller::isArchive(request.source) && !files->judgeArchive(&error)) {
-        return {forbidden(error)};
-    }
     const QString entry = journal.begin(request.target, false, !files->fileExists(request.target));
     if (entry.isEmpty()) {
         return {systemFailure()};

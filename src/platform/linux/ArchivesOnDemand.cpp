@@ -11,6 +11,8 @@
 #include <QCoreApplication>
 #include <QLibrary>
 
+#include <cerrno>
+
 using namespace Qt::StringLiterals;
 
 namespace brevok {
@@ -23,9 +25,9 @@ class NoReader final : public ZipReader {
 public:
     [[nodiscard]] Step next(ZipEntry & /*entry*/) override { return Step::Failed; }
     [[nodiscard]] Step data(const char *& /*bytes*/, size_t & /*size*/) override { return Step::Failed; }
-    [[nodiscard]] QString failure() const override
+    [[nodiscard]] Failure failure() const override
     {
-        return Texts::tr("the library that reads archives is missing");
+        return {Texts::tr("the library that reads archives is missing"), ELIBACC};
     }
 };
 

@@ -8,7 +8,9 @@
 #include "platform/linux/FileErrors.h"
 #include "platform/linux/FileTree.h"
 #include "platform/linux/GuardedPath.h"
+#include "platform/linux/NewFolder.h"
 #include "platform/linux/SafePath.h"
+#include "platform/linux/SourceFile.h"
 #include "platform/linux/StagingFolder.h"
 #include "platform/linux/ZipExtractor.h"
 
@@ -50,10 +52,10 @@ bool allows(const QString &path, int mode)
         == 0;
 }
 
-bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, int code)
+bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, const Cause &cause)
 {
     if (error != nullptr) {
-        *error = fileError(operation, path, code);
+        *error = fileError(operation, path, cause);
     }
     return false;
 }
@@ -98,28 +100,10 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::takeSource(
         }
     }
     if (!copy) {
-        fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, errno);
+        fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, {errno});
         return std::nullopt;
     }
     return Source{path, std::move(copy), std::move(memory)};
-}
-
-ExtractionTerms GuardedFileOperations::terms() const
-{
-    return {.only = safepath::split(QFile::encodeName(m_target)).name,
-        .refuseOpenModes = true,
-        .owner = m_caller,
-        .safeLater = true};
-}
-
-bool GuardedFileOperations::judgeArchive(ErrorSlot error) const
-{
-    std::optional<BrevokError> refusal = judgeZipArchive(m_source.file.get(), m_source.path, terms());
-    const bool good = !refusal.has_value();
-    if (refusal && error != nullptr) {
-        *error = std::move(refusal);
-    }
-    return good;
 }
 
 replaceditem::Repair GuardedFileOperations::repair(
@@ -145,13 +129,15 @@ void GuardedFileOperations::finish()
     }
 }
 
-// A link counts as what it is: what it points at is not looked at for somebody else.
+// A link counts as what it is: what it points at is not looked at for somebody else. A disk that reports an
+// error does not say that there is nothing.
 bool GuardedFileOperations::fileExists(const QString &path, bool *isDirectory) const
 {
     struct stat facts { };
     const Place place = placeOf(path);
-    const bool exists =
-        place && ::fstatat(place.folder.get(), place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+    const bool exists = place
+        ? ::fstatat(place.folder.get(), place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0
+        : errno == EIO;
     if (isDirectory != nullptr) {
         *isDirectory = exists && S_ISDIR(facts.st_mode);
     }
@@ -179,20 +165,55 @@ bool GuardedFileOperations::isDeletable(const QString &path) const
     return fileExists(path) && ::faccessat(place.folder.get(), ".", W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-bool GuardedFileOperations::createFolder(const QString &path, ErrorSlot error)
+// What is in the folder is not looked through: what killed runs of the helper left there, its journal knows.
+bool GuardedFileOperations::prepareFolder(const QString &path, const QString &within, ErrorSlot error)
 {
-    return guardedpath::openFolder(QFile::encodeName(path), guardedpath::Missing::Created)
-        || fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
+    if (guardedpath::openFolder(QFile::encodeName(path))) {
+        return true;
+    }
+    const FileDescriptor above = guardedpath::openFolder(QFile::encodeName(within));
+    return (above
+               && newfolder::open(
+                   above.get(), QFile::encodeName(path.mid(within.size())), newfolder::Links::Refused))
+        || fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, {errno});
 }
 
 bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
 {
     const Place place = placeOf(path);
-    bool gone = place && path == m_target && replaceditem::setAside(place.folder.get(), place.name);
-    if (gone && !m_source.file) {
-        gone = replaceditem::discard(place.folder.get(), place.name);
+    return (place && path == m_target && replaceditem::remove(place.folder.get(), place.name))
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, {errno});
+}
+
+bool GuardedFileOperations::setAside(const QString &path, ErrorSlot error)
+{
+    const Place place = placeOf(path);
+    return (place && path == m_target && replaceditem::setAside(place.folder.get(), place.name))
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, {errno});
+}
+
+bool GuardedFileOperations::bringBack(const QString &path)
+{
+    const Place place = placeOf(path);
+    return place && path == m_target && replaceditem::bringBack(place.folder.get(), place.name);
+}
+
+// That can wait until the caller has his answer: finish() does it.
+void GuardedFileOperations::discard(const QString & /*path*/) { }
+
+std::unique_ptr<QFile> GuardedFileOperations::openSource(const QString &path, ErrorSlot error)
+{
+    std::unique_ptr<QFile> source;
+    errno = EINVAL;
+    if (path == m_source.path && m_source.file) {
+        FileDescriptor opened(::fcntl(m_source.file.get(), F_DUPFD_CLOEXEC, 0));
+        source = opened ? sourceOf(std::move(opened), path) : nullptr;
     }
-    return gone || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    if (!source) {
+        fail(error, Texts::tr("Could not open the archive \"%1\"").arg(path), path,
+            {errno, Texts::tr("the archive cannot be read")});
+    }
+    return source;
 }
 
 bool GuardedFileOperations::copySource(int folder, const QByteArray &name) const
@@ -226,17 +247,17 @@ bool GuardedFileOperations::copyItem(const QString &source, const QString &targe
     m_placed = asked && place && copySource(place.folder.get(), place.name);
     const int code = asked ? errno : EINVAL;
     return m_placed
-        || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, code);
+        || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, {code});
 }
 
-bool GuardedFileOperations::extractZip(const QString &archive, const QString &folder, ErrorSlot error)
+bool GuardedFileOperations::extractZip(const QFile &archive, const QString &target, ErrorSlot error)
 {
-    const FileDescriptor into = guardedpath::openFolder(QFile::encodeName(folder));
-    if (!into || archive != m_source.path || !m_source.file) {
-        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, errno);
+    const Place place = placeOf(target);
+    if (!place || target != m_target) {
+        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(target), target, {errno});
     }
-    std::optional<BrevokError> failure =
-        extractZipArchive(m_source.file.get(), into.get(), archive, folder, terms());
+    std::optional<BrevokError> failure = extractZipArchive(
+        archive, place.folder.get(), target, {.only = place.name, .owner = m_caller, .safeLater = true});
     m_placed = !failure.has_value();
     if (failure && error != nullptr) {
         *error = std::move(failure);
@@ -252,7 +273,8 @@ bool GuardedFileOperations::addPermissionsAndOwner(
         ? filetree::addAttributes(place.folder.get(), place.name, {permissions, user, true})
         : filetree::Change::Missing;
     if (change == filetree::Change::Failed) {
-        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
+        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path,
+            {errno});
     }
     return change != filetree::Change::Missing;
 }

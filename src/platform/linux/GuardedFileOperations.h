@@ -11,8 +11,6 @@
 
 namespace brevok {
 
-struct ExtractionTerms;
-
 /// The file manager of a process that works with root's rights on one request of somebody else, who may
 /// change whatever he may change at any moment. No link that he could have planted is followed, what he could
 /// not read is not given to him, and the only thing that is copied or unpacked is the source he was asked for
@@ -38,8 +36,6 @@ public:
     /// bytes are copied to a file without a name in @p scratch. @return nothing with the reason in @p error
     [[nodiscard]] static std::optional<Source> takeSource(
         const QString &path, uid_t caller, qint64 longest, const QString &scratch, ErrorSlot error);
-    /// Whether the source, an archive, holds the target alone and nothing that unpacking refuses.
-    [[nodiscard]] bool judgeArchive(ErrorSlot error) const;
     /// Ends what a killed process left of work on @p target.
     [[nodiscard]] static replaceditem::Repair repair(
         const QString &target, const replaceditem::Interrupted &what);
@@ -52,10 +48,14 @@ public:
     [[nodiscard]] bool isExecutable(const QString &path) const override;
     [[nodiscard]] bool isDeletable(const QString &path) const override;
 
-    bool createFolder(const QString &path, ErrorSlot error) override;
+    bool prepareFolder(const QString &path, const QString &within, ErrorSlot error) override;
     bool removeItem(const QString &path, ErrorSlot error) override;
+    bool setAside(const QString &path, ErrorSlot error) override;
+    bool bringBack(const QString &path) override;
+    void discard(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<QFile> openSource(const QString &path, ErrorSlot error) override;
     bool copyItem(const QString &source, const QString &target, ErrorSlot error) override;
-    bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) override;
+    bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) override;
 
     bool addPermissionsAndOwner(
         const QString &path, quint32 permissions, quint32 user, ErrorSlot error) override;
@@ -63,7 +63,6 @@ public:
         const QString &path, quint32 permissions, quint32 user) override;
 
 private:
-    [[nodiscard]] ExtractionTerms terms() const;
     [[nodiscard]] bool copySource(int folder, const QByteArray &name) const;
 
     uid_t m_caller;

@@ -202,6 +202,12 @@ void BrevokAppDelegate::createInstaller()
         .workspaceFile = m_with.bundle.resourcePath(u"Tolvane"_s, u"xml"_s),
         .user = currentUserId(),
     });
+    QStringList folders;
+    for (auto target = shared.targets->allRecords().cbegin(); target != shared.targets->allRecords().cend();
+         ++target) {
+        folders.append(target.key() + u"/Tolvane"_s);
+    }
+    shared.installer->clearLeftovers(folders);
     shared.flow.emplace(InstallFlow::Collaborators{*shared.plugins, *shared.packages, *shared.targets,
         *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
 }

@@ -112,6 +112,23 @@ void BrevokAppInstaller::addJob(Task job)
     m_jobs.add(std::move(job));
 }
 
+// For this nobody is asked for the helper's rights: it is about what was begun without them.
+void BrevokAppInstaller::clearLeftovers(const QStringList &folders)
+{
+    m_jobs.add([this, folders] {
+        m_with.helper.clearLeftovers();
+        for (const QString &folder : folders) {
+            const auto clear = [folder](Pulse &) {
+                return brevok::clearLeftovers(folder);
+            };
+            if (bounded<bool>(folder, clear).value_or(false)) {
+                logLine(u"made good what an interrupted run had left in %1"_s.arg(folder));
+                onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
+            }
+        }
+    });
+}
+
 bool BrevokAppInstaller::onMainNow(const Task &work)
 {
     auto ran = std::make_shared<bool>(false);

@@ -86,6 +86,9 @@ public:
     [[nodiscard]] virtual bool removeJob(std::optional<BrevokError> *error) = 0;
     /// Installs this program's helper and starts it. @return false with the reason in @p error
     [[nodiscard]] virtual bool bless(std::optional<BrevokError> *error) = 0;
+
+    /// Removes what killed runs left that was to be handed to the helper.
+    virtual void clearLeftovers() { }
 };
 
 } // namespace brevok

@@ -5,7 +5,6 @@
 
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
-#include "platform/linux/BusInstaller.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/HelperTool.h"
+#include "platform/linux/BusInstaller.h"
 
 #include <QProcess>
 
@@ -30,6 +31,7 @@ public:
     [[nodiscard]] int makeExternalForm() override;
     [[nodiscard]] bool removeJob(std::optional<BrevokError> *error) override;
     [[nodiscard]] bool bless(std::optional<BrevokError> *error) override;
+    void clearLeftovers() override { BusInstaller::clearLeftovers(); }
 
 private:
     [[nodiscard]] bool order(const QByteArray &command, std::optional<BrevokError> *error);

@@ -19,6 +19,8 @@
 
 #include <climits>
 
+#include <sys/file.h>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,7 @@ using Proxy = ComTolvaneBrevokHelperToolInterface;
 constexpr auto busName = "com.tolvane.brevok.HelperTool"_L1;
 constexpr auto objectPath = "/com/tolvane/brevok/HelperTool"_L1;
 constexpr int answerTimeoutMs = 5000;
+constexpr auto copyPrefix = "brevok-handed-over-"_L1;
 
 /// One that answers within seconds or not at all.
 class QuickProxy final : public Proxy {
@@ -122,17 +125,17 @@ QString withoutLinks(const QString &path)
 }
 
 /// The helper takes only files of its caller's own: this program's own files, which may be root's, are handed
-/// over as copies.
+/// over as copies, each locked while it is needed.
 QString ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
 {
     QString path = QFileInfo(source).canonicalFilePath();
     if (path.isEmpty() || QFileInfo(path).ownerId() == currentUserId()) {
         return path.isEmpty() ? source : path;
     }
-    copy.emplace(
-        QFileInfo(QDir::tempPath()).canonicalFilePath() + u"/brevok-XXXXXX."_s + QFileInfo(path).suffix());
+    copy.emplace(QFileInfo(QDir::tempPath()).canonicalFilePath() + u'/' + copyPrefix + u"XXXXXX."_s
+        + QFileInfo(path).suffix());
     QFile file(path);
-    if (!copy->open() || !file.open(QIODevice::ReadOnly)) {
+    if (!copy->open() || ::flock(copy->handle(), LOCK_EX) != 0 || !file.open(QIODevice::ReadOnly)) {
         return path;
     }
     constexpr qint64 block = qint64(1024) * 1024;
@@ -160,6 +163,20 @@ bool BusInstaller::introspect(bool *installs)
     *installs = description.contains(u"\"Install\"");
     return answer.type() == QDBusMessage::ReplyMessage
         && description.contains(QLatin1StringView(Proxy::staticInterfaceName()));
+}
+
+// A copy that can be locked has lost its owner.
+void BusInstaller::clearLeftovers()
+{
+    const QFileInfoList copies =
+        QDir(QDir::tempPath()).entryInfoList({copyPrefix + u"*"_s}, QDir::Files | QDir::NoSymLinks);
+    for (const QFileInfo &copy : copies) {
+        QFile file(copy.filePath());
+        if (copy.ownerId() == currentUserId() && file.open(QIODevice::ReadOnly)
+            && ::flock(file.handle(), LOCK_EX | LOCK_NB) == 0) {
+            file.remove();
+        }
+    }
 }
 
 int BusInstaller::version()

@@ -19,6 +19,9 @@ public:
     /// Whether somebody describes the object at all; @p installs: whether it can install.
     [[nodiscard]] bool introspect(bool *installs);
 
+    /// Removes copies that killed processes left in the temporary folder.
+    static void clearLeftovers();
+
     [[nodiscard]] int version() override;
     [[nodiscard]] InstallResult install(const InstallOrder &order) override;
     [[nodiscard]] bool removeItemAtPath(const QString &path, ErrorSlot error) override;

@@ -7,7 +7,6 @@
 #include "foundation/Paths.h"
 #include "foundation/Texts.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 
 #include <cerrno>
@@ -39,18 +38,6 @@ QString folderAbove(const QString &folder, const QString &target)
         : u"/"_s;
 }
 
-bool hasChecksum(QFile &file, const QByteArray &checksum)
-{
-    constexpr qint64 block = qint64(128) * 1024;
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    QByteArray bytes(block, Qt::Uninitialized);
-    qint64 got = 0;
-    while ((got = file.read(bytes.data(), block)) > 0) {
-        hash.addData(QByteArrayView(bytes.constData(), got));
-    }
-    return got == 0 && hash.result() == checksum;
-}
-
 InstallResult failed(const std::optional<BrevokError> &error)
 {
     InstallResult result{.answer = false, .error = error};
@@ -58,13 +45,6 @@ InstallResult failed(const std::optional<BrevokError> &error)
         result.failure = causeOf(*error);
     }
     return result;
-}
-
-BrevokError wrongChecksum()
-{
-    return {.domain = QString::fromLatin1(fileErrorDomain),
-        .code = EILSEQ,
-        .description = Texts::tr("the archive is not the one that the catalogue lists")};
 }
 
 bool refuse(InstallerOperations::ErrorSlot error, const QString &description)
@@ -121,9 +101,9 @@ InstallResult BrevokInstaller::install(const InstallOrder &order)
     }
     // Open from here to the end, so that what was checked is what is unpacked.
     const Source source = open(order);
-    if (!order.checksum.isEmpty() && (!source.file || !hasChecksum(*source.file, order.checksum))) {
-        logLine(u"install failed, the source has another checksum: %1"_s.arg(order.source));
-        return failed(source.file ? wrongChecksum() : source.error);
+    if (!order.checksum.isEmpty() && !source.file) {
+        logLine(u"install failed, source is not what it should be: %1"_s.arg(order.source));
+        return failed(source.error);
     }
     if (!m_files.prepareFolder(folder, folderAbove(folder, order.target), &error)) {
         logLine(u"create dir failed %1"_s.arg(folder));
@@ -135,8 +115,14 @@ InstallResult BrevokInstaller::install(const InstallOrder &order)
         logLine(u"removeItemAtPath failed"_s);
         return failed(error);
     }
-    const InstallResult result = place(source, order.target, folder);
+    InstallResult result = place(source, order.target, folder);
     setUID(order.user, ownerPermissions, order.target, true);
+    // What was put in place has gone with the application, or to where it was taken.
+    if (!result.failure && !m_files.fileExists(order.target)) {
+        result.failure = BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
+            .code = ENOENT,
+            .description = Texts::tr("the folder is not there any more")};
+    }
     if (!result.failure) {
         m_files.discard(order.target);
     } else if (m_files.bringBack(order.target)) {
@@ -149,7 +135,7 @@ BrevokInstaller::Source BrevokInstaller::open(const InstallOrder &order)
 {
     Source source{order.source};
     if (isArchive(order.source) || !order.checksum.isEmpty()) {
-        source.file = m_files.openSource(order.source, &source.error);
+        source.file = m_files.openVerified(order.source, order.checksum, &source.error);
     }
     return source;
 }

@@ -59,8 +59,9 @@ public:
     /// Deletes what was set aside.
     virtual void discard(const QString &path) = 0;
 
-    /// Opens a regular file to install from.
-    [[nodiscard]] virtual std::unique_ptr<QFile> openSource(const QString &path, ErrorSlot error) = 0;
+    /// Opens a regular file to install from. It must have the SHA-256 @p checksum, unless that is empty.
+    [[nodiscard]] virtual std::unique_ptr<QFile> openVerified(
+        const QString &path, const QByteArray &checksum, ErrorSlot error) = 0;
     /// Copies a file or folder to a path where nothing exists. The copy appears whole or not at all.
     virtual bool copyItem(const QString &source, const QString &target, ErrorSlot error) = 0;
     /// Unpacks the item that bears @p target's name from a zip archive; what stands beside it there is left

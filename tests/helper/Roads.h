@@ -41,7 +41,7 @@ inline InstallResult install(
     }
     GuardedFileOperations files(::getuid(), target, std::move(*taken));
     InstallResult result = BrevokInstaller(files).install(order);
-    files.finish();
+    (void)files.finish();
     return result;
 }
 

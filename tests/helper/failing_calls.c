@@ -25,6 +25,8 @@ static int fault_at;
 static int fault_code = FAIL_NEVER;
 static int stays_full;
 static int calls;
+static void (*change)(void *);
+static void *about;
 
 void fail_calls(const char *path, int at, int code, int full)
 {
@@ -35,8 +37,16 @@ void fail_calls(const char *path, int at, int code, int full)
     calls = 0;
 }
 
+void change_before_call(const char *path, int at, void (*make)(void *), void *what)
+{
+    fail_calls(path, at, FAIL_NEVER, 0);
+    change = make;
+    about = what;
+}
+
 int end_failing_calls(void)
 {
+    change = NULL;
     folder[0] = '\0';
     return calls;
 }
@@ -59,6 +69,14 @@ static int fault(int file, int needs_room)
         return 0;
     }
     ++calls;
+    if (calls == fault_at && change != NULL) {
+        void (*make)(void *) = change;
+        change = NULL;
+        folder[0] = '\0';
+        make(about);
+        errno = before;
+        return 0;
+    }
     if (calls == fault_at || (stays_full && needs_room && calls > fault_at)) {
         if (fault_code == FAIL_BY_KILL) {
             kill(getpid(), SIGKILL);

@@ -65,6 +65,23 @@ public:
     [[nodiscard]] QString folder() const { return QFileInfo(m_target).path(); }
     [[nodiscard]] QByteArray root() const { return QFile::encodeName(m_scratch.filePath(u"App"_s)); }
 
+    [[nodiscard]] QString path(const QString &name) const { return m_scratch.filePath(name); }
+    /// Takes something away. @return its path
+    QString move(const QString &name)
+    {
+        m_moved = path(name);
+        QFile::rename(m_moved, path(u"moved"_s));
+        return m_moved;
+    }
+    void moveBack()
+    {
+        if (!m_moved.isEmpty() && QFileInfo::exists(path(u"moved"_s))) {
+            QDir(m_moved).removeRecursively();
+            QFile::remove(m_moved);
+            QFile::rename(path(u"moved"_s), m_moved);
+        }
+    }
+
     InstallResult install(Road road) const { return testing::install(road, m_archive, m_target); }
     bool remove(Road road) const { return testing::remove(road, m_target); }
     /// The next start of what was killed.
@@ -84,9 +101,11 @@ private:
     QString m_archive = m_scratch.filePath(u"a.zip"_s);
     QString m_target = m_scratch.filePath(u"App/Plug-Ins/Tolvane/A.InDesignPlugin"_s);
     std::map<QByteArray, QByteArray> m_before;
+    QString m_moved;
 };
 
 using State = Host::State;
+using Change = void (*)(void *);
 
 /// Does @p work in a process that is killed at its call number @p at. @return false when it made fewer
 template <typename Work> bool killedIn(const Host &host, int at, const Work &work)
@@ -112,6 +131,8 @@ private Q_SLOTS:
     void failing();
     void failingRemovals_data() { ways(); }
     void failingRemovals();
+    void changedMeanwhile_data();
+    void changedMeanwhile();
     void killed_data() { ways(); }
     void killed();
 
@@ -177,6 +198,58 @@ void CutShortTest::failingRemovals()
         QCOMPARE(host.state(), removed ? State::Nothing : State::Old);
         host.clear(road, true, true);
         QVERIFY(!host.hasLeftovers());
+        QVERIFY(at < most);
+    }
+}
+
+void CutShortTest::changedMeanwhile_data()
+{
+    QTest::addColumn<Road>("road");
+    QTest::addColumn<Change>("change");
+    const auto row = [](const char *name, Change change) {
+        QTest::addRow("own, %s", name) << Road::Own << change;
+        QTest::addRow("helper, %s", name) << Road::Helper << change;
+    };
+    row("application gone", [](void *host) { static_cast<Host *>(host)->move(u"App"_s); });
+    row("folder gone", [](void *host) { static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s); });
+    row("folder is a file",
+        [](void *host) { writeFile(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s), "x"); });
+    row("folder is a link", [](void *host) {
+        QFile::link(static_cast<Host *>(host)->path(u"outside"_s),
+            static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s));
+    });
+    row("folder is a pipe", [](void *host) {
+        ::mkfifo(
+            QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s)).constData(), 0600);
+    });
+    row("plug-in is a pipe", [](void *host) {
+        ::mkfifo(
+            QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane/A.InDesignPlugin"_s))
+                .constData(),
+            0600);
+    });
+}
+
+/// Somebody else takes away what is being worked on, and puts something in its place.
+void CutShortTest::changedMeanwhile()
+{
+    QFETCH(const Road, road);
+    QFETCH(const Change, change);
+    const LogCapture log;
+    for (int at = 1, calls = at; at <= calls; ++at) {
+        Host host(true);
+        QVERIFY(QDir().mkdir(host.path(u"outside"_s)));
+        change_before_call(host.root().constData(), at, change, &host);
+        const InstallResult result = host.install(road);
+        const QByteArray where = "call " + QByteArray::number(at);
+        calls = end_failing_calls() < at ? 0 : at + 1;
+        // What went away with its folder is whole there, or comes back with the next clean-up.
+        if (host.state() != State::New) {
+            host.moveBack();
+        }
+        host.clear(road, false, true);
+        QVERIFY2(host.state() == State::New || (result.failure && host.state() == State::Old), where);
+        QVERIFY2(!host.hasLeftovers(), where);
         QVERIFY(at < most);
     }
 }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "platform/linux/BusHelperTool.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/SafePath.h"
 #include "support/Folders.h"
@@ -18,6 +19,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -84,6 +86,7 @@ private Q_SLOTS:
     void aSourceThatBecameShorterIsAFailure();
     void copiesThatAreRefused_data();
     void copiesThatAreRefused();
+    void copiesForTheHelperGoWithTheirOwner();
     void nothingOutsideChangesInARace();
 
 private:
@@ -280,6 +283,18 @@ void FileOperationsTest::copiesThatAreRefused()
     QCOMPARE(testing::entries(path(u"tree"_s)), inside);
 }
 
+void FileOperationsTest::copiesForTheHelperGoWithTheirOwner()
+{
+    const QString left = QDir::temp().filePath(u"brevok-handed-over-left.xml"_s);
+    const QString needed = QDir::temp().filePath(u"brevok-handed-over-needed.xml"_s);
+    QVERIFY(writeFile(left, "x") && writeFile(needed, "x"));
+    QFile held(needed);
+    QVERIFY(held.open(QIODevice::ReadOnly) && ::flock(held.handle(), LOCK_EX) == 0);
+    BusHelperTool({}, {}).clearLeftovers();
+    QVERIFY(!QFileInfo::exists(left));
+    QVERIFY(QFile::remove(needed));
+}
+
 void FileOperationsTest::nothingOutsideChangesInARace()
 {
     // The disk would only slow the race down.
@@ -299,7 +314,7 @@ void FileOperationsTest::nothingOutsideChangesInARace()
     members.append(testing::ZipMember{"A.InDesignPlugin/inner/new/file", "new"});
     QVERIFY(writeFile(path(u"a.zip"_s), testing::zipArchive(members)));
     QVERIFY(m_files.prepareFolder(folder, m_scratch->path(), &m_error));
-    const std::unique_ptr<QFile> archive = m_files.openSource(path(u"a.zip"_s), &m_error);
+    const std::unique_ptr<QFile> archive = m_files.openVerified(path(u"a.zip"_s), {}, &m_error);
     QVERIFY(archive);
 
     std::atomic_bool stop = false;

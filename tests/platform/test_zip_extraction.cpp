@@ -130,7 +130,7 @@ bool ZipExtractionTest::extract(const QByteArray &archive, const QString &name)
 
 bool ZipExtractionTest::extractFile(const QString &archive, const QString &target)
 {
-    const std::unique_ptr<QFile> source = m_files.openSource(archive, &m_error);
+    const std::unique_ptr<QFile> source = m_files.openVerified(archive, {}, &m_error);
     return source && m_files.extractZip(*source, target, &m_error);
 }
 
@@ -308,7 +308,7 @@ int main(int argc, char *argv[])
 {
     if (argc == 4 && qstrcmp(argv[1], extractOption) == 0) {
         LinuxFileOperations files;
-        const auto source = files.openSource(QFile::decodeName(argv[2]), nullptr);
+        const auto source = files.openVerified(QFile::decodeName(argv[2]), {}, nullptr);
         return source && files.extractZip(*source, QFile::decodeName(argv[3]), nullptr) ? 0 : 1;
     }
     const QCoreApplication application(argc, argv);

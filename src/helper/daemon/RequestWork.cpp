@@ -65,8 +65,9 @@ WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFile
     HelperAnswer answer = answerOf(result.answer, result.error);
     answer.failure = result.failure;
     return {answer, [files, &journal, entry] {
-                files->finish();
-                journal.end(entry);
+                if (files->finish()) {
+                    journal.end(entry);
+                }
             }};
 }
 

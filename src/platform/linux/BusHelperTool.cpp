@@ -5,6 +5,7 @@
 
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
+#include "platform/linux/BusInstaller.h"
 
 #include <QCoreApplication>
 #include <QDBusMessage>
@@ -169,6 +170,11 @@ bool BusHelperTool::bless(std::optional<BrevokError> *error)
         blessed = false;
     }
     return blessed;
+}
+
+void BusHelperTool::clearLeftovers()
+{
+    BusInstaller::clearLeftovers();
 }
 
 } // namespace brevok

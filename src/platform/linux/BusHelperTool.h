@@ -4,7 +4,6 @@
 #pragma once
 
 #include "platform/HelperTool.h"
-#include "platform/linux/BusInstaller.h"
 
 #include <QProcess>
 
@@ -31,7 +30,7 @@ public:
     [[nodiscard]] int makeExternalForm() override;
     [[nodiscard]] bool removeJob(std::optional<BrevokError> *error) override;
     [[nodiscard]] bool bless(std::optional<BrevokError> *error) override;
-    void clearLeftovers() override { BusInstaller::clearLeftovers(); }
+    void clearLeftovers() override;
 
 private:
     [[nodiscard]] bool order(const QByteArray &command, std::optional<BrevokError> *error);

@@ -7,6 +7,8 @@
 
 #include <QString>
 
+#include <utility>
+
 namespace brevok {
 
 /// What the system's @p code means to a person; no sentence, but what may follow "… failed:".
@@ -14,9 +16,16 @@ namespace brevok {
 
 /// Why something could not be done: the same fact for a person, and as exactly as it is known.
 struct Cause {
-    int code = 0; ///< the system's errno
-    QString reason{}; ///< for a person; what the code says when empty
-    QString exactly{}; ///< for the log; the system's own words when empty
+    Cause(int systemCode, QString reasonText = {}, QString exactText = {})
+        : code(systemCode)
+        , reason(std::move(reasonText))
+        , exactly(std::move(exactText))
+    {
+    }
+
+    int code; ///< the system's errno
+    QString reason; ///< for a person; what the code says when empty
+    QString exactly; ///< for the log; the system's own words when empty
 };
 
 /// An error of the domain of files: @p operation is what could not be done, @p path what it was done to. Its

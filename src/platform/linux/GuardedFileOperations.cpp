@@ -100,7 +100,7 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::takeSource(
         }
     }
     if (!copy) {
-        fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, {errno});
+        fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, errno);
         return std::nullopt;
     }
     return Source{path, std::move(copy), std::move(memory)};
@@ -114,30 +114,37 @@ replaceditem::Repair GuardedFileOperations::repair(
                  : replaceditem::Repair::NothingToDo;
 }
 
-void GuardedFileOperations::finish()
+// The old item stays until its successor is safe.
+bool GuardedFileOperations::finish()
 {
     m_source = {};
     const Place place = placeOf(m_target);
     if (!place) {
-        return;
+        return !m_aside;
     }
     if (m_placed && !StagingFolder::bringToDisk(place.folder.get(), place.name)) {
         logLine(u"what was installed could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
+        return false;
     }
-    if (!replaceditem::discard(place.folder.get(), place.name)) {
+    if (m_aside && !fileExists(m_target)) {
+        return replaceditem::bringBack(place.folder.get(), place.name);
+    }
+    const bool discarded = replaceditem::discard(place.folder.get(), place.name);
+    if (!discarded) {
         logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));
     }
+    return discarded;
 }
 
 // A link counts as what it is: what it points at is not looked at for somebody else. A disk that reports an
-// error does not say that there is nothing.
+// error, or says nothing about it for want of something, does not say that there is nothing.
 bool GuardedFileOperations::fileExists(const QString &path, bool *isDirectory) const
 {
     struct stat facts { };
     const Place place = placeOf(path);
     const bool exists = place
         ? ::fstatat(place.folder.get(), place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0
-        : errno == EIO;
+        : errno != ENOENT && errno != ENOTDIR && errno != ELOOP && errno != EINVAL;
     if (isDirectory != nullptr) {
         *isDirectory = exists && S_ISDIR(facts.st_mode);
     }
@@ -175,45 +182,43 @@ bool GuardedFileOperations::prepareFolder(const QString &path, const QString &wi
     return (above
                && newfolder::open(
                    above.get(), QFile::encodeName(path.mid(within.size())), newfolder::Links::Refused))
-        || fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, {errno});
+        || fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
 }
 
 bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
 {
     const Place place = placeOf(path);
     return (place && path == m_target && replaceditem::remove(place.folder.get(), place.name))
-        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, {errno});
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
 }
 
 bool GuardedFileOperations::setAside(const QString &path, ErrorSlot error)
 {
     const Place place = placeOf(path);
-    return (place && path == m_target && replaceditem::setAside(place.folder.get(), place.name))
-        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, {errno});
+    m_aside = place && path == m_target && replaceditem::setAside(place.folder.get(), place.name);
+    return m_aside || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
 }
 
 bool GuardedFileOperations::bringBack(const QString &path)
 {
     const Place place = placeOf(path);
-    return place && path == m_target && replaceditem::bringBack(place.folder.get(), place.name);
+    const bool back = place && path == m_target && replaceditem::bringBack(place.folder.get(), place.name);
+    m_aside = m_aside && !back;
+    return back;
 }
 
 // That can wait until the caller has his answer: finish() does it.
 void GuardedFileOperations::discard(const QString & /*path*/) { }
 
-std::unique_ptr<QFile> GuardedFileOperations::openSource(const QString &path, ErrorSlot error)
+std::unique_ptr<QFile> GuardedFileOperations::openVerified(
+    const QString &path, const QByteArray &checksum, ErrorSlot error)
 {
-    std::unique_ptr<QFile> source;
+    FileDescriptor opened;
     errno = EINVAL;
     if (path == m_source.path && m_source.file) {
-        FileDescriptor opened(::fcntl(m_source.file.get(), F_DUPFD_CLOEXEC, 0));
-        source = opened ? sourceOf(std::move(opened), path) : nullptr;
+        opened = FileDescriptor(::fcntl(m_source.file.get(), F_DUPFD_CLOEXEC, 0));
     }
-    if (!source) {
-        fail(error, Texts::tr("Could not open the archive \"%1\"").arg(path), path,
-            {errno, Texts::tr("the archive cannot be read")});
-    }
-    return source;
+    return sourceOf(std::move(opened), path, checksum, error);
 }
 
 bool GuardedFileOperations::copySource(int folder, const QByteArray &name) const
@@ -247,14 +252,14 @@ bool GuardedFileOperations::copyItem(const QString &source, const QString &targe
     m_placed = asked && place && copySource(place.folder.get(), place.name);
     const int code = asked ? errno : EINVAL;
     return m_placed
-        || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, {code});
+        || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, code);
 }
 
 bool GuardedFileOperations::extractZip(const QFile &archive, const QString &target, ErrorSlot error)
 {
     const Place place = placeOf(target);
     if (!place || target != m_target) {
-        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(target), target, {errno});
+        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(target), target, errno);
     }
     std::optional<BrevokError> failure = extractZipArchive(
         archive, place.folder.get(), target, {.only = place.name, .owner = m_caller, .safeLater = true});
@@ -273,8 +278,7 @@ bool GuardedFileOperations::addPermissionsAndOwner(
         ? filetree::addAttributes(place.folder.get(), place.name, {permissions, user, true})
         : filetree::Change::Missing;
     if (change == filetree::Change::Failed) {
-        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path,
-            {errno});
+        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
     }
     return change != filetree::Change::Missing;
 }

@@ -39,8 +39,9 @@ public:
     /// Ends what a killed process left of work on @p target.
     [[nodiscard]] static replaceditem::Repair repair(
         const QString &target, const replaceditem::Interrupted &what);
-    /// After an install was answered: brings the target to the disk and deletes what it replaced.
-    void finish();
+    /// After an install was answered: brings the target to the disk and deletes what it replaced. @return
+    /// whether nothing is left for repair()
+    [[nodiscard]] bool finish();
 
     [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;
     [[nodiscard]] bool isReadable(const QString &path) const override;
@@ -53,7 +54,8 @@ public:
     bool setAside(const QString &path, ErrorSlot error) override;
     bool bringBack(const QString &path) override;
     void discard(const QString &path) override;
-    [[nodiscard]] std::unique_ptr<QFile> openSource(const QString &path, ErrorSlot error) override;
+    [[nodiscard]] std::unique_ptr<QFile> openVerified(
+        const QString &path, const QByteArray &checksum, ErrorSlot error) override;
     bool copyItem(const QString &source, const QString &target, ErrorSlot error) override;
     bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) override;
 
@@ -68,6 +70,7 @@ private:
     uid_t m_caller;
     QString m_target;
     Source m_source;
+    bool m_aside = false; ///< what stood at the target waits for its successor
     bool m_placed = false; ///< the target is in place and the caller's already
 };
 

@@ -148,7 +148,7 @@ bool LinuxFileOperations::prepareFolder(const QString &path, const QString &with
         ? newfolder::open(above.get(), QFile::encodeName(path.mid(within.size())), newfolder::Links::Followed)
         : FileDescriptor();
     if (!folder) {
-        return fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, {errno});
+        return fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
     }
     replaceditem::repairAll(folder.get());
     return true;
@@ -158,14 +158,14 @@ bool LinuxFileOperations::removeItem(const QString &path, ErrorSlot error)
 {
     const Place place(path);
     return (place && replaceditem::remove(place.folder.get(), place.name))
-        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, {errno});
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
 }
 
 bool LinuxFileOperations::setAside(const QString &path, ErrorSlot error)
 {
     const Place place(path);
     return (place && replaceditem::setAside(place.folder.get(), place.name))
-        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, {errno});
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
 }
 
 bool LinuxFileOperations::bringBack(const QString &path)
@@ -182,17 +182,13 @@ void LinuxFileOperations::discard(const QString &path)
     }
 }
 
-std::unique_ptr<QFile> LinuxFileOperations::openSource(const QString &path, ErrorSlot error)
+std::unique_ptr<QFile> LinuxFileOperations::openVerified(
+    const QString &path, const QByteArray &checksum, ErrorSlot error)
 {
     // A pipe in the file's place must not be waited for.
     FileDescriptor opened(
         ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
-    std::unique_ptr<QFile> source = opened ? sourceOf(std::move(opened), path) : nullptr;
-    if (!source) {
-        fail(error, Texts::tr("Could not open the archive \"%1\"").arg(path), path,
-            {errno, Texts::tr("the archive cannot be read")});
-    }
-    return source;
+    return sourceOf(std::move(opened), path, checksum, error);
 }
 
 bool LinuxFileOperations::copyItem(const QString &source, const QString &target, ErrorSlot error)
@@ -207,7 +203,7 @@ bool LinuxFileOperations::copyItem(const QString &source, const QString &target,
         failed == source || failed == target
             ? Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target)
             : Texts::tr("Could not copy \"%1\" to \"%2\" (at \"%3\")").arg(source, target, failed),
-        failed, {code});
+        failed, code);
 }
 
 bool LinuxFileOperations::extractZip(const QFile &archive, const QString &target, ErrorSlot error)
@@ -215,7 +211,7 @@ bool LinuxFileOperations::extractZip(const QFile &archive, const QString &target
     const Place place(target, safepath::openFolder);
     if (!place) {
         const QString folder = deletingLastPathComponent(target);
-        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, {errno});
+        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, errno);
     }
     std::optional<BrevokError> failure =
         extractZipArchive(archive, place.folder.get(), target, {.only = place.name});
@@ -236,8 +232,7 @@ bool LinuxFileOperations::addPermissionsAndOwner(
         : filetree::addAttributes(
             folder.get(), item.name.isEmpty() ? QByteArrayLiteral(".") : item.name, {permissions, user});
     if (change == filetree::Change::Failed) {
-        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path,
-            {errno});
+        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
     }
     return change != filetree::Change::Missing;
 }

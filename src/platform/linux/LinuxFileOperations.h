@@ -21,7 +21,8 @@ public:
     bool setAside(const QString &path, ErrorSlot error) override;
     bool bringBack(const QString &path) override;
     void discard(const QString &path) override;
-    [[nodiscard]] std::unique_ptr<QFile> openSource(const QString &path, ErrorSlot error) override;
+    [[nodiscard]] std::unique_ptr<QFile> openVerified(
+        const QString &path, const QByteArray &checksum, ErrorSlot error) override;
     bool copyItem(const QString &source, const QString &target, ErrorSlot error) override;
     bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) override;
 

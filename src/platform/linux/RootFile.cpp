@@ -32,7 +32,7 @@ FileDescriptor openAround(const safepath::SplitPath &item, guardedpath::Missing 
 bool fail(ErrorSlot error, const QString &operation, const QString &path)
 {
     if (error != nullptr) {
-        *error = fileError(operation.arg(path), path, {errno});
+        *error = fileError(operation.arg(path), path, errno);
     }
     return false;
 }

@@ -71,7 +71,7 @@ private:
     QByteArray m_currentPath;
     FileDescriptor m_current; ///< entries follow one another folder by folder
     QList<Link> m_links; ///< made last, so that nothing is written through them
-    Cause m_cause;
+    Cause m_cause{0};
 };
 
 QByteArray folderOf(const QByteArray &path)

@@ -9,6 +9,7 @@
 #include "foundation/Texts.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
+#include "install/InterruptedWork.h"
 #include "install/RunningTargets.h"
 #include "platform/FileState.h"
 #include "platform/StateStore.h"
@@ -117,14 +118,8 @@ void BrevokAppInstaller::clearLeftovers(const QStringList &folders)
 {
     m_jobs.add([this, folders] {
         m_with.helper.clearLeftovers();
-        for (const QString &folder : folders) {
-            const auto clear = [folder](Pulse &) {
-                return brevok::clearLeftovers(folder);
-            };
-            if (bounded<bool>(folder, clear).value_or(false)) {
-                logLine(u"made good what an interrupted run had left in %1"_s.arg(folder));
-                onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
-            }
+        if (endInterruptedWork(folders)) {
+            onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
         }
     });
 }

@@ -59,7 +59,8 @@ public:
     /// Deletes what was set aside.
     virtual void discard(const QString &path) = 0;
 
-    /// Opens a regular file to install from. It must have the SHA-256 @p checksum, unless that is empty.
+    /// Opens a regular file to install from. It must have the SHA-256 @p checksum, unless that is empty; the
+    /// code of another one is EBADMSG.
     [[nodiscard]] virtual std::unique_ptr<QFile> openVerified(
         const QString &path, const QByteArray &checksum, ErrorSlot error) = 0;
     /// Copies a file or folder to a path where nothing exists. The copy appears whole or not at all.
@@ -68,7 +69,7 @@ public:
     /// out. It is unpacked beside its place and renamed when whole, so that half of it never bears its final
     /// name. Entries that climb out of the folder, are links outward, devices or the like, and archives that
     /// break the caps on size, ratio, entries or depth, refuse the archive as a whole; nothing is changed
-    /// then. What the archive itself is to blame for has the code EILSEQ.
+    /// then. An archive that is damaged has the code EILSEQ, one that is not what it should be EBADMSG.
     virtual bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) = 0;
 
     /// Adds permission bits to the item's own and makes @p user its owner (not following a link at @p path).

@@ -42,7 +42,7 @@ std::unique_ptr<QFile> sourceOf(
         }
         if (!digest.isEmpty()) {
             const QString reason = Texts::tr("the archive is not the one that the catalogue lists");
-            cause = {EILSEQ, reason, reason};
+            cause = {EBADMSG, reason, reason};
         }
     }
     if (error != nullptr) {

@@ -253,7 +253,7 @@ int Extraction::folderAt(const QByteArray &path)
 // What the archive is to blame for.
 bool Extraction::refuse(const QString &reason)
 {
-    m_cause = {EILSEQ, reason, reason};
+    m_cause = {EBADMSG, reason, reason};
     return false;
 }
 

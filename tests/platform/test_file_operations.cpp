@@ -4,6 +4,7 @@
 #include "platform/linux/BusHelperTool.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/SafePath.h"
+#include "platform/PartFiles.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
@@ -87,6 +88,7 @@ private Q_SLOTS:
     void copiesThatAreRefused_data();
     void copiesThatAreRefused();
     void copiesForTheHelperGoWithTheirOwner();
+    void partsOfEarlierRunsGo();
     void nothingOutsideChangesInARace();
 
 private:
@@ -293,6 +295,23 @@ void FileOperationsTest::copiesForTheHelperGoWithTheirOwner()
     BusHelperTool({}, {}).clearLeftovers();
     QVERIFY(!QFileInfo::exists(left));
     QVERIFY(QFile::remove(needed));
+}
+
+void FileOperationsTest::partsOfEarlierRunsGo()
+{
+    const QStringList names{
+        u"140/a.zip"_s, u"140/a.zip.part-1-1"_s, u"state.part-1-1"_s, u"140/a.zip.part-2-1"_s};
+    const QDateTime start = QDateTime::currentDateTime();
+    for (const QString &name : names) {
+        QVERIFY(writeFile(path(name), "x"));
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const int age = name.endsWith(u"2-1") ? 0 : 1;
+        QVERIFY(file.setFileTime(start.addDays(-age), QFileDevice::FileModificationTime));
+    }
+    removePartsOf(m_scratch->path(), start);
+    QCOMPARE(testing::entries(m_scratch->path()), QStringList{u"140"_s});
+    QCOMPARE(testing::entries(path(u"140"_s)), (QStringList{u"a.zip"_s, u"a.zip.part-2-1"_s}));
 }
 
 void FileOperationsTest::nothingOutsideChangesInARace()

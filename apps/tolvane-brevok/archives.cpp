@@ -3,10 +3,16 @@
 
 // What reads archives, as the application loads it with the first one.
 
+#include "platform/linux/FileDigest.h"
 #include "platform/linux/ZipReader.h"
 
 /// @return a reader that the caller deletes
 extern "C" Q_DECL_EXPORT brevok::ZipReader *openArchive(int archive, size_t blockSize)
 {
     return brevok::openZipReader(archive, blockSize).release();
+}
+
+extern "C" Q_DECL_EXPORT void digestOfArchive(int file, QByteArray *digest)
+{
+    *digest = brevok::sha256Of(file);
 }

@@ -188,14 +188,6 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>Eigentümer und Zugriffsrechte von „%1“ konnten nicht geändert werden</translation>
     </message>
     <message>
-        <source>it is no file</source>
-        <translation>es ist keine Datei</translation>
-    </message>
-    <message>
-        <source>it holds nothing to unpack</source>
-        <translation>es enthält nichts zum Entpacken</translation>
-    </message>
-    <message>
         <source>an entry is larger than it claims (%1)</source>
         <translation>ein Eintrag ist größer als angegeben (%1)</translation>
     </message>
@@ -262,6 +254,46 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
     <message>
         <source>it unpacks to too much</source>
         <translation>entpackt ist es zu groß</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>kein Platz mehr auf dem Datenträger</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>keine Berechtigung, den Ordner zu ändern</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>der Datenträger ist schreibgeschützt</translation>
+    </message>
+    <message>
+        <source>the disk reports an error</source>
+        <translation>der Datenträger meldet einen Fehler</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>den Ordner gibt es nicht mehr</translation>
+    </message>
+    <message>
+        <source>the archive cannot be read</source>
+        <translation>das Archiv kann nicht gelesen werden</translation>
+    </message>
+    <message>
+        <source>the archive is refused: %1</source>
+        <translation>das Archiv wird abgelehnt: %1</translation>
+    </message>
+    <message>
+        <source>the archive holds no %1</source>
+        <translation>das Archiv enthält kein %1</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>das Archiv ist beschädigt</translation>
+    </message>
+    <message>
+        <source>the archive is not the one that the catalogue lists</source>
+        <translation>das Archiv ist nicht das, das der Katalog aufführt</translation>
     </message>
     <message>
         <source>it unpacks to too much for its size</source>
@@ -1280,18 +1312,6 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>Could not take the file &quot;%1&quot;</source>
         <translation>Die Datei „%1“ konnte nicht übernommen werden</translation>
-    </message>
-    <message>
-        <source>everybody could write to the entry</source>
-        <translation>jeder könnte in den Eintrag schreiben</translation>
-    </message>
-    <message>
-        <source>it holds something else than &quot;%1&quot;</source>
-        <translation>es enthält etwas anderes als „%1“</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; may not be unpacked</source>
-        <translation>„%1“ darf nicht entpackt werden</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>

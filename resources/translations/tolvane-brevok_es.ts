@@ -188,14 +188,6 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>No se pudieron cambiar el propietario y los permisos de «%1»</translation>
     </message>
     <message>
-        <source>it is no file</source>
-        <translation>no es un archivo</translation>
-    </message>
-    <message>
-        <source>it holds nothing to unpack</source>
-        <translation>no contiene nada que extraer</translation>
-    </message>
-    <message>
         <source>an entry is larger than it claims (%1)</source>
         <translation>una entrada es mayor de lo que declara (%1)</translation>
     </message>
@@ -262,6 +254,46 @@ Do you want to quit %1 now or do it yourself later?</source>
     <message>
         <source>it unpacks to too much</source>
         <translation>su contenido extraído es demasiado grande</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>no queda espacio en el disco</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>sin permiso para modificar la carpeta</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>el disco está protegido contra escritura</translation>
+    </message>
+    <message>
+        <source>the disk reports an error</source>
+        <translation>el disco comunica un error</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>la carpeta ya no existe</translation>
+    </message>
+    <message>
+        <source>the archive cannot be read</source>
+        <translation>no se puede leer el archivo comprimido</translation>
+    </message>
+    <message>
+        <source>the archive is refused: %1</source>
+        <translation>se rechaza el archivo comprimido: %1</translation>
+    </message>
+    <message>
+        <source>the archive holds no %1</source>
+        <translation>el archivo comprimido no contiene %1</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>el archivo comprimido está dañado</translation>
+    </message>
+    <message>
+        <source>the archive is not the one that the catalogue lists</source>
+        <translation>el archivo comprimido no es el que figura en el catálogo</translation>
     </message>
     <message>
         <source>it unpacks to too much for its size</source>
@@ -1280,18 +1312,6 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>Could not take the file &quot;%1&quot;</source>
         <translation>No se pudo tomar el archivo «%1»</translation>
-    </message>
-    <message>
-        <source>everybody could write to the entry</source>
-        <translation>cualquiera podría escribir en la entrada</translation>
-    </message>
-    <message>
-        <source>it holds something else than &quot;%1&quot;</source>
-        <translation>contiene algo distinto de «%1»</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; may not be unpacked</source>
-        <translation>«%1» no se puede descomprimir</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>

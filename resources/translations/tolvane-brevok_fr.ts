@@ -188,14 +188,6 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>Impossible de modifier le propriétaire et les autorisations de « %1 »</translation>
     </message>
     <message>
-        <source>it is no file</source>
-        <translation>ce n’est pas un fichier</translation>
-    </message>
-    <message>
-        <source>it holds nothing to unpack</source>
-        <translation>elle ne contient rien à extraire</translation>
-    </message>
-    <message>
         <source>an entry is larger than it claims (%1)</source>
         <translation>un élément est plus grand qu’annoncé (%1)</translation>
     </message>
@@ -262,6 +254,46 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
     <message>
         <source>it unpacks to too much</source>
         <translation>son contenu extrait est trop grand</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>plus d’espace sur le disque</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>pas l’autorisation de modifier le dossier</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>le disque est protégé en écriture</translation>
+    </message>
+    <message>
+        <source>the disk reports an error</source>
+        <translation>le disque signale une erreur</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>le dossier n’existe plus</translation>
+    </message>
+    <message>
+        <source>the archive cannot be read</source>
+        <translation>l’archive ne peut pas être lue</translation>
+    </message>
+    <message>
+        <source>the archive is refused: %1</source>
+        <translation>l’archive est refusée : %1</translation>
+    </message>
+    <message>
+        <source>the archive holds no %1</source>
+        <translation>l’archive ne contient pas %1</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>l’archive est endommagée</translation>
+    </message>
+    <message>
+        <source>the archive is not the one that the catalogue lists</source>
+        <translation>l’archive n’est pas celle que le catalogue indique</translation>
     </message>
     <message>
         <source>it unpacks to too much for its size</source>
@@ -1280,18 +1312,6 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>Could not take the file &quot;%1&quot;</source>
         <translation>Impossible de prendre le fichier « %1 »</translation>
-    </message>
-    <message>
-        <source>everybody could write to the entry</source>
-        <translation>tout le monde pourrait écrire dans l’entrée</translation>
-    </message>
-    <message>
-        <source>it holds something else than &quot;%1&quot;</source>
-        <translation>elle contient autre chose que « %1 »</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; may not be unpacked</source>
-        <translation>« %1 » ne peut pas être décompressé</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>

@@ -188,14 +188,6 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>「%1」の所有者とアクセス権を変更できませんでした</translation>
     </message>
     <message>
-        <source>it is no file</source>
-        <translation>ファイルではありません</translation>
-    </message>
-    <message>
-        <source>it holds nothing to unpack</source>
-        <translation>展開する内容がありません</translation>
-    </message>
-    <message>
         <source>an entry is larger than it claims (%1)</source>
         <translation>項目が表示より大きくなっています (%1)</translation>
     </message>
@@ -262,6 +254,46 @@ Do you want to quit %1 now or do it yourself later?</source>
     <message>
         <source>it unpacks to too much</source>
         <translation>展開後のサイズが大きすぎます</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>ディスクに空き容量がありません</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>フォルダを変更する権限がありません</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>ディスクは書き込み禁止です</translation>
+    </message>
+    <message>
+        <source>the disk reports an error</source>
+        <translation>ディスクがエラーを報告しています</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>フォルダがなくなっています</translation>
+    </message>
+    <message>
+        <source>the archive cannot be read</source>
+        <translation>アーカイブを読み取れません</translation>
+    </message>
+    <message>
+        <source>the archive is refused: %1</source>
+        <translation>アーカイブは拒否されました: %1</translation>
+    </message>
+    <message>
+        <source>the archive holds no %1</source>
+        <translation>アーカイブに %1 が含まれていません</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>アーカイブが壊れています</translation>
+    </message>
+    <message>
+        <source>the archive is not the one that the catalogue lists</source>
+        <translation>アーカイブがカタログに載っているものと異なります</translation>
     </message>
     <message>
         <source>it unpacks to too much for its size</source>
@@ -1280,18 +1312,6 @@ Please try to sign-in again.</source>
     <message>
         <source>Could not take the file &quot;%1&quot;</source>
         <translation>ファイル「%1」を受け取れませんでした</translation>
-    </message>
-    <message>
-        <source>everybody could write to the entry</source>
-        <translation>誰でも書き込めるエントリです</translation>
-    </message>
-    <message>
-        <source>it holds something else than &quot;%1&quot;</source>
-        <translation>「%1」以外のものが含まれています</translation>
-    </message>
-    <message>
-        <source>&quot;%1&quot; may not be unpacked</source>
-        <translation>「%1」は展開できません</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>

@@ -5,6 +5,7 @@
 
 #include "app/EarlierKeys.h"
 #include "app/Shared.h"
+#include "foundation/BoundedWork.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
 #include "platform/ApplicationSearch.h"
@@ -13,12 +14,14 @@
 #include "platform/FileOperations.h"
 #include "platform/HelperTool.h"
 #include "platform/LogFile.h"
+#include "platform/PartFiles.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
 #include "platform/SessionBus.h"
 #include "platform/SettingsStore.h"
 #include "platform/SoftwareInstaller.h"
 
+#include <QDateTime>
 #include <QTimer>
 
 #include <tuple>
@@ -204,8 +207,23 @@ void BrevokAppDelegate::createInstaller()
         .workspaceFile = m_with.bundle.resourcePath(u"Tolvane"_s, u"xml"_s),
         .user = currentUserId(),
     });
+    clearLeftovers();
     shared.flow.emplace(InstallFlow::Collaborators{*shared.plugins, *shared.packages, *shared.targets,
         *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
+}
+
+// What killed runs left in the targets and among the archives.
+void BrevokAppDelegate::clearLeftovers()
+{
+    QStringList folders;
+    const QStringList targets = m_shared->targets->allRecords().keys();
+    for (const QString &target : targets) {
+        folders.append(target + u"/Tolvane"_s);
+    }
+    m_shared->installer->clearLeftovers(folders);
+    inBackground([folder = m_with.folders.dataFolder(), now = QDateTime::currentDateTimeUtc()] {
+        runBounded(folder, [folder, now](Pulse &) { removePartsOf(folder, now); });
+    });
 }
 
 void BrevokAppDelegate::createReporters()

@@ -110,6 +110,7 @@ private:
     void createSharedObjects();
     void createUpdater();
     void createInstaller();
+    void clearLeftovers();
     void createReporters();
     void connectSharedObjects();
     void attachSurfaces();

@@ -7,6 +7,10 @@
 #include "foundation/Paths.h"
 #include "foundation/Texts.h"
 
+#include <QFile>
+
+#include <cerrno>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -15,11 +19,32 @@ namespace {
 
 /// What the owner of an installed item is given: reading and writing.
 constexpr quint32 ownerPermissions = 0600;
+constexpr auto bundleSuffix = ".InDesignPlugin"_L1;
 
 /// An empty argument is logged as it is, an absent one as a dash.
 QString argumentText(const QString &value)
 {
     return value.isNull() ? u"-"_s : value;
+}
+
+/// What must be there already: no folder of the application's own is ever made.
+QString folderAbove(const QString &folder, const QString &target)
+{
+    if (target.endsWith(bundleSuffix)) {
+        return deletingLastPathComponent(folder);
+    }
+    return folder.endsWith(u"/Presets/InDesign Workspaces")
+        ? deletingLastPathComponent(deletingLastPathComponent(folder))
+        : u"/"_s;
+}
+
+InstallResult failed(const std::optional<BrevokError> &error)
+{
+    InstallResult result{.answer = false, .error = error};
+    if (error) {
+        result.failure = causeOf(*error);
+    }
+    return result;
 }
 
 bool refuse(InstallerOperations::ErrorSlot error, const QString &description)
@@ -35,6 +60,11 @@ bool refuse(InstallerOperations::ErrorSlot error, const QString &description)
 }
 
 } // namespace
+
+BrevokError causeOf(const BrevokError &error)
+{
+    return error.detailedErrors.isEmpty() ? error : error.detailedErrors.constFirst();
+}
 
 BrevokInstaller::BrevokInstaller(FileOperations &files)
     : m_files(files)
@@ -54,64 +84,101 @@ int BrevokInstaller::version()
     return installerInterfaceVersion;
 }
 
-bool BrevokInstaller::installPluginFromSource(
-    const QString &source, const QString &target, quint32 user, ErrorSlot error)
+InstallResult BrevokInstaller::install(const InstallOrder &order)
 {
-    if (source.isEmpty()) {
-        logLine(u"install failed, source path is wrong: %1"_s.arg(argumentText(source)));
-        return refuse(error, Texts::tr("Incorrect input to installPlugin:"));
+    std::optional<BrevokError> error;
+    const QString folder = deletingLastPathComponent(order.target);
+    if (order.source.isEmpty()) {
+        logLine(u"install failed, source path is wrong: %1"_s.arg(argumentText(order.source)));
+        refuse(&error, Texts::tr("Incorrect input to installPlugin:"));
+        return failed(error);
     }
-    const QString folder = deletingLastPathComponent(target);
-    if (target.isEmpty() || folder.isEmpty()) {
+    if (order.target.isEmpty() || folder.isEmpty()) {
         logLine(u"install failed, target path is wrong: %1"_s.arg(
-            argumentText(target.isEmpty() ? target : folder)));
-        return refuse(error, Texts::tr("Incorrect input to installPlugin:"));
+            argumentText(order.target.isEmpty() ? order.target : folder)));
+        refuse(&error, Texts::tr("Incorrect input to installPlugin:"));
+        return failed(error);
     }
-    if (!m_files.createFolder(folder, error)) {
+    // Open from here to the end, so that what was checked is what is unpacked.
+    const Source source = open(order);
+    if (!order.checksum.isEmpty() && !source.file) {
+        logLine(u"install failed, source is not what it should be: %1"_s.arg(order.source));
+        return failed(source.error);
+    }
+    if (!m_files.prepareFolder(folder, folderAbove(folder, order.target), &error)) {
         logLine(u"create dir failed %1"_s.arg(folder));
-        return false;
+        return failed(error);
     }
-    setUID(user, ownerPermissions, folder, false);
+    setUID(order.user, ownerPermissions, folder, false);
     // Only bundles can be removed: an existing file of another kind ends the install here and stays.
-    if (m_files.fileExists(target) && !removeItemAtPath(target, error)) {
+    if (m_files.fileExists(order.target) && !takeAway(order.target, &FileOperations::setAside, &error)) {
         logLine(u"removeItemAtPath failed"_s);
-        return false;
+        return failed(error);
     }
-    place(source, target, folder, error);
-    setUID(user, ownerPermissions, target, true);
-    return true;
+    InstallResult result = place(source, order.target, folder);
+    setUID(order.user, ownerPermissions, order.target, true);
+    // What was put in place has gone with the application, or to where it was taken.
+    if (!result.failure && !m_files.fileExists(order.target)) {
+        result.failure = BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
+            .code = ENOENT,
+            .description = Texts::tr("the folder is not there any more")};
+    }
+    if (!result.failure) {
+        m_files.discard(order.target);
+    } else if (m_files.bringBack(order.target)) {
+        logLine(u"brought back: %1"_s.arg(order.target));
+    }
+    return result;
 }
 
-/// Unpacks or copies. Failures are logged and change no answer; that of a copy is handed to the caller too.
-void BrevokInstaller::place(
-    const QString &source, const QString &target, const QString &folder, ErrorSlot error)
+BrevokInstaller::Source BrevokInstaller::open(const InstallOrder &order)
 {
-    std::optional<BrevokError> failure;
-    if (isArchive(source)) {
-        logLine(u"unzip: %1 to: %2"_s.arg(source, folder));
-        m_files.extractZip(source, folder, &failure);
-        logError(failure);
+    Source source{order.source};
+    if (isArchive(order.source) || !order.checksum.isEmpty()) {
+        source.file = m_files.openVerified(order.source, order.checksum, &source.error);
+    }
+    return source;
+}
+
+// Unpacks or copies. The answer is yes whatever comes of it; only a failed copy hands its error back.
+InstallResult BrevokInstaller::place(const Source &source, const QString &target, const QString &folder)
+{
+    InstallResult result{.answer = true};
+    std::optional<BrevokError> error = source.error;
+    if (isArchive(source.path)) {
+        logLine(u"unzip: %1 to: %2"_s.arg(source.path, folder));
+        if (source.file) {
+            m_files.extractZip(*source.file, target, &error);
+        }
+        logError(error);
         logLine(u"unziped"_s);
-        return;
+    } else {
+        logLine(u"copy: %1 to: %2"_s.arg(source.path, target));
+        m_files.copyItem(source.path, target, &error);
+        logError(error);
+        logLine(u"copied"_s);
+        result.error = error;
     }
-    logLine(u"copy: %1 to: %2"_s.arg(source, target));
-    m_files.copyItem(source, target, &failure);
-    logError(failure);
-    logLine(u"copied"_s);
-    if (failure && error != nullptr) {
-        *error = failure;
+    if (error) {
+        result.failure = causeOf(*error);
     }
+    return result;
 }
 
 bool BrevokInstaller::removeItemAtPath(const QString &path, ErrorSlot error)
 {
-    if (!path.endsWith(u".InDesignPlugin")) {
+    return takeAway(path, &FileOperations::removeItem, error);
+}
+
+bool BrevokInstaller::takeAway(const QString &path, Removal removal, ErrorSlot error)
+{
+    if (!path.endsWith(bundleSuffix)) {
         logLine(u"remove item at path failed, wrong data: %1"_s.arg(argumentText(path)));
         return refuse(error, Texts::tr("Incorrect input to removeItemAtPath:"));
     }
     logLine(u"removeItemAtPath"_s);
     if (m_files.fileExists(path)) {
-        if (!m_files.removeItem(path, error)) {
+        if (!(m_files.*removal)(path, error)) {
             logLine(u"removeItemAtPath failed"_s);
             return false;
         }

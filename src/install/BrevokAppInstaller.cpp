@@ -9,6 +9,7 @@
 #include "foundation/Texts.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
+#include "install/InterruptedWork.h"
 #include "install/RunningTargets.h"
 #include "platform/FileState.h"
 #include "platform/StateStore.h"
@@ -112,6 +113,17 @@ void BrevokAppInstaller::addJob(Task job)
     m_jobs.add(std::move(job));
 }
 
+// For this nobody is asked for the helper's rights: it is about what was begun without them.
+void BrevokAppInstaller::clearLeftovers(const QStringList &folders)
+{
+    m_jobs.add([this, folders] {
+        m_with.helper.clearLeftovers();
+        if (endInterruptedWork(folders)) {
+            onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
+        }
+    });
+}
+
 bool BrevokAppInstaller::onMainNow(const Task &work)
 {
     auto ran = std::make_shared<bool>(false);
@@ -208,7 +220,7 @@ CommandResult BrevokAppInstaller::carryOutInstalls(
                 return result;
             }
             installWorkspace(*operations, folder, result);
-            install(*operations, command[2].toString(), pluginPath, result);
+            installArchive(*operations, command[2].toString(), pluginPath, result);
         }
         if (!dequeue(key, command)) {
             return result;
@@ -218,7 +230,7 @@ CommandResult BrevokAppInstaller::carryOutInstalls(
     return result;
 }
 
-void BrevokAppInstaller::install(InstallerOperations &operations, const QString &source,
+void BrevokAppInstaller::installArchive(InstallerOperations &operations, const QString &source,
     const QString &target, CommandResult &result) const
 {
     std::optional<BrevokError> error;

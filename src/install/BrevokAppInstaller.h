@@ -73,6 +73,9 @@ public:
     /// What the fallback works with; any thread.
     [[nodiscard]] FileOperations &files() const { return m_with.files; }
 
+    /// Makes good in the background what killed runs left in the folders @p folders, where plug-ins stand.
+    void clearLeftovers(const QStringList &folders);
+
     /// Finds the helper, or installs or replaces it. Background only.
     [[nodiscard]] bool checkUpdateHelper();
     /// Who does the next file operations: the helper's proxy, or this object itself. Background only.
@@ -109,7 +112,7 @@ private:
     [[nodiscard]] CommandResult carryOutInstalls(
         const QString &key, const Record &package, bool skipRunningTargets);
     [[nodiscard]] CommandResult carryOutRemovals(const QString &key, const Record &package);
-    void install(InstallerOperations &operations, const QString &source, const QString &target,
+    void installArchive(InstallerOperations &operations, const QString &source, const QString &target,
         CommandResult &result) const;
     void installWorkspace(
         InstallerOperations &operations, const QString &folder, CommandResult &result) const;

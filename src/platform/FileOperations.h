@@ -9,13 +9,16 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
+
+class QFile;
 
 namespace brevok {
 
 /// The file manager that the installer's operations stand on. Any thread; no state. Paths are absolute. An
 /// operation that fails fills @p error (domain fileErrorDomain) with what failed and where, and says so by
-/// its result.
+/// its result. The one detailed error of that one is the reason in a few words that a person understands.
 class FileOperations {
 public:
     using ErrorSlot = std::optional<BrevokError> *;
@@ -32,19 +35,42 @@ public:
     /// Whether the entry itself could be removed now.
     [[nodiscard]] virtual bool isDeletable(const QString &path) const = 0;
 
-    /// Creates a folder and all missing folders above it; an existing folder is a success.
-    virtual bool createFolder(const QString &path, ErrorSlot error) = 0;
-    /// Removes a file, a link (not what it points at) or a folder with everything in it. Never leaves the
-    /// folder, even when one is swapped for a link meanwhile.
+    /// Creates the folder @p path, and what is missing between it and @p within, a folder above it that must
+    /// exist, and clears from it what killed runs left there. An existing folder is a success.
+    virtual bool prepareFolder(const QString &path, const QString &within, ErrorSlot error) = 0;
+    /// The same with all missing folders above it.
+    bool createFolder(const QString &path, ErrorSlot error)
+    {
+        return prepareFolder(path, QStringLiteral("/"), error);
+    }
+
+    // An item leaves its place in one step, so that its name never leads to half of it. What is never
+    // followed by the step that belongs to it, because the process was killed, is made good by
+    // clearLeftovers().
+
+    /// Removes a file, a link (not what it points at) or a folder with everything in it: takes it out of
+    /// sight, then deletes it. What resists deletion stays out of sight. Never leaves the folder, even when
+    /// one is swapped for a link meanwhile.
     virtual bool removeItem(const QString &path, ErrorSlot error) = 0;
+    /// Takes an item out of sight until bringBack() or discard() of the same path.
+    virtual bool setAside(const QString &path, ErrorSlot error) = 0;
+    /// What was set aside gets its name again. @return whether there was anything, and it has
+    virtual bool bringBack(const QString &path) = 0;
+    /// Deletes what was set aside.
+    virtual void discard(const QString &path) = 0;
+
+    /// Opens a regular file to install from. It must have the SHA-256 @p checksum, unless that is empty; the
+    /// code of another one is EBADMSG.
+    [[nodiscard]] virtual std::unique_ptr<QFile> openVerified(
+        const QString &path, const QByteArray &checksum, ErrorSlot error) = 0;
     /// Copies a file or folder to a path where nothing exists. The copy appears whole or not at all.
     virtual bool copyItem(const QString &source, const QString &target, ErrorSlot error) = 0;
-    /// Unpacks a zip archive into @p folder. Every top-level entry is unpacked beside its place and renamed
-    /// when whole, so that a half-unpacked bundle never bears its final name; what bears that name already is
-    /// replaced. Entries that climb out of @p
-    /// folder, are links outward, devices or the like, and archives that break the caps on size, ratio,
-    /// entries or depth, refuse the archive as a whole and leave @p folder as it was.
-    virtual bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) = 0;
+    /// Unpacks the item that bears @p target's name from a zip archive; what stands beside it there is left
+    /// out. It is unpacked beside its place and renamed when whole, so that half of it never bears its final
+    /// name. Entries that climb out of the folder, are links outward, devices or the like, and archives that
+    /// break the caps on size, ratio, entries or depth, refuse the archive as a whole; nothing is changed
+    /// then. An archive that is damaged has the code EILSEQ, one that is not what it should be EBADMSG.
+    virtual bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) = 0;
 
     /// Adds permission bits to the item's own and makes @p user its owner (not following a link at @p path).
     /// @return false when the item has no attributes to read; a failed change fills @p error and answers
@@ -63,5 +89,10 @@ public:
     [[nodiscard]] virtual QList<AttributeFailure> addPermissionsAndOwnerToTree(
         const QString &path, quint32 permissions, quint32 user) = 0;
 };
+
+/// Makes good what killed runs left in @p folder: what they had begun to unpack or delete goes, and what they
+/// had set aside comes back, unless its successor is there. Asks the disk, which may keep silent for ever:
+/// not on the main thread. @return whether there was anything
+bool clearLeftovers(const QString &folder);
 
 } // namespace brevok

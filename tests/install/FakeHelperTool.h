@@ -25,14 +25,12 @@ public:
     std::optional<Answer> scripted; ///< of installs and removals; nothing is done then
 
     [[nodiscard]] int version() override { return m_version; }
-    [[nodiscard]] bool installPluginFromSource(
-        const QString &source, const QString &target, quint32 user, ErrorSlot error) override
+    [[nodiscard]] InstallResult install(const InstallOrder &order) override
     {
-        if (!scripted || target.endsWith(QStringLiteral(".xml"))) {
-            return BrevokInstaller::installPluginFromSource(source, target, user, error);
+        if (!scripted || order.target.endsWith(QStringLiteral(".xml"))) {
+            return BrevokInstaller::install(order);
         }
-        *error = scripted->error;
-        return scripted->yes;
+        return {.answer = scripted->yes, .error = scripted->error, .failure = scripted->error};
     }
     [[nodiscard]] bool removeItemAtPath(const QString &path, ErrorSlot error) override
     {

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "InstallRig.h"
+#include "support/Folders.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -27,6 +28,7 @@ private Q_SLOTS:
     void runningApplicationIsMentionedOncePerMinute();
     void removalFromARunningApplication();
     void skippedCommandsTouchNothing();
+    void interruptedRunsAreMadeGood();
     void sharedPluginsStay_data();
     void sharedPluginsStay();
 
@@ -345,6 +347,21 @@ void AppInstallerTest::skippedCommandsTouchNothing()
     QVERIFY(!QFile::exists(rig.plugin));
     QVERIFY(!QFile::exists(rig.workspaceThere));
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
+}
+
+void AppInstallerTest::interruptedRunsAreMadeGood()
+{
+    OneBuild rig;
+    const QString folder = QFileInfo(rig.plugin).path();
+    writeFile(folder + u"/.tolvane-replaced-Plug.InDesignPlugin/Info"_s, "old");
+    writeFile(folder + u"/.tolvane-unpack-abcdef/Plug.InDesignPlugin/Info"_s, "half");
+    writeFile(folder + u"/.tolvane-removed-1/Info"_s, "gone");
+    rig.installer.clearLeftovers({rig.target + u"/missing"_s, folder});
+    QTRY_COMPARE(entries(folder), QStringList{u"Plug.InDesignPlugin"_s});
+    QCOMPARE(entries(rig.plugin), QStringList{u"Info"_s});
+    QTRY_VERIFY(LogCapture::contains(u"made good what an interrupted run had left in "_s + folder));
+    QVERIFY(rig.helper.calls.isEmpty());
+    QVERIFY(!LogCapture::contains(u"start helper"_s));
 }
 
 void AppInstallerTest::sharedPluginsStay_data()

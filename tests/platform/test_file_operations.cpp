@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "platform/linux/BusHelperTool.h"
 #include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/SafePath.h"
+#include "platform/PartFiles.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
@@ -18,6 +20,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -77,13 +80,15 @@ private Q_SLOTS:
     void existenceFollowsLinks();
     void testsAnswerForTheEffectiveUser_data();
     void testsAnswerForTheEffectiveUser();
-    void foldersAreMadeWithAllAbove();
+    void foldersAreMadeBelowWhatIsThere();
     void removingStaysInside();
-    void failedRemovalNamesWhatResisted();
+    void removalTakesOutOfSightFirst();
     void copiesAreWhole();
     void aSourceThatBecameShorterIsAFailure();
     void copiesThatAreRefused_data();
     void copiesThatAreRefused();
+    void copiesForTheHelperGoWithTheirOwner();
+    void partsOfEarlierRunsGo();
     void nothingOutsideChangesInARace();
 
 private:
@@ -151,18 +156,22 @@ void FileOperationsTest::testsAnswerForTheEffectiveUser()
     QVERIFY(!m_files.isDeletable(u"/"_s));
 }
 
-void FileOperationsTest::foldersAreMadeWithAllAbove()
+void FileOperationsTest::foldersAreMadeBelowWhatIsThere()
 {
-    QVERIFY(m_files.createFolder(path(u"a/b/c"_s), &m_error));
-    QVERIFY(m_files.createFolder(path(u"a/b/c/"_s), &m_error));
+    const QString above = m_scratch->path();
+    QVERIFY(m_files.prepareFolder(path(u"a/b/c"_s), above, &m_error));
+    QVERIFY(m_files.prepareFolder(path(u"a/b/c"_s), path(u"a/b"_s), &m_error));
     QVERIFY(QFileInfo(path(u"a/b/c"_s)).isDir());
     QVERIFY(writeFile(path(u"file"_s), "x"));
-    for (const QString &blocked : {path(u"file"_s), path(u"file/inside"_s)}) {
+    const auto codeOf = [&](const QString &folder, const QString &within) {
         m_error.reset();
-        QVERIFY(!m_files.createFolder(blocked, &m_error));
-        QCOMPARE(m_error->code, ENOTDIR);
-        QVERIFY(m_error->description.contains(blocked));
-    }
+        return m_files.prepareFolder(folder, within, &m_error) ? 0 : m_error->code;
+    };
+    QCOMPARE(codeOf(path(u"file"_s), above), ENOTDIR);
+    QCOMPARE(codeOf(path(u"file/inside"_s), above), ENOTDIR);
+    QVERIFY(m_error->description.contains(path(u"file/inside"_s)));
+    QCOMPARE(codeOf(path(u"gone/inside"_s), path(u"gone"_s)), ENOENT);
+    QCOMPARE(testing::entries(above), (QStringList{u"a"_s, u"file"_s}));
 }
 
 void FileOperationsTest::removingStaysInside()
@@ -183,19 +192,36 @@ void FileOperationsTest::removingStaysInside()
     QVERIFY(QFileInfo::exists(path(u"outside/file"_s)));
 }
 
-void FileOperationsTest::failedRemovalNamesWhatResisted()
+void FileOperationsTest::removalTakesOutOfSightFirst()
 {
+    const testing::LogCapture log;
     QVERIFY(writeFile(path(u"tree/a/file"_s), "x"));
     QVERIFY(changeMode(path(u"tree/a"_s), 0555));
+    {
+        // What resists does so out of sight.
+        const testing::WithoutPrivileges plain;
+        QVERIFY(m_files.removeItem(path(u"tree"_s), &m_error));
+    }
+    const QStringList left = testing::entries(m_scratch->path());
+    QCOMPARE(left.size(), 1);
+    QVERIFY(left.first().startsWith(u".tolvane-removed-"_s));
+    QVERIFY(testing::LogCapture::mentions(u"what was removed could not be deleted yet: Permission denied"_s));
+    QVERIFY(changeMode(path(left.first() + u"/a"_s), 0755));
+    QVERIFY(clearLeftovers(m_scratch->path()));
+    QCOMPARE(testing::entries(m_scratch->path()), QStringList());
+
+    QVERIFY(writeFile(path(u"tree/file"_s), "x"));
+    QVERIFY(changeMode(m_scratch->path(), 0555));
     {
         const testing::WithoutPrivileges plain;
         QVERIFY(!m_files.removeItem(path(u"tree"_s), &m_error));
     }
-    QVERIFY(changeMode(path(u"tree/a"_s), 0755));
+    QVERIFY(changeMode(m_scratch->path(), 0755));
     QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
     QCOMPARE(m_error->code, EACCES);
-    QCOMPARE(
-        m_error->description, u"Could not remove \"%1\": Permission denied."_s.arg(path(u"tree/a/file"_s)));
+    QCOMPARE(m_error->description, u"Could not remove \"%1\": Permission denied."_s.arg(path(u"tree"_s)));
+    QCOMPARE(m_error->detailedErrors.first().description, u"no permission to change the folder"_s);
+    QVERIFY(QFileInfo::exists(path(u"tree/file"_s)));
 }
 
 void FileOperationsTest::copiesAreWhole()
@@ -259,6 +285,35 @@ void FileOperationsTest::copiesThatAreRefused()
     QCOMPARE(testing::entries(path(u"tree"_s)), inside);
 }
 
+void FileOperationsTest::copiesForTheHelperGoWithTheirOwner()
+{
+    const QString left = QDir::temp().filePath(u"brevok-handed-over-left.xml"_s);
+    const QString needed = QDir::temp().filePath(u"brevok-handed-over-needed.xml"_s);
+    QVERIFY(writeFile(left, "x") && writeFile(needed, "x"));
+    QFile held(needed);
+    QVERIFY(held.open(QIODevice::ReadOnly) && ::flock(held.handle(), LOCK_EX) == 0);
+    BusHelperTool({}, {}).clearLeftovers();
+    QVERIFY(!QFileInfo::exists(left));
+    QVERIFY(QFile::remove(needed));
+}
+
+void FileOperationsTest::partsOfEarlierRunsGo()
+{
+    const QStringList names{
+        u"140/a.zip"_s, u"140/a.zip.part-1-1"_s, u"state.part-1-1"_s, u"140/a.zip.part-2-1"_s};
+    const QDateTime start = QDateTime::currentDateTime();
+    for (const QString &name : names) {
+        QVERIFY(writeFile(path(name), "x"));
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::ReadWrite));
+        const int age = name.endsWith(u"2-1") ? 0 : 1;
+        QVERIFY(file.setFileTime(start.addDays(-age), QFileDevice::FileModificationTime));
+    }
+    removePartsOf(m_scratch->path(), start);
+    QCOMPARE(testing::entries(m_scratch->path()), QStringList{u"140"_s});
+    QCOMPARE(testing::entries(path(u"140"_s)), (QStringList{u"a.zip"_s, u"a.zip.part-2-1"_s}));
+}
+
 void FileOperationsTest::nothingOutsideChangesInARace()
 {
     // The disk would only slow the race down.
@@ -277,13 +332,15 @@ void FileOperationsTest::nothingOutsideChangesInARace()
     }
     members.append(testing::ZipMember{"A.InDesignPlugin/inner/new/file", "new"});
     QVERIFY(writeFile(path(u"a.zip"_s), testing::zipArchive(members)));
-    QVERIFY(m_files.createFolder(folder, &m_error));
+    QVERIFY(m_files.prepareFolder(folder, m_scratch->path(), &m_error));
+    const std::unique_ptr<QFile> archive = m_files.openVerified(path(u"a.zip"_s), {}, &m_error);
+    QVERIFY(archive);
 
     std::atomic_bool stop = false;
     std::thread adversary([&] { swapFolders(folder, outside, stop); });
     for (int i = 0; i < 200; ++i) {
         // Each may fail, none may do harm.
-        m_files.extractZip(path(u"a.zip"_s), folder, nullptr);
+        m_files.extractZip(*archive, bundle, nullptr);
         (void)m_files.addPermissionsAndOwnerToTree(bundle, 0600, ::getuid());
         m_files.copyItem(bundle, folder + u"/copy"_s, nullptr);
         m_files.removeItem(bundle, nullptr);

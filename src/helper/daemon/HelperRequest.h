@@ -3,9 +3,13 @@
 
 #pragma once
 
+#include "foundation/BrevokError.h"
+
+#include <QByteArray>
 #include <QString>
 
 #include <memory>
+#include <optional>
 
 namespace brevok {
 
@@ -31,6 +35,7 @@ struct HelperRequest {
     const quint32 user = 0;
     const quint32 permissions = 0;
     const bool recursive = false;
+    const QByteArray checksum{}; ///< SHA-256 that the source must have; empty when none is known
     const bool mayAsk = false; ///< the caller allows a question to its user
 
     [[nodiscard]] bool changesFiles() const { return operation <= Operation::SetAttributes; }
@@ -59,9 +64,8 @@ struct HelperAnswer {
     QString reason{}; ///< of a refusal, for the log alone
     bool yes = false;
     bool isDirectory = false;
-    QString errorDomain{};
-    int errorCode = 0;
-    QString errorDescription{};
+    std::optional<BrevokError> error{};
+    std::optional<BrevokError> failure{}; ///< why what was to be installed does not stand whole
 };
 
 } // namespace brevok

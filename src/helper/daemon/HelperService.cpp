@@ -40,12 +40,20 @@ QDBusMessage errorReply(const QDBusMessage &call, HelperAnswer::Refusal refusal)
         u"org.freedesktop.DBus.Error.AccessDenied"_s, u"The helper does not do this."_s);
 }
 
-QVariantList results(Operation operation, const HelperAnswer &answer)
+QVariantList onWire(const std::optional<BrevokError> &error)
+{
+    const BrevokError sent = error.value_or(BrevokError());
+    return {sent.domain, sent.code, sent.description};
+}
+
+QVariantList results(const QDBusMessage &call, Operation operation, const HelperAnswer &answer)
 {
     switch (operation) {
     case Operation::Install:
-    case Operation::Remove:
-        return {answer.yes, answer.errorDomain, answer.errorCode, answer.errorDescription};
+    case Operation::Remove: {
+        const QVariantList values = QVariantList{answer.yes} + onWire(answer.error);
+        return call.member() == u"Install"_s ? values + onWire(answer.failure) : values;
+    }
     case Operation::ExistsIsDirectory:
         return {answer.yes, answer.isDirectory};
     case Operation::SetAttributes:
@@ -96,12 +104,14 @@ bool HelperService::take(const Arguments &arguments)
         .user = arguments.user,
         .permissions = arguments.permissions,
         .recursive = arguments.recursive,
+        .checksum = arguments.checksum,
         .mayAsk = call.isInteractiveAuthorizationAllowed(),
     });
     Q_EMIT active();
     m_desk.take(request, [bus = m_bus, call, operation = arguments.operation](const HelperAnswer &answer) {
-        bus.send(answer.refusal == HelperAnswer::Refusal::None ? call.createReply(results(operation, answer))
-                                                               : errorReply(call, answer.refusal));
+        bus.send(answer.refusal == HelperAnswer::Refusal::None
+                ? call.createReply(results(call, operation, answer))
+                : errorReply(call, answer.refusal));
     });
     return false;
 }
@@ -116,6 +126,18 @@ bool HelperService::InstallPluginFromSource(const QString &source, const QString
     QString & /*errorDomain*/, int & /*errorCode*/, QString & /*errorDescription*/)
 {
     return take({.operation = Operation::Install, .target = target, .source = source, .user = user});
+}
+
+bool HelperService::Install(const QString &source, const QString &target, uint user,
+    const QByteArray &checksum, QString & /*errorDomain*/, int & /*errorCode*/,
+    QString & /*errorDescription*/, QString & /*failureDomain*/, int & /*failureCode*/,
+    QString & /*failureDescription*/)
+{
+    return take({.operation = Operation::Install,
+        .target = target,
+        .source = source,
+        .user = user,
+        .checksum = checksum});
 }
 
 bool HelperService::RemoveItemAtPath(

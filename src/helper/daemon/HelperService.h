@@ -29,6 +29,9 @@ public:
     int Version();
     bool InstallPluginFromSource(const QString &source, const QString &target, uint user,
         QString &errorDomain, int &errorCode, QString &errorDescription);
+    bool Install(const QString &source, const QString &target, uint user, const QByteArray &checksum,
+        QString &errorDomain, int &errorCode, QString &errorDescription, QString &failureDomain,
+        int &failureCode, QString &failureDescription);
     bool RemoveItemAtPath(
         const QString &path, QString &errorDomain, int &errorCode, QString &errorDescription);
     bool FileExistsAtPath(const QString &path);
@@ -51,6 +54,7 @@ private:
         quint32 user = 0;
         quint32 permissions = 0;
         bool recursive = false;
+        QByteArray checksum{};
     };
     bool take(const Arguments &arguments);
 

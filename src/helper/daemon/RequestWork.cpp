@@ -6,6 +6,7 @@
 #include "daemon/TargetPath.h"
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
+#include "platform/linux/FileErrors.h"
 
 #include <cerrno>
 
@@ -29,10 +30,9 @@ HelperAnswer answerOf(bool yes, const std::optional<BrevokError> &error)
 {
     HelperAnswer answer;
     answer.yes = yes;
-    if (error) {
-        answer.errorDomain = error->domain;
-        answer.errorCode = error->code;
-        answer.errorDescription = error->description;
+    answer.error = error;
+    if (error && !yes) {
+        answer.failure = causeOf(*error);
     }
     return answer;
 }
@@ -47,27 +47,27 @@ bool isOfTheCaller(int code)
 HelperAnswer systemFailure()
 {
     return answerOf(false,
-        BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
-            .code = errno,
-            .description = qt_error_string(errno)});
+        BrevokError{
+            .domain = QString::fromLatin1(fileErrorDomain), .code = errno, .description = reasonOf(errno)});
 }
 
 WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFileOperations> &files,
     const WorkJournal &journal)
 {
-    std::optional<BrevokError> error;
-    if (BrevokInstaller::isArchive(request.source) && !files->judgeArchive(&error)) {
-        return {forbidden(error)};
-    }
     const QString entry = journal.begin(request.target, false, !files->fileExists(request.target));
     if (entry.isEmpty()) {
         return {systemFailure()};
     }
-    const bool installed =
-        BrevokInstaller(*files).installPluginFromSource(request.source, request.target, request.user, &error);
-    return {answerOf(installed, error), [files, &journal, entry] {
-                files->finish();
-                journal.end(entry);
+    const InstallResult result = BrevokInstaller(*files).install({.source = request.source,
+        .target = request.target,
+        .user = request.user,
+        .checksum = request.checksum});
+    HelperAnswer answer = answerOf(result.answer, result.error);
+    answer.failure = result.failure;
+    return {answer, [files, &journal, entry] {
+                if (files->finish()) {
+                    journal.end(entry);
+                }
             }};
 }
 

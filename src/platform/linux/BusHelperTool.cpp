@@ -172,4 +172,9 @@ bool BusHelperTool::bless(std::optional<BrevokError> *error)
     return blessed;
 }
 
+void BusHelperTool::clearLeftovers()
+{
+    BusInstaller::clearLeftovers();
+}
+
 } // namespace brevok

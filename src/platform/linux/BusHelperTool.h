@@ -30,6 +30,7 @@ public:
     [[nodiscard]] int makeExternalForm() override;
     [[nodiscard]] bool removeJob(std::optional<BrevokError> *error) override;
     [[nodiscard]] bool bless(std::optional<BrevokError> *error) override;
+    void clearLeftovers() override;
 
 private:
     [[nodiscard]] bool order(const QByteArray &command, std::optional<BrevokError> *error);

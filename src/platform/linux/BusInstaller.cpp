@@ -19,6 +19,8 @@
 
 #include <climits>
 
+#include <sys/file.h>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -30,6 +32,7 @@ using Proxy = ComTolvaneBrevokHelperToolInterface;
 constexpr auto busName = "com.tolvane.brevok.HelperTool"_L1;
 constexpr auto objectPath = "/com/tolvane/brevok/HelperTool"_L1;
 constexpr int answerTimeoutMs = 5000;
+constexpr auto copyPrefix = "brevok-handed-over-"_L1;
 
 /// One that answers within seconds or not at all.
 class QuickProxy final : public Proxy {
@@ -91,22 +94,15 @@ BrevokError errorOf(const QDBusMessage &answer)
     return error;
 }
 
-/// Of a call that is answered with a yes or no and an error.
-bool outcome(const QDBusMessage &answer, InstallerOperations::ErrorSlot error)
+/// The error whose three parts begin at @p at; none when its domain is empty.
+std::optional<BrevokError> errorAt(const QVariantList &values, qsizetype at)
 {
-    std::optional<BrevokError> failure;
-    const QVariantList values = answer.arguments();
-    const bool understood = answer.type() == QDBusMessage::ReplyMessage && answer.signature() == u"bsis"_s;
-    if (!understood) {
-        failure = errorOf(answer);
-    } else if (!values[1].toString().isEmpty()) {
-        failure = BrevokError{
-            .domain = values[1].toString(), .code = values[2].toInt(), .description = values[3].toString()};
+    if (values[at].toString().isEmpty()) {
+        return std::nullopt;
     }
-    if (failure && error != nullptr) {
-        *error = failure;
-    }
-    return understood && values[0].toBool();
+    return BrevokError{.domain = values[at].toString(),
+        .code = values[at + 1].toInt(),
+        .description = values[at + 2].toString()};
 }
 
 template <typename Reply> bool yes(Reply reply)
@@ -129,17 +125,17 @@ QString withoutLinks(const QString &path)
 }
 
 /// The helper takes only files of its caller's own: this program's own files, which may be root's, are handed
-/// over as copies.
+/// over as copies, each locked while it is needed.
 QString ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
 {
     QString path = QFileInfo(source).canonicalFilePath();
     if (path.isEmpty() || QFileInfo(path).ownerId() == currentUserId()) {
         return path.isEmpty() ? source : path;
     }
-    copy.emplace(
-        QFileInfo(QDir::tempPath()).canonicalFilePath() + u"/brevok-XXXXXX."_s + QFileInfo(path).suffix());
+    copy.emplace(QFileInfo(QDir::tempPath()).canonicalFilePath() + u'/' + copyPrefix + u"XXXXXX."_s
+        + QFileInfo(path).suffix());
     QFile file(path);
-    if (!copy->open() || !file.open(QIODevice::ReadOnly)) {
+    if (!copy->open() || ::flock(copy->handle(), LOCK_EX) != 0 || !file.open(QIODevice::ReadOnly)) {
         return path;
     }
     constexpr qint64 block = qint64(1024) * 1024;
@@ -164,9 +160,23 @@ bool BusInstaller::introspect(bool *installs)
                        u"org.freedesktop.DBus.Introspectable"_s, u"Introspect"_s),
             QDBus::Block, answerTimeoutMs);
     const QString description = answer.arguments().value(0).toString();
-    *installs = description.contains(u"\"InstallPluginFromSource\"");
+    *installs = description.contains(u"\"Install\"");
     return answer.type() == QDBusMessage::ReplyMessage
         && description.contains(QLatin1StringView(Proxy::staticInterfaceName()));
+}
+
+// A copy that can be locked has lost its owner.
+void BusInstaller::clearLeftovers()
+{
+    const QFileInfoList copies =
+        QDir(QDir::tempPath()).entryInfoList({copyPrefix + u"*"_s}, QDir::Files | QDir::NoSymLinks);
+    for (const QFileInfo &copy : copies) {
+        QFile file(copy.filePath());
+        if (copy.ownerId() == currentUserId() && file.open(QIODevice::ReadOnly)
+            && ::flock(file.handle(), LOCK_EX | LOCK_NB) == 0) {
+            file.remove();
+        }
+    }
 }
 
 int BusInstaller::version()
@@ -176,17 +186,30 @@ int BusInstaller::version()
     return reply.isError() ? 0 : reply.value();
 }
 
-bool BusInstaller::installPluginFromSource(
-    const QString &source, const QString &target, quint32 user, ErrorSlot error)
+InstallResult BusInstaller::install(const InstallOrder &order)
 {
     std::optional<QTemporaryFile> copy;
-    const QVariantList arguments{ownFile(source, copy), withoutLinks(target), user};
-    return outcome(answerTo(m_bus, changingCall(u"InstallPluginFromSource"_s, arguments)), error);
+    const QVariantList arguments{
+        ownFile(order.source, copy), withoutLinks(order.target), order.user, order.checksum};
+    const QDBusMessage answer = answerTo(m_bus, changingCall(u"Install"_s, arguments));
+    if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != u"bsissis"_s) {
+        const BrevokError error = errorOf(answer);
+        return {.error = error, .failure = error};
+    }
+    const QVariantList values = answer.arguments();
+    return {.answer = values[0].toBool(), .error = errorAt(values, 1), .failure = errorAt(values, 4)};
 }
 
 bool BusInstaller::removeItemAtPath(const QString &path, ErrorSlot error)
 {
-    return outcome(answerTo(m_bus, changingCall(u"RemoveItemAtPath"_s, {withoutLinks(path)})), error);
+    const QDBusMessage answer = answerTo(m_bus, changingCall(u"RemoveItemAtPath"_s, {withoutLinks(path)}));
+    const bool understood = answer.type() == QDBusMessage::ReplyMessage && answer.signature() == u"bsis"_s;
+    const std::optional<BrevokError> failure =
+        understood ? errorAt(answer.arguments(), 1) : std::optional(errorOf(answer));
+    if (failure && error != nullptr) {
+        *error = failure;
+    }
+    return understood && answer.arguments().constFirst().toBool();
 }
 
 bool BusInstaller::fileExistsAtPath(const QString &path)

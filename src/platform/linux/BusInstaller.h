@@ -19,9 +19,11 @@ public:
     /// Whether somebody describes the object at all; @p installs: whether it can install.
     [[nodiscard]] bool introspect(bool *installs);
 
+    /// Removes copies that killed processes left in the temporary folder.
+    static void clearLeftovers();
+
     [[nodiscard]] int version() override;
-    [[nodiscard]] bool installPluginFromSource(
-        const QString &source, const QString &target, quint32 user, ErrorSlot error) override;
+    [[nodiscard]] InstallResult install(const InstallOrder &order) override;
     [[nodiscard]] bool removeItemAtPath(const QString &path, ErrorSlot error) override;
     [[nodiscard]] bool fileExistsAtPath(const QString &path) override;
     [[nodiscard]] bool fileExistsAtPath(const QString &path, bool *isDirectory) override;

@@ -41,6 +41,8 @@ public:
         const int descriptor = std::exchange(m_descriptor, -1);
         return descriptor < 0 || ::close(descriptor) == 0;
     }
+    /// Hands the descriptor over to who closes it.
+    [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
 
 private:
     int m_descriptor = -1;

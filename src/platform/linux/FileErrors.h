@@ -7,20 +7,29 @@
 
 #include <QString>
 
+#include <utility>
+
 namespace brevok {
 
-/// An error of the domain of files: @p operation is what could not be done, @p path what it was done to,
-/// @p code the system's errno. @p reason says why, the system's own words unless given.
-[[nodiscard]] inline BrevokError fileError(
-    const QString &operation, const QString &path, int code, const QString &reason = {})
-{
-    BrevokError error;
-    error.domain = QString::fromLatin1(fileErrorDomain);
-    error.code = code;
-    error.description =
-        QStringLiteral("%1: %2.").arg(operation, reason.isEmpty() ? qt_error_string(code) : reason);
-    error.details.insert(QStringLiteral("Path"), path);
-    return error;
-}
+/// What the system's @p code means to a person; no sentence, but what may follow "… failed:".
+[[nodiscard]] QString reasonOf(int code);
+
+/// Why something could not be done: the same fact for a person, and as exactly as it is known.
+struct Cause {
+    Cause(int systemCode, QString reasonText = {}, QString exactText = {})
+        : code(systemCode)
+        , reason(std::move(reasonText))
+        , exactly(std::move(exactText))
+    {
+    }
+
+    int code; ///< the system's errno
+    QString reason; ///< for a person; what the code says when empty
+    QString exactly; ///< for the log; the system's own words when empty
+};
+
+/// An error of the domain of files: @p operation is what could not be done, @p path what it was done to. Its
+/// one detailed error is the cause in a person's words.
+[[nodiscard]] BrevokError fileError(const QString &operation, const QString &path, const Cause &cause);
 
 } // namespace brevok

@@ -8,7 +8,9 @@
 #include "platform/linux/FileErrors.h"
 #include "platform/linux/FileTree.h"
 #include "platform/linux/GuardedPath.h"
+#include "platform/linux/NewFolder.h"
 #include "platform/linux/SafePath.h"
+#include "platform/linux/SourceFile.h"
 #include "platform/linux/StagingFolder.h"
 #include "platform/linux/ZipExtractor.h"
 
@@ -50,10 +52,10 @@ bool allows(const QString &path, int mode)
         == 0;
 }
 
-bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, int code)
+bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, const Cause &cause)
 {
     if (error != nullptr) {
-        *error = fileError(operation, path, code);
+        *error = fileError(operation, path, cause);
     }
     return false;
 }
@@ -104,24 +106,6 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::takeSource(
     return Source{path, std::move(copy), std::move(memory)};
 }
 
-ExtractionTerms GuardedFileOperations::terms() const
-{
-    return {.only = safepath::split(QFile::encodeName(m_target)).name,
-        .refuseOpenModes = true,
-        .owner = m_caller,
-        .safeLater = true};
-}
-
-bool GuardedFileOperations::judgeArchive(ErrorSlot error) const
-{
-    std::optional<BrevokError> refusal = judgeZipArchive(m_source.file.get(), m_source.path, terms());
-    const bool good = !refusal.has_value();
-    if (refusal && error != nullptr) {
-        *error = std::move(refusal);
-    }
-    return good;
-}
-
 replaceditem::Repair GuardedFileOperations::repair(
     const QString &target, const replaceditem::Interrupted &what)
 {
@@ -130,28 +114,37 @@ replaceditem::Repair GuardedFileOperations::repair(
                  : replaceditem::Repair::NothingToDo;
 }
 
-void GuardedFileOperations::finish()
+// The old item stays until its successor is safe.
+bool GuardedFileOperations::finish()
 {
     m_source = {};
     const Place place = placeOf(m_target);
     if (!place) {
-        return;
+        return !m_aside;
     }
     if (m_placed && !StagingFolder::bringToDisk(place.folder.get(), place.name)) {
         logLine(u"what was installed could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
+        return false;
     }
-    if (!replaceditem::discard(place.folder.get(), place.name)) {
+    if (m_aside && !fileExists(m_target)) {
+        return replaceditem::bringBack(place.folder.get(), place.name);
+    }
+    const bool discarded = replaceditem::discard(place.folder.get(), place.name);
+    if (!discarded) {
         logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));
     }
+    return discarded;
 }
 
-// A link counts as what it is: what it points at is not looked at for somebody else.
+// A link counts as what it is: what it points at is not looked at for somebody else. A disk that reports an
+// error, or says nothing about it for want of something, does not say that there is nothing.
 bool GuardedFileOperations::fileExists(const QString &path, bool *isDirectory) const
 {
     struct stat facts { };
     const Place place = placeOf(path);
-    const bool exists =
-        place && ::fstatat(place.folder.get(), place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+    const bool exists = place
+        ? ::fstatat(place.folder.get(), place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0
+        : errno != ENOENT && errno != ENOTDIR && errno != ELOOP && errno != EINVAL;
     if (isDirectory != nullptr) {
         *isDirectory = exists && S_ISDIR(facts.st_mode);
     }
@@ -179,20 +172,53 @@ bool GuardedFileOperations::isDeletable(const QString &path) const
     return fileExists(path) && ::faccessat(place.folder.get(), ".", W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-bool GuardedFileOperations::createFolder(const QString &path, ErrorSlot error)
+// What is in the folder is not looked through: what killed runs of the helper left there, its journal knows.
+bool GuardedFileOperations::prepareFolder(const QString &path, const QString &within, ErrorSlot error)
 {
-    return guardedpath::openFolder(QFile::encodeName(path), guardedpath::Missing::Created)
+    if (guardedpath::openFolder(QFile::encodeName(path))) {
+        return true;
+    }
+    const FileDescriptor above = guardedpath::openFolder(QFile::encodeName(within));
+    return (above
+               && newfolder::open(
+                   above.get(), QFile::encodeName(path.mid(within.size())), newfolder::Links::Refused))
         || fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
 }
 
 bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
 {
     const Place place = placeOf(path);
-    bool gone = place && path == m_target && replaceditem::setAside(place.folder.get(), place.name);
-    if (gone && !m_source.file) {
-        gone = replaceditem::discard(place.folder.get(), place.name);
+    return (place && path == m_target && replaceditem::remove(place.folder.get(), place.name))
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+}
+
+bool GuardedFileOperations::setAside(const QString &path, ErrorSlot error)
+{
+    const Place place = placeOf(path);
+    m_aside = place && path == m_target && replaceditem::setAside(place.folder.get(), place.name);
+    return m_aside || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+}
+
+bool GuardedFileOperations::bringBack(const QString &path)
+{
+    const Place place = placeOf(path);
+    const bool back = place && path == m_target && replaceditem::bringBack(place.folder.get(), place.name);
+    m_aside = m_aside && !back;
+    return back;
+}
+
+// That can wait until the caller has his answer: finish() does it.
+void GuardedFileOperations::discard(const QString & /*path*/) { }
+
+std::unique_ptr<QFile> GuardedFileOperations::openVerified(
+    const QString &path, const QByteArray &checksum, ErrorSlot error)
+{
+    FileDescriptor opened;
+    errno = EINVAL;
+    if (path == m_source.path && m_source.file) {
+        opened = FileDescriptor(::fcntl(m_source.file.get(), F_DUPFD_CLOEXEC, 0));
     }
-    return gone || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    return sourceOf(std::move(opened), path, checksum, error);
 }
 
 bool GuardedFileOperations::copySource(int folder, const QByteArray &name) const
@@ -229,14 +255,14 @@ bool GuardedFileOperations::copyItem(const QString &source, const QString &targe
         || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, code);
 }
 
-bool GuardedFileOperations::extractZip(const QString &archive, const QString &folder, ErrorSlot error)
+bool GuardedFileOperations::extractZip(const QFile &archive, const QString &target, ErrorSlot error)
 {
-    const FileDescriptor into = guardedpath::openFolder(QFile::encodeName(folder));
-    if (!into || archive != m_source.path || !m_source.file) {
-        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, errno);
+    const Place place = placeOf(target);
+    if (!place || target != m_target) {
+        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(target), target, errno);
     }
-    std::optional<BrevokError> failure =
-        extractZipArchive(m_source.file.get(), into.get(), archive, folder, terms());
+    std::optional<BrevokError> failure = extractZipArchive(
+        archive, place.folder.get(), target, {.only = place.name, .owner = m_caller, .safeLater = true});
     m_placed = !failure.has_value();
     if (failure && error != nullptr) {
         *error = std::move(failure);

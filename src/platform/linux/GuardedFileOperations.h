@@ -11,8 +11,6 @@
 
 namespace brevok {
 
-struct ExtractionTerms;
-
 /// The file manager of a process that works with root's rights on one request of somebody else, who may
 /// change whatever he may change at any moment. No link that he could have planted is followed, what he could
 /// not read is not given to him, and the only thing that is copied or unpacked is the source he was asked for
@@ -38,13 +36,12 @@ public:
     /// bytes are copied to a file without a name in @p scratch. @return nothing with the reason in @p error
     [[nodiscard]] static std::optional<Source> takeSource(
         const QString &path, uid_t caller, qint64 longest, const QString &scratch, ErrorSlot error);
-    /// Whether the source, an archive, holds the target alone and nothing that unpacking refuses.
-    [[nodiscard]] bool judgeArchive(ErrorSlot error) const;
     /// Ends what a killed process left of work on @p target.
     [[nodiscard]] static replaceditem::Repair repair(
         const QString &target, const replaceditem::Interrupted &what);
-    /// After an install was answered: brings the target to the disk and deletes what it replaced.
-    void finish();
+    /// After an install was answered: brings the target to the disk and deletes what it replaced. @return
+    /// whether nothing is left for repair()
+    [[nodiscard]] bool finish();
 
     [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;
     [[nodiscard]] bool isReadable(const QString &path) const override;
@@ -52,10 +49,15 @@ public:
     [[nodiscard]] bool isExecutable(const QString &path) const override;
     [[nodiscard]] bool isDeletable(const QString &path) const override;
 
-    bool createFolder(const QString &path, ErrorSlot error) override;
+    bool prepareFolder(const QString &path, const QString &within, ErrorSlot error) override;
     bool removeItem(const QString &path, ErrorSlot error) override;
+    bool setAside(const QString &path, ErrorSlot error) override;
+    bool bringBack(const QString &path) override;
+    void discard(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<QFile> openVerified(
+        const QString &path, const QByteArray &checksum, ErrorSlot error) override;
     bool copyItem(const QString &source, const QString &target, ErrorSlot error) override;
-    bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) override;
+    bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) override;
 
     bool addPermissionsAndOwner(
         const QString &path, quint32 permissions, quint32 user, ErrorSlot error) override;
@@ -63,12 +65,12 @@ public:
         const QString &path, quint32 permissions, quint32 user) override;
 
 private:
-    [[nodiscard]] ExtractionTerms terms() const;
     [[nodiscard]] bool copySource(int folder, const QByteArray &name) const;
 
     uid_t m_caller;
     QString m_target;
     Source m_source;
+    bool m_aside = false; ///< what stood at the target waits for its successor
     bool m_placed = false; ///< the target is in place and the caller's already
 };
 

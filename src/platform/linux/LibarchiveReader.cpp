@@ -5,6 +5,8 @@
 
 #include "foundation/Texts.h"
 
+#include <QtEndian>
+
 #include <algorithm>
 #include <cerrno>
 #include <cstdio>
@@ -126,7 +128,6 @@ void describe(archive_entry *from, ZipEntry &entry)
     entry.size = archive_entry_size_is_set(from) != 0 ? archive_entry_size(from) : 0;
     entry.executable = (archive_entry_perm(from) & S_IXUSR) != 0;
     entry.setId = (archive_entry_perm(from) & setIdBits) != 0;
-    entry.writableByAll = (archive_entry_perm(from) & S_IWOTH) != 0;
     entry.encrypted = archive_entry_is_encrypted(from) != 0;
     entry.linkTarget =
         entry.kind == ZipEntry::Kind::Link ? QByteArray(archive_entry_symlink(from)) : QByteArray();
@@ -135,13 +136,70 @@ void describe(archive_entry *from, ZipEntry &entry)
     entry.nanoseconds = archive_entry_mtime_nsec(from);
 }
 
+quint16 number(const QByteArray &bytes, qsizetype at)
+{
+    return qFromLittleEndian<quint16>(bytes.constData() + at);
+}
+
+QString composed(const QByteArray &text)
+{
+    return QString::fromUtf8(text).normalized(QString::NormalizationForm_C);
+}
+
+/// The name among the further facts of an entry's header, for archivers that have another one in its place.
+QByteArray furtherName(const QByteArray &facts)
+{
+    constexpr quint16 unicodePath = 0x7075;
+    constexpr qsizetype head = 4; // its kind and size
+    constexpr qsizetype before = 5; // a version and a checksum
+    for (qsizetype at = 0; at + head <= facts.size(); at += head + number(facts, at + 2)) {
+        if (number(facts, at) == unicodePath) {
+            return facts.mid(at + head + before, number(facts, at + 2) - before);
+        }
+    }
+    return {};
+}
+
+/// libarchive composes names and links that are marked as UTF-8. As they were given they stand before the
+/// entry's bytes, which begin at @p end; what there is no other form of the same is left alone.
+void useStoredNames(int file, qint64 end, ZipEntry &entry)
+{
+    constexpr qint64 longest = qint64(16) * 1024;
+    constexpr qsizetype head = 30;
+    const auto isPlain = [](const QByteArray &text) {
+        return std::all_of(
+            text.cbegin(), text.cend(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    };
+    if (end < head || (isPlain(entry.name) && isPlain(entry.linkTarget))) {
+        return;
+    }
+    QByteArray bytes(std::min(end, longest), '\0');
+    if (::pread(file, bytes.data(), static_cast<size_t>(bytes.size()), end - bytes.size()) != bytes.size()) {
+        return;
+    }
+    const auto use = [](QByteArray &text, const QByteArray &stored) {
+        const bool same = composed(stored) == composed(text);
+        text = same ? stored : text;
+        return same;
+    };
+    for (qsizetype at = bytes.lastIndexOf("PK\3\4", -head); at >= 0;
+         at = at == 0 ? -1 : bytes.lastIndexOf("PK\3\4", at - 1)) {
+        const qsizetype nameSize = number(bytes, at + 26);
+        const QByteArray facts = bytes.mid(at + head + nameSize, number(bytes, at + 28));
+        if (use(entry.name, bytes.mid(at + head, nameSize)) || use(entry.name, furtherName(facts))) {
+            use(entry.linkTarget, bytes.mid(at + head + nameSize + facts.size()));
+            return;
+        }
+    }
+}
+
 class LibarchiveReader final : public ZipReader {
 public:
     LibarchiveReader(int archive, size_t blockSize);
 
     [[nodiscard]] Step next(ZipEntry &entry) override;
     [[nodiscard]] Step data(const char *&bytes, size_t &size) override;
-    [[nodiscard]] QString failure() const override;
+    [[nodiscard]] Failure failure() const override;
 
 private:
     Utf8Names m_names;
@@ -181,6 +239,7 @@ ZipReader::Step LibarchiveReader::next(ZipEntry &entry)
         return Step::Failed;
     }
     describe(found, entry);
+    useStoredNames(m_source.file, archive_filter_bytes(m_reader.get(), 0), entry);
     return Step::Got;
 }
 
@@ -193,10 +252,12 @@ ZipReader::Step LibarchiveReader::data(const char *&bytes, size_t &size)
     return result == ARCHIVE_OK ? Step::Got : result == ARCHIVE_EOF ? Step::End : Step::Failed;
 }
 
-QString LibarchiveReader::failure() const
+ZipReader::Failure LibarchiveReader::failure() const
 {
     const char *text = m_reader ? archive_error_string(m_reader.get()) : nullptr;
-    return text == nullptr ? Texts::tr("it is no zip archive") : QString::fromUtf8(text);
+    const int code = m_reader ? archive_errno(m_reader.get()) : ENOMEM;
+    return {text == nullptr ? Texts::tr("it is no zip archive") : QString::fromUtf8(text),
+        code == EIO || code == ENOMEM ? code : EILSEQ};
 }
 
 } // namespace

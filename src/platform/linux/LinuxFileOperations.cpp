@@ -3,17 +3,21 @@
 
 #include "platform/linux/LinuxFileOperations.h"
 
+#include "foundation/Paths.h"
 #include "foundation/Texts.h"
 #include "platform/linux/FileErrors.h"
 #include "platform/linux/FileTree.h"
+#include "platform/linux/NewFolder.h"
+#include "platform/linux/ReplacedItem.h"
 #include "platform/linux/SafePath.h"
+#include "platform/linux/SourceFile.h"
 #include "platform/linux/StagingFolder.h"
 #include "platform/linux/ZipExtractor.h"
 
 #include <QFile>
 
 #include <cerrno>
-#include <filesystem>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -27,10 +31,10 @@ bool allows(const QString &path, int mode)
     return ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), mode, AT_EACCESS) == 0;
 }
 
-bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, int code)
+bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, const Cause &cause)
 {
     if (error != nullptr) {
-        *error = fileError(operation, path, code);
+        *error = fileError(operation, path, cause);
     }
     return false;
 }
@@ -46,6 +50,21 @@ QString pathOf(const safepath::SplitPath &item, const QByteArray &where)
 {
     return QFile::decodeName(item.folder == "/" ? '/' + where : item.folder + '/' + where);
 }
+
+/// An entry, by its open folder.
+struct Place {
+    FileDescriptor folder;
+    QByteArray name;
+
+    explicit Place(const QString &path, FileDescriptor (*open)(const QByteArray &) = openForLookUp)
+    {
+        const safepath::SplitPath item = safepath::split(QFile::encodeName(path));
+        folder = open(item.folder);
+        name = item.name;
+        errno = folder && name.isEmpty() ? EINVAL : errno;
+    }
+    [[nodiscard]] explicit operator bool() const { return folder && !name.isEmpty(); }
+};
 
 /// Copies into a hidden folder beside the target first. @return false with errno and the path that failed
 bool copyThroughStaging(
@@ -122,30 +141,54 @@ bool LinuxFileOperations::isDeletable(const QString &path) const
         || user == folderFacts.st_uid;
 }
 
-bool LinuxFileOperations::createFolder(const QString &path, ErrorSlot error)
+bool LinuxFileOperations::prepareFolder(const QString &path, const QString &within, ErrorSlot error)
 {
-    std::error_code failure;
-    std::filesystem::create_directories(QFile::encodeName(path).toStdString(), failure);
-    bool isFolder = false;
-    // Somebody else may have made it meanwhile.
-    if (fileExists(path, &isFolder) && isFolder) {
-        return true;
+    const FileDescriptor above = openForLookUp(QFile::encodeName(within));
+    const FileDescriptor folder = above
+        ? newfolder::open(above.get(), QFile::encodeName(path.mid(within.size())), newfolder::Links::Followed)
+        : FileDescriptor();
+    if (!folder) {
+        return fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
     }
-    return fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path,
-        failure ? failure.value() : ENOTDIR);
+    replaceditem::repairAll(folder.get());
+    return true;
 }
 
 bool LinuxFileOperations::removeItem(const QString &path, ErrorSlot error)
 {
-    const safepath::SplitPath item = safepath::split(QFile::encodeName(path));
-    QByteArray where = item.name;
-    const FileDescriptor folder = openForLookUp(item.folder);
-    if (folder && !item.name.isEmpty() && filetree::remove(folder.get(), item.name, &where)) {
-        return true;
+    const Place place(path);
+    return (place && replaceditem::remove(place.folder.get(), place.name))
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+}
+
+bool LinuxFileOperations::setAside(const QString &path, ErrorSlot error)
+{
+    const Place place(path);
+    return (place && replaceditem::setAside(place.folder.get(), place.name))
+        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+}
+
+bool LinuxFileOperations::bringBack(const QString &path)
+{
+    const Place place(path);
+    return place && replaceditem::bringBack(place.folder.get(), place.name);
+}
+
+void LinuxFileOperations::discard(const QString &path)
+{
+    const Place place(path);
+    if (place) {
+        (void)replaceditem::discard(place.folder.get(), place.name);
     }
-    const int code = folder && item.name.isEmpty() ? EINVAL : errno;
-    const QString failed = item.name.isEmpty() ? path : pathOf(item, where);
-    return fail(error, Texts::tr("Could not remove \"%1\"").arg(failed), failed, code);
+}
+
+std::unique_ptr<QFile> LinuxFileOperations::openVerified(
+    const QString &path, const QByteArray &checksum, ErrorSlot error)
+{
+    // A pipe in the file's place must not be waited for.
+    FileDescriptor opened(
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    return sourceOf(std::move(opened), path, checksum, error);
 }
 
 bool LinuxFileOperations::copyItem(const QString &source, const QString &target, ErrorSlot error)
@@ -163,18 +206,15 @@ bool LinuxFileOperations::copyItem(const QString &source, const QString &target,
         failed, code);
 }
 
-bool LinuxFileOperations::extractZip(const QString &archive, const QString &folder, ErrorSlot error)
+bool LinuxFileOperations::extractZip(const QFile &archive, const QString &target, ErrorSlot error)
 {
-    const FileDescriptor opened(
-        ::open(QFile::encodeName(archive).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (!opened) {
-        return fail(error, Texts::tr("Could not open the archive \"%1\"").arg(archive), archive, errno);
-    }
-    const FileDescriptor into = safepath::openFolder(QFile::encodeName(folder));
-    if (!into) {
+    const Place place(target, safepath::openFolder);
+    if (!place) {
+        const QString folder = deletingLastPathComponent(target);
         return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, errno);
     }
-    std::optional<BrevokError> failure = extractZipArchive(opened.get(), into.get(), archive, folder);
+    std::optional<BrevokError> failure =
+        extractZipArchive(archive, place.folder.get(), target, {.only = place.name});
     const bool extracted = !failure.has_value();
     if (failure && error != nullptr) {
         *error = std::move(failure);
@@ -213,6 +253,12 @@ QList<FileOperations::AttributeFailure> LinuxFileOperations::addPermissionsAndOw
                 {path + QFile::decodeName(where.mid(item.name.size())), change == filetree::Change::Missing});
         });
     return failures;
+}
+
+bool clearLeftovers(const QString &folder)
+{
+    const FileDescriptor opened = safepath::openFolder(QFile::encodeName(folder));
+    return opened && replaceditem::repairAll(opened.get());
 }
 
 } // namespace brevok

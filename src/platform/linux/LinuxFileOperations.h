@@ -16,10 +16,15 @@ public:
     [[nodiscard]] bool isExecutable(const QString &path) const override;
     [[nodiscard]] bool isDeletable(const QString &path) const override;
 
-    bool createFolder(const QString &path, ErrorSlot error) override;
+    bool prepareFolder(const QString &path, const QString &within, ErrorSlot error) override;
     bool removeItem(const QString &path, ErrorSlot error) override;
+    bool setAside(const QString &path, ErrorSlot error) override;
+    bool bringBack(const QString &path) override;
+    void discard(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<QFile> openVerified(
+        const QString &path, const QByteArray &checksum, ErrorSlot error) override;
     bool copyItem(const QString &source, const QString &target, ErrorSlot error) override;
-    bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) override;
+    bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) override;
 
     bool addPermissionsAndOwner(
         const QString &path, quint32 permissions, quint32 user, ErrorSlot error) override;

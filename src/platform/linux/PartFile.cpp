@@ -3,6 +3,8 @@
 
 #include "platform/linux/PartFile.h"
 
+#include "platform/PartFiles.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QRandomGenerator>
@@ -14,8 +16,6 @@ namespace brevok {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr auto partMark = ".part-"_L1;
 
 // Tells the files of this run of the program from those of others.
 QString ofThisRun()

@@ -3,9 +3,13 @@
 
 #include "platform/linux/ReplacedItem.h"
 
+#include "foundation/Log.h"
 #include "platform/linux/FileTree.h"
 #include "platform/linux/SafePath.h"
 #include "platform/linux/StagingFolder.h"
+
+#include <QFile>
+#include <QRandomGenerator>
 
 #include <cerrno>
 #include <ctime>
@@ -17,9 +21,13 @@ namespace brevok::replaceditem {
 
 namespace {
 
+// Of what comes back, before the item's own name; and of what does not.
+constexpr auto asidePrefix = ".tolvane-replaced-";
+constexpr auto removedPrefix = ".tolvane-removed-";
+
 QByteArray nameAside(const QByteArray &name)
 {
-    return ".tolvane-replaced-" + name;
+    return asidePrefix + name;
 }
 
 bool exists(int folder, const QByteArray &name)
@@ -39,35 +47,97 @@ bool isOlderThanBoot(int folder, const QByteArray &name)
         && facts.st_ctim.tv_sec < now.tv_sec - sinceBoot.tv_sec;
 }
 
+/// Takes an item out of sight and deletes it.
+bool takeOut(int folder, const QByteArray &name)
+{
+    constexpr int hexadecimal = 16;
+    const QByteArray out =
+        removedPrefix + QByteArray::number(QRandomGenerator::system()->generate64(), hexadecimal);
+    if (!safepath::renameExclusively(folder, name, folder, out)) {
+        return false;
+    }
+    QByteArray where;
+    if (!filetree::remove(folder, out, &where)) {
+        logLine(QStringLiteral("what was removed could not be deleted yet: %1 (%2)")
+                    .arg(qt_error_string(errno), QFile::decodeName(where)));
+    }
+    return true;
+}
+
+/// Ends the work on one item, but for what may lie about beside it.
+Repair settle(int folder, const QByteArray &name, const Interrupted &what)
+{
+    const bool aside = exists(folder, nameAside(name));
+    const bool doubtful =
+        what.rebooted && !what.removal && (aside || (what.fresh && isOlderThanBoot(folder, name)));
+    const bool dropped = doubtful && exists(folder, name) && takeOut(folder, name);
+    if (aside && !what.removal && bringBack(folder, name)) {
+        return Repair::Restored;
+    }
+    return (aside && discard(folder, name)) || dropped ? Repair::Cleaned : Repair::NothingToDo;
+}
+
+/// Deletes what earlier runs had begun to delete. @return whether there was anything
+bool removeRemoved(int folder)
+{
+    bool found = false;
+    const QByteArrayList names = safepath::names(folder).value_or(QByteArrayList());
+    for (const QByteArray &name : names) {
+        QByteArray where;
+        found = (name.startsWith(removedPrefix) && filetree::remove(folder, name, &where)) || found;
+    }
+    return found;
+}
+
 } // namespace
+
+// What would come back after that would be taken for a plug-in that nobody removed.
+bool remove(int folder, const QByteArray &name)
+{
+    return discard(folder, name) && takeOut(folder, name);
+}
 
 bool setAside(int folder, const QByteArray &name)
 {
     return discard(folder, name) && safepath::renameExclusively(folder, name, folder, nameAside(name));
 }
 
+bool bringBack(int folder, const QByteArray &name)
+{
+    return safepath::renameExclusively(folder, nameAside(name), folder, name);
+}
+
 bool discard(int folder, const QByteArray &name)
 {
     QByteArray where;
-    return filetree::remove(folder, nameAside(name), &where) || errno == ENOENT;
+    return takeOut(folder, nameAside(name)) || errno == ENOENT
+        || filetree::remove(folder, nameAside(name), &where);
 }
 
 Repair repair(int folder, const QByteArray &name, const Interrupted &what)
 {
+    const Repair repaired = settle(folder, name, what);
     const bool staged = StagingFolder::removeStale(folder);
-    const bool aside = exists(folder, nameAside(name));
-    const bool doubtful =
-        what.rebooted && !what.removal && (aside || (what.fresh && isOlderThanBoot(folder, name)));
-    QByteArray where;
-    const bool dropped = doubtful && exists(folder, name) && filetree::remove(folder, name, &where);
-    if (aside && !what.removal && safepath::renameExclusively(folder, nameAside(name), folder, name)) {
-        return Repair::Restored;
-    }
-    const bool discarded = aside && discard(folder, name);
-    if (!what.removal && exists(folder, name)) {
+    const bool removed = removeRemoved(folder);
+    if (!what.removal && repaired != Repair::Restored && exists(folder, name)) {
         (void)StagingFolder::bringToDisk(folder, name);
     }
-    return staged || dropped || discarded ? Repair::Cleaned : Repair::NothingToDo;
+    return repaired == Repair::NothingToDo && (staged || removed) ? Repair::Cleaned : repaired;
+}
+
+// What comes back does so before anything else is done, which may take its time.
+bool repairAll(int folder)
+{
+    bool found = false;
+    const QByteArrayList names = safepath::names(folder).value_or(QByteArrayList());
+    for (const QByteArray &name : names) {
+        if (name.startsWith(asidePrefix)) {
+            const Interrupted what{.rebooted = isOlderThanBoot(folder, name)};
+            found = settle(folder, name.mid(qstrlen(asidePrefix)), what) != Repair::NothingToDo || found;
+        }
+    }
+    found = StagingFolder::removeStale(folder) || found;
+    return removeRemoved(folder) || found;
 }
 
 } // namespace brevok::replaceditem

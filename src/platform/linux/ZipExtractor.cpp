@@ -3,6 +3,7 @@
 
 #include "platform/linux/ZipExtractor.h"
 
+#include "foundation/Paths.h"
 #include "foundation/Texts.h"
 #include "platform/linux/FileErrors.h"
 #include "platform/linux/SafePath.h"
@@ -41,10 +42,8 @@ public:
     ~Extraction() = default;
     Q_DISABLE_COPY_MOVE(Extraction)
 
-    /// Judges the archive, and with no folder that is all.
     [[nodiscard]] bool run();
-    [[nodiscard]] int code() const { return m_code; }
-    [[nodiscard]] const QString &reason() const { return m_reason; }
+    [[nodiscard]] const Cause &cause() const { return m_cause; }
 
 private:
     struct Link {
@@ -57,11 +56,12 @@ private:
     [[nodiscard]] bool unpackEntry(ZipReader &reader, const ZipEntry &entry, const QByteArray &path);
     [[nodiscard]] bool unpackFile(ZipReader &reader, const ZipEntry &entry, const QByteArray &path);
     [[nodiscard]] bool makeLinks();
-    [[nodiscard]] ZipRules rulesFor(qint64 archiveSize) const;
     [[nodiscard]] bool give(int entry) const;
     /// The open folder at @p path, made where it is missing; -1 on failure. Valid until the next call.
     [[nodiscard]] int folderAt(const QByteArray &path);
-    bool fail(int code, const QString &reason);
+    bool refuse(const QString &reason);
+    bool damaged(const QString &exactly);
+    bool unreadable(const ZipReader &reader, const QByteArray &path = {});
     bool failAt(const QByteArray &path);
 
     int m_archive;
@@ -71,8 +71,7 @@ private:
     QByteArray m_currentPath;
     FileDescriptor m_current; ///< entries follow one another folder by folder
     QList<Link> m_links; ///< made last, so that nothing is written through them
-    int m_code = 0;
-    QString m_reason;
+    Cause m_cause{0};
 };
 
 QByteArray folderOf(const QByteArray &path)
@@ -89,25 +88,22 @@ bool Extraction::run()
 {
     struct stat facts { };
     if (::fstat(m_archive, &facts) != 0) {
-        return fail(errno, qt_error_string(errno));
+        return failAt({});
     }
-    if (!S_ISREG(facts.st_mode)) {
-        return fail(EINVAL, Texts::tr("it is no file"));
-    }
-    if (!judge(facts.st_size) || m_folder < 0) {
-        return m_code == 0;
+    if (!judge(facts.st_size)) {
+        return false;
     }
     StagingFolder staging(m_folder);
     if (!staging) {
-        return fail(errno, qt_error_string(errno));
+        return failAt({});
     }
     m_staging = &staging;
-    ZipRules rules = rulesFor(facts.st_size);
+    ZipRules rules(facts.st_size, m_terms.only);
     const bool unpacked = unpack(rules) && makeLinks();
     m_current.close();
     QByteArray where;
     return unpacked
-        && (staging.publish(rules.topLevel(), StagingFolder::Existing::Replaced, &where,
+        && (staging.publish({m_terms.only}, StagingFolder::Existing::Replaced, &where,
                 m_terms.safeLater ? StagingFolder::Safe::Later : StagingFolder::Safe::Before)
             || failAt(where));
 }
@@ -115,25 +111,18 @@ bool Extraction::run()
 bool Extraction::judge(qint64 archiveSize)
 {
     const std::unique_ptr<ZipReader> reader = openZipReader(m_archive, judgingBlock);
-    ZipRules rules = rulesFor(archiveSize);
+    ZipRules rules(archiveSize, m_terms.only);
     ZipEntry entry;
     ZipReader::Step step = ZipReader::Step::Got;
     while ((step = reader->next(entry)) == ZipReader::Step::Got) {
         if (rules.judge(entry) == ZipRules::Verdict::Refuse) {
-            return fail(EPERM, rules.refusal());
+            return refuse(Texts::tr("the archive is refused: %1").arg(rules.refusal()));
         }
     }
     if (step == ZipReader::Step::Failed) {
-        return fail(EILSEQ, reader->failure());
+        return unreadable(*reader);
     }
-    if (rules.topLevel().isEmpty()) {
-        return fail(EILSEQ, Texts::tr("it holds nothing to unpack"));
-    }
-    if (!m_terms.only.isEmpty() && rules.topLevel() != QByteArrayList{m_terms.only}) {
-        return fail(
-            EPERM, Texts::tr("it holds something else than \"%1\"").arg(QFile::decodeName(m_terms.only)));
-    }
-    return true;
+    return rules.found() || refuse(Texts::tr("the archive holds no %1").arg(QFile::decodeName(m_terms.only)));
 }
 
 bool Extraction::unpack(ZipRules &rules)
@@ -143,7 +132,7 @@ bool Extraction::unpack(ZipRules &rules)
     for (;;) {
         switch (reader->next(entry)) {
         case ZipReader::Step::Failed:
-            return fail(EILSEQ, reader->failure());
+            return unreadable(*reader);
         case ZipReader::Step::End:
             return true;
         case ZipReader::Step::Got:
@@ -152,7 +141,7 @@ bool Extraction::unpack(ZipRules &rules)
         // Judged again: somebody may have written to the archive in between.
         switch (rules.judge(entry)) {
         case ZipRules::Verdict::Refuse:
-            return fail(EPERM, rules.refusal());
+            return refuse(Texts::tr("the archive is refused: %1").arg(rules.refusal()));
         case ZipRules::Verdict::Skip:
             break;
         case ZipRules::Verdict::Take:
@@ -196,8 +185,7 @@ bool Extraction::unpackFile(ZipReader &reader, const ZipEntry &entry, const QByt
     while ((step = reader.data(bytes, size)) == ZipReader::Step::Got) {
         // The caps were kept with the size that the entry claims.
         if (size > static_cast<size_t>(left)) {
-            return fail(
-                EILSEQ, Texts::tr("an entry is larger than it claims (%1)").arg(QFile::decodeName(path)));
+            return damaged(Texts::tr("an entry is larger than it claims (%1)").arg(QFile::decodeName(path)));
         }
         if (!safepath::writeAll(file.get(), bytes, size)) {
             return failAt(path);
@@ -205,7 +193,7 @@ bool Extraction::unpackFile(ZipReader &reader, const ZipEntry &entry, const QByt
         left -= static_cast<qint64>(size);
     }
     if (step == ZipReader::Step::Failed || left != 0) {
-        return fail(EILSEQ, QStringLiteral("%1 (%2)").arg(reader.failure(), QFile::decodeName(path)));
+        return unreadable(reader, path);
     }
     const std::array<timespec, 2> times{
         timespec{0, UTIME_OMIT}, timespec{entry.seconds, static_cast<long>(entry.nanoseconds)}};
@@ -230,12 +218,6 @@ bool Extraction::makeLinks()
         }
     }
     return true;
-}
-
-ZipRules Extraction::rulesFor(qint64 archiveSize) const
-{
-    return ZipRules(
-        archiveSize, m_terms.refuseOpenModes ? ZipRules::OpenModes::Refused : ZipRules::OpenModes::Closed);
 }
 
 bool Extraction::give(int entry) const
@@ -268,41 +250,52 @@ int Extraction::folderAt(const QByteArray &path)
     return m_current.get();
 }
 
-bool Extraction::fail(int code, const QString &reason)
+// What the archive is to blame for.
+bool Extraction::refuse(const QString &reason)
 {
-    m_code = code;
-    m_reason = reason;
+    m_cause = {EBADMSG, reason, reason};
+    return false;
+}
+
+bool Extraction::damaged(const QString &exactly)
+{
+    m_cause = {EILSEQ, Texts::tr("the archive is damaged"), exactly};
+    return false;
+}
+
+bool Extraction::unreadable(const ZipReader &reader, const QByteArray &path)
+{
+    const ZipReader::Failure failure = reader.failure();
+    damaged(
+        path.isEmpty() ? failure.text : QStringLiteral("%1 (%2)").arg(failure.text, QFile::decodeName(path)));
+    if (failure.code != EILSEQ) {
+        m_cause.code = failure.code;
+        m_cause.reason = Texts::tr("the archive cannot be read");
+    }
     return false;
 }
 
 bool Extraction::failAt(const QByteArray &path)
 {
     const int code = errno;
-    return fail(code, QStringLiteral("%1 (%2)").arg(qt_error_string(code), QFile::decodeName(path)));
+    const QString text = qt_error_string(code);
+    m_cause = {
+        code, {}, path.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(text, QFile::decodeName(path))};
+    return false;
 }
 
 } // namespace
 
-std::optional<BrevokError> judgeZipArchive(
-    int archive, const QString &archiveName, const ExtractionTerms &terms)
+std::optional<BrevokError> extractZipArchive(
+    const QFile &archive, int folder, const QString &targetName, const ExtractionTerms &terms)
 {
-    Extraction judgement(archive, -1, terms);
-    if (judgement.run()) {
-        return std::nullopt;
-    }
-    return fileError(Texts::tr("\"%1\" may not be unpacked").arg(archiveName), archiveName, judgement.code(),
-        judgement.reason());
-}
-
-std::optional<BrevokError> extractZipArchive(int archive, int folder, const QString &archiveName,
-    const QString &folderName, const ExtractionTerms &terms)
-{
-    Extraction extraction(archive, folder, terms);
+    Extraction extraction(archive.handle(), folder, terms);
     if (extraction.run()) {
         return std::nullopt;
     }
-    return fileError(Texts::tr("Could not unpack \"%1\" into \"%2\"").arg(archiveName, folderName),
-        archiveName, extraction.code(), extraction.reason());
+    return fileError(Texts::tr("Could not unpack \"%1\" into \"%2\"")
+                         .arg(archive.fileName(), deletingLastPathComponent(targetName)),
+        archive.fileName(), extraction.cause());
 }
 
 } // namespace brevok

@@ -11,26 +11,23 @@
 
 #include <sys/types.h>
 
+class QFile;
+
 namespace brevok {
 
 /// What is asked of an archive beyond the rules that hold for each.
 struct ExtractionTerms {
-    QByteArray only; ///< the one name that may stand at the top; any when empty
-    bool refuseOpenModes = false; ///< refuse entries that everybody may write to, instead of closing them
-    std::optional<uid_t> owner; ///< who gets the entries, before they get their final names
+    QByteArray only; ///< the item to unpack; what stands beside it at the top is left out
+    std::optional<uid_t> owner{}; ///< who gets the entries, before the item gets its final name
     bool safeLater = false; ///< the caller brings what was unpacked to the disk
 };
 
-/// Judges the zip archive open as @p archive without unpacking anything. @return why it may not be unpacked
-[[nodiscard]] std::optional<BrevokError> judgeZipArchive(
-    int archive, const QString &archiveName, const ExtractionTerms &terms);
-
-/// Unpacks the zip archive open as @p archive into the folder open as @p folder. The archive is judged as a
-/// whole before anything is written and read from that same descriptor, in blocks, throughout; its entries
-/// become complete in a hidden folder and are then renamed to their names, which nothing may bear yet. Files
-/// get mode 0644, or 0755 where the archive has the owner's execute bit, folders 0755. @p archiveName and
-/// @p folderName only say in the error what this was about. @return the error, nothing on success
-[[nodiscard]] std::optional<BrevokError> extractZipArchive(int archive, int folder,
-    const QString &archiveName, const QString &folderName, const ExtractionTerms &terms = {});
+/// Unpacks the item @p terms.only of a zip archive into the folder open as @p folder. The archive is judged
+/// as a whole before anything is written and read from that same file, in blocks, throughout; the item
+/// becomes complete in a hidden folder and is then renamed to its name, and takes the place of what bears
+/// that. Files get mode 0644, or 0755 where the archive has the owner's execute bit, folders 0755.
+/// @p targetName only says in the error what this was about. @return the error, nothing on success
+[[nodiscard]] std::optional<BrevokError> extractZipArchive(
+    const QFile &archive, int folder, const QString &targetName, const ExtractionTerms &terms);
 
 } // namespace brevok

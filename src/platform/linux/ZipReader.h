@@ -13,12 +13,11 @@ namespace brevok {
 /// One entry of a zip archive, as the archive has it: nothing here can be trusted.
 struct ZipEntry {
     enum class Kind { File, Folder, Link, Other };
-    QByteArray name;
+    QByteArray name; ///< byte for byte as the archive has it, like a link's target
     Kind kind = Kind::Other;
     qint64 size = 0; ///< bytes it claims to unpack to
     bool executable = false;
     bool setId = false;
-    bool writableByAll = false;
     bool encrypted = false;
     QByteArray linkTarget;
     bool hasTime = false;
@@ -38,8 +37,12 @@ public:
     [[nodiscard]] virtual Step next(ZipEntry &entry) = 0;
     /// The next bytes of the current entry, valid until the next call.
     [[nodiscard]] virtual Step data(const char *&bytes, size_t &size) = 0;
-    /// What is wrong with the archive.
-    [[nodiscard]] virtual QString failure() const = 0;
+    /// What is wrong, and the system's code for it: EILSEQ when it is the archive.
+    struct Failure {
+        QString text;
+        int code = 0;
+    };
+    [[nodiscard]] virtual Failure failure() const = 0;
 };
 
 /// @p archive is an open file, read by position; @p blockSize is how much is read at a time. For use on the

@@ -31,6 +31,11 @@ bool isClutter(const QByteArrayList &components)
             [](const QByteArray &component) { return component.startsWith("._"); });
 }
 
+QString composed(const QByteArray &name)
+{
+    return QFile::decodeName(name).normalized(QString::NormalizationForm_C);
+}
+
 /// Whether a link @p depth folders deep can only lead to something in its own top-level folder, through
 /// whatever other links of which the same is true: it goes up first, through real folders, and only then
 /// down.
@@ -56,6 +61,13 @@ bool staysInside(const QByteArray &target, qsizetype depth)
 
 } // namespace
 
+ZipRules::ZipRules(qint64 archiveSize, const QByteArray &only)
+    : m_archiveSize(archiveSize)
+    , m_only(only)
+    , m_composed(composed(only))
+{
+}
+
 ZipRules::Verdict ZipRules::judge(const ZipEntry &entry)
 {
     QByteArrayList components;
@@ -72,7 +84,9 @@ ZipRules::Verdict ZipRules::judge(const ZipEntry &entry)
     if (!checkKind(entry, components.size() - 1) || !checkSize(entry) || !place(components, entry)) {
         return Verdict::Refuse;
     }
-    return Verdict::Take;
+    const bool wanted = components.first() == m_only;
+    m_found = m_found || wanted;
+    return wanted ? Verdict::Take : Verdict::Skip;
 }
 
 bool ZipRules::checkName(const ZipEntry &entry, QByteArrayList *components)
@@ -96,6 +110,10 @@ bool ZipRules::checkName(const ZipEntry &entry, QByteArrayList *components)
         }
         components->append(part);
     }
+    if (!components->isEmpty() && components->first() != m_only
+        && composed(components->first()) == m_composed) {
+        components->first() = m_only;
+    }
     m_path = components->join('/');
     if (components->size() > maximumDepth || m_path.size() > maximumPath) {
         return refuse(entry, Texts::tr("the entry is too deep"));
@@ -109,9 +127,6 @@ bool ZipRules::checkKind(const ZipEntry &entry, qsizetype depth)
 {
     if (entry.encrypted) {
         return refuse(entry, Texts::tr("the entry is encrypted"));
-    }
-    if (entry.writableByAll && m_openModes == OpenModes::Refused && entry.kind != ZipEntry::Kind::Link) {
-        return refuse(entry, Texts::tr("everybody could write to the entry"));
     }
     switch (entry.kind) {
     case ZipEntry::Kind::Folder:
@@ -159,9 +174,6 @@ bool ZipRules::place(const QByteArrayList &components, const ZipEntry &entry)
         return refuse(entry, Texts::tr("the entry occurs twice"));
     }
     m_placed.insert(m_path, entry.kind);
-    if (!m_topLevel.contains(components.first())) {
-        m_topLevel.append(components.first());
-    }
     return true;
 }
 

@@ -14,26 +14,21 @@ namespace brevok {
 /// archive before anything is written and again while it is unpacked.
 class ZipRules final {
 public:
-    /// What unpacking makes of an entry that everybody may write to.
-    enum class OpenModes { Closed, Refused };
-
-    explicit ZipRules(qint64 archiveSize, OpenModes openModes = OpenModes::Closed)
-        : m_archiveSize(archiveSize)
-        , m_openModes(openModes)
-    {
-    }
+    /// Nothing but the item @p only at the top of the archive is wanted. A name in another normal form of
+    /// Unicode is that name too: archives from Macs have them decomposed.
+    ZipRules(qint64 archiveSize, const QByteArray &only);
 
     enum class Verdict {
         Take,
-        Skip, ///< nothing of use here: resource forks, Finder's notes
+        Skip, ///< nothing of use here: what stands beside the item, resource forks, Finder's notes
         Refuse, ///< with the whole archive; see refusal()
     };
     [[nodiscard]] Verdict judge(const ZipEntry &entry);
 
     /// Where the entry just taken belongs: relative, without "." and empty components.
     [[nodiscard]] const QByteArray &path() const { return m_path; }
-    /// The names taken so far that stand at the top.
-    [[nodiscard]] const QByteArrayList &topLevel() const { return m_topLevel; }
+    /// Whether something of the item was there.
+    [[nodiscard]] bool found() const { return m_found; }
     [[nodiscard]] const QString &refusal() const { return m_refusal; }
 
 private:
@@ -44,12 +39,13 @@ private:
     bool refuse(const ZipEntry &entry, const QString &reason);
 
     qint64 m_archiveSize;
-    OpenModes m_openModes;
+    QByteArray m_only;
+    QString m_composed; ///< the same name as Unicode composes it
     qint64 m_total = 0;
     int m_entries = 0;
     int m_links = 0;
     QHash<QByteArray, ZipEntry::Kind> m_placed; ///< everything taken and the folders above it
-    QByteArrayList m_topLevel;
+    bool m_found = false;
     QByteArray m_path;
     QString m_refusal;
 };

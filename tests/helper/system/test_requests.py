@@ -207,24 +207,36 @@ class HelperTest(unittest.TestCase):
             self.assertRefused(self.allowed.call("SetUID", "uusb", ALLOWED, permissions, str(self.target), True))
         self.assertNothingChanged()
 
-    def test_archives_that_hold_more_than_a_plug_in(self):
+    def test_archives_that_are_refused(self):
         inside = "A.InDesignPlugin/"
-        for entry in ((inside + "setuid", stat.S_IFREG | 0o4755, b"x"), (inside + "setgid", stat.S_IFREG | 0o2755, b"x"),
-                      (inside + "device", stat.S_IFCHR | 0o644, b""), (inside + "socket", stat.S_IFSOCK | 0o644, b""),
-                      (inside + "open", stat.S_IFREG | 0o666, b"x"), (inside + "wide/", stat.S_IFDIR | 0o777, b""),
-                      ("B.InDesignPlugin/x", stat.S_IFREG | 0o644, b"x"), ("../x", stat.S_IFREG | 0o644, b"x"),
-                      ("/tmp/x", stat.S_IFREG | 0o644, b"x"), (inside + "out", stat.S_IFLNK | 0o777, b"../../../x"),
-                      (inside + "etc", stat.S_IFLNK | 0o777, b"/etc")):
-            self.assertRefused(self.allowed.install(self.rig.archive(extra=[entry]), self.target))
-            self.assertNothingChanged()
+        self.allowed.install(self.rig.archive(content=b"old"), self.target)
+        self.setUp()
         broken = self.home / "broken.zip"
         broken.write_bytes(b"no archive")
-        self.own(broken)
-        self.assertRefused(self.allowed.install(broken, self.target))
-        self.assertNothingChanged()
-        # To libarchive a pipe is an empty file.
-        self.allowed.install(self.rig.archive(extra=[(inside + "pipe", stat.S_IFIFO | 0o644, b"")]), self.target)
-        self.assertTrue(stat.S_ISREG(os.lstat(self.target / "pipe").st_mode))
+        for source, reason in [(self.own(broken), "the archive is damaged")] + [
+                (self.rig.archive(extra=[entry]), "the archive is refused: ") for entry in (
+                    (inside + "setuid", stat.S_IFREG | 0o4755, b"x"), (inside + "setgid", stat.S_IFREG | 0o2755, b"x"),
+                    (inside + "device", stat.S_IFCHR | 0o644, b""), (inside + "socket", stat.S_IFSOCK | 0o644, b""),
+                    ("../x", stat.S_IFREG | 0o644, b"x"), ("/tmp/x", stat.S_IFREG | 0o644, b"x"),
+                    (inside + "out", stat.S_IFLNK | 0o777, b"../../../x"), (inside + "etc", stat.S_IFLNK | 0o777, b"/etc"))]:
+            # Answered yes as ever, and the old plug-in is back.
+            answer = self.allowed.call("Install", "ssuay", str(source), str(self.target), ALLOWED, [])["result"]
+            self.assertEqual(answer[:2], [True, ""])
+            self.assertIn(reason, answer[6])
+            self.assertNothingChanged()
+
+    def test_archives_that_hold_more_than_a_plug_in(self):
+        inside = "A.InDesignPlugin/"
+        source = self.rig.archive(extra=[
+            (inside + "open", stat.S_IFREG | 0o666, b"x"), (inside + "wide/", stat.S_IFDIR | 0o777, b""),
+            ("B.InDesignPlugin/x", stat.S_IFREG | 0o644, b"x"), ("Read Me.txt", stat.S_IFREG | 0o644, b"x"),
+            (inside + "pipe", stat.S_IFIFO | 0o644, b"")])  # to libarchive an empty file
+        self.assertEqual(self.allowed.call("Install", "ssuay", str(source), str(self.target), ALLOWED, [])["result"],
+                         [True, "", 0, "", "", 0, ""])
+        self.rig.settle()
+        self.assertEqual(os.listdir(self.target.parent), ["A.InDesignPlugin"])
+        modes = {name: stat.filemode(os.lstat(self.target / name).st_mode) for name in ("open", "wide", "pipe")}
+        self.assertEqual(modes, {"open": "-rw-r--r--", "wide": "drwxr-xr-x", "pipe": "-rw-r--r--"})
 
     def test_large_arguments_and_garbage(self):
         self.allowed.call("Version")

@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+
+namespace brevok {
+
+/// The SHA-256 of the open file @p file, which is read by position; empty with the reason in errno when it
+/// cannot be read.
+[[nodiscard]] QByteArray sha256Of(int file);
+
+} // namespace brevok

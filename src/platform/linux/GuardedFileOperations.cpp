@@ -137,7 +137,7 @@ void GuardedFileOperations::finish()
     if (!place) {
         return;
     }
-    if (m_placed && !StagingFolder::bringToDisk(place.folder.get(), place.name)) {
+    if (m_placed && !safepath::sync(place.folder.get())) {
         logLine(u"what was installed could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
     }
     if (!replaceditem::discard(place.folder.get(), place.name)) {

@@ -65,7 +65,7 @@ Repair repair(int folder, const QByteArray &name, const Interrupted &what)
     }
     const bool discarded = aside && discard(folder, name);
     if (!what.removal && exists(folder, name)) {
-        (void)StagingFolder::bringToDisk(folder, name);
+        (void)safepath::sync(folder);
     }
     return staged || dropped || discarded ? Repair::Cleaned : Repair::NothingToDo;
 }

@@ -15,6 +15,7 @@
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
 namespace brevok::safepath {
 
@@ -133,6 +134,11 @@ bool renameExclusively(int fromFolder, const QByteArray &from, int toFolder, con
 bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByteArray &other)
 {
     return ::renameat2(oneFolder, one.constData(), otherFolder, other.constData(), RENAME_EXCHANGE) == 0;
+}
+
+bool sync(int folder)
+{
+    return ::syncfs(folder) == 0;
 }
 
 bool writeAll(int file, const char *bytes, size_t size)

@@ -36,6 +36,9 @@ struct SplitPath {
     int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to);
 /// Swaps two entries, both of which exist.
 [[nodiscard]] bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByteArray &other);
+/// Brings everything on the file system of @p folder to the disk, and opens nothing for that: what stands
+/// there may belong to somebody who swaps it for something that is better not opened.
+[[nodiscard]] bool sync(int folder);
 /// Writes all of @p size bytes.
 [[nodiscard]] bool writeAll(int file, const char *bytes, size_t size);
 /// Copies the first @p size bytes of a file. A source that has become shorter is a failure (EIO).

@@ -82,6 +82,7 @@ private Q_SLOTS:
     void failedRemovalNamesWhatResisted();
     void copiesAreWhole();
     void aSourceThatBecameShorterIsAFailure();
+    void holesCostNothing();
     void copiesThatAreRefused_data();
     void copiesThatAreRefused();
     void nothingOutsideChangesInARace();
@@ -227,6 +228,25 @@ void FileOperationsTest::aSourceThatBecameShorterIsAFailure()
     QCOMPARE(errno, EIO);
     QVERIFY(safepath::copyAll(from.get(), to.get(), 5));
     QCOMPARE(contents(path(u"target"_s)), "012345678901234"_ba);
+}
+
+void FileOperationsTest::holesCostNothing()
+{
+    constexpr off_t large = off_t(64) * 1024 * 1024;
+    const QByteArray name = QFile::encodeName(path(u"source"_s));
+    const FileDescriptor source(::open(name.constData(), O_RDWR | O_CREAT, 0600));
+    for (const off_t at : {off_t(0), large}) {
+        QCOMPARE(::pwrite(source.get(), "bytes", 5, at), ssize_t(5));
+    }
+    QCOMPARE(::ftruncate(source.get(), 2 * large), 0);
+    QVERIFY(m_files.copyItem(path(u"source"_s), path(u"copy"_s), &m_error));
+    struct stat facts { };
+    QCOMPARE(::stat(QFile::encodeName(path(u"copy"_s)).constData(), &facts), 0);
+    QCOMPARE(facts.st_size, 2 * large);
+    QVERIFY(facts.st_blocks * 512 < large / 16);
+    QFile copy(path(u"copy"_s));
+    QVERIFY(copy.open(QIODevice::ReadOnly) && copy.seek(large));
+    QCOMPARE(copy.read(6), QByteArray("bytes\0", 6));
 }
 
 void FileOperationsTest::copiesThatAreRefused_data()

@@ -43,7 +43,6 @@ QString quoted(const QString &text)
 RequestDesk::RequestDesk(QDBusConnection bus, const QString &stateFolder, QObject *parent)
     : QObject(parent)
     , m_bus(std::move(bus))
-    , m_stateFolder(stateFolder)
     , m_journal(stateFolder)
     , m_authority(m_bus)
 {
@@ -176,7 +175,7 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
         refuse(open, HelperAnswer::Refusal::TooMuch, u"too many questions to this user are open"_s);
     } else if (open->request->operation == HelperRequest::Operation::Install && open->source == nullptr) {
         open->asks = asks;
-        fetchSource(open, verdict);
+        openSource(open, verdict);
     } else if (asks) {
         open->asks = true;
         authorize(open, PolkitAuthority::Interaction::Allowed);
@@ -185,13 +184,13 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
     }
 }
 
-/// The bytes are the helper's own before anybody is asked about them, and are not even read for somebody who
-/// would be refused anyway.
-void RequestDesk::fetchSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
+/// The bytes are copied when everybody has agreed, and not even read for somebody who would be refused
+/// anyway.
+void RequestDesk::openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
-    inBackground([this, open, verdict, user = open->user, folder = m_stateFolder] {
+    inBackground([this, open, verdict, user = open->user, isAsked = open->asks] {
         auto answer = std::make_shared<HelperAnswer>();
-        auto source = takeSource(*open->request, user, folder, answer.get());
+        auto source = brevok::openSource(*open->request, user, isAsked, answer.get());
         onMain(this, [this, open, verdict, source, answer] {
             if (!m_open.contains(open)) {
                 return;
@@ -201,12 +200,12 @@ void RequestDesk::fetchSource(const OpenPtr &open, PolkitAuthority::Verdict verd
                 return;
             }
             open->source = source;
-            sourceFetched(open, verdict);
+            sourceOpened(open, verdict);
         });
     });
 }
 
-void RequestDesk::sourceFetched(const OpenPtr &open, PolkitAuthority::Verdict verdict)
+void RequestDesk::sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
     if (verdict == PolkitAuthority::Verdict::Yes) {
         start(open);

@@ -54,8 +54,8 @@ private:
     [[nodiscard]] qsizetype questionsOf(quint32 user) const;
     void authorize(const OpenPtr &open, PolkitAuthority::Interaction interaction);
     void authorized(const OpenPtr &open, PolkitAuthority::Verdict verdict);
-    void fetchSource(const OpenPtr &open, PolkitAuthority::Verdict verdict);
-    void sourceFetched(const OpenPtr &open, PolkitAuthority::Verdict verdict);
+    void openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict);
+    void sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict verdict);
     void start(const OpenPtr &open);
     void run(const OpenPtr &open);
     void ran(const OpenPtr &open, const WorkDone &done);
@@ -66,7 +66,6 @@ private:
     void forget(const OpenPtr &open);
 
     QDBusConnection m_bus;
-    QString m_stateFolder;
     WorkJournal m_journal;
     PolkitAuthority m_authority;
     QDBusServiceWatcher m_callers;

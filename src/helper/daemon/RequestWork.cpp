@@ -7,6 +7,8 @@
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 
 namespace brevok {
@@ -33,11 +35,12 @@ HelperAnswer answerOf(bool yes, const std::optional<BrevokError> &error)
     return answer;
 }
 
-/// Whether a source could not be taken for what it is or where it is, so that saying more would tell about
-/// somebody else's files.
-bool isOfTheCaller(int code)
+/// What a source is or where it is would tell about somebody else's files; a shortage does not.
+HelperAnswer withoutSource(const std::optional<BrevokError> &error)
 {
-    return code != ENOSPC && code != EDQUOT && code != EFBIG && code != EIO && code != ENOMEM;
+    constexpr std::array shortages{ENOSPC, EDQUOT, EFBIG, EIO, ENOMEM};
+    const bool isShortage = error && std::ranges::find(shortages, error->code) != shortages.end();
+    return isShortage ? answerOf(false, error) : forbidden(error);
 }
 
 HelperAnswer systemFailure()
@@ -52,6 +55,9 @@ WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFile
     const WorkJournal &journal)
 {
     std::optional<BrevokError> error;
+    if (!files->takeSource(journal.folder(), &error)) {
+        return {withoutSource(error)};
+    }
     if (BrevokInstaller::isArchive(request.source) && !files->judgeArchive(&error)) {
         return {forbidden(error)};
     }
@@ -85,13 +91,15 @@ WorkDone remove(const HelperRequest &request, GuardedFileOperations &files, cons
 
 } // namespace
 
-std::shared_ptr<GuardedFileOperations::Source> takeSource(
-    const HelperRequest &request, quint32 user, const QString &scratch, HelperAnswer *answer)
+std::shared_ptr<GuardedFileOperations::Source> openSource(
+    const HelperRequest &request, quint32 user, bool isAsked, HelperAnswer *answer)
 {
+    using Bytes = GuardedFileOperations::Bytes;
     std::optional<BrevokError> error;
-    auto source = GuardedFileOperations::takeSource(request.source, user, longestSource, scratch, &error);
+    auto source = GuardedFileOperations::openSource(
+        request.source, user, longestSource, isAsked ? Bytes::AsSeen : Bytes::Any, &error);
     if (!source) {
-        *answer = isOfTheCaller(error ? error->code : 0) ? forbidden(error) : answerOf(false, error);
+        *answer = withoutSource(error);
         return nullptr;
     }
     return std::make_shared<GuardedFileOperations::Source>(std::move(*source));

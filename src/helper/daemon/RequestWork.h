@@ -11,10 +11,10 @@
 
 namespace brevok {
 
-/// Takes the source of an install for the user @p user: what is authorized and installed are these bytes,
-/// whatever becomes of the file. Blocks. @return nothing with the refusal in @p answer
-[[nodiscard]] std::shared_ptr<GuardedFileOperations::Source> takeSource(
-    const HelperRequest &request, quint32 user, const QString &scratch, HelperAnswer *answer);
+/// Opens the source of an install for the user @p user. When somebody @p isAsked, the bytes that are
+/// installed must be those of now. Blocks. @return nothing with the refusal in @p answer
+[[nodiscard]] std::shared_ptr<GuardedFileOperations::Source> openSource(
+    const HelperRequest &request, quint32 user, bool isAsked, HelperAnswer *answer);
 
 /// What a request came to, and what remains to be done once that was told; blocks too.
 struct WorkDone {

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,7 +17,6 @@ namespace brevok::filetree {
 namespace {
 
 constexpr mode_t permissionBits = 0777;
-constexpr size_t copyBlock = size_t(128) * 1024;
 
 QByteArray below(const QByteArray &parent, const QByteArray &child)
 {
@@ -48,23 +46,6 @@ bool keepTimes(int file, const struct stat &facts)
     return ::futimens(file, times.data()) == 0;
 }
 
-bool copyBytes(int source, int target)
-{
-    std::vector<char> block(copyBlock);
-    for (;;) {
-        const ssize_t got = ::read(source, block.data(), block.size());
-        if (got == 0) {
-            return true;
-        }
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got < 0 || !safepath::writeAll(target, block.data(), static_cast<size_t>(got))) {
-            return false;
-        }
-    }
-}
-
 bool copyFile(int sourceFolder, const QByteArray &source, int targetFolder, const QByteArray &target)
 {
     // Should a pipe have taken the file's place, opening it must not wait for its other end.
@@ -78,8 +59,9 @@ bool copyFile(int sourceFolder, const QByteArray &source, int targetFolder, cons
     }
     FileDescriptor to =
         safepath::openBeneath(targetFolder, target, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
-    return to && copyBytes(from.get(), to.get()) && ::fchmod(to.get(), facts.st_mode & permissionBits) == 0
-        && keepTimes(to.get(), facts) && to.close();
+    return to && safepath::copyAll(from.get(), to.get(), facts.st_size)
+        && ::fchmod(to.get(), facts.st_mode & permissionBits) == 0 && keepTimes(to.get(), facts)
+        && to.close();
 }
 
 bool copyLink(int sourceFolder, const QByteArray &source, int targetFolder, const QByteArray &target)

@@ -20,10 +20,11 @@ struct ExtractionTerms;
 /// to hold over a power cut it takes finish() and repair(). One thread at a time.
 class GuardedFileOperations final : public FileOperations {
 public:
-    /// What a request installs: bytes that nobody else can change any more, under the path they came from.
+    /// What a request installs: a file of the caller's, until its bytes are taken.
     struct Source {
         QString path{};
         FileDescriptor file{};
+        QByteArray digest{}; ///< of the bytes that somebody was asked about
         std::shared_ptr<void> reservation{}; ///< of memory, for as long as the bytes are there
     };
 
@@ -34,10 +35,15 @@ public:
     {
     }
 
-    /// Takes the regular file at @p path if it is the caller's own and no longer than @p longest bytes. Its
-    /// bytes are copied to a file without a name in @p scratch. @return nothing with the reason in @p error
-    [[nodiscard]] static std::optional<Source> takeSource(
-        const QString &path, uid_t caller, qint64 longest, const QString &scratch, ErrorSlot error);
+    /// What the bytes that are taken must be: the ones that openSource() saw, or whatever is there then.
+    enum class Bytes { AsSeen, Any };
+    /// Opens the regular file at @p path if it is the caller's own and no longer than @p longest bytes. That
+    /// costs neither disk nor memory. @return nothing with the reason in @p error
+    [[nodiscard]] static std::optional<Source> openSource(
+        const QString &path, uid_t caller, qint64 longest, Bytes bytes, ErrorSlot error);
+    /// Copies the bytes of the source to memory, or to a file without a name in @p scratch: from then on
+    /// nobody can change them. They come first. @return false with the reason in @p error
+    [[nodiscard]] bool takeSource(const QString &scratch, ErrorSlot error);
     /// Whether the source, an archive, holds the target alone and nothing that unpacking refuses.
     [[nodiscard]] bool judgeArchive(ErrorSlot error) const;
     /// Ends what a killed process left of work on @p target.

@@ -43,6 +43,21 @@ FileDescriptor openStepwise(int folder, const QByteArray &path, int flags, mode_
     return FileDescriptor(::openat(current ? current.get() : folder, last.constData(), flags, mode));
 }
 
+bool send(int from, int to, off_t *at, off_t end)
+{
+    while (*at < end) {
+        constexpr off_t most = off_t(16) * 1024 * 1024;
+        const ssize_t sent = ::sendfile(to, from, at, static_cast<size_t>(qMin(end - *at, most)));
+        if (sent == 0) {
+            errno = EIO;
+        }
+        if (sent == 0 || (sent < 0 && errno != EINTR)) {
+            return false;
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 SplitPath split(QByteArray path)
@@ -160,16 +175,29 @@ bool copyAll(int from, int to, qint64 size)
 {
     off_t at = 0;
     while (at < size) {
-        constexpr qint64 most = qint64(16) * 1024 * 1024;
-        const ssize_t sent = ::sendfile(to, from, &at, static_cast<size_t>(qMin(size - at, most)));
-        if (sent == 0) {
-            errno = EIO;
+        // Where nothing was ever written, nothing is written either.
+        const off_t data = ::lseek(from, at, SEEK_DATA);
+        if (data < 0 && errno == ENXIO) {
+            break;
         }
-        if (sent == 0 || (sent < 0 && errno != EINTR)) {
+        const off_t start = qMin<off_t>(qMax(data, at), size);
+        const off_t hole = ::lseek(from, start, SEEK_HOLE);
+        if (::lseek(to, start - at, SEEK_CUR) < 0) {
+            return false;
+        }
+        at = start;
+        if (!send(from, to, &at, hole > start ? qMin<off_t>(hole, size) : size)) {
             return false;
         }
     }
-    return true;
+    // A hole at the end counts as bytes, unless it is there because the source has become shorter.
+    struct stat facts { };
+    if (::fstat(from, &facts) != 0 || facts.st_size < size) {
+        errno = EIO;
+        return false;
+    }
+    const off_t end = ::lseek(to, size - at, SEEK_CUR);
+    return end >= 0 && ::ftruncate(to, end) == 0;
 }
 
 } // namespace brevok::safepath

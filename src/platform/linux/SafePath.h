@@ -41,7 +41,8 @@ struct SplitPath {
 [[nodiscard]] bool sync(int folder);
 /// Writes all of @p size bytes.
 [[nodiscard]] bool writeAll(int file, const char *bytes, size_t size);
-/// Copies the first @p size bytes of a file. A source that has become shorter is a failure (EIO).
+/// Copies the first @p size bytes of a file to the end of another. A source that has become shorter is a
+/// failure (EIO); holes stay holes.
 [[nodiscard]] bool copyAll(int from, int to, qint64 size);
 
 } // namespace brevok::safepath

@@ -7,7 +7,7 @@ import sys
 import unittest
 
 import rig as rigs
-from rig import ALLOWED, OTHER, snapshot
+from rig import ALLOWED, ASKED
 
 class AttackTest(unittest.TestCase):
     def setUp(self):
@@ -57,6 +57,21 @@ class AttackTest(unittest.TestCase):
             self.assertEqual(os.listdir(target.parent / "decoy"), [])
         found = [path for path in folder.rglob("*") if path.is_file() and path.read_text() == "root's"]
         self.assertEqual([(path, os.stat(path).st_uid) for path in found], [(secret, 0)])
+
+    def test_sources_cost_nothing_before_the_answer(self):
+        asked = self.rig.caller(ASKED)
+        asked.do("agent")
+        target = self.rig.application()
+        for i in range(3):
+            source = self.rig.home(ASKED) / f"sparse-{i}.zip"
+            source.touch()
+            os.truncate(self.own(source, ASKED), 100_000_000)
+            asked.begin_install(source, target.with_name(f"{i}.InDesignPlugin"))
+            asked.event("question")
+        process = self.rig.helper_process()
+        held = [os.stat(f"/proc/{process}/fd/{file}") for file in os.listdir(f"/proc/{process}/fd")]
+        self.assertEqual(sum(facts.st_size == 100_000_000 for facts in held), 3)  # the caller's own
+        self.assertLess(sum(facts.st_blocks * 512 for facts in held if facts.st_uid == 0), 1_000_000)
 
 
 if __name__ == "__main__":

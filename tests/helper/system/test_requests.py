@@ -2,6 +2,7 @@
 """What the helper does for whom, on a system bus with polkit: consent, refusals, and attacks of every kind."""
 import contextlib
 import ctypes
+import mmap
 import os
 import pathlib
 import random
@@ -267,9 +268,8 @@ class HelperTest(unittest.TestCase):
         number = caller.begin_install(source, self.target)
         question = caller.event("question")
         self.assertIn(str(self.target), question["text"])
-        # Meanwhile: the file is rewritten in place, and the same call is made again, here and from elsewhere.
-        with open(source, "r+b") as file:
-            file.write(pathlib.Path(plugin_archive(self.home / "other.zip", content=b"swapped")).read_bytes())
+        # Meanwhile: another file comes in its place, and the same call is made again, here and from elsewhere.
+        os.rename(self.rig.archive(ASKED, file="other.zip", content=b"swapped"), source)
         self.assertRefused(caller.install(source, self.target))
         self.assertRefused(self.rig.caller(DENIED).install(self.rig.archive(DENIED), self.target), NOT_AUTHORIZED)
         elsewhere = caller.do("connect")["result"][0]
@@ -284,6 +284,29 @@ class HelperTest(unittest.TestCase):
         caller.do("answered", cookie=second["cookie"])  # without a password
         self.assertRefused(caller.wait(foreign), NOT_AUTHORIZED)
         self.assertEqual(self.content(), b"asked about")
+
+    def test_source_written_to_during_the_question(self):
+        caller = self.asked()
+        for content, way in ((b"file", "write"), (b"view", "map"), (b"less", "shorten"), (b"same", None)):
+            source = self.rig.archive(ASKED, file=f"{content.decode()}.zip", content=content)
+            with open(source, "r+b") as file, mmap.mmap(file.fileno(), 0) as view:
+                view[0:1] = view[0:1]  # changes of the same page do not show in the file's times from now on
+                number = caller.begin_install(source, self.target)
+                cookie = caller.event("question")["cookie"]
+                if way == "write":
+                    os.pwrite(file.fileno(), b"q", 0)
+                elif way == "map":
+                    view[0:1] = b"q"
+                elif way == "shorten":
+                    os.ftruncate(file.fileno(), len(view) - 1)
+                self.rig.grant(cookie, ASKED)
+                caller.do("answered", cookie=cookie)
+                answer = caller.wait(number)
+            if way:
+                self.assertRefused(answer)
+                self.assertNothingChanged()
+        self.assertEqual(answer["result"], [True, "", 0, ""])
+        self.assertEqual(self.content(), b"same")
 
     def test_target_swapped_during_the_question(self):
         caller = self.asked()

@@ -18,6 +18,7 @@
 #include <thread>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -79,6 +80,7 @@ private Q_SLOTS:
     void testsAnswerForTheEffectiveUser();
     void foldersAreMadeWithAllAbove();
     void removingStaysInside();
+    void deepTreesNeedFewDescriptors();
     void failedRemovalNamesWhatResisted();
     void copiesAreWhole();
     void aSourceThatBecameShorterIsAFailure();
@@ -182,6 +184,27 @@ void FileOperationsTest::removingStaysInside()
         QCOMPARE(m_error->code, wrong.endsWith(u"missing"_s) ? ENOENT : EINVAL);
     }
     QVERIFY(QFileInfo::exists(path(u"outside/file"_s)));
+}
+
+void FileOperationsTest::deepTreesNeedFewDescriptors()
+{
+    constexpr int levels = 500;
+    QVERIFY(QDir().mkpath(path(u"tree"_s)));
+    FileDescriptor folder(::open(QFile::encodeName(path(u"tree"_s)).constData(), O_RDONLY));
+    for (int i = 0; i < levels; ++i) {
+        QCOMPARE(::mkdirat(folder.get(), "deeper", 0755), 0);
+        QCOMPARE(::mkfifoat(folder.get(), "pipe", 0600), 0);
+        folder = FileDescriptor(::openat(folder.get(), "deeper", O_RDONLY | O_DIRECTORY));
+    }
+    QVERIFY(QDir().mkpath(path(u"tree/.tolvane-deep-1"_s)));
+    rlimit before{};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit few{200, before.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    const bool removed = m_files.removeItem(path(u"tree"_s), &m_error);
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    QVERIFY2(removed, m_error ? qPrintable(m_error->description) : "");
+    QVERIFY(!QFileInfo::exists(path(u"tree"_s)));
 }
 
 void FileOperationsTest::failedRemovalNamesWhatResisted()

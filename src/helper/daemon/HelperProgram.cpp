@@ -14,6 +14,8 @@
 #include <QThreadPool>
 #include <QTimer>
 
+#include <cstdlib>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -133,7 +135,11 @@ int serve(const HelperOptions &options)
     QThreadPool::globalInstance()->setMaxThreadCount(workers);
     leaveWhenIdle(service, options.idleSeconds);
     const int status = QCoreApplication::exec();
-    finishBackgroundWork(finishMs);
+    if (!finishBackgroundWork(finishMs)) {
+        // It hangs on somebody's file system, and would be waited for again at the regular end.
+        logLine(u"work goes on that does not end"_s);
+        std::_Exit(1);
+    }
     return status;
 }
 

@@ -20,9 +20,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto busName = "org.freedesktop.DBus"_L1;
+constexpr auto busPath = "/org/freedesktop/DBus"_L1;
 constexpr int openPerConnection = 8;
 constexpr int openPerUser = 64;
 constexpr int questionsPerUser = 4; ///< more than anybody can answer at once
+/// A part of the threads: what a user makes hang, on a file system of his own, keeps nobody else waiting.
+constexpr int threadsPerUser = 4;
 constexpr quint32 plainPermissions = 0777;
 
 /// A caller's text as one harmless piece of a log line.
@@ -46,9 +50,9 @@ RequestDesk::RequestDesk(QDBusConnection bus, const QString &stateFolder, QObjec
     , m_journal(stateFolder)
     , m_authority(m_bus)
 {
-    m_callers.setConnection(m_bus);
-    m_callers.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-    connect(&m_callers, &QDBusServiceWatcher::serviceUnregistered, this, &RequestDesk::callerLeft);
+    // One match for all who leave: one for each of them would have to be there before he goes.
+    m_bus.connect(QString(busName), QString(busPath), QString(busName), u"NameOwnerChanged"_s,
+        {QString(), QString(), u""_s}, u"sss"_s, this, SLOT(nameChanged(QString, QString, QString)));
 }
 
 RequestDesk::~RequestDesk() = default;
@@ -69,15 +73,14 @@ void RequestDesk::take(const HelperRequestPtr &request, Done done)
 void RequestDesk::identify(const OpenPtr &open)
 {
     const QString &caller = open->request->caller;
-    if (const auto known = m_users.constFind(caller); known != m_users.constEnd()) {
-        open->user = *known;
+    if (const auto known = m_callers.constFind(caller); known != m_callers.constEnd()) {
+        open->caller = *known;
         open->identified = true;
         judge(open);
         return;
     }
-    m_callers.addWatchedService(caller);
-    QDBusMessage call = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-        u"org.freedesktop.DBus"_s, u"GetConnectionCredentials"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QString(busName), QString(busPath), QString(busName), u"GetConnectionCredentials"_s);
     call << caller;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, open, watcher] {
@@ -86,14 +89,15 @@ void RequestDesk::identify(const OpenPtr &open)
         if (!m_open.contains(open)) {
             return;
         }
-        const QVariant user = reply.isError() ? QVariant() : reply.value().value(u"UnixUserID"_s);
+        const QVariantMap credentials = reply.isError() ? QVariantMap() : reply.value();
+        const QVariant user = credentials.value(u"UnixUserID"_s);
         if (!user.isValid()) {
             refuse(open, HelperAnswer::Refusal::Forbidden, u"the bus does not know who this is"_s);
             return;
         }
-        open->user = user.toUInt();
+        open->caller = {user.toUInt(), qdbus_cast<QList<gid_t>>(credentials.value(u"UnixGroupIDs"_s))};
         open->identified = true;
-        m_users.insert(open->request->caller, open->user);
+        m_callers.insert(open->request->caller, open->caller);
         judge(open);
     });
 }
@@ -109,7 +113,7 @@ QString RequestDesk::objection(const Open &open) const
         && plainPath(request.source) != request.source) {
         return u"the source is no absolute path"_s;
     }
-    if (request.namesUser() && request.user != open.user) {
+    if (request.namesUser() && request.user != open.caller.user) {
         return u"the user id %1 is not the caller's own"_s.arg(request.user);
     }
     if ((request.permissions & ~plainPermissions) != 0) {
@@ -131,7 +135,7 @@ void RequestDesk::judge(const OpenPtr &open)
         return;
     }
     const auto own = std::count_if(m_open.cbegin(), m_open.cend(),
-        [&](const OpenPtr &other) { return other->identified && other->user == open->user; });
+        [&](const OpenPtr &other) { return other->identified && other->caller.user == open->caller.user; });
     if (own > openPerUser) {
         refuse(open, HelperAnswer::Refusal::TooMuch, u"too many requests of this user are open"_s);
         return;
@@ -146,7 +150,7 @@ void RequestDesk::judge(const OpenPtr &open)
 qsizetype RequestDesk::questionsOf(quint32 user) const
 {
     return std::count_if(m_open.cbegin(), m_open.cend(),
-        [user](const OpenPtr &open) { return open->asks && !open->running && open->user == user; });
+        [user](const OpenPtr &open) { return open->asks && !open->running && open->caller.user == user; });
 }
 
 void RequestDesk::authorize(const OpenPtr &open, PolkitAuthority::Interaction interaction)
@@ -171,7 +175,7 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
             verdict == Verdict::Question && !open->request->mayAsk ? HelperAnswer::Refusal::NeedsQuestion
                                                                    : HelperAnswer::Refusal::NotAuthorized,
             u"not authorized"_s);
-    } else if (asks && questionsOf(open->user) >= questionsPerUser) {
+    } else if (asks && questionsOf(open->caller.user) >= questionsPerUser) {
         refuse(open, HelperAnswer::Refusal::TooMuch, u"too many questions to this user are open"_s);
     } else if (open->request->operation == HelperRequest::Operation::Install && open->source == nullptr) {
         open->asks = asks;
@@ -188,20 +192,23 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
 /// anyway.
 void RequestDesk::openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
-    inBackground([this, open, verdict, user = open->user, isAsked = open->asks] {
-        auto answer = std::make_shared<HelperAnswer>();
-        auto source = brevok::openSource(*open->request, user, isAsked, answer.get());
-        onMain(this, [this, open, verdict, source, answer] {
-            if (!m_open.contains(open)) {
-                return;
-            }
-            if (source == nullptr) {
-                settle(open, *answer);
-                return;
-            }
-            open->source = source;
-            sourceOpened(open, verdict);
-        });
+    enter(open->caller.user, [this, open, verdict] {
+        const auto answer = std::make_shared<HelperAnswer>();
+        const auto source = std::make_shared<SourcePtr>();
+        inWorker([request = open->request, user = open->caller.user, isAsked = open->asks, answer,
+                     source] { *source = brevok::openSource(*request, user, isAsked, answer.get()); },
+            [this, open, verdict, answer, source] {
+                leave(open->caller.user);
+                if (!m_open.contains(open)) {
+                    return;
+                }
+                open->source = *source;
+                if (open->source == nullptr) {
+                    settle(open, *answer);
+                } else {
+                    sourceOpened(open, verdict);
+                }
+            });
     });
 }
 
@@ -214,10 +221,37 @@ void RequestDesk::sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict ver
     }
 }
 
-/// Work in one folder goes on one after the other.
 void RequestDesk::start(const OpenPtr &open)
 {
     open->running = open->request->changesFiles();
+    enter(open->caller.user, [this, open] {
+        if (open->source) {
+            takeSource(open);
+        } else {
+            claimFolder(open);
+        }
+    });
+}
+
+/// Before the folder is claimed: a source that takes its time keeps nobody else from it.
+void RequestDesk::takeSource(const OpenPtr &open)
+{
+    const auto answer = std::make_shared<std::optional<HelperAnswer>>();
+    inWorker([source = open->source, folder = m_journal.folder(),
+                 answer] { *answer = brevok::takeSource(*source, folder); },
+        [this, open, answer] {
+            if (*answer) {
+                settle(open, **answer);
+                leave(open->caller.user);
+            } else {
+                claimFolder(open);
+            }
+        });
+}
+
+/// Work in one folder goes on one after the other.
+void RequestDesk::claimFolder(const OpenPtr &open)
+{
     if (!open->running) {
         run(open);
         return;
@@ -234,37 +268,67 @@ void RequestDesk::start(const OpenPtr &open)
 
 void RequestDesk::run(const OpenPtr &open)
 {
-    inBackground([this, open, user = open->user, source = std::exchange(open->source, {})] {
-        const WorkDone done = carryOut(*open->request, user, source, m_journal);
-        onMain(this, [this, open, done] { ran(open, done); });
-    });
+    const auto done = std::make_shared<WorkDone>();
+    inWorker([request = open->request, caller = open->caller, source = std::exchange(open->source, {}),
+                 journal = m_journal, done] { *done = carryOut(*request, caller, source, journal); },
+        [this, open, done] { ran(open, *done); });
 }
 
 // The caller has his answer first; the next one in the folder waits for the rest.
 void RequestDesk::ran(const OpenPtr &open, const WorkDone &done)
 {
-    const QString folder = open->running ? deletingLastPathComponent(open->request->target) : QString();
     ++m_unfinished;
     settle(open, done.answer);
-    inBackground([this, folder, rest = done.rest] {
-        if (rest) {
-            rest();
-        }
-        onMain(this, [this, folder] { finished(folder); });
-    });
+    if (done.rest) {
+        inWorker(done.rest, [this, open] { finished(open); });
+    } else {
+        finished(open);
+    }
 }
 
-void RequestDesk::finished(const QString &folder)
+void RequestDesk::finished(const OpenPtr &open)
 {
-    if (const auto waiting = m_folders.find(folder); waiting != m_folders.end()) {
+    const auto waiting = m_folders.find(deletingLastPathComponent(open->request->target));
+    if (open->running && waiting != m_folders.end()) {
         if (waiting->isEmpty()) {
             m_folders.erase(waiting);
         } else {
             run(waiting->takeFirst());
         }
     }
+    leave(open->caller.user);
     if (--m_unfinished == 0 && m_open.isEmpty()) {
         Q_EMIT becameIdle();
+    }
+}
+
+void RequestDesk::inWorker(Task work, Task then)
+{
+    inBackground([this, work = std::move(work), then = std::move(then)] {
+        work();
+        onMain(this, then);
+    });
+}
+
+void RequestDesk::enter(quint32 user, Task work)
+{
+    Share &share = m_shares[user];
+    if (share.taken == threadsPerUser) {
+        share.waiting.append(std::move(work));
+        return;
+    }
+    ++share.taken;
+    work();
+}
+
+void RequestDesk::leave(quint32 user)
+{
+    Share &share = m_shares[user];
+    if (!share.waiting.isEmpty()) {
+        const Task next = share.waiting.takeFirst();
+        next();
+    } else if (--share.taken == 0) {
+        m_shares.remove(user);
     }
 }
 
@@ -281,8 +345,8 @@ void RequestDesk::settle(const OpenPtr &open, const HelperAnswer &answer)
     const HelperRequest &request = *open->request;
     if (answer.refusal != HelperAnswer::Refusal::None) {
         logLine(u"refused user %1 (%2) %3 %4: %5"_s.arg(
-            open->identified ? QString::number(open->user) : u"unknown"_s, request.caller, request.name(),
-            quoted(request.target), answer.reason));
+            open->identified ? QString::number(open->caller.user) : u"unknown"_s, request.caller,
+            request.name(), quoted(request.target), answer.reason));
     }
     if (m_open.contains(open)) {
         open->done(answer);
@@ -290,17 +354,16 @@ void RequestDesk::settle(const OpenPtr &open, const HelperAnswer &answer)
     forget(open);
 }
 
-void RequestDesk::callerLeft(const QString &caller)
+void RequestDesk::nameChanged(const QString &name, const QString & /*before*/, const QString & /*now*/)
 {
-    m_callers.removeWatchedService(caller);
-    m_users.remove(caller);
+    m_callers.remove(name);
     const QSet<OpenPtr> all = m_open;
     for (const OpenPtr &open : all) {
         // What has begun is brought to its end.
-        if (open->request->caller == caller && !open->running) {
+        if (open->request->caller == name && !open->running) {
             m_authority.cancel(open->question);
-            logLine(u"dropped user %1 (%2) %3 %4: the caller left"_s.arg(
-                QString::number(open->user), caller, open->request->name(), quoted(open->request->target)));
+            logLine(u"dropped user %1 (%2) %3 %4: the caller left"_s.arg(QString::number(open->caller.user),
+                name, open->request->name(), quoted(open->request->target)));
             forget(open);
         }
     }

@@ -6,16 +6,17 @@
 #include "daemon/HelperRequest.h"
 #include "daemon/PolkitAuthority.h"
 #include "daemon/RequestWork.h"
+#include "foundation/Tasks.h"
 
-#include <QDBusServiceWatcher>
 #include <QSet>
 
 namespace brevok {
 
 /// Takes every caller for an enemy. A request goes through here: who is it (the bus says), may anybody have
 /// this (the paths, the user id, the permissions), may he (polkit), and then it is done, as it was made. No
-/// request waits for another, but for one that works on the same folder at that moment. A caller who leaves
-/// takes along what was not begun. Main thread; file work runs in the background.
+/// request waits for another, but for one that works on the same folder at that moment, and for the same
+/// user's own where those have their part of the threads. A caller who leaves takes along what was not begun.
+/// Main thread; file work runs in the background.
 class RequestDesk final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(RequestDesk)
@@ -34,16 +35,19 @@ public:
 Q_SIGNALS:
     void becameIdle();
 
+private Q_SLOTS:
+    void nameChanged(const QString &name, const QString &before, const QString &now);
+
 private:
     /// A request on its way.
     struct Open {
         HelperRequestPtr request;
         Done done;
-        quint32 user = 0;
+        UserRights caller{};
         bool identified = false;
         QString question{}; ///< at polkit
         bool asks = false; ///< somebody is asked, or will be
-        std::shared_ptr<GuardedFileOperations::Source> source{};
+        SourcePtr source{};
         bool running = false;
     };
     using OpenPtr = std::shared_ptr<Open>;
@@ -57,21 +61,31 @@ private:
     void openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict);
     void sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict verdict);
     void start(const OpenPtr &open);
+    void takeSource(const OpenPtr &open);
+    void claimFolder(const OpenPtr &open);
     void run(const OpenPtr &open);
     void ran(const OpenPtr &open, const WorkDone &done);
-    void finished(const QString &folder);
+    void finished(const OpenPtr &open);
     void refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason);
     void settle(const OpenPtr &open, const HelperAnswer &answer);
-    void callerLeft(const QString &caller);
     void forget(const OpenPtr &open);
+    void inWorker(Task work, Task then);
+    /// Runs @p work, which takes a thread at a time until leave(), when the user's part of them allows.
+    void enter(quint32 user, Task work);
+    void leave(quint32 user);
 
     QDBusConnection m_bus;
     WorkJournal m_journal;
     PolkitAuthority m_authority;
-    QDBusServiceWatcher m_callers;
-    QHash<QString, quint32> m_users; ///< of the callers that were asked after and are still there
+    QHash<QString, UserRights> m_callers; ///< those that were asked after and are still there
     QSet<OpenPtr> m_open;
     int m_unfinished = 0; ///< answered requests whose rest is being done
+    /// A user's part of the threads, and what waits for it.
+    struct Share {
+        int taken = 0;
+        QList<Task> waiting{};
+    };
+    QHash<quint32, Share> m_shares;
     QHash<QString, QList<OpenPtr>> m_folders; ///< where work goes on, and who waits for its end
 };
 

@@ -6,6 +6,9 @@
 #include "daemon/TargetPath.h"
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
+#include "platform/linux/GuardedPath.h"
+
+#include <QFile>
 
 #include <algorithm>
 #include <array>
@@ -55,9 +58,6 @@ WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFile
     const WorkJournal &journal)
 {
     std::optional<BrevokError> error;
-    if (!files->takeSource(journal.folder(), &error)) {
-        return {withoutSource(error)};
-    }
     if (BrevokInstaller::isArchive(request.source) && !files->judgeArchive(&error)) {
         return {forbidden(error)};
     }
@@ -71,7 +71,7 @@ WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFile
         .checksum = request.checksum});
     HelperAnswer answer = answerOf(result.answer, result.error);
     answer.failure = result.failure;
-    return {answer, [files, &journal, entry] {
+    return {answer, [files, journal, entry] {
                 files->finish();
                 journal.end(entry);
             }};
@@ -89,10 +89,31 @@ WorkDone remove(const HelperRequest &request, GuardedFileOperations &files, cons
     return {answerOf(removed, error)};
 }
 
+/// Nobody is asked before these, so they tell nobody what he could not see himself.
+HelperAnswer look(const HelperRequest &request, const UserRights &caller, const GuardedFileOperations &files)
+{
+    using Operation = HelperRequest::Operation;
+    HelperAnswer answer;
+    if (!guardedpath::isVisible(QFile::encodeName(request.target), caller)) {
+        return answer;
+    }
+    if (request.operation == Operation::IsReadable) {
+        answer.yes = files.isReadable(request.target);
+    } else if (request.operation == Operation::IsWritable) {
+        answer.yes = files.isWritable(request.target);
+    } else if (request.operation == Operation::IsExecutable) {
+        answer.yes = files.isExecutable(request.target);
+    } else if (request.operation == Operation::IsDeletable) {
+        answer.yes = files.isDeletable(request.target);
+    } else {
+        answer.yes = files.fileExists(request.target, &answer.isDirectory);
+    }
+    return answer;
+}
+
 } // namespace
 
-std::shared_ptr<GuardedFileOperations::Source> openSource(
-    const HelperRequest &request, quint32 user, bool isAsked, HelperAnswer *answer)
+SourcePtr openSource(const HelperRequest &request, quint32 user, bool isAsked, HelperAnswer *answer)
 {
     using Bytes = GuardedFileOperations::Bytes;
     std::optional<BrevokError> error;
@@ -105,40 +126,30 @@ std::shared_ptr<GuardedFileOperations::Source> openSource(
     return std::make_shared<GuardedFileOperations::Source>(std::move(*source));
 }
 
-WorkDone carryOut(const HelperRequest &request, quint32 user,
-    const std::shared_ptr<GuardedFileOperations::Source> &source, const WorkJournal &journal)
+std::optional<HelperAnswer> takeSource(GuardedFileOperations::Source &source, const QString &scratch)
+{
+    std::optional<BrevokError> error;
+    return GuardedFileOperations::takeSource(source, scratch, &error) ? std::nullopt
+                                                                      : std::optional(withoutSource(error));
+}
+
+WorkDone carryOut(const HelperRequest &request, const UserRights &caller, const SourcePtr &source,
+    const WorkJournal &journal)
 {
     using Operation = HelperRequest::Operation;
-    const auto shared = std::make_shared<GuardedFileOperations>(
-        user, request.target, source ? std::move(*source) : GuardedFileOperations::Source());
-    GuardedFileOperations &files = *shared;
-    HelperAnswer answer;
+    const auto files = std::make_shared<GuardedFileOperations>(
+        caller.user, request.target, source ? std::move(*source) : GuardedFileOperations::Source());
     switch (request.operation) {
     case Operation::Install:
-        return install(request, shared, journal);
+        return install(request, files, journal);
     case Operation::Remove:
-        return remove(request, files, journal);
+        return remove(request, *files, journal);
     case Operation::SetAttributes:
-        BrevokInstaller(files).setUID(request.user, request.permissions, request.target, request.recursive);
-        break;
-    case Operation::Exists:
-    case Operation::ExistsIsDirectory:
-        answer.yes = files.fileExists(request.target, &answer.isDirectory);
-        break;
-    case Operation::IsReadable:
-        answer.yes = files.isReadable(request.target);
-        break;
-    case Operation::IsWritable:
-        answer.yes = files.isWritable(request.target);
-        break;
-    case Operation::IsExecutable:
-        answer.yes = files.isExecutable(request.target);
-        break;
-    case Operation::IsDeletable:
-        answer.yes = files.isDeletable(request.target);
-        break;
+        BrevokInstaller(*files).setUID(request.user, request.permissions, request.target, request.recursive);
+        return {};
+    default:
+        return {look(request, caller, *files)};
     }
-    return {answer};
 }
 
 void repairInterruptedWork(const WorkJournal &journal)

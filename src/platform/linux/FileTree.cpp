@@ -3,6 +3,8 @@
 
 #include "platform/linux/FileTree.h"
 
+#include "foundation/Log.h"
+#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/SafePath.h"
 
 #include <algorithm>
@@ -162,19 +164,79 @@ FileDescriptor openEntry(int folder, const QByteArray &name)
     return FileDescriptor(::openat(folder, name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
 }
 
-} // namespace
-
-bool removeContents(int folder, QByteArray *where)
-{
-    const auto entries = safepath::names(folder);
-    if (!entries) {
-        return failAt(where, QByteArray());
+/// Bounded, since whoever owns a tree decides how large and how broken it is.
+class AttributeWalk final {
+public:
+    explicit AttributeWalk(const Attributes &attributes)
+        : m_attributes(attributes)
+    {
     }
-    return std::ranges::all_of(
-        *entries, [folder, where](const QByteArray &entry) { return remove(folder, entry, where); });
-}
 
-bool remove(int folder, const QByteArray &name, QByteArray *where)
+    void visit(int folder, const QByteArray &name, int depth)
+    {
+        const qsizetype around = m_path.size();
+        m_path += around == 0 ? name : '/' + name;
+        const FileDescriptor entry = openEntry(folder, name);
+        struct stat facts { };
+        const Change change = entry ? changeOpened(entry.get(), m_attributes, &facts) : Change::Missing;
+        if (change != Change::Done) {
+            note(change);
+        }
+        if (change != Change::Missing && S_ISDIR(facts.st_mode)) {
+            visitContents(entry.get(), depth + 1);
+        }
+        m_path.truncate(around);
+    }
+
+    [[nodiscard]] QList<Unchanged> takeUnchanged()
+    {
+        if (m_more > 0) {
+            logLine(QStringLiteral("Attributes of %1 more items did not change").arg(m_more));
+        }
+        return std::move(m_unchanged);
+    }
+
+private:
+    void visitContents(int folder, int depth)
+    {
+        const auto inside = safepath::names(folder, m_left + 1);
+        if (!inside || (depth > maximumDepth && !inside->isEmpty()) || inside->size() > m_left) {
+            note(Change::Failed);
+            return;
+        }
+        m_left -= inside->size();
+        for (const QByteArray &name : *inside) {
+            visit(folder, name, depth);
+        }
+    }
+
+    /// Names some, and counts the others.
+    void note(Change change)
+    {
+        m_room -= m_path.size();
+        if (m_unchanged.size() < mostNamed && m_room >= 0) {
+            m_unchanged.append({m_path, change});
+        } else {
+            ++m_more;
+        }
+    }
+
+    static constexpr int maximumDepth = 64; // that of archives
+    static constexpr qsizetype mostEntries = 50'000;
+    static constexpr qsizetype mostNamed = 20;
+    static constexpr qsizetype roomForNames = qsizetype(16) * 1024;
+
+    Attributes m_attributes;
+    QByteArray m_path;
+    QList<Unchanged> m_unchanged;
+    qsizetype m_left = mostEntries;
+    qsizetype m_room = roomForNames;
+    qsizetype m_more = 0;
+};
+
+/// Removes an entry, and first what @p empty finds in it when it is a folder.
+template <typename Empty>
+bool removeEntry(int folder, const QByteArray &name, QByteArray *where, const Empty &empty)
 {
     if (::unlinkat(folder, name.constData(), 0) == 0) {
         return true;
@@ -188,10 +250,83 @@ bool remove(int folder, const QByteArray &name, QByteArray *where)
     if (!opened) {
         return failAt(where, name);
     }
-    if (!removeContents(opened.get(), where)) {
+    if (!empty(opened.get())) {
         return failAt(where, where->isEmpty() ? name : below(name, *where));
     }
     return ::unlinkat(folder, name.constData(), AT_REMOVEDIR) == 0 || failAt(where, name);
+}
+
+/// Removes what is in a folder. Every level on the way is held open, so whatever lies deeper than some is
+/// moved up first: else the owner of a tree could use up the descriptors of the process.
+class Removal final {
+public:
+    explicit Removal(int top)
+        : m_top(top)
+    {
+    }
+
+    [[nodiscard]] bool run(QByteArray *where)
+    {
+        // Bounded, as somebody may go on putting more into it.
+        for (int pass = 0; pass < mostPasses; ++pass) {
+            const int before = m_moved;
+            if (!empty(m_top, 0, where)) {
+                return false;
+            }
+            if (m_moved == before) {
+                return true;
+            }
+        }
+        return failAt(where, QByteArray()) || failWith(ENOTEMPTY);
+    }
+
+private:
+    [[nodiscard]] bool empty(int folder, int depth, QByteArray *where)
+    {
+        const auto entries = safepath::names(folder);
+        if (!entries) {
+            return failAt(where, QByteArray());
+        }
+        return std::ranges::all_of(*entries, [&](const QByteArray &entry) {
+            return removeEntry(folder, entry, where, [&](int opened) {
+                return depth < levels ? empty(opened, depth + 1, where) : raise(opened, where);
+            });
+        });
+    }
+
+    [[nodiscard]] bool raise(int folder, QByteArray *where)
+    {
+        const auto entries = safepath::names(folder);
+        if (!entries) {
+            return failAt(where, QByteArray());
+        }
+        return std::ranges::all_of(*entries, [&](const QByteArray &entry) {
+            bool moved = false;
+            do {
+                const QByteArray fresh = ".tolvane-deep-" + QByteArray::number(++m_moved);
+                moved = safepath::renameExclusively(folder, entry, m_top, fresh);
+            } while (!moved && errno == EEXIST); // an earlier removal was cut short
+            return moved || failAt(where, entry);
+        });
+    }
+
+    static constexpr int levels = 64;
+    static constexpr int mostPasses = 1000;
+
+    int m_top;
+    int m_moved = 0;
+};
+
+} // namespace
+
+bool removeContents(int folder, QByteArray *where)
+{
+    return Removal(folder).run(where);
+}
+
+bool remove(int folder, const QByteArray &name, QByteArray *where)
+{
+    return removeEntry(folder, name, where, [where](int opened) { return removeContents(opened, where); });
 }
 
 bool copy(
@@ -211,24 +346,11 @@ Change addAttributes(int folder, const QByteArray &name, const Attributes &attri
     return entry ? changeOpened(entry.get(), attributes, &facts) : Change::Missing;
 }
 
-void addAttributesToTree(int folder, const QByteArray &name, const Attributes &attributes,
-    const std::function<void(const QByteArray &, Change, int)> &failed)
+QList<Unchanged> addAttributesToTree(int folder, const QByteArray &name, const Attributes &attributes)
 {
-    const FileDescriptor entry = openEntry(folder, name);
-    struct stat facts { };
-    const Change change = entry ? changeOpened(entry.get(), attributes, &facts) : Change::Missing;
-    if (change != Change::Done) {
-        failed(name, change, errno);
-    }
-    if (change == Change::Missing || !S_ISDIR(facts.st_mode)) {
-        return;
-    }
-    for (const QByteArray &inside : safepath::names(entry.get()).value_or(QByteArrayList())) {
-        addAttributesToTree(
-            entry.get(), inside, attributes, [&](const QByteArray &where, Change result, int code) {
-                failed(below(name, where), result, code);
-            });
-    }
+    AttributeWalk walk(attributes);
+    walk.visit(folder, name, 0);
+    return walk.takeUnchanged();
 }
 
 } // namespace brevok::filetree

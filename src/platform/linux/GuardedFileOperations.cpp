@@ -128,22 +128,22 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::openSource(
     return source;
 }
 
-bool GuardedFileOperations::takeSource(const QString &scratch, ErrorSlot error)
+bool GuardedFileOperations::takeSource(Source &source, const QString &scratch, ErrorSlot error)
 {
     struct stat facts { };
     FileDescriptor copy;
-    if (::fstat(m_source.file.get(), &facts) == 0) {
-        m_source.reservation = reserveMemory(facts.st_size);
-        copy = guardedpath::privateCopy(m_source.file.get(), facts.st_size,
-            m_source.reservation ? QByteArray() : QFile::encodeName(scratch));
+    if (::fstat(source.file.get(), &facts) == 0) {
+        source.reservation = reserveMemory(facts.st_size);
+        copy = guardedpath::privateCopy(
+            source.file.get(), facts.st_size, source.reservation ? QByteArray() : QFile::encodeName(scratch));
     }
-    if (copy && !m_source.digest.isEmpty() && digestOf(copy.get(), facts.st_size) != m_source.digest) {
+    if (copy && !source.digest.isEmpty() && digestOf(copy.get(), facts.st_size) != source.digest) {
         copy.close();
         errno = ESTALE;
     }
-    m_source.file = std::move(copy);
-    return m_source.file
-        || fail(error, Texts::tr("Could not take the file \"%1\"").arg(m_source.path), m_source.path, errno);
+    source.file = std::move(copy);
+    return source.file
+        || fail(error, Texts::tr("Could not take the file \"%1\"").arg(source.path), source.path, errno);
 }
 
 ExtractionTerms GuardedFileOperations::terms() const
@@ -312,11 +312,11 @@ QList<FileOperations::AttributeFailure> GuardedFileOperations::addPermissionsAnd
         return {{path, true}};
     }
     QList<AttributeFailure> failures;
-    filetree::addAttributesToTree(place.folder.get(), place.name, {permissions, user, true},
-        [&](const QByteArray &where, filetree::Change change, int) {
-            failures.append({path + QFile::decodeName(where.mid(place.name.size())),
-                change == filetree::Change::Missing});
-        });
+    for (const filetree::Unchanged &entry :
+        filetree::addAttributesToTree(place.folder.get(), place.name, {permissions, user, true})) {
+        failures.append({path + QFile::decodeName(entry.path.mid(place.name.size())),
+            entry.change == filetree::Change::Missing});
+    }
     return failures;
 }
 

@@ -41,9 +41,9 @@ public:
     /// costs neither disk nor memory. @return nothing with the reason in @p error
     [[nodiscard]] static std::optional<Source> openSource(
         const QString &path, uid_t caller, qint64 longest, Bytes bytes, ErrorSlot error);
-    /// Copies the bytes of the source to memory, or to a file without a name in @p scratch: from then on
-    /// nobody can change them. They come first. @return false with the reason in @p error
-    [[nodiscard]] bool takeSource(const QString &scratch, ErrorSlot error);
+    /// Copies the bytes of @p source to memory, or to a file without a name in @p scratch: from then on
+    /// nobody else can change them, and it may be installed. @return false with the reason in @p error
+    [[nodiscard]] static bool takeSource(Source &source, const QString &scratch, ErrorSlot error);
     /// Whether the source, an archive, holds the target alone and nothing that unpacking refuses.
     [[nodiscard]] bool judgeArchive(ErrorSlot error) const;
     /// Ends what a killed process left of work on @p target.

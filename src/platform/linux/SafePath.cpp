@@ -97,7 +97,7 @@ FileDescriptor openBeneath(int folder, const QByteArray &path, int flags, mode_t
     return FileDescriptor(static_cast<int>(descriptor));
 }
 
-std::optional<QByteArrayList> names(int folder)
+std::optional<QByteArrayList> names(int folder, qsizetype most)
 {
     // A descriptor of its own: reading moves the folder's position.
     FileDescriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -115,7 +115,7 @@ std::optional<QByteArrayList> names(int folder)
     // Nothing else tells the end from a failure.
     const int before = std::exchange(errno, 0);
     // NOLINTNEXTLINE(concurrency-mt-unsafe): safe on a stream that nobody else reads
-    while (const dirent *entry = ::readdir(stream.get())) {
+    while (const dirent *entry = result.size() < most ? ::readdir(stream.get()) : nullptr) {
         const QByteArray name(static_cast<const char *>(entry->d_name));
         if (name != "." && name != "..") {
             result.append(name);

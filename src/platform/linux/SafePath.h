@@ -7,6 +7,7 @@
 
 #include <QByteArrayList>
 
+#include <limits>
 #include <optional>
 
 #include <sys/types.h>
@@ -29,8 +30,9 @@ struct SplitPath {
 /// Opens @p path beneath @p folder. A link in any component, the last one too, and ".." are refused.
 /// Descriptors are closed on exec.
 [[nodiscard]] FileDescriptor openBeneath(int folder, const QByteArray &path, int flags, mode_t mode = 0);
-/// The names in a folder, sorted; nothing when it cannot be read.
-[[nodiscard]] std::optional<QByteArrayList> names(int folder);
+/// The names in a folder, sorted, or @p most of them; nothing when it cannot be read.
+[[nodiscard]] std::optional<QByteArrayList> names(
+    int folder, qsizetype most = std::numeric_limits<int>::max());
 /// Renames an entry to a name that nothing may bear yet.
 [[nodiscard]] bool renameExclusively(
     int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to);

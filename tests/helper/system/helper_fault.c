@@ -3,10 +3,11 @@
 
 // Preloaded into the helper: counts the calls that change files while there is a file FAULT_WHEN, and makes
 // the one numbered FAULT_AT the process's last (FAULT=kill) or one that finds the disk full (FAULT=full). It
-// removes that file when it strikes. With ATTACK_DECOY it swaps each hidden folder, as soon as that is made,
-// for the one of this name beside it, and each link for the file ATTACK_SECRET; with ATTACK_PIPE, the file
-// "swapped" for that pipe when it has been looked at. All that is what the owner of the folder could do at
-// that moment.
+// removes that file when it strikes.
+// Does what the owner of a folder could do at the worst moment: with ATTACK_DECOY it swaps each hidden
+// folder, as soon as that is made, for the one of this name beside it, and each link for the file
+// ATTACK_SECRET; with ATTACK_PIPE, the file "swapped" for that pipe when it has been looked at. While there
+// is a file STALL_WHILE, folders of its owner stand still.
 
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -76,8 +77,19 @@ int syncfs(int file)
     return fault(1) ? -1 : REAL(syncfs, int (*)(int))(file);
 }
 
+static void stall(int folder)
+{
+    struct stat facts;
+    struct stat whose;
+    while (getenv("STALL_WHILE") != NULL && stat(getenv("STALL_WHILE"), &whose) == 0
+        && fstat(folder, &facts) == 0 && facts.st_uid == whose.st_uid) {
+        usleep(10000);
+    }
+}
+
 int mkdirat(int folder, const char *name, mode_t mode)
 {
+    stall(folder);
     const int result = fault(1) ? -1 : REAL(mkdirat, int (*)(int, const char *, mode_t))(folder, name, mode);
     if (result == 0 && name[0] == '.' && getenv("ATTACK_DECOY") != NULL) {
         syscall(SYS_renameat2, folder, name, folder, getenv("ATTACK_DECOY"), RENAME_EXCHANGE);

@@ -3,11 +3,14 @@
 than is good for it, and leaves. Whatever he does, what is not his stays so, and the others are served."""
 import json
 import os
+import pathlib
+import re
+import subprocess
 import sys
 import unittest
 
 import rig as rigs
-from rig import ALLOWED, ASKED
+from rig import ALLOWED, ASKED, OTHER
 
 class AttackTest(unittest.TestCase):
     def setUp(self):
@@ -58,9 +61,90 @@ class AttackTest(unittest.TestCase):
         found = [path for path in folder.rglob("*") if path.is_file() and path.read_text() == "root's"]
         self.assertEqual([(path, os.stat(path).st_uid) for path in found], [(secret, 0)])
 
+    def asked(self):
+        caller = self.rig.caller(ASKED)
+        caller.do("agent")
+        return caller
+
+    def test_callers_who_leave_at_once(self):
+        asked = self.asked()
+        self.caller.do("visit", times=300)
+        stats = self.rig.root_call("--dest=org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.Debug.Stats"
+                                   ".GetConnectionStats", "string:com.tolvane.brevok.HelperTool").stdout
+        self.assertLess(int(re.search(r"MatchRules\D*32 (\d+)", stats)[1]), 10)
+        # One who leaves later is still noticed.
+        elsewhere = asked.do("connect")["result"][0]
+        asked.begin_install(self.rig.archive(ASKED), self.rig.application(), connection=elsewhere)
+        cookie = asked.event("question")["cookie"]
+        asked.do("disconnect", connection=elsewhere)
+        self.assertEqual(asked.event("cancelled")["cookie"], cookie)
+
+    def test_a_tree_without_end(self):
+        target = self.folder(self.home / "Tolvane") / "A.InDesignPlugin"
+        deep = 700
+        subprocess.run(["python3", "-c", "import os, sys\nos.mkdir(sys.argv[1]); os.chdir(sys.argv[1])\n"
+                        "for i in range(60000): os.mkfifo(f'{i:05}' + 'x' * 150)\n"
+                        f"for i in range({deep}): os.mkdir('y' * 200); os.chdir('y' * 200); os.mkfifo('pipe')",
+                        target], user=ALLOWED, group=65534, extra_groups=[], check=True)
+        self.addCleanup(subprocess.run, ["rm", "-rf", target], check=True)
+        self.caller.call("Version")
+        process = pathlib.Path(f"/proc/{self.rig.helper_process()}")
+
+        def peak():
+            return int(re.search(r"VmHWM:\s+(\d+)", (process / "status").read_text())[1])
+        for work in ("wide", "deep"):
+            before, lines = peak(), self.rig.log_text()
+            self.assertEqual(self.caller.call("SetUID", "uusb", ALLOWED, 0o600, str(target), True)["result"], [])
+            said = self.rig.log_text()[len(lines):]
+            self.assertLess(peak() - before, 32 * 1024)
+            self.assertLess(len(said), 256 * 1024)
+            self.assertRegex(said, f"Attributes change failed for: {target}")
+            self.assertEqual(said.count("more items did not change"), work == "deep")
+            subprocess.run(["find", target, "-maxdepth", "1", "-name", "[01]*", "-delete"], check=True)
+
+    def test_what_others_keep_to_themselves(self):
+        private = self.folder(self.rig.home(OTHER) / "private", OTHER)
+        target = self.folder(self.folder(private / "Tolvane", OTHER) / "A.InDesignPlugin", OTHER)
+        missing = target.with_name("B.InDesignPlugin")
+        roots = self.rig.application()
+        roots.mkdir(parents=True)
+        roots.parent.chmod(0o700)  # the helper is there to look into these
+        other, tests = self.rig.caller(OTHER), [f"{test}AtPath" for test in (
+            "FileExists", "IsReadableFile", "IsWritableFile", "IsExecutableFile", "IsDeletableFile")]
+
+        def seen(caller, path):
+            return {caller.call(test, "s", str(path))["result"][0] for test in tests}
+        for group, mode, visible in ((0, 0o770, False), (0, 0o701, True), (0, 0o706, False),
+                                     (65534, 0o710, True), (65534, 0o707, False)):
+            os.chown(private, OTHER, group)
+            private.chmod(mode)
+            self.assertEqual(seen(self.caller, target), {visible}, (group, oct(mode)))
+            self.assertEqual(seen(other, target), {True})
+            self.assertEqual(seen(self.caller, missing) | seen(other, missing), {False})
+        self.assertEqual(self.caller.call("FileExistsAtPathIsDirectory", "s", str(target))["result"], [False, False])
+        self.assertEqual(seen(self.caller, roots), {True})
+
+    def test_work_that_does_not_end(self):
+        """Somebody's file system stands still."""
+        stalled, home = self.rig.root / "stalled", self.rig.home(OTHER)
+        stalled.touch()
+        os.chown(stalled, OTHER, -1)
+        self.rig.end_helper()
+        self.rig.serve_by({"LD_PRELOAD": FAULT, "STALL_WHILE": stalled})
+        other, source, numbers = self.rig.caller(OTHER), self.rig.archive(OTHER), []
+        for i in range(40):
+            connection = other.do("connect")["result"][0]
+            folder = self.folder(self.folder(home / f"{i}", OTHER) / "Tolvane", OTHER)
+            numbers.append(other.begin_install(source, folder / "A.InDesignPlugin", connection=connection))
+        try:
+            self.assertTrue(self.caller.install(self.rig.archive(), self.rig.application())["result"][0])
+        finally:
+            stalled.unlink()
+        for number in numbers:
+            self.assertTrue(other.wait(number)["result"][0])
+
     def test_sources_cost_nothing_before_the_answer(self):
-        asked = self.rig.caller(ASKED)
-        asked.do("agent")
+        asked = self.asked()
         target = self.rig.application()
         for i in range(3):
             source = self.rig.home(ASKED) / f"sparse-{i}.zip"

@@ -124,24 +124,60 @@ class AttackTest(unittest.TestCase):
         self.assertEqual(self.caller.call("FileExistsAtPathIsDirectory", "s", str(target))["result"], [False, False])
         self.assertEqual(seen(self.caller, roots), {True})
 
-    def test_work_that_does_not_end(self):
-        """Somebody's file system stands still."""
-        stalled, home = self.rig.root / "stalled", self.rig.home(OTHER)
-        stalled.touch()
-        os.chown(stalled, OTHER, -1)
+    def stalled(self, count, perConnection):
+        """So many requests of OTHER's that wait for his file system, which stands still."""
+        when = self.rig.root / "stalled"
+        when.touch()
+        os.chown(when, OTHER, -1)
+        self.addCleanup(when.unlink, missing_ok=True)
         self.rig.end_helper()
-        self.rig.serve_by({"LD_PRELOAD": FAULT, "STALL_WHILE": stalled})
+        self.rig.serve_by({"LD_PRELOAD": FAULT, "STALL_WHILE": when})
         other, source, numbers = self.rig.caller(OTHER), self.rig.archive(OTHER), []
-        for i in range(40):
-            connection = other.do("connect")["result"][0]
-            folder = self.folder(self.folder(home / f"{i}", OTHER) / "Tolvane", OTHER)
+        for i in range(count):
+            folder = self.folder(self.folder(self.rig.home(OTHER) / f"{i}", OTHER) / "Tolvane", OTHER)
+            connection = i // perConnection
+            if i % perConnection == 0 and i > 0:
+                self.reached(other, connection - 1)
+                other.do("connect")
             numbers.append(other.begin_install(source, folder / "A.InDesignPlugin", connection=connection))
-        try:
-            self.assertTrue(self.caller.install(self.rig.archive(), self.rig.application())["result"][0])
-        finally:
-            stalled.unlink()
+        self.reached(other, connection)
+        return when, other, numbers
+
+    def reached(self, caller, connection):
+        """When this is answered, the helper has what came before it."""
+        self.assertEqual(caller.call("Version", connection=connection)["result"], [15])
+
+    def test_work_that_does_not_end(self):
+        when, other, numbers = self.stalled(40, 8)
+        self.assertTrue(self.caller.install(self.rig.archive(), self.rig.application())["result"][0])
+        when.unlink()
         for number in numbers:
             self.assertTrue(other.wait(number)["result"][0])
+
+    def test_too_many_requests(self):
+        limited, path = "org.freedesktop.DBus.Error.LimitsExceeded", "/Tolvane/A.InDesignPlugin"
+        when, other, numbers = self.stalled(64, 8)
+        for connection, what in ((0, "this connection"), (other.do("connect")["result"][0], "this user")):
+            answer = other.call("FileExistsAtPath", "s", path, connection=connection)
+            self.assertEqual(answer.get("error"), limited)
+            self.assertIn(f"too many requests of {what} are open", self.rig.log_text())
+        self.assertEqual(self.caller.call("FileExistsAtPath", "s", path)["result"], [False])
+        self.assertFalse(any(map(other.answered, numbers)))
+        when.unlink()
+        for number in numbers:
+            self.assertTrue(other.wait(number)["result"][0])
+        self.assertEqual(other.call("FileExistsAtPath", "s", path)["result"], [False])
+
+    def test_the_same_path_twice(self):
+        when, other, (first,) = self.stalled(1, 8)
+        target = self.rig.home(OTHER) / "0" / "Tolvane" / "A.InDesignPlugin"
+        again = [other.install(self.rig.archive(OTHER, file="again.zip"), target),
+                 other.call("RemoveItemAtPath", "s", str(target)),
+                 other.call("SetUID", "uusb", OTHER, 0o600, str(target), True)]
+        self.assertEqual({answer.get("error") for answer in again}, {"org.freedesktop.DBus.Error.AccessDenied"})
+        self.assertEqual(self.rig.log_text().count("for the same path is open"), 3)
+        when.unlink()
+        self.assertTrue(other.wait(first)["result"][0])
 
     def test_sources_cost_nothing_before_the_answer(self):
         asked = self.asked()

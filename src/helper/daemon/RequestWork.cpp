@@ -77,16 +77,19 @@ WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFile
             }};
 }
 
-WorkDone remove(const HelperRequest &request, GuardedFileOperations &files, const WorkJournal &journal)
+WorkDone remove(const HelperRequest &request, const std::shared_ptr<GuardedFileOperations> &files,
+    const WorkJournal &journal)
 {
     // On a full disk nothing is remembered, and removing still helps.
     const QString entry = journal.begin(request.target, true, false);
     std::optional<BrevokError> error;
-    const bool removed = BrevokInstaller(files).removeItemAtPath(request.target, &error);
-    if (!entry.isEmpty()) {
-        journal.end(entry);
-    }
-    return {answerOf(removed, error)};
+    const bool removed = BrevokInstaller(*files).removeItemAtPath(request.target, &error);
+    return {answerOf(removed, error), [files, journal, entry] {
+                files->finish();
+                if (!entry.isEmpty()) {
+                    journal.end(entry);
+                }
+            }};
 }
 
 /// Nobody is asked before these, so they tell nobody what he could not see himself.
@@ -143,7 +146,7 @@ WorkDone carryOut(const HelperRequest &request, const UserRights &caller, const 
     case Operation::Install:
         return install(request, files, journal);
     case Operation::Remove:
-        return remove(request, *files, journal);
+        return remove(request, files, journal);
     case Operation::SetAttributes:
         BrevokInstaller(*files).setUID(request.user, request.permissions, request.target, request.recursive);
         return {};

@@ -179,8 +179,8 @@ void GuardedFileOperations::finish()
     if (!place) {
         return;
     }
-    if (m_placed && !safepath::sync(place.folder.get())) {
-        logLine(u"what was installed could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
+    if (m_placed ? !safepath::sync(place.folder.get()) : ::fsync(place.folder.get()) != 0) {
+        logLine(u"what was done could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
     }
     if (!replaceditem::discard(place.folder.get(), place.name)) {
         logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));

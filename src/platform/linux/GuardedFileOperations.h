@@ -49,7 +49,8 @@ public:
     /// Ends what a killed process left of work on @p target.
     [[nodiscard]] static replaceditem::Repair repair(
         const QString &target, const replaceditem::Interrupted &what);
-    /// After an install was answered: brings the target to the disk and deletes what it replaced.
+    /// After an install or a removal was answered: brings what became of the target to the disk and deletes
+    /// what it replaced.
     void finish();
 
     [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;

@@ -19,7 +19,7 @@ def unsynced(calls):
     for what, *paths in [*(call.split(" ") for call in calls), ["end", ""]]:
         yield what, paths, set(names)
         if what in ("write", "make"):
-            names.add(paths[0])
+            names.update((paths[0], os.path.dirname(paths[0])))
         elif what in ("sync", "remove"):
             names.discard(paths[0])
         elif what == "syncfs":

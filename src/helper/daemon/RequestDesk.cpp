@@ -25,8 +25,6 @@ constexpr auto busPath = "/org/freedesktop/DBus"_L1;
 constexpr int openPerConnection = 8;
 constexpr int openPerUser = 64;
 constexpr int questionsPerUser = 4; ///< more than anybody can answer at once
-/// A part of the threads: what a user makes hang, on a file system of his own, keeps nobody else waiting.
-constexpr int threadsPerUser = 4;
 constexpr quint32 plainPermissions = 0777;
 
 /// A caller's text as one harmless piece of a log line.
@@ -56,6 +54,31 @@ RequestDesk::RequestDesk(QDBusConnection bus, const QString &stateFolder, QObjec
 }
 
 RequestDesk::~RequestDesk() = default;
+
+// In the background: a folder of somebody's may hang.
+void RequestDesk::repair()
+{
+    QHash<QString, QList<WorkJournal::Entry>> folders;
+    const QList<WorkJournal::Entry> entries = m_journal.entries();
+    for (const WorkJournal::Entry &entry : entries) {
+        folders[deletingLastPathComponent(entry.target)].append(entry);
+    }
+    for (auto folder = folders.cbegin(); folder != folders.cend(); ++folder) {
+        ++m_unfinished;
+        m_folders.enter(folder.key(), [this, name = folder.key(), left = folder.value()] {
+            inWorker(
+                [left, journal = m_journal] {
+                    for (const WorkJournal::Entry &entry : left) {
+                        repairInterruptedWork(journal, entry);
+                    }
+                },
+                [this, name] {
+                    m_folders.leave(name);
+                    restDone();
+                });
+        });
+    }
+}
 
 void RequestDesk::take(const HelperRequestPtr &request, Done done)
 {
@@ -192,13 +215,13 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
 /// anyway.
 void RequestDesk::openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
-    enter(open->caller.user, [this, open, verdict] {
+    m_users.enter(open->caller.user, [this, open, verdict] {
         const auto answer = std::make_shared<HelperAnswer>();
         const auto source = std::make_shared<SourcePtr>();
         inWorker([request = open->request, user = open->caller.user, isAsked = open->asks, answer,
                      source] { *source = brevok::openSource(*request, user, isAsked, answer.get()); },
             [this, open, verdict, answer, source] {
-                leave(open->caller.user);
+                m_users.leave(open->caller.user);
                 if (!m_open.contains(open)) {
                     return;
                 }
@@ -224,7 +247,7 @@ void RequestDesk::sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict ver
 void RequestDesk::start(const OpenPtr &open)
 {
     open->running = open->request->changesFiles();
-    enter(open->caller.user, [this, open] {
+    m_users.enter(open->caller.user, [this, open] {
         if (open->source) {
             takeSource(open);
         } else {
@@ -242,28 +265,20 @@ void RequestDesk::takeSource(const OpenPtr &open)
         [this, open, answer] {
             if (*answer) {
                 settle(open, **answer);
-                leave(open->caller.user);
+                m_users.leave(open->caller.user);
             } else {
                 claimFolder(open);
             }
         });
 }
 
-/// Work in one folder goes on one after the other.
 void RequestDesk::claimFolder(const OpenPtr &open)
 {
-    if (!open->running) {
+    if (open->running) {
+        m_folders.enter(deletingLastPathComponent(open->request->target), [this, open] { run(open); });
+    } else {
         run(open);
-        return;
     }
-    const QString folder = deletingLastPathComponent(open->request->target);
-    const auto busy = m_folders.find(folder);
-    if (busy != m_folders.end()) {
-        busy->append(open);
-        return;
-    }
-    m_folders.insert(folder, {});
-    run(open);
 }
 
 void RequestDesk::run(const OpenPtr &open)
@@ -288,15 +303,15 @@ void RequestDesk::ran(const OpenPtr &open, const WorkDone &done)
 
 void RequestDesk::finished(const OpenPtr &open)
 {
-    const auto waiting = m_folders.find(deletingLastPathComponent(open->request->target));
-    if (open->running && waiting != m_folders.end()) {
-        if (waiting->isEmpty()) {
-            m_folders.erase(waiting);
-        } else {
-            run(waiting->takeFirst());
-        }
+    if (open->running) {
+        m_folders.leave(deletingLastPathComponent(open->request->target));
     }
-    leave(open->caller.user);
+    m_users.leave(open->caller.user);
+    restDone();
+}
+
+void RequestDesk::restDone()
+{
     if (--m_unfinished == 0 && m_open.isEmpty()) {
         Q_EMIT becameIdle();
     }
@@ -308,28 +323,6 @@ void RequestDesk::inWorker(Task work, Task then)
         work();
         onMain(this, then);
     });
-}
-
-void RequestDesk::enter(quint32 user, Task work)
-{
-    Share &share = m_shares[user];
-    if (share.taken == threadsPerUser) {
-        share.waiting.append(std::move(work));
-        return;
-    }
-    ++share.taken;
-    work();
-}
-
-void RequestDesk::leave(quint32 user)
-{
-    Share &share = m_shares[user];
-    if (!share.waiting.isEmpty()) {
-        const Task next = share.waiting.takeFirst();
-        next();
-    } else if (--share.taken == 0) {
-        m_shares.remove(user);
-    }
 }
 
 void RequestDesk::refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason)

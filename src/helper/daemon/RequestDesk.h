@@ -6,6 +6,7 @@
 #include "daemon/HelperRequest.h"
 #include "daemon/PolkitAuthority.h"
 #include "daemon/RequestWork.h"
+#include "daemon/Turns.h"
 #include "foundation/Tasks.h"
 
 #include <QSet>
@@ -28,6 +29,9 @@ public:
     RequestDesk(QDBusConnection bus, const QString &stateFolder, QObject *parent = nullptr);
     ~RequestDesk() override;
 
+    /// Ends what a killed process left; in those folders nothing else is done until then. Before the first
+    /// request.
+    void repair();
     /// @p done is called once, later; not at all when the caller has left by then.
     void take(const HelperRequestPtr &request, Done done);
     [[nodiscard]] bool isIdle() const { return m_open.isEmpty() && m_unfinished == 0; }
@@ -66,13 +70,11 @@ private:
     void run(const OpenPtr &open);
     void ran(const OpenPtr &open, const WorkDone &done);
     void finished(const OpenPtr &open);
+    void restDone();
     void refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason);
     void settle(const OpenPtr &open, const HelperAnswer &answer);
     void forget(const OpenPtr &open);
     void inWorker(Task work, Task then);
-    /// Runs @p work, which takes a thread at a time until leave(), when the user's part of them allows.
-    void enter(quint32 user, Task work);
-    void leave(quint32 user);
 
     QDBusConnection m_bus;
     WorkJournal m_journal;
@@ -80,13 +82,10 @@ private:
     QHash<QString, UserRights> m_callers; ///< those that were asked after and are still there
     QSet<OpenPtr> m_open;
     int m_unfinished = 0; ///< answered requests whose rest is being done
-    /// A user's part of the threads, and what waits for it.
-    struct Share {
-        int taken = 0;
-        QList<Task> waiting{};
-    };
-    QHash<quint32, Share> m_shares;
-    QHash<QString, QList<OpenPtr>> m_folders; ///< where work goes on, and who waits for its end
+    /// A user has a part of the threads: what he makes hang, on a file system of his own, keeps nobody else
+    /// waiting.
+    Turns<quint32> m_users{4};
+    Turns<QString> m_folders{1}; ///< work in one folder goes on one after the other
 };
 
 } // namespace brevok

@@ -155,25 +155,22 @@ WorkDone carryOut(const HelperRequest &request, const UserRights &caller, const 
     }
 }
 
-void repairInterruptedWork(const WorkJournal &journal)
+void repairInterruptedWork(const WorkJournal &journal, const WorkJournal::Entry &entry)
 {
-    const QList<WorkJournal::Entry> entries = journal.entries();
-    for (const WorkJournal::Entry &entry : entries) {
-        if (const std::optional<QString> target = targetPath(entry.target)) {
-            switch (GuardedFileOperations::repair(*target, {entry.removal, entry.fresh, entry.rebooted})) {
-            case replaceditem::Repair::NothingToDo:
-                logLine(u"interrupted work had left nothing: %1"_s.arg(*target));
-                break;
-            case replaceditem::Repair::Cleaned:
-                logLine(u"removed what interrupted work had left: %1"_s.arg(*target));
-                break;
-            case replaceditem::Repair::Restored:
-                logLine(u"brought back what interrupted work had replaced: %1"_s.arg(*target));
-                break;
-            }
+    if (const std::optional<QString> target = targetPath(entry.target)) {
+        switch (GuardedFileOperations::repair(*target, {entry.removal, entry.fresh, entry.rebooted})) {
+        case replaceditem::Repair::NothingToDo:
+            logLine(u"interrupted work had left nothing: %1"_s.arg(*target));
+            break;
+        case replaceditem::Repair::Cleaned:
+            logLine(u"removed what interrupted work had left: %1"_s.arg(*target));
+            break;
+        case replaceditem::Repair::Restored:
+            logLine(u"brought back what interrupted work had replaced: %1"_s.arg(*target));
+            break;
         }
-        journal.end(entry.id);
     }
+    journal.end(entry.id);
 }
 
 } // namespace brevok

@@ -34,7 +34,7 @@ struct WorkDone {
 [[nodiscard]] WorkDone carryOut(const HelperRequest &request, const UserRights &caller,
     const SourcePtr &source, const WorkJournal &journal);
 
-/// Ends what a killed process left, one log line for each item that was touched. Blocks.
-void repairInterruptedWork(const WorkJournal &journal);
+/// Ends what a killed process left of a piece of work, and says so in the log. Blocks.
+void repairInterruptedWork(const WorkJournal &journal, const WorkJournal::Entry &entry);
 
 } // namespace brevok

@@ -50,6 +50,16 @@ static int regular(int file)
 
 #define REAL(name, type) ((type)dlsym(RTLD_NEXT, #name))
 
+static void stall(int folder)
+{
+    struct stat facts;
+    struct stat whose;
+    while (getenv("STALL_WHILE") != NULL && stat(getenv("STALL_WHILE"), &whose) == 0
+        && fstat(folder, &facts) == 0 && facts.st_uid == whose.st_uid) {
+        usleep(10000);
+    }
+}
+
 ssize_t write(int file, const void *bytes, size_t size)
 {
     return file > 2 && regular(file) && fault(1)
@@ -75,16 +85,6 @@ int fsync(int file)
 int syncfs(int file)
 {
     return fault(1) ? -1 : REAL(syncfs, int (*)(int))(file);
-}
-
-static void stall(int folder)
-{
-    struct stat facts;
-    struct stat whose;
-    while (getenv("STALL_WHILE") != NULL && stat(getenv("STALL_WHILE"), &whose) == 0
-        && fstat(folder, &facts) == 0 && facts.st_uid == whose.st_uid) {
-        usleep(10000);
-    }
 }
 
 int mkdirat(int folder, const char *name, mode_t mode)
@@ -125,6 +125,7 @@ int renameat(int from, const char *name, int to, const char *other)
 
 int renameat2(int from, const char *name, int to, const char *other, unsigned flags)
 {
+    stall(from);
     return fault(1) ? -1
                     : REAL(renameat2, int (*)(int, const char *, int, const char *, unsigned))(
                         from, name, to, other, flags);

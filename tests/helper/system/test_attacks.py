@@ -124,14 +124,19 @@ class AttackTest(unittest.TestCase):
         self.assertEqual(self.caller.call("FileExistsAtPathIsDirectory", "s", str(target))["result"], [False, False])
         self.assertEqual(seen(self.caller, roots), {True})
 
-    def stalled(self, count, perConnection):
-        """So many requests of OTHER's that wait for his file system, which stands still."""
+    def stall(self):
+        """OTHER's folders stand still as long as there is the file."""
         when = self.rig.root / "stalled"
         when.touch()
         os.chown(when, OTHER, -1)
         self.addCleanup(when.unlink, missing_ok=True)
         self.rig.end_helper()
         self.rig.serve_by({"LD_PRELOAD": FAULT, "STALL_WHILE": when})
+        return when
+
+    def stalled(self, count, perConnection):
+        """So many requests of OTHER's that wait for his folders."""
+        when = self.stall()
         other, source, numbers = self.rig.caller(OTHER), self.rig.archive(OTHER), []
         for i in range(count):
             folder = self.folder(self.folder(self.rig.home(OTHER) / f"{i}", OTHER) / "Tolvane", OTHER)
@@ -153,6 +158,20 @@ class AttackTest(unittest.TestCase):
         when.unlink()
         for number in numbers:
             self.assertTrue(other.wait(number)["result"][0])
+
+    def test_repair_that_does_not_end(self):
+        self.caller.call("Version")
+        folder = self.folder(self.rig.home(OTHER) / "Tolvane", OTHER)
+        self.folder(folder / ".tolvane-replaced-A.InDesignPlugin", OTHER)
+        (self.rig.state / "work-1").write_text(json.dumps({"target": str(folder / "A.InDesignPlugin")}))
+        when, other = self.stall(), self.rig.caller(OTHER)
+        number = other.begin_install(self.rig.archive(OTHER), folder / "A.InDesignPlugin")
+        self.assertTrue(self.caller.install(self.rig.archive(), self.rig.application())["result"][0])
+        self.assertFalse(other.answered(number))
+        when.unlink()
+        self.assertTrue(other.wait(number)["result"][0])
+        self.rig.settle()
+        self.assertEqual(os.listdir(folder), ["A.InDesignPlugin"])
 
     def test_too_many_requests(self):
         limited, path = "org.freedesktop.DBus.Error.LimitsExceeded", "/Tolvane/A.InDesignPlugin"

@@ -89,6 +89,7 @@ class InterruptedTest(unittest.TestCase):
         self.rig.end_helper()
         self.rig.serve_by({"LD_PRELOAD": str(FAULT), "FAULT_WHEN": when, **faults} if faults else None)
         self.caller.call("Version")
+        self.rig.settle()  # it repairs what the one before it left
         if faults:
             when.touch()
 

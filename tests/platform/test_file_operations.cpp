@@ -196,6 +196,9 @@ void FileOperationsTest::deepTreesNeedFewDescriptors()
         QCOMPARE(::mkfifoat(folder.get(), "pipe", 0600), 0);
         folder = FileDescriptor(::openat(folder.get(), "deeper", O_RDONLY | O_DIRECTORY));
     }
+    for (int i = 0; i < 3000; ++i) {
+        QCOMPARE(::mkfifoat(folder.get(), QByteArray::number(i).constData(), 0600), 0);
+    }
     QVERIFY(QDir().mkpath(path(u"tree/.tolvane-deep-1"_s)));
     rlimit before{};
     QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);

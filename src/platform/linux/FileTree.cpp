@@ -256,8 +256,9 @@ bool removeEntry(int folder, const QByteArray &name, QByteArray *where, const Em
     return ::unlinkat(folder, name.constData(), AT_REMOVEDIR) == 0 || failAt(where, name);
 }
 
-/// Removes what is in a folder. Every level on the way is held open, so whatever lies deeper than some is
-/// moved up first: else the owner of a tree could use up the descriptors of the process.
+/// Removes what is in a folder, a part of its names at a time. Every level on the way is held open, so
+/// whatever lies deeper than some is moved up first. Else the owner of a tree could use up what the process
+/// has.
 class Removal final {
 public:
     explicit Removal(int top)
@@ -265,42 +266,19 @@ public:
     {
     }
 
-    [[nodiscard]] bool run(QByteArray *where)
+    [[nodiscard]] bool empty(int folder, int depth, QByteArray *where)
     {
-        // Bounded, as somebody may go on putting more into it.
-        for (int pass = 0; pass < mostPasses; ++pass) {
-            const int before = m_moved;
-            if (!empty(m_top, 0, where)) {
-                return false;
-            }
-            if (m_moved == before) {
-                return true;
-            }
-        }
-        return failAt(where, QByteArray()) || failWith(ENOTEMPTY);
+        const auto inside = [&](int opened) {
+            return depth < levels ? empty(opened, depth + 1, where) : raise(opened, where);
+        };
+        return clear(folder, where,
+            [&](const QByteArray &entry) { return removeEntry(folder, entry, where, inside); });
     }
 
 private:
-    [[nodiscard]] bool empty(int folder, int depth, QByteArray *where)
-    {
-        const auto entries = safepath::names(folder);
-        if (!entries) {
-            return failAt(where, QByteArray());
-        }
-        return std::ranges::all_of(*entries, [&](const QByteArray &entry) {
-            return removeEntry(folder, entry, where, [&](int opened) {
-                return depth < levels ? empty(opened, depth + 1, where) : raise(opened, where);
-            });
-        });
-    }
-
     [[nodiscard]] bool raise(int folder, QByteArray *where)
     {
-        const auto entries = safepath::names(folder);
-        if (!entries) {
-            return failAt(where, QByteArray());
-        }
-        return std::ranges::all_of(*entries, [&](const QByteArray &entry) {
+        return clear(folder, where, [&](const QByteArray &entry) {
             bool moved = false;
             do {
                 const QByteArray fresh = ".tolvane-deep-" + QByteArray::number(++m_moved);
@@ -310,8 +288,25 @@ private:
         });
     }
 
+    /// Calls @p take, which takes its entry out of the folder, until there is none. Bounded, as somebody may
+    /// go on putting more into it.
+    template <typename Take> [[nodiscard]] static bool clear(int folder, QByteArray *where, const Take &take)
+    {
+        for (int part = 0; part < mostParts; ++part) {
+            const auto entries = safepath::names(folder, namesAtOnce);
+            if (!entries) {
+                return failAt(where, QByteArray());
+            }
+            if (entries->isEmpty() || !std::ranges::all_of(*entries, take)) {
+                return entries->isEmpty();
+            }
+        }
+        return failAt(where, QByteArray()) || failWith(ENOTEMPTY);
+    }
+
     static constexpr int levels = 64;
-    static constexpr int mostPasses = 1000;
+    static constexpr int namesAtOnce = 1000;
+    static constexpr int mostParts = 10'000;
 
     int m_top;
     int m_moved = 0;
@@ -321,7 +316,7 @@ private:
 
 bool removeContents(int folder, QByteArray *where)
 {
-    return Removal(folder).run(where);
+    return Removal(folder).empty(folder, 0, where);
 }
 
 bool remove(int folder, const QByteArray &name, QByteArray *where)

@@ -21,6 +21,7 @@ namespace {
 
 constexpr auto prefix = ".tolvane-unpack-";
 constexpr int attempts = 100;
+constexpr qsizetype mostNeighbours = 10'000; ///< that are looked through for what crashed runs left
 
 bool stillNamed(int folder, const QByteArray &name, int opened)
 {
@@ -120,7 +121,7 @@ QByteArray freshName()
 bool StagingFolder::removeStale(int folder)
 {
     bool found = false;
-    const QByteArrayList entries = safepath::names(folder).value_or(QByteArrayList());
+    const QByteArrayList entries = safepath::names(folder, mostNeighbours).value_or(QByteArrayList());
     for (const QByteArray &name : entries) {
         if (!name.startsWith(prefix)) {
             continue;

@@ -2,6 +2,7 @@
 """What the helper does for whom, on a system bus with polkit: consent, refusals, and attacks of every kind."""
 import contextlib
 import ctypes
+import errno
 import mmap
 import os
 import pathlib
@@ -197,6 +198,11 @@ class HelperTest(unittest.TestCase):
             self.assertRefused(self.allowed.install(source, self.target))
             self.assertFalse(self.target.exists())
         os.unlink(self.home / "hard2.zip")
+        large = self.home / "large.zip"
+        large.touch()
+        os.truncate(self.own(large), (1 << 30) + 1)
+        self.assertEqual(self.allowed.install(large, self.target)["result"][::2], [False, errno.EFBIG])
+        large.unlink()
         self.assertNothingChanged()
 
     def test_foreign_users_and_special_permissions(self):

@@ -83,7 +83,7 @@ class AttackTest(unittest.TestCase):
         target = self.folder(self.home / "Tolvane") / "A.InDesignPlugin"
         deep = 700
         subprocess.run(["python3", "-c", "import os, sys\nos.mkdir(sys.argv[1]); os.chdir(sys.argv[1])\n"
-                        "for i in range(60000): os.mkfifo(f'{i:05}' + 'x' * 150)\n"
+                        "os.mkfifo('pipe')\nfor i in range(60000): os.link('pipe', f'{i:05}' + 'x' * 150)\n"
                         f"for i in range({deep}): os.mkdir('y' * 200); os.chdir('y' * 200); os.mkfifo('pipe')",
                         target], user=ALLOWED, group=65534, extra_groups=[], check=True)
         self.addCleanup(subprocess.run, ["rm", "-rf", target], check=True)

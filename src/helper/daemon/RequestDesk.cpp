@@ -66,13 +66,15 @@ void RequestDesk::repair()
     for (auto folder = folders.cbegin(); folder != folders.cend(); ++folder) {
         ++m_unfinished;
         m_folders.enter(folder.key(), [this, name = folder.key(), left = folder.value()] {
-            inWorker(
+            inBackgroundThen(
+                this,
                 [left, journal = m_journal] {
                     for (const WorkJournal::Entry &entry : left) {
                         repairInterruptedWork(journal, entry);
                     }
+                    return true;
                 },
-                [this, name] {
+                [this, name](bool) {
                     m_folders.leave(name);
                     restDone();
                 });
@@ -216,18 +218,19 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
 void RequestDesk::openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
     m_users.enter(open->caller.user, [this, open, verdict] {
-        const auto answer = std::make_shared<HelperAnswer>();
-        const auto source = std::make_shared<SourcePtr>();
-        inWorker([request = open->request, user = open->caller.user, isAsked = open->asks, answer,
-                     source] { *source = brevok::openSource(*request, user, isAsked, answer.get()); },
-            [this, open, verdict, answer, source] {
+        inBackgroundThen(
+            this,
+            [request = open->request, user = open->caller.user, isAsked = open->asks] {
+                return brevok::openSource(*request, user, isAsked);
+            },
+            [this, open, verdict](const OpenedSource &opened) {
                 m_users.leave(open->caller.user);
                 if (!m_open.contains(open)) {
                     return;
                 }
-                open->source = *source;
+                open->source = opened.source;
                 if (open->source == nullptr) {
-                    settle(open, *answer);
+                    settle(open, opened.refusal);
                 } else {
                     sourceOpened(open, verdict);
                 }
@@ -259,12 +262,12 @@ void RequestDesk::start(const OpenPtr &open)
 /// Before the folder is claimed: a source that takes its time keeps nobody else from it.
 void RequestDesk::takeSource(const OpenPtr &open)
 {
-    const auto answer = std::make_shared<std::optional<HelperAnswer>>();
-    inWorker([source = open->source, folder = m_journal.folder(),
-                 answer] { *answer = brevok::takeSource(*source, folder); },
-        [this, open, answer] {
-            if (*answer) {
-                settle(open, **answer);
+    inBackgroundThen(
+        this,
+        [source = open->source, folder = m_journal.folder()] { return brevok::takeSource(*source, folder); },
+        [this, open](const std::optional<HelperAnswer> &refusal) {
+            if (refusal) {
+                settle(open, *refusal);
                 m_users.leave(open->caller.user);
             } else {
                 claimFolder(open);
@@ -283,10 +286,11 @@ void RequestDesk::claimFolder(const OpenPtr &open)
 
 void RequestDesk::run(const OpenPtr &open)
 {
-    const auto done = std::make_shared<WorkDone>();
-    inWorker([request = open->request, caller = open->caller, source = std::exchange(open->source, {}),
-                 journal = m_journal, done] { *done = carryOut(*request, caller, source, journal); },
-        [this, open, done] { ran(open, *done); });
+    inBackgroundThen(
+        this,
+        [request = open->request, caller = open->caller, source = std::exchange(open->source, {}),
+            journal = m_journal] { return carryOut(*request, caller, source, journal); },
+        [this, open](const WorkDone &done) { ran(open, done); });
 }
 
 // The caller has his answer first; the next one in the folder waits for the rest.
@@ -294,11 +298,17 @@ void RequestDesk::ran(const OpenPtr &open, const WorkDone &done)
 {
     ++m_unfinished;
     settle(open, done.answer);
-    if (done.rest) {
-        inWorker(done.rest, [this, open] { finished(open); });
-    } else {
+    if (!done.rest) {
         finished(open);
+        return;
     }
+    inBackgroundThen(
+        this,
+        [rest = done.rest] {
+            rest();
+            return true;
+        },
+        [this, open](bool) { finished(open); });
 }
 
 void RequestDesk::finished(const OpenPtr &open)
@@ -315,14 +325,6 @@ void RequestDesk::restDone()
     if (--m_unfinished == 0 && m_open.isEmpty()) {
         Q_EMIT becameIdle();
     }
-}
-
-void RequestDesk::inWorker(Task work, Task then)
-{
-    inBackground([this, work = std::move(work), then = std::move(then)] {
-        work();
-        onMain(this, then);
-    });
 }
 
 void RequestDesk::refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason)

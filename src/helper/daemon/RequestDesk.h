@@ -7,7 +7,6 @@
 #include "daemon/PolkitAuthority.h"
 #include "daemon/RequestWork.h"
 #include "daemon/Turns.h"
-#include "foundation/Tasks.h"
 
 #include <QSet>
 
@@ -74,7 +73,6 @@ private:
     void refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason);
     void settle(const OpenPtr &open, const HelperAnswer &answer);
     void forget(const OpenPtr &open);
-    void inWorker(Task work, Task then);
 
     QDBusConnection m_bus;
     WorkJournal m_journal;

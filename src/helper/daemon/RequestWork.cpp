@@ -5,6 +5,7 @@
 
 #include "daemon/TargetPath.h"
 #include "foundation/Log.h"
+#include "foundation/Tasks.h"
 #include "helper/BrevokInstaller.h"
 #include "platform/linux/GuardedPath.h"
 
@@ -116,17 +117,18 @@ HelperAnswer look(const HelperRequest &request, const UserRights &caller, const 
 
 } // namespace
 
-SourcePtr openSource(const HelperRequest &request, quint32 user, bool isAsked, HelperAnswer *answer)
+OpenedSource openSource(const HelperRequest &request, quint32 user, bool isAsked)
 {
     using Bytes = GuardedFileOperations::Bytes;
     std::optional<BrevokError> error;
     auto source = GuardedFileOperations::openSource(
         request.source, user, longestSource, isAsked ? Bytes::AsSeen : Bytes::Any, &error);
     if (!source) {
-        *answer = withoutSource(error);
-        return nullptr;
+        return {.refusal = withoutSource(error)};
     }
-    return std::make_shared<GuardedFileOperations::Source>(std::move(*source));
+    // Whoever lets go of it must not wait for the file system that it is on.
+    return {.source = SourcePtr(new GuardedFileOperations::Source(std::move(*source)),
+                [](GuardedFileOperations::Source *done) { inBackground([done] { delete done; }); })};
 }
 
 std::optional<HelperAnswer> takeSource(GuardedFileOperations::Source &source, const QString &scratch)

@@ -14,10 +14,13 @@ namespace brevok {
 
 using SourcePtr = std::shared_ptr<GuardedFileOperations::Source>;
 
+struct OpenedSource {
+    SourcePtr source{}; ///< null when it is refused
+    HelperAnswer refusal{};
+};
 /// Opens the source of an install for the user @p user. When somebody @p isAsked, the bytes that are
-/// installed must be those of now. Blocks. @return nothing with the refusal in @p answer
-[[nodiscard]] SourcePtr openSource(
-    const HelperRequest &request, quint32 user, bool isAsked, HelperAnswer *answer);
+/// installed must be those of now. Blocks.
+[[nodiscard]] OpenedSource openSource(const HelperRequest &request, quint32 user, bool isAsked);
 
 /// Copies the bytes of the source, so that nobody else can change them; to files in @p scratch where memory
 /// is short. Blocks. @return the answer when that fails

@@ -12,6 +12,7 @@ import unittest
 import rig as rigs
 from rig import ALLOWED, ASKED, OTHER
 
+
 class AttackTest(unittest.TestCase):
     def setUp(self):
         self.rig = rigs.Rig(HELPER)
@@ -44,15 +45,18 @@ class AttackTest(unittest.TestCase):
 
     def test_staging_folder_swapped(self):
         folder = self.folder(self.home / "Tolvane")
-        secret, decoy = folder / "secret", self.folder(folder / "decoy")
+        secret = folder / "secret"
         secret.write_text("root's")
         secret.chmod(0o600)
+        self.folder(folder / "decoy")
+        archive = self.rig.archive(extra=[("A.InDesignPlugin/link", 0o120777, b"Contents")])
         self.rig.serve_by({"LD_PRELOAD": FAULT, "ATTACK_DECOY": "decoy", "ATTACK_SECRET": str(secret)})
-        archive = self.rig.archive(extra=[(f"A.InDesignPlugin/link-{i}", 0o120777, b"Contents") for i in range(3)])
-        plain = self.own(self.home / "Tolvane.xml") if (self.home / "Tolvane.xml").write_text("x") else None
+        plain = self.home / "Tolvane.xml"
+        plain.write_text("x")
         workspace = self.home / "Presets" / "InDesign Workspaces"
         workspace.mkdir(parents=True)
-        self.own(workspace)
+        for path in (plain, workspace):
+            self.own(path)
         self.folder(workspace / "decoy")
         for source, target in ((archive, folder / "A.InDesignPlugin"), (plain, workspace / "Tolvane.xml")):
             self.caller.install(source, target)
@@ -82,7 +86,7 @@ class AttackTest(unittest.TestCase):
     def test_a_tree_without_end(self):
         target = self.folder(self.home / "Tolvane") / "A.InDesignPlugin"
         deep = 700
-        subprocess.run(["python3", "-c", "import os, sys\nos.mkdir(sys.argv[1]); os.chdir(sys.argv[1])\n"
+        subprocess.run([sys.executable, "-c", "import os, sys\nos.mkdir(sys.argv[1]); os.chdir(sys.argv[1])\n"
                         "os.mkfifo('pipe')\nfor i in range(60000): os.link('pipe', f'{i:05}' + 'x' * 150)\n"
                         f"for i in range({deep}): os.mkdir('y' * 200); os.chdir('y' * 200); os.mkfifo('pipe')",
                         target], user=ALLOWED, group=65534, extra_groups=[], check=True)

@@ -5,8 +5,11 @@
 // takes everything that was not synced.
 
 #include "platform/linux/FileSettingsStore.h"
+#include "platform/linux/LinuxFileOperations.h"
 #include "platform/linux/SqliteStateStore.h"
+#include "support/SampleBundles.h"
 #include "support/Stored.h"
+#include "support/ZipWriter.h"
 
 #include <QCoreApplication>
 #include <QFile>
@@ -42,21 +45,24 @@ int work(const QString &folder)
     return 0;
 }
 
-} // namespace
+// What installs without a helper does.
+int install(const QString &folder)
+{
+    LinuxFileOperations files;
+    return files.extractZip(folder + u"/a.zip"_s, folder, nullptr)
+            && files.copyItem(folder + u"/A.InDesignPlugin"_s, folder + u"/copy"_s, nullptr)
+        ? 0
+        : 1;
+}
 
-class DurabilityTest : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void whatIsConfirmedSurvivesAPowerCut();
-};
-
-void DurabilityTest::whatIsConfirmedSurvivesAPowerCut()
+// The calls that this program makes beneath a folder when it is started for the task, one a line.
+QStringList recordedCalls(const QString &task, const QString &folder)
 {
     const QTemporaryDir scratch; // its path has no blank, which the loader would take for the end of a name
-    const QString folder = scratch.filePath(u"data"_s);
     const QString library = scratch.filePath(u"library.so"_s);
-    QVERIFY(QDir().mkpath(folder) && QFile::copy(QStringLiteral(RECORDED_FILES), library));
+    if (!QFile::copy(QStringLiteral(RECORDED_FILES), library)) {
+        return {};
+    }
     QProcess process;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"LD_PRELOAD"_s, library);
@@ -65,13 +71,28 @@ void DurabilityTest::whatIsConfirmedSurvivesAPowerCut()
     environment.insert(u"RECORD_LOG"_s, scratch.filePath(u"calls"_s));
     process.setProcessEnvironment(environment);
     process.setProcessChannelMode(QProcess::ForwardedChannels);
-    process.start(QCoreApplication::applicationFilePath(), {u"--work"_s, folder});
-    QVERIFY(process.waitForFinished(120000));
-    QCOMPARE(process.exitCode(), 0);
-
+    process.start(QCoreApplication::applicationFilePath(), {task, folder});
     QFile log(scratch.filePath(u"calls"_s));
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QStringList calls = QString::fromUtf8(log.readAll()).split(u'\n', Qt::SkipEmptyParts);
+    if (!process.waitForFinished(120000) || process.exitCode() != 0 || !log.open(QIODevice::ReadOnly)) {
+        return {};
+    }
+    return QString::fromUtf8(log.readAll()).split(u'\n', Qt::SkipEmptyParts);
+}
+
+} // namespace
+
+class DurabilityTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void whatIsConfirmedSurvivesAPowerCut();
+    void whatIsInstalledSurvivesAPowerCut();
+};
+
+void DurabilityTest::whatIsConfirmedSurvivesAPowerCut()
+{
+    const QTemporaryDir scratch;
+    const QStringList calls = recordedCalls(u"--work"_s, scratch.path());
     QSet<QString> unsynced; // names, and the folder while a name in it is new or gone
     int confirmations = 0;
     for (const QString &call : calls) {
@@ -99,12 +120,42 @@ void DurabilityTest::whatIsConfirmedSurvivesAPowerCut()
     QVERIFY(calls.contains(u"sync state.sqlite-journal"_s) && calls.contains(u"sync state.sqlite"_s));
 }
 
+// A name is given to what is on the disk as a whole, and the name gets there too.
+void DurabilityTest::whatIsInstalledSurvivesAPowerCut()
+{
+    const QTemporaryDir scratch;
+    const QString archive = scratch.filePath(u"a.zip"_s);
+    QVERIFY(testing::writeFile(archive, pluginArchive("A", "information", "code")));
+    QSet<QString> unsynced;
+    int renamed = 0;
+    for (const QString &call : recordedCalls(u"--install"_s, scratch.path())) {
+        const QStringList words = call.split(u' ');
+        if (words[0] == u"write"_s || words[0] == u"make"_s) {
+            unsynced.insert(words[1]);
+        } else if (words[0] == u"sync"_s || words[0] == u"remove"_s) {
+            unsynced.remove(words[1]);
+        } else if (words[0] == u"rename"_s) {
+            for (const QString &name : std::as_const(unsynced)) {
+                QVERIFY2(!(name + u'/').startsWith(words[1] + u'/'), qPrintable(call + u": "_s + name));
+            }
+            unsynced.insert(u"."_s);
+            ++renamed;
+        }
+    }
+    QCOMPARE(renamed, 2);
+    unsynced.removeIf([](const QString &name) { return name.startsWith(u".tolvane"_s); }); // gone again
+    QCOMPARE(unsynced, QSet<QString>());
+}
+
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == u"--work"_s) {
         return work(arguments.value(2));
+    }
+    if (arguments.value(1) == u"--install"_s) {
+        return install(arguments.value(2));
     }
     DurabilityTest test;
     return QTest::qExec(&test, argc, argv);

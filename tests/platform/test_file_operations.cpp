@@ -21,6 +21,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -83,8 +84,10 @@ private Q_SLOTS:
     void foldersAreMadeBelowWhatIsThere();
     void removingStaysInside();
     void removalTakesOutOfSightFirst();
+    void deepTreesNeedFewDescriptors();
     void copiesAreWhole();
     void aSourceThatBecameShorterIsAFailure();
+    void holesCostNothing();
     void copiesThatAreRefused_data();
     void copiesThatAreRefused();
     void copiesForTheHelperGoWithTheirOwner();
@@ -192,6 +195,32 @@ void FileOperationsTest::removingStaysInside()
     QVERIFY(QFileInfo::exists(path(u"outside/file"_s)));
 }
 
+void FileOperationsTest::deepTreesNeedFewDescriptors()
+{
+    constexpr int levels = 500;
+    QVERIFY(QDir().mkpath(path(u"tree"_s)));
+    FileDescriptor folder(::open(QFile::encodeName(path(u"tree"_s)).constData(), O_RDONLY));
+    for (int i = 0; i < levels; ++i) {
+        QCOMPARE(::mkdirat(folder.get(), "deeper", 0755), 0);
+        folder = FileDescriptor(::openat(folder.get(), "deeper", O_RDONLY | O_DIRECTORY));
+    }
+    QVERIFY(writeFile(path(u"file"_s), "x"));
+    for (int i = 0; i < 3000; ++i) {
+        QCOMPARE(::linkat(AT_FDCWD, QFile::encodeName(path(u"file"_s)).constData(), folder.get(),
+                     QByteArray::number(i).constData(), 0),
+            0);
+    }
+    QVERIFY(QDir().mkpath(path(u"tree/.tolvane-deep-1"_s)));
+    rlimit before{};
+    QCOMPARE(::getrlimit(RLIMIT_NOFILE, &before), 0);
+    const rlimit few{200, before.rlim_max};
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &few), 0);
+    const bool removed = m_files.removeItem(path(u"tree"_s), &m_error);
+    QCOMPARE(::setrlimit(RLIMIT_NOFILE, &before), 0);
+    QVERIFY2(removed, m_error ? qPrintable(m_error->description) : "");
+    QVERIFY(!QFileInfo::exists(path(u"tree"_s)));
+}
+
 void FileOperationsTest::removalTakesOutOfSightFirst()
 {
     const testing::LogCapture log;
@@ -253,6 +282,25 @@ void FileOperationsTest::aSourceThatBecameShorterIsAFailure()
     QCOMPARE(errno, EIO);
     QVERIFY(safepath::copyAll(from.get(), to.get(), 5));
     QCOMPARE(contents(path(u"target"_s)), "012345678901234"_ba);
+}
+
+void FileOperationsTest::holesCostNothing()
+{
+    constexpr off_t large = off_t(64) * 1024 * 1024;
+    const QByteArray name = QFile::encodeName(path(u"source"_s));
+    const FileDescriptor source(::open(name.constData(), O_RDWR | O_CREAT, 0600));
+    for (const off_t at : {off_t(0), large}) {
+        QCOMPARE(::pwrite(source.get(), "bytes", 5, at), ssize_t(5));
+    }
+    QCOMPARE(::ftruncate(source.get(), 2 * large), 0);
+    QVERIFY(m_files.copyItem(path(u"source"_s), path(u"copy"_s), &m_error));
+    struct stat facts { };
+    QCOMPARE(::stat(QFile::encodeName(path(u"copy"_s)).constData(), &facts), 0);
+    QCOMPARE(facts.st_size, 2 * large);
+    QVERIFY(facts.st_blocks * 512 < large / 16);
+    QFile copy(path(u"copy"_s));
+    QVERIFY(copy.open(QIODevice::ReadOnly) && copy.seek(large));
+    QCOMPARE(copy.read(6), QByteArray("bytes\0", 6));
 }
 
 void FileOperationsTest::copiesThatAreRefused_data()

@@ -5,7 +5,6 @@
 
 #include "daemon/HelperService.h"
 #include "daemon/HelperSetup.h"
-#include "daemon/RequestWork.h"
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "platform/linux/RootFile.h"
@@ -13,6 +12,8 @@
 #include <QCoreApplication>
 #include <QThreadPool>
 #include <QTimer>
+
+#include <cstdlib>
 
 namespace brevok {
 
@@ -128,12 +129,16 @@ int serve(const HelperOptions &options)
     if (!service.publish()) {
         return failed(u"the helper's name belongs to somebody else: %1"_s.arg(bus.lastError().message()));
     }
-    // Calls are served from the loop on, so nobody comes in between.
-    repairInterruptedWork(WorkJournal(options.stateFolder));
     QThreadPool::globalInstance()->setMaxThreadCount(workers);
+    // Calls are served from the loop on, so nobody comes in between.
+    service.repair();
     leaveWhenIdle(service, options.idleSeconds);
     const int status = QCoreApplication::exec();
-    finishBackgroundWork(finishMs);
+    if (!finishBackgroundWork(finishMs)) {
+        // It hangs on somebody's file system, and would be waited for again at the regular end.
+        logLine(u"work goes on that does not end"_s);
+        std::_Exit(1);
+    }
     return status;
 }
 

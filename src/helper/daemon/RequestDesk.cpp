@@ -20,6 +20,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr auto busName = "org.freedesktop.DBus"_L1;
+constexpr auto busPath = "/org/freedesktop/DBus"_L1;
 constexpr int openPerConnection = 8;
 constexpr int openPerUser = 64;
 constexpr int questionsPerUser = 4; ///< more than anybody can answer at once
@@ -43,16 +45,42 @@ QString quoted(const QString &text)
 RequestDesk::RequestDesk(QDBusConnection bus, const QString &stateFolder, QObject *parent)
     : QObject(parent)
     , m_bus(std::move(bus))
-    , m_stateFolder(stateFolder)
     , m_journal(stateFolder)
     , m_authority(m_bus)
 {
-    m_callers.setConnection(m_bus);
-    m_callers.setWatchMode(QDBusServiceWatcher::WatchForUnregistration);
-    connect(&m_callers, &QDBusServiceWatcher::serviceUnregistered, this, &RequestDesk::callerLeft);
+    // One match for all who leave: one for each of them would have to be there before he goes.
+    m_bus.connect(QString(busName), QString(busPath), QString(busName), u"NameOwnerChanged"_s,
+        {QString(), QString(), u""_s}, u"sss"_s, this, SLOT(nameChanged(QString, QString, QString)));
 }
 
 RequestDesk::~RequestDesk() = default;
+
+// In the background: a folder of somebody's may hang.
+void RequestDesk::repair()
+{
+    QHash<QString, QList<WorkJournal::Entry>> folders;
+    const QList<WorkJournal::Entry> entries = m_journal.entries();
+    for (const WorkJournal::Entry &entry : entries) {
+        folders[deletingLastPathComponent(entry.target)].append(entry);
+    }
+    for (auto folder = folders.cbegin(); folder != folders.cend(); ++folder) {
+        ++m_unfinished;
+        m_folders.enter(folder.key(), [this, name = folder.key(), left = folder.value()] {
+            inBackgroundThen(
+                this,
+                [left, journal = m_journal] {
+                    for (const WorkJournal::Entry &entry : left) {
+                        repairInterruptedWork(journal, entry);
+                    }
+                    return true;
+                },
+                [this, name](bool) {
+                    m_folders.leave(name);
+                    restDone();
+                });
+        });
+    }
+}
 
 void RequestDesk::take(const HelperRequestPtr &request, Done done)
 {
@@ -70,15 +98,14 @@ void RequestDesk::take(const HelperRequestPtr &request, Done done)
 void RequestDesk::identify(const OpenPtr &open)
 {
     const QString &caller = open->request->caller;
-    if (const auto known = m_users.constFind(caller); known != m_users.constEnd()) {
-        open->user = *known;
+    if (const auto known = m_callers.constFind(caller); known != m_callers.constEnd()) {
+        open->caller = *known;
         open->identified = true;
         judge(open);
         return;
     }
-    m_callers.addWatchedService(caller);
-    QDBusMessage call = QDBusMessage::createMethodCall(u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s,
-        u"org.freedesktop.DBus"_s, u"GetConnectionCredentials"_s);
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QString(busName), QString(busPath), QString(busName), u"GetConnectionCredentials"_s);
     call << caller;
     auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, open, watcher] {
@@ -87,14 +114,15 @@ void RequestDesk::identify(const OpenPtr &open)
         if (!m_open.contains(open)) {
             return;
         }
-        const QVariant user = reply.isError() ? QVariant() : reply.value().value(u"UnixUserID"_s);
+        const QVariantMap credentials = reply.isError() ? QVariantMap() : reply.value();
+        const QVariant user = credentials.value(u"UnixUserID"_s);
         if (!user.isValid()) {
             refuse(open, HelperAnswer::Refusal::Forbidden, u"the bus does not know who this is"_s);
             return;
         }
-        open->user = user.toUInt();
+        open->caller = {user.toUInt(), qdbus_cast<QList<gid_t>>(credentials.value(u"UnixGroupIDs"_s))};
         open->identified = true;
-        m_users.insert(open->request->caller, open->user);
+        m_callers.insert(open->request->caller, open->caller);
         judge(open);
     });
 }
@@ -110,7 +138,7 @@ QString RequestDesk::objection(const Open &open) const
         && plainPath(request.source) != request.source) {
         return u"the source is no absolute path"_s;
     }
-    if (request.namesUser() && request.user != open.user) {
+    if (request.namesUser() && request.user != open.caller.user) {
         return u"the user id %1 is not the caller's own"_s.arg(request.user);
     }
     if ((request.permissions & ~plainPermissions) != 0) {
@@ -132,7 +160,7 @@ void RequestDesk::judge(const OpenPtr &open)
         return;
     }
     const auto own = std::count_if(m_open.cbegin(), m_open.cend(),
-        [&](const OpenPtr &other) { return other->identified && other->user == open->user; });
+        [&](const OpenPtr &other) { return other->identified && other->caller.user == open->caller.user; });
     if (own > openPerUser) {
         refuse(open, HelperAnswer::Refusal::TooMuch, u"too many requests of this user are open"_s);
         return;
@@ -147,7 +175,7 @@ void RequestDesk::judge(const OpenPtr &open)
 qsizetype RequestDesk::questionsOf(quint32 user) const
 {
     return std::count_if(m_open.cbegin(), m_open.cend(),
-        [user](const OpenPtr &open) { return open->asks && !open->running && open->user == user; });
+        [user](const OpenPtr &open) { return open->asks && !open->running && open->caller.user == user; });
 }
 
 void RequestDesk::authorize(const OpenPtr &open, PolkitAuthority::Interaction interaction)
@@ -172,11 +200,11 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
             verdict == Verdict::Question && !open->request->mayAsk ? HelperAnswer::Refusal::NeedsQuestion
                                                                    : HelperAnswer::Refusal::NotAuthorized,
             u"not authorized"_s);
-    } else if (asks && questionsOf(open->user) >= questionsPerUser) {
+    } else if (asks && questionsOf(open->caller.user) >= questionsPerUser) {
         refuse(open, HelperAnswer::Refusal::TooMuch, u"too many questions to this user are open"_s);
     } else if (open->request->operation == HelperRequest::Operation::Install && open->source == nullptr) {
         open->asks = asks;
-        fetchSource(open, verdict);
+        openSource(open, verdict);
     } else if (asks) {
         open->asks = true;
         authorize(open, PolkitAuthority::Interaction::Allowed);
@@ -185,28 +213,32 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
     }
 }
 
-/// The bytes are the helper's own before anybody is asked about them, and are not even read for somebody who
-/// would be refused anyway.
-void RequestDesk::fetchSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
+/// The bytes are copied when everybody has agreed, and not even read for somebody who would be refused
+/// anyway.
+void RequestDesk::openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
-    inBackground([this, open, verdict, user = open->user, folder = m_stateFolder] {
-        auto answer = std::make_shared<HelperAnswer>();
-        auto source = takeSource(*open->request, user, folder, answer.get());
-        onMain(this, [this, open, verdict, source, answer] {
-            if (!m_open.contains(open)) {
-                return;
-            }
-            if (source == nullptr) {
-                settle(open, *answer);
-                return;
-            }
-            open->source = source;
-            sourceFetched(open, verdict);
-        });
+    m_users.enter(open->caller.user, [this, open, verdict] {
+        inBackgroundThen(
+            this,
+            [request = open->request, user = open->caller.user, isAsked = open->asks] {
+                return brevok::openSource(*request, user, isAsked);
+            },
+            [this, open, verdict](const OpenedSource &opened) {
+                m_users.leave(open->caller.user);
+                if (!m_open.contains(open)) {
+                    return;
+                }
+                open->source = opened.source;
+                if (open->source == nullptr) {
+                    settle(open, opened.refusal);
+                } else {
+                    sourceOpened(open, verdict);
+                }
+            });
     });
 }
 
-void RequestDesk::sourceFetched(const OpenPtr &open, PolkitAuthority::Verdict verdict)
+void RequestDesk::sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
     if (verdict == PolkitAuthority::Verdict::Yes) {
         start(open);
@@ -215,55 +247,81 @@ void RequestDesk::sourceFetched(const OpenPtr &open, PolkitAuthority::Verdict ve
     }
 }
 
-/// Work in one folder goes on one after the other.
 void RequestDesk::start(const OpenPtr &open)
 {
     open->running = open->request->changesFiles();
-    if (!open->running) {
+    m_users.enter(open->caller.user, [this, open] {
+        if (open->source) {
+            takeSource(open);
+        } else {
+            claimFolder(open);
+        }
+    });
+}
+
+/// Before the folder is claimed: a source that takes its time keeps nobody else from it.
+void RequestDesk::takeSource(const OpenPtr &open)
+{
+    inBackgroundThen(
+        this,
+        [source = open->source, folder = m_journal.folder()] { return brevok::takeSource(*source, folder); },
+        [this, open](const std::optional<HelperAnswer> &refusal) {
+            if (refusal) {
+                settle(open, *refusal);
+                m_users.leave(open->caller.user);
+            } else {
+                claimFolder(open);
+            }
+        });
+}
+
+void RequestDesk::claimFolder(const OpenPtr &open)
+{
+    if (open->running) {
+        m_folders.enter(deletingLastPathComponent(open->request->target), [this, open] { run(open); });
+    } else {
         run(open);
-        return;
     }
-    const QString folder = deletingLastPathComponent(open->request->target);
-    const auto busy = m_folders.find(folder);
-    if (busy != m_folders.end()) {
-        busy->append(open);
-        return;
-    }
-    m_folders.insert(folder, {});
-    run(open);
 }
 
 void RequestDesk::run(const OpenPtr &open)
 {
-    inBackground([this, open, user = open->user, source = std::exchange(open->source, {})] {
-        const WorkDone done = carryOut(*open->request, user, source, m_journal);
-        onMain(this, [this, open, done] { ran(open, done); });
-    });
+    inBackgroundThen(
+        this,
+        [request = open->request, caller = open->caller, source = std::exchange(open->source, {}),
+            journal = m_journal] { return carryOut(*request, caller, source, journal); },
+        [this, open](const WorkDone &done) { ran(open, done); });
 }
 
 // The caller has his answer first; the next one in the folder waits for the rest.
 void RequestDesk::ran(const OpenPtr &open, const WorkDone &done)
 {
-    const QString folder = open->running ? deletingLastPathComponent(open->request->target) : QString();
     ++m_unfinished;
     settle(open, done.answer);
-    inBackground([this, folder, rest = done.rest] {
-        if (rest) {
+    if (!done.rest) {
+        finished(open);
+        return;
+    }
+    inBackgroundThen(
+        this,
+        [rest = done.rest] {
             rest();
-        }
-        onMain(this, [this, folder] { finished(folder); });
-    });
+            return true;
+        },
+        [this, open](bool) { finished(open); });
 }
 
-void RequestDesk::finished(const QString &folder)
+void RequestDesk::finished(const OpenPtr &open)
 {
-    if (const auto waiting = m_folders.find(folder); waiting != m_folders.end()) {
-        if (waiting->isEmpty()) {
-            m_folders.erase(waiting);
-        } else {
-            run(waiting->takeFirst());
-        }
+    if (open->running) {
+        m_folders.leave(deletingLastPathComponent(open->request->target));
     }
+    m_users.leave(open->caller.user);
+    restDone();
+}
+
+void RequestDesk::restDone()
+{
     if (--m_unfinished == 0 && m_open.isEmpty()) {
         Q_EMIT becameIdle();
     }
@@ -282,8 +340,8 @@ void RequestDesk::settle(const OpenPtr &open, const HelperAnswer &answer)
     const HelperRequest &request = *open->request;
     if (answer.refusal != HelperAnswer::Refusal::None) {
         logLine(u"refused user %1 (%2) %3 %4: %5"_s.arg(
-            open->identified ? QString::number(open->user) : u"unknown"_s, request.caller, request.name(),
-            quoted(request.target), answer.reason));
+            open->identified ? QString::number(open->caller.user) : u"unknown"_s, request.caller,
+            request.name(), quoted(request.target), answer.reason));
     }
     if (m_open.contains(open)) {
         open->done(answer);
@@ -291,17 +349,16 @@ void RequestDesk::settle(const OpenPtr &open, const HelperAnswer &answer)
     forget(open);
 }
 
-void RequestDesk::callerLeft(const QString &caller)
+void RequestDesk::nameChanged(const QString &name, const QString & /*before*/, const QString & /*now*/)
 {
-    m_callers.removeWatchedService(caller);
-    m_users.remove(caller);
+    m_callers.remove(name);
     const QSet<OpenPtr> all = m_open;
     for (const OpenPtr &open : all) {
         // What has begun is brought to its end.
-        if (open->request->caller == caller && !open->running) {
+        if (open->request->caller == name && !open->running) {
             m_authority.cancel(open->question);
-            logLine(u"dropped user %1 (%2) %3 %4: the caller left"_s.arg(
-                QString::number(open->user), caller, open->request->name(), quoted(open->request->target)));
+            logLine(u"dropped user %1 (%2) %3 %4: the caller left"_s.arg(QString::number(open->caller.user),
+                name, open->request->name(), quoted(open->request->target)));
             forget(open);
         }
     }

@@ -6,16 +6,17 @@
 #include "daemon/HelperRequest.h"
 #include "daemon/PolkitAuthority.h"
 #include "daemon/RequestWork.h"
+#include "daemon/Turns.h"
 
-#include <QDBusServiceWatcher>
 #include <QSet>
 
 namespace brevok {
 
 /// Takes every caller for an enemy. A request goes through here: who is it (the bus says), may anybody have
 /// this (the paths, the user id, the permissions), may he (polkit), and then it is done, as it was made. No
-/// request waits for another, but for one that works on the same folder at that moment. A caller who leaves
-/// takes along what was not begun. Main thread; file work runs in the background.
+/// request waits for another, but for one that works on the same folder at that moment, and for the same
+/// user's own where those have their part of the threads. A caller who leaves takes along what was not begun.
+/// Main thread; file work runs in the background.
 class RequestDesk final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(RequestDesk)
@@ -27,6 +28,9 @@ public:
     RequestDesk(QDBusConnection bus, const QString &stateFolder, QObject *parent = nullptr);
     ~RequestDesk() override;
 
+    /// Ends what a killed process left; in those folders nothing else is done until then. Before the first
+    /// request.
+    void repair();
     /// @p done is called once, later; not at all when the caller has left by then.
     void take(const HelperRequestPtr &request, Done done);
     [[nodiscard]] bool isIdle() const { return m_open.isEmpty() && m_unfinished == 0; }
@@ -34,16 +38,19 @@ public:
 Q_SIGNALS:
     void becameIdle();
 
+private Q_SLOTS:
+    void nameChanged(const QString &name, const QString &before, const QString &now);
+
 private:
     /// A request on its way.
     struct Open {
         HelperRequestPtr request;
         Done done;
-        quint32 user = 0;
+        UserRights caller{};
         bool identified = false;
         QString question{}; ///< at polkit
         bool asks = false; ///< somebody is asked, or will be
-        std::shared_ptr<GuardedFileOperations::Source> source{};
+        SourcePtr source{};
         bool running = false;
     };
     using OpenPtr = std::shared_ptr<Open>;
@@ -54,26 +61,29 @@ private:
     [[nodiscard]] qsizetype questionsOf(quint32 user) const;
     void authorize(const OpenPtr &open, PolkitAuthority::Interaction interaction);
     void authorized(const OpenPtr &open, PolkitAuthority::Verdict verdict);
-    void fetchSource(const OpenPtr &open, PolkitAuthority::Verdict verdict);
-    void sourceFetched(const OpenPtr &open, PolkitAuthority::Verdict verdict);
+    void openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict);
+    void sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict verdict);
     void start(const OpenPtr &open);
+    void takeSource(const OpenPtr &open);
+    void claimFolder(const OpenPtr &open);
     void run(const OpenPtr &open);
     void ran(const OpenPtr &open, const WorkDone &done);
-    void finished(const QString &folder);
+    void finished(const OpenPtr &open);
+    void restDone();
     void refuse(const OpenPtr &open, HelperAnswer::Refusal refusal, const QString &reason);
     void settle(const OpenPtr &open, const HelperAnswer &answer);
-    void callerLeft(const QString &caller);
     void forget(const OpenPtr &open);
 
     QDBusConnection m_bus;
-    QString m_stateFolder;
     WorkJournal m_journal;
     PolkitAuthority m_authority;
-    QDBusServiceWatcher m_callers;
-    QHash<QString, quint32> m_users; ///< of the callers that were asked after and are still there
+    QHash<QString, UserRights> m_callers; ///< those that were asked after and are still there
     QSet<OpenPtr> m_open;
     int m_unfinished = 0; ///< answered requests whose rest is being done
-    QHash<QString, QList<OpenPtr>> m_folders; ///< where work goes on, and who waits for its end
+    /// A user has a part of the threads: what he makes hang, on a file system of his own, keeps nobody else
+    /// waiting.
+    Turns<quint32> m_users{4};
+    Turns<QString> m_folders{1}; ///< work in one folder goes on one after the other
 };
 
 } // namespace brevok

@@ -5,9 +5,15 @@
 
 #include "daemon/TargetPath.h"
 #include "foundation/Log.h"
+#include "foundation/Tasks.h"
 #include "helper/BrevokInstaller.h"
 #include "platform/linux/FileErrors.h"
+#include "platform/linux/GuardedPath.h"
 
+#include <QFile>
+
+#include <algorithm>
+#include <array>
 #include <cerrno>
 
 namespace brevok {
@@ -37,11 +43,12 @@ HelperAnswer answerOf(bool yes, const std::optional<BrevokError> &error)
     return answer;
 }
 
-/// Whether a source could not be taken for what it is or where it is, so that saying more would tell about
-/// somebody else's files.
-bool isOfTheCaller(int code)
+/// What a source is or where it is would tell about somebody else's files; a shortage does not.
+HelperAnswer withoutSource(const std::optional<BrevokError> &error)
 {
-    return code != ENOSPC && code != EDQUOT && code != EFBIG && code != EIO && code != ENOMEM;
+    constexpr std::array shortages{ENOSPC, EDQUOT, EFBIG, EIO, ENOMEM};
+    const bool isShortage = error && std::ranges::find(shortages, error->code) != shortages.end();
+    return isShortage ? answerOf(false, error) : forbidden(error);
 }
 
 HelperAnswer systemFailure()
@@ -64,94 +71,107 @@ WorkDone install(const HelperRequest &request, const std::shared_ptr<GuardedFile
         .checksum = request.checksum});
     HelperAnswer answer = answerOf(result.answer, result.error);
     answer.failure = result.failure;
-    return {answer, [files, &journal, entry] {
+    return {answer, [files, journal, entry] {
                 if (files->finish()) {
                     journal.end(entry);
                 }
             }};
 }
 
-WorkDone remove(const HelperRequest &request, GuardedFileOperations &files, const WorkJournal &journal)
+WorkDone remove(const HelperRequest &request, const std::shared_ptr<GuardedFileOperations> &files,
+    const WorkJournal &journal)
 {
     // On a full disk nothing is remembered, and removing still helps.
     const QString entry = journal.begin(request.target, true, false);
     std::optional<BrevokError> error;
-    const bool removed = BrevokInstaller(files).removeItemAtPath(request.target, &error);
-    if (!entry.isEmpty()) {
-        journal.end(entry);
+    const bool removed = BrevokInstaller(*files).removeItemAtPath(request.target, &error);
+    return {answerOf(removed, error), [files, journal, entry] {
+                if (files->finish() && !entry.isEmpty()) {
+                    journal.end(entry);
+                }
+            }};
+}
+
+/// Nobody is asked before these, so they tell nobody what he could not see himself.
+HelperAnswer look(const HelperRequest &request, const UserRights &caller, const GuardedFileOperations &files)
+{
+    using Operation = HelperRequest::Operation;
+    HelperAnswer answer;
+    if (!guardedpath::isVisible(QFile::encodeName(request.target), caller)) {
+        return answer;
     }
-    return {answerOf(removed, error)};
+    if (request.operation == Operation::IsReadable) {
+        answer.yes = files.isReadable(request.target);
+    } else if (request.operation == Operation::IsWritable) {
+        answer.yes = files.isWritable(request.target);
+    } else if (request.operation == Operation::IsExecutable) {
+        answer.yes = files.isExecutable(request.target);
+    } else if (request.operation == Operation::IsDeletable) {
+        answer.yes = files.isDeletable(request.target);
+    } else {
+        answer.yes = files.fileExists(request.target, &answer.isDirectory);
+    }
+    return answer;
 }
 
 } // namespace
 
-std::shared_ptr<GuardedFileOperations::Source> takeSource(
-    const HelperRequest &request, quint32 user, const QString &scratch, HelperAnswer *answer)
+OpenedSource openSource(const HelperRequest &request, quint32 user, bool isAsked)
 {
+    using Bytes = GuardedFileOperations::Bytes;
     std::optional<BrevokError> error;
-    auto source = GuardedFileOperations::takeSource(request.source, user, longestSource, scratch, &error);
+    auto source = GuardedFileOperations::openSource(
+        request.source, user, longestSource, isAsked ? Bytes::AsSeen : Bytes::Any, &error);
     if (!source) {
-        *answer = isOfTheCaller(error ? error->code : 0) ? forbidden(error) : answerOf(false, error);
-        return nullptr;
+        return {.refusal = withoutSource(error)};
     }
-    return std::make_shared<GuardedFileOperations::Source>(std::move(*source));
+    // Whoever lets go of it must not wait for the file system that it is on.
+    return {.source = SourcePtr(new GuardedFileOperations::Source(std::move(*source)),
+                [](GuardedFileOperations::Source *done) { inBackground([done] { delete done; }); })};
 }
 
-WorkDone carryOut(const HelperRequest &request, quint32 user,
-    const std::shared_ptr<GuardedFileOperations::Source> &source, const WorkJournal &journal)
+std::optional<HelperAnswer> takeSource(GuardedFileOperations::Source &source, const QString &scratch)
+{
+    std::optional<BrevokError> error;
+    return GuardedFileOperations::takeSource(source, scratch, &error) ? std::nullopt
+                                                                      : std::optional(withoutSource(error));
+}
+
+WorkDone carryOut(const HelperRequest &request, const UserRights &caller, const SourcePtr &source,
+    const WorkJournal &journal)
 {
     using Operation = HelperRequest::Operation;
-    const auto shared = std::make_shared<GuardedFileOperations>(
-        user, request.target, source ? std::move(*source) : GuardedFileOperations::Source());
-    GuardedFileOperations &files = *shared;
-    HelperAnswer answer;
+    const auto files = std::make_shared<GuardedFileOperations>(
+        caller.user, request.target, source ? std::move(*source) : GuardedFileOperations::Source());
     switch (request.operation) {
     case Operation::Install:
-        return install(request, shared, journal);
+        return install(request, files, journal);
     case Operation::Remove:
         return remove(request, files, journal);
     case Operation::SetAttributes:
-        BrevokInstaller(files).setUID(request.user, request.permissions, request.target, request.recursive);
-        break;
-    case Operation::Exists:
-    case Operation::ExistsIsDirectory:
-        answer.yes = files.fileExists(request.target, &answer.isDirectory);
-        break;
-    case Operation::IsReadable:
-        answer.yes = files.isReadable(request.target);
-        break;
-    case Operation::IsWritable:
-        answer.yes = files.isWritable(request.target);
-        break;
-    case Operation::IsExecutable:
-        answer.yes = files.isExecutable(request.target);
-        break;
-    case Operation::IsDeletable:
-        answer.yes = files.isDeletable(request.target);
-        break;
+        BrevokInstaller(*files).setUID(request.user, request.permissions, request.target, request.recursive);
+        return {};
+    default:
+        return {look(request, caller, *files)};
     }
-    return {answer};
 }
 
-void repairInterruptedWork(const WorkJournal &journal)
+void repairInterruptedWork(const WorkJournal &journal, const WorkJournal::Entry &entry)
 {
-    const QList<WorkJournal::Entry> entries = journal.entries();
-    for (const WorkJournal::Entry &entry : entries) {
-        if (const std::optional<QString> target = targetPath(entry.target)) {
-            switch (GuardedFileOperations::repair(*target, {entry.removal, entry.fresh, entry.rebooted})) {
-            case replaceditem::Repair::NothingToDo:
-                logLine(u"interrupted work had left nothing: %1"_s.arg(*target));
-                break;
-            case replaceditem::Repair::Cleaned:
-                logLine(u"removed what interrupted work had left: %1"_s.arg(*target));
-                break;
-            case replaceditem::Repair::Restored:
-                logLine(u"brought back what interrupted work had replaced: %1"_s.arg(*target));
-                break;
-            }
+    if (const std::optional<QString> target = targetPath(entry.target)) {
+        switch (GuardedFileOperations::repair(*target, {entry.removal, entry.fresh, entry.rebooted})) {
+        case replaceditem::Repair::NothingToDo:
+            logLine(u"interrupted work had left nothing: %1"_s.arg(*target));
+            break;
+        case replaceditem::Repair::Cleaned:
+            logLine(u"removed what interrupted work had left: %1"_s.arg(*target));
+            break;
+        case replaceditem::Repair::Restored:
+            logLine(u"brought back what interrupted work had replaced: %1"_s.arg(*target));
+            break;
         }
-        journal.end(entry.id);
     }
+    journal.end(entry.id);
 }
 
 } // namespace brevok

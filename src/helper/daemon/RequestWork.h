@@ -4,6 +4,7 @@
 #pragma once
 
 #include "daemon/HelperRequest.h"
+#include "platform/linux/BorrowedRights.h"
 #include "platform/linux/GuardedFileOperations.h"
 #include "platform/linux/WorkJournal.h"
 
@@ -11,10 +12,20 @@
 
 namespace brevok {
 
-/// Takes the source of an install for the user @p user: what is authorized and installed are these bytes,
-/// whatever becomes of the file. Blocks. @return nothing with the refusal in @p answer
-[[nodiscard]] std::shared_ptr<GuardedFileOperations::Source> takeSource(
-    const HelperRequest &request, quint32 user, const QString &scratch, HelperAnswer *answer);
+using SourcePtr = std::shared_ptr<GuardedFileOperations::Source>;
+
+struct OpenedSource {
+    SourcePtr source{}; ///< null when it is refused
+    HelperAnswer refusal{};
+};
+/// Opens the source of an install for the user @p user. When somebody @p isAsked, the bytes that are
+/// installed must be those of now. Blocks.
+[[nodiscard]] OpenedSource openSource(const HelperRequest &request, quint32 user, bool isAsked);
+
+/// Copies the bytes of the source, so that nobody else can change them; to files in @p scratch where memory
+/// is short. Blocks. @return the answer when that fails
+[[nodiscard]] std::optional<HelperAnswer> takeSource(
+    GuardedFileOperations::Source &source, const QString &scratch);
 
 /// What a request came to, and what remains to be done once that was told; blocks too.
 struct WorkDone {
@@ -22,11 +33,11 @@ struct WorkDone {
     std::function<void()> rest{};
 };
 
-/// Does what the request of the user @p user asks for, with the installer's own operations. Blocks.
-[[nodiscard]] WorkDone carryOut(const HelperRequest &request, quint32 user,
-    const std::shared_ptr<GuardedFileOperations::Source> &source, const WorkJournal &journal);
+/// Does what the request of @p caller asks for, with the installer's own operations. Blocks.
+[[nodiscard]] WorkDone carryOut(const HelperRequest &request, const UserRights &caller,
+    const SourcePtr &source, const WorkJournal &journal);
 
-/// Ends what a killed process left, one log line for each item that was touched. Blocks.
-void repairInterruptedWork(const WorkJournal &journal);
+/// Ends what a killed process left of a piece of work, and says so in the log. Blocks.
+void repairInterruptedWork(const WorkJournal &journal, const WorkJournal::Entry &entry);
 
 } // namespace brevok

@@ -3,12 +3,13 @@
 
 #include "platform/linux/FileTree.h"
 
+#include "foundation/Log.h"
+#include "platform/linux/FileDescriptor.h"
 #include "platform/linux/SafePath.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -18,7 +19,6 @@ namespace brevok::filetree {
 namespace {
 
 constexpr mode_t permissionBits = 0777;
-constexpr size_t copyBlock = size_t(128) * 1024;
 
 QByteArray below(const QByteArray &parent, const QByteArray &child)
 {
@@ -48,23 +48,6 @@ bool keepTimes(int file, const struct stat &facts)
     return ::futimens(file, times.data()) == 0;
 }
 
-bool copyBytes(int source, int target)
-{
-    std::vector<char> block(copyBlock);
-    for (;;) {
-        const ssize_t got = ::read(source, block.data(), block.size());
-        if (got == 0) {
-            return true;
-        }
-        if (got < 0 && errno == EINTR) {
-            continue;
-        }
-        if (got < 0 || !safepath::writeAll(target, block.data(), static_cast<size_t>(got))) {
-            return false;
-        }
-    }
-}
-
 bool copyFile(int sourceFolder, const QByteArray &source, int targetFolder, const QByteArray &target)
 {
     // Should a pipe have taken the file's place, opening it must not wait for its other end.
@@ -78,8 +61,9 @@ bool copyFile(int sourceFolder, const QByteArray &source, int targetFolder, cons
     }
     FileDescriptor to =
         safepath::openBeneath(targetFolder, target, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
-    return to && copyBytes(from.get(), to.get()) && ::fchmod(to.get(), facts.st_mode & permissionBits) == 0
-        && keepTimes(to.get(), facts) && to.close();
+    return to && safepath::copyAll(from.get(), to.get(), facts.st_size)
+        && ::fchmod(to.get(), facts.st_mode & permissionBits) == 0 && keepTimes(to.get(), facts)
+        && to.close();
 }
 
 bool copyLink(int sourceFolder, const QByteArray &source, int targetFolder, const QByteArray &target)
@@ -180,19 +164,79 @@ FileDescriptor openEntry(int folder, const QByteArray &name)
     return FileDescriptor(::openat(folder, name.constData(), O_PATH | O_NOFOLLOW | O_CLOEXEC));
 }
 
-} // namespace
-
-bool removeContents(int folder, QByteArray *where)
-{
-    const auto entries = safepath::names(folder);
-    if (!entries) {
-        return failAt(where, QByteArray());
+/// Bounded, since whoever owns a tree decides how large and how broken it is.
+class AttributeWalk final {
+public:
+    explicit AttributeWalk(const Attributes &attributes)
+        : m_attributes(attributes)
+    {
     }
-    return std::ranges::all_of(
-        *entries, [folder, where](const QByteArray &entry) { return remove(folder, entry, where); });
-}
 
-bool remove(int folder, const QByteArray &name, QByteArray *where)
+    void visit(int folder, const QByteArray &name, int depth)
+    {
+        const qsizetype around = m_path.size();
+        m_path += around == 0 ? name : '/' + name;
+        const FileDescriptor entry = openEntry(folder, name);
+        struct stat facts { };
+        const Change change = entry ? changeOpened(entry.get(), m_attributes, &facts) : Change::Missing;
+        if (change != Change::Done) {
+            note(change);
+        }
+        if (change != Change::Missing && S_ISDIR(facts.st_mode)) {
+            visitContents(entry.get(), depth + 1);
+        }
+        m_path.truncate(around);
+    }
+
+    [[nodiscard]] QList<Unchanged> takeUnchanged()
+    {
+        if (m_more > 0) {
+            logLine(QStringLiteral("Attributes of %1 more items did not change").arg(m_more));
+        }
+        return std::move(m_unchanged);
+    }
+
+private:
+    void visitContents(int folder, int depth)
+    {
+        const auto inside = safepath::names(folder, m_left + 1);
+        if (!inside || (depth > maximumDepth && !inside->isEmpty()) || inside->size() > m_left) {
+            note(Change::Failed);
+            return;
+        }
+        m_left -= inside->size();
+        for (const QByteArray &name : *inside) {
+            visit(folder, name, depth);
+        }
+    }
+
+    /// Names some, and counts the others.
+    void note(Change change)
+    {
+        m_room -= m_path.size();
+        if (m_unchanged.size() < mostNamed && m_room >= 0) {
+            m_unchanged.append({m_path, change});
+        } else {
+            ++m_more;
+        }
+    }
+
+    static constexpr int maximumDepth = 64; // that of archives
+    static constexpr qsizetype mostEntries = 50'000;
+    static constexpr qsizetype mostNamed = 20;
+    static constexpr qsizetype roomForNames = qsizetype(16) * 1024;
+
+    Attributes m_attributes;
+    QByteArray m_path;
+    QList<Unchanged> m_unchanged;
+    qsizetype m_left = mostEntries;
+    qsizetype m_room = roomForNames;
+    qsizetype m_more = 0;
+};
+
+/// Removes an entry, and first what @p empty finds in it when it is a folder.
+template <typename Empty>
+bool removeEntry(int folder, const QByteArray &name, QByteArray *where, const Empty &empty)
 {
     if (::unlinkat(folder, name.constData(), 0) == 0) {
         return true;
@@ -206,10 +250,78 @@ bool remove(int folder, const QByteArray &name, QByteArray *where)
     if (!opened) {
         return failAt(where, name);
     }
-    if (!removeContents(opened.get(), where)) {
+    if (!empty(opened.get())) {
         return failAt(where, where->isEmpty() ? name : below(name, *where));
     }
     return ::unlinkat(folder, name.constData(), AT_REMOVEDIR) == 0 || failAt(where, name);
+}
+
+/// Removes what is in a folder, a part of its names at a time. Every level on the way is held open, so
+/// whatever lies deeper than some is moved up first. Else the owner of a tree could use up what the process
+/// has.
+class Removal final {
+public:
+    explicit Removal(int top)
+        : m_top(top)
+    {
+    }
+
+    [[nodiscard]] bool empty(int folder, int depth, QByteArray *where)
+    {
+        const auto inside = [&](int opened) {
+            return depth < levels ? empty(opened, depth + 1, where) : raise(opened, where);
+        };
+        return clear(folder, where,
+            [&](const QByteArray &entry) { return removeEntry(folder, entry, where, inside); });
+    }
+
+private:
+    [[nodiscard]] bool raise(int folder, QByteArray *where)
+    {
+        return clear(folder, where, [&](const QByteArray &entry) {
+            bool moved = false;
+            do {
+                const QByteArray fresh = ".tolvane-deep-" + QByteArray::number(++m_moved);
+                moved = safepath::renameExclusively(folder, entry, m_top, fresh);
+            } while (!moved && errno == EEXIST); // an earlier removal was cut short
+            return moved || failAt(where, entry);
+        });
+    }
+
+    /// Calls @p take, which takes its entry out of the folder, until there is none. Bounded, as somebody may
+    /// go on putting more into it.
+    template <typename Take> [[nodiscard]] static bool clear(int folder, QByteArray *where, const Take &take)
+    {
+        for (int part = 0; part < mostParts; ++part) {
+            const auto entries = safepath::names(folder, namesAtOnce);
+            if (!entries) {
+                return failAt(where, QByteArray());
+            }
+            if (entries->isEmpty() || !std::ranges::all_of(*entries, take)) {
+                return entries->isEmpty();
+            }
+        }
+        return failAt(where, QByteArray()) || failWith(ENOTEMPTY);
+    }
+
+    static constexpr int levels = 64;
+    static constexpr int namesAtOnce = 1000;
+    static constexpr int mostParts = 10'000;
+
+    int m_top;
+    int m_moved = 0;
+};
+
+} // namespace
+
+bool removeContents(int folder, QByteArray *where)
+{
+    return Removal(folder).empty(folder, 0, where);
+}
+
+bool remove(int folder, const QByteArray &name, QByteArray *where)
+{
+    return removeEntry(folder, name, where, [where](int opened) { return removeContents(opened, where); });
 }
 
 bool copy(
@@ -229,24 +341,11 @@ Change addAttributes(int folder, const QByteArray &name, const Attributes &attri
     return entry ? changeOpened(entry.get(), attributes, &facts) : Change::Missing;
 }
 
-void addAttributesToTree(int folder, const QByteArray &name, const Attributes &attributes,
-    const std::function<void(const QByteArray &, Change, int)> &failed)
+QList<Unchanged> addAttributesToTree(int folder, const QByteArray &name, const Attributes &attributes)
 {
-    const FileDescriptor entry = openEntry(folder, name);
-    struct stat facts { };
-    const Change change = entry ? changeOpened(entry.get(), attributes, &facts) : Change::Missing;
-    if (change != Change::Done) {
-        failed(name, change, errno);
-    }
-    if (change == Change::Missing || !S_ISDIR(facts.st_mode)) {
-        return;
-    }
-    for (const QByteArray &inside : safepath::names(entry.get()).value_or(QByteArrayList())) {
-        addAttributesToTree(
-            entry.get(), inside, attributes, [&](const QByteArray &where, Change result, int code) {
-                failed(below(name, where), result, code);
-            });
-    }
+    AttributeWalk walk(attributes);
+    walk.visit(folder, name, 0);
+    return walk.takeUnchanged();
 }
 
 } // namespace brevok::filetree

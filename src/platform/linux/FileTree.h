@@ -4,8 +4,7 @@
 #pragma once
 
 #include <QByteArray>
-
-#include <functional>
+#include <QList>
 
 #include <sys/types.h>
 
@@ -35,9 +34,15 @@ struct Attributes {
 };
 /// Changes one entry, not what a link points at. A link has an owner but no permissions.
 [[nodiscard]] Change addAttributes(int folder, const QByteArray &name, const Attributes &attributes);
-/// Changes an entry and everything below it, folder before contents; goes on after a failure.
-/// @p failed gets the entry (a path that starts with @p name), what became of it and errno.
-void addAttributesToTree(int folder, const QByteArray &name, const Attributes &attributes,
-    const std::function<void(const QByteArray &, Change, int)> &failed);
+/// An entry that was not changed, or a folder whose contents were not.
+struct Unchanged {
+    QByteArray path{}; ///< starts with the name of the entry that the walk began at
+    Change change = Change::Failed;
+};
+/// Changes an entry and everything below it, folder before contents; goes on after a failure. A tree that is
+/// too deep or too large is changed in part. @return the first that were not changed, in the order of the
+/// walk; how many more there are is logged
+[[nodiscard]] QList<Unchanged> addAttributesToTree(
+    int folder, const QByteArray &name, const Attributes &attributes);
 
 } // namespace brevok::filetree

@@ -14,13 +14,16 @@
 #include "platform/linux/StagingFolder.h"
 #include "platform/linux/ZipExtractor.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 
 #include <atomic>
 #include <cerrno>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brevok {
 
@@ -29,6 +32,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr mode_t fileMode = 0644;
+constexpr size_t digestBlock = size_t(128) * 1024;
 
 /// An entry, by its open folder.
 struct Place {
@@ -60,6 +64,28 @@ bool fail(FileOperations::ErrorSlot error, const QString &operation, const QStri
     return false;
 }
 
+/// What tells the first @p size bytes from others; empty with errno when they cannot be read. A file's times
+/// do not: one who can write to it can do so without changing them.
+QByteArray digestOf(int file, off_t size)
+{
+    QCryptographicHash hash(QCryptographicHash::Blake2b_256);
+    std::vector<char> block(digestBlock);
+    off_t at = 0;
+    while (at < size) {
+        const ssize_t got =
+            ::pread(file, block.data(), qMin(block.size(), static_cast<size_t>(size - at)), at);
+        if (got == 0 || (got < 0 && errno != EINTR)) {
+            errno = got == 0 ? EIO : errno;
+            return {};
+        }
+        if (got > 0) {
+            hash.addData(QByteArrayView(block.data(), got));
+            at += got;
+        }
+    }
+    return hash.result();
+}
+
 /// A share of the memory that sources may take up all together; nothing when there is too little left.
 std::shared_ptr<void> reserveMemory(qint64 size)
 {
@@ -83,27 +109,43 @@ GuardedFileOperations::GuardedFileOperations(uid_t caller, QString target, Sourc
 {
 }
 
-std::optional<GuardedFileOperations::Source> GuardedFileOperations::takeSource(
-    const QString &path, uid_t caller, qint64 longest, const QString &scratch, ErrorSlot error)
+std::optional<GuardedFileOperations::Source> GuardedFileOperations::openSource(
+    const QString &path, uid_t caller, qint64 longest, Bytes bytes, ErrorSlot error)
 {
-    const FileDescriptor file = guardedpath::openOwnFile(QFile::encodeName(path), caller);
+    Source source{path, guardedpath::openOwnFile(QFile::encodeName(path), caller)};
     struct stat facts { };
-    FileDescriptor copy;
-    std::shared_ptr<void> memory;
-    if (file && ::fstat(file.get(), &facts) == 0) {
-        if (facts.st_size <= longest) {
-            memory = reserveMemory(facts.st_size);
-            copy = guardedpath::privateCopy(
-                file.get(), facts.st_size, memory ? QByteArray() : QFile::encodeName(scratch));
-        } else {
-            errno = EFBIG;
-        }
+    bool good = source.file && ::fstat(source.file.get(), &facts) == 0;
+    if (good && facts.st_size > longest) {
+        errno = EFBIG;
+        good = false;
     }
-    if (!copy) {
+    if (good && bytes == Bytes::AsSeen) {
+        source.digest = digestOf(source.file.get(), facts.st_size);
+        good = !source.digest.isEmpty();
+    }
+    if (!good) {
         fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, errno);
         return std::nullopt;
     }
-    return Source{path, std::move(copy), std::move(memory)};
+    return source;
+}
+
+bool GuardedFileOperations::takeSource(Source &source, const QString &scratch, ErrorSlot error)
+{
+    struct stat facts { };
+    FileDescriptor copy;
+    if (::fstat(source.file.get(), &facts) == 0) {
+        source.reservation = reserveMemory(facts.st_size);
+        copy = guardedpath::privateCopy(
+            source.file.get(), facts.st_size, source.reservation ? QByteArray() : QFile::encodeName(scratch));
+    }
+    if (copy && !source.digest.isEmpty() && digestOf(copy.get(), facts.st_size) != source.digest) {
+        copy.close();
+        errno = ESTALE;
+    }
+    source.file = std::move(copy);
+    return source.file
+        || fail(error, Texts::tr("Could not take the file \"%1\"").arg(source.path), source.path, errno);
 }
 
 replaceditem::Repair GuardedFileOperations::repair(
@@ -122,8 +164,8 @@ bool GuardedFileOperations::finish()
     if (!place) {
         return !m_aside;
     }
-    if (m_placed && !StagingFolder::bringToDisk(place.folder.get(), place.name)) {
-        logLine(u"what was installed could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
+    if (m_placed ? !safepath::sync(place.folder.get()) : ::fsync(place.folder.get()) != 0) {
+        logLine(u"what was done could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
         return false;
     }
     if (m_aside && !fileExists(m_target)) {
@@ -296,11 +338,11 @@ QList<FileOperations::AttributeFailure> GuardedFileOperations::addPermissionsAnd
         return {{path, true}};
     }
     QList<AttributeFailure> failures;
-    filetree::addAttributesToTree(place.folder.get(), place.name, {permissions, user, true},
-        [&](const QByteArray &where, filetree::Change change, int) {
-            failures.append({path + QFile::decodeName(where.mid(place.name.size())),
-                change == filetree::Change::Missing});
-        });
+    for (const filetree::Unchanged &entry :
+        filetree::addAttributesToTree(place.folder.get(), place.name, {permissions, user, true})) {
+        failures.append({path + QFile::decodeName(entry.path.mid(place.name.size())),
+            entry.change == filetree::Change::Missing});
+    }
     return failures;
 }
 

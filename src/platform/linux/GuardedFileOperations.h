@@ -18,10 +18,11 @@ namespace brevok {
 /// to hold over a power cut it takes finish() and repair(). One thread at a time.
 class GuardedFileOperations final : public FileOperations {
 public:
-    /// What a request installs: bytes that nobody else can change any more, under the path they came from.
+    /// What a request installs: a file of the caller's, until its bytes are taken.
     struct Source {
         QString path{};
         FileDescriptor file{};
+        QByteArray digest{}; ///< of the bytes that somebody was asked about
         std::shared_ptr<void> reservation{}; ///< of memory, for as long as the bytes are there
     };
 
@@ -32,15 +33,20 @@ public:
     {
     }
 
-    /// Takes the regular file at @p path if it is the caller's own and no longer than @p longest bytes. Its
-    /// bytes are copied to a file without a name in @p scratch. @return nothing with the reason in @p error
-    [[nodiscard]] static std::optional<Source> takeSource(
-        const QString &path, uid_t caller, qint64 longest, const QString &scratch, ErrorSlot error);
+    /// What the bytes that are taken must be: the ones that openSource() saw, or whatever is there then.
+    enum class Bytes { AsSeen, Any };
+    /// Opens the regular file at @p path if it is the caller's own and no longer than @p longest bytes. That
+    /// costs neither disk nor memory. @return nothing with the reason in @p error
+    [[nodiscard]] static std::optional<Source> openSource(
+        const QString &path, uid_t caller, qint64 longest, Bytes bytes, ErrorSlot error);
+    /// Copies the bytes of @p source to memory, or to a file without a name in @p scratch: from then on
+    /// nobody else can change them, and it may be installed. @return false with the reason in @p error
+    [[nodiscard]] static bool takeSource(Source &source, const QString &scratch, ErrorSlot error);
     /// Ends what a killed process left of work on @p target.
     [[nodiscard]] static replaceditem::Repair repair(
         const QString &target, const replaceditem::Interrupted &what);
-    /// After an install was answered: brings the target to the disk and deletes what it replaced. @return
-    /// whether nothing is left for repair()
+    /// After an install or a removal was answered: brings what became of the target to the disk and deletes
+    /// what it replaced. @return whether nothing is left for repair()
     [[nodiscard]] bool finish();
 
     [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;

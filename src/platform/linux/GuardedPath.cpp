@@ -3,6 +3,7 @@
 
 #include "platform/linux/GuardedPath.h"
 
+#include "platform/linux/BorrowedRights.h"
 #include "platform/linux/SafePath.h"
 
 #include <QByteArrayList>
@@ -64,9 +65,10 @@ QByteArray trustedLink(int folder, const QByteArray &name)
 /// One folder after the other; the links among them become what they stand for.
 class Walk final {
 public:
-    Walk(Missing missing, Folders folders)
+    Walk(Missing missing, Folders folders, const UserRights *user = nullptr)
         : m_missing(missing)
         , m_folders(folders)
+        , m_user(user)
     {
     }
 
@@ -102,6 +104,9 @@ private:
     [[nodiscard]] bool mayLead(int folder) const
     {
         struct stat facts { };
+        if (m_user != nullptr) {
+            return ::fstat(folder, &facts) == 0 && (facts.st_uid == 0 || letsThrough(folder));
+        }
         if (m_folders == Folders::Anybodys) {
             return true;
         }
@@ -110,6 +115,13 @@ private:
             && ((facts.st_mode & S_IWOTH) == 0 || (facts.st_mode & S_ISVTX) != 0);
         errno = trusted ? errno : EPERM;
         return trusted;
+    }
+
+    [[nodiscard]] bool letsThrough(int folder) const
+    {
+        struct stat facts { };
+        const BorrowedRights rights(*m_user);
+        return rights && ::fstatat(folder, ".", &facts, AT_SYMLINK_NOFOLLOW) == 0;
     }
 
     [[nodiscard]] FileDescriptor make(const QByteArray &name)
@@ -139,6 +151,7 @@ private:
 
     Missing m_missing;
     Folders m_folders;
+    const UserRights *m_user;
     FileDescriptor m_current;
     QByteArrayList m_left;
     int m_links = 0;
@@ -155,6 +168,15 @@ FileDescriptor openFolder(const QByteArray &path, Missing missing, Folders folde
     // What was opened for look-ups only is opened for real by its own name in itself.
     return found ? FileDescriptor(::openat(found.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC))
                  : FileDescriptor();
+}
+
+bool isVisible(const QByteArray &path, const UserRights &user)
+{
+    const safepath::SplitPath item = safepath::split(path);
+    const FileDescriptor folder = Walk(Missing::Refused, Folders::Anybodys, &user).run(item.folder);
+    struct stat facts { };
+    return folder && !item.name.isEmpty()
+        && ::fstatat(folder.get(), item.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 FileDescriptor openOwnFile(const QByteArray &path, uid_t owner)

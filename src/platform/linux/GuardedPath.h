@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "platform/linux/BorrowedRights.h"
 #include "platform/linux/FileDescriptor.h"
 
 #include <QByteArray>
@@ -23,6 +24,10 @@ enum class Folders { Anybodys, Roots };
 /// with mode 0755 where the caller wants that.
 [[nodiscard]] FileDescriptor openFolder(
     const QByteArray &path, Missing missing = Missing::Refused, Folders folders = Folders::Anybodys);
+
+/// Whether there is something at the absolute @p path for all that @p user may know: root's folders on the
+/// way keep nothing from him, those of others do where he may not pass through them himself.
+[[nodiscard]] bool isVisible(const QByteArray &path, const UserRights &user);
 
 /// Opens the regular file at the absolute @p path for reading if it is @p owner's own; nothing else, links
 /// and pipes included, is opened at all; EACCES then.

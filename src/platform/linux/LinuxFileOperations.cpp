@@ -246,12 +246,12 @@ QList<FileOperations::AttributeFailure> LinuxFileOperations::addPermissionsAndOw
         return {{path, true}};
     }
     QList<AttributeFailure> failures;
-    filetree::addAttributesToTree(folder.get(), item.name, {permissions, user},
-        [&](const QByteArray &where, filetree::Change change, int) {
-            // Named as the caller named the item.
-            failures.append(
-                {path + QFile::decodeName(where.mid(item.name.size())), change == filetree::Change::Missing});
-        });
+    for (const filetree::Unchanged &entry :
+        filetree::addAttributesToTree(folder.get(), item.name, {permissions, user})) {
+        // Named as the caller named the item.
+        failures.append({path + QFile::decodeName(entry.path.mid(item.name.size())),
+            entry.change == filetree::Change::Missing});
+    }
     return failures;
 }
 

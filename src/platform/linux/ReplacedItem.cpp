@@ -120,7 +120,7 @@ Repair repair(int folder, const QByteArray &name, const Interrupted &what)
     const bool staged = StagingFolder::removeStale(folder);
     const bool removed = removeRemoved(folder);
     if (!what.removal && repaired != Repair::Restored && exists(folder, name)) {
-        (void)StagingFolder::bringToDisk(folder, name);
+        (void)safepath::sync(folder);
     }
     return repaired == Repair::NothingToDo && (staged || removed) ? Repair::Cleaned : repaired;
 }

@@ -15,6 +15,7 @@
 #include <sys/sendfile.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
+#include <unistd.h>
 
 namespace brevok::safepath {
 
@@ -40,6 +41,21 @@ FileDescriptor openStepwise(int folder, const QByteArray &path, int flags, mode_
         }
     }
     return FileDescriptor(::openat(current ? current.get() : folder, last.constData(), flags, mode));
+}
+
+bool send(int from, int to, off_t *at, off_t end)
+{
+    while (*at < end) {
+        constexpr off_t most = off_t(16) * 1024 * 1024;
+        const ssize_t sent = ::sendfile(to, from, at, static_cast<size_t>(qMin(end - *at, most)));
+        if (sent == 0) {
+            errno = EIO;
+        }
+        if (sent == 0 || (sent < 0 && errno != EINTR)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace
@@ -81,7 +97,7 @@ FileDescriptor openBeneath(int folder, const QByteArray &path, int flags, mode_t
     return FileDescriptor(static_cast<int>(descriptor));
 }
 
-std::optional<QByteArrayList> names(int folder)
+std::optional<QByteArrayList> names(int folder, qsizetype most)
 {
     // A descriptor of its own: reading moves the folder's position.
     FileDescriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
@@ -99,7 +115,7 @@ std::optional<QByteArrayList> names(int folder)
     // Nothing else tells the end from a failure.
     const int before = std::exchange(errno, 0);
     // NOLINTNEXTLINE(concurrency-mt-unsafe): safe on a stream that nobody else reads
-    while (const dirent *entry = ::readdir(stream.get())) {
+    while (const dirent *entry = result.size() < most ? ::readdir(stream.get()) : nullptr) {
         const QByteArray name(static_cast<const char *>(entry->d_name));
         if (name != "." && name != "..") {
             result.append(name);
@@ -135,6 +151,11 @@ bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByte
     return ::renameat2(oneFolder, one.constData(), otherFolder, other.constData(), RENAME_EXCHANGE) == 0;
 }
 
+bool sync(int folder)
+{
+    return ::syncfs(folder) == 0;
+}
+
 bool writeAll(int file, const char *bytes, size_t size)
 {
     while (size > 0) {
@@ -154,16 +175,29 @@ bool copyAll(int from, int to, qint64 size)
 {
     off_t at = 0;
     while (at < size) {
-        constexpr qint64 most = qint64(16) * 1024 * 1024;
-        const ssize_t sent = ::sendfile(to, from, &at, static_cast<size_t>(qMin(size - at, most)));
-        if (sent == 0) {
-            errno = EIO;
+        // Where nothing was ever written, nothing is written either.
+        const off_t data = ::lseek(from, at, SEEK_DATA);
+        if (data < 0 && errno == ENXIO) {
+            break;
         }
-        if (sent == 0 || (sent < 0 && errno != EINTR)) {
+        const off_t start = qMin<off_t>(qMax(data, at), size);
+        const off_t hole = ::lseek(from, start, SEEK_HOLE);
+        if (::lseek(to, start - at, SEEK_CUR) < 0) {
+            return false;
+        }
+        at = start;
+        if (!send(from, to, &at, hole > start ? qMin<off_t>(hole, size) : size)) {
             return false;
         }
     }
-    return true;
+    // A hole at the end counts as bytes, unless it is there because the source has become shorter.
+    struct stat facts { };
+    if (::fstat(from, &facts) != 0 || facts.st_size < size) {
+        errno = EIO;
+        return false;
+    }
+    const off_t end = ::lseek(to, size - at, SEEK_CUR);
+    return end >= 0 && ::ftruncate(to, end) == 0;
 }
 
 } // namespace brevok::safepath

@@ -7,6 +7,7 @@
 
 #include <QByteArrayList>
 
+#include <limits>
 #include <optional>
 
 #include <sys/types.h>
@@ -29,16 +30,21 @@ struct SplitPath {
 /// Opens @p path beneath @p folder. A link in any component, the last one too, and ".." are refused.
 /// Descriptors are closed on exec.
 [[nodiscard]] FileDescriptor openBeneath(int folder, const QByteArray &path, int flags, mode_t mode = 0);
-/// The names in a folder, sorted; nothing when it cannot be read.
-[[nodiscard]] std::optional<QByteArrayList> names(int folder);
+/// The names in a folder, sorted, or @p most of them; nothing when it cannot be read.
+[[nodiscard]] std::optional<QByteArrayList> names(
+    int folder, qsizetype most = std::numeric_limits<int>::max());
 /// Renames an entry to a name that nothing may bear yet.
 [[nodiscard]] bool renameExclusively(
     int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to);
 /// Swaps two entries, both of which exist.
 [[nodiscard]] bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByteArray &other);
+/// Brings everything on the file system of @p folder to the disk, and opens nothing for that: what stands
+/// there may belong to somebody who swaps it for something that is better not opened.
+[[nodiscard]] bool sync(int folder);
 /// Writes all of @p size bytes.
 [[nodiscard]] bool writeAll(int file, const char *bytes, size_t size);
-/// Copies the first @p size bytes of a file. A source that has become shorter is a failure (EIO).
+/// Copies the first @p size bytes of a file to the end of another. A source that has become shorter is a
+/// failure (EIO); holes stay holes.
 [[nodiscard]] bool copyAll(int from, int to, qint64 size);
 
 } // namespace brevok::safepath

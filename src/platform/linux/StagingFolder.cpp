@@ -13,6 +13,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace brevok {
 
@@ -20,6 +21,7 @@ namespace {
 
 constexpr auto prefix = ".tolvane-unpack-";
 constexpr int attempts = 100;
+constexpr qsizetype mostNeighbours = 10'000; ///< that are looked through for what crashed runs left
 
 bool stillNamed(int folder, const QByteArray &name, int opened)
 {
@@ -27,6 +29,21 @@ bool stillNamed(int folder, const QByteArray &name, int opened)
     struct stat held { };
     return ::fstatat(folder, name.constData(), &named, AT_SYMLINK_NOFOLLOW) == 0
         && ::fstat(opened, &held) == 0 && named.st_dev == held.st_dev && named.st_ino == held.st_ino;
+}
+
+/// Whether nobody else has put anything into @p opened, or can. Its name says nothing: whoever owns the
+/// folder around it may have given that to another one. Without root's rights there is nothing to gain by it,
+/// and some file systems tell owners and modes of their own.
+bool isPrivate(int opened)
+{
+    struct stat facts { };
+    if (::geteuid() != 0) {
+        return true;
+    }
+    const bool ours =
+        ::fstat(opened, &facts) == 0 && facts.st_uid == 0 && (facts.st_mode & (S_IRWXG | S_IRWXO)) == 0;
+    const auto inside = ours ? safepath::names(opened) : std::nullopt;
+    return inside && inside->isEmpty();
 }
 
 FileDescriptor openLocked(int folder, const QByteArray &name)
@@ -55,7 +72,7 @@ template <typename Visit> bool visitTree(int folder, int &most, const Visit &vis
         if (!isFolder && !S_ISREG(facts.st_mode)) {
             continue;
         }
-        const FileDescriptor opened = safepath::openBeneath(folder, name, O_RDONLY);
+        const FileDescriptor opened = safepath::openBeneath(folder, name, O_RDONLY | O_NONBLOCK);
         if (!opened || (isFolder && !visitTree(opened.get(), most, visit))
             || !visit(opened.get(), isFolder)) {
             return false;
@@ -104,7 +121,7 @@ QByteArray freshName()
 bool StagingFolder::removeStale(int folder)
 {
     bool found = false;
-    const QByteArrayList entries = safepath::names(folder).value_or(QByteArrayList());
+    const QByteArrayList entries = safepath::names(folder, mostNeighbours).value_or(QByteArrayList());
     for (const QByteArray &name : entries) {
         if (!name.startsWith(prefix)) {
             continue;
@@ -138,6 +155,10 @@ bool StagingFolder::make()
         return errno == EEXIST;
     }
     FileDescriptor made = openLocked(m_folder, m_name);
+    if (made && !isPrivate(made.get())) {
+        errno = EPERM;
+        return false;
+    }
     if (made && stillNamed(m_folder, m_name, made.get())) {
         m_staging = std::move(made);
         return true;
@@ -192,17 +213,6 @@ bool StagingFolder::publish(const QByteArrayList &names, Existing existing, QByt
         ::fsync(m_folder);
     }
     return true;
-}
-
-bool StagingFolder::bringToDisk(int folder, const QByteArray &name)
-{
-    const FileDescriptor item = safepath::openBeneath(folder, name, O_RDONLY | O_NONBLOCK);
-    struct stat facts { };
-    if (!item || ::fstat(item.get(), &facts) != 0) {
-        return false;
-    }
-    const bool there = S_ISDIR(facts.st_mode) ? contentsToDisk(item.get()) : ::fsync(item.get()) == 0;
-    return there && ::fsync(folder) == 0;
 }
 
 } // namespace brevok

@@ -10,7 +10,9 @@
 namespace brevok {
 
 /// A hidden folder inside another one, where entries are made complete before they get their final names.
-/// It is locked while it lives; what crashed runs left is removed when the next one is made.
+/// It is locked while it lives; what crashed runs left is removed when the next one is made. In a process
+/// with root's rights it is one that only root can look into, whoever owns the folder around it, or there is
+/// none.
 class StagingFolder final {
 public:
     /// @p folder must stay open as long as this lives.
@@ -32,14 +34,10 @@ public:
     enum class Safe { Before, Later };
 
     /// Moves the entries @p names to the folder, all or none, once everything inside is on the disk, unless
-    /// the caller sees to that later, with bringToDisk(). What is replaced goes with this folder.
+    /// the caller sees to that later. What is replaced goes with this folder.
     /// @return false with errno set and the entry that failed in @p where
     [[nodiscard]] bool publish(
         const QByteArrayList &names, Existing existing, QByteArray *where, Safe safe = Safe::Before);
-
-    /// Brings the item @p name of @p folder and everything in it to the disk, and its name too.
-    /// @return false with the reason in errno
-    [[nodiscard]] static bool bringToDisk(int folder, const QByteArray &name);
 
 private:
     [[nodiscard]] bool make();

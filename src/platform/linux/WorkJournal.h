@@ -26,6 +26,7 @@ public:
     {
     }
 
+    [[nodiscard]] const QString &folder() const { return m_folder; }
     /// @return the entry's id when it is on the disk, else nothing with the reason in errno
     [[nodiscard]] QString begin(const QString &target, bool removal, bool fresh) const;
     void end(const QString &id) const;

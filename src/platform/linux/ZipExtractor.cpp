@@ -6,6 +6,7 @@
 #include "foundation/Paths.h"
 #include "foundation/Texts.h"
 #include "platform/linux/FileErrors.h"
+#include "platform/linux/FileTree.h"
 #include "platform/linux/SafePath.h"
 #include "platform/linux/StagingFolder.h"
 #include "platform/linux/ZipReader.h"
@@ -212,8 +213,8 @@ bool Extraction::makeLinks()
         const QByteArray name = nameOf(link.path);
         if (folder < 0 || ::symlinkat(link.target.constData(), folder, name.constData()) != 0
             || (m_terms.owner
-                && ::fchownat(folder, name.constData(), *m_terms.owner, keepGroup, AT_SYMLINK_NOFOLLOW)
-                    != 0)) {
+                && filetree::addAttributes(folder, name, {.user = *m_terms.owner, .onlyReadable = true})
+                    != filetree::Change::Done)) {
             return failAt(link.path);
         }
     }

@@ -4,6 +4,10 @@
 // Preloaded into the helper: counts the calls that change files while there is a file FAULT_WHEN, and makes
 // the one numbered FAULT_AT the process's last (FAULT=kill) or one that finds the disk full (FAULT=full). It
 // removes that file when it strikes.
+// Does what the owner of a folder could do at the worst moment: with ATTACK_DECOY it swaps each hidden
+// folder, as soon as that is made, for the one of this name beside it, and each link for the file
+// ATTACK_SECRET; with ATTACK_PIPE, the file "swapped" for that pipe when it has been looked at. While there
+// is a file STALL_WHILE, folders of its owner stand still.
 
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -12,6 +16,7 @@
 #include <signal.h>
 #include <stdarg.h>
 #include <stdatomic.h>
+#include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 #include <sys/sendfile.h>
@@ -45,6 +50,16 @@ static int regular(int file)
 
 #define REAL(name, type) ((type)dlsym(RTLD_NEXT, #name))
 
+static void stall(int folder)
+{
+    struct stat facts;
+    struct stat whose;
+    while (getenv("STALL_WHILE") != NULL && stat(getenv("STALL_WHILE"), &whose) == 0
+        && fstat(folder, &facts) == 0 && facts.st_uid == whose.st_uid) {
+        usleep(10000);
+    }
+}
+
 ssize_t write(int file, const void *bytes, size_t size)
 {
     return file > 2 && regular(file) && fault(1)
@@ -74,7 +89,32 @@ int syncfs(int file)
 
 int mkdirat(int folder, const char *name, mode_t mode)
 {
-    return fault(1) ? -1 : REAL(mkdirat, int (*)(int, const char *, mode_t))(folder, name, mode);
+    stall(folder);
+    const int result = fault(1) ? -1 : REAL(mkdirat, int (*)(int, const char *, mode_t))(folder, name, mode);
+    if (result == 0 && name[0] == '.' && getenv("ATTACK_DECOY") != NULL) {
+        syscall(SYS_renameat2, folder, name, folder, getenv("ATTACK_DECOY"), RENAME_EXCHANGE);
+    }
+    return result;
+}
+
+int fstatat(int folder, const char *name, struct stat *facts, int flags)
+{
+    const int result =
+        REAL(fstatat, int (*)(int, const char *, struct stat *, int))(folder, name, facts, flags);
+    if (result == 0 && strcmp(name, "swapped") == 0 && getenv("ATTACK_PIPE") != NULL) {
+        syscall(SYS_renameat2, AT_FDCWD, getenv("ATTACK_PIPE"), folder, name, RENAME_EXCHANGE);
+    }
+    return result;
+}
+
+int symlinkat(const char *target, int folder, const char *name)
+{
+    const int result =
+        fault(1) ? -1 : REAL(symlinkat, int (*)(const char *, int, const char *))(target, folder, name);
+    if (result == 0 && getenv("ATTACK_SECRET") != NULL) {
+        syscall(SYS_renameat2, AT_FDCWD, getenv("ATTACK_SECRET"), folder, name, 0);
+    }
+    return result;
 }
 
 int renameat(int from, const char *name, int to, const char *other)
@@ -85,6 +125,7 @@ int renameat(int from, const char *name, int to, const char *other)
 
 int renameat2(int from, const char *name, int to, const char *other, unsigned flags)
 {
+    stall(from);
     return fault(1) ? -1
                     : REAL(renameat2, int (*)(int, const char *, int, const char *, unsigned))(
                         from, name, to, other, flags);

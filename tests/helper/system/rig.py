@@ -140,6 +140,10 @@ class Caller:
         with self._arrived:
             return number in self._answers
 
+    def asked(self):
+        """Whether an event has come."""
+        return not self._events.empty()
+
     def event(self, name, seconds=20):
         event = self._events.get(timeout=seconds)
         assert event["event"] == name, event

@@ -3,6 +3,7 @@
 import json
 import os
 import pathlib
+import subprocess
 import sys
 import unittest
 
@@ -10,6 +11,64 @@ import rig as rigs
 from rig import snapshot, wait_for
 
 MOST = 200  # calls that one install or removal makes at most
+
+
+def unsynced(calls):
+    """What is not on the disk yet before each of the calls, and after the last."""
+    names = set()
+    for what, *paths in [*(call.split(" ") for call in calls), ["end", ""]]:
+        yield what, paths, set(names)
+        if what in ("write", "make"):
+            names.update((paths[0], os.path.dirname(paths[0])))
+        elif what in ("sync", "remove"):
+            names.discard(paths[0])
+        elif what == "syncfs":
+            names.clear()
+        elif what == "rename":
+            names.update(map(os.path.dirname, paths))
+
+
+class DurabilityTest(unittest.TestCase):
+    def setUp(self):
+        self.rig = rigs.Rig(HELPER)
+        self.addCleanup(self.rig.close)
+        self.calls = self.rig.root / "calls"
+        self.recording = {"LD_PRELOAD": str(TESTS / "librecorded_files.so"), "RECORD_FOLDER": str(self.rig.root),
+                          "RECORD_LOG": str(self.calls)}
+
+    def test_work(self):
+        """Before it is begun its entry is on the disk, before that goes the work is."""
+        self.rig.serve_by(self.recording)
+        caller, target = self.rig.caller(), self.rig.application()
+        workspace = target.parents[2] / "Presets" / "InDesign_Workspaces" / "Tolvane.xml"
+        source = self.rig.archive()
+        for call in (lambda: caller.install(source, target), lambda: caller.install(source, target),
+                     lambda: caller.call("RemoveItemAtPath", "s", str(target))):
+            caller.call("Version")
+            self.calls.write_text("")
+            self.assertTrue(call()["result"][0])
+            self.rig.settle()
+            begun = ended = False
+            for what, paths, waiting in unsynced(self.calls.read_text().splitlines()):
+                if paths[0].startswith("Applications") and what != "sync":
+                    begun = True
+                    self.assertEqual({name for name in waiting if name.startswith("state")}, set())
+                elif what == "remove" and paths[0].startswith("state/work-"):
+                    ended = True
+                    self.assertEqual({name for name in waiting if name.startswith("Applications")}, set())
+            self.assertTrue(begun and ended)
+
+    def test_set_up(self):
+        subprocess.run([self.rig.helper, "--install", "--prefix", self.rig.blessed], check=True,
+                       env={**self.rig.environment, **self.recording})
+        placed = 0
+        for what, paths, waiting in unsynced(self.calls.read_text().splitlines()):
+            if what == "rename":
+                placed += 1
+                self.assertNotIn(paths[0], waiting)
+            elif what == "end":
+                self.assertEqual({name for name in waiting if os.path.dirname(name) and "." in name}, set())
+        self.assertEqual(placed, 5)
 
 
 class InterruptedTest(unittest.TestCase):
@@ -30,6 +89,7 @@ class InterruptedTest(unittest.TestCase):
         self.rig.end_helper()
         self.rig.serve_by({"LD_PRELOAD": str(FAULT), "FAULT_WHEN": when, **faults} if faults else None)
         self.caller.call("Version")
+        self.rig.settle()  # it repairs what the one before it left
         if faults:
             when.touch()
 

@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // Preloaded, adds a line to the file RECORD_LOG for what changes files beneath RECORD_FOLDER: "write NAME",
-// "sync NAME", "rename FROM TO" and "remove NAME", by the names that stand there.
+// "make NAME" (a folder), "sync NAME", "syncfs NAME", "rename FROM TO" and "remove NAME", by the names that
+// stand there.
 
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -11,6 +12,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <sys/uio.h>
 #include <unistd.h>
@@ -52,6 +54,26 @@ static void record_file(const char *what, int file)
     }
 }
 
+// The path of a name in an open folder.
+static const char *path_at(int folder, const char *name, char *path)
+{
+    char link[64];
+    if (folder == AT_FDCWD || name[0] == '/') {
+        return name;
+    }
+    snprintf(link, sizeof link, "/proc/self/fd/%d", folder);
+    const long length = syscall(SYS_readlinkat, AT_FDCWD, link, path, PATH_MAX - 1);
+    snprintf(path + (length > 0 ? length : 0), (size_t)(PATH_MAX - (length > 0 ? length : 0)), "/%s", name);
+    return path;
+}
+
+static void record_at(const char *what, int folder, const char *name, int other_folder, const char *other)
+{
+    char path[PATH_MAX];
+    char other_path[PATH_MAX];
+    record(what, path_at(folder, name, path), other == NULL ? NULL : path_at(other_folder, other, other_path));
+}
+
 #define RECORDED(result, name, parameters, arguments, recording)                                             \
     result name parameters;                                                                                  \
     result name parameters                                                                                   \
@@ -73,5 +95,14 @@ RECORDED(int, fsync, (int file), (file), record_file("sync", file))
 RECORDED(int, fdatasync, (int file), (file), record_file("sync", file))
 RECORDED(int, rename, (const char *from, const char *to), (from, to), record("rename", from, to))
 RECORDED(int, renameat2, (int fromAt, const char *from, int toAt, const char *to, unsigned flags),
-    (fromAt, from, toAt, to, flags), record("rename", from, to))
+    (fromAt, from, toAt, to, flags), record_at("rename", fromAt, from, toAt, to))
+RECORDED(int, renameat, (int fromAt, const char *from, int toAt, const char *to), (fromAt, from, toAt, to),
+    record_at("rename", fromAt, from, toAt, to))
+RECORDED(int, unlinkat, (int folder, const char *name, int flags), (folder, name, flags),
+    record_at("remove", folder, name, -1, NULL))
+RECORDED(int, mkdirat, (int folder, const char *name, mode_t mode), (folder, name, mode),
+    record_at("make", folder, name, -1, NULL))
+RECORDED(ssize_t, sendfile, (int to, int from, off_t *at, size_t size), (to, from, at, size),
+    record_file("write", to))
+RECORDED(int, syncfs, (int file), (file), record_file("syncfs", file))
 RECORDED(int, unlink, (const char *path), (path), record("remove", path, NULL))

@@ -238,9 +238,10 @@ DefinitionPtr DefinitionTables::mergedBuild(ListedBuild &build)
     }
     const bool newLink = copyValue(PluginKeys::link, build.record, definition->record);
     const bool newSize = copyValue(PluginKeys::size, build.record, definition->record);
+    const bool newChecksum = copyValue(PluginKeys::checksum, build.record, definition->record);
     const bool newPrefix = !isSameValue(PluginKeys::prefixes, build.record, definition->record)
         && ensurePrefix(*definition, build.prefix);
-    if (newLink || newSize || newPrefix) {
+    if (newLink || newSize || newChecksum || newPrefix) {
         m_changed.insert(build.key);
     }
     return definition;

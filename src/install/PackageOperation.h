@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "foundation/Tasks.h"
 #include "install/InstallFlow.h"
 
 namespace brevok {
@@ -30,6 +31,8 @@ protected:
     {
         return m_with.plugins.definition(key);
     }
+    /// An entry for what is no business of a single target.
+    void addFailure(const QString &plugin, const QString &reason);
     /// The failure alert, later, so that the work does not wait for the user's answer.
     void reportLater(const QList<BrevokError> &errors, const QString &plugin);
 

@@ -6,12 +6,18 @@
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "foundation/Texts.h"
 
 #include <algorithm>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
+
+QString neededByAnotherPackage()
+{
+    return Texts::tr("Another package needs it.");
+}
 
 bool mayRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
     const CatalogueSnapshot &catalogue, const std::function<bool(const QString &path)> &exists)

@@ -38,6 +38,7 @@ struct HttpRequest {
     /// it, which takes its name, replacing an older file, once it holds exactly expectedSize bytes.
     QString destination{};
     qint64 expectedSize = 0;
+    QByteArray checksum{}; ///< SHA-256 that the file must have; empty: any
 };
 
 enum class HttpFailure {
@@ -55,6 +56,7 @@ enum class HttpFailure {
     HeadTooLong,
     BodyTooLong,
     BodyTooShort, ///< than expected, for a file
+    OtherChecksum, ///< than expected, for a file
     NotStored, ///< the system's error in code
     Unknown,
 };

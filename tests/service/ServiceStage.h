@@ -52,14 +52,16 @@ struct Stage {
         return get(
             [&](auto &client, auto *context, auto handler) { client.fetchFile(url, context, handler); });
     }
-    DownloadResult download(const QUrl &url, const QString &destination, qint64 size)
+    DownloadResult download(
+        const QUrl &url, const QString &destination, qint64 size, const QByteArray &checksum = {})
     {
         HttpServiceClient client(
             network, [this] { return sessionId; }, [] { return true; }, limits);
         QList<DownloadResult> results;
         QObject context;
         client.download(
-            url, destination, size, &context, [this](qint64 done, qint64) { progress.append(done); },
+            {url, destination, size, checksum}, &context,
+            [this](qint64 done, qint64) { progress.append(done); },
             [&results](const DownloadResult &result) { results.append(result); });
         [&] {
             QTRY_COMPARE_WITH_TIMEOUT(results.size(), 1, patient);

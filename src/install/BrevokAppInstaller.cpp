@@ -22,7 +22,7 @@ QList<bool> removalAnswers(
         const auto exists = [&operations](const QString &path) {
             return operations.fileExistsAtPath(path);
         };
-        answers.append(mayRemovePlugin(question.name, question.pluginPath, question.prefix, known, exists));
+        answers.append(canRemovePlugin(question.name, question.pluginPath, question.prefix, known, exists));
     }
     return answers;
 }
@@ -57,7 +57,7 @@ QString BrevokAppInstaller::getVersionString(const QString &version)
     return brevok::getVersionString(version);
 }
 
-void BrevokAppInstaller::checkHelper(QObject *context, const std::function<void(bool valid)> &answered)
+void BrevokAppInstaller::checkUpdateHelper(QObject *context, const std::function<void(bool valid)> &answered)
 {
     if (m_valid) {
         answered(*m_valid);
@@ -114,17 +114,17 @@ void BrevokAppInstaller::removePlugin(
 void BrevokAppInstaller::run(CommandRun::Order order, QObject *context, Completion done)
 {
     addJob([this, order = std::move(order), guard = QPointer(context), done = std::move(done)] {
-        auto *job =
-            new CommandRun({.applications = m_with.applications,
-                               .plugins = m_with.plugins,
-                               .packages = m_with.packages,
-                               .alerts = m_runningAlerts,
-                               .access = m_access,
-                               .askForHelper = [this](QObject *asker,
-                                                   const auto &answered) { checkHelper(asker, answered); },
-                               .workspaceFile = m_with.workspaceFile,
-                               .user = m_with.user},
-                order, this);
+        auto *job = new CommandRun(
+            {.applications = m_with.applications,
+                .plugins = m_with.plugins,
+                .packages = m_with.packages,
+                .alerts = m_runningAlerts,
+                .access = m_access,
+                .askForHelper = [this](QObject *asker,
+                                    const auto &answered) { checkUpdateHelper(asker, answered); },
+                .workspaceFile = m_with.workspaceFile,
+                .user = m_with.user},
+            order, this);
         connect(job, &CommandRun::ended, this, [this, job, guard, done] {
             job->deleteLater();
             jobEnded();
@@ -154,7 +154,7 @@ void BrevokAppInstaller::canRemovePlugins(
             this, [tasks, access = m_access] { return helperIsNeeded(tasks, access); },
             [this, questions, answered](bool needed) {
                 if (needed) {
-                    checkHelper(this,
+                    checkUpdateHelper(this,
                         [this, questions, answered](bool) { answerRemovals(questions, true, answered); });
                 } else {
                     answerRemovals(questions, false, answered);

@@ -58,9 +58,9 @@ public:
     [[nodiscard]] FileOperations &files() const { return m_with.files; }
 
     /// Checks the helper, the first time it is asked for, then calls @p answered while @p context lives.
-    void checkHelper(QObject *context, const std::function<void(bool valid)> &answered);
+    void checkUpdateHelper(QObject *context, const std::function<void(bool valid)> &answered);
     /// Who does file operations that need the helper: its proxy, or the fallback. Background, after
-    /// checkHelper() has answered.
+    /// checkUpdateHelper() has answered.
     [[nodiscard]] std::shared_ptr<InstallerOperations> installer() const;
 
     /// Carries out the install commands of the definition under the build key @p key. With

@@ -155,7 +155,7 @@ CommandResult carryOutRemoval(
     const auto exists = [&](const QString &path) {
         return operations.fileExistsAtPath(path);
     };
-    if (!mayRemovePlugin(task.plugin, task.pluginPath, prefix, known, exists)) {
+    if (!canRemovePlugin(task.plugin, task.pluginPath, prefix, known, exists)) {
         result.entries.append(task.entry(End::LeftAlone, neededByAnotherPackage()));
         return result;
     }

@@ -155,7 +155,7 @@ void InstallFlow::ended(PackageOperation *operation, const Completion &done)
             logLine(u"%1: %2"_s.arg(endName(entry.end), entry.sentence()));
         }
     }
-    m_lastFailures.note(operation->prefix(), outcome);
+    m_lastFailures.note(operation->prefix(), operation->packageName(), outcome);
     m_running.remove(operation);
     operation->deleteLater();
     startWhatCan();

@@ -6,6 +6,7 @@
 #include "install/InstallOutcome.h"
 
 #include <QHash>
+#include <QMap>
 #include <QObject>
 
 namespace brevok {
@@ -22,14 +23,14 @@ public:
     explicit LastFailures(BrevokPackages &packages, QObject *parent = nullptr);
     ~LastFailures() override;
 
-    [[nodiscard]] InstallOutcome of(const QString &prefix) const { return m_failures.value(prefix); }
-    /// By prefix; only of packages that something failed for.
-    [[nodiscard]] const QHash<QString, InstallOutcome> &all() const { return m_failures; }
+    [[nodiscard]] InstallOutcome of(const QString &prefix) const;
+    /// By prefix; only where something failed.
+    [[nodiscard]] QHash<QString, InstallOutcome> all() const;
 
-    /// An operation on the package was asked for.
+    /// An operation on the packages with the prefix was asked for.
     void forget(const QString &prefix);
-    /// An operation on the package ended.
-    void note(const QString &prefix, const InstallOutcome &outcome);
+    /// An operation on the package @p name, of maybe several with the prefix, ended.
+    void note(const QString &prefix, const QString &name, const InstallOutcome &outcome);
 
 Q_SIGNALS:
     /// Another of().
@@ -38,7 +39,7 @@ Q_SIGNALS:
 private:
     void forgetAll();
 
-    QHash<QString, InstallOutcome> m_failures;
+    QHash<QString, QMap<QString, InstallOutcome>> m_failures; ///< by prefix and name; failures alone
 };
 
 } // namespace brevok

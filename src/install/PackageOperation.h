@@ -18,6 +18,7 @@ public:
     ~PackageOperation() override;
 
     [[nodiscard]] const QString &prefix() const { return m_prefix; }
+    [[nodiscard]] QString packageName() const { return m_package.value(PackageKeys::name).toString(); }
     [[nodiscard]] const InstallOutcome &outcome() const { return m_outcome; }
     /// Starts the work, which emits finished() at its end.
     virtual void begin() = 0;

@@ -19,7 +19,7 @@ QString neededByAnotherPackage()
     return Texts::tr("Another package needs it.");
 }
 
-bool mayRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
+bool canRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
     const CatalogueSnapshot &catalogue, const std::function<bool(const QString &path)> &exists)
 {
     if (name.isEmpty() || pluginPath.isEmpty() || prefix.isEmpty()) {

@@ -1,10 +1,13 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "install/InstallPaths.h"
 #include "InstallRig.h"
 
 #include <QRegularExpression>
 #include <QTest>
+
+#include <cerrno>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -24,6 +27,8 @@ private Q_SLOTS:
     void archiveThatHoldsSomethingElseIsAFailure();
     void answersAreCollected_data();
     void answersAreCollected();
+    void failuresAreJudged_data();
+    void failuresAreJudged();
     void runningApplicationIsMentionedOncePerMinute();
     void removalFromARunningApplication();
     void skippedCommandsTouchNothing();
@@ -187,7 +192,7 @@ void AppInstallerTest::helperIsUsedWhereItCanBe()
     InstallRig rig;
     rig.helper.blesses = valid;
     bool ended = false;
-    rig.installer.checkHelper(this, [&](bool) { ended = true; });
+    rig.installer.checkUpdateHelper(this, [&](bool) { ended = true; });
     QTRY_VERIFY(ended);
     const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
     rig.helper.state = {connected, proxy ? helper : nullptr, installs};
@@ -276,6 +281,47 @@ void AppInstallerTest::answersAreCollected()
     QCOMPARE(AppInstallerTest::failures(result).size(), failures);
     QCOMPARE(result.entries.size(), 1);
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
+}
+
+void AppInstallerTest::failuresAreJudged_data()
+{
+    QTest::addColumn<BrevokError>("failure");
+    QTest::addColumn<bool>("answer");
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<bool>("archiveIsBad");
+    const auto row = [](const char *name, int code, bool answer, const char *reason, bool bad) {
+        QTest::addRow("%s", name) << BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
+            .code = code,
+            .description = u"the system's words"_s}
+                                  << answer << QString::fromLatin1(reason) << bad;
+    };
+    row("full disk", ENOSPC, true, "No space is left on the disk.", false);
+    row("quota", EDQUOT, true, "No space is left on the disk.", false);
+    row("read-only disk", EROFS, false, "The disk is read-only.", false);
+    row("another's folder", EACCES, false, "Writing there is not allowed.", false);
+    row("failing disk", EIO, true, "the system's words", false);
+    row("damaged archive", EILSEQ, true, "The archive is damaged.", true);
+    row("archive that may not be unpacked", EPERM, true, "the system's words", true);
+    QTest::addRow("looked into") << installerError(u"holds something else"_s) << true
+                                 << u"holds something else"_s << true;
+    QTest::addRow("not looked into") << installerError(u"nobody agreed"_s) << false << u"nobody agreed"_s
+                                     << false;
+    QTest::addRow("without a word") << BrevokError{} << false << u"It is not known why."_s << false;
+}
+
+void AppInstallerTest::failuresAreJudged()
+{
+    QFETCH(BrevokError, failure);
+    QFETCH(bool, answer);
+    QFETCH(QString, reason);
+    QFETCH(bool, archiveIsBad);
+    OneBuild rig;
+    rig.needHelper()->scripted = {answer, failure};
+    const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
+    QCOMPARE(failures(result).size(), 1);
+    QCOMPARE(failures(result)[0].reason, reason);
+    QCOMPARE(failures(result)[0].detail, reason == failure.description ? QString() : failure.description);
+    QCOMPARE(result.archiveIsBad, archiveIsBad);
 }
 
 void AppInstallerTest::runningApplicationIsMentionedOncePerMinute()
@@ -395,7 +441,7 @@ void AppInstallerTest::sharedPluginsStay()
     const auto exists = [&](const QString &asked) {
         return installed.contains(QString(asked).remove(u"/T/Tolvane/"_s).remove(u".InDesignPlugin"_s));
     };
-    QCOMPARE(mayRemovePlugin(name, path, prefix, catalogue, exists), removable);
+    QCOMPARE(canRemovePlugin(name, path, prefix, catalogue, exists), removable);
     const bool missing = name.isEmpty() || path.isEmpty() || prefix.isEmpty();
     QCOMPARE(LogCapture::lines().size(), missing ? 1 : 0);
     if (name.isEmpty()) {

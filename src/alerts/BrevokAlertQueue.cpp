@@ -76,6 +76,9 @@ AlertPresenter::Ending BrevokAlertQueue::beginModal(
 void BrevokAlertQueue::show(
     std::unique_ptr<Alert> alert, QObject *context, AlertPresenter::Completion answered)
 {
+    if (!alert) {
+        return; // made on another thread, which was logged
+    }
     auto turn = std::make_shared<Turn>();
     turn->alert = alert.get();
     turn->owned = std::move(alert);

@@ -28,6 +28,13 @@ QString workspacePath(const CommandTask &task)
     return applicationFolder(task.pluginPath) + u"/Presets/InDesign Workspaces/Tolvane.xml"_s;
 }
 
+// One that is there already stays as it is.
+bool workspaceNeedsHelper(const CommandTask &task, const HelperAccess &access)
+{
+    const QString path = workspacePath(task);
+    return !access.own()->fileExistsAtPath(path) && access.isNeededFor(path);
+}
+
 // The disk of a target may have fallen silent since the plan was made, and must not keep other work waiting.
 std::optional<FolderLook> answeringFolder(const QString &pluginPath)
 {
@@ -112,7 +119,7 @@ bool helperIsNeeded(const QList<CommandTask> &tasks, const HelperAccess &access)
     return std::any_of(tasks.cbegin(), tasks.cend(), [&](const CommandTask &task) {
         return answeringFolder(task.pluginPath)
             && (access.isNeededFor(task.pluginPath)
-                || (!task.isRemoval() && access.isNeededFor(workspacePath(task))));
+                || (!task.isRemoval() && workspaceNeedsHelper(task, access)));
     });
 }
 

@@ -68,6 +68,7 @@ void installWorkspace(const CommandTask &task, const CommandTools &tools, Comman
     const std::optional<BrevokError> failure = installed.failure ? installed.failure : installed.error;
     if (installed.answer ? failure.has_value() : !isThere) {
         PluginOutcome entry = task.entry(End::Failed, reasonOf(failure));
+        entry.plugin = target.sliced(target.lastIndexOf(u'/') + 1);
         entry.detail = Texts::tr("The workspace could not be installed at %1.").arg(target);
         result.entries.append(entry);
     }

@@ -178,7 +178,7 @@ QString ElidedLabel::takeFirstLine(QString &rest) const
     line.setLineWidth(width());
     const qsizetype end = line.textLength();
     layout.endLayout();
-    const QString first = rest.left(end).trimmed();
+    QString first = rest.left(end).trimmed();
     rest = rest.mid(end).trimmed();
     return first;
 }

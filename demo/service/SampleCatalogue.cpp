@@ -6,6 +6,7 @@
 #include "SampleArchive.h"
 #include "SampleIcon.h"
 
+#include <QCryptographicHash>
 #include <QDir>
 #include <QFileInfo>
 #include <QHash>
@@ -39,6 +40,14 @@ QString writeFile(const QString &path, const QByteArray &data)
 QString writeList(const QString &path, const QJsonArray &list)
 {
     return writeFile(path, QJsonDocument(list).toJson());
+}
+
+QString checksumOf(const QString &path)
+{
+    QFile file(path);
+    QCryptographicHash hash(QCryptographicHash::Sha256);
+    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? QString::fromLatin1(hash.result().toHex())
+                                                                 : QString();
 }
 
 /// Writes the catalogue that the program carries; its first problem stops it.
@@ -93,7 +102,7 @@ private:
         m_problem = writeSampleArchive(build, path);
         const bool redirected = plugin[u"Redirected"_s].toArray().contains(hostVersion);
         return {{u"Name"_s, build.name}, {u"Version"_s, build.version}, {u"HostVersion"_s, hostVersion},
-            {u"Platform"_s, u"Mac"_s}, {u"Size"_s, QFileInfo(path).size()},
+            {u"Platform"_s, u"Mac"_s}, {u"Size"_s, QFileInfo(path).size()}, {u"SHA256"_s, checksumOf(path)},
             {u"Link"_s, (redirected ? u"/download"_s : u"/archives"_s) + place}};
     }
 

@@ -92,20 +92,12 @@
         <translation>Falsche Eingabe für removeItemAtPath:</translation>
     </message>
     <message>
-        <source>The plug-in could not be installed at %1.</source>
-        <translation>Das Plug-In konnte nicht unter %1 installiert werden.</translation>
-    </message>
-    <message>
         <source>The archive %1 did not put a plug-in at %2.</source>
         <translation>Das Archiv %1 hat kein Plug-In unter %2 abgelegt.</translation>
     </message>
     <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>Der Arbeitsbereich konnte nicht unter %1 installiert werden.</translation>
-    </message>
-    <message>
-        <source>The plug-in at %1 could not be removed.</source>
-        <translation>Das Plug-In unter %1 konnte nicht entfernt werden.</translation>
     </message>
     <message>
         <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
@@ -1332,6 +1324,50 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>The privileged helper was installed, but does not start.</source>
         <translation>Das Hilfsprogramm mit Systemrechten wurde installiert, startet aber nicht.</translation>
+    </message>
+    <message>
+        <source>No space is left on the disk.</source>
+        <translation>Auf dem Datenträger ist kein Platz mehr.</translation>
+    </message>
+    <message>
+        <source>The disk is read-only.</source>
+        <translation>Der Datenträger ist schreibgeschützt.</translation>
+    </message>
+    <message>
+        <source>Writing there is not allowed.</source>
+        <translation>Dort darf nicht geschrieben werden.</translation>
+    </message>
+    <message>
+        <source>The archive is damaged.</source>
+        <translation>Das Archiv ist beschädigt.</translation>
+    </message>
+    <message>
+        <source>It is not known why.</source>
+        <translation>Der Grund ist nicht bekannt.</translation>
+    </message>
+    <message>
+        <source>%1 is running.</source>
+        <translation>%1 läuft gerade.</translation>
+    </message>
+    <message>
+        <source>Another package needs it.</source>
+        <translation>Ein anderes Paket benötigt es.</translation>
+    </message>
+    <message>
+        <source>It is up to date.</source>
+        <translation>Es ist aktuell.</translation>
+    </message>
+    <message>
+        <source>The catalogue&apos;s checksum of it cannot be read.</source>
+        <translation>Die Prüfsumme im Katalog ist nicht lesbar.</translation>
+    </message>
+    <message>
+        <source>The download is not what the catalogue announced.</source>
+        <translation>Der Download ist nicht das, was der Katalog angekündigt hat.</translation>
+    </message>
+    <message>
+        <source>%1 (and %2 more)</source>
+        <translation>%1 (und %2 weitere)</translation>
     </message>
 </context>
 </TS>

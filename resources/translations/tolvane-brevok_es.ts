@@ -92,20 +92,12 @@
         <translation>Entrada incorrecta para removeItemAtPath:</translation>
     </message>
     <message>
-        <source>The plug-in could not be installed at %1.</source>
-        <translation>No se pudo instalar el plug-in en %1.</translation>
-    </message>
-    <message>
         <source>The archive %1 did not put a plug-in at %2.</source>
         <translation>El archivo %1 no colocó ningún plug-in en %2.</translation>
     </message>
     <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>No se pudo instalar el espacio de trabajo en %1.</translation>
-    </message>
-    <message>
-        <source>The plug-in at %1 could not be removed.</source>
-        <translation>No se pudo eliminar el plug-in de %1.</translation>
     </message>
     <message>
         <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
@@ -1332,6 +1324,50 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>The privileged helper was installed, but does not start.</source>
         <translation>El auxiliar con privilegios se instaló, pero no se inicia.</translation>
+    </message>
+    <message>
+        <source>No space is left on the disk.</source>
+        <translation>No queda espacio en el disco.</translation>
+    </message>
+    <message>
+        <source>The disk is read-only.</source>
+        <translation>El disco es de solo lectura.</translation>
+    </message>
+    <message>
+        <source>Writing there is not allowed.</source>
+        <translation>No está permitido escribir ahí.</translation>
+    </message>
+    <message>
+        <source>The archive is damaged.</source>
+        <translation>El archivo comprimido está dañado.</translation>
+    </message>
+    <message>
+        <source>It is not known why.</source>
+        <translation>No se conoce el motivo.</translation>
+    </message>
+    <message>
+        <source>%1 is running.</source>
+        <translation>%1 se está ejecutando.</translation>
+    </message>
+    <message>
+        <source>Another package needs it.</source>
+        <translation>Otro paquete lo necesita.</translation>
+    </message>
+    <message>
+        <source>It is up to date.</source>
+        <translation>Está actualizado.</translation>
+    </message>
+    <message>
+        <source>The catalogue&apos;s checksum of it cannot be read.</source>
+        <translation>No se puede leer la suma de comprobación del catálogo.</translation>
+    </message>
+    <message>
+        <source>The download is not what the catalogue announced.</source>
+        <translation>La descarga no es lo que anunciaba el catálogo.</translation>
+    </message>
+    <message>
+        <source>%1 (and %2 more)</source>
+        <translation>%1 (y %2 más)</translation>
     </message>
 </context>
 </TS>

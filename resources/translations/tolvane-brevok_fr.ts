@@ -92,20 +92,12 @@
         <translation>Entrée incorrecte pour removeItemAtPath:</translation>
     </message>
     <message>
-        <source>The plug-in could not be installed at %1.</source>
-        <translation>Le plug-in n’a pas pu être installé dans %1.</translation>
-    </message>
-    <message>
         <source>The archive %1 did not put a plug-in at %2.</source>
         <translation>L’archive %1 n’a pas placé de plug-in dans %2.</translation>
     </message>
     <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>L’espace de travail n’a pas pu être installé dans %1.</translation>
-    </message>
-    <message>
-        <source>The plug-in at %1 could not be removed.</source>
-        <translation>Le plug-in dans %1 n’a pas pu être supprimé.</translation>
     </message>
     <message>
         <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
@@ -1332,6 +1324,50 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>The privileged helper was installed, but does not start.</source>
         <translation>Le programme auxiliaire privilégié a été installé, mais ne démarre pas.</translation>
+    </message>
+    <message>
+        <source>No space is left on the disk.</source>
+        <translation>Il n’y a plus de place sur le disque.</translation>
+    </message>
+    <message>
+        <source>The disk is read-only.</source>
+        <translation>Le disque est en lecture seule.</translation>
+    </message>
+    <message>
+        <source>Writing there is not allowed.</source>
+        <translation>L’écriture n’y est pas autorisée.</translation>
+    </message>
+    <message>
+        <source>The archive is damaged.</source>
+        <translation>L’archive est endommagée.</translation>
+    </message>
+    <message>
+        <source>It is not known why.</source>
+        <translation>La raison n’est pas connue.</translation>
+    </message>
+    <message>
+        <source>%1 is running.</source>
+        <translation>%1 est en cours d’exécution.</translation>
+    </message>
+    <message>
+        <source>Another package needs it.</source>
+        <translation>Un autre paquet en a besoin.</translation>
+    </message>
+    <message>
+        <source>It is up to date.</source>
+        <translation>Il est à jour.</translation>
+    </message>
+    <message>
+        <source>The catalogue&apos;s checksum of it cannot be read.</source>
+        <translation>La somme de contrôle du catalogue est illisible.</translation>
+    </message>
+    <message>
+        <source>The download is not what the catalogue announced.</source>
+        <translation>Le téléchargement n’est pas ce que le catalogue annonçait.</translation>
+    </message>
+    <message>
+        <source>%1 (and %2 more)</source>
+        <translation>%1 (et %2 autres)</translation>
     </message>
 </context>
 </TS>

@@ -92,20 +92,12 @@
         <translation>removeItemAtPath: への入力が正しくありません</translation>
     </message>
     <message>
-        <source>The plug-in could not be installed at %1.</source>
-        <translation>プラグインを %1 にインストールできませんでした。</translation>
-    </message>
-    <message>
         <source>The archive %1 did not put a plug-in at %2.</source>
         <translation>アーカイブ %1 から %2 にプラグインが作成されませんでした。</translation>
     </message>
     <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>ワークスペースを %1 にインストールできませんでした。</translation>
-    </message>
-    <message>
-        <source>The plug-in at %1 could not be removed.</source>
-        <translation>%1 のプラグインを削除できませんでした。</translation>
     </message>
     <message>
         <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
@@ -1332,6 +1324,50 @@ Please try to sign-in again.</source>
     <message>
         <source>The privileged helper was installed, but does not start.</source>
         <translation>特権ヘルパーはインストールされましたが、起動しません。</translation>
+    </message>
+    <message>
+        <source>No space is left on the disk.</source>
+        <translation>ディスクに空き容量がありません。</translation>
+    </message>
+    <message>
+        <source>The disk is read-only.</source>
+        <translation>ディスクは読み取り専用です。</translation>
+    </message>
+    <message>
+        <source>Writing there is not allowed.</source>
+        <translation>そこへの書き込みは許可されていません。</translation>
+    </message>
+    <message>
+        <source>The archive is damaged.</source>
+        <translation>アーカイブが破損しています。</translation>
+    </message>
+    <message>
+        <source>It is not known why.</source>
+        <translation>原因は不明です。</translation>
+    </message>
+    <message>
+        <source>%1 is running.</source>
+        <translation>%1 が実行中です。</translation>
+    </message>
+    <message>
+        <source>Another package needs it.</source>
+        <translation>別のパッケージが必要としています。</translation>
+    </message>
+    <message>
+        <source>It is up to date.</source>
+        <translation>最新です。</translation>
+    </message>
+    <message>
+        <source>The catalogue&apos;s checksum of it cannot be read.</source>
+        <translation>カタログのチェックサムを読み取れません。</translation>
+    </message>
+    <message>
+        <source>The download is not what the catalogue announced.</source>
+        <translation>ダウンロードした内容がカタログの記載と一致しません。</translation>
+    </message>
+    <message>
+        <source>%1 (and %2 more)</source>
+        <translation>%1（ほか%2件）</translation>
     </message>
 </context>
 </TS>

@@ -66,22 +66,115 @@ int BrevokAlertQueue::runModal(Alert &alert)
 AlertPresenter::Ending BrevokAlertQueue::beginModal(
     Alert &alert, QObject *context, AlertPresenter::Completion answered)
 {
-    if (!mayShow(alert) || m_keys.contains(alert.key())) {
-        answered(alertNotShown);
+    auto turn = std::make_shared<Turn>();
+    turn->alert = &alert;
+    turn->context = context;
+    turn->answered = std::move(answered);
+    return queue(turn);
+}
+
+void BrevokAlertQueue::show(
+    std::unique_ptr<Alert> alert, QObject *context, AlertPresenter::Completion answered)
+{
+    if (!alert) {
+        return; // made on another thread, which was logged
+    }
+    auto turn = std::make_shared<Turn>();
+    turn->alert = alert.get();
+    turn->owned = std::move(alert);
+    turn->context = context;
+    turn->answered = std::move(answered);
+    queue(turn);
+}
+
+AlertPresenter::Ending BrevokAlertQueue::queue(const TurnPtr &turn)
+{
+    const QString key = turn->alert->key();
+    if (!mayShow(*turn->alert) || m_keys.contains(key)) {
+        turn->alert->setDelegate(nullptr); // the text is not its own to give back
+        if (turn->context && turn->answered) {
+            turn->answered(alertNotShown);
+        }
         return [](int) {
         };
     }
-    m_keys.insert(alert.key());
-    m_panel.setKeepOpenPanel(true);
-    return alert.beginModal([queue = QPointer<BrevokAlertQueue>(this), guard = QPointer<QObject>(context),
-                                answered = std::move(answered)](int response) {
-        if (queue) {
-            queue->m_panel.setKeepOpenPanel(false);
+    m_keys.insert(key);
+    m_turns.append(turn);
+    showNext();
+    return [self = QPointer(this), turn](int response) {
+        if (turn->up) {
+            const AlertPresenter::Ending end = turn->ending; // which goes when it is called
+            end(response);
+        } else if (self && !turn->over) {
+            self->endTurn(turn, response);
         }
-        if (guard) {
-            answered(response);
+    };
+}
+
+void BrevokAlertQueue::showNext()
+{
+    m_turns.removeIf([](const TurnPtr &turn) { return turn->alert.isNull(); });
+    if (m_turns.isEmpty() || m_turns.constFirst()->up || m_awaited > 0) {
+        return;
+    }
+    const TurnPtr turn = m_turns.constFirst();
+    turn->up = true;
+    m_panel.setKeepOpenPanel(true);
+    AlertPresenter::Ending ending = turn->alert->beginModal([self = QPointer(this), turn](int response) {
+        turn->up = false;
+        if (self) {
+            self->m_panel.setKeepOpenPanel(false);
+            self->endTurn(turn, response);
         }
     });
+    if (turn->up) {
+        turn->ending = std::move(ending);
+    }
+}
+
+void BrevokAlertQueue::endTurn(const TurnPtr &turn, int response)
+{
+    turn->over = true;
+    turn->ending = {};
+    m_turns.removeOne(turn);
+    const AlertPresenter::Completion answered = std::exchange(turn->answered, {});
+    if (turn->context && answered) {
+        answered(response);
+    }
+    // The alert is still at work, and goes with the last who knows the turn.
+    onMain(this, [turn] { turn->owned.reset(); });
+    showNextLater();
+}
+
+void BrevokAlertQueue::showNextLater()
+{
+    onMain(this, [this] { showNext(); });
+}
+
+std::unique_ptr<BrevokAlert> BrevokAlertQueue::build(
+    const QString &messageText, const QString &informativeText, const QStringList &buttons)
+{
+    std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_presenter);
+    if (!alert) {
+        return alert;
+    }
+    alert->content.messageText = messageText;
+    if (!informativeText.isEmpty()) {
+        alert->content.informativeText = informativeText;
+    }
+    for (const QString &title : buttons) {
+        alert->content.buttons.append(AlertButton{title});
+    }
+    return alert;
+}
+
+void BrevokAlertQueue::tell(
+    const QString &messageText, const QString &informativeText, const QStringList &buttons)
+{
+    if (std::unique_ptr<BrevokAlert> alert = build(messageText, informativeText, buttons)) {
+        alert->content.informativeText = informativeText; // logged as it was given
+        show(std::move(alert), this);
+    }
 }
 
 int BrevokAlertQueue::modalAlert(const QString &messageText, const QString &informativeText,
@@ -91,16 +184,9 @@ int BrevokAlertQueue::modalAlert(const QString &messageText, const QString &info
     if (refusedThread() || m_keys.contains(messageText + informativeText)) {
         return alertNotShown;
     }
-    const std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_presenter);
+    const std::unique_ptr<BrevokAlert> alert = build(messageText, informativeText, buttons);
     alert->setDelegate(this);
-    alert->content.messageText = messageText;
-    if (!informativeText.isEmpty()) {
-        alert->content.informativeText = informativeText;
-    }
     alert->content.icon = icon;
-    for (const QString &title : buttons) {
-        alert->content.buttons.append(AlertButton{title});
-    }
     alert->content.accessory = accessory;
     return showOnce(*alert);
 }
@@ -113,9 +199,13 @@ int BrevokAlertQueue::showOnce(Alert &alert)
         return alertNotShown;
     }
     m_keys.insert(key);
+    ++m_awaited;
     m_panel.setKeepOpenPanel(true);
     const int response = alert.runModal();
     m_panel.setKeepOpenPanel(false);
+    if (--m_awaited == 0) {
+        showNextLater();
+    }
     return response;
 }
 

@@ -344,12 +344,10 @@ bool BrevokPlugins::hasUnfinishedActions() const
     return m_tables.hasPendingCommands();
 }
 
-void BrevokPlugins::downloadPlugin(const QUrl &url, const QString &destination, qint64 expectedSize,
-    QObject *context, ServiceClient::ProgressHandler progress,
-    ServiceClient::DownloadHandler completionHandler)
+void BrevokPlugins::downloadPlugin(const DownloadOrder &order, QObject *context,
+    ServiceClient::ProgressHandler progress, ServiceClient::DownloadHandler completionHandler)
 {
-    m_service.download(
-        url, destination, expectedSize, context, std::move(progress), std::move(completionHandler));
+    m_service.download(order, context, std::move(progress), std::move(completionHandler));
 }
 
 QTimer *BrevokPlugins::updateTimer() const

@@ -67,9 +67,9 @@ public:
     /// Whether any definition has a pending command.
     [[nodiscard]] bool hasUnfinishedActions() const;
 
-    /// Streams the archive at @p url to @p destination; see ServiceClient::download().
-    void downloadPlugin(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
-        ServiceClient::ProgressHandler progress, ServiceClient::DownloadHandler completionHandler);
+    /// Fetches an archive; see ServiceClient::download().
+    void downloadPlugin(const DownloadOrder &order, QObject *context, ServiceClient::ProgressHandler progress,
+        ServiceClient::DownloadHandler completionHandler);
 
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *updateTimer() const;

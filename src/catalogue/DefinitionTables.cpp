@@ -260,8 +260,9 @@ DefinitionPtr DefinitionTables::mergedBuild(const ListedBuild &build)
     Record known = definition->record.record();
     const bool newLink = copyValue(PluginKeys::link, listed, known);
     const bool newSize = copyValue(PluginKeys::size, listed, known);
+    const bool newChecksum = copyValue(PluginKeys::checksum, listed, known);
     const bool newPrefix = ensurePrefix(known, build.prefix);
-    const bool differs = newLink || newSize || newPrefix;
+    const bool differs = newLink || newSize || newChecksum || newPrefix;
     if (known == listed) {
         definition->record = record; // whose text need not be written anew
     } else if (differs) {

@@ -177,9 +177,8 @@ double ListRefresh::secondsUntilLastUpdate() const
 void ListRefresh::showAlert()
 {
     const auto days = static_cast<qint32>(static_cast<qint64>(secondsUntilLastUpdate() / secondsOfDay));
-    m_alerts.modalAlert(m_wording.alertTitle,
-        Texts::tr("Unable to contact the Tolvane Brevok server for %1 days.").arg(days), {},
-        {Texts::tr("OK")});
+    m_alerts.tell(m_wording.alertTitle,
+        Texts::tr("Unable to contact the Tolvane Brevok server for %1 days.").arg(days), {Texts::tr("OK")});
 }
 
 } // namespace brevok

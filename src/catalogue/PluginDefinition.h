@@ -5,11 +5,13 @@
 
 #include "foundation/PackedRecord.h"
 
+#include <QByteArray>
 #include <QHash>
 #include <QList>
 #include <QMap>
 
 #include <memory>
+#include <optional>
 
 namespace brevok {
 
@@ -20,6 +22,7 @@ inline constexpr QLatin1StringView prefix("Prefix");
 inline constexpr QLatin1StringView version("Version");
 inline constexpr QLatin1StringView hostVersion("HostVersion");
 inline constexpr QLatin1StringView size("Size");
+inline constexpr QLatin1StringView checksum("SHA256"); ///< of the archive, in hexadecimal; may be missing
 inline constexpr QLatin1StringView link("Link");
 inline constexpr QLatin1StringView published("Published");
 inline constexpr QLatin1StringView platform("Platform");
@@ -51,6 +54,10 @@ using PackedSnapshot = QHash<QString, QList<PackedRecord>>;
 
 /// "HostVersion:Name_Version", what makes a build one build.
 [[nodiscard]] QString buildKey(const Record &definition);
+
+/// The 32 bytes of the checksum that @p definition has of its archive: empty when it has none, nothing when
+/// what stands there is no checksum.
+[[nodiscard]] std::optional<QByteArray> archiveChecksum(const Record &definition);
 
 /// Whether @p definition has a pending install or remove command.
 [[nodiscard]] bool hasPendingCommands(const PluginDefinition &definition);

@@ -231,6 +231,19 @@ QString buildKey(const Record &definition)
         displayText(definition.value(PluginKeys::name)), displayText(definition.value(PluginKeys::version)));
 }
 
+std::optional<QByteArray> archiveChecksum(const Record &definition)
+{
+    constexpr int size = 32;
+    const QJsonValue value = definition.value(PluginKeys::checksum);
+    if (value.isUndefined() || value.isNull()) {
+        return QByteArray();
+    }
+    const QByteArray digits = value.toString().toUtf8();
+    const QByteArray checksum = QByteArray::fromHex(digits);
+    // Whatever is no digit is left out there.
+    return checksum.size() == size && digits.size() == 2 * size ? std::optional(checksum) : std::nullopt;
+}
+
 std::optional<PluginList> newestBuilds(const QByteArray &json)
 {
     dom::parser parser;

@@ -26,15 +26,22 @@ void ControlCall::answer(const QVariant &result) const
     send(m_message.createReply(result));
 }
 
+void ControlCall::answer(const QVariantList &results) const
+{
+    send(m_message.createReply(results));
+}
+
 void ControlCall::refuse(const QString &reason) const
 {
     send(m_message.createErrorReply(QString::fromLatin1(refusedError), reason));
 }
 
-void ControlCall::answerWhenStored(StateStore &state, const QStringList &failures) const
+void ControlCall::answerWhenStored(
+    StateStore &state, const QStringList &failures, const QVariantList &more) const
 {
-    state.commit({}, &state, [call = *this, failures](const auto &error) {
-        call.answer(error ? failures + QStringList{error->description} : failures);
+    state.commit({}, &state, [call = *this, failures, more](const auto &error) {
+        const QStringList all = error ? failures + QStringList{error->description} : failures;
+        call.answer(QVariantList{all} + more);
     });
 }
 

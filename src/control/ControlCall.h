@@ -26,11 +26,14 @@ public:
 
     void answer() const;
     void answer(const QVariant &result) const;
+    void answer(const QVariantList &results) const;
     /// Answers with the error "Refused", whose message is @p reason.
     void refuse(const QString &reason) const;
 
-    /// Answers with @p failures when what the call changed is stored; that it could not be is one more.
-    void answerWhenStored(StateStore &state, const QStringList &failures) const;
+    /// Answers with @p failures, and with @p more, when what the call changed is stored; that it could not be
+    /// is one more failure.
+    void answerWhenStored(
+        StateStore &state, const QStringList &failures, const QVariantList &more = {}) const;
     /// Answers when what the call changed is stored, or refuses with why that failed.
     void confirmWhenStored(StateStore &state) const;
 

@@ -99,7 +99,7 @@ QString ControlService::Status()
         {u"updates"_s,
             std::count_if(packages.cbegin(), packages.cend(),
                 [this](const Record &package) { return m_with->packages.waits(package); })},
-        {u"packages"_s, packagesDocument(packages, statuses)},
+        {u"packages"_s, packagesDocument(packages, statuses, m_with->flow.lastFailures().all())},
         {u"targets"_s, targetsDocument(m_with->targets.allRecords())},
         {u"installer"_s,
             QJsonObject{{u"helper"_s, m_with->helperIsUsed()}, {u"version"_s, installerInterfaceVersion}}},
@@ -154,7 +154,7 @@ QStringList ControlService::Check()
     return {};
 }
 
-QStringList ControlService::Install(const QStringList &prefixes)
+QStringList ControlService::Install(const QStringList &prefixes, QString & /*outcome*/)
 {
     if (!refusedTooEarly()) {
         m_packages->install(currentCall(), prefixes);
@@ -162,7 +162,7 @@ QStringList ControlService::Install(const QStringList &prefixes)
     return {};
 }
 
-QStringList ControlService::UpdateAll()
+QStringList ControlService::UpdateAll(QString & /*outcome*/)
 {
     if (!refusedTooEarly()) {
         m_packages->updateAll(currentCall());
@@ -170,7 +170,7 @@ QStringList ControlService::UpdateAll()
     return {};
 }
 
-QStringList ControlService::Remove(const QStringList &prefixes)
+QStringList ControlService::Remove(const QStringList &prefixes, QString & /*outcome*/)
 {
     if (!refusedTooEarly()) {
         m_packages->remove(currentCall(), prefixes);

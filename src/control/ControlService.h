@@ -58,9 +58,9 @@ public:
     QStringList SignIn(const QString &email, const QString &password);
     QStringList SignOut();
     QStringList Check();
-    QStringList Install(const QStringList &prefixes);
-    QStringList UpdateAll();
-    QStringList Remove(const QStringList &prefixes);
+    QStringList Install(const QStringList &prefixes, QString &outcome);
+    QStringList UpdateAll(QString &outcome);
+    QStringList Remove(const QStringList &prefixes, QString &outcome);
     void Discard();
     QString Targets();
     void AddTarget(const QString &path, const QString &type, const QString &version);

@@ -4,6 +4,9 @@
 #include "control/PackageCalls.h"
 
 #include "catalogue/BrevokPackages.h"
+#include "control/StatusDocument.h"
+
+#include <QJsonDocument>
 
 namespace brevok {
 
@@ -11,13 +14,9 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-QStringList sentencesOf(const InstallOutcome &outcome)
+QVariantList documentOf(const InstallOutcome &outcome)
 {
-    QStringList sentences;
-    for (const BrevokError &failure : outcome.failures) {
-        sentences.append(failure.description);
-    }
-    return sentences;
+    return {QString::fromUtf8(QJsonDocument(outcomeDocument(outcome)).toJson(QJsonDocument::Compact))};
 }
 
 } // namespace
@@ -68,20 +67,23 @@ PackageCalls::Ended PackageCalls::answerAfter(const ControlCall &call, qsizetype
 {
     struct State {
         qsizetype open;
-        QStringList failures;
+        Answer answer;
     };
-    return [this, call, state = std::make_shared<State>(State{count, {}})](const QStringList &failures) {
-        state->failures += failures;
+    return [this, call, state = std::make_shared<State>(State{count, {}})](const Answer &part) {
+        state->answer.failures += part.failures;
+        if (part.outcome) {
+            state->answer.outcome = state->answer.outcome.value_or(InstallOutcome()) += *part.outcome;
+        }
         if (--state->open == 0) {
-            answerWhenSettled(call, state->failures);
+            answerWhenSettled(call, state->answer);
         }
     };
 }
 
-void PackageCalls::answerWhenSettled(const ControlCall &call, const QStringList &failures)
+void PackageCalls::answerWhenSettled(const ControlCall &call, const Answer &all)
 {
-    const auto answer = [call, failures, &state = m_state] {
-        call.answerWhenStored(state, failures);
+    const auto answer = [call, all, &state = m_state] {
+        call.answerWhenStored(state, all.failures, all.outcome ? documentOf(*all.outcome) : QVariantList());
     };
     if (!m_packages.updating() && !m_packages.needUpdate()) {
         answer();
@@ -97,7 +99,7 @@ void PackageCalls::check(const ControlCall &call)
     }
     const auto ended = [both = answerAfter(call, 2)](const QString &failure) {
         return [both, failure](bool ok) {
-            both(ok ? QStringList() : QStringList{failure});
+            both({.failures = ok ? QStringList() : QStringList{failure}});
         };
     };
     m_plugins.checkForUpdates(ended(u"The list of plug-ins could not be read."_s));
@@ -125,7 +127,7 @@ void PackageCalls::updateAll(const ControlCall &call)
     }
     prefixes.removeDuplicates();
     if (prefixes.isEmpty()) {
-        call.answer(QStringList());
+        call.answer(QVariantList{QStringList()} + documentOf({}));
     } else {
         runForEach(call, prefixes, false);
     }
@@ -141,7 +143,7 @@ void PackageCalls::remove(const ControlCall &call, const QStringList &prefixes)
 void PackageCalls::runForEach(const ControlCall &call, const QStringList &prefixes, bool remove)
 {
     const auto done = [ended = answerAfter(call, prefixes.size())](const InstallOutcome &outcome) {
-        ended(sentencesOf(outcome));
+        ended({.failures = outcome.failureSentences(), .outcome = outcome});
     };
     for (const QString &prefix : prefixes) {
         if (remove) {

@@ -31,14 +31,19 @@ public:
     void discard(const ControlCall &call);
 
 private:
-    using Ended = std::function<void(const QStringList &failures)>;
+    /// What a call is answered with.
+    struct Answer {
+        QStringList failures{};
+        std::optional<InstallOutcome> outcome{}; ///< of a call that installs or removes
+    };
+    using Ended = std::function<void(const Answer &part)>;
 
     [[nodiscard]] bool refusedBeforeAnswer(const ControlCall &call) const;
     [[nodiscard]] bool refusedUnknown(const ControlCall &call, const QStringList &prefixes) const;
     void runForEach(const ControlCall &call, const QStringList &prefixes, bool remove);
     /// Answers after so many calls of the function it returns.
     [[nodiscard]] Ended answerAfter(const ControlCall &call, qsizetype count);
-    void answerWhenSettled(const ControlCall &call, const QStringList &failures);
+    void answerWhenSettled(const ControlCall &call, const Answer &all);
 
     BrevokPlugins &m_plugins;
     BrevokPackages &m_packages;

@@ -9,19 +9,42 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-QJsonArray packagesDocument(const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses)
+QJsonArray packagesDocument(const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses,
+    const QHash<QString, InstallOutcome> &failures)
 {
     QJsonArray document;
     for (const Record &package : packages) {
-        const PackageStatus status =
-            statuses.value(package[PackageKeys::prefix].toString(), PackageStatus::MissingData);
-        document.append(QJsonObject{
+        const QString prefix = package[PackageKeys::prefix].toString();
+        const PackageStatus status = statuses.value(prefix, PackageStatus::MissingData);
+        QJsonObject entry{
             {u"name"_s, package[PackageKeys::name]},
-            {u"prefix"_s, package[PackageKeys::prefix].toString()},
+            {u"prefix"_s, prefix},
             {u"version"_s, package[PackageKeys::version].toString()},
             {u"status"_s, static_cast<int>(status)},
             {u"statusName"_s, packageStatusName(status)},
-        });
+        };
+        if (const QStringList failed = failures.value(prefix).failureSentences(); !failed.isEmpty()) {
+            entry.insert(u"failures"_s, QJsonArray::fromStringList(failed));
+        }
+        document.append(entry);
+    }
+    return document;
+}
+
+QJsonArray outcomeDocument(const InstallOutcome &outcome)
+{
+    QJsonArray document;
+    for (const PluginOutcome &entry : outcome.entries) {
+        QJsonObject object{
+            {u"plugin"_s, entry.plugin},
+            {u"target"_s, entry.target},
+            {u"label"_s, entry.targetName},
+            {u"result"_s, endName(entry.end)},
+        };
+        if (!entry.reason.isEmpty()) {
+            object.insert(u"reason"_s, entry.reason);
+        }
+        document.append(object);
     }
     return document;
 }

@@ -13,7 +13,6 @@
 #include <QThreadPool>
 
 #include <atomic>
-#include <semaphore>
 
 namespace brevok {
 
@@ -142,20 +141,6 @@ void onMain(QObject *context, Task work)
     QCoreApplication::postEvent(&receiver, new MainWork(context, std::move(work)));
 }
 
-void onMainAndWait(QObject *context, const Task &work)
-{
-    if (onMainThread()) {
-        work();
-        return;
-    }
-    // The signal is given when the posted event goes, run or dropped, so a context that vanishes ends the
-    // wait too.
-    auto done = std::make_shared<std::binary_semaphore>(0);
-    auto signalAtEnd = std::shared_ptr<void>(nullptr, [done](void *) { done->release(); });
-    onMain(context, [work, signalAtEnd = std::move(signalAtEnd)] { work(); });
-    done->acquire();
-}
-
 bool finishBackgroundWork(int milliseconds)
 {
     constexpr int sliceMs = 10;
@@ -163,7 +148,7 @@ bool finishBackgroundWork(int milliseconds)
     workersApart().clear();
     const QDeadlineTimer deadline(milliseconds);
     while (!workers().waitForDone(sliceMs) || !workersApart().waitForDone(sliceMs)) {
-        // Work that waits for the main thread gets its turn, or it would never end.
+        // What has ended is handed back: what was done must not count as still to be done.
         QCoreApplication::sendPostedEvents();
         if (deadline.hasExpired()) {
             return false;

@@ -30,9 +30,6 @@ void inBackgroundApart(Task work);
 /// @p context lives on the main thread.
 void onMain(QObject *context, Task work);
 
-/// As onMain(), and waits until @p work has run. Called on the main thread it runs @p work at once.
-void onMainAndWait(QObject *context, const Task &work);
-
 /// Runs @p work in the background and @p then on the main thread with its result, unless @p context is gone
 /// by then. Main thread.
 template <typename Work, typename Then> void inBackgroundThen(QObject *context, Work work, Then then)

@@ -4,85 +4,41 @@
 #include "install/BrevokAppInstaller.h"
 
 #include "catalogue/BrevokPackages.h"
-#include "foundation/BoundedWork.h"
-#include "foundation/Log.h"
-#include "foundation/Texts.h"
-#include "install/CommandQueue.h"
-#include "install/InstallPaths.h"
+#include "foundation/Tasks.h"
 #include "install/InterruptedWork.h"
-#include "install/RunningTargets.h"
-#include "platform/FileState.h"
-#include "platform/StateStore.h"
 #include "targets/MarketingNames.h"
-#include "targets/TargetJudgement.h"
-
-#include <QCoreApplication>
-
-#include <tuple>
 
 namespace brevok {
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
 BrevokAppInstaller *sharedInstaller = nullptr;
 
-// The error list that users see takes errors of calls that answered yes only; every other one is a failure
-// too. A failure says what could not be done, and why.
-void collect(
-    bool answer, const std::optional<BrevokError> &error, const QString &sentence, CommandResult &result)
+QList<bool> removalAnswers(
+    const QList<RemovalQuestion> &questions, const CatalogueSnapshot &known, const CommandTools &tools)
 {
-    if (answer && error) {
-        result.errors.append(*error);
-    }
-    if (error || !answer) {
-        const QString reason = error ? error->description : QString();
-        BrevokError failure = installerError(reason.isEmpty() ? sentence : sentence + u' ' + reason);
-        if (error) {
-            failure.detailedErrors.append(*error);
-        }
-        result.failures.append(failure);
-    }
-}
-
-// The disk of a target may have fallen silent since the plan was made, and must not keep the other jobs
-// waiting.
-bool answers(const QString &pluginPath, CommandResult &result)
-{
-    const QString place = applicationFolder(pluginPath);
-    const bool answers = runBounded(place, [pluginPath](Pulse &) { std::ignore = fileState(pluginPath); });
-    if (!answers) {
-        result.errors.append(installerError(doesNotAnswer(place)));
-        result.failures.append(result.errors.constLast());
+    QList<bool> answers;
+    for (const RemovalQuestion &question : questions) {
+        InstallerOperations &operations = tools.forPath(question.pluginPath);
+        const auto exists = [&operations](const QString &path) {
+            return operations.fileExistsAtPath(path);
+        };
+        answers.append(canRemovePlugin(question.name, question.pluginPath, question.prefix, known, exists));
     }
     return answers;
-}
-
-// The result of a job, to who asked, if it is there still: only the main thread may look.
-template <typename Result>
-void settle(
-    const QPointer<QObject> &asker, const std::function<void(const Result &)> &done, const Result &result)
-{
-    onMain(QCoreApplication::instance(), [asker, done, result] {
-        if (asker) {
-            done(result);
-        }
-    });
 }
 
 } // namespace
 
 BrevokAppInstaller::BrevokAppInstaller(Collaborators collaborators, QObject *parent)
     : QObject(parent)
-    , BrevokInstaller(collaborators.files)
     , m_with(std::move(collaborators))
+    , m_access(m_with.helper, m_with.files)
+    , m_runningAlerts(m_with.applications, m_with.state, m_with.alerts, m_with.now, nullptr)
 {
     if (sharedInstaller == nullptr) {
         sharedInstaller = this;
     }
-    connect(&m_with.state, &StateStore::becameReadable, this, &BrevokAppInstaller::loadNotificationDates);
-    loadNotificationDates();
 }
 
 BrevokAppInstaller::~BrevokAppInstaller()
@@ -102,238 +58,146 @@ QString BrevokAppInstaller::getVersionString(const QString &version)
     return brevok::getVersionString(version);
 }
 
-void BrevokAppInstaller::addJob(Task job)
+void BrevokAppInstaller::checkUpdateHelper(QObject *context, const std::function<void(bool valid)> &answered)
 {
-    if (!std::exchange(m_helperChecked, true)) {
-        m_jobs.add([this] {
-            const bool found = checkUpdateHelper();
-            onMainAndWait(this, [this, found] { m_valid = found; });
-        });
+    if (m_valid) {
+        answered(*m_valid);
+        return;
     }
-    m_jobs.add(std::move(job));
-}
-
-// For this nobody is asked for the helper's rights: it is about what was begun without them.
-void BrevokAppInstaller::clearLeftovers(const QStringList &folders)
-{
-    m_jobs.add([this, folders] {
-        m_with.helper.clearLeftovers();
-        if (endInterruptedWork(folders)) {
-            onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
-        }
-    });
-}
-
-bool BrevokAppInstaller::onMainNow(const Task &work)
-{
-    auto ran = std::make_shared<bool>(false);
-    onMainAndWait(this, [ran, work] {
-        work();
-        *ran = true;
-    });
-    return *ran;
-}
-
-std::optional<Record> BrevokAppInstaller::currentRecord(const QString &key)
-{
-    auto record = std::make_shared<Record>();
-    const bool ran = onMainNow([this, key, record] {
-        if (const DefinitionPtr definition = m_with.plugins.definition(key)) {
-            *record = definition->record;
-        }
-    });
-    return ran ? std::optional(*record) : std::nullopt;
-}
-
-std::optional<CatalogueSnapshot> BrevokAppInstaller::catalogueOf(const QSet<QString> &plugins)
-{
-    auto snapshot = std::make_shared<CatalogueSnapshot>();
-    const bool ran = onMainNow([this, plugins, snapshot] {
-        for (const QString &plugin : plugins) {
-            const QSet<QString> prefixes = m_with.plugins.prefixesWith(plugin);
-            for (const QString &prefix : prefixes) {
-                if (!snapshot->definitions.contains(prefix)) {
-                    snapshot->packages += m_with.packages.packagesWithPrefix(prefix);
-                    snapshot->definitions.insert(prefix, m_with.plugins.snapshotOf(prefix));
-                }
-            }
-        }
-    });
-    return ran ? std::optional(*snapshot) : std::nullopt;
-}
-
-bool BrevokAppInstaller::dequeue(const QString &key, const QJsonArray &command)
-{
-    return onMainNow([this, key, command] {
-        m_with.plugins.change({key}, [&] {
-            if (const DefinitionPtr definition = m_with.plugins.definition(key)) {
-                removeCommand(definition->record, command);
+    inBackgroundThen(
+        this, [access = m_access] { return access.checkUpdateHelper(); },
+        [this, guard = QPointer(context), answered](bool found) {
+            m_valid = found;
+            if (guard) {
+                answered(found);
             }
         });
-    });
 }
 
-void BrevokAppInstaller::finishPackage(const Record &package)
+std::shared_ptr<InstallerOperations> BrevokAppInstaller::installer() const
 {
-    onMainAndWait(this, [this, name = package.value(PackageKeys::name).toString()] {
-        m_with.packages.forgetNotified(name);
-        onMain(&m_with.packages, [&packages = m_with.packages] { packages.notifyPackageStatuses(); });
-    });
+    return m_access.installer(valid());
+}
+
+void BrevokAppInstaller::addJob(Task begin)
+{
+    m_jobs.append(std::move(begin));
+    if (!m_working) {
+        nextJob();
+    }
+}
+
+void BrevokAppInstaller::nextJob()
+{
+    m_working = !m_jobs.isEmpty();
+    if (m_working) {
+        m_jobs.takeFirst()();
+    }
+}
+
+void BrevokAppInstaller::jobEnded()
+{
+    onMain(this, [this] { nextJob(); });
 }
 
 void BrevokAppInstaller::installPlugin(
     const QString &key, const Record &package, bool skipRunningTargets, QObject *context, Completion done)
 {
-    addJob([this, key, package, skipRunningTargets, guard = QPointer(context), done = std::move(done)] {
-        settle(guard, done, carryOutInstalls(key, package, skipRunningTargets));
-    });
+    run({.key = key, .package = package, .skipRunningTargets = skipRunningTargets}, context, std::move(done));
 }
 
 void BrevokAppInstaller::removePlugin(
     const QString &key, const Record &package, QObject *context, Completion done)
 {
-    addJob([this, key, package, guard = QPointer(context), done = std::move(done)] {
-        settle(guard, done, carryOutRemovals(key, package));
+    run({.isRemoval = true, .key = key, .package = package}, context, std::move(done));
+}
+
+void BrevokAppInstaller::run(CommandRun::Order order, QObject *context, Completion done)
+{
+    addJob([this, order = std::move(order), guard = QPointer(context), done = std::move(done)] {
+        auto *job = new CommandRun(
+            {.applications = m_with.applications,
+                .plugins = m_with.plugins,
+                .packages = m_with.packages,
+                .alerts = m_runningAlerts,
+                .access = m_access,
+                .askForHelper = [this](QObject *asker,
+                                    const auto &answered) { checkUpdateHelper(asker, answered); },
+                .workspaceFile = m_with.workspaceFile,
+                .user = m_with.user},
+            order, this);
+        connect(job, &CommandRun::ended, this, [this, job, guard, done] {
+            job->deleteLater();
+            jobEnded();
+            if (guard) {
+                done(job->result());
+            }
+        });
+        job->begin();
     });
 }
 
-CommandResult BrevokAppInstaller::carryOutInstalls(
-    const QString &key, const Record &package, bool skipRunningTargets)
+// For this nobody is asked for the helper's rights: it is about what was begun without them.
+void BrevokAppInstaller::clearLeftovers(const QStringList &folders)
 {
-    CommandResult result;
-    const std::shared_ptr<InstallerOperations> operations = installer();
-    const std::optional<Record> definition = currentRecord(key);
-    if (!definition) {
-        return result;
-    }
-    const QJsonArray queue = commandQueue(*definition);
-    for (const QJsonValue value : queue) {
-        const QJsonArray command = value.toArray();
-        if (!isInstallCommand(command)) {
-            continue;
-        }
-        const QString pluginPath = command[1].toString();
-        const QString folder = applicationFolder(pluginPath);
-        const std::optional<RunningApplication> running = runningUnder(folder);
-        if ((!running || !skipRunningTargets) && answers(pluginPath, result)) {
-            if (running && !noteRunning(Action::Install, *running, folder)) {
-                return result;
-            }
-            installWorkspace(*operations, folder, result);
-            installArchive(*operations, command[2].toString(), pluginPath, result);
-        }
-        if (!dequeue(key, command)) {
-            return result;
-        }
-    }
-    finishPackage(package);
-    return result;
-}
-
-void BrevokAppInstaller::installArchive(InstallerOperations &operations, const QString &source,
-    const QString &target, CommandResult &result) const
-{
-    std::optional<BrevokError> error;
-    const bool answer = operations.installPluginFromSource(source, target, m_with.user, &error);
-    collect(answer, error, Texts::tr("The plug-in could not be installed at %1.").arg(target), result);
-    // An archive that cannot be unpacked, or holds something else, is answered yes without an error.
-    if (answer && !error && !operations.fileExistsAtPath(target)) {
-        result.failures.append(
-            installerError(Texts::tr("The archive %1 did not put a plug-in at %2.").arg(source, target)));
-    }
-}
-
-void BrevokAppInstaller::installWorkspace(
-    InstallerOperations &operations, const QString &folder, CommandResult &result) const
-{
-    if (folder.isEmpty()) {
-        return;
-    }
-    const QString target = folder + u"/Presets/InDesign Workspaces/Tolvane.xml"_s;
-    // The installer never replaces this file, so a refusal is the usual answer from the second time on.
-    const bool isThere = operations.fileExistsAtPath(target);
-    std::optional<BrevokError> error;
-    const bool answer = operations.installPluginFromSource(m_with.workspaceFile, target, m_with.user, &error);
-    if (answer || !isThere) {
-        collect(answer, error, Texts::tr("The workspace could not be installed at %1.").arg(target), result);
-    }
-}
-
-CommandResult BrevokAppInstaller::carryOutRemovals(const QString &key, const Record &package)
-{
-    CommandResult result;
-    const QString prefix = package.value(PackageKeys::prefix).toString();
-    const std::shared_ptr<InstallerOperations> operations = installer();
-    const std::optional<Record> definition = currentRecord(key);
-    const QString name = definition ? definition->value(PluginKeys::name).toString() : QString();
-    const std::optional<CatalogueSnapshot> known = definition ? catalogueOf({name}) : std::nullopt;
-    if (!known) {
-        return result;
-    }
-    const auto exists = [&](const QString &path) {
-        return operations->fileExistsAtPath(path);
-    };
-    const QJsonArray queue = commandQueue(*definition);
-    for (const QJsonValue value : queue) {
-        const QJsonArray command = value.toArray();
-        if (!isRemovalCommand(command)) {
-            continue;
-        }
-        const QString pluginPath = command[1].toString();
-        if (answers(pluginPath, result) && operations->fileExistsAtPath(pluginPath)) {
-            const QString folder = applicationFolder(pluginPath);
-            const std::optional<RunningApplication> running = runningUnder(folder);
-            if (running && !noteRunning(Action::Remove, *running, folder)) {
-                return result;
-            }
-            if (mayRemovePlugin(name, pluginPath, prefix, *known, exists)) {
-                remove(*operations, pluginPath, result);
-            }
-        }
-        if (!dequeue(key, command)) {
-            return result;
-        }
-    }
-    finishPackage(package);
-    return result;
-}
-
-void BrevokAppInstaller::remove(
-    InstallerOperations &operations, const QString &path, CommandResult &result) const
-{
-    std::optional<BrevokError> error;
-    const bool answer = operations.removeItemAtPath(path, &error);
-    collect(answer, error, Texts::tr("The plug-in at %1 could not be removed.").arg(path), result);
-}
-
-bool BrevokAppInstaller::canRemovePlugin(
-    const QString &name, const QString &pluginPath, const QString &prefix)
-{
-    const std::shared_ptr<InstallerOperations> operations = installer();
-    return mayRemovePlugin(name, pluginPath, prefix, catalogueOf({name}).value_or(CatalogueSnapshot()),
-        [&](const QString &path) { return operations->fileExistsAtPath(path); });
+    addJob([this, folders] {
+        inBackgroundThen(
+            this,
+            [folders, &helper = m_with.helper] {
+                helper.clearLeftovers();
+                return endInterruptedWork(folders);
+            },
+            [this](bool found) {
+                jobEnded();
+                if (found) {
+                    m_with.packages.notifyPackageStatuses();
+                }
+            });
+    });
 }
 
 void BrevokAppInstaller::canRemovePlugins(
     const QList<RemovalQuestion> &questions, QObject *context, RemovalAnswers done)
 {
     addJob([this, questions, guard = QPointer(context), done = std::move(done)] {
-        const std::shared_ptr<InstallerOperations> operations = installer();
-        QSet<QString> plugins;
-        for (const RemovalQuestion &question : questions) {
-            plugins.insert(question.name);
-        }
-        const CatalogueSnapshot known = catalogueOf(plugins).value_or(CatalogueSnapshot());
-        const auto exists = [&](const QString &path) {
-            return operations->fileExistsAtPath(path);
+        const RemovalAnswers answered = [this, guard, done](const QList<bool> &answers) {
+            jobEnded();
+            if (guard) {
+                done(answers);
+            }
         };
-        QList<bool> answers;
+        QList<CommandTask> tasks;
         for (const RemovalQuestion &question : questions) {
-            answers.append(
-                mayRemovePlugin(question.name, question.pluginPath, question.prefix, known, exists));
+            tasks.append({.plugin = question.name, .pluginPath = question.pluginPath});
         }
-        settle(guard, done, answers);
+        inBackgroundThen(
+            this, [tasks, access = m_access] { return helperIsNeeded(tasks, access); },
+            [this, questions, answered](bool needed) {
+                if (needed) {
+                    checkUpdateHelper(this,
+                        [this, questions, answered](bool) { answerRemovals(questions, true, answered); });
+                } else {
+                    answerRemovals(questions, false, answered);
+                }
+            });
     });
+}
+
+void BrevokAppInstaller::answerRemovals(
+    const QList<RemovalQuestion> &questions, bool withHelper, const RemovalAnswers &done)
+{
+    QSet<QString> names;
+    for (const RemovalQuestion &question : questions) {
+        names.insert(question.name);
+    }
+    const CatalogueSnapshot known = catalogueOf(names, m_with.plugins, m_with.packages);
+    inBackgroundThen(
+        this,
+        [questions, known, withHelper, valid = valid(), access = m_access] {
+            return removalAnswers(questions, known,
+                {.access = access, .helper = withHelper ? access.installer(valid) : nullptr});
+        },
+        done);
 }
 
 } // namespace brevok

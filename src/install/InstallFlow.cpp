@@ -5,18 +5,31 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
+#include "foundation/Tasks.h"
 #include "foundation/Texts.h"
 #include "install/InstallOperation.h"
 #include "install/InstallPaths.h"
 #include "install/RemoveOperation.h"
+#include "targets/BrevokTargetApps.h"
+#include "targets/MarketingNames.h"
+
+#include <algorithm>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+constexpr auto makerOfHosts = "Adobe "_L1; // said by no user
+
+} // namespace
+
 InstallFlow::InstallFlow(Collaborators collaborators, QObject *parent)
     : QObject(parent)
     , m_with(std::move(collaborators))
+    , m_lastFailures(m_with.packages)
 {
 }
 
@@ -72,8 +85,7 @@ void InstallFlow::forPackages(const QString &prefix, const Maker &make, const Co
     total->missing = operations.size();
     for (PackageOperation *operation : std::as_const(operations)) {
         enqueue(operation, [total, done](const InstallOutcome &outcome) {
-            total->outcome.failures += outcome.failures;
-            total->outcome.planned += outcome.planned;
+            total->outcome += outcome;
             if (--total->missing == 0 && done) {
                 done(total->outcome);
             }
@@ -93,6 +105,7 @@ void InstallFlow::enqueue(PackageOperation *operation, const Completion &done)
     }
     connect(
         operation, &PackageOperation::finished, this, [this, operation, done] { ended(operation, done); });
+    m_lastFailures.forget(operation->prefix());
     m_waiting.append(operation);
     // Later, so that an operation neither begins nor ends within the call that asks for it.
     onMain(this, [this] { startWhatCan(); });
@@ -136,7 +149,13 @@ void InstallFlow::startWhatCan()
 
 void InstallFlow::ended(PackageOperation *operation, const Completion &done)
 {
-    const InstallOutcome outcome = operation->outcome();
+    const InstallOutcome outcome = withTargetNames(operation->outcome());
+    for (const PluginOutcome &entry : outcome.entries) {
+        if (!entry.reason.isEmpty()) {
+            logLine(u"%1: %2"_s.arg(endName(entry.end), entry.sentence()));
+        }
+    }
+    m_lastFailures.note(operation->prefix(), operation->packageName(), outcome);
     m_running.remove(operation);
     operation->deleteLater();
     startWhatCan();
@@ -146,6 +165,27 @@ void InstallFlow::ended(PackageOperation *operation, const Completion &done)
     if (!isBusy()) {
         Q_EMIT becameIdle();
     }
+}
+
+InstallOutcome InstallFlow::withTargetNames(InstallOutcome outcome) const
+{
+    const TargetRecords &records = m_with.targets.allRecords();
+    for (PluginOutcome &entry : outcome.entries) {
+        const auto record = std::find_if(records.cbegin(), records.cend(), [&](const Record &target) {
+            return withoutTrailingSlashes(target.value(TargetKeys::path).toString())
+                == withoutTrailingSlashes(entry.target);
+        });
+        if (record == records.cend()) {
+            entry.targetName = entry.target;
+            continue;
+        }
+        entry.target = record.key();
+        entry.targetName = targetLabel(*record);
+        if (entry.targetName.startsWith(makerOfHosts)) {
+            entry.targetName.remove(0, makerOfHosts.size());
+        }
+    }
+    return outcome;
 }
 
 void InstallFlow::reportError(const QList<BrevokError> &errors, const QString &plugin)
@@ -163,8 +203,8 @@ void InstallFlow::reportError(const QList<BrevokError> &errors, const QString &p
     } else if (!errors.constFirst().description.isEmpty()) {
         shown.recoverySuggestion = Texts::tr("Error: %1").arg(errors.constFirst().description);
     }
-    if (const auto alert = BrevokAlert::alertWithError(m_with.alerts.presenter(), shown)) {
-        m_with.alerts.runModal(*alert);
+    if (auto alert = BrevokAlert::alertWithError(m_with.alerts.presenter(), shown)) {
+        m_with.alerts.show(std::move(alert), this);
     }
 }
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "catalogue/BrevokPackages.h"
-#include "foundation/Tasks.h"
+#include "install/LastFailures.h"
 
 #include <QObject>
 
@@ -12,14 +12,6 @@ namespace brevok {
 
 class BrevokAppInstaller;
 class PackageOperation;
-
-/// What became of one install or removal of a package.
-struct InstallOutcome {
-    /// Every failure, those included that the failure alert leaves out; empty when all went well.
-    QList<BrevokError> failures;
-    /// How many commands were planned; 0 when there was nothing to do.
-    int planned = 0;
-};
 
 /// Carries out what the user asks of a package: plans, downloads, installs, removes, reports. Called on the
 /// main thread, returns at once; planning and file work run in the background on snapshots, every change of a
@@ -53,6 +45,9 @@ public:
     void uninstallWithPrefix(const QString &prefix, const Completion &done = {});
     void uninstallWithPackage(const Record &package, const QString &prefix, const Completion &done = {});
 
+    /// What failed lately, to be shown with the packages.
+    [[nodiscard]] const LastFailures &lastFailures() const { return m_lastFailures; }
+
     /// Whether any operation runs or waits.
     [[nodiscard]] bool isBusy() const { return !m_waiting.isEmpty() || !m_running.isEmpty(); }
 
@@ -74,9 +69,11 @@ private:
     void enqueue(PackageOperation *operation, const Completion &done);
     void startWhatCan();
     void ended(PackageOperation *operation, const Completion &done);
+    [[nodiscard]] InstallOutcome withTargetNames(InstallOutcome outcome) const;
     [[nodiscard]] QSet<QString> whatItTouches(const PackageOperation &operation) const;
 
     Collaborators m_with;
+    LastFailures m_lastFailures;
     Operations m_waiting;
     QHash<PackageOperation *, QSet<QString>> m_running; ///< with what each touches
 };

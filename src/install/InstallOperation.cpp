@@ -8,6 +8,7 @@
 #include "foundation/Texts.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/CommandQueue.h"
+#include "install/FailureReason.h"
 #include "install/InstallPaths.h"
 #include "targets/BrevokTargetApps.h"
 
@@ -64,7 +65,10 @@ void InstallOperation::applyPlan(const InstallPlan &plan)
 {
     m_plan = plan;
     m_outcome.planned = static_cast<int>(plan.installs.size());
-    m_outcome.failures = plan.refused;
+    for (const BrevokError &refused : plan.refused) {
+        addFailure({}, refused.description);
+    }
+    noteWhatIsCurrent();
     reportLater(plan.refused, m_package.value(PackageKeys::name).toString());
     QStringList keys = plan.downloads;
     for (const PlannedInstall &planned : plan.installs) {
@@ -85,6 +89,18 @@ void InstallOperation::applyPlan(const InstallPlan &plan)
     // Nothing is touched before a crash would leave the commands; where they cannot be stored, the store says
     // so.
     m_with.plugins.change(keys, record, this, [this](const auto & /*error*/) { installStored(); });
+}
+
+void InstallOperation::noteWhatIsCurrent()
+{
+    for (const PlannedInstall &current : std::as_const(m_plan.current)) {
+        if (const DefinitionPtr shared = definition(current.key)) {
+            m_outcome.entries.append({.end = PluginOutcome::End::LeftAlone,
+                .plugin = shared->record.value(PluginKeys::name).toString(),
+                .target = targetFolder(current.pluginPath),
+                .reason = Texts::tr("It is up to date.")});
+        }
+    }
 }
 
 void InstallOperation::installStored()
@@ -109,9 +125,37 @@ void InstallOperation::installStored()
 void InstallOperation::install(const QString &key, const CommandsDone &done)
 {
     m_with.installer.installPlugin(
-        key, m_package, m_skipRunningTargets, this, [this, done](const CommandResult &result) {
-            m_outcome.failures += result.failures;
-            done(result);
+        key, m_package, m_skipRunningTargets, this, [this, key, done](const CommandResult &result) {
+            m_outcome.entries += result.entries;
+            if (result.archiveIsBad) {
+                discardArchive(key, [done, result] { done(result); });
+            } else {
+                done(result);
+            }
+        });
+}
+
+// The next attempt fetches it anew.
+void InstallOperation::discardArchive(const QString &key, const Task &done)
+{
+    const DefinitionPtr shared = definition(key);
+    if (!shared) {
+        done();
+        return;
+    }
+    m_with.plugins.change({key}, [&] { shared->record.remove(PluginKeys::savedVersion); });
+    const QString archive = archivePath(m_with.dataFolder, shared->record);
+    logLine(u"The archive is thrown away: %1"_s.arg(archive));
+    inBackgroundThen(
+        this,
+        [archive, &files = m_with.installer.files()] {
+            std::optional<BrevokError> error;
+            files.removeItem(archive, &error);
+            return error;
+        },
+        [done](const std::optional<BrevokError> &error) {
+            logError(error);
+            done();
         });
 }
 
@@ -138,6 +182,7 @@ void InstallOperation::startDownload(const QString &key)
         download.link = archiveAddress(shared->record.value(PluginKeys::link).toString());
         download.destination = archivePath(m_with.dataFolder, shared->record);
         download.expectedSize = integerValue(shared->record.value(PluginKeys::size));
+        download.checksum = archiveChecksum(shared->record);
     }
     // Two versions of one plug-in share one archive path: they take turns.
     if (m_takenPlaces.contains(download.destination)) {
@@ -155,7 +200,10 @@ void InstallOperation::startDownload(const QString &key)
         },
         [this, download](const std::optional<BrevokError> &error) {
             if (error) {
-                downloadEnded(download, {.error = error});
+                downloadFailed(download, error);
+            } else if (!download.checksum) {
+                downloadFailed(
+                    download, installerError(Texts::tr("The catalogue's checksum of it cannot be read.")));
             } else {
                 fetch(download);
             }
@@ -165,7 +213,11 @@ void InstallOperation::startDownload(const QString &key)
 void InstallOperation::fetch(const Download &download)
 {
     m_with.plugins.downloadPlugin(
-        QUrl(download.link), download.destination, download.expectedSize, this,
+        {.url = QUrl(download.link),
+            .destination = download.destination,
+            .expectedSize = download.expectedSize,
+            .checksum = *download.checksum},
+        this,
         [this, download](qint64 done, qint64 expected) {
             Q_EMIT m_flow.progress(m_prefix, download.name, done, expected);
         },
@@ -176,15 +228,28 @@ void InstallOperation::downloadEnded(const Download &download, const DownloadRes
 {
     if (!result.error && result.stored && result.received == download.expectedSize) {
         downloadStored(download);
-        return;
+    } else {
+        downloadFailed(download, result.error);
     }
-    logError(result.error);
+}
+
+void InstallOperation::downloadFailed(const Download &download, const std::optional<BrevokError> &reason)
+{
+    logError(reason);
     const QString name = download.name.isEmpty() ? u"MISSING NAME"_s : download.name;
     BrevokError error = installerError(Texts::tr("Failed to download %1, from %2").arg(name, download.link));
-    if (result.error) {
-        error.detailedErrors.append(*result.error);
+    if (reason) {
+        error.detailedErrors.append(*reason);
     }
-    m_outcome.failures.append(error);
+    for (const PlannedInstall &planned : std::as_const(m_plan.installs)) {
+        if (planned.key == download.key) {
+            m_outcome.entries.append({.plugin = name,
+                .target = targetFolder(planned.pluginPath),
+                .reason = reason ? reasonOf(reason) : error.description,
+                .detail = reason ? error.description : QString(),
+                .everywhere = true});
+        }
+    }
     if (detailedLog()) {
         logLine(u"Downloading cleanup %1"_s.arg(name));
     }

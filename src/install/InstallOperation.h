@@ -3,12 +3,11 @@
 
 #pragma once
 
+#include "install/CommandWork.h"
 #include "install/InstallPlanning.h"
 #include "install/PackageOperation.h"
 
 namespace brevok {
-
-struct CommandResult;
 
 /// Installs one package's plug-ins into every valid target: plans, installs what is stored already, downloads
 /// the rest all at once and installs each as it arrives.
@@ -31,16 +30,20 @@ private:
         QString link{}; ///< as it is fetched
         QString destination{};
         qint64 expectedSize = 0;
+        std::optional<QByteArray> checksum = QByteArray(); ///< nothing when the catalogue's is none
     };
     using CommandsDone = std::function<void(const CommandResult &)>;
 
     void applyPlan(const InstallPlan &plan);
     void installStored();
+    void noteWhatIsCurrent();
     void install(const QString &key, const CommandsDone &done);
+    void discardArchive(const QString &key, const Task &done);
     void startDownloads();
     void startDownload(const QString &key);
     void fetch(const Download &download);
     void downloadEnded(const Download &download, const DownloadResult &result);
+    void downloadFailed(const Download &download, const std::optional<BrevokError> &reason);
     void downloadStored(const Download &download);
     void cleanUp(const Download &download);
     void forget(const QString &key);

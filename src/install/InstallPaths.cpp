@@ -14,7 +14,12 @@ using namespace Qt::StringLiterals;
 
 QString applicationFolder(const QString &pluginPath)
 {
-    return deletingLastPathComponent(deletingLastPathComponent(deletingLastPathComponent(pluginPath)));
+    return deletingLastPathComponent(targetFolder(pluginPath));
+}
+
+QString targetFolder(const QString &pluginPath)
+{
+    return deletingLastPathComponent(deletingLastPathComponent(pluginPath));
 }
 
 QString archiveFolder(const QString &dataPath, const Record &definition)

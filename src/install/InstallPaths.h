@@ -12,6 +12,8 @@ namespace brevok {
 
 /// The folder of the target application that a plug-in path belongs to; empty when it cannot be told.
 [[nodiscard]] QString applicationFolder(const QString &pluginPath);
+/// The folder of the target that a plug-in path belongs to.
+[[nodiscard]] QString targetFolder(const QString &pluginPath);
 
 /// Where the archives of a definition's host version are kept under @p dataPath, and its own archive there.
 [[nodiscard]] QString archiveFolder(const QString &dataPath, const Record &definition);

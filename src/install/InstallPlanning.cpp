@@ -81,12 +81,13 @@ void InstallPlanner::determinePluginAction(const QString &key, const QString &pl
     Record &definition = m_definitions[key];
     // Pending commands may be about to change what is on disk, so they are always planned again.
     if (commandQueue(definition).isEmpty() && isUpToDate(definition, pluginPath, version)) {
+        m_plan.current.append({.key = key, .pluginPath = pluginPath});
         return;
     }
     const QString archive = archivePath(m_dataPath, definition);
     const QJsonValue saved = definition.value(PluginKeys::savedVersion);
-    const bool reusable =
-        saved.isString() && saved == definition.value(PluginKeys::version) && m_facts.exists(archive);
+    const bool reusable = saved.isString() && saved == definition.value(PluginKeys::version)
+        && archiveChecksum(definition) && m_facts.exists(archive);
     const bool underWay = saved.toString() == PluginKeys::downloading;
     if (!reusable && !underWay && !m_plan.downloads.contains(key)) {
         m_plan.downloads.append(key);

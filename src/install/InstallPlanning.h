@@ -28,9 +28,9 @@ struct InstallFacts {
 
 /// One build for one target.
 struct PlannedInstall {
-    QString key; ///< build key
-    QString pluginPath;
-    QString archivePath;
+    QString key{}; ///< build key
+    QString pluginPath{};
+    QString archivePath{};
 };
 
 /// What must be fetched and installed, by build key; to be applied to the definitions on the main thread.
@@ -39,6 +39,8 @@ struct InstallPlan {
     QStringList downloads;
     /// In order; a build chosen for two targets stands there twice. Each is one command of the build's queue.
     QList<PlannedInstall> installs;
+    /// What stands at its place as it should: nothing is to be done there.
+    QList<PlannedInstall> current;
     /// Definitions that cannot be planned because of their name, and targets that do not answer.
     QList<BrevokError> refused;
 };

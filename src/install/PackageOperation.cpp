@@ -17,6 +17,11 @@ PackageOperation::PackageOperation(
 
 PackageOperation::~PackageOperation() = default;
 
+void PackageOperation::addFailure(const QString &plugin, const QString &reason)
+{
+    m_outcome.entries.append({.plugin = plugin, .reason = reason, .everywhere = true});
+}
+
 void PackageOperation::reportLater(const QList<BrevokError> &errors, const QString &plugin)
 {
     if (!errors.isEmpty()) {

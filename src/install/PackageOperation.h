@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "foundation/Tasks.h"
 #include "install/InstallFlow.h"
 
 namespace brevok {
@@ -17,6 +18,7 @@ public:
     ~PackageOperation() override;
 
     [[nodiscard]] const QString &prefix() const { return m_prefix; }
+    [[nodiscard]] QString packageName() const { return m_package.value(PackageKeys::name).toString(); }
     [[nodiscard]] const InstallOutcome &outcome() const { return m_outcome; }
     /// Starts the work, which emits finished() at its end.
     virtual void begin() = 0;
@@ -30,6 +32,8 @@ protected:
     {
         return m_with.plugins.definition(key);
     }
+    /// An entry for what is no business of a single target.
+    void addFailure(const QString &plugin, const QString &reason);
     /// The failure alert, later, so that the work does not wait for the user's answer.
     void reportLater(const QList<BrevokError> &errors, const QString &plugin);
 

@@ -6,6 +6,7 @@
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
+#include "foundation/Texts.h"
 
 #include <algorithm>
 
@@ -13,7 +14,12 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-bool mayRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
+QString neededByAnotherPackage()
+{
+    return Texts::tr("Another package needs it.");
+}
+
+bool canRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
     const CatalogueSnapshot &catalogue, const std::function<bool(const QString &path)> &exists)
 {
     if (name.isEmpty() || pluginPath.isEmpty() || prefix.isEmpty()) {

@@ -15,10 +15,13 @@ struct CatalogueSnapshot {
     DefinitionSnapshot definitions;
 };
 
+/// Why one may not, as a sentence.
+[[nodiscard]] QString neededByAnotherPackage();
+
 /// Whether a plug-in may be removed without breaking another package: it may not when another package uses a
 /// plug-in of the same name and all of that package's plug-ins stand in the same folder. @p exists is asked
 /// about paths of plug-ins. A missing argument is answered no, with a log line.
-[[nodiscard]] bool mayRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
+[[nodiscard]] bool canRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,
     const CatalogueSnapshot &catalogue, const std::function<bool(const QString &path)> &exists);
 
 } // namespace brevok

@@ -4,12 +4,12 @@
 #include "install/RemoveOperation.h"
 
 #include "catalogue/StatusRun.h"
-#include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
 #include "install/InstallPlanning.h"
+#include "install/RemovalRule.h"
 #include "targets/BrevokTargetApps.h"
 #include "targets/TargetJudgement.h"
 #include "targets/TargetLook.h"
@@ -42,8 +42,7 @@ void RemoveOperation::begin()
                 if (findings.folders.contains(path)) {
                     answering.append(target);
                 } else if (anySuitsTarget(definitions(), integerValue(target.value(TargetKeys::version)))) {
-                    m_outcome.failures.append(installerError(doesNotAnswer(path)));
-                    logError(m_outcome.failures.constLast());
+                    addFailure({}, doesNotAnswer(path));
                 }
             }
             askWhatMayGo(answering);
@@ -70,8 +69,7 @@ void RemoveOperation::askWhatMayGo(const QList<Record> &targets)
         }
     }
     for (const QString &name : std::as_const(refused)) {
-        m_outcome.failures.append(nameRefused(name));
-        logError(m_outcome.failures.constLast());
+        addFailure({}, nameRefused(name).description);
     }
     m_with.installer.canRemovePlugins(questions, this,
         [this, candidates](const QList<bool> &answers) { queueRemovals(candidates, answers); });
@@ -84,10 +82,15 @@ void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QL
     }
     const auto record = [&] {
         for (qsizetype i = 0; i < candidates.size(); ++i) {
-            const DefinitionPtr shared = answers[i] ? definition(candidates[i].key) : nullptr;
-            if (shared) {
+            const DefinitionPtr shared = definition(candidates[i].key);
+            if (shared && answers[i]) {
                 appendCommand(shared->record, removalCommand(candidates[i].pluginPath));
                 m_removals.append(candidates[i].key);
+            } else if (shared) {
+                m_outcome.entries.append({.end = PluginOutcome::End::LeftAlone,
+                    .plugin = shared->record.value(PluginKeys::name).toString(),
+                    .target = targetFolder(candidates[i].pluginPath),
+                    .reason = neededByAnotherPackage()});
             }
         }
     };
@@ -104,7 +107,7 @@ void RemoveOperation::removeNext()
     }
     m_with.installer.removePlugin(
         m_removals.takeFirst(), m_package, this, [this](const CommandResult &result) {
-            m_outcome.failures += result.failures;
+            m_outcome.entries += result.entries;
             removeNext();
         });
 }

@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-// What the installer front tells the user of a target application that is running.
-
-#include "install/BrevokAppInstaller.h"
+#include "install/RunningTargetAlerts.h"
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Texts.h"
-#include "install/RunningTargets.h"
 #include "platform/StateStore.h"
+#include "targets/MarketingNames.h"
 
 namespace brevok {
 
@@ -34,52 +32,53 @@ QString restartText(const QString &name)
 
 } // namespace
 
-void BrevokAppInstaller::loadNotificationDates()
+RunningTargetAlerts::RunningTargetAlerts(RunningApplications &applications, StateStore &state,
+    BrevokAlertQueue &alerts, std::function<QDateTime()> now, QObject *parent)
+    : QObject(parent)
+    , m_applications(applications)
+    , m_state(state)
+    , m_alerts(alerts)
+    , m_now(std::move(now))
 {
-    const StateEntries stored = m_with.state.entries(dateKey);
+    connect(&m_state, &StateStore::becameReadable, this, &RunningTargetAlerts::loadDates);
+    loadDates();
+}
+
+RunningTargetAlerts::~RunningTargetAlerts() = default;
+
+void RunningTargetAlerts::loadDates()
+{
+    const StateEntries stored = m_state.entries(dateKey);
     for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry) {
-        m_notificationDates.insert(entry.key(), StateStore::dateOf(*entry));
+        m_dates.insert(entry.key(), StateStore::dateOf(*entry));
     }
 }
 
-std::optional<RunningApplication> BrevokAppInstaller::runningUnder(const QString &folder) const
+void RunningTargetAlerts::note(
+    Occasion occasion, const RunningApplication &application, const QString &folder)
 {
-    if (folder.isEmpty()) {
-        return std::nullopt;
+    const QDateTime now = m_now();
+    const QString marketingName = getVersionString(application.bundleVersion);
+    QDateTime &last = m_dates[folder];
+    if ((!last.isValid() || last.msecsTo(now) > quietMilliseconds) && !application.localizedName.isEmpty()
+        && !marketingName.isEmpty()) {
+        show(occasion, application, marketingName);
     }
-    return getRunningApp(m_with.applications.list(), {u"InDesign"_s, u"InCopy"_s}, folder);
+    last = now;
+    m_state.commit({{dateKey, folder, StateStore::dateRecord(now)}});
 }
 
-bool BrevokAppInstaller::noteRunning(
-    Action action, const RunningApplication &application, const QString &folder)
+void RunningTargetAlerts::show(
+    Occasion occasion, const RunningApplication &application, const QString &marketingName)
 {
-    return onMainNow([this, action, application, folder] {
-        const QDateTime now = m_with.now();
-        const QString marketingName = getVersionString(application.bundleVersion);
-        QDateTime &last = m_notificationDates[folder];
-        if ((!last.isValid() || last.msecsTo(now) > quietMilliseconds) && !application.localizedName.isEmpty()
-            && !marketingName.isEmpty()) {
-            // Later, so that the work does not wait for the user's answer.
-            onMain(this, [this, action, application, marketingName] {
-                showRunning(action, application, marketingName);
-            });
-        }
-        last = now;
-        m_with.state.commit({{dateKey, folder, StateStore::dateRecord(now)}});
-    });
-}
-
-void BrevokAppInstaller::showRunning(
-    Action action, const RunningApplication &application, const QString &marketingName)
-{
-    const std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_with.alerts.presenter());
+    std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_alerts.presenter());
     if (!alert) {
         return;
     }
     const QString name = application.localizedName;
     const AlertButton quit{.title = Texts::tr("Quit %1").arg(name)};
     const AlertButton goOn{.title = Texts::tr("Continue")};
-    const bool installing = action == Action::Install;
+    const bool installing = occasion == Occasion::Install;
     AlertContent &content = alert->content;
     content.messageText = Texts::tr("Adobe %1 %2 is running.").arg(name, marketingName);
     if (installing) {
@@ -93,9 +92,12 @@ void BrevokAppInstaller::showRunning(
                 .arg(name);
         content.buttons = {quit, goOn};
     }
-    if (m_with.alerts.runModal(*alert) == (installing ? alertSecondButton : alertFirstButton)) {
-        m_with.applications.terminate(application);
-    }
+    const int quits = installing ? alertSecondButton : alertFirstButton;
+    m_alerts.show(std::move(alert), this, [this, application, quits](int response) {
+        if (response == quits) {
+            m_applications.terminate(application);
+        }
+    });
 }
 
 } // namespace brevok

@@ -40,6 +40,7 @@ struct HttpRequest {
     qint64 expectedSize = 0;
     /// No host is sent more than six at once of those for memory, and of those for files, that take turns.
     bool takesTurns = false;
+    QByteArray checksum{}; ///< SHA-256 that the file must have; empty: any
 };
 
 enum class HttpFailure {
@@ -57,6 +58,7 @@ enum class HttpFailure {
     HeadTooLong,
     BodyTooLong,
     BodyTooShort, ///< than expected, for a file
+    OtherChecksum, ///< than expected, for a file
     NotStored, ///< the system's error in code
     Unknown,
 };

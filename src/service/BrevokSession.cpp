@@ -177,7 +177,7 @@ void BrevokSession::connectToURL(const QUrl &url, const QString &method, int sta
         const QString text = Texts::tr("Network is unreachable. Is your internet connection down?");
         onMain(this, [this, status, text] { tellEnd(status, false, text); });
         if (verbose) {
-            m_alerts.modalAlert(Texts::tr("Connection Error"), text, {}, {Texts::tr("OK")});
+            m_alerts.tell(Texts::tr("Connection Error"), text, {Texts::tr("OK")});
         }
         return;
     }
@@ -245,7 +245,7 @@ void BrevokSession::finishLoading(BrevokSessionConnection *connection)
         logLine(u"Session action: %1 failed With Error Message: %2"_s.arg(
             sessionActionName(action), verdict.message));
     } else {
-        m_alerts.modalAlert(Texts::tr("Authentication Error"), verdict.message, {}, {Texts::tr("OK")});
+        m_alerts.tell(Texts::tr("Authentication Error"), verdict.message, {Texts::tr("OK")});
     }
 }
 
@@ -262,7 +262,7 @@ bool BrevokSession::demandsUpdate(BrevokSessionConnection *connection)
     tellEnd(connection->status, false, title);
     const QString elsewhere = Texts::tr("This copy cannot update itself. You can get the new version at %1.")
                                   .arg(addressText(m_network.configuration().baseUrl));
-    m_alerts.modalAlert(title, m_updater.canUpdate() ? QString() : elsewhere, {}, {Texts::tr("OK")});
+    m_alerts.tell(title, m_updater.canUpdate() ? QString() : elsewhere, {Texts::tr("OK")});
     remove(connection);
     return true;
 }
@@ -339,8 +339,7 @@ void BrevokSession::failWithError(BrevokSessionConnection *connection, const Bre
         add(again);
     } else {
         tellEnd(connection->status, false, error.description);
-        const std::unique_ptr<BrevokAlert> alert = BrevokAlert::alertWithError(m_alerts.presenter(), error);
-        m_alerts.runModal(*alert);
+        m_alerts.show(BrevokAlert::alertWithError(m_alerts.presenter(), error), this);
     }
     remove(connection);
 }

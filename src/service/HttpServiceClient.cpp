@@ -56,23 +56,24 @@ void HttpServiceClient::fetchFile(const QUrl &url, QObject *context, ReplyHandle
 }
 
 // An archive's host is none of the service's business: it neither gets nor gives cookies.
-void HttpServiceClient::download(const QUrl &url, const QString &destination, qint64 expectedSize,
-    QObject *context, ProgressHandler progress, DownloadHandler handler)
+void HttpServiceClient::download(
+    const DownloadOrder &order, QObject *context, ProgressHandler progress, DownloadHandler handler)
 {
-    ExchangeRequest request = m_network.request(url);
-    request.destination = destination;
-    request.expectedSize = expectedSize;
+    ExchangeRequest request = m_network.request(order.url);
+    request.destination = order.destination;
+    request.expectedSize = order.expectedSize;
+    request.checksum = order.checksum;
     request.limits.wholeMs = 0;
     request.takesTurns = true;
     HttpTransfers::Progress told;
     if (progress) {
-        told = [expectedSize, progress = std::move(progress)](qint64 done) {
+        told = [expectedSize = order.expectedSize, progress = std::move(progress)](qint64 done) {
             progress(done, expectedSize);
         };
     }
     m_network.send(
         request, context,
-        [url, handler = std::move(handler)](const ServiceReply &reply) {
+        [url = order.url, handler = std::move(handler)](const ServiceReply &reply) {
             std::optional<BrevokError> error = reply.error;
             if (!error && reply.status != httpOk) {
                 error = replyError(

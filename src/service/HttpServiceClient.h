@@ -31,8 +31,8 @@ public:
     [[nodiscard]] bool checkNetworkReachability() override;
     void getList(const QString &path, QObject *context, ReplyHandler handler) override;
     void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) override;
-    void download(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
-        ProgressHandler progress, DownloadHandler handler) override;
+    void download(const DownloadOrder &order, QObject *context, ProgressHandler progress,
+        DownloadHandler handler) override;
 
 private:
     NetworkFactory &m_network;

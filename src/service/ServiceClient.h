@@ -40,12 +40,20 @@ struct ServiceReply {
     [[nodiscard]] QByteArray header(const QByteArray &name) const { return headerValue(headers, name); }
 };
 
+/// One archive to download.
+struct DownloadOrder {
+    QUrl url{};
+    QString destination{};
+    qint64 expectedSize = 0;
+    QByteArray checksum{}; ///< SHA-256 that it must have, 32 bytes; empty when none is known
+};
+
 /// The end of one archive download.
 struct DownloadResult {
     qint64 received = 0; ///< bytes of the body
     bool stored = false; ///< the file stands at its destination, complete
     std::optional<BrevokError>
-        error; ///< transfer error, HTTP status other than 200, wrong length or refused write
+        error; ///< transfer error, HTTP status other than 200, wrong length or checksum, refused write
 };
 
 /// The requests that other rooms make. Main thread; handlers are called on the main thread, once, later than
@@ -70,11 +78,12 @@ public:
     /// GET of a small file (an icon) past any cache, at most 60 seconds and 8 MiB.
     virtual void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) = 0;
 
-    /// GET of an archive, without headers or cookies of ours, streamed to a temporary file beside @p
-    /// destination while it arrives. Only a body of exactly @p expectedSize bytes is renamed to @p
-    /// destination (replacing an older file); on any failure nothing is left. The folder exists already.
-    virtual void download(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
-        ProgressHandler progress, DownloadHandler handler) = 0;
+    /// GET of an archive, without headers or cookies of ours, streamed to a temporary file beside its
+    /// destination while it arrives. Only a body of exactly the expected size, with that checksum, is renamed
+    /// to the destination (replacing an older file); on any failure nothing is left. The folder exists
+    /// already.
+    virtual void download(
+        const DownloadOrder &order, QObject *context, ProgressHandler progress, DownloadHandler handler) = 0;
 };
 
 } // namespace brevok

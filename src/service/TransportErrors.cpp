@@ -92,6 +92,9 @@ BrevokError transportErrorFor(const HttpReply &reply, const HttpRequest &request
     case HttpFailure::BodyTooLong:
     case HttpFailure::BodyTooShort:
         return lengthError(reply, request);
+    case HttpFailure::OtherChecksum:
+        return replyError(
+            reply.status, Texts::tr("The download is not what the catalogue announced."), request.url);
     case HttpFailure::NotStored:
         return fileError(reply, request);
     default:

@@ -6,6 +6,7 @@
 #include "foundation/Texts.h"
 #include "platform/UrlOpener.h"
 #include "ui/PackageActivity.h"
+#include "ui/PanelLayout.h"
 #include "ui/PanelStyle.h"
 #include "ui_BrevokPackageCell.h"
 
@@ -31,6 +32,14 @@ int widestTitle(const QFont &font)
         widest = std::max(widest, PanelButton::widthFor(title, small ? PanelStyle::secondaryFont() : font));
     }
     return widest;
+}
+
+// Two, unless the system's font is too large for that.
+int linesOfNote(const QWidget &name, const QWidget &note)
+{
+    constexpr int gaps = 3;
+    const int room = PanelGeometry::rowHeight - name.fontMetrics().height() - gaps;
+    return std::clamp(room / note.fontMetrics().height(), 1, 2);
 }
 
 bool takesFocus(const QWidget *widget)
@@ -62,6 +71,7 @@ void BrevokPackageCellController::updateFonts()
     const QFont secondary = PanelStyle::secondaryFont();
     m_ui->name->setFonts(PanelStyle::rowFont(), secondary);
     m_ui->note->setFonts(secondary, secondary);
+    m_ui->note->setMostLines(linesOfNote(*m_ui->name, *m_ui->note));
     m_actionFont = PanelStyle::rowFont();
     int widest = widestTitle(m_actionFont);
     while (widest > mostForTitles && m_actionFont.pixelSize() > secondary.pixelSize()) {
@@ -145,7 +155,12 @@ void BrevokPackageCellController::setProgress(const std::optional<DownloadProgre
 {
     const bool working = m_row.status == PackageStatus::InProgress;
     m_progress = working ? progress : std::nullopt;
-    const QString note = m_progress ? progressText(*m_progress) : rowNote(m_row.status);
+    const bool failed = !working && !m_row.failure.isEmpty();
+    const QString note = m_progress ? progressText(*m_progress)
+        : failed                    ? m_row.failure
+                                    : rowNote(m_row.status);
+    m_ui->note->setFailing(failed);
+    m_ui->note->setExplanation(failed ? m_row.failureDetails : QString());
     m_ui->note->setText(note);
     m_ui->note->setVisible(!note.isEmpty());
     const bool determinate = m_progress && m_progress->hasLength() && !m_progress->ended();

@@ -176,6 +176,17 @@ QString rowNote(PackageStatus status)
     return {};
 }
 
+QString failureNote(const InstallOutcome &outcome)
+{
+    const QList<PluginOutcome> failures = outcome.failures();
+    if (failures.isEmpty()) {
+        return {};
+    }
+    const QString first = failures.constFirst().brief();
+    const auto others = outcome.failureSentences().size() - 1;
+    return others > 0 ? Texts::tr("%1 (and %2 more)").arg(first).arg(others) : first;
+}
+
 int DownloadProgress::permille() const
 {
     if (!hasLength()) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "catalogue/PackageStatus.h"
+#include "install/InstallOutcome.h"
 
 #include <QHash>
 #include <QList>
@@ -21,6 +22,8 @@ inline constexpr QLatin1StringView oldSupport("KM#xR57"); ///< the companion und
 struct PackageRow {
     Record package;
     PackageStatus status = PackageStatus::MissingData;
+    QString failure{}; ///< what went wrong lately, in short; empty for nothing
+    QString failureDetails{}; ///< all of it, one sentence a line
 
     [[nodiscard]] QString prefix() const;
     /// The package's name in one line, "-" when there is none.
@@ -60,6 +63,8 @@ struct RowButtons {
 
 /// A row's second line, in the secondary font; empty for none.
 [[nodiscard]] QString rowNote(PackageStatus status);
+/// The same where something went wrong: of several failures the first. Empty when nothing did.
+[[nodiscard]] QString failureNote(const InstallOutcome &outcome);
 
 /// Bytes done of bytes expected over all archives of a package; 0 expected when a length is unknown.
 struct DownloadProgress {

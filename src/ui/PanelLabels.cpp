@@ -11,8 +11,10 @@
 #include <QEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QTextLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace brevok {
 
@@ -137,7 +139,8 @@ void ElidedLabel::setFonts(const QFont &font, const QFont &detailFont)
 
 QSize ElidedLabel::sizeHint() const
 {
-    return {fontMetrics().horizontalAdvance(m_text.left(80)), fontMetrics().height()};
+    const int lines = m_shownMore.isEmpty() ? 1 : 2;
+    return {fontMetrics().horizontalAdvance(m_text.left(80)), lines * fontMetrics().height()};
 }
 
 QSize ElidedLabel::minimumSizeHint() const
@@ -145,8 +148,47 @@ QSize ElidedLabel::minimumSizeHint() const
     return {20, fontMetrics().height()};
 }
 
+void ElidedLabel::setMostLines(int lines)
+{
+    m_mostLines = lines;
+    lay();
+}
+
+void ElidedLabel::setFailing(bool failing)
+{
+    m_failing = failing;
+    update();
+}
+
+void ElidedLabel::setExplanation(const QString &explanation)
+{
+    m_explanation = explanation;
+    lay();
+}
+
+// What fits on one line, up to a place where a line may end.
+QString ElidedLabel::takeFirstLine(QString &rest) const
+{
+    if (m_mostLines < 2 || !m_detail.isEmpty() || fontMetrics().horizontalAdvance(rest) <= width()) {
+        return std::exchange(rest, {});
+    }
+    QTextLayout layout(rest, font());
+    layout.beginLayout();
+    QTextLine line = layout.createLine();
+    line.setLineWidth(width());
+    const qsizetype end = line.textLength();
+    layout.endLayout();
+    QString first = rest.left(end).trimmed();
+    rest = rest.mid(end).trimmed();
+    return first;
+}
+
 void ElidedLabel::lay()
 {
+    const bool hadMore = !m_shownMore.isEmpty();
+    QString more = m_text;
+    const QString first = takeFirstLine(more);
+    m_shownMore = fontMetrics().elidedText(more, Qt::ElideRight, width());
     const QFontMetrics detailMetrics(m_detailFont);
     int detailWidth = 0;
     m_shownDetail.clear();
@@ -156,9 +198,12 @@ void ElidedLabel::lay()
         m_shownDetail = detailMetrics.elidedText(m_detail, Qt::ElideRight, static_cast<int>(room));
         detailWidth = detailMetrics.horizontalAdvance(m_shownDetail) + gap;
     }
-    m_shownText = fontMetrics().elidedText(m_text, Qt::ElideRight, std::max(0, width() - detailWidth));
-    const bool whole = m_shownText == m_text && m_shownDetail == m_detail;
-    setToolTip(whole ? QString() : toolTipFor(text()));
+    m_shownText = fontMetrics().elidedText(first, Qt::ElideRight, std::max(0, width() - detailWidth));
+    const bool whole = m_shownText == first && m_shownMore == more && m_shownDetail == m_detail;
+    setToolTip(!m_explanation.isEmpty() ? toolTipFor(m_explanation) : whole ? QString() : toolTipFor(text()));
+    if (hadMore == m_shownMore.isEmpty()) {
+        updateGeometry();
+    }
     update();
 }
 
@@ -167,12 +212,18 @@ void ElidedLabel::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const QColor secondary = PanelStyle::secondaryText(palette());
     const int textWidth = fontMetrics().horizontalAdvance(m_shownText);
-    const int ascent = (height() - fontMetrics().height()) / 2 + fontMetrics().ascent();
+    const int lineHeight = fontMetrics().height();
+    const int lines = m_shownMore.isEmpty() ? 1 : 2;
+    const int ascent = (height() - lines * lineHeight) / 2 + fontMetrics().ascent();
     const bool mirrored = layoutDirection() == Qt::RightToLeft;
     const int detailWidth = QFontMetrics(m_detailFont).horizontalAdvance(m_shownDetail);
     painter.setLayoutDirection(Qt::LeftToRight); // of the line; a text keeps its own direction
-    painter.setPen(m_secondary ? secondary : palette().color(QPalette::WindowText));
+    painter.setPen(m_failing ? PanelStyle::failureText(palette())
+            : m_secondary    ? secondary
+                             : palette().color(QPalette::WindowText));
     painter.drawText(mirrored ? width() - textWidth : 0, ascent, m_shownText);
+    const int moreWidth = fontMetrics().horizontalAdvance(m_shownMore);
+    painter.drawText(mirrored ? width() - moreWidth : 0, ascent + lineHeight, m_shownMore);
     painter.setFont(m_detailFont);
     painter.setPen(secondary);
     painter.drawText(

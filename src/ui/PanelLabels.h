@@ -52,8 +52,8 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
-/// One line of plain text, and a second text behind it that is kept in view, both cut with an ellipsis where
-/// they do not fit; then a tool tip holds the whole.
+/// One line of plain text, or two where it may have them, and a second text behind it that is kept in view,
+/// both cut with an ellipsis where they do not fit; then a tool tip holds the whole.
 class ElidedLabel final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ElidedLabel)
@@ -68,6 +68,12 @@ public:
     /// Both texts.
     [[nodiscard]] QString text() const;
     void setFonts(const QFont &font, const QFont &detailFont);
+    /// Of a text without a detail.
+    void setMostLines(int lines);
+    /// Whether the first text is drawn as one that says what went wrong.
+    void setFailing(bool failing);
+    /// What the tool tip says in any case; nothing to have none but the usual.
+    void setExplanation(const QString &explanation);
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
@@ -79,13 +85,18 @@ protected:
 
 private:
     void lay();
+    [[nodiscard]] QString takeFirstLine(QString &rest) const;
 
     QString m_text;
     QString m_detail;
     QFont m_detailFont;
+    QString m_explanation;
     QString m_shownText;
+    QString m_shownMore; ///< on a second line
     QString m_shownDetail;
+    int m_mostLines = 1;
     bool m_secondary = false;
+    bool m_failing = false;
 };
 
 } // namespace brevok

@@ -5,6 +5,7 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Texts.h"
+#include "install/InstallFlow.h"
 #include "service/BrevokSession.h"
 #include "targets/BrevokTargetApps.h"
 #include "ui/AccessibleRole.h"
@@ -42,6 +43,7 @@ PanelPackagesTab::PanelPackagesTab(Ui::BrevokPanel &ui, Collaborators collaborat
     connect(&packages, &BrevokPackages::packagesIconsChanged, this, &PanelPackagesTab::changed);
     connect(&packages, &BrevokPackages::packagesStatusChanged, this, &PanelPackagesTab::changed);
     connect(&m_activity, &PackageActivity::activityChanged, this, &PanelPackagesTab::changed);
+    connect(&collaborators.flow.lastFailures(), &LastFailures::changed, this, &PanelPackagesTab::changed);
     connect(&m_activity, &PackageActivity::progressChanged, &m_list, &PackageList::updateProgress);
     connect(&m_icons, &RowIcons::iconReady, &m_list, &PackageList::updateIcon);
     connect(&collaborators.targets, &BrevokTargetApps::targetsChanged, this, &PanelPackagesTab::changed);
@@ -80,6 +82,9 @@ void PanelPackagesTab::updatePackagesList()
     QList<PackageRow> rows = packageRows(m_with.packages.packageRecords(), m_with.packages.packagesStatus());
     for (PackageRow &row : rows) {
         row.status = m_activity.shownStatus(row.prefix(), row.status);
+        const InstallOutcome failed = m_with.flow.lastFailures().of(row.prefix());
+        row.failure = failureNote(failed);
+        row.failureDetails = failed.failureSentences().join(u'\n');
     }
     m_list.setRows(rows);
     updateNotice();

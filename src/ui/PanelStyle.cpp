@@ -99,6 +99,11 @@ QColor secondaryText(const QPalette &palette)
         palette.color(QPalette::Active, QPalette::Window), 0.36);
 }
 
+QColor failureText(const QPalette &palette)
+{
+    return isDark(palette) ? QColor(255, 138, 128) : QColor(179, 38, 30);
+}
+
 QColor separator(const QPalette &palette)
 {
     return mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.12);

@@ -24,6 +24,8 @@ namespace brevok::PanelStyle {
 /// @p share of @p b in @p a, from 0 to 1.
 [[nodiscard]] QColor mixed(const QColor &a, const QColor &b, double share);
 [[nodiscard]] QColor secondaryText(const QPalette &palette);
+/// Of what went wrong.
+[[nodiscard]] QColor failureText(const QPalette &palette);
 [[nodiscard]] QColor separator(const QPalette &palette);
 /// Laid over what is below the pointer.
 [[nodiscard]] QColor hoverFill(const QPalette &palette);

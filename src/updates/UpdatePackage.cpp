@@ -117,7 +117,7 @@ void UpdatePackage::start()
 void UpdatePackage::download()
 {
     m_service.download(
-        m_item.address, m_file->fileName(), m_item.length, this,
+        {.url = m_item.address, .destination = m_file->fileName(), .expectedSize = m_item.length}, this,
         [this](qint64 done, qint64 total) { Q_EMIT progress(done, total); },
         [this](const DownloadResult &result) {
             if (result.error) {

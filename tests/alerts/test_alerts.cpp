@@ -78,6 +78,7 @@ private Q_SLOTS:
     void blockingSheetHoldsThePanelWhileItIsAttached();
     void sheetsAreClosedByWhoeverCan();
     void nobodyWaitsForAnAnswer();
+    void alertsWaitForEachOther();
     void headless();
 };
 
@@ -295,6 +296,58 @@ void TestAlerts::nobodyWaitsForAnAnswer()
     delete context;
     end(alertFirstButton);
     QCOMPARE(answer, alertSecondButton); // whoever asked is gone
+}
+
+// Nine at once are nine one after the other, and none holds up whoever raised it.
+void TestAlerts::alertsWaitForEachOther()
+{
+    presenter->waits = true;
+    QList<int> answers;
+    const auto raise = [&](const QString &text) {
+        auto alert = BrevokAlert::create(*presenter);
+        alert->content = contentOf(text, {});
+        queue->show(std::move(alert), this, [&answers](int given) { answers.append(given); });
+    };
+    for (int i = 0; i < 9; ++i) {
+        raise(u"Alert %1"_s.arg(i));
+        raise(u"Alert %1"_s.arg(i)); // is up, or waits
+    }
+    QCOMPARE(answers, QList<int>(9, alertNotShown));
+    for (int i = 0; i < 9; ++i) {
+        QTRY_COMPARE(presenter->shown.size(), i + 1);
+        QCOMPARE(presenter->shown[i].messageText, u"Alert %1"_s.arg(i));
+        QCOMPARE(presenter->up.size(), 1);
+        QVERIFY(panel->calls.constLast());
+        presenter->press(i % 2 == 0 ? alertFirstButton : alertSecondButton);
+        QVERIFY(!panel->calls.constLast());
+        QCOMPARE(answers.size(), 10 + i);
+        QCOMPARE(answers.constLast(), i % 2 == 0 ? alertFirstButton : alertSecondButton);
+    }
+
+    // One that somebody waits for is shown at once, and those behind it wait for it too.
+    presenter->whileShown = [&](const AlertContent &) {
+        raise(u"Behind it"_s);
+        QCOMPARE(presenter->up.size(), 0);
+    };
+    queue->modalAlert(u"Awaited"_s, {}, {}, {u"OK"_s});
+    presenter->whileShown = {};
+    QTRY_COMPARE(presenter->up.size(), 1);
+
+    // What waits can be answered in the user's place, and goes with whoever kept it.
+    const auto kept = BrevokAlert::create(*presenter);
+    kept->content = contentOf(u"Kept"_s, {});
+    int answer = -1;
+    const AlertPresenter::Ending end = queue->beginModal(*kept, this, [&](int given) { answer = given; });
+    auto gone = BrevokAlert::create(*presenter);
+    gone->content = contentOf(u"Gone"_s, {});
+    queue->beginModal(*gone, this, [&](int) { QFAIL("it was not shown"); });
+    gone.reset();
+    end(alertThirdButton);
+    QCOMPARE(answer, alertThirdButton);
+    raise(u"Last"_s);
+    presenter->press(alertFirstButton);
+    QTRY_COMPARE(presenter->up.size(), 1);
+    QCOMPARE(presenter->shown.constLast().messageText, u"Last"_s);
 }
 
 void TestAlerts::headless()

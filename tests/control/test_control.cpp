@@ -177,10 +177,14 @@ void ControlTest::statusIsShownToPeople()
         {{TargetKeys::path, u"/b/"_s}, {TargetKeys::type, u"Adobe InDesign"_s},
             {TargetKeys::version, u"140"_s}, {TargetKeys::enabled, u"yes"_s},
             {TargetKeys::invalid, u"yes"_s}}}};
-    const QString text =
-        client::statusText({{u"updates"_s, 1}, {u"packages"_s, packagesDocument(packages, statuses)},
-            {u"targets"_s, targetsDocument(records)}, {u"installer"_s, QJsonObject{{u"version"_s, 15}}},
-            {u"warnings"_s, QJsonArray{storageWarning(u"disk\x1b[31m full"_s)}}});
+    const InstallOutcome failed{.entries = {{.plugin = u"Grid"_s,
+                                    .targetName = u"InDesign CC 2019"_s,
+                                    .reason = u"No space\x1b is left on the disk."_s}}};
+    const QJsonArray listed = packagesDocument(packages, statuses, {{u"B"_s, failed}});
+    QVERIFY(!listed[0].toObject().contains(u"failures"_s));
+    const QString text = client::statusText({{u"updates"_s, 1}, {u"packages"_s, listed},
+        {u"targets"_s, targetsDocument(records)}, {u"installer"_s, QJsonObject{{u"version"_s, 15}}},
+        {u"warnings"_s, QJsonArray{storageWarning(u"disk\x1b[31m full"_s)}}});
     QVERIFY(text.startsWith(u"Warning: Changes cannot be stored now (disk [31m full). "_s));
     QVERIFY2(!text.contains(QChar(0x1b)), "control characters of a name must not reach the terminal");
     const QJsonObject odd{{u"name"_s, u"a\x1b\u009b2J\u202Eb 😀 é"_s}};
@@ -197,6 +201,7 @@ void ControlTest::statusIsShownToPeople()
     QVERIFY(text.contains(u"Missing Data       B"_s));
     QVERIFY(text.contains(u"Adobe InDesign CC 2019  missing  /b/"_s));
     QVERIFY(text.contains(u"1 package waits for an update"_s));
+    QVERIFY(text.contains(u"\nFailed: Grid, InDesign CC 2019: No space  is left on the disk.\n"_s));
 }
 
 void ControlTest::callsDuringStartUpAreRefused_data()

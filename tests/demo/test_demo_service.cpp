@@ -3,6 +3,7 @@
 
 #include "support/SampleBundles.h"
 
+#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -262,6 +263,7 @@ private Q_SLOTS:
 
         QSet<QString> offered;
         QHash<QString, qint64> sizes;
+        QHash<QString, QString> checksums;
         for (const QJsonValue build : service.list(u"/api/plugin/list"_s)) {
             for (const QString &key : {u"Name"_s, u"Prefix"_s, u"Version"_s, u"Published"_s, u"Link"_s}) {
                 QVERIFY2(!build[key].toString().isEmpty(), qPrintable(key));
@@ -270,13 +272,17 @@ private Q_SLOTS:
             if (build[u"Platform"_s] == u"Mac"_s) {
                 offered.insert(build[u"Prefix"_s].toString());
                 sizes.insert(build[u"Link"_s].toString(), build[u"Size"_s].toInteger());
+                checksums.insert(build[u"Link"_s].toString(), build[u"SHA256"_s].toString());
             }
         }
         QCOMPARE(offered, prefixes);
         int redirected = 0;
         for (auto archive = sizes.cbegin(); archive != sizes.cend(); ++archive) {
             redirected += archive.key().contains(u"/download/"_s);
-            QCOMPARE(qint64{service.ask("GET", archive.key()).body.size()}, archive.value());
+            const QByteArray body = service.ask("GET", archive.key()).body;
+            QCOMPARE(qint64{body.size()}, archive.value());
+            QCOMPARE(checksums.value(archive.key()).toLatin1(),
+                QCryptographicHash::hash(body, QCryptographicHash::Sha256).toHex());
         }
         QCOMPARE(redirected, 1);
     }

@@ -1,4 +1,5 @@
 """What goes wrong, with the real programs: nothing is lost, and the user is told."""
+import hashlib
 import json
 import os
 import pathlib
@@ -161,6 +162,39 @@ class Faults(unittest.TestCase):
             self.assertEqual(session.package_status(prefix), "Not Installed")
         self.assertEqual(list(session.folder.rglob("climbed.txt")), [])
         self.assertIn("Failed to download Short, from ", session.log())
+
+    def test_a_damaged_archive_is_told_and_fetched_anew(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        archive = session.publish("Beta", "0xB", "1.0", 140)
+        session.plugins[-1]["SHA256"] = hashlib.sha256(archive.read_bytes()).hexdigest().upper()
+        session.write_lists()
+        session.start_application()
+        session.ctl("check")
+        archives = {prefix: session.service_root / plugin["Link"].lstrip("/")
+                    for prefix, plugin in zip(("0xA", "0xB"), session.plugins)}
+        whole = {prefix: archive.read_bytes() for prefix, archive in archives.items()}
+        reasons = {"0xA": "The archive is damaged.", "0xB": "The download is not what the catalogue announced."}
+        for prefix, reason in reasons.items():
+            archives[prefix].write_bytes(whole[prefix].replace(b"1.0", b"1.1"))  # the information, not its checksum
+            result = session.ctl("install", prefix, "--json", check=False)
+            self.assertEqual(result.returncode, 1)
+            document = json.loads(result.stdout)
+            self.assertEqual((document["ok"], len(document["failures"])), (False, 1))
+            self.assertIn(reason, document["failures"][0])
+            self.assertEqual([(one["result"], one["label"], one["reason"]) for one in document["outcome"]],
+                             [("failed", "InDesign CC 2019", reason)])
+            listed = next(one for one in session.status()["packages"] if one["prefix"] == prefix)
+            self.assertEqual(listed["failures"], document["failures"])
+            self.assertIn(document["failures"][0], session.ctl("status").stdout)
+            self.assertIn("failed: " + document["failures"][0], session.log())
+        for prefix in reasons:
+            archives[prefix].write_bytes(whole[prefix])
+            done = json.loads(session.ctl("install", prefix, "--json").stdout)
+            self.assertEqual([one["result"] for one in done["outcome"]], ["installed"])
+        self.assertFalse([one for one in session.status()["packages"] if "failures" in one])
+        removed = json.loads(session.ctl("remove", "0xA", "--json").stdout)
+        self.assertEqual([one["result"] for one in removed["outcome"]], ["removed"])
 
     def test_a_target_that_cannot_be_written(self):
         session = self.session

@@ -47,6 +47,21 @@ class Panel(OnDesktop):
         desktop.press("Escape")
         self.wait_for_closed_panel()
 
+    def test_a_failed_install_says_why_in_its_row(self):
+        session = self.session
+        archive = session.service_root / session.plugins[0]["Link"].lstrip("/")
+        whole = archive.read_bytes()
+        self.start(signed_in=True)
+        self.open_panel()
+        self.wait_for_control("Install Alpha", "push button", enabled=True)
+        archive.write_bytes(whole.replace(b"1.0", b"1.1"))
+        self.press_button("Install Alpha")
+        self.wait_for_control("Alpha 1.0, InDesign CC 2019: The archive is damaged.", "list item")
+        archive.write_bytes(whole)
+        self.press_button("Install Alpha")
+        self.wait_for_control("Up To Date Alpha", "push button", enabled=False)
+        self.wait_for_control("Alpha 1.0", "list item")
+
     def test_what_closes_the_panel(self):
         self.start()
         other = self.desktop.show("xev", "-geometry", "200x200+100+300")

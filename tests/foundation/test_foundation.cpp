@@ -211,7 +211,7 @@ void FoundationTest::workIsHandedOverInOrder()
     for (int i = 0; i < 50; ++i) {
         queue.add([this, i, &order] {
             QVERIFY(!onMainThread());
-            onMainAndWait(this, [i, &order] { order << QString::number(i); });
+            onMain(this, [i, &order] { order << QString::number(i); });
         });
     }
     QTRY_COMPARE(order.size(), 50);

@@ -25,8 +25,10 @@ public:
     std::optional<Answer> scripted; ///< of installs and removals; nothing is done then
 
     [[nodiscard]] int version() override { return m_version; }
+    QByteArray lastChecksum; ///< of an install
     [[nodiscard]] InstallResult install(const InstallOrder &order) override
     {
+        lastChecksum = order.checksum;
         if (!scripted || order.target.endsWith(QStringLiteral(".xml"))) {
             return BrevokInstaller::install(order);
         }

@@ -12,6 +12,7 @@
 #include "support/FakePlatform.h"
 #include "support/FakeServiceClient.h"
 #include "support/LogCapture.h"
+#include "support/RestrictedFiles.h"
 #include "support/SampleBundles.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
@@ -53,13 +54,14 @@ struct InstallRig {
     BrevokAlertQueue alerts{presenter, panel};
     FakeApplicationSearch search;
     LinuxFileOperations files;
+    RestrictedFiles ownFiles{files}; ///< of the program itself, unlike the helper's
     FakeHelperTool helper;
     FakeRunningApplications applications;
     BrevokTargetApps targets{state, search};
     BrevokPlugins plugins{state, service, alerts};
     BrevokPackages packages{{state, service, alerts, plugins, targets, dataFolder(), &looksLikeImage}};
     BrevokAppInstaller installer{
-        {files, helper, applications, state, alerts, plugins, packages, workspace(), ::getuid(), [this] {
+        {ownFiles, helper, applications, state, alerts, plugins, packages, workspace(), ::getuid(), [this] {
              return clock;
          }}};
     InstallFlow flow{{plugins, packages, targets, installer, alerts, dataFolder()}};
@@ -68,6 +70,14 @@ struct InstallRig {
     {
         state.commit(left);
         return true;
+    }
+    /// A helper that answers, for targets that the user may not write himself.
+    std::shared_ptr<HelperProxy> needHelper()
+    {
+        auto proxy = std::make_shared<HelperProxy>(files, 15);
+        helper.state = {true, proxy, true};
+        ownFiles.forbidden = {folder.filePath(QStringLiteral("Apps"))};
+        return proxy;
     }
     [[nodiscard]] QString dataFolder() const { return folder.filePath(QStringLiteral("data")); }
     [[nodiscard]] QString workspace() const { return folder.filePath(QStringLiteral("Tolvane.xml")); }
@@ -97,6 +107,14 @@ struct InstallRig {
                 {QStringLiteral("TolvaneHostAppShortVersion"),
                     QStringLiteral("%1.%2").arg(host / 10).arg(host % 10)}}),
             "code");
+    }
+    /// The same, of the same length, with another content than its checksums tell.
+    static QByteArray damagedArchiveOf(const QString &name, int host)
+    {
+        QByteArray archive = archiveOf(name, host);
+        const qsizetype content = archive.indexOf("Info.plist") + 40;
+        archive[content] = static_cast<char>(~archive.at(content));
+        return archive;
     }
     void addPackage(const QString &name, const QString &prefix)
     {

@@ -1,11 +1,14 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "install/InstallPaths.h"
 #include "InstallRig.h"
 #include "support/Folders.h"
 
 #include <QRegularExpression>
 #include <QTest>
+
+#include <cerrno>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -25,6 +28,8 @@ private Q_SLOTS:
     void archiveThatHoldsSomethingElseIsAFailure();
     void answersAreCollected_data();
     void answersAreCollected();
+    void failuresAreJudged_data();
+    void failuresAreJudged();
     void runningApplicationIsMentionedOncePerMinute();
     void removalFromARunningApplication();
     void skippedCommandsTouchNothing();
@@ -59,6 +64,10 @@ private:
             QTRY_VERIFY(ended);
         }();
         return result;
+    }
+    static QList<PluginOutcome> failures(const CommandResult &result)
+    {
+        return InstallOutcome{.entries = result.entries}.failures();
     }
     static QJsonArray installOf(const QString &plugin, const QString &archive)
     {
@@ -144,16 +153,17 @@ void AppInstallerTest::helperIsKeptReplacedOrInstalled()
     rig.helper.removes = failing != u"remove"_s;
     rig.helper.blesses = failing != u"bless"_s;
     LogCapture::clear();
-    // The first job checks the helper, once.
-    bool ended = false;
-    rig.installer.canRemovePlugins({}, this, [&](const QList<bool> &) { ended = true; });
-    QTRY_VERIFY(ended);
+    // The first job that needs the helper checks it, once.
+    int ended = 0;
+    rig.ownFiles.forbidden = {u"/"_s};
+    const QList<RemovalQuestion> questions{{u"P"_s, u"/T/Tolvane/P.InDesignPlugin"_s, u"P"_s}};
+    rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
+    QTRY_COMPARE(ended, 1);
     QCOMPARE(rig.installer.valid(), valid);
     QCOMPARE(rig.helper.calls, calls);
     QCOMPARE(LogCapture::lines().first(lines.size()), lines);
-    ended = false;
-    rig.installer.canRemovePlugins({}, this, [&](const QList<bool> &) { ended = true; });
-    QTRY_VERIFY(ended);
+    rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
+    QTRY_COMPARE(ended, 2);
     QCOMPARE(rig.helper.calls, calls);
 }
 
@@ -184,7 +194,7 @@ void AppInstallerTest::helperIsUsedWhereItCanBe()
     InstallRig rig;
     rig.helper.blesses = valid;
     bool ended = false;
-    rig.installer.canRemovePlugins({}, this, [&](const QList<bool> &) { ended = true; });
+    rig.installer.checkUpdateHelper(this, [&](bool) { ended = true; });
     QTRY_VERIFY(ended);
     const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
     rig.helper.state = {connected, proxy ? helper : nullptr, installs};
@@ -192,7 +202,7 @@ void AppInstallerTest::helperIsUsedWhereItCanBe()
         LogCapture::clear();
         const auto chosen = rig.installer.installer();
         const bool falls = !line.isEmpty();
-        QCOMPARE(chosen.get() == static_cast<InstallerOperations *>(&rig.installer), falls);
+        QVERIFY(chosen != nullptr);
         QCOMPARE(chosen == helper, !falls);
         QCOMPARE(
             LogCapture::lines(), falls ? QStringList({line, u"Using Installer Fallback!"_s}) : QStringList());
@@ -209,7 +219,7 @@ void AppInstallerTest::commandsAreCarriedOutOneByOne()
         [&] { stored.append(rig.stored(u"P"_s, 0).value(PluginKeys::commandQueue).toArray().size()); });
     const CommandResult result = carryOut(rig, true,
         {left, installOf(rig.plugin, rig.archive), removalOf(u"/nowhere"_s), installOf(second, rig.archive)});
-    QVERIFY(result.errors.isEmpty() && result.failures.isEmpty());
+    QVERIFY(result.errors.isEmpty() && failures(result).isEmpty());
     QVERIFY(QFile::exists(rig.plugin + u"/Contents/Info.plist"_s));
     QVERIFY(QFile::exists(second + u"/Contents/Info.plist"_s));
     QVERIFY(QFile::exists(rig.workspaceThere));
@@ -221,7 +231,7 @@ void AppInstallerTest::commandsAreCarriedOutOneByOne()
     // The workspace is written once: the refusal to replace it is no failure.
     writeFile(rig.workspaceThere, "the user's own");
     const CommandResult again = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
-    QVERIFY(again.errors.isEmpty() && again.failures.isEmpty());
+    QVERIFY(again.errors.isEmpty() && failures(again).isEmpty());
     QVERIFY(LogCapture::mentions(u"remove item at path failed, wrong data"_s));
     QFile workspace(rig.workspaceThere);
     QVERIFY(workspace.open(QIODevice::ReadOnly));
@@ -234,8 +244,9 @@ void AppInstallerTest::archiveThatHoldsSomethingElseIsAFailure()
     writeFile(rig.archive, InstallRig::archiveOf(u"Stranger"_s, 140));
     const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
     QVERIFY(result.errors.isEmpty());
-    QCOMPARE(result.failures.size(), 1);
-    QVERIFY(result.failures[0].description.contains(rig.plugin));
+    QCOMPARE(failures(result).size(), 1);
+    QVERIFY(failures(result)[0].reason.contains(rig.plugin));
+    QVERIFY(result.archiveIsBad);
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
 }
 
@@ -264,14 +275,55 @@ void AppInstallerTest::answersAreCollected()
     QFETCH(int, failures);
     OneBuild rig;
     writeInstalledPlugin(rig.target, u"Plug"_s, u"1.0"_s, u"14.0"_s);
-    const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
-    helper->scripted = {yes, error ? std::optional(BrevokError{.description = u"hm"_s}) : std::nullopt};
-    rig.helper.state = {true, helper, true};
+    rig.needHelper()->scripted = {
+        yes, error ? std::optional(BrevokError{.description = u"hm"_s}) : std::nullopt};
     const CommandResult result =
         carryOut(rig, installs, {installs ? installOf(rig.plugin, rig.archive) : removalOf(rig.plugin)});
     QCOMPARE(result.errors.size(), errors);
-    QCOMPARE(result.failures.size(), failures);
+    QCOMPARE(AppInstallerTest::failures(result).size(), failures);
+    QCOMPARE(result.entries.size(), 1);
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
+}
+
+void AppInstallerTest::failuresAreJudged_data()
+{
+    QTest::addColumn<BrevokError>("failure");
+    QTest::addColumn<bool>("answer");
+    QTest::addColumn<QString>("reason");
+    QTest::addColumn<bool>("archiveIsBad");
+    const auto row = [](const char *name, int code, bool answer, const char *reason, bool bad) {
+        QTest::addRow("%s", name) << BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
+            .code = code,
+            .description = u"the system's words"_s}
+                                  << answer << QString::fromLatin1(reason) << bad;
+    };
+    row("full disk", ENOSPC, true, "No space is left on the disk.", false);
+    row("quota", EDQUOT, true, "No space is left on the disk.", false);
+    row("read-only disk", EROFS, false, "The disk is read-only.", false);
+    row("another's folder", EACCES, false, "Writing there is not allowed.", false);
+    row("failing disk", EIO, true, "the system's words", false);
+    row("damaged archive", EILSEQ, true, "The archive is damaged.", true);
+    row("archive that may not be unpacked", EPERM, true, "the system's words", true);
+    QTest::addRow("looked into") << installerError(u"holds something else"_s) << true
+                                 << u"holds something else"_s << true;
+    QTest::addRow("not looked into") << installerError(u"nobody agreed"_s) << false << u"nobody agreed"_s
+                                     << false;
+    QTest::addRow("without a word") << BrevokError{} << false << u"It is not known why."_s << false;
+}
+
+void AppInstallerTest::failuresAreJudged()
+{
+    QFETCH(BrevokError, failure);
+    QFETCH(bool, answer);
+    QFETCH(QString, reason);
+    QFETCH(bool, archiveIsBad);
+    OneBuild rig;
+    rig.needHelper()->scripted = {answer, failure};
+    const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
+    QCOMPARE(failures(result).size(), 1);
+    QCOMPARE(failures(result)[0].reason, reason);
+    QCOMPARE(failures(result)[0].detail, reason == failure.description ? QString() : failure.description);
+    QCOMPARE(result.archiveIsBad, archiveIsBad);
 }
 
 void AppInstallerTest::runningApplicationIsMentionedOncePerMinute()
@@ -287,7 +339,7 @@ void AppInstallerTest::runningApplicationIsMentionedOncePerMinute()
         rig.clock = rig.clock.addSecs(secondsLater);
         const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
         QCoreApplication::processEvents();
-        QVERIFY(result.failures.isEmpty());
+        QVERIFY(failures(result).isEmpty());
         QCOMPARE(lastTold(), rig.clock);
     };
     install(0);
@@ -325,7 +377,7 @@ void AppInstallerTest::removalFromARunningApplication()
     const CommandResult result = carryOut(
         rig, false, {removalOf(rig.target + u"/Tolvane/Gone.InDesignPlugin"_s), removalOf(rig.plugin)});
     QTRY_COMPARE(rig.presenter.shown.size(), 1);
-    QVERIFY(result.failures.isEmpty());
+    QVERIFY(failures(result).isEmpty());
     QVERIFY(!QFile::exists(rig.plugin));
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
     const AlertContent alert = rig.presenter.shown[0];
@@ -343,7 +395,10 @@ void AppInstallerTest::skippedCommandsTouchNothing()
     rig.run(12);
     const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)}, true);
     QCoreApplication::processEvents();
-    QVERIFY(result.failures.isEmpty() && rig.presenter.shown.isEmpty());
+    QVERIFY(failures(result).isEmpty() && rig.presenter.shown.isEmpty());
+    QCOMPARE(result.entries.size(), 1);
+    QCOMPARE(result.entries[0].end, PluginOutcome::End::Skipped);
+    QCOMPARE(result.entries[0].reason, u"InDesign is running."_s);
     QVERIFY(!QFile::exists(rig.plugin));
     QVERIFY(!QFile::exists(rig.workspaceThere));
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
@@ -403,7 +458,7 @@ void AppInstallerTest::sharedPluginsStay()
     const auto exists = [&](const QString &asked) {
         return installed.contains(QString(asked).remove(u"/T/Tolvane/"_s).remove(u".InDesignPlugin"_s));
     };
-    QCOMPARE(mayRemovePlugin(name, path, prefix, catalogue, exists), removable);
+    QCOMPARE(canRemovePlugin(name, path, prefix, catalogue, exists), removable);
     const bool missing = name.isEmpty() || path.isEmpty() || prefix.isEmpty();
     QCOMPARE(LogCapture::lines().size(), missing ? 1 : 0);
     if (name.isEmpty()) {

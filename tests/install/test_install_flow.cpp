@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "FlowRig.h"
 #include "foundation/Log.h"
-#include "InstallRig.h"
 #include "platform/PropertyLists.h"
 
 #include <QRegularExpression>
@@ -32,39 +32,7 @@ private Q_SLOTS:
     void failuresAreReported();
     void quittingLeavesTheQueueInTheStore();
     void versionsWithOneArchivePathTakeTurns();
-
-private:
-    struct Ended {
-        int times = 0;
-        InstallOutcome outcome;
-        [[nodiscard]] InstallFlow::Completion here()
-        {
-            return [this](const InstallOutcome &its) {
-                ++times;
-                outcome = its;
-            };
-        }
-    };
 };
-
-namespace {
-
-QString pluginIn(const QString &target, const QString &name)
-{
-    return target + u"/Tolvane/%1.InDesignPlugin"_s.arg(name);
-}
-
-qsizetype pending(const Record &definition)
-{
-    return definition.value(PluginKeys::commandQueue).toArray().size();
-}
-
-QString saved(const Record &definition)
-{
-    return definition.value(PluginKeys::savedVersion).toString();
-}
-
-} // namespace
 
 void InstallFlowTest::packageIsDownloadedOnceAndInstalledTwice()
 {
@@ -98,7 +66,7 @@ void InstallFlowTest::packageIsDownloadedOnceAndInstalledTwice()
     QCOMPARE(pending(rig.stored(u"P"_s, 0)), 2);
     QTRY_COMPARE(ended.times, 1);
     QCOMPARE(ended.outcome.planned, 2);
-    QVERIFY(ended.outcome.failures.isEmpty());
+    QVERIFY(ended.outcome.failures().isEmpty());
     QVERIFY(QFile::exists(pluginIn(a, u"Plug"_s) + u"/Contents/Info.plist"_s));
     QVERIFY(QFile::exists(pluginIn(b, u"Plug"_s) + u"/Contents/Info.plist"_s));
     QCOMPARE(pending(rig.stored(u"P"_s, 0)), 0);
@@ -154,10 +122,10 @@ void InstallFlowTest::failedDownloadLosesNothingElse()
     rig.answerDownload(InstallRig::archiveOf(u"Good"_s, 140));
     QTRY_COMPARE(ended.times, 1);
     QVERIFY(QFile::exists(pluginIn(a, u"Good"_s)));
-    QCOMPARE(ended.outcome.failures.size(), 1);
-    const BrevokError failure = ended.outcome.failures[0];
-    QCOMPARE(failure.description, u"Failed to download Bad, from https://host/Bad-140.zip"_s);
-    QCOMPARE(failure.detailedErrors.size(), details);
+    QCOMPARE(ended.outcome.failures().size(), 1);
+    const QString documented = u"Failed to download Bad, from https://host/Bad-140.zip"_s;
+    QCOMPARE(ended.outcome.failureSentences(),
+        QStringList(u"Bad: "_s + (details > 0 ? u"broken "_s + documented : documented)));
     QTRY_COMPARE(rig.presenter.shown.size(), 1);
     QCOMPARE(rig.presenter.shown[0].messageText, u"Failed to install 'Bad.InDesignPlugin'!"_s);
 }
@@ -173,7 +141,7 @@ void InstallFlowTest::unusableArchiveFolderIsAFailedDownload()
     rig.flow.installWithPrefix(u"P"_s, false, ended.here());
     QTRY_COMPARE(ended.times, 1);
     QVERIFY(rig.service.downloads.isEmpty());
-    QCOMPARE(ended.outcome.failures.size(), 1);
+    QCOMPARE(ended.outcome.failures().size(), 1);
     QVERIFY(!rig.record(u"140:Plug_2.0"_s).contains(PluginKeys::commandQueue));
     QTRY_COMPARE(rig.presenter.shown.size(), 1);
 }
@@ -190,14 +158,15 @@ void InstallFlowTest::storedArchiveIsInstalledWithoutADownload()
     writeFile(rig.folder.filePath(u"data/140/Plug.zip"_s), InstallRig::archiveOf(u"Plug"_s, 140));
     // An old bundle, and a helper whose answer comes with an error, which is the user's to see.
     writeInstalledPlugin(a, u"Plug"_s, u"1.0"_s, u"14.0"_s);
-    const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
-    helper->scripted = {true, BrevokError{.description = u"half done"_s}};
-    rig.helper.state = {true, helper, true};
+    const auto helper = rig.needHelper();
+    helper->scripted = {true,
+        BrevokError{
+            .domain = QString::fromLatin1(fileErrorDomain), .code = ENOSPC, .description = u"half done"_s}};
     Ended ended;
     rig.flow.installWithPackage(rig.package(u"P"_s), u"P"_s, false, ended.here());
     QTRY_COMPARE(ended.times, 1);
     QVERIFY(rig.service.downloads.isEmpty());
-    QCOMPARE(ended.outcome.failures.size(), 1);
+    QCOMPARE(ended.outcome.failures().size(), 1);
     QTRY_COMPARE(rig.presenter.shown.size(), 1);
     // The designation is what was at hand: the record itself.
     QVERIFY(rig.presenter.shown[0].messageText->startsWith(u"Failed to install '{"_s));
@@ -206,7 +175,7 @@ void InstallFlowTest::storedArchiveIsInstalledWithoutADownload()
     helper->scripted.reset();
     rig.flow.installWithPackage(rig.package(u"P"_s), u"P"_s, false, ended.here());
     QTRY_COMPARE(ended.times, 2);
-    QVERIFY(ended.outcome.failures.isEmpty());
+    QVERIFY(ended.outcome.failures().isEmpty());
     QCOMPARE(bundleInformation(pluginIn(a, u"Plug"_s))->value(u"CFBundleShortVersionString"_s), u"2.0"_s);
 }
 
@@ -249,7 +218,7 @@ void InstallFlowTest::packageIsRemovedFromEveryTarget()
     Ended ended;
     rig.flow.uninstallWithPrefix(u"P"_s, ended.here());
     QTRY_COMPARE(ended.times, 1);
-    QVERIFY(ended.outcome.failures.isEmpty());
+    QVERIFY(ended.outcome.failures().isEmpty());
     QCOMPARE(ended.outcome.planned, 3);
     QVERIFY(!QFile::exists(pluginIn(a, u"Own"_s)) && !QFile::exists(pluginIn(b, u"Own"_s)));
     QVERIFY(QFile::exists(pluginIn(a, u"Shared"_s)));
@@ -270,7 +239,7 @@ void InstallFlowTest::operationsOnSharedBuildsWaitForEachOther()
     QStringList order;
     const auto note = [&](const QString &name) {
         return [&order, name](const InstallOutcome &outcome) {
-            order.append(u"%1 %2 %3"_s.arg(name).arg(outcome.planned).arg(outcome.failures.size()));
+            order.append(u"%1 %2 %3"_s.arg(name).arg(outcome.planned).arg(outcome.failures().size()));
         };
     };
     rig.flow.installWithPrefix(u"P"_s, false, note(u"P"_s));
@@ -306,7 +275,7 @@ void InstallFlowTest::everyPackageOfAPrefixIsTaken()
     QTRY_COMPARE(ended.times, 1);
     QCOMPARE(ended.outcome.planned, 2);
     // A name that leads elsewhere is refused, in both.
-    QCOMPARE(ended.outcome.failures.size(), 2);
+    QCOMPARE(ended.outcome.failures().size(), 2);
     for (const auto &[package, prefix] :
         {std::pair(Record(), u"P"_s), std::pair(rig.package(u"P"_s), QString())}) {
         rig.flow.installWithPackage(package, prefix, false, ended.here());
@@ -315,7 +284,7 @@ void InstallFlowTest::everyPackageOfAPrefixIsTaken()
     rig.flow.installWithPrefix(u"nobody's"_s, false, ended.here());
     QTRY_COMPARE(ended.times, 6);
     QCOMPARE(ended.outcome.planned, 0);
-    QVERIFY(ended.outcome.failures.isEmpty());
+    QVERIFY(ended.outcome.failures().isEmpty());
 }
 
 void InstallFlowTest::failuresAreReported_data()
@@ -385,7 +354,7 @@ void InstallFlowTest::versionsWithOneArchivePathTakeTurns()
         rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140, version));
     }
     QTRY_COMPARE(ended.times, 1);
-    QVERIFY(ended.outcome.failures.isEmpty());
+    QVERIFY(ended.outcome.failures().isEmpty());
     QCOMPARE(bundleInformation(pluginIn(a, u"Plug"_s))->value(u"CFBundleShortVersionString"_s), u"2.1"_s);
 }
 

@@ -79,15 +79,16 @@ struct Stage {
         return get(
             [&](auto &client, auto *context, auto handler) { client.fetchFile(url, context, handler); });
     }
-    DownloadResult download(const QUrl &url, const QString &destination, qint64 size)
+    DownloadResult download(
+        const QUrl &url, const QString &destination, qint64 size, const QByteArray &checksum = {})
     {
         HttpServiceClient client(
             network, [this] { return sessionId; }, [] { return true; }, limits);
         QObject context;
         return awaited<DownloadResult>([&](auto handler) {
             client.download(
-                url, destination, size, &context, [this](qint64 done, qint64) { progress.append(done); },
-                handler);
+                {url, destination, size, checksum}, &context,
+                [this](qint64 done, qint64) { progress.append(done); }, handler);
         });
     }
     QList<qint64> progress;

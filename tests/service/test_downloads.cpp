@@ -6,6 +6,7 @@
 #include "ServiceStage.h"
 #include "support/SampleBundles.h"
 
+#include <QCryptographicHash>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
@@ -30,6 +31,8 @@ private Q_SLOTS:
 
     void downloads_data();
     void downloads();
+    void theChecksumDecides_data();
+    void theChecksumDecides();
     void aDownloadCarriesNothingOfTheUser();
     void aDownloadThatCannotBeStoredLeavesNothing_data();
     void aDownloadThatCannotBeStoredLeavesNothing();
@@ -114,6 +117,34 @@ void DownloadTest::downloads()
     }
 }
 
+void DownloadTest::theChecksumDecides_data()
+{
+    QTest::addColumn<Response>("response");
+    QTest::addColumn<QByteArray>("announced"); // whose checksum is
+    QTest::addColumn<bool>("stored");
+    const QByteArray body(1000000, 'a');
+    QTest::addRow("its own") << Response::ok(body) << body << true;
+    QTest::addRow("its own, compressed on the way") << Response{.body = body, .gzip = true} << body << true;
+    QTest::addRow("of nothing") << Response::ok({}) << QByteArray() << true;
+    QTest::addRow("another's") << Response::ok(body) << body + 'a' << false;
+}
+
+void DownloadTest::theChecksumDecides()
+{
+    QFETCH(Response, response);
+    QFETCH(QByteArray, announced);
+    QFETCH(bool, stored);
+    Stage stage;
+    stage.server.on(u"/a.zip"_s, response);
+    const QTemporaryDir folder;
+    const DownloadResult result = stage.download(stage.server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s),
+        response.body.size(), QCryptographicHash::hash(announced, QCryptographicHash::Sha256));
+    QCOMPARE(result.stored, stored);
+    QCOMPARE(result.error.value_or(BrevokError()).description,
+        stored ? QString() : u"The download is not what the catalogue announced."_s);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), stored ? 1 : 0);
+}
+
 void DownloadTest::aDownloadCarriesNothingOfTheUser()
 {
     Stage stage;
@@ -187,7 +218,7 @@ void DownloadTest::leftoversGoButRunningDownloadsStay()
         stage.network, [] { return QString(); }, [] { return true; });
     int stored = 0;
     for (int i = 0; i < 3; ++i) {
-        client.download(stage.server.url(u"/a.zip"_s), destination, sampleBody().size(), this, {},
+        client.download({stage.server.url(u"/a.zip"_s), destination, sampleBody().size()}, this, {},
             [&stored](const DownloadResult &result) { stored += result.stored ? 1 : 0; });
     }
     QTRY_COMPARE_WITH_TIMEOUT(stored, 3, patient);
@@ -209,7 +240,7 @@ void DownloadTest::aDownloadNobodyWaitsForIsGivenUp()
     };
     client.getList(u"/a.zip"_s, context.get(), fail);
     client.download(
-        stage.server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 100000000000, context.get(),
+        {stage.server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 100000000000}, context.get(),
         [&context](qint64, qint64) { context.reset(); }, fail);
     QTRY_VERIFY_WITH_TIMEOUT(!context, patient);
     QTRY_COMPARE_WITH_TIMEOUT(stage.server.connections(), 0, patient);

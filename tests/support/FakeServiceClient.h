@@ -30,6 +30,7 @@ public:
         QUrl url;
         QString destination;
         qint64 expectedSize = 0;
+        QByteArray checksum;
         QPointer<QObject> context;
         ProgressHandler progress;
         DownloadHandler handler;
@@ -49,10 +50,11 @@ public:
     {
         files.append({url, context, std::move(handler)});
     }
-    void download(const QUrl &url, const QString &destination, qint64 expectedSize, QObject *context,
-        ProgressHandler progress, DownloadHandler handler) override
+    void download(const DownloadOrder &order, QObject *context, ProgressHandler progress,
+        DownloadHandler handler) override
     {
-        downloads.append({url, destination, expectedSize, context, std::move(progress), std::move(handler)});
+        downloads.append({order.url, order.destination, order.expectedSize, order.checksum, context,
+            std::move(progress), std::move(handler)});
     }
 
     /// Answers the oldest list request, and waits until a list is read in the background and taken over.

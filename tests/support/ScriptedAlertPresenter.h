@@ -15,6 +15,7 @@ public:
     QList<AlertContent> shown;
     QList<AlertContent> sheets;
     QList<Completion> completions;
+    QList<Completion> up; ///< of alerts that wait
     int answer = alertFirstButton;
     bool waits = false; ///< alerts that nobody waits for stay up
     SheetInterface sheetSupport = SheetInterface::WithHandler;
@@ -29,7 +30,7 @@ public:
         }
         return answer;
     }
-    /// Answers at once, or, when it is to wait, keeps the completion and is answered by what it returns.
+    /// Answers at once, or, when it is to wait, by what it returns or by press().
     Ending beginModal(const AlertContent &alert, Completion completion) override
     {
         if (!waits) {
@@ -38,10 +39,13 @@ public:
             };
         }
         shown.append(alert);
+        up.append(completion);
         return [answered = std::move(completion)](int response) {
             answered(response);
         };
     }
+    /// Answers the alert that waits for it the longest.
+    void press(int response) { up.takeFirst()(response); }
     [[nodiscard]] SheetInterface sheetInterface() const override { return sheetSupport; }
     void beginSheet(const AlertContent &alert, QObject *, Completion completion) override
     {

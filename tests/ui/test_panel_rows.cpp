@@ -70,6 +70,37 @@ private Q_SLOTS:
         QCOMPARE(rig.urls.opened, QList<QUrl>{QUrl(u"https://x/p00002"_s)});
     }
 
+    void saysWhyAnInstallFailed()
+    {
+        PanelRig rig(true);
+        fillCatalogue(rig, 3);
+        rig.open();
+        const auto *note = rig.control<ElidedLabel>(0, "note");
+        const auto fail = [&](const QByteArray &body) {
+            rig.control<PanelButton>(0, "actionButton")->click();
+            QTRY_COMPARE(rig.rig.service.downloads.size(), 1);
+            QTRY_VERIFY(rig.control<Spinner>(0, "progressIndicator")->isAnimating());
+            QVERIFY(!note->text().contains(u"archive"_s)); // of the attempt before
+            rig.rig.answerDownload(body);
+            QTRY_VERIFY(rig.control<PanelButton>(0, "actionButton")->isVisible());
+        };
+        fail(InstallRig::damagedArchiveOf(u"p00000"_s, 140));
+        QTRY_VERIFY(note->isVisible());
+        QCOMPARE(note->text(), u"InDesign CC 2019: The archive is damaged."_s);
+        QVERIFY(note->toolTip().contains(u"p00000, InDesign CC 2019: The archive is damaged. "_s));
+        QCOMPARE(rig.control<PanelButton>(0, "actionButton")->text(), u"Install"_s);
+        QVERIFY(rig.panel->packagesTab()->list().controllerAt(0)->view()->accessibleName().endsWith(
+            u"The archive is damaged."_s));
+        QVERIFY(note->geometry().bottom() < note->parentWidget()->height());
+
+        fail("too short");
+        QTRY_COMPARE(note->text(), u"wrong length"_s);
+        QTRY_VERIFY(!rig.rig.packages.updating());
+        QVERIFY(note->isVisible()); // statuses that are known again are no reason to forget
+        Q_EMIT rig.rig.packages.checkFinished(true);
+        QTRY_VERIFY(note->isHidden());
+    }
+
     void thousandsOfRowsAreNotBuilt()
     {
         PanelRig rig(true);

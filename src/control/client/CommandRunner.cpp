@@ -179,6 +179,9 @@ void CommandRunner::handleResult(const QDBusMessage &reply)
         endWith(documentText(reply.arguments().value(0).toString()));
         break;
     default:
+        if (reply.arguments().size() > 1) {
+            m_outcome = QJsonDocument::fromJson(reply.arguments().at(1).toString().toUtf8()).array();
+        }
         end(reply.arguments().value(0).toStringList());
     }
 }
@@ -208,7 +211,7 @@ void CommandRunner::end(const QStringList &failures, ExitStatus failed)
     for (const QString &failure : failures) {
         printComplaint(failure);
     }
-    const bool printed = !m_command.json || printResult(failuresText(failures));
+    const bool printed = !m_command.json || printResult(failuresText(failures, m_outcome));
     Q_EMIT finished(!failures.isEmpty() ? failed : printed ? ExitStatus::Done : ExitStatus::Failed);
 }
 

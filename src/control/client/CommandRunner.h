@@ -6,7 +6,10 @@
 #include "client/CommandLine.h"
 
 #include <QDBusMessage>
+#include <QJsonArray>
 #include <QObject>
+
+#include <optional>
 
 class QDBusPendingCall;
 class QTimer;
@@ -50,6 +53,7 @@ private:
     std::function<QString()> m_password;
     bool m_showProgress;
     bool m_progressShown = false;
+    std::optional<QJsonArray> m_outcome; ///< of a call that installs or removes
     bool m_ended = false;
     QTimer *m_timeout;
 };

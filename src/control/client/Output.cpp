@@ -5,7 +5,6 @@
 
 #include "foundation/UntrustedText.h"
 
-#include <QJsonArray>
 #include <QJsonDocument>
 
 #include <cerrno>
@@ -64,10 +63,14 @@ QString documentText(const QString &json)
     return text + u'\n';
 }
 
-QString failuresText(const QStringList &failures)
+QString failuresText(const QStringList &failures, const std::optional<QJsonArray> &outcome)
 {
-    return documentText(
-        {{u"ok"_s, failures.isEmpty()}, {u"failures"_s, QJsonArray::fromStringList(failures)}});
+    QJsonObject document{
+        {u"ok"_s, failures.isEmpty()}, {u"failures"_s, QJsonArray::fromStringList(failures)}};
+    if (outcome) {
+        document.insert(u"outcome"_s, *outcome);
+    }
+    return documentText(document);
 }
 
 } // namespace brevok::client

@@ -3,9 +3,12 @@
 
 #pragma once
 
+#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
+
+#include <optional>
 
 namespace brevok::client {
 
@@ -24,7 +27,9 @@ void printComplaint(const QString &reason);
 /// The same for a document that is text already.
 [[nodiscard]] QString documentText(const QString &json);
 
-/// What --json prints where there is no other document: whether all went well, and what did not.
-[[nodiscard]] QString failuresText(const QStringList &failures);
+/// What --json prints where there is no other document: whether all went well, what did not, and what became
+/// of each plug-in where that is told.
+[[nodiscard]] QString failuresText(
+    const QStringList &failures, const std::optional<QJsonArray> &outcome = std::nullopt);
 
 } // namespace brevok::client

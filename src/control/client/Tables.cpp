@@ -50,6 +50,19 @@ QString stateOf(const QJsonObject &target)
     return target[u"enabled"_s].toBool() ? u"enabled"_s : u"disabled"_s;
 }
 
+// What went wrong lately, below the table.
+QString failuresOf(const QJsonArray &packages)
+{
+    QString text;
+    for (const QJsonValue value : packages) {
+        const QJsonArray failures = value.toObject()[u"failures"_s].toArray();
+        for (const QJsonValue failure : failures) {
+            text += u"Failed: %1\n"_s.arg(oneLine(failure.toString()));
+        }
+    }
+    return text.isEmpty() ? text : u'\n' + text;
+}
+
 } // namespace
 
 QString targetsText(const QJsonArray &targets)
@@ -91,6 +104,7 @@ QString statusText(const QJsonObject &status)
             package[u"statusName"_s].toString(), oneLine(package[u"prefix"_s].toString())});
     }
     text += packages.isEmpty() ? u"No packages.\n"_s : table(rows);
+    text += failuresOf(packages);
     text += u'\n' + targetsText(status[u"targets"_s].toArray());
     const QJsonObject installer = status[u"installer"_s].toObject();
     text += installer[u"helper"_s].toBool() ? u"\nInstaller: privileged helper"_s

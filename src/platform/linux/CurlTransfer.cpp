@@ -243,6 +243,9 @@ bool CurlTransfer::keepInFile(QByteArrayView data)
     if (!m_part->write(data)) {
         return failToStore(errno);
     }
+    if (!m_order.request.checksum.isEmpty()) {
+        m_checksum.addData(data);
+    }
     if (Clock::now() - m_told > progressInterval) {
         m_told = Clock::now();
         m_desk.received(number(), m_reply.received);
@@ -334,6 +337,10 @@ void CurlTransfer::judgeBody()
     } else if (isForFile() && m_reply.status == httpOk) {
         if (m_reply.received != m_order.request.expectedSize) {
             static_cast<void>(fail(HttpFailure::BodyTooShort, u"%1 bytes came"_s.arg(m_reply.received)));
+        } else if (const QByteArray &expected = m_order.request.checksum;
+                   !expected.isEmpty() && m_checksum.result() != expected) {
+            const QString found = QString::fromLatin1(m_checksum.result().toHex());
+            static_cast<void>(fail(HttpFailure::OtherChecksum, u"Its SHA-256 is %1"_s.arg(found)));
         } else if (!m_part) {
             static_cast<void>(keepInFile({})); // an empty one
         }

@@ -7,6 +7,8 @@
 #include "platform/linux/PartFile.h"
 #include "platform/linux/TransferWork.h"
 
+#include <QCryptographicHash>
+
 #include <array>
 #include <chrono>
 #include <optional>
@@ -82,6 +84,7 @@ private:
     bool m_enough = false; ///< broken off because nothing more is wanted
     std::optional<Gunzip> m_gzip;
     std::optional<PartFile> m_part;
+    QCryptographicHash m_checksum{QCryptographicHash::Sha256}; ///< of the file, where one is expected
     HttpReply m_reply;
 };
 

@@ -47,8 +47,7 @@ int main(int argc, char **argv)
     BusHelperTool helper(words[0].split(u' ', Qt::SkipEmptyParts), words[1].split(u' ', Qt::SkipEmptyParts));
     BrevokAppInstaller installer({rig.files, helper, rig.applications, rig.state, rig.alerts, rig.plugins,
         rig.packages, rig.workspace(), ::getuid()});
-    // The first job checks the helper.
-    installer.canRemovePlugins({}, &installer, [&](const QList<bool> &) {
+    installer.checkUpdateHelper(&installer, [&](bool) {
         inBackground([&installer, words] {
             carryOut(installer, words.mid(2));
             onMain(QCoreApplication::instance(), [] { QCoreApplication::quit(); });

@@ -1,11 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-// How the installer front reaches and keeps current the privileged helper.
-
-#include "install/BrevokAppInstaller.h"
+#include "install/HelperAccess.h"
 
 #include "foundation/Log.h"
+#include "foundation/Paths.h"
 
 namespace brevok {
 
@@ -21,29 +20,36 @@ void logFailure(const QString &line, const std::optional<BrevokError> &error)
 
 } // namespace
 
-bool BrevokAppInstaller::checkUpdateHelper()
+HelperAccess::HelperAccess(HelperTool &tool, FileOperations &files)
+    : m_tool(&tool)
+    , m_files(&files)
+    , m_own(std::make_shared<BrevokInstaller>(files))
+{
+}
+
+bool HelperAccess::checkUpdateHelper() const
 {
     logLine(u"start helper"_s);
-    const HelperTool::Connection connection = m_with.helper.connection();
+    const HelperTool::Connection connection = m_tool->connection();
     const bool answered = connection.connected && connection.proxy != nullptr;
     if (answered && connection.proxy->version() >= installerInterfaceVersion) {
         logLine(u"up to date version already running"_s);
         return true;
     }
-    if (const int status = m_with.helper.createAuthorization(); status != 0) {
+    if (const int status = m_tool->createAuthorization(); status != 0) {
         logLine(u"AuthorizationCreate failed! %1\n"_s.arg(status));
         return false;
     }
-    if (const int status = m_with.helper.makeExternalForm(); status != 0) {
+    if (const int status = m_tool->makeExternalForm(); status != 0) {
         logLine(u"AuthorizationMakeExternalForm failed! %1\n"_s.arg(status));
         return false;
     }
     std::optional<BrevokError> error;
-    if (answered && !m_with.helper.removeJob(&error)) {
+    if (answered && !m_tool->removeJob(&error)) {
         logFailure(u"Failed to remove installer helper!\n"_s, error);
         return false;
     }
-    if (!m_with.helper.bless(&error)) {
+    if (!m_tool->bless(&error)) {
         logFailure(u"Failed to install installer helper!\n"_s, error);
         return false;
     }
@@ -51,11 +57,11 @@ bool BrevokAppInstaller::checkUpdateHelper()
     return true;
 }
 
-std::shared_ptr<InstallerOperations> BrevokAppInstaller::installer()
+std::shared_ptr<InstallerOperations> HelperAccess::installer(bool valid) const
 {
-    if (!m_valid) {
+    if (!valid) {
         logLine(u"Installer helper invalid!"_s);
-    } else if (const HelperTool::Connection connection = m_with.helper.connection(); !connection.connected) {
+    } else if (const HelperTool::Connection connection = m_tool->connection(); !connection.connected) {
         logLine(u"Installer helper connection failed!"_s);
     } else if (connection.proxy == nullptr) {
         logLine(u"Installer helper failed to get proxy!"_s);
@@ -65,7 +71,20 @@ std::shared_ptr<InstallerOperations> BrevokAppInstaller::installer()
         return connection.proxy;
     }
     logLine(u"Using Installer Fallback!"_s);
-    return {std::shared_ptr<void>(), this};
+    return m_own;
+}
+
+bool HelperAccess::isNeededFor(const QString &path) const
+{
+    QString folder = deletingLastPathComponent(path);
+    while (folder.size() > 1 && !m_files->fileExists(folder)) {
+        folder = deletingLastPathComponent(folder);
+    }
+    if (!m_files->isWritable(folder) || !m_files->isExecutable(folder)) {
+        return true;
+    }
+    // What is there has to be emptied too, which the owner of the folder above may not be allowed to.
+    return m_files->fileExists(path) && (!m_files->isDeletable(path) || !m_files->isWritable(path));
 }
 
 } // namespace brevok

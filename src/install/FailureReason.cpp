@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/FailureReason.h"
+
+#include "foundation/Texts.h"
+
+#include <cerrno>
+
+namespace brevok {
+
+namespace {
+
+bool isOfFiles(const BrevokError &failure)
+{
+    return failure.domain == QLatin1StringView(fileErrorDomain);
+}
+
+} // namespace
+
+QString reasonOf(const std::optional<BrevokError> &failure)
+{
+    if (!failure || failure->description.isEmpty()) {
+        return Texts::tr("It is not known why.");
+    }
+    if (isOfFiles(*failure)) {
+        switch (failure->code) {
+        case ENOSPC:
+        case EDQUOT:
+            return Texts::tr("No space is left on the disk.");
+        case EROFS:
+            return Texts::tr("The disk is read-only.");
+        case EACCES:
+            return Texts::tr("Writing there is not allowed.");
+        case EILSEQ:
+            return Texts::tr("The archive is damaged.");
+        default:
+            break;
+        }
+    }
+    return failure->description;
+}
+
+QString detailOf(const std::optional<BrevokError> &failure)
+{
+    return failure && reasonOf(failure) != failure->description ? failure->description : QString();
+}
+
+bool blamesArchive(bool answer, const BrevokError &failure)
+{
+    if (!isOfFiles(failure)) {
+        return answer; // it was looked into
+    }
+    switch (failure.code) {
+    case EACCES:
+    case EBUSY:
+    case EDQUOT:
+    case EFBIG:
+    case EIO:
+    case ELOOP:
+    case EMFILE:
+    case ENAMETOOLONG:
+    case ENFILE:
+    case ENODEV:
+    case ENOENT:
+    case ENOMEM:
+    case ENOSPC:
+    case ENOTDIR:
+    case EROFS:
+    case ESTALE:
+    case ETIMEDOUT:
+        return false;
+    default:
+        return true;
+    }
+}
+
+} // namespace brevok

@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "foundation/BrevokError.h"
+
+#include <optional>
+
+namespace brevok {
+
+/// What a person is told of @p failure in a sentence, also when nothing is known of it.
+[[nodiscard]] QString reasonOf(const std::optional<BrevokError> &failure);
+/// The failure's own sentence where reasonOf() has another; empty where it has not.
+[[nodiscard]] QString detailOf(const std::optional<BrevokError> &failure);
+/// Whether an install failed because its archive is useless, and would fail with it again. @p answer is the
+/// operation's. A place that cannot take the plug-in tells nothing against the archive.
+[[nodiscard]] bool blamesArchive(bool answer, const BrevokError &failure);
+
+} // namespace brevok

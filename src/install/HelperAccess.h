@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "helper/BrevokInstaller.h"
+
+namespace brevok {
+
+/// The way to the privileged helper, and past it. A value that any thread may have a copy of; what it reaches
+/// is asked in the background only.
+class HelperAccess final {
+public:
+    HelperAccess(HelperTool &tool, FileOperations &files);
+
+    /// Finds the helper, or installs or replaces it, which may ask the user for rights.
+    [[nodiscard]] bool checkUpdateHelper() const;
+    /// Who does the next file operations: the helper's proxy or, where it cannot be used, own(). @p valid is
+    /// what the check told.
+    [[nodiscard]] std::shared_ptr<InstallerOperations> installer(bool valid) const;
+    /// The same operations with the program's own rights.
+    [[nodiscard]] const std::shared_ptr<InstallerOperations> &own() const { return m_own; }
+
+    /// Whether this user may not put something at @p path, a plug-in or a file, himself, or may not replace
+    /// what is there.
+    [[nodiscard]] bool isNeededFor(const QString &path) const;
+
+private:
+    HelperTool *m_tool;
+    FileOperations *m_files;
+    std::shared_ptr<InstallerOperations> m_own;
+};
+
+} // namespace brevok

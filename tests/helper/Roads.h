@@ -23,7 +23,7 @@ namespace brevok::testing {
 
 /// The two ways on which files get to a target: this program's own, and that of the privileged helper.
 enum class Road { Own, Helper };
-inline constexpr Road roads[] = {Road::Own, Road::Helper};
+inline constexpr std::array roads{Road::Own, Road::Helper};
 
 inline InstallResult install(
     Road road, const QString &source, const QString &target, const QByteArray &checksum = {})

@@ -156,22 +156,30 @@ replaceditem::Repair GuardedFileOperations::repair(
                  : replaceditem::Repair::NothingToDo;
 }
 
-// The old item stays until its successor is safe.
+// The old item stays until its successor is safe, and is looked for where it was set aside, should its folder
+// have been taken elsewhere meanwhile.
 bool GuardedFileOperations::finish()
 {
     m_source = {};
-    const Place place = placeOf(m_target);
+    Place place = placeOf(m_target);
+    const bool aside = static_cast<bool>(m_aside);
+    if (aside) {
+        place.folder = std::move(m_aside);
+    }
     if (!place) {
-        return !m_aside;
+        return true;
     }
-    if (m_placed ? !safepath::sync(place.folder.get()) : ::fsync(place.folder.get()) != 0) {
+    struct stat facts { };
+    const int folder = place.folder.get();
+    const bool stands = ::fstatat(folder, place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+    if (aside && !stands) {
+        return replaceditem::bringBack(folder, place.name);
+    }
+    if (m_placed && stands ? !safepath::sync(folder) : ::fsync(folder) != 0) {
         logLine(u"what was done could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
-        return false;
+        return !aside;
     }
-    if (m_aside && !fileExists(m_target)) {
-        return replaceditem::bringBack(place.folder.get(), place.name);
-    }
-    const bool discarded = replaceditem::discard(place.folder.get(), place.name);
+    const bool discarded = replaceditem::discard(folder, place.name);
     if (!discarded) {
         logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));
     }
@@ -236,16 +244,22 @@ bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
 
 bool GuardedFileOperations::setAside(const QString &path, ErrorSlot error)
 {
-    const Place place = placeOf(path);
-    m_aside = place && path == m_target && replaceditem::setAside(place.folder.get(), place.name);
-    return m_aside || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    Place place = placeOf(path);
+    if (!place || path != m_target || !replaceditem::setAside(place.folder.get(), place.name)) {
+        return fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    }
+    m_aside = std::move(place.folder);
+    return true;
 }
 
 bool GuardedFileOperations::bringBack(const QString &path)
 {
     const Place place = placeOf(path);
-    const bool back = place && path == m_target && replaceditem::bringBack(place.folder.get(), place.name);
-    m_aside = m_aside && !back;
+    const int folder = m_aside ? m_aside.get() : place.folder.get();
+    const bool back = path == m_target && replaceditem::bringBack(folder, place.name);
+    if (back) {
+        m_aside.close();
+    }
     return back;
 }
 

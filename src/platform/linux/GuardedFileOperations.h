@@ -76,7 +76,7 @@ private:
     uid_t m_caller;
     QString m_target;
     Source m_source;
-    bool m_aside = false; ///< what stood at the target waits for its successor
+    FileDescriptor m_aside; ///< the folder where what stood at the target waits for its successor
     bool m_placed = false; ///< the target is in place and the caller's already
 };
 

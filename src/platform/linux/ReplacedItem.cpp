@@ -8,6 +8,7 @@
 #include "platform/linux/SafePath.h"
 #include "platform/linux/StagingFolder.h"
 
+#include <QByteArrayView>
 #include <QFile>
 #include <QRandomGenerator>
 
@@ -133,7 +134,8 @@ bool repairAll(int folder)
     for (const QByteArray &name : names) {
         if (name.startsWith(asidePrefix)) {
             const Interrupted what{.rebooted = isOlderThanBoot(folder, name)};
-            found = settle(folder, name.mid(qstrlen(asidePrefix)), what) != Repair::NothingToDo || found;
+            found = settle(folder, name.mid(QByteArrayView(asidePrefix).size()), what) != Repair::NothingToDo
+                || found;
         }
     }
     found = StagingFolder::removeStale(folder) || found;

@@ -57,6 +57,8 @@ class ClientTest(unittest.TestCase):
 
     def test_does_without_a_helper(self):
         own = self.rig.home(ALLOWED) / "own" / "Tolvane" / "A.InDesignPlugin"
+        own.parents[1].mkdir()
+        os.chown(own.parents[1], ALLOWED, 65534)
         for what, line in (("none", "Installer helper invalid!"), ("idle", "Installer helper invalid!"),
                            ("mute", "Installer helper invalid!"),
                            ("15-poor", "Installer helper is missing selector "

@@ -161,7 +161,8 @@ void RequestDesk::judge(const OpenPtr &open)
     }
     const auto own = std::count_if(m_open.cbegin(), m_open.cend(),
         [&](const OpenPtr &other) { return other->identified && other->caller.user == open->caller.user; });
-    if (own > openPerUser) {
+    // What callers who have left asked for may still be waiting.
+    if (own > openPerUser || m_users.waiting(open->caller.user) > openPerUser) {
         refuse(open, HelperAnswer::Refusal::TooMuch, u"too many requests of this user are open"_s);
         return;
     }
@@ -217,7 +218,7 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
 /// anyway.
 void RequestDesk::openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
-    m_users.enter(open->caller.user, [this, open, verdict] {
+    inTurn(open, [this, open, verdict] {
         inBackgroundThen(
             this,
             [request = open->request, user = open->caller.user, isAsked = open->asks] {
@@ -250,11 +251,23 @@ void RequestDesk::sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict ver
 void RequestDesk::start(const OpenPtr &open)
 {
     open->running = open->request->changesFiles();
-    m_users.enter(open->caller.user, [this, open] {
+    inTurn(open, [this, open] {
         if (open->source) {
             takeSource(open);
         } else {
             claimFolder(open);
+        }
+    });
+}
+
+/// With one of the user's threads, which the work gives back at its end.
+void RequestDesk::inTurn(const OpenPtr &open, const Task &work)
+{
+    m_users.enter(open->caller.user, [this, open, work] {
+        if (m_open.contains(open)) {
+            work();
+        } else {
+            m_users.leave(open->caller.user);
         }
     });
 }

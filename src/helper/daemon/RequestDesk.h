@@ -64,6 +64,7 @@ private:
     void openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict);
     void sourceOpened(const OpenPtr &open, PolkitAuthority::Verdict verdict);
     void start(const OpenPtr &open);
+    void inTurn(const OpenPtr &open, const Task &work);
     void takeSource(const OpenPtr &open);
     void claimFolder(const OpenPtr &open);
     void run(const OpenPtr &open);

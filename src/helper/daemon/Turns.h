@@ -43,6 +43,8 @@ public:
         }
     }
 
+    [[nodiscard]] qsizetype waiting(const Key &key) const { return m_lines.value(key).waiting.size(); }
+
 private:
     struct Line {
         int going = 0;

@@ -159,6 +159,16 @@ class AttackTest(unittest.TestCase):
     def test_work_that_does_not_end(self):
         when, other, numbers = self.stalled(40, 8)
         self.assertTrue(self.caller.install(self.rig.archive(), self.rig.application())["result"][0])
+        # He cannot heap up more of it by leaving.
+        for _ in range(5):
+            leaving = other.do("connect")["result"][0]
+            for _ in range(8):
+                other.begin("FileExistsAtPath", "s", "/Tolvane/A.InDesignPlugin", connection=leaving)
+            self.reached(other, leaving)
+            other.do("disconnect", connection=leaving)
+        answer = other.call("FileExistsAtPath", "s", "/Tolvane/A.InDesignPlugin",
+                            connection=other.do("connect")["result"][0])
+        self.assertEqual(answer.get("error"), "org.freedesktop.DBus.Error.LimitsExceeded")
         when.unlink()
         for number in numbers:
             self.assertTrue(other.wait(number)["result"][0])

@@ -1326,38 +1326,6 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Das Hilfsprogramm mit Systemrechten wurde installiert, startet aber nicht.</translation>
     </message>
     <message>
-        <source>No space is left on the disk.</source>
-        <translation>Auf dem Datenträger ist kein Platz mehr.</translation>
-    </message>
-    <message>
-        <source>The disk is read-only.</source>
-        <translation>Der Datenträger ist schreibgeschützt.</translation>
-    </message>
-    <message>
-        <source>Writing there is not allowed.</source>
-        <translation>Dort darf nicht geschrieben werden.</translation>
-    </message>
-    <message>
-        <source>The archive is damaged.</source>
-        <translation>Das Archiv ist beschädigt.</translation>
-    </message>
-    <message>
-        <source>It is not known why.</source>
-        <translation>Der Grund ist nicht bekannt.</translation>
-    </message>
-    <message>
-        <source>%1 is running.</source>
-        <translation>%1 läuft gerade.</translation>
-    </message>
-    <message>
-        <source>Another package needs it.</source>
-        <translation>Ein anderes Paket benötigt es.</translation>
-    </message>
-    <message>
-        <source>It is up to date.</source>
-        <translation>Es ist aktuell.</translation>
-    </message>
-    <message>
         <source>The catalogue&apos;s checksum of it cannot be read.</source>
         <translation>Die Prüfsumme im Katalog ist nicht lesbar.</translation>
     </message>
@@ -1368,6 +1336,46 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>%1 (and %2 more)</source>
         <translation>%1 (und %2 weitere)</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>kein Platz mehr auf dem Datenträger</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>der Datenträger ist schreibgeschützt</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>keine Berechtigung, den Ordner zu ändern</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>das Archiv ist beschädigt</translation>
+    </message>
+    <message>
+        <source>it is not known why</source>
+        <translation>der Grund ist nicht bekannt</translation>
+    </message>
+    <message>
+        <source>%1 is running</source>
+        <translation>%1 läuft gerade</translation>
+    </message>
+    <message>
+        <source>another package needs it</source>
+        <translation>ein anderes Paket benötigt es</translation>
+    </message>
+    <message>
+        <source>it is up to date</source>
+        <translation>es ist aktuell</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>der Ordner ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>something else stands where the folder was</source>
+        <translation>an der Stelle des Ordners steht etwas anderes</translation>
     </message>
 </context>
 </TS>

@@ -1326,38 +1326,6 @@ Vuelva a iniciar sesión.</translation>
         <translation>El auxiliar con privilegios se instaló, pero no se inicia.</translation>
     </message>
     <message>
-        <source>No space is left on the disk.</source>
-        <translation>No queda espacio en el disco.</translation>
-    </message>
-    <message>
-        <source>The disk is read-only.</source>
-        <translation>El disco es de solo lectura.</translation>
-    </message>
-    <message>
-        <source>Writing there is not allowed.</source>
-        <translation>No está permitido escribir ahí.</translation>
-    </message>
-    <message>
-        <source>The archive is damaged.</source>
-        <translation>El archivo comprimido está dañado.</translation>
-    </message>
-    <message>
-        <source>It is not known why.</source>
-        <translation>No se conoce el motivo.</translation>
-    </message>
-    <message>
-        <source>%1 is running.</source>
-        <translation>%1 se está ejecutando.</translation>
-    </message>
-    <message>
-        <source>Another package needs it.</source>
-        <translation>Otro paquete lo necesita.</translation>
-    </message>
-    <message>
-        <source>It is up to date.</source>
-        <translation>Está actualizado.</translation>
-    </message>
-    <message>
         <source>The catalogue&apos;s checksum of it cannot be read.</source>
         <translation>No se puede leer la suma de comprobación del catálogo.</translation>
     </message>
@@ -1368,6 +1336,46 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>%1 (and %2 more)</source>
         <translation>%1 (y %2 más)</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>no queda espacio en el disco</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>el disco está protegido contra escritura</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>sin permiso para cambiar la carpeta</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>el archivo comprimido está dañado</translation>
+    </message>
+    <message>
+        <source>it is not known why</source>
+        <translation>no se conoce el motivo</translation>
+    </message>
+    <message>
+        <source>%1 is running</source>
+        <translation>%1 se está ejecutando</translation>
+    </message>
+    <message>
+        <source>another package needs it</source>
+        <translation>otro paquete lo necesita</translation>
+    </message>
+    <message>
+        <source>it is up to date</source>
+        <translation>está actualizado</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>la carpeta ya no está</translation>
+    </message>
+    <message>
+        <source>something else stands where the folder was</source>
+        <translation>hay otra cosa en el lugar de la carpeta</translation>
     </message>
 </context>
 </TS>

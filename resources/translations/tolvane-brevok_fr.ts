@@ -1326,38 +1326,6 @@ Veuillez vous reconnecter.</translation>
         <translation>Le programme auxiliaire privilégié a été installé, mais ne démarre pas.</translation>
     </message>
     <message>
-        <source>No space is left on the disk.</source>
-        <translation>Il n’y a plus de place sur le disque.</translation>
-    </message>
-    <message>
-        <source>The disk is read-only.</source>
-        <translation>Le disque est en lecture seule.</translation>
-    </message>
-    <message>
-        <source>Writing there is not allowed.</source>
-        <translation>L’écriture n’y est pas autorisée.</translation>
-    </message>
-    <message>
-        <source>The archive is damaged.</source>
-        <translation>L’archive est endommagée.</translation>
-    </message>
-    <message>
-        <source>It is not known why.</source>
-        <translation>La raison n’est pas connue.</translation>
-    </message>
-    <message>
-        <source>%1 is running.</source>
-        <translation>%1 est en cours d’exécution.</translation>
-    </message>
-    <message>
-        <source>Another package needs it.</source>
-        <translation>Un autre paquet en a besoin.</translation>
-    </message>
-    <message>
-        <source>It is up to date.</source>
-        <translation>Il est à jour.</translation>
-    </message>
-    <message>
         <source>The catalogue&apos;s checksum of it cannot be read.</source>
         <translation>La somme de contrôle du catalogue est illisible.</translation>
     </message>
@@ -1368,6 +1336,46 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>%1 (and %2 more)</source>
         <translation>%1 (et %2 autres)</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>plus de place sur le disque</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>le disque est protégé en écriture</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>pas d’autorisation de modifier le dossier</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>l’archive est endommagée</translation>
+    </message>
+    <message>
+        <source>it is not known why</source>
+        <translation>la raison n’est pas connue</translation>
+    </message>
+    <message>
+        <source>%1 is running</source>
+        <translation>%1 est en cours d’exécution</translation>
+    </message>
+    <message>
+        <source>another package needs it</source>
+        <translation>un autre paquet en a besoin</translation>
+    </message>
+    <message>
+        <source>it is up to date</source>
+        <translation>il est à jour</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>le dossier n’existe plus</translation>
+    </message>
+    <message>
+        <source>something else stands where the folder was</source>
+        <translation>autre chose se trouve à la place du dossier</translation>
     </message>
 </context>
 </TS>

@@ -1326,38 +1326,6 @@ Please try to sign-in again.</source>
         <translation>特権ヘルパーはインストールされましたが、起動しません。</translation>
     </message>
     <message>
-        <source>No space is left on the disk.</source>
-        <translation>ディスクに空き容量がありません。</translation>
-    </message>
-    <message>
-        <source>The disk is read-only.</source>
-        <translation>ディスクは読み取り専用です。</translation>
-    </message>
-    <message>
-        <source>Writing there is not allowed.</source>
-        <translation>そこへの書き込みは許可されていません。</translation>
-    </message>
-    <message>
-        <source>The archive is damaged.</source>
-        <translation>アーカイブが破損しています。</translation>
-    </message>
-    <message>
-        <source>It is not known why.</source>
-        <translation>原因は不明です。</translation>
-    </message>
-    <message>
-        <source>%1 is running.</source>
-        <translation>%1 が実行中です。</translation>
-    </message>
-    <message>
-        <source>Another package needs it.</source>
-        <translation>別のパッケージが必要としています。</translation>
-    </message>
-    <message>
-        <source>It is up to date.</source>
-        <translation>最新です。</translation>
-    </message>
-    <message>
         <source>The catalogue&apos;s checksum of it cannot be read.</source>
         <translation>カタログのチェックサムを読み取れません。</translation>
     </message>
@@ -1368,6 +1336,46 @@ Please try to sign-in again.</source>
     <message>
         <source>%1 (and %2 more)</source>
         <translation>%1（ほか%2件）</translation>
+    </message>
+    <message>
+        <source>no space left on the disk</source>
+        <translation>ディスクに空き容量がありません</translation>
+    </message>
+    <message>
+        <source>the disk is write-protected</source>
+        <translation>ディスクは書き込み禁止です</translation>
+    </message>
+    <message>
+        <source>no permission to change the folder</source>
+        <translation>フォルダーを変更する権限がありません</translation>
+    </message>
+    <message>
+        <source>the archive is damaged</source>
+        <translation>アーカイブが破損しています</translation>
+    </message>
+    <message>
+        <source>it is not known why</source>
+        <translation>原因は不明です</translation>
+    </message>
+    <message>
+        <source>%1 is running</source>
+        <translation>%1 が実行中です</translation>
+    </message>
+    <message>
+        <source>another package needs it</source>
+        <translation>別のパッケージが必要としています</translation>
+    </message>
+    <message>
+        <source>it is up to date</source>
+        <translation>最新です</translation>
+    </message>
+    <message>
+        <source>the folder is not there any more</source>
+        <translation>フォルダーがなくなっています</translation>
+    </message>
+    <message>
+        <source>something else stands where the folder was</source>
+        <translation>フォルダーの場所に別のものがあります</translation>
     </message>
 </context>
 </TS>

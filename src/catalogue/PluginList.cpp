@@ -233,7 +233,7 @@ QString buildKey(const Record &definition)
 
 std::optional<QByteArray> archiveChecksum(const Record &definition)
 {
-    constexpr int size = 32;
+    constexpr qsizetype size = 32;
     const QJsonValue value = definition.value(PluginKeys::checksum);
     if (value.isUndefined() || value.isNull()) {
         return QByteArray();

@@ -111,7 +111,7 @@ void CommandRun::looked(const CommandLook &look)
     const CommandTask &task = m_commands.constFirst().task;
     const bool removal = m_order.isRemoval;
     if (!removal && look.running && m_order.skipRunningTargets) {
-        const QString reason = Texts::tr("%1 is running.").arg(look.running->localizedName);
+        const QString reason = Texts::tr("%1 is running").arg(look.running->localizedName);
         carriedOut({.entries = {task.entry(PluginOutcome::End::Skipped, reason)}});
     } else if (!look.ended.entries.isEmpty() || (removal && !look.isThere)) {
         carriedOut(look.ended);

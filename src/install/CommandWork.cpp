@@ -139,10 +139,9 @@ CommandLook lookAtTask(const CommandTask &task, const CommandTools &tools, Runni
     }
     look.isThere = tools.forPath(task.pluginPath).fileExistsAtPath(task.pluginPath);
     if (!task.isRemoval() && !folder->isFolder) {
-        const QString path = targetFolder(task.pluginPath);
         look.ended.entries.append(task.entry(End::Failed,
-            folder->exists ? Texts::tr("'%1' is no folder.").arg(path)
-                           : Texts::tr("There is no folder '%1'.").arg(path)));
+            folder->exists ? Texts::tr("something else stands where the folder was")
+                           : Texts::tr("the folder is not there any more")));
     }
     return look;
 }

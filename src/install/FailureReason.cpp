@@ -21,19 +21,19 @@ bool isOfFiles(const BrevokError &failure)
 QString reasonOf(const std::optional<BrevokError> &failure)
 {
     if (!failure || failure->description.isEmpty()) {
-        return Texts::tr("It is not known why.");
+        return Texts::tr("it is not known why");
     }
     if (isOfFiles(*failure)) {
         switch (failure->code) {
         case ENOSPC:
         case EDQUOT:
-            return Texts::tr("No space is left on the disk.");
+            return Texts::tr("no space left on the disk");
         case EROFS:
-            return Texts::tr("The disk is read-only.");
+            return Texts::tr("the disk is write-protected");
         case EACCES:
-            return Texts::tr("Writing there is not allowed.");
+            return Texts::tr("no permission to change the folder");
         case EILSEQ:
-            return Texts::tr("The archive is damaged.");
+            return Texts::tr("the archive is damaged");
         default:
             break;
         }
@@ -66,6 +66,7 @@ bool blamesArchive(bool answer, const BrevokError &failure)
     case ENOMEM:
     case ENOSPC:
     case ENOTDIR:
+    case EPERM:
     case EROFS:
     case ESTALE:
     case ETIMEDOUT:

@@ -9,9 +9,9 @@
 
 namespace brevok {
 
-/// What a person is told of @p failure in a sentence, also when nothing is known of it.
+/// What a person is told of @p failure in a few words, also when nothing is known of it.
 [[nodiscard]] QString reasonOf(const std::optional<BrevokError> &failure);
-/// The failure's own sentence where reasonOf() has another; empty where it has not.
+/// The failure's own words where reasonOf() has another; empty where it has not.
 [[nodiscard]] QString detailOf(const std::optional<BrevokError> &failure);
 /// Whether an install failed because its archive is useless, and would fail with it again. @p answer is the
 /// operation's. A place that cannot take the plug-in tells nothing against the archive.

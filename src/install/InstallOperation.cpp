@@ -98,7 +98,7 @@ void InstallOperation::noteWhatIsCurrent()
             m_outcome.entries.append({.end = PluginOutcome::End::LeftAlone,
                 .plugin = shared->record.value(PluginKeys::name).toString(),
                 .target = targetFolder(current.pluginPath),
-                .reason = Texts::tr("It is up to date.")});
+                .reason = Texts::tr("it is up to date")});
         }
     }
 }

@@ -40,7 +40,7 @@ QString PluginOutcome::sentence() const
     }
     about.removeAll(QString());
     QString text = about.isEmpty() ? reason : u"%1: %2"_s.arg(about.join(u", "_s), reason);
-    return detail.isEmpty() ? text : text + u' ' + detail;
+    return detail.isEmpty() ? text : u"%1 (%2)"_s.arg(text, detail);
 }
 
 QList<PluginOutcome> InstallOutcome::failures() const

@@ -23,8 +23,8 @@ struct PluginOutcome {
     QString plugin{}; ///< its name; empty when the reason is about none
     QString target{}; ///< path of the target's folder; empty when the reason is about none
     QString targetName{}; ///< the target as a person knows it
-    QString reason{}; ///< a sentence; empty when the plug-in was installed or removed
-    QString detail{}; ///< what else is known of the reason; a sentence
+    QString reason{}; ///< in a few words; empty when the plug-in was installed or removed
+    QString detail{}; ///< what else is known of the reason
     bool everywhere = false; ///< the reason is the same for all targets
 
     /// The reason and, where there is one, the target, for a row.

@@ -16,7 +16,7 @@ using namespace Qt::StringLiterals;
 
 QString neededByAnotherPackage()
 {
-    return Texts::tr("Another package needs it.");
+    return Texts::tr("another package needs it");
 }
 
 bool canRemovePlugin(const QString &name, const QString &pluginPath, const QString &prefix,

@@ -15,7 +15,7 @@ struct CatalogueSnapshot {
     DefinitionSnapshot definitions;
 };
 
-/// Why one may not, as a sentence.
+/// Why one may not, in a few words.
 [[nodiscard]] QString neededByAnotherPackage();
 
 /// Whether a plug-in may be removed without breaking another package: it may not when another package uses a

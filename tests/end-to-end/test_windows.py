@@ -56,7 +56,7 @@ class Panel(OnDesktop):
         self.wait_for_control("Install Alpha", "push button", enabled=True)
         archive.write_bytes(whole.replace(b"1.0", b"1.1"))
         self.press_button("Install Alpha")
-        self.wait_for_control("Alpha 1.0, InDesign CC 2019: The archive is damaged.", "list item")
+        self.wait_for_control("Alpha 1.0, InDesign CC 2019: the archive is damaged", "list item")
         archive.write_bytes(whole)
         self.press_button("Install Alpha")
         self.wait_for_control("Up To Date Alpha", "push button", enabled=False)

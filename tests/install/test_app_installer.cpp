@@ -297,18 +297,20 @@ void AppInstallerTest::failuresAreJudged_data()
             .description = u"the system's words"_s}
                                   << answer << QString::fromLatin1(reason) << bad;
     };
-    row("full disk", ENOSPC, true, "No space is left on the disk.", false);
-    row("quota", EDQUOT, true, "No space is left on the disk.", false);
-    row("read-only disk", EROFS, false, "The disk is read-only.", false);
-    row("another's folder", EACCES, false, "Writing there is not allowed.", false);
+    row("full disk", ENOSPC, true, "no space left on the disk", false);
+    row("quota", EDQUOT, true, "no space left on the disk", false);
+    row("read-only disk", EROFS, false, "the disk is write-protected", false);
+    row("another's folder", EACCES, false, "no permission to change the folder", false);
     row("failing disk", EIO, true, "the system's words", false);
-    row("damaged archive", EILSEQ, true, "The archive is damaged.", true);
-    row("archive that may not be unpacked", EPERM, true, "the system's words", true);
+    row("damaged archive", EILSEQ, true, "the archive is damaged", true);
+    row("archive that may not be unpacked", EBADMSG, true, "the system's words", true);
+    row("protected folder", EPERM, true, "the system's words", false);
+    row("another archive than the catalogue's", EBADMSG, false, "the system's words", true);
     QTest::addRow("looked into") << installerError(u"holds something else"_s) << true
                                  << u"holds something else"_s << true;
     QTest::addRow("not looked into") << installerError(u"nobody agreed"_s) << false << u"nobody agreed"_s
                                      << false;
-    QTest::addRow("without a word") << BrevokError{} << false << u"It is not known why."_s << false;
+    QTest::addRow("without a word") << BrevokError{} << false << u"it is not known why"_s << false;
 }
 
 void AppInstallerTest::failuresAreJudged()
@@ -398,7 +400,7 @@ void AppInstallerTest::skippedCommandsTouchNothing()
     QVERIFY(failures(result).isEmpty() && rig.presenter.shown.isEmpty());
     QCOMPARE(result.entries.size(), 1);
     QCOMPARE(result.entries[0].end, PluginOutcome::End::Skipped);
-    QCOMPARE(result.entries[0].reason, u"InDesign is running."_s);
+    QCOMPARE(result.entries[0].reason, u"InDesign is running"_s);
     QVERIFY(!QFile::exists(rig.plugin));
     QVERIFY(!QFile::exists(rig.workspaceThere));
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());

@@ -125,7 +125,7 @@ void InstallFlowTest::failedDownloadLosesNothingElse()
     QCOMPARE(ended.outcome.failures().size(), 1);
     const QString documented = u"Failed to download Bad, from https://host/Bad-140.zip"_s;
     QCOMPARE(ended.outcome.failureSentences(),
-        QStringList(u"Bad: "_s + (details > 0 ? u"broken "_s + documented : documented)));
+        QStringList(u"Bad: "_s + (details > 0 ? u"broken (%1)"_s.arg(documented) : documented)));
     QTRY_COMPARE(rig.presenter.shown.size(), 1);
     QCOMPARE(rig.presenter.shown[0].messageText, u"Failed to install 'Bad.InDesignPlugin'!"_s);
 }

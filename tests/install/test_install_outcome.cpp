@@ -71,10 +71,10 @@ void InstallOutcomeTest::uselessArchiveIsFetchedAnew()
     QTRY_COMPARE(ended.times, 1);
     const QList<PluginOutcome> failures = ended.outcome.failures();
     QCOMPARE(failures.size(), 1);
-    QCOMPARE(failures[0].brief(), u"InDesign CC 2019: The archive is damaged."_s);
+    QCOMPARE(failures[0].brief(), u"InDesign CC 2019: the archive is damaged"_s);
     QCOMPARE(failures[0].target, rig.target);
-    QVERIFY(failures[0].sentence().startsWith(u"Plug, InDesign CC 2019: The archive is damaged. "_s));
-    QVERIFY(LogCapture::mentions(u"failed: Plug, InDesign CC 2019: The archive is damaged."_s));
+    QVERIFY(failures[0].sentence().startsWith(u"Plug, InDesign CC 2019: the archive is damaged "_s));
+    QVERIFY(LogCapture::mentions(u"failed: Plug, InDesign CC 2019: the archive is damaged"_s));
     QVERIFY(!rig.stored(u"P"_s, 0).contains(PluginKeys::savedVersion));
     QVERIFY(!QFile::exists(rig.folder.filePath(u"data/140/Plug.zip"_s)));
     QVERIFY(rig.presenter.shown.isEmpty());
@@ -148,15 +148,16 @@ void InstallOutcomeTest::targetThatChangesIsTold_data()
         QTest::addRow("%s", name) << change << reason;
     };
     row(
-        "vanishes", [](const QString &) {}, u"There is no folder '%1'."_s);
+        "vanishes", [](const QString &) {}, u"the folder is not there any more"_s);
     row(
-        "turns into a file", [](const QString &path) { writeFile(path, "file"); }, u"'%1' is no folder."_s);
+        "turns into a file", [](const QString &path) { writeFile(path, "file"); },
+        u"something else stands where the folder was"_s);
     row(
         "turns into a FIFO", [](const QString &path) { ::mkfifo(qPrintable(path), 0600); },
-        u"'%1' is no folder."_s);
+        u"something else stands where the folder was"_s);
     row(
         "turns into a link to nothing", [](const QString &path) { QFile::link(u"/nowhere"_s, path); },
-        u"There is no folder '%1'."_s);
+        u"the folder is not there any more"_s);
 }
 
 void InstallOutcomeTest::targetThatChangesIsTold()
@@ -173,7 +174,7 @@ void InstallOutcomeTest::targetThatChangesIsTold()
     rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140));
     QTRY_COMPARE(ended.times, 1);
     QCOMPARE(ended.outcome.failures().size(), 1);
-    QCOMPARE(ended.outcome.failures()[0].brief(), u"InDesign CC 2019: "_s + reason.arg(path));
+    QCOMPARE(ended.outcome.failures()[0].brief(), u"InDesign CC 2019: "_s + reason);
     QVERIFY(!QFile::exists(path + u"/Tolvane"_s));
     QCOMPARE(pending(rig.stored(u"P"_s, 0)), 0);
     QCOMPARE(saved(rig.stored(u"P"_s, 0)), u"2.0"_s); // the archive is not to blame

@@ -86,11 +86,11 @@ private Q_SLOTS:
         };
         fail(InstallRig::damagedArchiveOf(u"p00000"_s, 140));
         QTRY_VERIFY(note->isVisible());
-        QCOMPARE(note->text(), u"InDesign CC 2019: The archive is damaged."_s);
-        QVERIFY(note->toolTip().contains(u"p00000, InDesign CC 2019: The archive is damaged. "_s));
+        QCOMPARE(note->text(), u"InDesign CC 2019: the archive is damaged"_s);
+        QVERIFY(note->toolTip().contains(u"p00000, InDesign CC 2019: the archive is damaged "_s));
         QCOMPARE(rig.control<PanelButton>(0, "actionButton")->text(), u"Install"_s);
         QVERIFY(rig.panel->packagesTab()->list().controllerAt(0)->view()->accessibleName().endsWith(
-            u"The archive is damaged."_s));
+            u"the archive is damaged"_s));
         QVERIFY(note->geometry().bottom() < note->parentWidget()->height());
 
         fail("too short");

@@ -35,8 +35,9 @@ inline InstallResult install(
     }
     constexpr qint64 longest = qint64(256) * 1024 * 1024;
     std::optional<BrevokError> error;
-    auto taken = GuardedFileOperations::takeSource(source, ::getuid(), longest, QDir::tempPath(), &error);
-    if (!taken) {
+    auto taken = GuardedFileOperations::openSource(
+        source, ::getuid(), longest, GuardedFileOperations::Bytes::Any, &error);
+    if (!taken || !GuardedFileOperations::takeSource(*taken, QDir::tempPath(), &error)) {
         return {.error = error, .failure = error};
     }
     GuardedFileOperations files(::getuid(), target, std::move(*taken));

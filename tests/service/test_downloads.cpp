@@ -265,7 +265,7 @@ void DownloadTest::aProgramThatEndsLeavesNothing()
         }
     };
     bool called = false;
-    client.download(stage->server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 3, this, progress,
+    client.download({stage->server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 3}, this, progress,
         [&called](const DownloadResult &) { called = true; });
     loop.exec();
     QTRY_VERIFY(QDir(folder.path()).isEmpty());

@@ -37,18 +37,26 @@ public:
     }
     [[nodiscard]] bool isReadable(const QString &path) const override { return m_files.isReadable(path); }
     [[nodiscard]] bool isExecutable(const QString &path) const override { return m_files.isExecutable(path); }
-    bool createFolder(const QString &path, ErrorSlot error) override
+    bool prepareFolder(const QString &path, const QString &within, ErrorSlot error) override
     {
-        return m_files.createFolder(path, error);
+        return m_files.prepareFolder(path, within, error);
     }
     bool removeItem(const QString &path, ErrorSlot error) override { return m_files.removeItem(path, error); }
+    bool setAside(const QString &path, ErrorSlot error) override { return m_files.setAside(path, error); }
+    bool bringBack(const QString &path) override { return m_files.bringBack(path); }
+    void discard(const QString &path) override { m_files.discard(path); }
+    [[nodiscard]] std::unique_ptr<QFile> openVerified(
+        const QString &path, const QByteArray &checksum, ErrorSlot error) override
+    {
+        return m_files.openVerified(path, checksum, error);
+    }
     bool copyItem(const QString &source, const QString &target, ErrorSlot error) override
     {
         return m_files.copyItem(source, target, error);
     }
-    bool extractZip(const QString &archive, const QString &folder, ErrorSlot error) override
+    bool extractZip(const QFile &archive, const QString &target, ErrorSlot error) override
     {
-        return m_files.extractZip(archive, folder, error);
+        return m_files.extractZip(archive, target, error);
     }
     bool addPermissionsAndOwner(
         const QString &path, quint32 permissions, quint32 user, ErrorSlot error) override

@@ -22,6 +22,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+void confirm(const QString &name)
+{
+    QFile file(name);
+    if (file.open(QIODevice::WriteOnly)) {
+        file.remove();
+    }
+}
+
 // Both stores at work, in a process whose calls are recorded; what is confirmed is a file that is removed.
 int work(const QString &folder)
 {
@@ -30,7 +38,7 @@ int work(const QString &folder)
     for (int i = 0; i < 2; ++i) {
         settings.setValue(u"a"_s, i);
         bool stored = isStored(settings);
-        QFile::remove(folder + u"/settings are confirmed"_s);
+        confirm(folder + u"/settings are confirmed"_s);
         state.setValue(u"a"_s, i);
         bool told = false;
         state.commit({}, &state, [&](const auto &error) {
@@ -40,7 +48,7 @@ int work(const QString &folder)
         if (!QTest::qWaitFor([&] { return told; }, 30000) || !stored) {
             return 1;
         }
-        QFile::remove(folder + u"/state is confirmed"_s);
+        confirm(folder + u"/state is confirmed"_s);
     }
     return 0;
 }
@@ -49,8 +57,10 @@ int work(const QString &folder)
 int install(const QString &folder)
 {
     LinuxFileOperations files;
-    return files.extractZip(folder + u"/a.zip"_s, folder, nullptr)
-            && files.copyItem(folder + u"/A.InDesignPlugin"_s, folder + u"/copy"_s, nullptr)
+    const QString plugin = folder + u"/A.InDesignPlugin"_s;
+    const std::unique_ptr<QFile> archive = files.openVerified(folder + u"/a.zip"_s, {}, nullptr);
+    return archive && files.extractZip(*archive, plugin, nullptr)
+            && files.copyItem(plugin, folder + u"/copy"_s, nullptr)
         ? 0
         : 1;
 }

@@ -87,7 +87,7 @@ private Q_SLOTS:
         fail(InstallRig::damagedArchiveOf(u"p00000"_s, 140));
         QTRY_VERIFY(note->isVisible());
         QCOMPARE(note->text(), u"InDesign CC 2019: the archive is damaged"_s);
-        QVERIFY(note->toolTip().contains(u"p00000, InDesign CC 2019: the archive is damaged "_s));
+        QVERIFY(note->toolTip().contains(u"p00000, InDesign CC 2019: the archive is damaged"_s));
         QCOMPARE(rig.control<PanelButton>(0, "actionButton")->text(), u"Install"_s);
         QVERIFY(rig.panel->packagesTab()->list().controllerAt(0)->view()->accessibleName().endsWith(
             u"the archive is damaged"_s));

@@ -179,7 +179,7 @@ bool GuardedFileOperations::finish()
         logLine(u"what was done could not be brought to the disk: %1"_s.arg(qt_error_string(errno)));
         return !aside;
     }
-    const bool discarded = replaceditem::discard(folder, place.name);
+    const bool discarded = replaceditem::discard(folder, place.name) && (!aside || ::fsync(folder) == 0);
     if (!discarded) {
         logLine(u"the replaced item could not be deleted: %1"_s.arg(qt_error_string(errno)));
     }

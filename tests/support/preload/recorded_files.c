@@ -7,6 +7,7 @@
 
 #define _GNU_SOURCE
 #include <dlfcn.h>
+#include <errno.h>
 #include <fcntl.h>
 #include <limits.h>
 #include <stdio.h>
@@ -78,10 +79,15 @@ static void record_at(const char *what, int folder, const char *name, int other_
     result name parameters;                                                                                  \
     result name parameters                                                                                   \
     {                                                                                                        \
-        recording;                                                                                           \
         result(*real) parameters;                                                                            \
         *(void **)&real = dlsym(RTLD_NEXT, #name);                                                           \
-        return real arguments;                                                                               \
+        const result value = real arguments;                                                                 \
+        const int code = errno;                                                                              \
+        if (value >= 0) {                                                                                    \
+            recording;                                                                                       \
+        }                                                                                                    \
+        errno = code;                                                                                        \
+        return value;                                                                                        \
     }
 
 RECORDED(ssize_t, write, (int file, const void *bytes, size_t size), (file, bytes, size), record_file("write", file))

@@ -92,10 +92,6 @@
         <translation>Falsche Eingabe für removeItemAtPath:</translation>
     </message>
     <message>
-        <source>The archive %1 did not put a plug-in at %2.</source>
-        <translation>Das Archiv %1 hat kein Plug-In unter %2 abgelegt.</translation>
-    </message>
-    <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>Der Arbeitsbereich konnte nicht unter %1 installiert werden.</translation>
     </message>

@@ -92,10 +92,6 @@
         <translation>Entrada incorrecta para removeItemAtPath:</translation>
     </message>
     <message>
-        <source>The archive %1 did not put a plug-in at %2.</source>
-        <translation>El archivo %1 no colocó ningún plug-in en %2.</translation>
-    </message>
-    <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>No se pudo instalar el espacio de trabajo en %1.</translation>
     </message>

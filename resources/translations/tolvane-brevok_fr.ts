@@ -92,10 +92,6 @@
         <translation>Entrée incorrecte pour removeItemAtPath:</translation>
     </message>
     <message>
-        <source>The archive %1 did not put a plug-in at %2.</source>
-        <translation>L’archive %1 n’a pas placé de plug-in dans %2.</translation>
-    </message>
-    <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>L’espace de travail n’a pas pu être installé dans %1.</translation>
     </message>

@@ -92,10 +92,6 @@
         <translation>removeItemAtPath: への入力が正しくありません</translation>
     </message>
     <message>
-        <source>The archive %1 did not put a plug-in at %2.</source>
-        <translation>アーカイブ %1 から %2 にプラグインが作成されませんでした。</translation>
-    </message>
-    <message>
         <source>The workspace could not be installed at %1.</source>
         <translation>ワークスペースを %1 にインストールできませんでした。</translation>
     </message>

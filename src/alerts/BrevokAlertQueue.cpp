@@ -40,6 +40,9 @@ BrevokAlertQueue::~BrevokAlertQueue()
     if (sharedQueue == this) {
         sharedQueue = nullptr;
     }
+    for (const TurnPtr &turn : std::as_const(m_turns)) {
+        turn->ending = {}; // which knows the turn
+    }
 }
 
 BrevokAlertQueue *BrevokAlertQueue::alertQueue()
@@ -102,7 +105,7 @@ AlertPresenter::Ending BrevokAlertQueue::queue(const TurnPtr &turn)
     m_turns.append(turn);
     showNext();
     return [self = QPointer(this), turn](int response) {
-        if (turn->up) {
+        if (turn->up && turn->ending) {
             const AlertPresenter::Ending end = turn->ending; // which goes when it is called
             end(response);
         } else if (self && !turn->over) {

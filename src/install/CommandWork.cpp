@@ -80,11 +80,7 @@ void installArchive(const CommandTask &task, const CommandTools &tools, CommandR
     const InstallResult installed = operations.install(
         {.source = task.archive, .target = task.pluginPath, .user = task.user, .checksum = task.checksum});
     noteError(installed.answer, installed.error, result);
-    std::optional<BrevokError> failure = installed.failure ? installed.failure : installed.error;
-    if (installed.answer && !failure && !operations.fileExistsAtPath(task.pluginPath)) {
-        failure = installerError(
-            Texts::tr("The archive %1 did not put a plug-in at %2.").arg(task.archive, task.pluginPath));
-    }
+    const std::optional<BrevokError> failure = installed.failure ? installed.failure : installed.error;
     if (installed.answer && !failure) {
         result.entries.append(task.entry(End::Installed, {}));
         return;

@@ -182,7 +182,7 @@ void useStoredNames(int file, qint64 end, ZipEntry &entry)
         text = same ? stored : text;
         return same;
     };
-    for (qsizetype at = bytes.lastIndexOf("PK\3\4", -head); at >= 0;
+    for (qsizetype at = bytes.lastIndexOf("PK\3\4", bytes.size() - head); at >= 0;
          at = at == 0 ? -1 : bytes.lastIndexOf("PK\3\4", at - 1)) {
         const qsizetype nameSize = number(bytes, at + 26);
         const QByteArray facts = bytes.mid(at + head + nameSize, number(bytes, at + 28));

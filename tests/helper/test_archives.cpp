@@ -58,6 +58,7 @@ public:
         writeFile(m_target + u"/Contents/Old"_s, "old");
         writeFile(outside() + u"/file"_s, "untouched");
         m_old = treeOf(m_target);
+        m_outside = treeOf(outside());
     }
 
     InstallResult install(const QByteArray &archive, const QByteArray &checksum = {})
@@ -69,7 +70,7 @@ public:
     {
         return treeOf(m_target) == m_old
             && entries(QFileInfo(m_target).path()) == QStringList{QFileInfo(m_target).fileName()}
-        && treeOf(outside()) == Tree{{"file", "100644 untouched"}} && entries(m_scratch.path()).size() == 3;
+        && treeOf(outside()) == m_outside && entries(m_scratch.path()).size() == 3;
     }
     [[nodiscard]] Tree tree() const { return treeOf(m_target); }
     [[nodiscard]] QStringList beside() const { return entries(QFileInfo(m_target).path()); }
@@ -82,6 +83,7 @@ private:
     Road m_road;
     QString m_target;
     Tree m_old;
+    Tree m_outside;
 };
 
 } // namespace

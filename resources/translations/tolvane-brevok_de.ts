@@ -1334,22 +1334,6 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>%1 (und %2 weitere)</translation>
     </message>
     <message>
-        <source>no space left on the disk</source>
-        <translation>kein Platz mehr auf dem Datenträger</translation>
-    </message>
-    <message>
-        <source>the disk is write-protected</source>
-        <translation>der Datenträger ist schreibgeschützt</translation>
-    </message>
-    <message>
-        <source>no permission to change the folder</source>
-        <translation>keine Berechtigung, den Ordner zu ändern</translation>
-    </message>
-    <message>
-        <source>the archive is damaged</source>
-        <translation>das Archiv ist beschädigt</translation>
-    </message>
-    <message>
         <source>it is not known why</source>
         <translation>der Grund ist nicht bekannt</translation>
     </message>
@@ -1364,10 +1348,6 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>it is up to date</source>
         <translation>es ist aktuell</translation>
-    </message>
-    <message>
-        <source>the folder is not there any more</source>
-        <translation>der Ordner ist nicht mehr da</translation>
     </message>
     <message>
         <source>something else stands where the folder was</source>

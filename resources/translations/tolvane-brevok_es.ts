@@ -1334,22 +1334,6 @@ Vuelva a iniciar sesión.</translation>
         <translation>%1 (y %2 más)</translation>
     </message>
     <message>
-        <source>no space left on the disk</source>
-        <translation>no queda espacio en el disco</translation>
-    </message>
-    <message>
-        <source>the disk is write-protected</source>
-        <translation>el disco está protegido contra escritura</translation>
-    </message>
-    <message>
-        <source>no permission to change the folder</source>
-        <translation>sin permiso para cambiar la carpeta</translation>
-    </message>
-    <message>
-        <source>the archive is damaged</source>
-        <translation>el archivo comprimido está dañado</translation>
-    </message>
-    <message>
         <source>it is not known why</source>
         <translation>no se conoce el motivo</translation>
     </message>
@@ -1364,10 +1348,6 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>it is up to date</source>
         <translation>está actualizado</translation>
-    </message>
-    <message>
-        <source>the folder is not there any more</source>
-        <translation>la carpeta ya no está</translation>
     </message>
     <message>
         <source>something else stands where the folder was</source>

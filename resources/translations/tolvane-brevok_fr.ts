@@ -1334,22 +1334,6 @@ Veuillez vous reconnecter.</translation>
         <translation>%1 (et %2 autres)</translation>
     </message>
     <message>
-        <source>no space left on the disk</source>
-        <translation>plus de place sur le disque</translation>
-    </message>
-    <message>
-        <source>the disk is write-protected</source>
-        <translation>le disque est protégé en écriture</translation>
-    </message>
-    <message>
-        <source>no permission to change the folder</source>
-        <translation>pas d’autorisation de modifier le dossier</translation>
-    </message>
-    <message>
-        <source>the archive is damaged</source>
-        <translation>l’archive est endommagée</translation>
-    </message>
-    <message>
         <source>it is not known why</source>
         <translation>la raison n’est pas connue</translation>
     </message>
@@ -1364,10 +1348,6 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>it is up to date</source>
         <translation>il est à jour</translation>
-    </message>
-    <message>
-        <source>the folder is not there any more</source>
-        <translation>le dossier n’existe plus</translation>
     </message>
     <message>
         <source>something else stands where the folder was</source>

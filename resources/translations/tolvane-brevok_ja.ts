@@ -249,7 +249,7 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>no permission to change the folder</source>
-        <translation>フォルダを変更する権限がありません</translation>
+        <translation>フォルダーを変更する権限がありません</translation>
     </message>
     <message>
         <source>the disk is write-protected</source>
@@ -261,7 +261,7 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>the folder is not there any more</source>
-        <translation>フォルダがなくなっています</translation>
+        <translation>フォルダーがなくなっています</translation>
     </message>
     <message>
         <source>the archive cannot be read</source>
@@ -1263,7 +1263,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>The folder for the update cannot be used: %1</source>
-        <translation>アップデート用のフォルダを使用できません: %1</translation>
+        <translation>アップデート用のフォルダーを使用できません: %1</translation>
     </message>
     <message>
         <source>The downloaded file cannot be read: %1</source>
@@ -1334,22 +1334,6 @@ Please try to sign-in again.</source>
         <translation>%1（ほか%2件）</translation>
     </message>
     <message>
-        <source>no space left on the disk</source>
-        <translation>ディスクに空き容量がありません</translation>
-    </message>
-    <message>
-        <source>the disk is write-protected</source>
-        <translation>ディスクは書き込み禁止です</translation>
-    </message>
-    <message>
-        <source>no permission to change the folder</source>
-        <translation>フォルダーを変更する権限がありません</translation>
-    </message>
-    <message>
-        <source>the archive is damaged</source>
-        <translation>アーカイブが破損しています</translation>
-    </message>
-    <message>
         <source>it is not known why</source>
         <translation>原因は不明です</translation>
     </message>
@@ -1364,10 +1348,6 @@ Please try to sign-in again.</source>
     <message>
         <source>it is up to date</source>
         <translation>最新です</translation>
-    </message>
-    <message>
-        <source>the folder is not there any more</source>
-        <translation>フォルダーがなくなっています</translation>
     </message>
     <message>
         <source>something else stands where the folder was</source>

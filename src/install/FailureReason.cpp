@@ -4,6 +4,7 @@
 #include "install/FailureReason.h"
 
 #include "foundation/Texts.h"
+#include "platform/FileOperations.h"
 
 #include <cerrno>
 
@@ -25,13 +26,11 @@ QString reasonOf(const std::optional<BrevokError> &failure)
     }
     if (isOfFiles(*failure)) {
         switch (failure->code) {
-        case ENOSPC:
-        case EDQUOT:
-            return Texts::tr("no space left on the disk");
-        case EROFS:
-            return Texts::tr("the disk is write-protected");
         case EACCES:
-            return Texts::tr("no permission to change the folder");
+        case EDQUOT:
+        case ENOSPC:
+        case EROFS:
+            return reasonOf(failure->code);
         case EILSEQ:
             return Texts::tr("the archive is damaged");
         default:

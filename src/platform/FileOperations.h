@@ -90,6 +90,9 @@ public:
         const QString &path, quint32 permissions, quint32 user) = 0;
 };
 
+/// What the system's @p code of a file error means to a person; no sentence, but what may follow "… failed:".
+[[nodiscard]] QString reasonOf(int code);
+
 /// Makes good what killed runs left in @p folder: what they had begun to unpack or delete goes, and what they
 /// had set aside comes back, unless its successor is there. Asks the disk, which may keep silent for ever:
 /// not on the main thread. @return whether there was anything

@@ -7,7 +7,6 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "helper/BrevokInstaller.h"
-#include "platform/linux/FileErrors.h"
 #include "platform/linux/GuardedPath.h"
 
 #include <QFile>

@@ -4,6 +4,7 @@
 #include "platform/linux/FileErrors.h"
 
 #include "foundation/Texts.h"
+#include "platform/FileOperations.h"
 
 #include <cerrno>
 

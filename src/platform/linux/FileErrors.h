@@ -11,9 +11,6 @@
 
 namespace brevok {
 
-/// What the system's @p code means to a person; no sentence, but what may follow "… failed:".
-[[nodiscard]] QString reasonOf(int code);
-
 /// Why something could not be done: the same fact for a person, and as exactly as it is known.
 struct Cause {
     Cause(int systemCode, QString reasonText = {}, QString exactText = {})

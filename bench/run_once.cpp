@@ -31,7 +31,7 @@ int main(int argc, char *argv[])
                 ? QJsonDocument::fromJson(list).array().size()
                 : workload == QLatin1StringView("list-again") ? ours.runAgain(list)
                 : workload == QLatin1StringView("list-changed")
-                ? ours.runAgain(changed.at(static_cast<size_t>(i)))
+                ? ours.runAgain(changed.at(static_cast<size_t>(i) % changed.size()))
                 : workload == QLatin1StringView("list-load") ? ours.load()
                                                              : ours.run(list);
         }

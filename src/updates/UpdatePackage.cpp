@@ -12,7 +12,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QPointer>
 #include <QRegularExpression>
 
 namespace brevok {

@@ -7,6 +7,7 @@
 #include "platform/DurableFile.h"
 #include "platform/InternetAddress.h"
 
+#include <QCoreApplication>
 #include <QFile>
 #include <QPointer>
 #include <QTimer>

@@ -52,18 +52,24 @@ function(brevok_common target)
 endfunction()
 
 # brevok_room(NAME SOURCES file... [USES room...] [LINKS library...] [PRIVATE_LINKS library...])
-# A room is one folder under src/ and one static library. Its headers are included as "room/Header.h" and are
-# reachable only through a link to the room, since each room has an include root of its own.
+# A room is one folder under src/ and one static library: ui/panel is src/ui/panel and brevok_ui_panel. Its headers are
+# included as "room/Header.h" and are reachable only through a link to the room, since each room has an include root of
+# its own.
 function(brevok_room name)
     cmake_parse_arguments(ROOM "" "" "SOURCES;USES;LINKS;PRIVATE_LINKS" ${ARGN})
-    set(include_root ${CMAKE_BINARY_DIR}/include/${name})
-    file(MAKE_DIRECTORY ${include_root})
-    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/src/${name} ${include_root}/${name} SYMBOLIC)
-    add_library(brevok_${name} STATIC ${ROOM_SOURCES})
-    target_include_directories(brevok_${name} PUBLIC ${include_root})
+    string(REPLACE / _ library ${name})
+    set(include_link ${CMAKE_BINARY_DIR}/include/${library}/${name})
+    cmake_path(GET include_link PARENT_PATH include_folder)
+    file(MAKE_DIRECTORY ${include_folder})
+    file(CREATE_LINK ${CMAKE_SOURCE_DIR}/src/${name} ${include_link} SYMBOLIC)
+    add_library(brevok_${library} STATIC ${ROOM_SOURCES})
+    target_include_directories(brevok_${library} PUBLIC ${CMAKE_BINARY_DIR}/include/${library})
+    # What the tools generate lies outside every folder called src, so that no check takes it for our own.
+    set_property(TARGET brevok_${library} PROPERTY AUTOGEN_BUILD_DIR ${CMAKE_BINARY_DIR}/generated/${name})
+    list(TRANSFORM ROOM_USES REPLACE / _)
     list(TRANSFORM ROOM_USES PREPEND brevok_)
-    target_link_libraries(brevok_${name} PUBLIC ${ROOM_USES} ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE_LINKS})
-    brevok_common(brevok_${name})
+    target_link_libraries(brevok_${library} PUBLIC ${ROOM_USES} ${ROOM_LINKS} PRIVATE ${ROOM_PRIVATE_LINKS})
+    brevok_common(brevok_${library})
 endfunction()
 
 # brevok_program(NAME SOURCES file... LINKS library...)

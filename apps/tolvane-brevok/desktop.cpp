@@ -7,7 +7,7 @@
 #include "app/desktop/DesktopSurfaces.h"
 #include "app/HeadlessSurfaces.h"
 #include "app/Program.h"
-#include "ui/WidgetAlertPresenter.h"
+#include "ui/alerts/WidgetAlertPresenter.h"
 
 #include <QApplication>
 

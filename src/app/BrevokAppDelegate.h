@@ -8,8 +8,8 @@
 #include "platform/StandardFolders.h"
 #include "platform/UserNotificationCenter.h"
 #include "service/ServiceClient.h"
-#include "ui/SettingsAccess.h"
-#include "ui/Surfaces.h"
+#include "surfaces/SettingsAccess.h"
+#include "surfaces/Surfaces.h"
 
 #include <QObject>
 #include <QUrl>

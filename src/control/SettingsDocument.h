@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ui/SettingsAccess.h"
+#include "surfaces/SettingsAccess.h"
 
 #include <QJsonObject>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ui/StatusBar.h"
+#include "ui/statusitem/StatusBar.h"
 
 #include <QList>
 

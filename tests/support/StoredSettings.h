@@ -4,7 +4,7 @@
 #pragma once
 
 #include "platform/SettingsStore.h"
-#include "ui/SettingsAccess.h"
+#include "surfaces/SettingsAccess.h"
 
 namespace brevok::testing {
 

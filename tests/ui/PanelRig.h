@@ -12,10 +12,10 @@
 #include "support/IdleUpdater.h"
 #include "support/MemorySettingsStore.h"
 #include "support/RecordingOpener.h"
-#include "ui/BrevokPackageCellController.h"
-#include "ui/BrevokPanelController.h"
-#include "ui/PackageCellView.h"
-#include "ui/StatusItemView.h"
+#include "surfaces/StatusItemPlace.h"
+#include "ui/panel/BrevokPackageCellController.h"
+#include "ui/panel/BrevokPanelController.h"
+#include "ui/panel/PackageCellView.h"
 
 #include <QTest>
 

@@ -16,7 +16,7 @@
 #include "support/ScriptedAlertPresenter.h"
 #include "support/StoredSettings.h"
 #include "targets/BrevokTargetApps.h"
-#include "ui/BrevokPreferencesController.h"
+#include "ui/preferences/BrevokPreferencesController.h"
 
 #include <QFileDialog>
 #include <QLineEdit>

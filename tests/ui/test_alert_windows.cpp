@@ -3,13 +3,13 @@
 
 #include "platform/PropertyLists.h"
 #include "support/SampleBundles.h"
-#include "ui/AlertDialog.h"
-#include "ui/ApplicationFacts.h"
-#include "ui/BrevokAboutController.h"
-#include "ui/BrevokUpdateProgressController.h"
-#include "ui/BrevokUpdateResultController.h"
-#include "ui/SmallWindows.h"
-#include "ui/WidgetAlertPresenter.h"
+#include "ui/alerts/AlertDialog.h"
+#include "ui/alerts/WidgetAlertPresenter.h"
+#include "ui/windows/ApplicationFacts.h"
+#include "ui/windows/BrevokAboutController.h"
+#include "ui/windows/BrevokUpdateProgressController.h"
+#include "ui/windows/BrevokUpdateResultController.h"
+#include "ui/windows/SmallWindows.h"
 
 #include <QApplication>
 #include <QCheckBox>

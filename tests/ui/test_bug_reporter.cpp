@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "../reporting/ReportRig.h"
-#include "ui/BrevokBugReporterController.h"
-#include "ui/ReportBodyView.h"
-#include "ui/Spinner.h"
+#include "ui/widgets/Spinner.h"
+#include "ui/windows/BrevokBugReporterController.h"
+#include "ui/windows/ReportBodyView.h"
 
 #include <QLabel>
 #include <QLineEdit>

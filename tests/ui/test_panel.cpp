@@ -4,12 +4,12 @@
 #include "PanelRig.h"
 
 #include "support/servers/FaultServer.h"
-#include "ui/AnimatedTabView.h"
-#include "ui/BrevokBackgroundView.h"
-#include "ui/NoticeView.h"
-#include "ui/PanelButtons.h"
-#include "ui/PanelLabels.h"
-#include "ui/Spinner.h"
+#include "ui/panel/AnimatedTabView.h"
+#include "ui/panel/BrevokBackgroundView.h"
+#include "ui/panel/NoticeView.h"
+#include "ui/widgets/PanelButtons.h"
+#include "ui/widgets/PanelLabels.h"
+#include "ui/widgets/Spinner.h"
 
 #include <QApplication>
 #include <QDialog>

@@ -3,10 +3,10 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "support/ZipWriter.h"
-#include "ui/PackageRows.h"
-#include "ui/PanelLayout.h"
-#include "ui/PanelState.h"
-#include "ui/RowIcons.h"
+#include "ui/panel/PackageRows.h"
+#include "ui/panel/PanelLayout.h"
+#include "ui/panel/PanelState.h"
+#include "ui/panel/RowIcons.h"
 
 #include <QBuffer>
 #include <QRegularExpression>

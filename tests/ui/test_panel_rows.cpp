@@ -3,9 +3,9 @@
 
 #include "PanelRig.h"
 
-#include "ui/PanelButtons.h"
-#include "ui/PanelLabels.h"
-#include "ui/Spinner.h"
+#include "ui/widgets/PanelButtons.h"
+#include "ui/widgets/PanelLabels.h"
+#include "ui/widgets/Spinner.h"
 
 #include <QApplication>
 #include <QRegularExpression>

@@ -13,9 +13,9 @@
 #include "support/SampleMaker.h"
 #include "support/ScratchStateStore.h"
 #include "support/servers/FaultServer.h"
-#include "ui/BrevokSoftwareUpdateController.h"
-#include "ui/ReleaseNotesView.h"
-#include "ui/SoftwareUpdateFace.h"
+#include "ui/windows/BrevokSoftwareUpdateController.h"
+#include "ui/windows/ReleaseNotesView.h"
+#include "ui/windows/SoftwareUpdateFace.h"
 #include "updates/BrevokSelfUpdater.h"
 
 #include <QApplication>

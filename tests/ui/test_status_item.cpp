@@ -2,10 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/FakeStatusBar.h"
-#include "ui/BrevokMenubarController.h"
-#include "ui/BrevokStatusItemView.h"
-#include "ui/StatusItemImage.h"
-#include "ui/StatusItemLayout.h"
+#include "ui/statusitem/BrevokMenubarController.h"
+#include "ui/statusitem/BrevokStatusItemView.h"
+#include "ui/statusitem/StatusItemImage.h"
+#include "ui/statusitem/StatusItemLayout.h"
 
 #include <QPainter>
 #include <QRegularExpression>

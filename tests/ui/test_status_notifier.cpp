@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "ui/BrevokMenubarController.h"
-#include "ui/linux/LinuxStatusBar.h"
-#include "ui/linux/NotifierTypes.h"
-#include "ui/StatusBar.h"
+#include "ui/statusitem/BrevokMenubarController.h"
+#include "ui/statusitem/linux/LinuxStatusBar.h"
+#include "ui/statusitem/linux/NotifierTypes.h"
+#include "ui/statusitem/StatusBar.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/BoundedWork.h"
-#include "ui/TargetOrder.h"
+#include "ui/preferences/TargetOrder.h"
 
 #include <QDir>
 #include <QTemporaryDir>

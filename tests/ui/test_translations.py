@@ -57,7 +57,8 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         collected = pathlib.Path(folder, "source.ts")
         subprocess.run(
-            [lupdate, "-silent", "-locations", "none", root / "src", root / "apps", "-ts", collected], check=True
+            [lupdate, "-silent", "-locations", "none", root / "src", root / "apps", "-I", root / "src",
+             "-ts", collected], check=True
         )
         texts = messages(collected)
     assert len(texts) > 100, "the texts were not found"

@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/XembedTray.h"
-#include "ui/BrevokMenubarController.h"
-#include "ui/linux/LinuxStatusBar.h"
-#include "ui/StatusBar.h"
-#include "ui/StatusItemImage.h"
-#include "ui/StatusItemLayout.h"
+#include "ui/statusitem/BrevokMenubarController.h"
+#include "ui/statusitem/linux/LinuxStatusBar.h"
+#include "ui/statusitem/StatusBar.h"
+#include "ui/statusitem/StatusItemImage.h"
+#include "ui/statusitem/StatusItemLayout.h"
 
 #include <QApplication>
 #include <QDBusConnection>

@@ -4,7 +4,7 @@
 #include "app/desktop/DesktopSession.h"
 
 #include "platform/PropertyLists.h"
-#include "ui/linux/Display.h"
+#include "ui/desktop/linux/Display.h"
 
 #include <QApplication>
 #include <QLibraryInfo>

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "ui/Surfaces.h"
+#include "surfaces/Surfaces.h"
 
 #include <QPointer>
 

@@ -1,0 +1,213 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "ui/panel/BrevokPackageCellController.h"
+
+#include "foundation/Texts.h"
+#include "platform/UrlOpener.h"
+#include "ui/panel/PackageActivity.h"
+#include "ui/panel/PanelLayout.h"
+#include "ui/widgets/PanelStyle.h"
+#include "ui_BrevokPackageCell.h"
+
+#include <QApplication>
+
+#include <algorithm>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Languages with longer titles get smaller letters, so that names are not cut.
+constexpr int mostForTitles = 124;
+
+int widestTitle(const QFont &font)
+{
+    int widest = 0;
+    const QStringList titles = actionTitles();
+    for (const QString &title : titles) {
+        const bool small = title == rowButtons(PackageStatus::UpToDate, {}).actionTitle;
+        widest = std::max(widest, PanelButton::widthFor(title, small ? PanelStyle::secondaryFont() : font));
+    }
+    return widest;
+}
+
+// Two, unless the system's font is too large for that.
+int linesOfNote(const QWidget &name, const QWidget &note)
+{
+    constexpr int gaps = 3;
+    const int room = PanelGeometry::rowHeight - name.fontMetrics().height() - gaps;
+    return std::clamp(room / note.fontMetrics().height(), 1, 2);
+}
+
+bool takesFocus(const QWidget *widget)
+{
+    return widget->isEnabled() && !widget->isHidden();
+}
+
+} // namespace
+
+BrevokPackageCellController::BrevokPackageCellController(
+    PackageActivity &activity, UrlOpener &urls, QWidget *parentView)
+    : QObject(parentView)
+    , m_activity(activity)
+    , m_urls(urls)
+    , m_view(new PackageCellView(parentView))
+    , m_ui(std::make_unique<Ui::BrevokPackageCell>())
+{
+    m_ui->setupUi(m_view);
+    connect(m_ui->actionButton, &QPushButton::clicked, this, &BrevokPackageCellController::action);
+    connect(m_ui->removeButton, &QPushButton::clicked, this, &BrevokPackageCellController::remove);
+    connect(m_ui->infoButton, &QPushButton::clicked, this, &BrevokPackageCellController::info);
+    updateFonts();
+}
+
+BrevokPackageCellController::~BrevokPackageCellController() = default;
+
+void BrevokPackageCellController::updateFonts()
+{
+    const QFont secondary = PanelStyle::secondaryFont();
+    m_ui->name->setFonts(PanelStyle::rowFont(), secondary);
+    m_ui->note->setFonts(secondary, secondary);
+    m_ui->note->setMostLines(linesOfNote(*m_ui->name, *m_ui->note));
+    m_actionFont = PanelStyle::rowFont();
+    int widest = widestTitle(m_actionFont);
+    while (widest > mostForTitles && m_actionFont.pixelSize() > secondary.pixelSize()) {
+        m_actionFont.setPixelSize(m_actionFont.pixelSize() - 1);
+        widest = widestTitle(m_actionFont);
+    }
+    m_ui->actionButton->setFixedWidth(widest);
+    updateButtons();
+}
+
+void BrevokPackageCellController::setRow(const PackageRow &row, const QPixmap &icon)
+{
+    m_ui->icon->setIcon(icon, row.name());
+    if (row == m_row) {
+        return;
+    }
+    const QWidget *focused = m_view->isAncestorOf(QApplication::focusWidget()) || m_view->hasFocus()
+        ? QApplication::focusWidget()
+        : nullptr;
+    m_row = row;
+    m_ui->name->setText(row.name(), row.version());
+    m_view->setPriority(row.isPriority());
+    updateNames();
+    updateButtons();
+    keepFocusInRow(focused != nullptr);
+}
+
+// A pressed button goes away while the work is done; the keyboard stays at its row, and at its button again
+// when there is one.
+void BrevokPackageCellController::keepFocusInRow(bool had)
+{
+    const QWidget *now = QApplication::focusWidget();
+    if (had && (now == nullptr || now == m_view || !m_view->isAncestorOf(now))) {
+        focus();
+    }
+}
+
+void BrevokPackageCellController::updateNames()
+{
+    const QString name = m_row.name();
+    m_ui->removeButton->setAccessibleName(Texts::tr("Remove %1").arg(name));
+    m_ui->removeButton->setToolTip(Texts::tr("Remove").toHtmlEscaped());
+    m_ui->infoButton->setAccessibleName(Texts::tr("About %1").arg(name));
+    m_ui->infoButton->setToolTip(Texts::tr("More about this Plug-In").toHtmlEscaped());
+    m_ui->progressIndicator->setAccessibleName(Texts::tr("%1 is in progress").arg(name));
+    m_ui->progressBar->setAccessibleName(Texts::tr("Download of %1").arg(name));
+    m_ui->infoButton->setEnabled(!m_row.info().isEmpty());
+}
+
+void BrevokPackageCellController::updateButtons()
+{
+    const RowButtons buttons = rowButtons(m_row.status, m_row.prefix());
+    PanelButton *action = m_ui->actionButton;
+    const bool hadFocus = m_view->isAncestorOf(QApplication::focusWidget());
+    if (hadFocus && (!buttons.actionVisible || !buttons.actionEnabled || !buttons.removeVisible)) {
+        m_view->setFocus(Qt::OtherFocusReason);
+    }
+    action->setFont(buttons.actionSmall ? PanelStyle::secondaryFont() : m_actionFont);
+    action->setText(buttons.actionTitle);
+    action->setAccessibleName(
+        Texts::tr("%1 %2", "title of a button, name of a package").arg(buttons.actionTitle, m_row.name()));
+    action->setPlain(!buttons.actionEnabled);
+    action->setProminent(
+        m_row.status == PackageStatus::NotUpdated || m_row.status == PackageStatus::MixedNotUpdated);
+    action->setEnabled(buttons.actionEnabled);
+    action->setVisible(buttons.actionVisible);
+    m_ui->removeButton->setVisible(buttons.removeVisible);
+    m_ui->progressIndicator->setVisible(buttons.spinning);
+    if (buttons.spinning) {
+        m_ui->progressIndicator->startAnimation();
+    } else {
+        m_ui->progressIndicator->stopAnimation();
+    }
+    setProgress(buttons.spinning ? m_progress : std::nullopt);
+    if (hadFocus) {
+        keepFocusInRow(true);
+    }
+}
+
+void BrevokPackageCellController::setProgress(const std::optional<DownloadProgress> &progress)
+{
+    const bool working = m_row.status == PackageStatus::InProgress;
+    m_progress = working ? progress : std::nullopt;
+    const bool failed = !working && !m_row.failure.isEmpty();
+    const QString note = m_progress ? progressText(*m_progress)
+        : failed                    ? m_row.failure
+                                    : rowNote(m_row.status);
+    m_ui->note->setFailing(failed);
+    m_ui->note->setExplanation(failed ? m_row.failureDetails : QString());
+    m_ui->note->setText(note);
+    m_ui->note->setVisible(!note.isEmpty());
+    const bool determinate = m_progress && m_progress->hasLength() && !m_progress->ended();
+    m_ui->progressBar->setVisible(determinate);
+    if (determinate) {
+        m_ui->progressBar->setPermille(m_progress->permille());
+    }
+    m_view->setAccessibleName(note.isEmpty() ? m_row.title() : u"%1, %2"_s.arg(m_row.title(), note));
+}
+
+QList<QWidget *> BrevokPackageCellController::controls() const
+{
+    return {m_ui->actionButton, m_ui->infoButton, m_ui->removeButton};
+}
+
+void BrevokPackageCellController::focus()
+{
+    const QList<QWidget *> all{m_ui->actionButton, m_ui->removeButton, m_ui->infoButton};
+    const auto usable = std::find_if(all.cbegin(), all.cend(), takesFocus);
+    (usable != all.cend() ? *usable : m_view)->setFocus(Qt::OtherFocusReason);
+}
+
+void BrevokPackageCellController::focusColumn(qsizetype column)
+{
+    QWidget *control = controls().value(column);
+    if (control != nullptr && takesFocus(control)) {
+        control->setFocus(Qt::OtherFocusReason);
+    } else {
+        focus();
+    }
+}
+
+void BrevokPackageCellController::action()
+{
+    m_activity.install(m_row.package, m_row.prefix());
+}
+
+void BrevokPackageCellController::remove()
+{
+    m_activity.remove(m_row.package, m_row.prefix());
+}
+
+void BrevokPackageCellController::info()
+{
+    if (const QString address = m_row.info(); !address.isEmpty()) {
+        m_urls.open(QUrl(address));
+    }
+}
+
+} // namespace brevok

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "catalogue/PackageStatus.h"
+#include "ui/panel/PackageRows.h"
+
+#include <QObject>
+#include <QSet>
+
+#include <optional>
+
+namespace brevok {
+
+class BrevokPackages;
+class InstallFlow;
+
+/// What goes on with packages, as far as their rows show it: operations that a row started, and the bytes of
+/// downloads. Main thread.
+class PackageActivity final : public QObject {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(PackageActivity)
+
+public:
+    PackageActivity(InstallFlow &flow, BrevokPackages &packages, QObject *parent = nullptr);
+    ~PackageActivity() override;
+
+    /// Installs or updates the package in all targets, running ones included. Returns at once.
+    void install(const Record &package, const QString &prefix);
+    /// Removes the package from all targets. Returns at once.
+    void remove(const Record &package, const QString &prefix);
+
+    /// @p status, or InProgress from the press of a row's button until the status tells the result.
+    [[nodiscard]] PackageStatus shownStatus(const QString &prefix, PackageStatus status) const;
+    /// The bytes of a package's downloads; nothing while there are none.
+    [[nodiscard]] std::optional<DownloadProgress> progress(const QString &prefix) const;
+    /// Takes note of the statuses: what is not in progress downloads nothing any more.
+    void statusesChanged();
+
+Q_SIGNALS:
+    /// Another shownStatus().
+    void activityChanged();
+    /// Another progress().
+    void progressChanged(const QString &prefix);
+
+private:
+    /// One archive; builds of one plug-in for several hosts have one name, but hardly one length.
+    using Archive = std::pair<QString, qint64>;
+
+    void begin(const QString &prefix);
+    void end(const QString &prefix);
+    void settle();
+    void takeProgress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
+
+    InstallFlow &m_flow;
+    BrevokPackages &m_packages;
+    QHash<QString, int> m_running; ///< prefix to operations that rows started
+    QSet<QString> m_ending; ///< ended, and their status is not known yet
+    QHash<QString, QHash<Archive, qint64>> m_downloads;
+};
+
+} // namespace brevok

@@ -1,0 +1,320 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "ui/preferences/BrevokPreferencesController.h"
+
+#include "foundation/Texts.h"
+#include "foundation/UntrustedText.h"
+#include "platform/SettingsStore.h"
+#include "platform/UrlOpener.h"
+#include "service/BrevokSession.h"
+#include "surfaces/SettingsAccess.h"
+#include "targets/BrevokTargetApps.h"
+#include "ui/panel/PanelState.h"
+#include "ui/preferences/TargetTableModel.h"
+#include "ui/widgets/TemplateImage.h"
+#include "ui/widgets/TextFitting.h"
+#include "ui_BrevokPreferences.h"
+
+#include <QActionGroup>
+#include <QKeyEvent>
+#include <QToolButton>
+
+namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+BrevokPreferencesController *sharedController = nullptr;
+
+} // namespace
+
+BrevokPreferencesController::BrevokPreferencesController(Collaborators collaborators, QWidget *parent)
+    : QMainWindow(parent)
+    , m_with(std::move(collaborators))
+    , m_outlets(std::make_unique<Ui::BrevokPreferences>())
+    , m_model(new TargetTableModel(m_with.targets, this))
+{
+    if (sharedController == nullptr) {
+        sharedController = this;
+    }
+    m_outlets->setupUi(this);
+    setTexts();
+    setUpToolbar();
+    setUpAccount();
+    setUpSettings();
+    setUpTargets();
+    setUpSheet();
+    observe();
+    updateAccountPage();
+    updateSettingsPage();
+    targetsChanged();
+    switchTab(Page::Account);
+}
+
+BrevokPreferencesController::~BrevokPreferencesController()
+{
+    if (sharedController == this) {
+        sharedController = nullptr;
+    }
+}
+
+BrevokPreferencesController *BrevokPreferencesController::preferencesController()
+{
+    return sharedController;
+}
+
+void BrevokPreferencesController::setTexts()
+{
+    Ui::BrevokPreferences &ui = *m_outlets;
+    setWindowTitle(Texts::tr("Preferences"));
+    ui.toolbar->setWindowTitle(Texts::tr("Pages"));
+    ui.accountItem->setText(Texts::tr("Account"));
+    ui.targetsItem->setText(Texts::tr("Targets"));
+    ui.settingsItem->setText(Texts::tr("Settings"));
+
+    ui.accountHint->setText(
+        Texts::tr("Sign in to install plug-ins with this account and to keep them up to date."));
+    ui.orlecIdLabel->setText(Texts::tr("&E-mail:"));
+    ui.passwordLabel->setText(Texts::tr("&Password:"));
+    ui.createAccountLink->setText(Texts::tr("Create Account…"));
+
+    ui.targetsHint->setText(Texts::tr("Plug-ins are installed into the enabled folders."));
+    ui.noTargets->setText(
+        Texts::tr("No InDesign or InCopy was found. Add the Plug-Ins folder of its application."));
+    ui.targetsView->setAccessibleName(Texts::tr("Targets"));
+    ui.insertButton->setText(Texts::tr("&Add…"));
+    ui.removeButton->setText(Texts::tr("&Remove"));
+
+    ui.targetDataSheet->setWindowTitle(Texts::tr("Add Target"));
+    ui.sheetHint->setText(
+        Texts::tr("Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder."));
+    ui.targetPathLabel->setText(Texts::tr("&Folder:"));
+    ui.choosePath->setText(Texts::tr("&Browse…"));
+    ui.targetAppLabel->setText(Texts::tr("&Application:"));
+    ui.targetVerLabel->setText(Texts::tr("&Version:"));
+    ui.addTarget->setText(Texts::tr("Add Target"));
+    ui.cancelTarget->setText(Texts::tr("Cancel"));
+}
+
+void BrevokPreferencesController::setUpToolbar()
+{
+    struct Item {
+        QAction *action;
+        const char *image;
+        Page page;
+    };
+    const QList<Item> items{{m_outlets->accountItem, "Account", Page::Account},
+        {m_outlets->targetsItem, "Targets", Page::Targets},
+        {m_outlets->settingsItem, "Settings", Page::Settings}};
+    constexpr int iconSize = 24;
+    m_outlets->toolbar->setIconSize({iconSize, iconSize});
+    auto *group = new QActionGroup(this);
+    int number = 0;
+    for (const Item &item : items) {
+        group->addAction(item.action);
+        item.action->setIcon(templateIcon(QString::fromLatin1(item.image)));
+        item.action->setShortcut(QKeySequence(Qt::CTRL | static_cast<Qt::Key>(Qt::Key_1 + number++)));
+        connect(item.action, &QAction::triggered, this, [this, page = item.page] { switchTab(page); });
+        if (auto *button = qobject_cast<QToolButton *>(m_outlets->toolbar->widgetForAction(item.action))) {
+            constexpr int buttonWidth = 84;
+            button->setFocusPolicy(Qt::TabFocus);
+            button->setMinimumWidth(buttonWidth);
+        }
+    }
+}
+
+void BrevokPreferencesController::setUpAccount()
+{
+    Ui::BrevokPreferences &ui = *m_outlets;
+    ui.orlecId->setInputMethodHints(Qt::ImhEmailCharactersOnly | Qt::ImhNoAutoUppercase);
+    // Signing in must not move the fields below the pointer.
+    for (QWidget *widget :
+        QList<QWidget *>{ui.passwordLabel, ui.password, ui.createAccountLink, ui.accountHint}) {
+        QSizePolicy policy = widget->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        widget->setSizePolicy(policy);
+    }
+    connect(ui.orlecId, &QLineEdit::returnPressed, this, [this] { returnOnCredentials(true); });
+    connect(ui.password, &QLineEdit::returnPressed, this, [this] { returnOnCredentials(false); });
+    connect(ui.actionButton, &QPushButton::clicked, this, &BrevokPreferencesController::signInOrOut);
+    connect(ui.createAccountLink, &QPushButton::clicked, this, &BrevokPreferencesController::createAccount);
+}
+
+void BrevokPreferencesController::setUpSettings()
+{
+    const Ui::BrevokPreferences &ui = *m_outlets;
+    m_settingBoxes = {{SettingKeys::startAtLogin, ui.startAtLogin},
+        {SettingKeys::showNotifications, ui.notifications},
+        {SettingKeys::automaticChecks, ui.checkForUpdates}, {SettingKeys::autoUpdate, ui.autoUpdate},
+        {SettingKeys::logLevel, ui.logLevel}};
+    SettingsAccess &access = m_with.access;
+    for (const Setting &setting : allSettings()) {
+        QCheckBox *box = m_settingBoxes.value(setting.key);
+        box->setText(Texts::tr(setting.text));
+        connect(box, &QCheckBox::clicked, this,
+            [&access, &setting](bool on) { access.setSetting(setting, setting.valueFrom(on ? 1 : 0)); });
+        if (access.isLocked(setting)) {
+            box->setEnabled(false);
+            box->setToolTip(Texts::tr("Your administrator decides this setting."));
+            box->setAccessibleDescription(box->toolTip());
+        }
+    }
+}
+
+void BrevokPreferencesController::observe()
+{
+    connect(&m_with.session, &BrevokSession::statusChanged, this,
+        &BrevokPreferencesController::updateAccountPage);
+    connect(&m_with.session, &BrevokSession::actionFinished, this,
+        &BrevokPreferencesController::updateAccountPage);
+    connect(&m_with.targets, &BrevokTargetApps::targetsChanged, this,
+        &BrevokPreferencesController::targetsChanged);
+    // Later: who sets a value may do more before it reads as new, as for the login items.
+    connect(
+        &m_with.settings, &SettingsStore::changed, this,
+        [this](const QString &key) {
+            if (m_settingBoxes.contains(key)) {
+                updateSettingsPage();
+            }
+        },
+        Qt::QueuedConnection);
+    connect(
+        &m_with.settings, &SettingsStore::troubled, this, &BrevokPreferencesController::updateSettingsPage);
+    connect(&m_with.settings, &SettingsStore::mended, this, &BrevokPreferencesController::updateSettingsPage);
+}
+
+void BrevokPreferencesController::showWindow()
+{
+    show();
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    raise();
+    activateWindow();
+}
+
+void BrevokPreferencesController::showTargets()
+{
+    switchTab(Page::Targets);
+    showWindow();
+}
+
+void BrevokPreferencesController::switchTab(Page page)
+{
+    QAction *item = page == Page::Account ? m_outlets->accountItem
+        : page == Page::Targets           ? m_outlets->targetsItem
+                                          : m_outlets->settingsItem;
+    item->setChecked(true);
+    m_outlets->tabView->setCurrentIndex(static_cast<int>(page));
+}
+
+BrevokPreferencesController::Page BrevokPreferencesController::page() const
+{
+    return static_cast<Page>(m_outlets->tabView->currentIndex());
+}
+
+void BrevokPreferencesController::signInOrOut()
+{
+    if (m_with.session.isUpdating()) {
+        return;
+    }
+    if (m_with.session.sessionId().isEmpty()) {
+        m_with.session.signinWithID(m_outlets->orlecId->text(), m_outlets->password->text());
+    } else {
+        m_with.session.signout();
+    }
+}
+
+void BrevokPreferencesController::returnOnCredentials(bool inEmailField)
+{
+    switch (
+        brevok::returnOnCredentials(inEmailField, m_outlets->orlecId->text(), m_outlets->password->text())) {
+    case CredentialStep::None:
+        break;
+    case CredentialStep::FocusEmail:
+        m_outlets->orlecId->setFocus(Qt::OtherFocusReason);
+        break;
+    case CredentialStep::FocusPassword:
+        m_outlets->password->setFocus(Qt::OtherFocusReason);
+        break;
+    case CredentialStep::SignIn:
+        // A session that has just been opened elsewhere is not to be closed by this Return.
+        if (m_with.session.sessionId().isEmpty()) {
+            signInOrOut();
+        }
+        break;
+    }
+}
+
+void BrevokPreferencesController::createAccount()
+{
+    // The pages lie below the service's base address, which may have a folder of its own.
+    QUrl url = m_with.service;
+    url.setPath(url.path() + u"/account/register"_s);
+    m_with.urlOpener.open(url);
+}
+
+void BrevokPreferencesController::updateAccountPage()
+{
+    Ui::BrevokPreferences &ui = *m_outlets;
+    const bool idle = !m_with.session.isUpdating();
+    const bool signedIn = !m_with.session.sessionId().isEmpty();
+    const QString email = m_with.session.orlecId();
+    ui.orlecId->setEnabled(idle && !signedIn);
+    ui.password->setEnabled(idle);
+    for (QWidget *widget :
+        QList<QWidget *>{ui.passwordLabel, ui.password, ui.createAccountLink, ui.accountHint}) {
+        widget->setVisible(!signedIn);
+    }
+    // What the user is typing stays.
+    if (signedIn || !ui.orlecId->isModified()) {
+        ui.orlecId->setText(email);
+        ui.orlecId->setCursorPosition(0);
+    }
+    if (signedIn) {
+        ui.password->clear();
+    }
+    ui.actionButton->setEnabled(idle);
+    ui.actionButton->setText(signedIn ? Texts::tr("Sign Out") : Texts::tr("Sign In"));
+    if (!idle) {
+        ui.brevokStatus->setText(Texts::tr("Contacting the service…"));
+    } else if (signedIn) {
+        ui.brevokStatus->setText(breakable(Texts::tr("Signed in as %1.").arg(oneLine(email))));
+    } else if (const QString failure = m_with.session.signinFailure(); !failure.isEmpty()) {
+        ui.brevokStatus->setText(breakable(failure));
+    } else {
+        ui.brevokStatus->setText(Texts::tr("Not signed in."));
+    }
+}
+
+// A choice that cannot be stored counts all the same, is tried again, and is said not to be stored until it
+// is.
+void BrevokPreferencesController::updateSettingsPage()
+{
+    for (const Setting &setting : allSettings()) {
+        m_settingBoxes.value(setting.key)->setChecked(m_with.access.setting(setting).toInt() > 0);
+    }
+    const QString problem = m_with.settings.problem();
+    const NoticeText notice = storageNotice(problem);
+    m_outlets->settingsProblem->setVisible(!problem.isEmpty());
+    m_outlets->settingsProblem->setText(u"%1\n%2"_s.arg(notice.title, notice.text));
+}
+
+// Login items and the settings file may have been edited by hand while the window was away.
+void BrevokPreferencesController::showEvent(QShowEvent *event)
+{
+    updateSettingsPage();
+    QMainWindow::showEvent(event);
+    fixColumn();
+}
+
+void BrevokPreferencesController::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close)) {
+        close();
+    } else {
+        QMainWindow::keyPressEvent(event);
+    }
+}
+
+} // namespace brevok

@@ -1,0 +1,127 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "ui/widgets/PanelStyle.h"
+
+#include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
+#include <QPalette>
+
+#include <algorithm>
+
+namespace brevok::PanelStyle {
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// System fonts up to this size are usual; what goes beyond is the user's wish for larger text.
+constexpr double usualPixels = 16;
+constexpr double largestScale = 1.3;
+
+double textScale()
+{
+    return std::clamp(QFontInfo(QApplication::font()).pixelSize() / usualPixels, 1.0, largestScale);
+}
+
+int scaled(int points)
+{
+    return qRound(points * textScale());
+}
+
+// Where the desktop names no font for titles, every question for it goes through all fonts that are there.
+QFont titleFont()
+{
+    // Kept as texts: a font that outlives the application object frees what is gone.
+    static QString knownFor;
+    static QString title;
+    if (const QString present = QApplication::font().toString(); knownFor != present) {
+        knownFor = present;
+        title = QFontDatabase::systemFont(QFontDatabase::TitleFont).toString();
+    }
+    QFont result;
+    result.fromString(title);
+    return result;
+}
+
+} // namespace
+
+QFont font(int points)
+{
+    static const bool hasMenlo = QFontDatabase::hasFamily(u"Menlo"_s);
+    QFont result = hasMenlo ? QFont(u"Menlo"_s) : titleFont();
+    result.setPixelSize(scaled(points));
+    return result;
+}
+
+QFont rowFont()
+{
+    return font(17);
+}
+
+QFont secondaryFont()
+{
+    return font(12);
+}
+
+QFont menuFont()
+{
+    return font(18);
+}
+
+QFont headingFont(int points)
+{
+    QFont result = QApplication::font();
+    result.setPixelSize(scaled(points));
+    result.setWeight(QFont::DemiBold);
+    return result;
+}
+
+bool isDark(const QPalette &palette)
+{
+    return palette.color(QPalette::Window).lightnessF() < palette.color(QPalette::WindowText).lightnessF();
+}
+
+QColor mixed(const QColor &a, const QColor &b, double share)
+{
+    const auto part = [share](float x, float y) {
+        return static_cast<float>(x * (1 - share) + y * share);
+    };
+    return QColor::fromRgbF(
+        part(a.redF(), b.redF()), part(a.greenF(), b.greenF()), part(a.blueF(), b.blueF()));
+}
+
+QColor secondaryText(const QPalette &palette)
+{
+    // Also where it stands in a disabled control, whose own colours are too faint for a state to be read.
+    return mixed(palette.color(QPalette::Active, QPalette::WindowText),
+        palette.color(QPalette::Active, QPalette::Window), 0.36);
+}
+
+QColor failureText(const QPalette &palette)
+{
+    return isDark(palette) ? QColor(255, 138, 128) : QColor(179, 38, 30);
+}
+
+QColor separator(const QPalette &palette)
+{
+    return mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.12);
+}
+
+QColor hoverFill(const QPalette &palette)
+{
+    QColor fill = palette.color(QPalette::WindowText);
+    fill.setAlphaF(0.05F);
+    return fill;
+}
+
+QColor priorityFill(const QPalette &palette)
+{
+    if (isDark(palette)) {
+        return mixed(palette.color(QPalette::Window), QColor::fromRgbF(0.8F, 0.25F, 0.25F), 0.16);
+    }
+    return QColor::fromRgbF(1.0F, 0.9F, 0.9F);
+}
+
+} // namespace brevok::PanelStyle

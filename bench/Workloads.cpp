@@ -52,10 +52,15 @@ QByteArray pluginList(int count, int edition)
 
 ListWorkload::ListWorkload() = default;
 
-qsizetype ListWorkload::run(const QByteArray &list)
+void ListWorkload::startAnew()
 {
     ++m_runs;
     load();
+}
+
+qsizetype ListWorkload::run(const QByteArray &list)
+{
+    startAnew();
     return runAgain(list);
 }
 

@@ -22,6 +22,8 @@ namespace brevok::bench {
 class ListWorkload {
 public:
     ListWorkload();
+    /// Leaves what was stored, for an empty state.
+    void startAnew();
     /// Takes the list into an empty state. @return how many prefixes are stored
     qsizetype run(const QByteArray &list);
     /// Takes another list, or the same, into the state of the last run.

@@ -1,16 +1,42 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-// What speaks HTTP, as the application loads it with the first request.
+// What speaks HTTP, as the application starts it with a request, and with it ends it.
 
+#include "platform/linux/TransferServer.h"
 #include "platform/linux/TransferWork.h"
+#include "platform/StandardStreams.h"
 
-extern "C" Q_DECL_EXPORT void moveData(brevok::TransferDesk *desk, const brevok::HttpSetup *setup)
+#include <QFile>
+
+#include <csignal>
+#include <cstdio>
+#include <string_view>
+
+namespace {
+
+// The address stands on standard input.
+void printProxy()
 {
-    brevok::moveData(*desk, *setup);
+    QFile input;
+    if (input.open(stdin, QIODevice::ReadOnly)) {
+        std::fputs(brevok::systemProxyFor(QUrl::fromEncoded(input.readAll())).constData(), stdout);
+    }
 }
 
-extern "C" Q_DECL_EXPORT void systemProxyFor(const QUrl *url, QByteArray *proxy)
+} // namespace
+
+int main(int argc, char **argv)
 {
-    *proxy = brevok::systemProxyFor(*url);
+    brevok::keepStandardStreams();
+    if (argc == 2 && std::string_view(argv[1]) == "--proxy") {
+        printProxy();
+        return 0;
+    }
+    // It goes with the application, whatever a terminal or a session's end tells both.
+    for (const int number : {SIGHUP, SIGINT, SIGTERM, SIGUSR1}) {
+        std::signal(number, SIG_IGN);
+    }
+    brevok::serveTransfers();
+    return 0;
 }

@@ -196,6 +196,10 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>die Bibliothek, die HTTP spricht, fehlt</translation>
     </message>
     <message>
+        <source>the process that speaks HTTP has ended</source>
+        <translation>der Prozess, der HTTP spricht, wurde beendet</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>es hat mehr als %1 Einträge</translation>
     </message>

@@ -196,6 +196,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>falta la biblioteca que habla HTTP</translation>
     </message>
     <message>
+        <source>the process that speaks HTTP has ended</source>
+        <translation>el proceso que habla HTTP ha terminado</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>tiene más de %1 entradas</translation>
     </message>

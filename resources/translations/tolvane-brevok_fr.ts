@@ -196,6 +196,10 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>la bibliothèque qui parle HTTP est absente</translation>
     </message>
     <message>
+        <source>the process that speaks HTTP has ended</source>
+        <translation>le processus qui parle HTTP s’est terminé</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>elle contient plus de %1 éléments</translation>
     </message>

@@ -196,6 +196,10 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>HTTP 通信を行うライブラリがありません</translation>
     </message>
     <message>
+        <source>the process that speaks HTTP has ended</source>
+        <translation>HTTP 通信を行うプロセスが終了しました</translation>
+    </message>
+    <message>
         <source>it has more than %1 entries</source>
         <translation>項目が %1 個を超えています</translation>
     </message>

@@ -162,6 +162,7 @@ void PackagesTest::namesStayOneAcrossARestart()
     for (int start = 0; start < 3; ++start) {
         f.service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
         QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
+        QVERIFY(f.flushed());
         f.start();
         QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
         QCOMPARE(f.packages->packageRecords()[0].value(PackageKeys::prefix).toString(), u"H\uFFFD"_s);

@@ -203,9 +203,13 @@ class Session:
 
     # what the process does
 
-    def process_status(self, field):
-        text = pathlib.Path(f"/proc/{self.application.pid}/status").read_text()
-        return int(next(line for line in text.splitlines() if line.startswith(field + ":")).split()[1])
+    def memory(self, field, table="status", process=None):
+        """In KiB, of the application, or of another process, and of those that it has started."""
+        lines = []
+        for one in with_children(process or self.application.pid):
+            with contextlib.suppress(OSError):  # it is gone again
+                lines += (one / table).read_text().splitlines()
+        return sum(int(line.split()[1]) for line in lines if line.startswith(field + ":"))
 
     def activity(self, process=None):
         """Of every thread of the application, or of another process: milliseconds on a CPU and wake-ups so far."""
@@ -216,6 +220,16 @@ class Session:
             wakeups = int(next(line for line in status.splitlines() if line.startswith("voluntary")).split()[1])
             threads[task.name] = (nanoseconds / 1e6, wakeups)
         return threads
+
+
+def with_children(process):
+    """The entries of a process and of those that it has started in the table of processes."""
+    entries = [pathlib.Path(f"/proc/{process}")]
+    for status in pathlib.Path("/proc").glob("[1-9]*/status"):
+        with contextlib.suppress(OSError):  # it is gone again
+            if f"\nPPid:\t{process}\n" in status.read_text():
+                entries.append(status.parent)
+    return entries
 
 
 def ignore_size_limit():

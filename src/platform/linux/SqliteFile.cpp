@@ -27,9 +27,11 @@ namespace {
 
 constexpr qint64 ourVersion = 1;
 
-// What a person deletes is not to be found in the file's free space; sorting needs no temporary file.
+// What a person deletes is not to be found in the file's free space; sorting needs no temporary file. The
+// cache holds a whole catalogue, so that no page of it is read or written twice, and is emptied after each
+// use.
 constexpr auto preparation = "PRAGMA synchronous = EXTRA; PRAGMA secure_delete = ON; "
-                             "PRAGMA temp_store = MEMORY; PRAGMA cache_size = -512";
+                             "PRAGMA temp_store = MEMORY; PRAGMA cache_size = -16384";
 constexpr auto schema = "CREATE TABLE IF NOT EXISTS state (key TEXT NOT NULL, entry TEXT NOT NULL, "
                         "value TEXT NOT NULL, UNIQUE (key, entry)); "
                         "PRAGMA user_version = 1";
@@ -215,6 +217,7 @@ Result SqliteFile::read(const QString &key, int patienceMs, StateEntries *entrie
             ++unusable;
         }
     }
+    sqlite3_db_release_memory(m_db);
     if (unusable > 0) {
         logLine(u"The state under \"%1\": %2 unusable values left out."_s.arg(key).arg(unusable));
     }

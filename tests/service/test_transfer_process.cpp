@@ -1,0 +1,85 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Tasks.h"
+#include "ServiceStage.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTest>
+
+#include <csignal>
+
+#include <unistd.h>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+// Of this program; 0 for none.
+pid_t processThatMovesData()
+{
+    const QStringList processes = QDir(u"/proc"_s).entryList({u"[1-9]*"_s}, QDir::Dirs);
+    const auto found = std::find_if(processes.cbegin(), processes.cend(), [](const QString &process) {
+        QFile status(u"/proc/%1/status"_s.arg(process));
+        const bool ours = status.open(QIODevice::ReadOnly)
+            && status.readAll().contains("\nPPid:\t" + QByteArray::number(::getpid()) + '\n');
+        return ours
+            && QFile::symLinkTarget(u"/proc/%1/exe"_s.arg(process)).endsWith("/tolvane-brevok-network"_L1);
+    });
+    return found == processes.cend() ? 0 : found->toInt();
+}
+
+} // namespace
+
+/// The process that moves the application's data comes and goes.
+class TransferProcessTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
+
+    void livesAsLongAsThereAreRequests();
+    void itsEndEndsTheRequests();
+    void proxiesAreLookedUp();
+};
+
+void TransferProcessTest::livesAsLongAsThereAreRequests()
+{
+    Stage stage;
+    stage.server.on(u"/list"_s, Response::ok("[]"));
+    QCOMPARE(processThatMovesData(), 0);
+    for (int run = 0; run < 2; ++run) {
+        QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+        QVERIFY(processThatMovesData() != 0);
+        QTRY_COMPARE_WITH_TIMEOUT(processThatMovesData(), 0, patient);
+    }
+}
+
+void TransferProcessTest::itsEndEndsTheRequests()
+{
+    Stage stage;
+    stage.server.on(u"/list"_s, Response::ok("[]"));
+    stage.server.on(u"/killed"_s, [](const Request &) {
+        ::kill(processThatMovesData(), SIGKILL);
+        return Response::silent();
+    });
+    const ServiceReply reply = stage.list(u"/killed"_s);
+    QVERIFY(reply.error);
+    QVERIFY2(reply.error->description.contains(u"has ended"_s), qPrintable(reply.error->description));
+    QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+}
+
+void TransferProcessTest::proxiesAreLookedUp()
+{
+    qputenv("http_proxy", "http://127.0.0.1:1"); // where nobody listens
+    Stage stage;
+    const ServiceReply reply = stage.file(QUrl(u"http://service.example/"_s));
+    QVERIFY(reply.error);
+    QVERIFY2(reply.error->description.contains(u"proxy"_s), qPrintable(reply.error->description));
+}
+
+QTEST_GUILESS_MAIN(TransferProcessTest)
+#include "test_transfer_process.moc"

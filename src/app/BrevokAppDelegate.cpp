@@ -215,12 +215,7 @@ void BrevokAppDelegate::createInstaller()
 // What killed runs left in the targets and among the archives.
 void BrevokAppDelegate::clearLeftovers()
 {
-    QStringList folders;
-    const QStringList targets = m_shared->targets->allRecords().keys();
-    for (const QString &target : targets) {
-        folders.append(target + u"/Tolvane"_s);
-    }
-    m_shared->installer->clearLeftovers(folders);
+    m_shared->installer->clearLeftovers(m_shared->targets->allRecords().keys());
     inBackground([folder = m_with.folders.dataFolder(), now = QDateTime::currentDateTimeUtc()] {
         runBounded(folder, [folder, now](Pulse &) { removePartsOf(folder, now); });
     });

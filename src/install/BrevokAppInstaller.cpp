@@ -5,6 +5,7 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Tasks.h"
+#include "install/InstallPaths.h"
 #include "install/InterruptedWork.h"
 #include "targets/MarketingNames.h"
 
@@ -138,8 +139,12 @@ void BrevokAppInstaller::run(CommandRun::Order order, QObject *context, Completi
 }
 
 // For this nobody is asked for the helper's rights: it is about what was begun without them.
-void BrevokAppInstaller::clearLeftovers(const QStringList &folders)
+void BrevokAppInstaller::clearLeftovers(const QStringList &targets)
 {
+    QStringList folders;
+    for (const QString &target : targets) {
+        folders += changedFolders(target);
+    }
     addJob([this, folders] {
         inBackgroundThen(
             this,

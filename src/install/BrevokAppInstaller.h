@@ -57,8 +57,8 @@ public:
     /// The file manager that the program's own operations stand on; any thread.
     [[nodiscard]] FileOperations &files() const { return m_with.files; }
 
-    /// Makes good in the background what killed runs left in the folders @p folders, where plug-ins stand.
-    void clearLeftovers(const QStringList &folders);
+    /// Makes good in the background what killed runs left in the targets @p targets.
+    void clearLeftovers(const QStringList &targets);
 
     /// Checks the helper, the first time it is asked for, then calls @p answered while @p context lives.
     void checkUpdateHelper(QObject *context, const std::function<void(bool valid)> &answered);

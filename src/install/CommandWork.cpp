@@ -25,7 +25,7 @@ using End = PluginOutcome::End;
 
 QString workspacePath(const CommandTask &task)
 {
-    return applicationFolder(task.pluginPath) + u"/Presets/InDesign Workspaces/Tolvane.xml"_s;
+    return workspaceFolder(applicationFolder(task.pluginPath)) + u"/Tolvane.xml"_s;
 }
 
 // One that is there already stays as it is.

@@ -4,6 +4,7 @@
 #include "install/InstallPaths.h"
 
 #include "catalogue/BrevokPlugins.h"
+#include "catalogue/InstalledBundles.h"
 #include "foundation/Paths.h"
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
@@ -20,6 +21,17 @@ QString applicationFolder(const QString &pluginPath)
 QString targetFolder(const QString &pluginPath)
 {
     return deletingLastPathComponent(deletingLastPathComponent(pluginPath));
+}
+
+QString workspaceFolder(const QString &application)
+{
+    return application + u"/Presets/InDesign Workspaces"_s;
+}
+
+QStringList changedFolders(const QString &target)
+{
+    const QString plugin = installedPluginPath(withoutTrailingSlashes(target), {});
+    return {deletingLastPathComponent(plugin), workspaceFolder(applicationFolder(plugin))};
 }
 
 QString archiveFolder(const QString &dataPath, const Record &definition)

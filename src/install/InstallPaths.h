@@ -7,6 +7,7 @@
 #include "foundation/Record.h"
 
 #include <QString>
+#include <QStringList>
 
 namespace brevok {
 
@@ -14,6 +15,11 @@ namespace brevok {
 [[nodiscard]] QString applicationFolder(const QString &pluginPath);
 /// The folder of the target that a plug-in path belongs to.
 [[nodiscard]] QString targetFolder(const QString &pluginPath);
+
+/// The folder of the workspace file of the target application in @p application.
+[[nodiscard]] QString workspaceFolder(const QString &application);
+/// The folders in which items of the target at @p target are made and replaced.
+[[nodiscard]] QStringList changedFolders(const QString &target);
 
 /// Where the archives of a definition's host version are kept under @p dataPath, and its own archive there.
 [[nodiscard]] QString archiveFolder(const QString &dataPath, const Record &definition);

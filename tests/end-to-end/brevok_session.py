@@ -36,9 +36,12 @@ def wait_for(condition, what):
 
 
 class Session:
-    def __init__(self, programs):
+    """`folder` is the scratch folder if there is one already; `user` whose the application is, as subprocess has it."""
+
+    def __init__(self, programs, folder=None, **user):
         self.programs = pathlib.Path(programs).resolve()
-        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="brevok-session-"))
+        self.folder = folder or pathlib.Path(tempfile.mkdtemp(prefix="brevok-session-"))
+        self.user = user
         self.environment = dict(os.environ)
         for variable, name in (("XDG_CONFIG_HOME", "config"), ("XDG_DATA_HOME", "data"), ("XDG_STATE_HOME", "state"),
                                ("HOME", "home")):
@@ -149,7 +152,7 @@ class Session:
             return
         self.application = subprocess.Popen(self.application_command(*more), env=self.environment,
                                             stdout=subprocess.DEVNULL, stderr=self.early_log,
-                                            preexec_fn=ignore_size_limit)
+                                            preexec_fn=ignore_size_limit, **self.user)
         if wait:
             wait_for(lambda: self.ctl("status", check=False).returncode == 0, "the application answers")
 
@@ -189,7 +192,7 @@ class Session:
 
     def ctl(self, *words, check=True, **more):
         result = subprocess.run([self.programs / "brevokctl", *words], env={**self.environment, **more},
-                                stdin=subprocess.DEVNULL, capture_output=True, text=True)
+                                stdin=subprocess.DEVNULL, capture_output=True, text=True, **self.user)
         if check and result.returncode != 0:
             raise AssertionError(f"brevokctl {' '.join(map(str, words))}: {result.returncode}\n{result.stdout}"
                                  f"{result.stderr}\n{self.log()[-4000:]}")
@@ -237,10 +240,10 @@ def ignore_size_limit():
     signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
 
 
-def start_bus(test, address):
+def start_bus(test, address, **user):
     """A session bus at `address` until the test ends; @return its process and its full address"""
     daemon = subprocess.Popen(["dbus-daemon", "--session", "--nofork", f"--address={address}", "--print-address"],
-                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True)
+                              stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **user)
     test.addCleanup(end_process, daemon, signal.SIGKILL)
     return daemon, daemon.stdout.readline().strip()
 

@@ -414,10 +414,14 @@ void AppInstallerTest::interruptedRunsAreMadeGood()
     writeFile(folder + u"/.tolvane-replaced-Plug.InDesignPlugin/Info"_s, "old");
     writeFile(folder + u"/.tolvane-unpack-abcdef/Plug.InDesignPlugin/Info"_s, "half");
     writeFile(folder + u"/.tolvane-removed-1/Info"_s, "gone");
-    rig.installer.clearLeftovers({rig.target + u"/missing"_s, folder});
+    const QString workspaces = QFileInfo(rig.workspaceThere).path();
+    writeFile(workspaces + u"/.tolvane-unpack-abcdef/Tolvane.xml"_s, "half");
+    rig.installer.clearLeftovers({rig.folder.filePath(u"missing"_s), rig.target});
+    QTRY_COMPARE(entries(workspaces), QStringList());
     QTRY_COMPARE(entries(folder), QStringList{u"Plug.InDesignPlugin"_s});
     QCOMPARE(entries(rig.plugin), QStringList{u"Info"_s});
-    QTRY_VERIFY(LogCapture::contains(u"made good what an interrupted run had left in "_s + folder));
+    QTRY_VERIFY(
+        LogCapture::contains(u"made good what an interrupted run had left in "_s + QDir::cleanPath(folder)));
     QVERIFY(rig.helper.calls.isEmpty());
     QVERIFY(!LogCapture::contains(u"start helper"_s));
 }

@@ -96,6 +96,7 @@ class DurabilityTest : public QObject {
 
 private Q_SLOTS:
     void whatIsConfirmedSurvivesAPowerCut();
+    void whatIsInstalledSurvivesAPowerCut_data();
     void whatIsInstalledSurvivesAPowerCut();
 };
 
@@ -130,20 +131,38 @@ void DurabilityTest::whatIsConfirmedSurvivesAPowerCut()
     QVERIFY(calls.contains(u"sync state.sqlite-journal"_s) && calls.contains(u"sync state.sqlite"_s));
 }
 
+void DurabilityTest::whatIsInstalledSurvivesAPowerCut_data()
+{
+    QTest::addColumn<int>("files");
+    QTest::addColumn<int>("mostSyncs"); // of the plug-in and its copy
+    QTest::newRow("few") << 2 << 20;
+    QTest::newRow("many") << 400 << 100;
+}
+
 // A name is given to what is on the disk as a whole, and the name gets there too.
 void DurabilityTest::whatIsInstalledSurvivesAPowerCut()
 {
+    QFETCH(const int, files);
+    QFETCH(const int, mostSyncs);
     const QTemporaryDir scratch;
     const QString archive = scratch.filePath(u"a.zip"_s);
-    QVERIFY(testing::writeFile(archive, pluginArchive("A", "information", "code")));
+    QList<ZipMember> items;
+    for (int i = 0; i < files; ++i) {
+        items.append({"A.InDesignPlugin/Contents/" + QByteArray::number(i), "content"});
+    }
+    QVERIFY(testing::writeFile(archive, zipArchive(items)));
     QSet<QString> unsynced;
     int renamed = 0;
-    for (const QString &call : recordedCalls(u"--install"_s, scratch.path())) {
+    const QStringList calls = recordedCalls(u"--install"_s, scratch.path());
+    QVERIFY(calls.filter(u"sync"_s).size() < mostSyncs);
+    for (const QString &call : calls) {
         const QStringList words = call.split(u' ');
         if (words[0] == u"write"_s || words[0] == u"make"_s) {
             unsynced.insert(words[1]);
         } else if (words[0] == u"sync"_s || words[0] == u"remove"_s) {
             unsynced.remove(words[1]);
+        } else if (words[0] == u"syncfs"_s) {
+            unsynced.clear();
         } else if (words[0] == u"rename"_s) {
             for (const QString &name : std::as_const(unsynced)) {
                 QVERIFY2(!(name + u'/').startsWith(words[1] + u'/'), qPrintable(call + u": "_s + name));

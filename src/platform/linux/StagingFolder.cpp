@@ -21,6 +21,7 @@ namespace {
 
 constexpr auto prefix = ".tolvane-unpack-";
 constexpr int attempts = 100;
+constexpr qsizetype fewEntries = 30;
 constexpr qsizetype mostNeighbours = 10'000; ///< that are looked through for what crashed runs left
 
 bool stillNamed(int folder, const QByteArray &name, int opened)
@@ -55,17 +56,17 @@ FileDescriptor openLocked(int folder, const QByteArray &name)
     return opened;
 }
 
-/// Calls @p visit with every open file and, after what is in it, every open folder below @p folder.
-/// @return false when a call did, or there are more than @p most of them
-template <typename Visit> bool visitTree(int folder, int &most, const Visit &visit)
+/// Syncs every file and, after what is in it, every folder below @p folder, as long as there are no more than
+/// @p left of them.
+bool syncTree(int folder, qsizetype &left)
 {
-    const auto names = safepath::names(folder);
-    if (!names) {
+    const auto names = safepath::names(folder, left + 1);
+    if (!names || (left -= names->size()) < 0) {
         return false;
     }
     for (const QByteArray &name : *names) {
         struct stat facts { };
-        if (::fstatat(folder, name.constData(), &facts, AT_SYMLINK_NOFOLLOW) != 0 || --most < 0) {
+        if (::fstatat(folder, name.constData(), &facts, AT_SYMLINK_NOFOLLOW) != 0) {
             return false;
         }
         const bool isFolder = S_ISDIR(facts.st_mode);
@@ -73,36 +74,20 @@ template <typename Visit> bool visitTree(int folder, int &most, const Visit &vis
             continue;
         }
         const FileDescriptor opened = safepath::openBeneath(folder, name, O_RDONLY | O_NONBLOCK);
-        if (!opened || (isFolder && !visitTree(opened.get(), most, visit))
-            || !visit(opened.get(), isFolder)) {
+        if (!opened || (isFolder && !syncTree(opened.get(), left)) || ::fsync(opened.get()) != 0) {
             return false;
         }
     }
     return true;
 }
 
-/// First waits for the bytes of all files, then syncs each, by when the file system has little left to do:
-/// that costs about as much as one flush of the whole file system, and does not wait for what others have
-/// written.
+/// Every sync makes the disk empty its own memory, which takes its time whatever is in it. A few files are
+/// synced one by one, so that nobody waits for what others have written; many with their whole file system.
 bool contentsToDisk(int folder)
 {
-    constexpr int manyFiles = 2000;
-    constexpr unsigned waiting =
-        SYNC_FILE_RANGE_WAIT_BEFORE | SYNC_FILE_RANGE_WRITE | SYNC_FILE_RANGE_WAIT_AFTER;
-    int most = manyFiles;
-    visitTree(folder, most, [](int opened, bool isFolder) {
-        // Not every file system can; syncing does it then.
-        if (!isFolder) {
-            ::sync_file_range(opened, 0, 0, waiting);
-        }
-        return true;
-    });
-    if (most < 0) {
-        return ::syncfs(folder) == 0;
-    }
-    most = manyFiles;
-    return visitTree(folder, most, [](int opened, bool) { return ::fsync(opened) == 0; })
-        && ::fsync(folder) == 0;
+    qsizetype left = fewEntries;
+    const bool synced = syncTree(folder, left) && ::fsync(folder) == 0;
+    return left < 0 ? safepath::sync(folder) : synced;
 }
 
 QByteArray freshName()

@@ -355,7 +355,6 @@ void BrevokPanelController::showHelpPage()
 
 void BrevokPanelController::checkPlugInUpdates()
 {
-    m_with.plugins.checkForUpdates();
     m_with.packages.checkForUpdates(false);
 }
 

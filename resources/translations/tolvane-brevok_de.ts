@@ -1353,5 +1353,25 @@ Bitte melden Sie sich erneut an.</translation>
         <source>something else stands where the folder was</source>
         <translation>an der Stelle des Ordners steht etwas anderes</translation>
     </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok kann seine gespeicherten Daten nicht lesen.</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Webseite</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>Es konnte kein Browser gestartet werden. Dies ist die Adresse der Seite:</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
 </context>
 </TS>

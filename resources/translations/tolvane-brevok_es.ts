@@ -1353,5 +1353,25 @@ Vuelva a iniciar sesión.</translation>
         <source>something else stands where the folder was</source>
         <translation>hay otra cosa en el lugar de la carpeta</translation>
     </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok no puede leer sus datos guardados.</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Página web</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>No se pudo iniciar ningún navegador. Esta es la dirección de la página:</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Dirección</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copiar</translation>
+    </message>
 </context>
 </TS>

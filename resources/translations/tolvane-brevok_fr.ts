@@ -1353,5 +1353,25 @@ Veuillez vous reconnecter.</translation>
         <source>something else stands where the folder was</source>
         <translation>autre chose se trouve à la place du dossier</translation>
     </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok ne peut pas lire ses données enregistrées.</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Page web</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>Impossible de lancer un navigateur. Voici l’adresse de la page :</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
 </context>
 </TS>

@@ -1353,5 +1353,25 @@ Please try to sign-in again.</source>
         <source>something else stands where the folder was</source>
         <translation>フォルダーの場所に別のものがあります</translation>
     </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok は保存されたデータを読み込めません。</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Web ページ</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>ブラウザーを起動できませんでした。ページのアドレスは次のとおりです:</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>アドレス</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
 </context>
 </TS>

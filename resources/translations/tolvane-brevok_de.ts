@@ -882,10 +882,6 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Anmelden</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Ihr Konto bringt Ihre Plug-Ins zu InDesign und InCopy.</translation>
-    </message>
-    <message>
         <source>&amp;E-mail address</source>
         <translation>&amp;E-Mail-Adresse</translation>
     </message>
@@ -1358,6 +1354,10 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Tolvane Brevok kann seine gespeicherten Daten nicht lesen.</translation>
     </message>
     <message>
+        <source>The check for Plug-In updates failed</source>
+        <translation>Die Suche nach Plug-In-Updates ist fehlgeschlagen</translation>
+    </message>
+    <message>
         <source>Web Page</source>
         <translation>Webseite</translation>
     </message>
@@ -1372,6 +1372,10 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>Copy</source>
         <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
+        <translation>Tolvane Brevok installiert Ihre Plug-Ins in InDesign und InCopy und hält sie aktuell: Melden Sie sich mit Ihrem Konto an, um zu beginnen.</translation>
     </message>
 </context>
 </TS>

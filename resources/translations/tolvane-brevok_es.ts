@@ -882,10 +882,6 @@ Vuelva a iniciar sesión.</translation>
         <translation>Iniciar sesión</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Su cuenta lleva sus plug-ins a InDesign e InCopy.</translation>
-    </message>
-    <message>
         <source>&amp;E-mail address</source>
         <translation>Dirección de correo &amp;electrónico</translation>
     </message>
@@ -1358,6 +1354,10 @@ Vuelva a iniciar sesión.</translation>
         <translation>Tolvane Brevok no puede leer sus datos guardados.</translation>
     </message>
     <message>
+        <source>The check for Plug-In updates failed</source>
+        <translation>No se pudieron buscar actualizaciones de los plug-ins</translation>
+    </message>
+    <message>
         <source>Web Page</source>
         <translation>Página web</translation>
     </message>
@@ -1372,6 +1372,10 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>Copy</source>
         <translation>Copiar</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
+        <translation>Tolvane Brevok instala sus plug-ins en InDesign e InCopy y los mantiene al día: inicie sesión con su cuenta para empezar.</translation>
     </message>
 </context>
 </TS>

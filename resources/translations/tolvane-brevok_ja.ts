@@ -882,10 +882,6 @@ Please try to sign-in again.</source>
         <translation>サインイン</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>アカウントのプラグインを InDesign と InCopy で使えます。</translation>
-    </message>
-    <message>
         <source>&amp;E-mail address</source>
         <translation>メールアドレス(&amp;E)</translation>
     </message>
@@ -1358,6 +1354,10 @@ Please try to sign-in again.</source>
         <translation>Tolvane Brevok は保存されたデータを読み込めません。</translation>
     </message>
     <message>
+        <source>The check for Plug-In updates failed</source>
+        <translation>プラグインのアップデートを確認できませんでした</translation>
+    </message>
+    <message>
         <source>Web Page</source>
         <translation>Web ページ</translation>
     </message>
@@ -1372,6 +1372,10 @@ Please try to sign-in again.</source>
     <message>
         <source>Copy</source>
         <translation>コピー</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
+        <translation>Tolvane Brevok は InDesign と InCopy にプラグインをインストールし、最新の状態に保ちます。アカウントでサインインすると始められます。</translation>
     </message>
 </context>
 </TS>

@@ -183,7 +183,9 @@ void DesktopSurfaces::showTargetsPreferences()
 
 void DesktopSurfaces::showUpdateProgress()
 {
-    smallWindows().updateProgressController().showWindow();
+    // The panel stays below: what it says of a failed check is to be seen.
+    smallWindows().updateProgressController().showOver(
+        qobject_cast<BrevokPanel *>(QApplication::activeWindow()));
 }
 
 void DesktopSurfaces::hideUpdateProgress()

@@ -83,7 +83,7 @@ void PanelAccountTab::updateAccountTab(bool panelOpen)
     for (QWidget *widget : hiding) {
         widget->setVisible(state.controlsVisible);
     }
-    m_ui.progressBox->setVisible(state.spinning);
+    m_ui.signInSteps->setCurrentWidget(state.spinning ? m_ui.progressBox : m_ui.credentialsBox);
     m_ui.signInFailure->setFailure(state.controlsVisible ? m_session.signinFailure() : QString());
     if (state.spinning) {
         m_ui.progressIndicator->startAnimation();

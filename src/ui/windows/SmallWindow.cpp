@@ -47,6 +47,11 @@ SmallWindow::SmallWindow(const MainBundle &bundle, const QString &name, QSize si
     whole->setSpacing(gap);
     whole->addLayout(upper, 1);
     whole->addLayout(m_buttons);
+    connect(this, &QDialog::finished, this, [this] {
+        if (parentWidget() != nullptr) {
+            parentWidget()->activateWindow();
+        }
+    });
 }
 
 SmallWindow::~SmallWindow() = default;
@@ -56,6 +61,15 @@ void SmallWindow::showWindow()
     show();
     raise();
     activateWindow();
+}
+
+void SmallWindow::showOver(QWidget *window)
+{
+    if (!isVisible()) {
+        setParent(window, Qt::Dialog);
+        setWindowModality(window != nullptr ? Qt::WindowModal : Qt::NonModal);
+    }
+    showWindow();
 }
 
 QLabel &SmallWindow::addText(const QString &name, const QString &text)

@@ -24,6 +24,8 @@ public:
 
     /// Brings the window to the front.
     void showWindow();
+    /// The same, as a sheet of @p window (null: of none), which gets the focus back.
+    void showOver(QWidget *window);
 
 protected:
     enum class Arrangement { BesideIcon, BelowIcon };

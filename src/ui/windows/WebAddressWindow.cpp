@@ -49,26 +49,16 @@ WebAddressWindow::WebAddressWindow(const MainBundle &bundle)
     connect(&copy, &QPushButton::clicked, this,
         [this] { QGuiApplication::clipboard()->setText(m_address->toPlainText()); });
     addClosingButton(u"close"_s, Texts::tr("Close")).setDefault(true);
-    connect(this, &QDialog::finished, this, [this] {
-        if (QWidget *asking = parentWidget()) {
-            asking->activateWindow();
-        }
-    });
 }
 
 WebAddressWindow::~WebAddressWindow() = default;
 
 void WebAddressWindow::showAddress(const QUrl &url, QWidget *asking)
 {
-    if (!isVisible()) {
-        // A sheet, so that the panel stays.
-        setParent(asking, Qt::Dialog);
-        setWindowModality(asking != nullptr ? Qt::WindowModal : Qt::NonModal);
-    }
     m_address->setPlainText(shownAddress(url));
     m_address->selectAll();
     m_address->setFocus(Qt::OtherFocusReason);
-    showWindow();
+    showOver(asking);
 }
 
 } // namespace brevok

@@ -1377,5 +1377,9 @@ Bitte melden Sie sich erneut an.</translation>
         <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
         <translation>Tolvane Brevok installiert Ihre Plug-Ins in InDesign und InCopy und hält sie aktuell: Melden Sie sich mit Ihrem Konto an, um zu beginnen.</translation>
     </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>Die Einstellung konnte nicht geändert werden</translation>
+    </message>
 </context>
 </TS>

@@ -1377,5 +1377,9 @@ Vuelva a iniciar sesión.</translation>
         <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
         <translation>Tolvane Brevok instala sus plug-ins en InDesign e InCopy y los mantiene al día: inicie sesión con su cuenta para empezar.</translation>
     </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>No se pudo cambiar el ajuste</translation>
+    </message>
 </context>
 </TS>

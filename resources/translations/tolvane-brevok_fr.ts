@@ -1377,5 +1377,9 @@ Veuillez vous reconnecter.</translation>
         <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
         <translation>Tolvane Brevok installe vos plug-ins dans InDesign et InCopy et les tient à jour : connectez-vous avec votre compte pour commencer.</translation>
     </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>Impossible de modifier le réglage</translation>
+    </message>
 </context>
 </TS>

@@ -1377,5 +1377,9 @@ Please try to sign-in again.</source>
         <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
         <translation>Tolvane Brevok は InDesign と InCopy にプラグインをインストールし、最新の状態に保ちます。アカウントでサインインすると始められます。</translation>
     </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>設定を変更できませんでした</translation>
+    </message>
 </context>
 </TS>

@@ -72,7 +72,7 @@ bool InstallWorkload::refresh(const QByteArray &list)
 {
     QEventLoop loop;
     m_rig.service.lists.clear();
-    m_rig.plugins.checkForUpdates([&](bool) {
+    m_rig.plugins.checkForUpdates([&](const auto &) {
         m_rig.state.commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); });
     });
     m_rig.service.lists.takeFirst().handler({.status = 200, .body = list, .headers = {}, .error = {}});

@@ -76,7 +76,7 @@ qsizetype ListWorkload::runAgain(const QByteArray &list)
 {
     QEventLoop loop;
     m_plugins->checkForUpdates(
-        [&](bool) { m_state->commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); }); });
+        [&](const auto &) { m_state->commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); }); });
     m_service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
     return loop.exec() == 0 ? m_plugins->pluginIndex().size() : 0;
 }

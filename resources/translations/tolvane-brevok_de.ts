@@ -886,10 +886,6 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Anmelden</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Ihr Konto bringt Ihre Plug-Ins zu InDesign und InCopy.</translation>
-    </message>
-    <message>
         <source>&amp;E-mail address</source>
         <translation>&amp;E-Mail-Adresse</translation>
     </message>
@@ -1356,6 +1352,38 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>something else stands where the folder was</source>
         <translation>an der Stelle des Ordners steht etwas anderes</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok kann seine gespeicherten Daten nicht lesen.</translation>
+    </message>
+    <message>
+        <source>The check for Plug-In updates failed</source>
+        <translation>Die Suche nach Plug-In-Updates ist fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Webseite</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>Es konnte kein Browser gestartet werden. Dies ist die Adresse der Seite:</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
+        <translation>Tolvane Brevok installiert Ihre Plug-Ins in InDesign und InCopy und hält sie aktuell: Melden Sie sich mit Ihrem Konto an, um zu beginnen.</translation>
+    </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>Die Einstellung konnte nicht geändert werden</translation>
     </message>
 </context>
 </TS>

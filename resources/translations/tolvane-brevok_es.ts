@@ -886,10 +886,6 @@ Vuelva a iniciar sesión.</translation>
         <translation>Iniciar sesión</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Su cuenta lleva sus plug-ins a InDesign e InCopy.</translation>
-    </message>
-    <message>
         <source>&amp;E-mail address</source>
         <translation>Dirección de correo &amp;electrónico</translation>
     </message>
@@ -1356,6 +1352,38 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>something else stands where the folder was</source>
         <translation>hay otra cosa en el lugar de la carpeta</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok no puede leer sus datos guardados.</translation>
+    </message>
+    <message>
+        <source>The check for Plug-In updates failed</source>
+        <translation>No se pudieron buscar actualizaciones de los plug-ins</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Página web</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>No se pudo iniciar ningún navegador. Esta es la dirección de la página:</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Dirección</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copiar</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
+        <translation>Tolvane Brevok instala sus plug-ins en InDesign e InCopy y los mantiene al día: inicie sesión con su cuenta para empezar.</translation>
+    </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>No se pudo cambiar el ajuste</translation>
     </message>
 </context>
 </TS>

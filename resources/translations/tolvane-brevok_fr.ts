@@ -886,10 +886,6 @@ Veuillez vous reconnecter.</translation>
         <translation>Se connecter</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Votre compte apporte vos plug-ins à InDesign et InCopy.</translation>
-    </message>
-    <message>
         <source>&amp;E-mail address</source>
         <translation>Adresse &amp;e-mail</translation>
     </message>
@@ -1356,6 +1352,38 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>something else stands where the folder was</source>
         <translation>autre chose se trouve à la place du dossier</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok ne peut pas lire ses données enregistrées.</translation>
+    </message>
+    <message>
+        <source>The check for Plug-In updates failed</source>
+        <translation>Échec de la recherche de mises à jour des plug-ins</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Page web</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>Impossible de lancer un navigateur. Voici l’adresse de la page :</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Copier</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
+        <translation>Tolvane Brevok installe vos plug-ins dans InDesign et InCopy et les tient à jour : connectez-vous avec votre compte pour commencer.</translation>
+    </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>Impossible de modifier le réglage</translation>
     </message>
 </context>
 </TS>

@@ -886,10 +886,6 @@ Please try to sign-in again.</source>
         <translation>サインイン</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>アカウントのプラグインを InDesign と InCopy で使えます。</translation>
-    </message>
-    <message>
         <source>&amp;E-mail address</source>
         <translation>メールアドレス(&amp;E)</translation>
     </message>
@@ -1356,6 +1352,38 @@ Please try to sign-in again.</source>
     <message>
         <source>something else stands where the folder was</source>
         <translation>フォルダーの場所に別のものがあります</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok cannot read its stored data.</source>
+        <translation>Tolvane Brevok は保存されたデータを読み込めません。</translation>
+    </message>
+    <message>
+        <source>The check for Plug-In updates failed</source>
+        <translation>プラグインのアップデートを確認できませんでした</translation>
+    </message>
+    <message>
+        <source>Web Page</source>
+        <translation>Web ページ</translation>
+    </message>
+    <message>
+        <source>No browser could be started. This is the address of the page:</source>
+        <translation>ブラウザーを起動できませんでした。ページのアドレスは次のとおりです:</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>アドレス</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>コピー</translation>
+    </message>
+    <message>
+        <source>Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in with your account to begin.</source>
+        <translation>Tolvane Brevok は InDesign と InCopy にプラグインをインストールし、最新の状態に保ちます。アカウントでサインインすると始められます。</translation>
+    </message>
+    <message>
+        <source>The setting could not be changed</source>
+        <translation>設定を変更できませんでした</translation>
     </message>
 </context>
 </TS>

@@ -261,11 +261,8 @@ void BrevokAppDelegate::connectSharedObjects()
     });
     connect(&*shared.packages, &BrevokPackages::updateProgressWanted, this,
         [this] { m_with.surfaces.showUpdateProgress(); });
-    connect(&*shared.packages, &BrevokPackages::checkFinished, this, [this](bool ok) {
-        if (!ok) {
-            m_with.surfaces.hideUpdateProgress();
-        }
-    });
+    connect(&*shared.packages, &BrevokPackages::ownCheckFailed, this,
+        [this] { m_with.surfaces.hideUpdateProgress(); });
     connect(&*shared.packages, &BrevokPackages::updateResult, this,
         [this](
             const QString &title, const QString &label) { m_with.surfaces.showUpdateResult(title, label); });

@@ -45,6 +45,9 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     , m_icons(new PackageIcons(
           collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
     , m_statuses(new PackageStatuses(m_packages, collaborators.plugins, collaborators.targets, this))
+    , m_ownCheck(new OwnCheck(
+          [&plugins = collaborators.plugins](const auto &ended) { plugins.checkForUpdates(ended); },
+          [this](const auto &ended) { m_refresh->check(ended); }, this))
 {
     if (sharedPackages == nullptr) {
         sharedPackages = this;
@@ -58,6 +61,9 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     connect(m_statuses, &PackageStatuses::settled, this, &BrevokPackages::statusesSettled);
     connect(m_refresh, &ListRefresh::due, this, [this] { checkForUpdates(); });
     connect(m_refresh, &ListRefresh::finished, this, &BrevokPackages::checkFinished);
+    connect(m_ownCheck, &OwnCheck::answered, this, &BrevokPackages::notifyPackageStatusesLazily);
+    connect(m_ownCheck, &OwnCheck::failed, this,
+        [this](const BrevokError &error) { Q_EMIT ownCheckFailed(error.description); });
     connect(m_icons, &PackageIcons::iconChanged, this, &BrevokPackages::packagesIconsChanged);
     connect(m_icons, &PackageIcons::cached, this, &BrevokPackages::iconCached);
     connect(m_icons, &PackageIcons::downloadEnded, this, &BrevokPackages::save);
@@ -174,13 +180,14 @@ QTimer *BrevokPackages::updateTimer() const
     return m_refresh->timer();
 }
 
-void BrevokPackages::checkForUpdates(bool automatically, const std::function<void(bool ok)> &ended)
+void BrevokPackages::checkForUpdates(bool automatically, const OwnCheck::Handler &ended)
 {
-    m_showNotifications = automatically;
-    if (!automatically) {
+    if (automatically) {
+        m_refresh->check();
+    } else {
         Q_EMIT updateProgressWanted();
+        m_ownCheck->begin(ended);
     }
-    m_refresh->check(ended);
 }
 
 void BrevokPackages::updateWithArray(const QJsonArray &list)
@@ -307,7 +314,6 @@ bool BrevokPackages::waits(const Record &package) const
 void BrevokPackages::notifyPackageStatuses()
 {
     StateChanges changes;
-    QStringList newNames;
     const QSet<QString> undecided = std::exchange(m_undecided, {});
     for (const QString &name : undecided) {
         const auto package = m_packages.byName().find(name);
@@ -319,7 +325,7 @@ void BrevokPackages::notifyPackageStatuses()
             {CatalogueKeys::notifiedPackages, name, waiting ? std::optional(Record()) : std::nullopt});
         if (waiting) {
             m_notified.insert(name);
-            newNames.append(name);
+            m_ownCheck->add(name);
         } else {
             m_notified.remove(name);
         }
@@ -329,8 +335,9 @@ void BrevokPackages::notifyPackageStatuses()
     }
     m_updates = static_cast<int>(m_notified.size());
     Q_EMIT updatesChanged(m_updates);
-    if (!m_showNotifications) {
-        showUpdateResult(newNames);
+    // What the lists brought is known when the statuses are.
+    if (m_ownCheck->hasResult() && !updating() && !needUpdate()) {
+        showUpdateResult();
     }
 }
 
@@ -342,8 +349,11 @@ void BrevokPackages::forgetNotified(const QString &name)
     }
 }
 
-void BrevokPackages::showUpdateResult(const QStringList &newNames)
+void BrevokPackages::showUpdateResult()
 {
+    QStringList newNames = m_ownCheck->takeResult();
+    newNames.removeIf([this](const QString &name) { return !m_notified.contains(name); });
+    newNames.removeDuplicates();
     QString title = Texts::tr("You're up-to-date!");
     QString label = Texts::tr("There are no new Plug-In updates available.");
     if (newNames.size() == 1) {
@@ -354,7 +364,6 @@ void BrevokPackages::showUpdateResult(const QStringList &newNames)
         label = Texts::tr("You have %1 Plug-In updates available.").arg(newNames.size());
     }
     Q_EMIT updateResult(title, label);
-    m_showNotifications = true;
 }
 
 } // namespace brevok

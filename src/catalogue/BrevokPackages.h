@@ -4,6 +4,7 @@
 #pragma once
 
 #include "catalogue/BrevokPlugins.h"
+#include "catalogue/OwnCheck.h"
 #include "catalogue/PackageIcons.h"
 #include "catalogue/PackageRecords.h"
 #include "catalogue/PackageStatus.h"
@@ -59,9 +60,9 @@ public:
     /// Fetches what is missing and requests the list; called once, when the definitions have begun to.
     void start();
 
-    /// @p automatically is false for the user's own check, which ends with the result window. @p ended tells
-    /// the end of the request that this call makes, whatever other requests are under way.
-    void checkForUpdates(bool automatically = true, const std::function<void(bool ok)> &ended = {});
+    /// Requests the list. The user's own check (@p automatically is false) requests that of the plug-ins, too,
+    /// and ends with the result window when both came, else with ownCheckFailed(); @p ended is for it alone.
+    void checkForUpdates(bool automatically = true, const OwnCheck::Handler &ended = {});
     void updateWithArray(const QJsonArray &list);
 
     void calculatePackageStatuses();
@@ -85,6 +86,8 @@ Q_SIGNALS:
     void updateProgressWanted();
     /// The user's own check ended: show the result window with these texts.
     void updateResult(const QString &title, const QString &label);
+    /// The user's own check ended without one of its lists: there is no result.
+    void ownCheckFailed(const QString &cause);
 
 private:
     void load();
@@ -95,20 +98,20 @@ private:
     void save();
     void saveEverything();
     void statusesCalculated(const QStringList &prefixes);
-    void showUpdateResult(const QStringList &newNames);
+    void showUpdateResult();
 
     StateStore &m_state;
     ListRefresh *m_refresh;
     PackageIcons *m_icons;
     PackageRecords m_packages;
     PackageStatuses *m_statuses;
+    OwnCheck *m_ownCheck;
     /// What the store holds of the records that changed since they were put there; nothing: no entry.
     QHash<QString, std::optional<Record>> m_unsaved;
     QSet<QString> m_notified; ///< names last counted as needing an update
     QSet<QString> m_undecided; ///< names of which that may be otherwise now
     QTimer m_statusTimer;
     int m_updates = 0;
-    bool m_showNotifications = true;
 };
 
 } // namespace brevok

@@ -200,7 +200,7 @@ DefinitionPtr BrevokPlugins::pluginWithPrefix(const QString &prefix, const QStri
     return nullptr;
 }
 
-void BrevokPlugins::checkForUpdates(const std::function<void(bool ok)> &ended)
+void BrevokPlugins::checkForUpdates(const ListRefresh::CheckHandler &ended)
 {
     m_refresh->check(ended);
 }

@@ -47,14 +47,19 @@ ListRefresh::~ListRefresh() = default;
 
 void ListRefresh::check(const CheckHandler &ended)
 {
-    const auto end = [this, ended](bool ok) {
-        Q_EMIT finished(ok);
+    const auto end = [this, ended](const std::optional<BrevokError> &error) {
+        Q_EMIT finished(!error);
         if (ended) {
-            ended(ok);
+            ended(error);
         }
     };
-    if (!m_state.isReadable() || !m_service.checkNetworkReachability()) {
-        end(false);
+    if (!m_state.isReadable()) {
+        end(BrevokError{.description = Texts::tr("Tolvane Brevok cannot read its stored data.")});
+        return;
+    }
+    if (!m_service.checkNetworkReachability()) {
+        end(BrevokError{
+            .description = Texts::tr("Network is unreachable. Is your internet connection down?")});
         return;
     }
     m_service.getList(m_wording.path, this, [this, end](const ServiceReply &reply) { handle(reply, end); });
@@ -64,7 +69,7 @@ void ListRefresh::handle(const ServiceReply &reply, const CheckHandler &end)
 {
     if (reply.error) {
         handleTransportError(reply);
-        end(false);
+        end(reply.error);
         return;
     }
     if (reply.status != 200) {
@@ -73,7 +78,7 @@ void ListRefresh::handle(const ServiceReply &reply, const CheckHandler &end)
         logLine(u"%1%2 - %3"_s.arg(m_wording.failedWithResponse)
                     .arg(reply.status, 3, 10, QLatin1Char('0'))
                     .arg(localizedStringForStatusCode(reply.status)));
-        end(false);
+        end(unexpectedReply(reply.status));
         return;
     }
     // Before the body is looked at, so that a bad one does not stop the cycle.
@@ -150,7 +155,7 @@ void ListRefresh::handleContent(const Content &content, const CheckHandler &end)
         content.take([self = QPointer<ListRefresh>(this), end] {
             if (self) {
                 self->noteDate();
-                end(true);
+                end({});
             }
         });
         return;
@@ -160,7 +165,7 @@ void ListRefresh::handleContent(const Content &content, const CheckHandler &end)
     logLine(u"Received %1 bytes of data"_s.arg(content.body.size()));
     logLine(u"Response string: "_s + excerpt(content.body));
     logError(content.error);
-    end(false);
+    end(unexpectedReply(200));
 }
 
 void ListRefresh::schedule(int seconds)

@@ -49,8 +49,8 @@ public:
         /// Such a list came.
         Taking keep{};
     };
-    /// Told the end of one check: whether it brought a usable list.
-    using CheckHandler = std::function<void(bool ok)>;
+    /// Told the end of one check: nothing when it brought a usable list, else what kept it from that.
+    using CheckHandler = std::function<void(const std::optional<BrevokError> &error)>;
 
     ListRefresh(Wording wording, StateStore &state, ServiceClient &service, BrevokAlertQueue &alerts,
         Owner owner, QObject *parent);

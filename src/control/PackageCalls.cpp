@@ -97,13 +97,16 @@ void PackageCalls::check(const ControlCall &call)
     if (refusedBeforeAnswer(call)) {
         return;
     }
-    const auto ended = [both = answerAfter(call, 2)](const QString &failure) {
-        return [both, failure](bool ok) {
-            both({.failures = ok ? QStringList() : QStringList{failure}});
-        };
-    };
-    m_plugins.checkForUpdates(ended(u"The list of plug-ins could not be read."_s));
-    m_packages.checkForUpdates(false, ended(u"The list of packages could not be read."_s));
+    m_packages.checkForUpdates(false, [this, call](const OwnCheck::End &end) {
+        QStringList failures;
+        if (end.plugins) {
+            failures.append(u"The list of plug-ins could not be read."_s);
+        }
+        if (end.packages) {
+            failures.append(u"The list of packages could not be read."_s);
+        }
+        answerWhenSettled(call, {.failures = failures});
+    });
 }
 
 void PackageCalls::install(const ControlCall &call, const QStringList &prefixes)

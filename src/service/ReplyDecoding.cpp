@@ -30,8 +30,6 @@ QString unexpectedResponse()
 BrevokError errorForStatus(int status)
 {
     switch (status) {
-    case 200:
-        return replyError(status, unexpectedResponse());
     case 401:
         return replyError(status, Texts::tr("Wrong user name or password."));
     case 403:
@@ -42,8 +40,7 @@ BrevokError errorForStatus(int status)
             Texts::tr("The requested resource could not be found.\n"
                       "Server might be temporarily inaccessible."));
     default:
-        return replyError(
-            status, Texts::tr("Server responded with HTTP code: ") + QString::asprintf("%.3d.", status));
+        return unexpectedReply(status);
     }
 }
 
@@ -79,6 +76,13 @@ std::optional<QJsonDocument> jsonObjectFromData(
     }
     *error = errorForStatus(status);
     return std::nullopt;
+}
+
+BrevokError unexpectedReply(int status)
+{
+    return replyError(status,
+        status == 200 ? unexpectedResponse()
+                      : Texts::tr("Server responded with HTTP code: ") + QString::asprintf("%.3d.", status));
 }
 
 QString localizedStringForStatusCode(int status)

@@ -41,6 +41,9 @@ private Q_SLOTS:
     void usersCheckTellsOfNewUpdates_data();
     void usersCheckTellsOfNewUpdates();
     void announcedOnceIsNotNew();
+    void ownCheckIsNotDoneBeforeItsLists();
+    void failedOwnCheckHasNoResult_data();
+    void failedOwnCheckHasNoResult();
     void veryLongListsAreTaken();
 };
 
@@ -303,13 +306,13 @@ void PackagesTest::usersCheckTellsOfNewUpdates()
         builds.append(Fixture::build(name, name, u"2.0"_s, 140));
         f.target(name, u"1.0"_s);
     }
-    f.plugins.updateWithArray(builds);
     const QSignalSpy progress(&packages, &BrevokPackages::updateProgressWanted);
     const QSignalSpy result(&packages, &BrevokPackages::updateResult);
     const QSignalSpy count(&packages, &BrevokPackages::updatesChanged);
     packages.checkForUpdates(false);
     QCOMPARE(progress.size(), 1);
-    f.service.lists.swapItemsAt(0, f.service.lists.size() - 1);
+    f.service.lists.removeFirst(); // of the start
+    f.service.answerList(Fixture::good(builds));
     f.service.answerList(Fixture::good(list));
     QTRY_COMPARE(result.size(), 1); // by way of the lazy notification
     QCOMPARE(result[0][0].toString(), title);
@@ -332,17 +335,82 @@ void PackagesTest::announcedOnceIsNotNew()
     packages.updateWithArray({Fixture::package(u"A"_s, u"P"_s)});
     QTRY_COMPARE(packages.packagesStatus().value(u"P"_s), PackageStatus::NotUpdated);
     const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+    f.service.lists.clear();
     for (const QString &title : {u"Plug-In update available!"_s, u"You're up-to-date!"_s}) {
         packages.checkForUpdates(false);
-        packages.notifyPackageStatuses();
-        QCOMPARE(result.last()[0].toString(), title);
+        packages.notifyPackageStatuses(); // is too early: nobody has answered
+        f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)}));
+        f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
+        QTRY_COMPARE(result.value(result.size() - 1).value(0).toString(), title);
         QCOMPARE(packages.updates(), 1);
     }
-    // An automatic check in between takes the result window back.
-    packages.checkForUpdates(false);
-    packages.checkForUpdates();
-    packages.notifyPackageStatuses();
     QCOMPARE(result.size(), 2);
+}
+
+void PackagesTest::ownCheckIsNotDoneBeforeItsLists()
+{
+    Fixture f;
+    BrevokPackages &packages = f.start();
+    f.target(u"A"_s, u"1.0"_s);
+    f.service.lists.clear();
+    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+    const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+    const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
+    packages.checkForUpdates(false);
+    f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
+    packages.checkForUpdates(false); // takes the place of the first one, whose end tells nothing
+    f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
+    f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)}));
+    QTRY_VERIFY(!settled.isEmpty() && !packages.updating() && !packages.needUpdate());
+    packages.notifyPackageStatuses();
+    QCOMPARE(packages.updates(), 1);
+    QVERIFY(result.isEmpty());
+    packages.checkForUpdates(); // nor does an automatic check end it
+    f.service.lists.swapItemsAt(0, 1);
+    f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
+    f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
+    QTRY_COMPARE(result.size(), 1);
+    // What became known while the check was under way is new.
+    QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
+    QVERIFY(failed.isEmpty());
+}
+
+void PackagesTest::failedOwnCheckHasNoResult_data()
+{
+    QTest::addColumn<int>("failing"); // of the two requests
+    QTest::addColumn<int>("status");
+    QTest::addColumn<QString>("cause");
+    QTest::addRow("no list") << 0 << 200 << u"Unexpected server response."_s;
+    QTest::addRow("no list of packages") << 1 << 200 << u"Unexpected server response."_s;
+    QTest::addRow("status") << 0 << 503 << u"Server responded with HTTP code: 503."_s;
+    QTest::addRow("transport") << 1 << 0 << u"it broke"_s;
+    QTest::addRow("no network") << -1 << 0
+                                << u"Network is unreachable. Is your internet connection down?"_s;
+}
+
+void PackagesTest::failedOwnCheckHasNoResult()
+{
+    QFETCH(int, failing);
+    QFETCH(int, status);
+    Fixture f;
+    BrevokPackages &packages = f.start();
+    f.service.lists.clear();
+    f.service.reachable = failing >= 0;
+    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+    const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+    packages.checkForUpdates(false);
+    for (int i = 0; f.service.reachable && i < 2; ++i) {
+        const ServiceReply bad{.status = status,
+            .body = "<html></html>",
+            .headers = {},
+            .error = status == 0 ? std::optional(BrevokError{.description = u"it broke"_s}) : std::nullopt};
+        f.service.answerList(i == failing ? bad : Fixture::good({}));
+    }
+    QTRY_COMPARE(failed.size(), 1);
+    QTEST(failed[0][0].toString(), "cause");
+    QTRY_VERIFY(!packages.updating());
+    packages.notifyPackageStatuses();
+    QVERIFY(result.isEmpty());
 }
 
 void PackagesTest::veryLongListsAreTaken()

@@ -179,7 +179,7 @@ void PluginStoreTest::theListThatCameLastCounts()
     f.service.answerList(listWith(u"first"_s));
     int ended = 0;
     for (const QString &link : {u"second"_s, u"first"_s}) {
-        plugins.checkForUpdates([&ended](bool ok) { ended += ok ? 1 : 0; });
+        plugins.checkForUpdates([&ended](const auto &error) { ended += error ? 0 : 1; });
         f.service.lists.takeLast().handler(listWith(link)); // while the one before is being read
     }
     QTRY_COMPARE(ended, 2);

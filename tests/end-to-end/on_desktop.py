@@ -5,6 +5,7 @@ import re
 import select
 import subprocess
 import sys
+import time
 import unittest
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "demo"))
@@ -20,6 +21,17 @@ EMAIL, PASSWORD = "ada@example.com", "analytical-engine"
 PANEL_WIDTH, PANEL_HEIGHT, MARGIN = 446, 694, 8
 HERE = pathlib.Path(__file__).resolve().parent
 SKIPPED = 77  # what ctest counts as skipped
+DOUBLE_CLICK = 0.4  # seconds: clicks on the item that are closer to each other count for one
+
+
+class Clicks:
+    last = -DOUBLE_CLICK
+
+    @classmethod
+    def wait_for_next(cls):
+        """Until a click is not the second one of a double click."""
+        wait_for(lambda: time.monotonic() > cls.last + DOUBLE_CLICK, "the time of a double click is over")
+        cls.last = time.monotonic()
 
 
 class WindowSession(Session):
@@ -61,6 +73,7 @@ class OnDesktop(unittest.TestCase):
 
     def click_item(self):
         x, y, width, height = wait_for(self.desktop.tray_item, "the item is in the tray")
+        Clicks.wait_for_next()
         self.desktop.click(x + width // 2, y + height // 2)
 
     def open_panel(self):
@@ -170,6 +183,7 @@ class StatusNotifierHost:
         return self.registered
 
     def activate(self, item, x, y):
+        Clicks.wait_for_next()
         subprocess.run(["dbus-send", "--session", "--print-reply", f"--dest={item}", "/StatusNotifierItem",
                         "org.kde.StatusNotifierItem.Activate", f"int32:{x}", f"int32:{y}"], check=True,
                        env=self.environment, stdout=subprocess.DEVNULL)

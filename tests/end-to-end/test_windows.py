@@ -5,7 +5,8 @@ import pathlib
 import signal
 import subprocess
 from brevok_session import PATIENCE, wait_for
-from on_desktop import EMAIL, MARGIN, PANEL_HEIGHT, PANEL_WIDTH, PASSWORD, GLib, OnDesktop, StatusNotifierHost, run_tests
+from on_desktop import (EMAIL, MARGIN, PANEL_HEIGHT, PANEL_WIDTH, PASSWORD, Clicks, GLib, OnDesktop,
+                        StatusNotifierHost, run_tests)
 
 
 class Panel(OnDesktop):
@@ -74,6 +75,15 @@ class Panel(OnDesktop):
                 self.wait_for_closed_panel()
         self.assertIsNone(other.poll())
         self.open_panel()
+
+    def test_a_double_click_opens_the_panel(self):
+        x, y, width, height = self.start()
+        Clicks.wait_for_next()
+        self.desktop.run(
+            "xdotool", "mousemove", x + width // 2, y + height // 2, "click", "--repeat", 2, "--delay", 60, 1)
+        self.wait_for_open_panel()
+        self.click_item()  # that it waits for its time shows that the panel stayed
+        self.wait_for_closed_panel()
 
     def test_a_click_with_keys_held(self):
         item = self.start()

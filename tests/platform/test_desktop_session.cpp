@@ -259,6 +259,7 @@ void DesktopSessionTest::webPagesAreHandedToTheDesktop_data()
     QTest::newRow("no host") << u"https:///x"_s << QByteArray();
     QTest::newRow("option") << u"--help"_s << QByteArray();
     QTest::newRow("nothing") << QString() << QByteArray();
+    QTest::newRow("no browser") << u"https://example.com/none"_s << QByteArray();
 }
 
 void DesktopSessionTest::webPagesAreHandedToTheDesktop()
@@ -268,17 +269,22 @@ void DesktopSessionTest::webPagesAreHandedToTheDesktop()
     const QString opener = path(u"xdg-open"_s);
     const QString seen = path(u"seen"_s);
     QVERIFY(writeFile(opener,
-        "#!/bin/sh\nprintf '%s\\n%s\\n' \"$1\" $# > '" + QFile::encodeName(seen) + ".part'\nmv '"
-            + QFile::encodeName(seen) + ".part' '" + QFile::encodeName(seen) + "'\n"));
+        "#!/bin/sh\ncase $1 in *none) exit 3;; esac\nprintf '%s\\n%s\\n' \"$1\" $# > '"
+            + QFile::encodeName(seen) + ".part'\nmv '" + QFile::encodeName(seen) + ".part' '"
+            + QFile::encodeName(seen) + "'\n"));
     QVERIFY(QFile::setPermissions(opener, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
     const QByteArray before = qgetenv("PATH");
     qputenv("PATH", QFile::encodeName(path()) + ':' + before);
-    const bool opened = XdgUrlOpener().open(QUrl(url));
+    XdgUrlOpener desktop;
+    const QSignalSpy failed(&desktop, &UrlOpener::failed);
+    desktop.open(QUrl(url));
     qputenv("PATH", before);
-    QCOMPARE(opened, !argument.isEmpty());
-    if (opened) {
-        QTRY_VERIFY(QFileInfo::exists(seen));
+    QTRY_VERIFY(QFileInfo::exists(seen) || !failed.isEmpty());
+    QCOMPARE(failed.isEmpty(), !argument.isEmpty());
+    if (failed.isEmpty()) {
         QCOMPARE(contentsOf(seen), argument);
+    } else {
+        QCOMPARE(failed[0][0].toUrl(), QUrl(url));
     }
 }
 

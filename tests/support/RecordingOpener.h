@@ -6,7 +6,6 @@
 #include "platform/UrlOpener.h"
 
 #include <QList>
-#include <QUrl>
 
 namespace brevok::testing {
 
@@ -14,11 +13,7 @@ namespace brevok::testing {
 class RecordingOpener final : public UrlOpener {
 public:
     QList<QUrl> opened;
-    bool open(const QUrl &url) override
-    {
-        opened.append(url);
-        return true;
-    }
+    void open(const QUrl &url) override { opened.append(url); }
 };
 
 } // namespace brevok::testing

@@ -28,18 +28,23 @@ public:
     void setSetting(const Setting &setting, const QVariant &value) override
     {
         m_store.setValue(setting.key, value);
-        if (setting.key == SettingKeys::startAtLogin) {
+        if (setting.key == SettingKeys::startAtLogin && loginItemProblem.isEmpty()) {
             m_loginItem = value.toBool();
         }
     }
     void whenStored(QObject *context, StoreDone done) override
     {
-        m_store.synchronize(context, std::move(done));
+        m_store.synchronize(context,
+            [done = std::move(done), problem = loginItemProblem](const std::optional<BrevokError> &error) {
+                done(error || problem.isEmpty() ? error : BrevokError{.description = problem});
+            });
     }
     [[nodiscard]] bool isLocked(const Setting &setting) const override
     {
         return m_store.isLocked(setting.key);
     }
+
+    QString loginItemProblem; ///< why it cannot be written
 
 private:
     SettingsStore &m_store;

@@ -1,19 +1,20 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "foundation/UntrustedText.h"
 #include "platform/PropertyLists.h"
 #include "support/SampleBundles.h"
 #include "ui/alerts/AlertDialog.h"
 #include "ui/alerts/WidgetAlertPresenter.h"
 #include "ui/windows/ApplicationFacts.h"
-#include "ui/windows/BrevokAboutController.h"
-#include "ui/windows/BrevokUpdateProgressController.h"
-#include "ui/windows/BrevokUpdateResultController.h"
 #include "ui/windows/SmallWindows.h"
+#include "ui/windows/WebAddressWindow.h"
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLabel>
+#include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
@@ -91,6 +92,7 @@ private Q_SLOTS:
     void factsComeFromTheBundle();
     void aboutIsMadeAfreshOnceClosed();
     void updateWindowsShowAndClose();
+    void addressesCanBeCopied();
 };
 
 void AlertWindowsTest::keysPressButtons_data()
@@ -293,14 +295,42 @@ void AlertWindowsTest::updateWindowsShowAndClose()
 
     BrevokUpdateResultController &result = windows.updateResultController();
     for (const QString &title : {u"One"_s, u"Two"_s}) {
-        result.titleString = title;
-        result.labelString = u"<b>label</b>"_s;
+        result.setTitleString(title);
+        result.setLabelString(u"<b>label</b>"_s);
         result.showWindow();
         QCOMPARE(result.findChild<QLabel *>(u"title"_s)->text(), title);
         QCOMPARE(result.findChild<QLabel *>(u"label"_s)->text(), u"<b>label</b>"_s);
         QTest::keyClick(&result, Qt::Key_Return);
         QVERIFY(!result.isVisible());
     }
+}
+
+// Where no browser comes up; over the window with the link, which gets the focus back.
+void AlertWindowsTest::addressesCanBeCopied()
+{
+    const QTemporaryDir folder;
+    const MainBundle bundle(u"/x"_s, folder.path());
+    SmallWindows windows(bundle);
+    auto &shown = windows.window<WebAddressWindow>();
+    QWidget asking;
+    asking.show();
+    QVERIFY(QTest::qWaitForWindowActive(&asking));
+    const QString address = u"https://example.com/"_s + QString(500, u'a');
+    shown.showAddress(QUrl(address), &asking);
+    QVERIFY(QTest::qWaitForWindowActive(&shown));
+    const auto *text = shown.findChild<QPlainTextEdit *>(u"address"_s);
+    QCOMPARE(text->toPlainText(), address); // without places to break
+    QCOMPARE(text->textCursor().selectedText(), address);
+    shown.findChild<QPushButton *>(u"copy"_s)->click();
+    QCOMPARE(QGuiApplication::clipboard()->text(), address);
+    shown.showAddress(QUrl(u"javascript:x(\u202E)\n<b>"_s), &asking);
+    QCOMPARE(text->toPlainText(), u"javascript:x(%E2%80%AE)%0A%3Cb%3E"_s);
+    shown.showAddress(QUrl(u"http://[bad\u202E"_s), &asking);
+    QVERIFY(text->toPlainText().contains(u"[bad"_s) && isHarmless(text->toPlainText()));
+    QTest::keyClick(&shown, Qt::Key_Escape);
+    QVERIFY(QTest::qWaitForWindowActive(&asking));
+    shown.showAddress(QUrl(address), nullptr); // the window with the link has gone
+    QVERIFY(shown.isVisible());
 }
 
 QTEST_MAIN(AlertWindowsTest)

@@ -103,6 +103,12 @@ private Q_SLOTS:
 
         window->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(window));
+        // An alert gives the focus back.
+        rig.panel->setKeepOpenPanel(true);
+        other.activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&other));
+        rig.panel->setKeepOpenPanel(false);
+        QVERIFY(QTest::qWaitForWindowActive(window));
         const QSignalSpy spy(rig.panel.get(), &PanelSurface::hasActivePanelChanged);
         other.activateWindow();
         QTRY_VERIFY(!rig.panel->hasActivePanel() && window->isFading());
@@ -113,6 +119,27 @@ private Q_SLOTS:
         QTRY_VERIFY(!window->isVisible());
         rig.open();
         QVERIFY(window->isVisible());
+    }
+
+    // As when a screen shrinks, or goes and takes the tray along.
+    void followsItsScreens()
+    {
+        PanelRig rig(true);
+        rig.open();
+        const BrevokPanel *window = rig.panel->window();
+        QScreen *screen = QGuiApplication::primaryScreen();
+        rig.item.frame = QRect(300, 0, 24, 24);
+        Q_EMIT screen->availableGeometryChanged(screen->availableGeometry());
+        QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
+        QVERIFY(qAbs(window->geometry().center().x() - 312) <= 1);
+        rig.hasItem = false;
+        Q_EMIT qGuiApp->screenRemoved(screen);
+        QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
+        press(Qt::Key_Escape);
+        QTRY_VERIFY(!window->isVisible());
+        Q_EMIT screen->geometryChanged(screen->geometry());
+        QCoreApplication::processEvents();
+        QVERIFY(!window->isVisible());
     }
 
     void logsTheSlowOpening()
@@ -189,10 +216,22 @@ private Q_SLOTS:
             rig.panel->signIn();
         };
         QVERIFY(failure->isHidden());
+        const auto *email = rig.child<QLineEdit>("orlecIdField");
+        const int place = email->mapTo(rig.panel->window(), QPoint()).y();
+        const auto formStays = [&] {
+            QCoreApplication::processEvents();
+            return email->mapTo(rig.panel->window(), QPoint()).y() == place;
+        };
         attempt();
+        QVERIFY(rig.child<QWidget>("progressBox")->isVisible() && formStays());
         QTRY_COMPARE(failure->text(), u"Wrong user name or password."_s);
         QVERIFY(failure->isVisible() && rig.rig.presenter.shown.isEmpty());
         QTRY_VERIFY(failure->height() >= failure->heightForWidth(failure->width()));
+        QVERIFY(formStays());
+
+        answer = Response::ok("<html>Welcome</html>");
+        attempt();
+        QTRY_COMPARE(failure->text(), u"Unexpected server response."_s);
 
         answer = Response::ok(R"({"ErrorCode":1,"ErrorMessage":")" + QByteArray(2000, 'x') + R"("})");
         attempt();
@@ -244,6 +283,42 @@ private Q_SLOTS:
         QVERIFY(QDir(rig.rig.scratch.folder.path()).rmdir(u"data/state.sqlite"_s));
         view->findChild<PanelButton *>(u"noticeButton"_s)->click();
         QTRY_VERIFY(view->isHidden());
+    }
+
+    // In the panel, with the cause, until the next attempt or a good list; beside it no second word of it.
+    void saysWhyTheCheckFailed()
+    {
+        for (const bool signedIn : {true, false}) {
+            PanelRig rig(signedIn);
+            fillCatalogue(rig, 1);
+            rig.open();
+            const auto *view = rig.child<NoticeView>("checkView");
+            const auto answer = [&rig](int status, const QByteArray &body) {
+                rig.rig.service.answerList({.status = status, .body = body, .headers = {}, .error = {}});
+            };
+            rig.rig.service.lists.clear();
+            QVERIFY(view->isHidden());
+            rig.panel->checkPlugInUpdates();
+            answer(200, "[]");
+            QVERIFY(view->isHidden());
+            answer(503, {});
+            QTRY_VERIFY(view->isVisible());
+            QCOMPARE(view->findChild<QLabel *>(u"noticeText"_s)->text(),
+                u"Server responded with HTTP code: 503."_s);
+            QTRY_COMPARE(
+                rig.panel->packagesTab()->notice(), signedIn ? NoticeKind::None : NoticeKind::SignedOut);
+            view->findChild<PanelButton *>(u"noticeButton"_s)->click();
+            QVERIFY(view->isHidden());
+            answer(200, "<html>");
+            answer(200, "[]");
+            QTRY_COMPARE(
+                view->findChild<QLabel *>(u"noticeText"_s)->text(), u"Unexpected server response."_s);
+            QVERIFY(view->isVisible());
+            rig.rig.packages.checkForUpdates();
+            answer(200, "[]");
+            QTRY_VERIFY(view->isHidden());
+            QVERIFY(rig.rig.service.lists.isEmpty());
+        }
     }
 
     void saysWhatToDoNext()
@@ -388,6 +463,19 @@ private Q_SLOTS:
             view.render(&shown, {}, {}, QWidget::RenderFlags());
             QCOMPARE(shown.pixelColor(1, 1).alpha(), translucent ? 0 : 255);
             QCOMPARE(shown.pixelColor(100, 50), view.fillColor());
+            if (translucent) {
+                continue;
+            }
+            // The outline is whole: what lies inside is nowhere a neighbour of what lies outside.
+            const QRegion shape = view.shape();
+            for (const QRect &part : shape) {
+                for (const QPoint end :
+                    {part.topLeft(), part.topRight(), part.bottomLeft(), part.bottomRight()}) {
+                    for (const QPoint beside : {QPoint(1, 0), QPoint(-1, 0), QPoint(0, 1), QPoint(0, -1)}) {
+                        QVERIFY(shape.contains(end + beside) || shown.pixelColor(end) != view.fillColor());
+                    }
+                }
+            }
         }
     }
 };

@@ -90,20 +90,32 @@ private Q_SLOTS:
             << QRect(-100, 60, 24, 24) << QRect(-1280, 60, 1280, 1024) << QRect(-100, 84, 24, 24)
             << QRect(-454, 84, 446, 694) << 366 << false;
         QTest::newRow("low screen") << QRect(700, 0, 24, 24) << QRect(0, 0, 1366, 600)
-                                    << QRect(700, 24, 24, 24) << QRect(489, 24, 446, 576) << 223 << false;
-        QTest::newRow("no item") << QRect() << QRect(1440, 0, 800, 600) << QRect(708, 24, 24, 24)
-                                 << QRect(497, 24, 446, 694) << 223 << false;
+                                    << QRect(700, 24, 24, 24) << QRect(489, 24, 446, 568) << 223 << false;
+        QTest::newRow("low screen, bar at the bottom")
+            << QRect(900, 570, 24, 30) << QRect(0, 0, 1024, 600) << QRect(900, 540, 24, 30)
+            << QRect(570, 8, 446, 562) << 342 << true;
+        QTest::newRow("no item") << QRect() << screen << QRect(708, 24, 24, 24) << QRect(497, 24, 446, 694)
+                                 << 223 << false;
     }
     void place()
     {
         QFETCH(const QRect, item);
         QFETCH(const QRect, on);
         const PanelPlace where =
-            panelPlace(item.isEmpty() ? std::nullopt : std::optional(item), on, screen, 24);
+            panelPlace(item.isEmpty() ? std::nullopt : std::optional(item), {on, on}, 24);
         QTEST(where.item, "rect");
         QTEST(where.panel, "panel");
         QTEST(where.upward, "upward");
         QTEST(arrowXFor(where.item, where.panel), "arrowX");
+    }
+
+    // Above the item's bar and at the other end of the screen.
+    void keepsAwayFromBars()
+    {
+        const QRect low(0, 0, 1024, 600);
+        const ScreenRoom room{low, low.adjusted(0, 24, 0, -30)};
+        QCOMPARE(panelPlace(QRect(900, 0, 24, 24), room, 24).panel, QRect(570, 24, 446, 600 - 24 - 30 - 8));
+        QCOMPARE(panelPlace(QRect(900, 570, 24, 30), room, 24).panel, QRect(570, 32, 446, 570 - 32));
     }
 
     void arrowPointsAtTheItem()
@@ -112,7 +124,14 @@ private Q_SLOTS:
         QVERIFY(panelOutline(bounds, 223, false).contains(QPointF(223, 2)));
         QVERIFY(panelOutline(bounds, 223, true).contains(QPointF(223, 692)));
         QVERIFY(!panelOutline(bounds, 223, false).contains(QPointF(300, 2)));
-        QVERIFY(panelOutline(bounds, 5000, false).contains(QPointF(426, 2))); // beside the round corner
+        // As far as the edge, where the corner gives way, for items in the corners of the screen.
+        for (const bool upward : {false, true}) {
+            const double tip = upward ? 692 : 2;
+            QVERIFY(panelOutline(bounds, 441, upward).contains(QPointF(440.5, tip)));
+            QVERIFY(panelOutline(bounds, 5000, upward).contains(QPointF(445.5, tip)));
+            QVERIFY(panelOutline(bounds, -100, upward).contains(QPointF(0.5, tip)));
+            QVERIFY(!panelOutline(bounds, 223, upward).contains(QPointF(0.5, upward ? 684 : 10)));
+        }
         QVERIFY(!panelOutline(QRectF(0, 0, 24, 24), 12, false).isEmpty());
     }
 

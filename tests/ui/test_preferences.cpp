@@ -104,6 +104,15 @@ void PreferencesTest::whatCannotBeStoredIsSaid()
     QVERIFY(box->isChecked()); // it counts all the same
     desk.settings.setProblem({});
     QVERIFY(said->isHidden());
+
+    box = desk.find<QCheckBox>("startAtLogin");
+    desk.access.loginItemProblem = u"no room"_s;
+    QTest::keyClick(box, Qt::Key_Space);
+    QTRY_VERIFY(said->isVisible() && said->text().endsWith(u"no room"_s));
+    QVERIFY(!box->isChecked()); // it has no effect
+    desk.access.loginItemProblem.clear();
+    QTest::keyClick(box, Qt::Key_Space);
+    QTRY_VERIFY(said->isHidden() && box->isChecked());
 }
 
 void PreferencesTest::accountPageFollowsTheSession()

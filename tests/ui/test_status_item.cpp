@@ -285,6 +285,10 @@ private Q_SLOTS:
         Q_EMIT bar.item->clicked({1400, 12});
         QCOMPARE(asked.size(), 1);
         QCOMPARE(asked.first().first().toPoint(), QPoint(1400, 12));
+        Q_EMIT bar.item->clicked({1400, 12}); // the second one of a double click
+        QCOMPARE(asked.size(), 1);
+        Q_EMIT bar.item->clicked({1400, 12});
+        QCOMPARE(asked.size(), 2);
         Q_EMIT bar.item->buttonChanged();
         QCOMPARE(bar.faces.size(), 2);
     }

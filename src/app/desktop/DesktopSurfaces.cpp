@@ -4,18 +4,17 @@
 #include "app/desktop/DesktopSurfaces.h"
 
 #include "platform/SessionBus.h"
+#include "platform/UrlOpener.h"
 #include "ui/desktop/linux/DesktopColors.h"
 #include "ui/panel/BrevokPanelController.h"
 #include "ui/preferences/BrevokPreferencesController.h"
 #include "ui/statusitem/BrevokMenubarController.h"
 #include "ui/statusitem/linux/LinuxStatusBar.h"
 #include "ui/widgets/TemplateImage.h"
-#include "ui/windows/BrevokAboutController.h"
 #include "ui/windows/BrevokBugReporterController.h"
 #include "ui/windows/BrevokSoftwareUpdateController.h"
-#include "ui/windows/BrevokUpdateProgressController.h"
-#include "ui/windows/BrevokUpdateResultController.h"
 #include "ui/windows/SmallWindows.h"
+#include "ui/windows/WebAddressWindow.h"
 #include "updates/BrevokSelfUpdater.h"
 
 #include <QApplication>
@@ -36,6 +35,11 @@ void DesktopSurfaces::attach(const SurfaceContext &context)
     m_with.emplace(context);
     QObject::connect(&context.bus, &SessionBus::returned, &context.updater, [this] { joinBus(); });
     joinBus(); // it may have returned since this object was made
+    QObject::connect(&context.urls, &UrlOpener::failed, &context.updater, [this](const QUrl &url) {
+        if (m_with) {
+            smallWindows().window<WebAddressWindow>().showAddress(url, QApplication::activeWindow());
+        }
+    });
     // The window is made when there is something to show, and comes up by itself from then on.
     QObject::connect(&context.updater, &BrevokSelfUpdater::windowWanted, &context.updater, [this] {
         if (m_with && !m_softwareUpdate) {
@@ -179,7 +183,9 @@ void DesktopSurfaces::showTargetsPreferences()
 
 void DesktopSurfaces::showUpdateProgress()
 {
-    smallWindows().updateProgressController().showWindow();
+    // The panel stays below: what it says of a failed check is to be seen.
+    smallWindows().updateProgressController().showOver(
+        qobject_cast<BrevokPanel *>(QApplication::activeWindow()));
 }
 
 void DesktopSurfaces::hideUpdateProgress()
@@ -193,8 +199,8 @@ void DesktopSurfaces::showUpdateResult(const QString &title, const QString &labe
 {
     hideUpdateProgress();
     BrevokUpdateResultController &result = smallWindows().updateResultController();
-    result.titleString = title;
-    result.labelString = label;
+    result.setTitleString(title);
+    result.setLabelString(label);
     result.showWindow();
 }
 

@@ -10,7 +10,10 @@ namespace brevok {
 /// Hands web addresses to the desktop's own opener.
 class XdgUrlOpener final : public UrlOpener {
 public:
-    bool open(const QUrl &url) override;
+    void open(const QUrl &url) override;
+
+private:
+    void fail(const QUrl &url);
 };
 
 } // namespace brevok

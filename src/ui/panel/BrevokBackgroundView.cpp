@@ -62,7 +62,13 @@ void BrevokBackgroundView::paintEvent(QPaintEvent *)
     QPainter painter(this);
     const QColor border = PanelStyle::mixed(fillColor(), palette().color(QPalette::WindowText), 0.28);
     if (!m_translucent) {
-        painter.fillRect(rect(), border); // shows in the pixels that the shape covers in part
+        // The outline is the pixels of the shape that have a neighbour outside of it, and is whole.
+        const QRegion all = shape();
+        painter.fillRect(rect(), border);
+        painter.setClipRegion(all & all.translated(1, 0) & all.translated(-1, 0) & all.translated(0, 1)
+            & all.translated(0, -1));
+        painter.fillRect(rect(), fillColor());
+        return;
     }
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(border);

@@ -21,8 +21,6 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto orderOutDelay = std::chrono::milliseconds(PanelGeometry::orderOutMilliseconds);
-constexpr auto orderOutCheck = 20ms;
 constexpr auto focusSettles = 200ms; // longer than Qt waits before it tells that the focus is lost
 
 // Elsewhere a window cannot choose its opacity, shape or level, and says so in the log at every try.
@@ -61,8 +59,9 @@ BrevokPanel::BrevokPanel()
     m_animation.setEndValue(1.0);
     connect(&m_animation, &QVariantAnimation::valueChanged, this,
         [this](const QVariant &value) { applyFrame(value.toDouble()); });
-    m_orderOutTimer->setInterval(orderOutCheck);
-    connect(m_orderOutTimer, &QTimer::timeout, this, &BrevokPanel::orderOutWhenDue);
+    m_orderOutTimer->setSingleShot(true);
+    m_orderOutTimer->setInterval(PanelGeometry::orderOutMilliseconds);
+    connect(m_orderOutTimer, &QTimer::timeout, this, &BrevokPanel::orderOut);
     m_focusTimer->setSingleShot(true);
     m_focusTimer->setInterval(focusSettles);
     connect(m_focusTimer, &QTimer::timeout, this, &BrevokPanel::noticeFocus);
@@ -88,11 +87,20 @@ void BrevokPanel::orderFront(const PanelPlace &place, int milliseconds)
     animate(milliseconds, 1);
 }
 
+void BrevokPanel::setPlace(const PanelPlace &place)
+{
+    m_place = place;
+    m_ui->backgroundView->setUpward(place.upward);
+    if (m_animation.state() != QAbstractAnimation::Running) {
+        setGeometry(place.panel);
+        windowDidResize(); // the item may be another where the panel is not
+    }
+}
+
 void BrevokPanel::fadeOut()
 {
     m_opening = false;
     animate(PanelGeometry::closeMilliseconds, 0);
-    m_fadeStart = std::chrono::system_clock::now();
     m_orderOutTimer->start();
 }
 
@@ -101,16 +109,11 @@ bool BrevokPanel::isFading() const
     return m_orderOutTimer->isActive();
 }
 
-// The delay is one of the wall clock, which also goes on while the machine sleeps, and may be set back.
-void BrevokPanel::orderOutWhenDue()
+void BrevokPanel::orderOut()
 {
-    const auto now = std::chrono::system_clock::now();
-    if (now < m_fadeStart || now - m_fadeStart >= orderOutDelay) {
-        m_orderOutTimer->stop();
-        m_animation.stop();
-        hide();
-        Q_EMIT orderedOut();
-    }
+    m_animation.stop();
+    hide();
+    Q_EMIT orderedOut();
 }
 
 // Where the panel opens again before Qt has told that its window lost the focus, the focus that comes back

@@ -8,7 +8,6 @@
 #include <QVariantAnimation>
 #include <QWidget>
 
-#include <chrono>
 #include <memory>
 
 class QTimer;
@@ -35,6 +34,8 @@ public:
     /// Shows the window, transparent and in the item's rectangle, makes it key, and lets it grow to its place
     /// within @p milliseconds. A window that is fading away stays.
     void orderFront(const PanelPlace &place, int milliseconds);
+    /// The window on the screen belongs to another place, as when its screen has changed.
+    void setPlace(const PanelPlace &place);
     /// Fades away and is off the screen 0.2 seconds later.
     void fadeOut();
     /// Whether fadeOut() has not taken the window off the screen yet.
@@ -66,7 +67,7 @@ private:
     void animate(int milliseconds, double toOpacity);
     void applyFrame(double progress);
     void setOpacity(double opacity);
-    void orderOutWhenDue();
+    void orderOut();
     void noticeFocus();
 
     std::unique_ptr<Ui::BrevokPanel> m_ui;
@@ -78,7 +79,6 @@ private:
     double m_endOpacity = 0;
     QTimer *m_orderOutTimer;
     QTimer *m_focusTimer;
-    std::chrono::system_clock::time_point m_fadeStart;
 };
 
 } // namespace brevok

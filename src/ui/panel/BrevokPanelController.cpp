@@ -8,7 +8,6 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
-#include "platform/StorageWatch.h"
 #include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
 #include "surfaces/StatusItemPlace.h"
@@ -50,7 +49,7 @@ BrevokPanelController::BrevokPanelController(Collaborators collaborators, QObjec
         &m_with.session, &BrevokSession::statusChanged, this, &BrevokPanelController::sessionStatusChanged);
     connect(&m_with.session, &BrevokSession::actionFinished, this, &BrevokPanelController::updateAccountTab);
     connect(&m_with.packages, &BrevokPackages::updatesChanged, this, &BrevokPanelController::updateHeader);
-    connect(&m_with.storage, &StorageWatch::changed, this, &BrevokPanelController::updateStorageNotice);
+    connect(&m_screens, &ScreenWatch::changed, this, &BrevokPanelController::followScreens);
 }
 
 BrevokPanelController::~BrevokPanelController() = default;
@@ -66,10 +65,11 @@ void BrevokPanelController::loadWindow()
     m_packagesTab = new PanelPackagesTab(ui,
         {m_with.session, m_with.packages, m_with.targets, m_with.flow, m_with.urls, m_service},
         m_window.get());
+    const auto *notices = new PanelNotices(ui, m_with.storage, m_service, m_window.get());
+    connect(notices, &PanelNotices::checkWanted, this, &BrevokPanelController::checkPlugInUpdates);
     makeOptionsMenu();
     connectWindow();
     updateTexts();
-    updateStorageNotice();
     m_accountTab->chooseInitialTab();
     updateAccountTab();
 }
@@ -88,8 +88,6 @@ void BrevokPanelController::connectWindow()
         showAccountTab();
         m_accountTab->focusFirst();
     });
-    connect(
-        window->ui().storageView, &NoticeView::buttonClicked, this, [this] { m_with.storage.tryAgain(); });
     connect(
         m_packagesTab, &PanelPackagesTab::targetsWanted, this, &BrevokPanelController::showTargetsRequested);
 }
@@ -174,9 +172,10 @@ void BrevokPanelController::setHasActivePanel(bool active)
 PanelPlace BrevokPanelController::place() const
 {
     const StatusItemPlace *item = m_with.statusItem ? m_with.statusItem() : nullptr;
+    const std::optional<QRect> frame = item != nullptr ? item->frameOnScreen() : std::nullopt;
     const QScreen *first = QGuiApplication::primaryScreen();
-    return panelPlace(item != nullptr ? item->frameOnScreen() : std::nullopt, statusScreen()->geometry(),
-        first->geometry(), barThickness(*first));
+    const QScreen *screen = frame ? statusScreen() : first;
+    return panelPlace(frame, {screen->geometry(), screen->availableGeometry()}, barThickness(*first));
 }
 
 QScreen *BrevokPanelController::statusScreen() const
@@ -224,9 +223,24 @@ void BrevokPanelController::closePanel()
 void BrevokPanelController::setKeepOpenPanel(bool keepOpen)
 {
     m_keepOpenPanel = keepOpen;
+    if (keepOpen) {
+        m_hadFocus = m_hadFocus || (m_window && m_window->isActiveWindow());
+        return;
+    }
+    const bool hadFocus = std::exchange(m_hadFocus, false);
     // An alert took the focus of a panel that stayed: from now on it can be closed again.
-    if (!keepOpen && m_window && m_window->isVisible() && !m_window->isFading()) {
+    if (m_window && m_window->isVisible() && !m_window->isFading()) {
         setActive(true);
+        if (hadFocus) {
+            m_window->activateWindow();
+        }
+    }
+}
+
+void BrevokPanelController::followScreens()
+{
+    if (m_window && m_window->isVisible() && !m_window->isFading()) {
+        m_window->setPlace(place());
     }
 }
 
@@ -297,17 +311,6 @@ void BrevokPanelController::updateHeader()
     }
 }
 
-// Above both tabs, since it keeps from neither.
-void BrevokPanelController::updateStorageNotice()
-{
-    if (m_window) {
-        const QString problem = m_with.storage.problem();
-        NoticeView &view = *m_window->ui().storageView;
-        view.setVisible(!problem.isEmpty());
-        view.setNotice(problem.isEmpty() ? NoticeText() : storageNotice(problem), false);
-    }
-}
-
 void BrevokPanelController::updateTexts()
 {
     Ui::BrevokPanel &ui = m_window->ui();
@@ -355,7 +358,6 @@ void BrevokPanelController::showHelpPage()
 
 void BrevokPanelController::checkPlugInUpdates()
 {
-    m_with.plugins.checkForUpdates();
     m_with.packages.checkForUpdates(false);
 }
 

@@ -4,8 +4,10 @@
 #pragma once
 
 #include "surfaces/Surfaces.h"
+#include "ui/desktop/ScreenWatch.h"
 #include "ui/panel/BrevokPanel.h"
 #include "ui/panel/PanelAccountTab.h"
+#include "ui/panel/PanelNotices.h"
 #include "ui/panel/PanelOptionsMenu.h"
 #include "ui/panel/PanelPackagesTab.h"
 #include "ui/panel/ServiceWatch.h"
@@ -99,19 +101,21 @@ private:
     void windowDidResignKey();
     void windowOrderedOut();
     void sessionStatusChanged();
+    void followScreens();
     void updateTexts();
     void updateHeader();
-    void updateStorageNotice();
     void openServicePage(const QString &path);
 
     Collaborators m_with;
     ServiceWatch m_service;
+    ScreenWatch m_screens;
     std::unique_ptr<BrevokPanel> m_window;
     PanelAccountTab *m_accountTab = nullptr;
     PanelPackagesTab *m_packagesTab = nullptr;
     PanelOptionsMenu *m_optionsMenu = nullptr;
     bool m_hasActivePanel = false;
     bool m_keepOpenPanel = false;
+    bool m_hadFocus = false; ///< when the alert came that keeps the panel open
     bool m_closedByFocusLoss = false;
     bool m_signedIn = false;
 };

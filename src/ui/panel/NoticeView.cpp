@@ -3,11 +3,14 @@
 
 #include "ui/panel/NoticeView.h"
 
+#include "foundation/UntrustedText.h"
 #include "ui/widgets/PanelButtons.h"
 #include "ui/widgets/PanelLabels.h"
 #include "ui/widgets/PanelStyle.h"
 #include "ui/widgets/TemplateImage.h"
+#include "ui/widgets/TextFitting.h"
 
+#include <QAccessible>
 #include <QBoxLayout>
 #include <QEvent>
 #include <QLabel>
@@ -46,12 +49,18 @@ NoticeView::~NoticeView() = default;
 
 void NoticeView::setNotice(const NoticeText &notice, bool wholePage)
 {
+    const bool appears = isHidden() && !notice.title.isEmpty();
     m_notice = notice;
+    setVisible(!notice.title.isEmpty());
     if (wholePage != m_wholePage) {
         m_wholePage = wholePage;
         layOut();
     }
     update();
+    if (appears && isVisible()) {
+        QAccessibleEvent raised(this, QAccessible::Alert);
+        QAccessible::updateAccessibility(&raised);
+    }
 }
 
 void NoticeView::layOut()
@@ -90,7 +99,9 @@ void NoticeView::update()
     m_text->setFont(PanelStyle::secondaryFont());
     m_button->setFont(PanelStyle::font(13));
     m_title->setText(m_notice.title);
-    m_text->setText(m_notice.text);
+    constexpr qsizetype mostShown = 300;
+    m_text->setText(breakable(severalLines(m_notice.text, mostShown)));
+    m_text->setToolTip(m_notice.text.size() > mostShown ? plainToolTip(m_notice.text) : QString());
     m_button->setText(m_notice.button);
     m_button->setVisible(!m_notice.button.isEmpty());
     m_button->setProminent(m_wholePage);

@@ -24,7 +24,8 @@ public:
     explicit NoticeView(QWidget *parent = nullptr);
     ~NoticeView() override;
 
-    void setNotice(const NoticeText &notice, bool wholePage);
+    /// Hidden while the notice has no title. Of a very long text the beginning, and the rest in a tool tip.
+    void setNotice(const NoticeText &notice, bool wholePage = false);
 
 Q_SIGNALS:
     void buttonClicked();

@@ -20,6 +20,12 @@ PanelAccountTab::PanelAccountTab(Ui::BrevokPanel &ui, BrevokSession &session, QO
         Qt::ImhHiddenText | Qt::ImhSensitiveData | Qt::ImhNoPredictiveText | Qt::ImhNoAutoUppercase);
     m_ui.orlecIdLabel->setBuddy(m_ui.orlecIdField);
     m_ui.passwordLabel->setBuddy(m_ui.passwordField);
+    const QList<QWidget *> hiding = credentials();
+    for (QWidget *widget : hiding) {
+        QSizePolicy policy = widget->sizePolicy();
+        policy.setRetainSizeWhenHidden(true); // the form stays where it is
+        widget->setSizePolicy(policy);
+    }
     for (QLineEdit *field : {m_ui.orlecIdField, m_ui.passwordField}) {
         connect(field, &QLineEdit::returnPressed, this, [this, field] { returnOnCredentials(field); });
     }
@@ -35,7 +41,9 @@ void PanelAccountTab::updateTexts()
     m_ui.accountTitle->setFont(PanelStyle::headingFont(20));
     m_ui.accountTitle->setText(Texts::tr("Sign in"));
     m_ui.accountText->setFont(PanelStyle::font(13));
-    m_ui.accountText->setText(Texts::tr("Your account brings your Plug-Ins to InDesign and InCopy."));
+    m_ui.accountText->setText(Texts::tr(
+        "Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in "
+        "with your account to begin."));
     m_ui.orlecIdLabel->setText(Texts::tr("&E-mail address"));
     m_ui.passwordLabel->setText(Texts::tr("&Password"));
     m_ui.signInButton->setText(Texts::tr("Sign In"));
@@ -43,11 +51,16 @@ void PanelAccountTab::updateTexts()
     m_ui.orlecIdField->setAccessibleName(Texts::tr("E-mail address"));
     m_ui.passwordField->setAccessibleName(Texts::tr("Password"));
     m_ui.progressIndicator->setAccessibleName(Texts::tr("Contacting the service"));
+    m_ui.progressText->setText(Texts::tr("Contacting the service…"));
+    m_ui.progressText->setFont(PanelStyle::font(13));
     m_ui.signInFailure->setFont(PanelStyle::font(13));
-    for (QWidget *button :
-        {static_cast<QWidget *>(m_ui.signInButton), static_cast<QWidget *>(m_ui.createButton)}) {
-        button->setFont(PanelStyle::font(14));
-    }
+    m_ui.signInButton->setFont(PanelStyle::font(14));
+    m_ui.createButton->setFont(PanelStyle::font(14));
+}
+
+QList<QWidget *> PanelAccountTab::credentials() const
+{
+    return {m_ui.passwordLabel, m_ui.passwordField, m_ui.signInButton, m_ui.createButton};
 }
 
 PanelTab PanelAccountTab::selectedTab() const
@@ -66,11 +79,11 @@ void PanelAccountTab::updateAccountTab(bool panelOpen)
     m_ui.passwordField->setEnabled(state.controlsEnabled);
     m_ui.signInButton->setEnabled(state.controlsEnabled);
     m_ui.createButton->setEnabled(state.controlsEnabled);
-    for (QWidget *widget :
-        {static_cast<QWidget *>(m_ui.passwordLabel), static_cast<QWidget *>(m_ui.passwordField),
-            static_cast<QWidget *>(m_ui.signInButton), static_cast<QWidget *>(m_ui.createButton)}) {
+    const QList<QWidget *> hiding = credentials();
+    for (QWidget *widget : hiding) {
         widget->setVisible(state.controlsVisible);
     }
+    m_ui.signInSteps->setCurrentWidget(state.spinning ? m_ui.progressBox : m_ui.credentialsBox);
     m_ui.signInFailure->setFailure(state.controlsVisible ? m_session.signinFailure() : QString());
     if (state.spinning) {
         m_ui.progressIndicator->startAnimation();

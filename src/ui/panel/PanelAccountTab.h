@@ -48,6 +48,9 @@ Q_SIGNALS:
     void tabShown(PanelTab tab);
 
 private:
+    /// Those that are not there while a request runs.
+    [[nodiscard]] QList<QWidget *> credentials() const;
+
     Ui::BrevokPanel &m_ui;
     BrevokSession &m_session;
 };

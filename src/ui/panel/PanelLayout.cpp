@@ -47,14 +47,13 @@ QRect statusRectWithoutItem(const QRect &firstScreen, int barThickness)
         width, barThickness};
 }
 
-PanelPlace panelPlace(
-    const std::optional<QRect> &itemFrame, const QRect &screen, const QRect &firstScreen, int barThickness)
+PanelPlace panelPlace(const std::optional<QRect> &itemFrame, const ScreenRoom &screen, int barThickness)
 {
     using namespace PanelGeometry;
-    const QRect &on = itemFrame ? screen : firstScreen;
-    QRect item = itemFrame ? statusRectBelow(*itemFrame) : statusRectWithoutItem(firstScreen, barThickness);
-    const int below = endY(on) - item.y();
-    const int above = itemFrame ? itemFrame->y() - on.y() : 0;
+    const QRect &on = screen.whole;
+    QRect item = itemFrame ? statusRectBelow(*itemFrame) : statusRectWithoutItem(on, barThickness);
+    const int below = endY(screen.free) - screenMargin - item.y();
+    const int above = itemFrame ? itemFrame->y() - screen.free.y() - screenMargin : 0;
     const bool upward = below < height && above > below;
     const int room = upward ? above : below;
     const int panelHeight = std::min(height, std::max(room, rowHeight));
@@ -79,20 +78,30 @@ QPainterPath panelOutline(const QRectF &bounds, int arrowX, bool upward)
     const QRectF body = bounds.adjusted(0, upward ? 0 : arrowHeight, 0, upward ? -arrowHeight : 0);
     QPainterPath outline;
     outline.addRoundedRect(body, cornerRadius, cornerRadius);
-    const double nearest = body.left() + cornerRadius + arrowHalfWidth;
-    const double farthest = body.right() - cornerRadius - arrowHalfWidth;
-    if (nearest > farthest) {
-        return outline;
+    if (body.width() < 2 * (cornerRadius + arrowHalfWidth) || body.height() < 2 * cornerRadius) {
+        return outline; // still growing out of the item
     }
-    const double tip = std::clamp(bounds.left() + arrowX, nearest, farthest);
+    const double tip = std::clamp(bounds.left() + arrowX, body.left(), body.right());
+    const double from = std::max(tip - arrowHalfWidth, body.left());
+    const double to = std::min(tip + arrowHalfWidth, body.right());
     // The arrow overlaps the body a little, so that no seam shows between the two.
     const double base = upward ? body.bottom() - 1 : body.top() + 1;
     QPainterPath arrow;
-    arrow.moveTo(tip - arrowHalfWidth, base);
+    arrow.moveTo(from, base);
     arrow.lineTo(tip, upward ? bounds.bottom() : bounds.top());
-    arrow.lineTo(tip + arrowHalfWidth, base);
+    arrow.lineTo(to, base);
     arrow.closeSubpath();
-    return outline.united(arrow);
+    outline = outline.united(arrow);
+    for (const bool left : {true, false}) {
+        const double edge = left ? body.left() : body.right() - cornerRadius;
+        if (left ? from < edge + cornerRadius : to > edge) {
+            QPainterPath corner;
+            corner.addRect(
+                edge, upward ? body.bottom() - cornerRadius : body.top(), cornerRadius, cornerRadius);
+            outline = outline.united(corner);
+        }
+    }
+    return outline;
 }
 
 int openDuration(Qt::KeyboardModifiers modifiers)

@@ -41,18 +41,24 @@ struct PanelPlace {
 /// of @p barThickness.
 [[nodiscard]] QRect statusRectWithoutItem(const QRect &firstScreen, int barThickness);
 
-/// The panel's place for an item at @p itemFrame (nothing when unknown) on @p screen; @p firstScreen and
-/// @p barThickness serve an unknown item. The panel is centred below the item and moved so far that it keeps
-/// its margin to the sides of the screen. It opens upward where there is too little room below and more
-/// above, and is lower than usual only where the screen has no room for it.
+/// A screen, and what bars leave of it.
+struct ScreenRoom {
+    QRect whole;
+    QRect free;
+};
+
+/// The panel's place for an item at @p itemFrame on @p screen; for an unknown one, below a bar of @p
+/// barThickness. The panel is centred below the item and moved so far that it keeps its margin to the sides
+/// of the screen. It opens upward where there is too little room below and more above, and is lower than
+/// usual only where it would come closer than its margin to the end of the screen, or to a bar there.
 [[nodiscard]] PanelPlace panelPlace(
-    const std::optional<QRect> &itemFrame, const QRect &screen, const QRect &firstScreen, int barThickness);
+    const std::optional<QRect> &itemFrame, const ScreenRoom &screen, int barThickness);
 
 /// The middle of the item, seen from the panel's left edge.
 [[nodiscard]] int arrowXFor(const QRect &item, const QRect &panel);
 
-/// The outline of the panel's background in @p bounds, its arrow pointing at @p arrowX as far as the rounded
-/// corners let it.
+/// The outline of the panel's background in @p bounds, its arrow pointing at @p arrowX; a corner that it
+/// needs is not round.
 [[nodiscard]] QPainterPath panelOutline(const QRectF &bounds, int arrowX, bool upward);
 
 /// How long the opening takes. Slow for exactly Shift and for exactly Shift and Option.

@@ -96,15 +96,13 @@ void PanelPackagesTab::updateNotice()
     m_notice = noticeKind({.signedIn = !m_with.session.sessionId().isNull(),
         .networkReachable = m_with.service.networkReachable(),
         .silentSince = m_with.service.silentSince(),
+        .checkFailed = !m_with.service.checkFailure().isEmpty(),
         .hasTargets = !m_with.targets.validTargets().isEmpty(),
         .listed = listed,
         .loading = m_with.service.loading()});
-    m_ui.updatesView->setVisible(m_notice != NoticeKind::None);
     m_ui.brevokView->setVisible(listed);
-    if (m_notice != NoticeKind::None) {
-        m_ui.updatesView->setNotice(
-            noticeText(m_notice, m_with.service.silentSince(), QDateTime::currentDateTime()), !listed);
-    }
+    m_ui.updatesView->setNotice(
+        noticeText(m_notice, m_with.service.silentSince(), QDateTime::currentDateTime()), !listed);
     // Nobody announces that the network is back.
     if (m_onScreen && m_notice == NoticeKind::Offline) {
         m_networkTimer.start();

@@ -43,10 +43,11 @@ NoticeKind noticeKind(const NoticeFacts &facts)
     if (!facts.signedIn) {
         return NoticeKind::SignedOut;
     }
-    if (!facts.networkReachable) {
+    const bool told = facts.checkFailed && facts.listed;
+    if (!facts.networkReachable && !told) {
         return NoticeKind::Offline;
     }
-    if (facts.silentSince.isValid()) {
+    if (facts.silentSince.isValid() && !told) {
         return NoticeKind::ServiceSilent;
     }
     if (!facts.hasTargets) {
@@ -107,6 +108,11 @@ NoticeText storageNotice(const QString &problem)
         Texts::tr("What changes is kept in memory, and stored as soon as that is possible. Reason: %1")
             .arg(breakable(oneLine(problem))),
         Texts::tr("Try Again"), u"Warning"_s};
+}
+
+NoticeText checkNotice(const QString &cause)
+{
+    return {Texts::tr("The check for Plug-In updates failed"), cause, Texts::tr("Try Again"), u"Warning"_s};
 }
 
 QString panelSubtitle(const QString &email, bool signedIn, int updates)

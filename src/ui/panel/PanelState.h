@@ -44,6 +44,7 @@ struct NoticeFacts {
     bool signedIn = false;
     bool networkReachable = true;
     QDateTime silentSince{}; ///< since when the service has failed to answer; invalid while it answers
+    bool checkFailed = false; ///< the user's own, which is told elsewhere in the panel, with the cause
     bool hasTargets = true;
     bool listed = false; ///< there are packages
     bool loading = false; ///< no check of the list has ended yet
@@ -63,6 +64,9 @@ struct NoticeText {
 
 /// Says that nothing can be stored, for the given reason.
 [[nodiscard]] NoticeText storageNotice(const QString &problem);
+
+/// Says that the user's own check failed, for the given reason.
+[[nodiscard]] NoticeText checkNotice(const QString &cause);
 
 /// The line below the program's name: who is signed in, and what waits.
 [[nodiscard]] QString panelSubtitle(const QString &email, bool signedIn, int updates);

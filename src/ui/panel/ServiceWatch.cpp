@@ -21,6 +21,8 @@ ServiceWatch::ServiceWatch(
         m_loading = false;
         finished(ok);
     });
+    connect(&packages, &BrevokPackages::ownCheckFailed, this, &ServiceWatch::setCheckFailure);
+    connect(&packages, &BrevokPackages::updateProgressWanted, this, [this] { setCheckFailure({}); });
 }
 
 ServiceWatch::~ServiceWatch() = default;
@@ -34,9 +36,16 @@ void ServiceWatch::finished(bool ok)
 {
     if (ok) {
         m_silentSince = {};
+        m_checkFailure.clear();
     } else if (!m_silentSince.isValid() && networkReachable()) {
         m_silentSince = QDateTime::currentDateTime();
     }
+    Q_EMIT changed();
+}
+
+void ServiceWatch::setCheckFailure(const QString &cause)
+{
+    m_checkFailure = cause;
     Q_EMIT changed();
 }
 
@@ -49,6 +58,7 @@ void ServiceWatch::tryAgain()
 void ServiceWatch::forget()
 {
     m_silentSince = {};
+    m_checkFailure.clear();
     Q_EMIT changed();
 }
 

@@ -26,6 +26,8 @@ public:
     [[nodiscard]] bool networkReachable() const;
     /// When the first request failed that no good one has followed; invalid while the service answers.
     [[nodiscard]] QDateTime silentSince() const { return m_silentSince; }
+    /// Why the user's own check failed; empty from the next one on, or when a list came.
+    [[nodiscard]] QString checkFailure() const { return m_checkFailure; }
     /// Whether no request of the list of packages has ended yet.
     [[nodiscard]] bool loading() const { return m_loading; }
     /// Asks for both lists again, without the windows of the user's own check.
@@ -38,11 +40,13 @@ Q_SIGNALS:
 
 private:
     void finished(bool ok);
+    void setCheckFailure(const QString &cause);
 
     BrevokPlugins &m_plugins;
     BrevokPackages &m_packages;
     const Connectivity &m_connectivity;
     QDateTime m_silentSince;
+    QString m_checkFailure;
     bool m_loading;
 };
 

@@ -153,8 +153,13 @@ void BrevokPreferencesController::setUpSettings()
     for (const Setting &setting : allSettings()) {
         QCheckBox *box = m_settingBoxes.value(setting.key);
         box->setText(Texts::tr(setting.text));
-        connect(box, &QCheckBox::clicked, this,
-            [&access, &setting](bool on) { access.setSetting(setting, setting.valueFrom(on ? 1 : 0)); });
+        connect(box, &QCheckBox::clicked, this, [this, &setting](bool on) {
+            m_with.access.setSetting(setting, setting.valueFrom(on ? 1 : 0));
+            m_with.access.whenStored(this, [this](const std::optional<BrevokError> &error) {
+                m_notKept = error && m_with.settings.problem().isEmpty() ? error->description : QString();
+                updateSettingsPage();
+            });
+        });
         if (access.isLocked(setting)) {
             box->setEnabled(false);
             box->setToolTip(Texts::tr("Your administrator decides this setting."));
@@ -294,9 +299,11 @@ void BrevokPreferencesController::updateSettingsPage()
     for (const Setting &setting : allSettings()) {
         m_settingBoxes.value(setting.key)->setChecked(m_with.access.setting(setting).toInt() > 0);
     }
-    const QString problem = m_with.settings.problem();
-    const NoticeText notice = storageNotice(problem);
-    m_outlets->settingsProblem->setVisible(!problem.isEmpty());
+    NoticeText notice{Texts::tr("The setting could not be changed"), breakable(m_notKept), {}, {}};
+    if (const QString problem = m_with.settings.problem(); !problem.isEmpty()) {
+        notice = storageNotice(problem);
+    }
+    m_outlets->settingsProblem->setVisible(!notice.text.isEmpty());
     m_outlets->settingsProblem->setText(u"%1\n%2"_s.arg(notice.title, notice.text));
 }
 

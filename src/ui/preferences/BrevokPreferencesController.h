@@ -117,6 +117,7 @@ private:
     Collaborators m_with;
     std::unique_ptr<Ui::BrevokPreferences> m_outlets;
     QHash<QString, QCheckBox *> m_settingBoxes; ///< by the setting's key
+    QString m_notKept; ///< why the choice made last had no effect, as with the login item
     TargetTableModel *m_model = nullptr;
     std::optional<FolderLook> m_look; ///< what the disk said of the folder that was tested last
     int m_check = 0; ///< number of the latest test of a folder; earlier answers do not count

@@ -12,6 +12,7 @@
 #include <QGuiApplication>
 #include <QPainter>
 #include <QPalette>
+#include <QStyleHints>
 
 using namespace Qt::StringLiterals;
 
@@ -33,13 +34,25 @@ BrevokMenubarController::BrevokMenubarController(StatusBar &bar)
     : m_bar(bar)
     , m_statusItem(bar.makeItem(statusitem::initialLength))
 {
-    connect(m_statusItem.get(), &StatusItem::clicked, this, &BrevokMenubarController::togglePanelRequested);
+    connect(m_statusItem.get(), &StatusItem::clicked, this, &BrevokMenubarController::clicked);
     connect(m_statusItem.get(), &StatusItem::buttonChanged, this, &BrevokMenubarController::updateIcon);
     updateIcon();
     connect(this, &BrevokMenubarController::updatesChanged, this, &BrevokMenubarController::updateIcon);
 }
 
 BrevokMenubarController::~BrevokMenubarController() = default;
+
+// Whoever clicks twice out of habit wants the panel, not its opening and closing.
+void BrevokMenubarController::clicked(QPoint where)
+{
+    const int together = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    if (m_sinceClick.isValid() && m_sinceClick.elapsed() < together) {
+        m_sinceClick.invalidate();
+        return;
+    }
+    m_sinceClick.start();
+    Q_EMIT togglePanelRequested(where);
+}
 
 void BrevokMenubarController::setUpdates(int updates)
 {

@@ -5,6 +5,7 @@
 
 #include "surfaces/Surfaces.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QPoint>
 
@@ -42,12 +43,15 @@ public:
 Q_SIGNALS:
     /// At every set.
     void updatesChanged();
-    /// The item was clicked.
+    /// The item was clicked; once for a double click.
     void togglePanelRequested(QPoint where);
 
 private:
+    void clicked(QPoint where);
+
     StatusBar &m_bar;
     std::unique_ptr<StatusItem> m_statusItem;
+    QElapsedTimer m_sinceClick; ///< that counted; invalid when its double click is over
     qint64 m_updates = 0;
     bool m_status = false;
 };

@@ -5,37 +5,30 @@
 
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
-#include "ui/widgets/TextFitting.h"
 #include "ui/windows/ApplicationFacts.h"
-#include "ui_BrevokAbout.h"
+
+#include <QLabel>
 
 namespace brevok {
 
-BrevokAboutController::BrevokAboutController(const MainBundle &bundle, QWidget *parent)
-    : QDialog(parent)
-    , m_outlets(std::make_unique<Ui::BrevokAbout>())
+using namespace Qt::StringLiterals;
+
+BrevokAboutController::BrevokAboutController(const MainBundle &bundle)
+    : SmallWindow(bundle, u"BrevokAbout"_s, {340, 280}, Arrangement::BelowIcon)
 {
-    m_outlets->setupUi(this);
+    setAttribute(Qt::WA_DeleteOnClose);
     const ApplicationFacts facts = applicationFacts(bundle);
     setWindowTitle(Texts::tr("About %1").arg(oneLine(facts.appName)));
-    m_outlets->icon->setPixmap(
-        applicationIcon(bundle).pixmap(m_outlets->icon->minimumSize(), devicePixelRatioF()));
-    QFont large = m_outlets->name->font();
+    QLabel &name = addText(u"name"_s, facts.appName);
+    QFont large = name.font();
     large.setPointSizeF(large.pointSizeF() * 1.5);
     large.setBold(true);
-    m_outlets->name->setFont(large);
-    m_outlets->name->setText(breakable(facts.appName));
-    m_outlets->version->setText(breakable(facts.versionLine()));
-    m_outlets->copyright->setText(breakable(facts.appCopyright));
+    name.setFont(large);
+    addText(u"version"_s, facts.versionLine());
+    addSpace();
+    addText(u"copyright"_s, facts.appCopyright);
 }
 
 BrevokAboutController::~BrevokAboutController() = default;
-
-void BrevokAboutController::showWindow()
-{
-    show();
-    raise();
-    activateWindow();
-}
 
 } // namespace brevok

@@ -3,33 +3,19 @@
 
 #pragma once
 
-#include <QDialog>
-
-#include <memory>
-
-namespace Ui {
-class BrevokAbout;
-}
+#include "ui/windows/SmallWindow.h"
 
 namespace brevok {
 
-class MainBundle;
-
-/// The About window. Outlets: `icon`, `name`, `version`, `copyright`. All facts are read when it is made.
-/// Main thread.
-class BrevokAboutController final : public QDialog {
+/// The About window: `icon`, `name`, `version`, `copyright`. All facts are read when it is made, which is
+/// anew after each closing.
+class BrevokAboutController final : public SmallWindow {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokAboutController)
 
 public:
-    explicit BrevokAboutController(const MainBundle &bundle, QWidget *parent = nullptr);
+    explicit BrevokAboutController(const MainBundle &bundle);
     ~BrevokAboutController() override;
-
-    /// Brings the window to the front.
-    void showWindow();
-
-private:
-    std::unique_ptr<Ui::BrevokAbout> m_outlets;
 };
 
 } // namespace brevok

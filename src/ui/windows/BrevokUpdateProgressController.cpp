@@ -4,37 +4,29 @@
 #include "ui/windows/BrevokUpdateProgressController.h"
 
 #include "foundation/Texts.h"
-#include "ui/windows/ApplicationFacts.h"
-#include "ui_BrevokUpdateProgress.h"
+
+#include <QLabel>
+#include <QProgressBar>
 
 namespace brevok {
 
-BrevokUpdateProgressController::BrevokUpdateProgressController(const MainBundle &bundle, QWidget *parent)
-    : QDialog(parent)
-    , m_outlets(std::make_unique<Ui::BrevokUpdateProgress>())
+using namespace Qt::StringLiterals;
+
+BrevokUpdateProgressController::BrevokUpdateProgressController(const MainBundle &bundle)
+    : SmallWindow(bundle, u"BrevokUpdateProgress"_s, {420, 150})
 {
-    m_outlets->setupUi(this);
     setWindowTitle(Texts::tr("Checking for Updates"));
-    m_outlets->icon->setPixmap(
-        applicationIcon(bundle).pixmap(m_outlets->icon->minimumSize(), devicePixelRatioF()));
-    m_outlets->label->setText(Texts::tr("Checking for updates…"));
-    m_outlets->indicator->setAccessibleName(m_outlets->label->text());
-    m_outlets->cancel->setText(Texts::tr("Cancel"));
-    connect(m_outlets->cancel, &QPushButton::clicked, this, &BrevokUpdateProgressController::cancel);
+    const QLabel &label = addText(u"label"_s, Texts::tr("Checking for updates…"));
+    auto *indicator = new QProgressBar(this);
+    indicator->setObjectName(u"indicator"_s);
+    indicator->setRange(0, 0);
+    indicator->setTextVisible(false);
+    indicator->setAccessibleName(label.text());
+    add(*indicator);
+    addSpace();
+    addClosingButton(u"cancel"_s, Texts::tr("Cancel"));
 }
 
 BrevokUpdateProgressController::~BrevokUpdateProgressController() = default;
-
-void BrevokUpdateProgressController::showWindow()
-{
-    show();
-    raise();
-    activateWindow();
-}
-
-void BrevokUpdateProgressController::cancel()
-{
-    close();
-}
 
 } // namespace brevok

@@ -3,34 +3,19 @@
 
 #pragma once
 
-#include <QDialog>
-
-#include <memory>
-
-namespace Ui {
-class BrevokUpdateProgress;
-}
+#include "ui/windows/SmallWindow.h"
 
 namespace brevok {
 
-class MainBundle;
-
-/// The window of a check for updates that the user asked for. Outlets: `icon`, `indicator`. Main thread.
-class BrevokUpdateProgressController final : public QDialog {
+/// The window of a check for updates that the user asked for: `icon`, `indicator`. The check's end closes it;
+/// its button closes it, too, and the check goes on.
+class BrevokUpdateProgressController final : public SmallWindow {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokUpdateProgressController)
 
 public:
-    explicit BrevokUpdateProgressController(const MainBundle &bundle, QWidget *parent = nullptr);
+    explicit BrevokUpdateProgressController(const MainBundle &bundle);
     ~BrevokUpdateProgressController() override;
-
-    /// Brings the window to the front; the check's end closes it with close().
-    void showWindow();
-    /// Closes the window; the check goes on.
-    void cancel();
-
-private:
-    std::unique_ptr<Ui::BrevokUpdateProgress> m_outlets;
 };
 
 } // namespace brevok

@@ -6,40 +6,37 @@
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
 #include "ui/widgets/TextFitting.h"
-#include "ui/windows/ApplicationFacts.h"
-#include "ui_BrevokUpdateResult.h"
+
+#include <QLabel>
+#include <QPushButton>
 
 namespace brevok {
 
-BrevokUpdateResultController::BrevokUpdateResultController(const MainBundle &bundle, QWidget *parent)
-    : QDialog(parent)
-    , m_outlets(std::make_unique<Ui::BrevokUpdateResult>())
+using namespace Qt::StringLiterals;
+
+BrevokUpdateResultController::BrevokUpdateResultController(const MainBundle &bundle)
+    : SmallWindow(bundle, u"BrevokUpdateResult"_s, {420, 160})
+    , m_title(addText(u"title"_s))
+    , m_label(addText(u"label"_s))
 {
-    m_outlets->setupUi(this);
-    m_outlets->icon->setPixmap(
-        applicationIcon(bundle).pixmap(m_outlets->icon->minimumSize(), devicePixelRatioF()));
-    QFont bold = m_outlets->title->font();
+    QFont bold = m_title.font();
     bold.setBold(true);
-    m_outlets->title->setFont(bold);
-    m_outlets->ok->setText(Texts::tr("OK"));
-    connect(m_outlets->ok, &QPushButton::clicked, this, &BrevokUpdateResultController::ok);
+    m_title.setFont(bold);
+    addSpace();
+    addClosingButton(u"ok"_s, Texts::tr("OK")).setDefault(true);
 }
 
 BrevokUpdateResultController::~BrevokUpdateResultController() = default;
 
-void BrevokUpdateResultController::showWindow()
+void BrevokUpdateResultController::setTitleString(const QString &title)
 {
-    setWindowTitle(oneLine(titleString));
-    m_outlets->title->setText(breakable(titleString));
-    m_outlets->label->setText(breakable(labelString));
-    show();
-    raise();
-    activateWindow();
+    setWindowTitle(oneLine(title));
+    m_title.setText(breakable(title));
 }
 
-void BrevokUpdateResultController::ok()
+void BrevokUpdateResultController::setLabelString(const QString &label)
 {
-    close();
+    m_label.setText(breakable(label));
 }
 
 } // namespace brevok

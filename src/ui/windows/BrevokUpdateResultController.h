@@ -3,38 +3,26 @@
 
 #pragma once
 
-#include <QDialog>
-
-#include <memory>
-
-namespace Ui {
-class BrevokUpdateResult;
-}
+#include "ui/windows/SmallWindow.h"
 
 namespace brevok {
 
-class MainBundle;
-
-/// Tells what a check for updates found. Outlets: `icon`, `title`, `label`. Main thread.
-class BrevokUpdateResultController final : public QDialog {
+/// Tells what a check for updates found: `icon`, `title`, `label`.
+class BrevokUpdateResultController final : public SmallWindow {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokUpdateResultController)
 
 public:
-    explicit BrevokUpdateResultController(const MainBundle &bundle, QWidget *parent = nullptr);
+    explicit BrevokUpdateResultController(const MainBundle &bundle);
     ~BrevokUpdateResultController() override;
 
-    /// The texts, localised; set before showWindow().
-    QString titleString;
-    QString labelString;
-
-    /// Shows the two texts and brings the window to the front.
-    void showWindow();
-    /// Closes the window.
-    void ok();
+    /// The texts to show, localised.
+    void setTitleString(const QString &title);
+    void setLabelString(const QString &label);
 
 private:
-    std::unique_ptr<Ui::BrevokUpdateResult> m_outlets;
+    QLabel &m_title;
+    QLabel &m_label;
 };
 
 } // namespace brevok

@@ -3,37 +3,60 @@
 
 #pragma once
 
-#include <memory>
+#include "ui/windows/BrevokAboutController.h"
+#include "ui/windows/BrevokUpdateProgressController.h"
+#include "ui/windows/BrevokUpdateResultController.h"
+
+#include <QHash>
+#include <QPointer>
 
 namespace brevok {
 
-class BrevokAboutController;
-class BrevokUpdateProgressController;
-class BrevokUpdateResultController;
-class MainBundle;
-
-/// The About window and the two windows of a check for updates, one of each, made when first asked for.
-/// Main thread; goes before the application object.
+/// The small windows, one of each class, made when first asked for. Main thread; goes before the application
+/// object.
 class SmallWindows final {
 public:
     /// @p bundle outlives this object.
-    explicit SmallWindows(const MainBundle &bundle);
-    ~SmallWindows();
-    SmallWindows(const SmallWindows &) = delete;
-    SmallWindows(SmallWindows &&) = delete;
-    SmallWindows &operator=(const SmallWindows &) = delete;
-    SmallWindows &operator=(SmallWindows &&) = delete;
+    explicit SmallWindows(const MainBundle &bundle)
+        : m_bundle(bundle)
+    {
+    }
+    ~SmallWindows()
+    {
+        for (const QPointer<SmallWindow> &window : std::as_const(m_windows)) {
+            delete window;
+        }
+    }
+    Q_DISABLE_COPY_MOVE(SmallWindows)
 
-    /// Released when its window closes: the next call makes a fresh one.
-    [[nodiscard]] BrevokAboutController &aboutController();
-    [[nodiscard]] BrevokUpdateProgressController &updateProgressController();
-    [[nodiscard]] BrevokUpdateResultController &updateResultController();
+    /// One that is deleted when it closes is made anew after that.
+    template <typename Window> [[nodiscard]] Window &window()
+    {
+        QPointer<SmallWindow> &kept = m_windows[&Window::staticMetaObject];
+        if (!kept) {
+            kept = new Window(m_bundle);
+            QObject::connect(kept, &QDialog::finished, kept, [this] {
+                if (QPointer<SmallWindow> &closed = m_windows[&Window::staticMetaObject];
+                    closed->testAttribute(Qt::WA_DeleteOnClose)) {
+                    closed.clear();
+                }
+            });
+        }
+        return *qobject_cast<Window *>(kept);
+    }
+    [[nodiscard]] BrevokAboutController &aboutController() { return window<BrevokAboutController>(); }
+    [[nodiscard]] BrevokUpdateProgressController &updateProgressController()
+    {
+        return window<BrevokUpdateProgressController>();
+    }
+    [[nodiscard]] BrevokUpdateResultController &updateResultController()
+    {
+        return window<BrevokUpdateResultController>();
+    }
 
 private:
     const MainBundle &m_bundle;
-    std::unique_ptr<BrevokAboutController> m_about;
-    std::unique_ptr<BrevokUpdateProgressController> m_progress;
-    std::unique_ptr<BrevokUpdateResultController> m_result;
+    QHash<const QMetaObject *, QPointer<SmallWindow>> m_windows;
 };
 
 } // namespace brevok

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QDialog>
+
+class QBoxLayout;
+class QLabel;
+class QPushButton;
+
+namespace brevok {
+
+class MainBundle;
+
+/// What all small windows are: the application's icon, texts, and buttons below them. One of them is a class
+/// derived from this, whose constructor says what stands in it. Main thread.
+class SmallWindow : public QDialog {
+    Q_OBJECT
+    Q_DISABLE_COPY_MOVE(SmallWindow)
+
+public:
+    ~SmallWindow() override;
+
+    /// Brings the window to the front.
+    void showWindow();
+    /// The same, as a sheet of @p window (null: of none), which gets the focus back.
+    void showOver(QWidget *window);
+
+protected:
+    enum class Arrangement { BesideIcon, BelowIcon };
+
+    /// @p name is that of the window and, in its test, of what belongs to it.
+    SmallWindow(const MainBundle &bundle, const QString &name, QSize size,
+        Arrangement arrangement = Arrangement::BesideIcon);
+
+    /// Below what was added before; shown as plain text.
+    QLabel &addText(const QString &name, const QString &text = {});
+    void add(QWidget &widget);
+    /// What follows stands at the bottom.
+    void addSpace();
+    QPushButton &addButton(const QString &name, const QString &title);
+    /// The same, and closes the window.
+    QPushButton &addClosingButton(const QString &name, const QString &title);
+
+private:
+    QBoxLayout *m_column;
+    QBoxLayout *m_buttons;
+    bool m_centred;
+};
+
+} // namespace brevok

@@ -107,6 +107,8 @@ void AlertWindowsTest::keysPressButtons_data()
     QTest::newRow("disabled") << Buttons{{u"Finish Actions"_s, false}, {u"Cancel"_s}} << -1000 << 1001;
     QTest::newRow("Return on the second")
         << Buttons{{u"Quit"_s}, {u"Cancel"_s, true, AlertKey::Return}} << 1001 << -1000;
+    QTest::newRow("Return and Escape cancel")
+        << Buttons{{u"Remove"_s}, {u"Cancel"_s, true, AlertKey::ReturnAndEscape}} << 1001 << 1001;
 }
 
 void AlertWindowsTest::keysPressButtons()

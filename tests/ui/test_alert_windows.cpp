@@ -11,8 +11,10 @@
 #include "ui/windows/BrevokUpdateResultController.h"
 #include "ui/windows/SmallWindows.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
@@ -83,6 +85,7 @@ private Q_SLOTS:
     void keysPressButtons_data();
     void keysPressButtons();
     void contentIsShownAsItIs();
+    void copiesAreWhole();
     void accessoryComesBack();
     void endOfTheProgramAnswers();
     void sheetsBlockTheirWindowOnly();
@@ -153,6 +156,22 @@ void AlertWindowsTest::contentIsShownAsItIs()
         QTest::mouseClick(button(dialog, u"Cancel"_s), Qt::LeftButton);
     });
     QCOMPARE(presenter.runModal(content), alertSecondButton);
+}
+
+// A long address is broken to fit, and comes whole to whoever copies or hears it.
+void AlertWindowsTest::copiesAreWhole()
+{
+    const QString address = u"https://service.example/"_s + QString(100, u'a');
+    AlertDialog dialog(
+        {.messageText = address, .informativeText = {}, .icon = {}, .buttons = {}, .accessory = {}});
+    dialog.show();
+    auto *label = dialog.findChild<QLabel *>(u"messageText"_s);
+    QVERIFY(label->width() < 700);
+    QCOMPARE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), address);
+    label->setSelection(0, static_cast<int>(label->text().size()));
+    label->setFocus();
+    QTest::keyClick(label, Qt::Key_C, Qt::ControlModifier);
+    QTRY_COMPARE(QGuiApplication::clipboard()->text(), address);
 }
 
 void AlertWindowsTest::accessoryComesBack()

@@ -46,7 +46,7 @@ QLabel *makeText(const QString &text, const QString &name, QWidget *parent)
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setText(breakable(text));
+    setBreakableText(*label, text);
     return label;
 }
 

@@ -7,6 +7,7 @@
 #include "ui/widgets/PanelLabels.h"
 #include "ui/widgets/PanelStyle.h"
 #include "ui/widgets/TemplateImage.h"
+#include "ui/widgets/TextFitting.h"
 
 #include <QBoxLayout>
 #include <QEvent>
@@ -63,9 +64,9 @@ void NoticeView::layOut()
     texts->setSpacing(m_wholePage ? 6 : 1);
     texts->addWidget(m_title);
     texts->addWidget(m_text);
-    box->setSpacing(m_wholePage ? 14 : 12);
-    const int margin = m_wholePage ? 40 : 16;
-    box->setContentsMargins(margin, m_wholePage ? 0 : 10, m_wholePage ? margin : 12, m_wholePage ? 48 : 10);
+    // A strip has the columns of the rows below it.
+    box->setSpacing(m_wholePage ? 14 : 16);
+    box->setContentsMargins(m_wholePage ? QMargins(40, 0, 40, 48) : QMargins(19, 10, 11, 10));
     if (m_wholePage) {
         box->addStretch();
     }
@@ -90,7 +91,7 @@ void NoticeView::update()
     m_text->setFont(PanelStyle::secondaryFont());
     m_button->setFont(PanelStyle::font(13));
     m_title->setText(m_notice.title);
-    m_text->setText(m_notice.text);
+    setBreakableText(*m_text, m_notice.text);
     m_button->setText(m_notice.button);
     m_button->setVisible(!m_notice.button.isEmpty());
     m_button->setProminent(m_wholePage);

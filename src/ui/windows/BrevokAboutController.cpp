@@ -24,9 +24,9 @@ BrevokAboutController::BrevokAboutController(const MainBundle &bundle, QWidget *
     large.setPointSizeF(large.pointSizeF() * 1.5);
     large.setBold(true);
     m_outlets->name->setFont(large);
-    m_outlets->name->setText(breakable(facts.appName));
-    m_outlets->version->setText(breakable(facts.versionLine()));
-    m_outlets->copyright->setText(breakable(facts.appCopyright));
+    setBreakableText(*m_outlets->name, facts.appName);
+    setBreakableText(*m_outlets->version, facts.versionLine());
+    setBreakableText(*m_outlets->copyright, facts.appCopyright);
 }
 
 BrevokAboutController::~BrevokAboutController() = default;

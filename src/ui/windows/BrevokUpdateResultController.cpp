@@ -30,8 +30,8 @@ BrevokUpdateResultController::~BrevokUpdateResultController() = default;
 void BrevokUpdateResultController::showWindow()
 {
     setWindowTitle(oneLine(titleString));
-    m_outlets->title->setText(breakable(titleString));
-    m_outlets->label->setText(breakable(labelString));
+    setBreakableText(*m_outlets->title, titleString);
+    setBreakableText(*m_outlets->label, labelString);
     show();
     raise();
     activateWindow();

@@ -276,6 +276,9 @@ private Q_SLOTS:
         auto *field = rig.child<QLineEdit>("searchField");
         const PackageList &list = rig.panel->packagesTab()->list();
         QTRY_VERIFY(field->isVisible());
+        press(Qt::Key_Home);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_F, Qt::ControlModifier);
+        QCOMPARE(QApplication::focusWidget(), field);
         rig.panel->window()->setFocus();
         QTest::keyClicks(rig.panel->window(), u"groSS"_s);
         QCOMPARE(QApplication::focusWidget(), field);

@@ -19,7 +19,6 @@
 #include <QApplication>
 #include <QPixmapCache>
 #include <QScreen>
-#include <QShortcut>
 
 #include <algorithm>
 
@@ -88,9 +87,7 @@ void BrevokPanelController::connectWindow()
     connect(window, &BrevokPanel::orderedOut, this, &BrevokPanelController::windowOrderedOut);
     connect(window, &BrevokPanel::moveDown, m_packagesTab, &PanelPackagesTab::focusFirst);
     connect(window, &BrevokPanel::typed, m_packagesTab, &PanelPackagesTab::typed);
-    connect(new QShortcut(QKeySequence::Find, window), &QShortcut::activated, m_packagesTab,
-        &PanelPackagesTab::focusSearch);
-    connect(m_packagesTab, &PanelPackagesTab::progressChanged, this, &BrevokPanelController::updateHeader);
+    connect(m_packagesTab, &PanelPackagesTab::subtitleChanged, this, &BrevokPanelController::updateHeader);
     connect(window, &BrevokPanel::styleChanged, this, &BrevokPanelController::updateTexts);
     connect(m_accountTab, &PanelAccountTab::createAccountWanted, this, &BrevokPanelController::createAccount);
     connect(m_packagesTab, &PanelPackagesTab::signInWanted, this, [this] {
@@ -302,10 +299,7 @@ void BrevokPanelController::showPackagesTab()
 void BrevokPanelController::updateHeader()
 {
     if (m_window) {
-        const QString progress = m_packagesTab->progressText();
-        m_window->ui().subtitleLabel->setText(!progress.isEmpty()
-                ? progress
-                : panelSubtitle(m_with.session.orlecId(), m_signedIn, m_with.packages.updates()));
+        m_window->ui().subtitleLabel->setText(m_packagesTab->subtitle());
     }
 }
 

@@ -13,6 +13,8 @@
 #include "ui/widgets/PanelStyle.h"
 #include "ui_BrevokPanel.h"
 
+#include <QShortcut>
+
 namespace brevok {
 
 namespace {
@@ -63,8 +65,10 @@ void PanelPackagesTab::connectSources()
     connect(&m_with.targets, &BrevokTargetApps::targetsChanged, this, &PanelPackagesTab::changed);
     connect(&m_with.service, &ServiceWatch::changed, this, &PanelPackagesTab::changed);
     connect(m_ui.updatesView, &NoticeView::buttonClicked, this, &PanelPackagesTab::noticeButtonClicked);
+    auto *find = new QShortcut(QKeySequence::Find, m_ui.packagesTab);
+    connect(find, &QShortcut::activated, this, &PanelPackagesTab::focusSearch);
     connect(m_ui.searchField, &QLineEdit::textChanged, this, &PanelPackagesTab::search);
-    connect(&m_updateAll, &PanelUpdateAll::progressChanged, this, &PanelPackagesTab::progressChanged);
+    connect(&m_updateAll, &PanelUpdateAll::progressChanged, this, &PanelPackagesTab::subtitleChanged);
 }
 
 PanelPackagesTab::~PanelPackagesTab() = default;
@@ -138,6 +142,14 @@ bool PanelPackagesTab::clearSearch()
     const bool searched = !m_ui.searchField->text().isEmpty();
     m_ui.searchField->clear();
     return searched;
+}
+
+QString PanelPackagesTab::subtitle() const
+{
+    const QString progress = m_updateAll.progressText();
+    return !progress.isEmpty()
+        ? progress
+        : panelSubtitle(m_with.session.orlecId(), signedIn(), m_with.packages.updates());
 }
 
 bool PanelPackagesTab::signedIn() const

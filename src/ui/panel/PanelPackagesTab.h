@@ -55,8 +55,6 @@ public:
     void reloadIcons();
     void updateFonts();
     void focusFirst() { m_list.focusFirst(); }
-    /// Puts the focus into the search field; nothing while there is none.
-    void focusSearch();
     /// Letters came while no control had the focus.
     void typed(const QString &letters);
     /// Ends a search. Whether there was one.
@@ -66,19 +64,20 @@ public:
 
     [[nodiscard]] PackageList &list() { return m_list; }
     [[nodiscard]] NoticeKind notice() const { return m_notice; }
-    /// How far the update of all is, for the header; empty while there is none.
-    [[nodiscard]] QString progressText() const { return m_updateAll.progressText(); }
+    /// The line below the program's name: who is signed in and what waits, or how far the update of all is.
+    [[nodiscard]] QString subtitle() const;
 
 Q_SIGNALS:
     void signInWanted();
     void targetsWanted();
-    /// Another progressText().
-    void progressChanged();
+    /// The update of all went on: another subtitle().
+    void subtitleChanged();
 
 private:
     void connectSources();
     void changed();
     void search();
+    void focusSearch();
     [[nodiscard]] bool signedIn() const;
     void noticeButtonClicked();
 

@@ -226,7 +226,7 @@ void ElidedLabel::paintEvent(QPaintEvent *)
     const auto draw = [&](const QString &text, int advance, int before, int y) {
         painter.drawText(mirrored ? width() - before - advance : before, y, text);
     };
-    painter.setLayoutDirection(Qt::LeftToRight); // of the line; a text keeps its own direction
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each text has its own, and its sign at its end
     painter.setPen(m_failing ? PanelStyle::failureText(palette())
             : m_secondary    ? secondary
                              : palette().color(QPalette::WindowText));

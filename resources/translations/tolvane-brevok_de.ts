@@ -1385,5 +1385,57 @@ Bitte melden Sie sich erneut an.</translation>
         <source>The setting could not be changed</source>
         <translation>Die Einstellung konnte nicht geändert werden</translation>
     </message>
+    <message>
+        <source>not installed</source>
+        <translation>nicht installiert</translation>
+    </message>
+    <message>
+        <source>update available</source>
+        <translation>Update verfügbar</translation>
+    </message>
+    <message>
+        <source>up to date</source>
+        <translation>aktuell</translation>
+    </message>
+    <message>
+        <source>Remove %1?</source>
+        <translation>%1 entfernen?</translation>
+    </message>
+    <message>
+        <source>It is removed from all your applications.</source>
+        <translation>Es wird aus allen Ihren Programmen entfernt.</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Anhalten</translation>
+    </message>
+    <message>
+        <source>Update All</source>
+        <translation>Alle aktualisieren</translation>
+    </message>
+    <message>
+        <source>Stop after the current Plug-In</source>
+        <translation>Nach dem aktuellen Plug-In anhalten</translation>
+    </message>
+    <message>
+        <source>Stopping after the current Plug-In…</source>
+        <translation>Wird nach dem aktuellen Plug-In angehalten …</translation>
+    </message>
+    <message>
+        <source>Updating %1 of %2…</source>
+        <translation>%1 von %2 wird aktualisiert …</translation>
+    </message>
+    <message>
+        <source>Search Plug-Ins</source>
+        <translation>Plug-Ins suchen</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>No Plug-In has such a name.</source>
+        <translation>Kein Plug-In heißt so.</translation>
+    </message>
 </context>
 </TS>

@@ -1385,5 +1385,57 @@ Vuelva a iniciar sesión.</translation>
         <source>The setting could not be changed</source>
         <translation>No se pudo cambiar el ajuste</translation>
     </message>
+    <message>
+        <source>not installed</source>
+        <translation>no instalado</translation>
+    </message>
+    <message>
+        <source>update available</source>
+        <translation>actualización disponible</translation>
+    </message>
+    <message>
+        <source>up to date</source>
+        <translation>al día</translation>
+    </message>
+    <message>
+        <source>Remove %1?</source>
+        <translation>¿Eliminar %1?</translation>
+    </message>
+    <message>
+        <source>It is removed from all your applications.</source>
+        <translation>Se eliminará de todas sus aplicaciones.</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Detener</translation>
+    </message>
+    <message>
+        <source>Update All</source>
+        <translation>Actualizar todo</translation>
+    </message>
+    <message>
+        <source>Stop after the current Plug-In</source>
+        <translation>Detener después del plug-in actual</translation>
+    </message>
+    <message>
+        <source>Stopping after the current Plug-In…</source>
+        <translation>Se detendrá después del plug-in actual…</translation>
+    </message>
+    <message>
+        <source>Updating %1 of %2…</source>
+        <translation>Actualizando %1 de %2…</translation>
+    </message>
+    <message>
+        <source>Search Plug-Ins</source>
+        <translation>Buscar plug-ins</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Buscar</translation>
+    </message>
+    <message>
+        <source>No Plug-In has such a name.</source>
+        <translation>Ningún plug-in se llama así.</translation>
+    </message>
 </context>
 </TS>

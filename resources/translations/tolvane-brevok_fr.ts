@@ -1385,5 +1385,57 @@ Veuillez vous reconnecter.</translation>
         <source>The setting could not be changed</source>
         <translation>Impossible de modifier le réglage</translation>
     </message>
+    <message>
+        <source>not installed</source>
+        <translation>non installé</translation>
+    </message>
+    <message>
+        <source>update available</source>
+        <translation>mise à jour disponible</translation>
+    </message>
+    <message>
+        <source>up to date</source>
+        <translation>à jour</translation>
+    </message>
+    <message>
+        <source>Remove %1?</source>
+        <translation>Supprimer %1 ?</translation>
+    </message>
+    <message>
+        <source>It is removed from all your applications.</source>
+        <translation>Il sera supprimé de toutes vos applications.</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Arrêter</translation>
+    </message>
+    <message>
+        <source>Update All</source>
+        <translation>Tout mettre à jour</translation>
+    </message>
+    <message>
+        <source>Stop after the current Plug-In</source>
+        <translation>Arrêter après le plug-in en cours</translation>
+    </message>
+    <message>
+        <source>Stopping after the current Plug-In…</source>
+        <translation>Arrêt après le plug-in en cours…</translation>
+    </message>
+    <message>
+        <source>Updating %1 of %2…</source>
+        <translation>Mise à jour : %1 sur %2…</translation>
+    </message>
+    <message>
+        <source>Search Plug-Ins</source>
+        <translation>Rechercher des plug-ins</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>No Plug-In has such a name.</source>
+        <translation>Aucun plug-in ne porte ce nom.</translation>
+    </message>
 </context>
 </TS>

@@ -1385,5 +1385,57 @@ Please try to sign-in again.</source>
         <source>The setting could not be changed</source>
         <translation>設定を変更できませんでした</translation>
     </message>
+    <message>
+        <source>not installed</source>
+        <translation>未インストール</translation>
+    </message>
+    <message>
+        <source>update available</source>
+        <translation>アップデートあり</translation>
+    </message>
+    <message>
+        <source>up to date</source>
+        <translation>最新</translation>
+    </message>
+    <message>
+        <source>Remove %1?</source>
+        <translation>%1 を削除しますか？</translation>
+    </message>
+    <message>
+        <source>It is removed from all your applications.</source>
+        <translation>お使いのすべてのアプリケーションから削除されます。</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>停止</translation>
+    </message>
+    <message>
+        <source>Update All</source>
+        <translation>すべてアップデート</translation>
+    </message>
+    <message>
+        <source>Stop after the current Plug-In</source>
+        <translation>現在のプラグインの後で停止</translation>
+    </message>
+    <message>
+        <source>Stopping after the current Plug-In…</source>
+        <translation>現在のプラグインの後で停止します…</translation>
+    </message>
+    <message>
+        <source>Updating %1 of %2…</source>
+        <translation>%2 件中 %1 件目をアップデート中…</translation>
+    </message>
+    <message>
+        <source>Search Plug-Ins</source>
+        <translation>プラグインを検索</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>検索</translation>
+    </message>
+    <message>
+        <source>No Plug-In has such a name.</source>
+        <translation>その名前のプラグインはありません。</translation>
+    </message>
 </context>
 </TS>

@@ -16,7 +16,7 @@ enum class AlertStyle { Warning = 0, Informational = 1, Critical = 2 };
 
 /// The key that presses a button, beside the usual ones (Return presses the first, Escape a button named
 /// "Cancel").
-enum class AlertKey { Usual, Return, Escape };
+enum class AlertKey { Usual, Return, Escape, ReturnAndEscape };
 
 struct AlertButton {
     QString title;

@@ -133,7 +133,7 @@ bool isSupportPlugin(const QString &name)
 
 bool isSupportPackage(const QString &prefix)
 {
-    return prefix == "KM#xR57"_L1 || prefix == "0xr5700"_L1;
+    return prefix == SpecialPrefix::support || prefix == SpecialPrefix::oldSupport;
 }
 
 PackageStatus combinedStatus(

@@ -11,6 +11,13 @@
 
 namespace brevok {
 
+/// Prefixes of packages that have rules of their own.
+namespace SpecialPrefix {
+inline constexpr QLatin1StringView priority("0xr5000"); ///< at the top of the panel's list
+inline constexpr QLatin1StringView support("0xr5700"); ///< the companion, never removed by itself
+inline constexpr QLatin1StringView oldSupport("KM#xR57"); ///< the companion under its other prefix
+} // namespace SpecialPrefix
+
 /// What a package's plug-ins are in all valid targets together. The numbers are kept by other programs'
 /// reports.
 enum class PackageStatus : unsigned {
@@ -66,7 +73,7 @@ struct BundleFacts {
 /// Whether a plug-in called @p name belongs to what the maker's packages share.
 [[nodiscard]] bool isSupportPlugin(const QString &name);
 
-/// Whether @p prefix is that of a package made of nothing but shared plug-ins.
+/// Whether @p prefix is that of the companion, which is made of nothing but shared plug-ins.
 [[nodiscard]] bool isSupportPackage(const QString &prefix);
 
 /// The status of a package with @p prefix after one more result: @p result of a plug-in, which may be a

@@ -5,6 +5,7 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "control/StatusDocument.h"
+#include "install/UpdateRun.h"
 
 #include <QJsonDocument>
 
@@ -121,19 +122,11 @@ void PackageCalls::updateAll(const ControlCall &call)
     if (refusedBeforeAnswer(call)) {
         return;
     }
-    QStringList prefixes;
-    const QList<Record> packages = m_packages.packageRecords();
-    for (const Record &package : packages) {
-        if (m_packages.waits(package)) {
-            prefixes.append(package[PackageKeys::prefix].toString());
-        }
-    }
-    prefixes.removeDuplicates();
-    if (prefixes.isEmpty()) {
-        call.answer(QVariantList{QStringList()} + documentOf({}));
-    } else {
-        runForEach(call, prefixes, false);
-    }
+    auto *run = new UpdateRun(m_flow, m_packages, this);
+    run->start([run, ended = answerAfter(call, 1)](const InstallOutcome &outcome) {
+        ended({.failures = outcome.failureSentences(), .outcome = outcome});
+        run->deleteLater();
+    });
 }
 
 void PackageCalls::remove(const ControlCall &call, const QStringList &prefixes)

@@ -39,10 +39,14 @@ class Panel(OnDesktop):
         self.assertIsNone(self.find("Alpha is in progress"))
         self.assertEqual(session.installed_version("Alpha"), "1.0")
 
-        # Down goes into the list; what can be pressed there has the focus.
+        # Down goes into the list, sideways to what removes, which asks whoever comes by keyboard.
         desktop.press("Down")
+        self.wait_for_control("Alpha 1.0, up to date", "list item", focused=True)
+        desktop.press("Right", "Right")
         self.wait_for_control("Remove Alpha", "push button", focused=True)
         desktop.press("Return")
+        self.wait_for_control("Cancel", "push button", focused=True)
+        desktop.press("Tab", "Return")
         self.wait_for_control("Install Alpha", "push button", enabled=True)
         self.assertIsNone(session.installed_version("Alpha"))
         desktop.press("Escape")
@@ -57,11 +61,11 @@ class Panel(OnDesktop):
         self.wait_for_control("Install Alpha", "push button", enabled=True)
         archive.write_bytes(whole.replace(b"1.0", b"1.1"))
         self.press_button("Install Alpha")
-        self.wait_for_control("Alpha 1.0, InDesign CC 2019: the archive is damaged", "list item")
+        self.wait_for_control("Alpha 1.0, not installed, InDesign CC 2019: the archive is damaged", "list item")
         archive.write_bytes(whole)
         self.press_button("Install Alpha")
         self.wait_for_control("Up To Date Alpha", "push button", enabled=False)
-        self.wait_for_control("Alpha 1.0", "list item")
+        self.wait_for_control("Alpha 1.0, not installed", "list item")
 
     def test_what_closes_the_panel(self):
         self.start()

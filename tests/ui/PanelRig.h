@@ -97,6 +97,11 @@ struct PanelRig final : private PanelKeeper {
         const BrevokPackageCellController *cell = panel->packagesTab()->list().controllerAt(row);
         return cell != nullptr ? cell->view()->findChild<T *>(QLatin1StringView(name)) : nullptr;
     }
+    /// The view of a row in sight.
+    [[nodiscard]] PackageCellView *row(qsizetype row) const
+    {
+        return panel->packagesTab()->list().controllerAt(row)->view();
+    }
     void open()
     {
         panel->setHasActivePanel(true);
@@ -107,8 +112,8 @@ private:
     void setKeepOpenPanel(bool keepOpen) override { panel->setKeepOpenPanel(keepOpen); }
 };
 
-/// A catalogue of packages with one build each, of which every other one is installed.
-inline void fillCatalogue(PanelRig &rig, int packages)
+/// A catalogue of packages with one build each, of which every other one is installed, in @p installed.
+inline void fillCatalogue(PanelRig &rig, int packages, const QString &installed = u"2.0"_s)
 {
     const QString target = rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
     QJsonArray builds;
@@ -118,7 +123,7 @@ inline void fillCatalogue(PanelRig &rig, int packages)
         builds.append(InstallRig::build(prefix, prefix, 140));
         list.append(PanelRig::package(u"Package "_s + prefix, prefix, u"2.0"_s, u"https://x/"_s + prefix));
         if (i % 2 == 1) {
-            writeInstalledPlugin(target, prefix, u"2.0"_s, u"14.0"_s);
+            writeInstalledPlugin(target, prefix, installed, u"14.0"_s);
         }
     }
     rig.rig.plugins.updateWithArray(builds);

@@ -10,6 +10,7 @@
 #include "ui/windows/SmallWindows.h"
 #include "ui/windows/WebAddressWindow.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -84,6 +85,7 @@ private Q_SLOTS:
     void keysPressButtons_data();
     void keysPressButtons();
     void contentIsShownAsItIs();
+    void copiesAreWhole();
     void accessoryComesBack();
     void endOfTheProgramAnswers();
     void sheetsBlockTheirWindowOnly();
@@ -109,6 +111,8 @@ void AlertWindowsTest::keysPressButtons_data()
     QTest::newRow("disabled") << Buttons{{u"Finish Actions"_s, false}, {u"Cancel"_s}} << -1000 << 1001;
     QTest::newRow("Return on the second")
         << Buttons{{u"Quit"_s}, {u"Cancel"_s, true, AlertKey::Return}} << 1001 << -1000;
+    QTest::newRow("Return and Escape cancel")
+        << Buttons{{u"Remove"_s}, {u"Cancel"_s, true, AlertKey::ReturnAndEscape}} << 1001 << 1001;
 }
 
 void AlertWindowsTest::keysPressButtons()
@@ -153,6 +157,22 @@ void AlertWindowsTest::contentIsShownAsItIs()
         QTest::mouseClick(button(dialog, u"Cancel"_s), Qt::LeftButton);
     });
     QCOMPARE(presenter.runModal(content), alertSecondButton);
+}
+
+// A long address is broken to fit, and comes whole to whoever copies or hears it.
+void AlertWindowsTest::copiesAreWhole()
+{
+    const QString address = u"https://service.example/"_s + QString(100, u'a');
+    AlertDialog dialog(
+        {.messageText = address, .informativeText = {}, .icon = {}, .buttons = {}, .accessory = {}});
+    dialog.show();
+    auto *label = dialog.findChild<QLabel *>(u"messageText"_s);
+    QVERIFY(label->width() < 700);
+    QCOMPARE(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), address);
+    label->setSelection(0, static_cast<int>(label->text().size()));
+    label->setFocus();
+    QTest::keyClick(label, Qt::Key_C, Qt::ControlModifier);
+    QTRY_COMPARE(QGuiApplication::clipboard()->text(), address);
 }
 
 void AlertWindowsTest::accessoryComesBack()

@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -258,7 +259,10 @@ private Q_SLOTS:
         auto *label = rig.control<ElidedLabel>(0, "name");
         QVERIFY(label->text().startsWith(u"<img src='x'> שלום"_s));
         QVERIFY(label->toolTip().contains(u"&lt;img src='x'&gt;"_s));
-        QVERIFY(label->toolTip().contains(QString(300, u'9')));
+        QVERIFY(label->toolTip().remove(QChar(0x200B)).contains(QString(300, u'9')));
+        QLabel tip(label->toolTip()); // as tool tips are shown
+        tip.setWordWrap(true);
+        QVERIFY2(tip.sizeHint().width() < 700, qPrintable(QString::number(tip.sizeHint().width())));
         QCOMPARE(rig.panel->window()->width(), PanelGeometry::width);
         QVERIFY(rig.control<ElidedLabel>(1, "name")->toolTip().isEmpty());
         QVERIFY(rig.control<PanelButton>(1, "actionButton")->isHidden()); // nothing is known of it

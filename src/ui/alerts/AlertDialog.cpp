@@ -46,7 +46,7 @@ QLabel *makeText(const QString &text, const QString &name, QWidget *parent)
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    label->setText(breakable(text));
+    setBreakableText(*label, text);
     return label;
 }
 
@@ -56,10 +56,12 @@ AlertKeys alertKeys(const QList<AlertButton> &buttons)
 {
     AlertKeys keys;
     for (qsizetype i = 0; i < buttons.size(); ++i) {
-        if (buttons.at(i).key == AlertKey::Return && keys.onReturn < 0) {
+        const AlertKey key = buttons.at(i).key;
+        const bool both = key == AlertKey::ReturnAndEscape;
+        if ((key == AlertKey::Return || both) && keys.onReturn < 0) {
             keys.onReturn = i;
         }
-        if (buttons.at(i).key == AlertKey::Escape && keys.onEscape < 0) {
+        if ((key == AlertKey::Escape || both) && keys.onEscape < 0) {
             keys.onEscape = i;
         }
     }

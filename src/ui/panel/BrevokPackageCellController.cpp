@@ -8,6 +8,7 @@
 #include "ui/panel/PackageActivity.h"
 #include "ui/panel/PanelLayout.h"
 #include "ui/widgets/PanelStyle.h"
+#include "ui/widgets/TextFitting.h"
 #include "ui_BrevokPackageCell.h"
 
 #include <QApplication>
@@ -16,12 +17,10 @@
 
 namespace brevok {
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-// Languages with longer titles get smaller letters, so that names are not cut.
-constexpr int mostForTitles = 124;
+// Longer titles, as with large letters, get smaller ones, so that there is room for names.
+constexpr int mostForTitles = 160;
 
 int widestTitle(const QFont &font)
 {
@@ -44,7 +43,7 @@ int linesOfNote(const QWidget &name, const QWidget &note)
 
 bool takesFocus(const QWidget *widget)
 {
-    return widget->isEnabled() && !widget->isHidden();
+    return widget->isEnabled() && !widget->isHidden() && widget->focusPolicy() != Qt::NoFocus;
 }
 
 } // namespace
@@ -59,7 +58,7 @@ BrevokPackageCellController::BrevokPackageCellController(
 {
     m_ui->setupUi(m_view);
     connect(m_ui->actionButton, &QPushButton::clicked, this, &BrevokPackageCellController::action);
-    connect(m_ui->removeButton, &QPushButton::clicked, this, &BrevokPackageCellController::remove);
+    connect(m_ui->removeButton, &QPushButton::clicked, this, &BrevokPackageCellController::removeClicked);
     connect(m_ui->infoButton, &QPushButton::clicked, this, &BrevokPackageCellController::info);
     updateFonts();
 }
@@ -88,45 +87,37 @@ void BrevokPackageCellController::setRow(const PackageRow &row, const QPixmap &i
     if (row == m_row) {
         return;
     }
-    const QWidget *focused = m_view->isAncestorOf(QApplication::focusWidget()) || m_view->hasFocus()
-        ? QApplication::focusWidget()
-        : nullptr;
     m_row = row;
     m_ui->name->setText(row.name(), row.version());
     m_view->setPriority(row.isPriority());
     updateNames();
     updateButtons();
-    keepFocusInRow(focused != nullptr);
-}
-
-// A pressed button goes away while the work is done; the keyboard stays at its row, and at its button again
-// when there is one.
-void BrevokPackageCellController::keepFocusInRow(bool had)
-{
-    const QWidget *now = QApplication::focusWidget();
-    if (had && (now == nullptr || now == m_view || !m_view->isAncestorOf(now))) {
-        focus();
-    }
 }
 
 void BrevokPackageCellController::updateNames()
 {
     const QString name = m_row.name();
     m_ui->removeButton->setAccessibleName(Texts::tr("Remove %1").arg(name));
-    m_ui->removeButton->setToolTip(Texts::tr("Remove").toHtmlEscaped());
+    setPlainToolTip(*m_ui->removeButton, Texts::tr("Remove"));
     m_ui->infoButton->setAccessibleName(Texts::tr("About %1").arg(name));
-    m_ui->infoButton->setToolTip(Texts::tr("More about this Plug-In").toHtmlEscaped());
+    setPlainToolTip(*m_ui->infoButton, Texts::tr("More about this Plug-In"));
     m_ui->progressIndicator->setAccessibleName(Texts::tr("%1 is in progress").arg(name));
     m_ui->progressBar->setAccessibleName(Texts::tr("Download of %1").arg(name));
-    m_ui->infoButton->setEnabled(!m_row.info().isEmpty());
 }
 
 void BrevokPackageCellController::updateButtons()
 {
     const RowButtons buttons = rowButtons(m_row.status, m_row.prefix());
+    const bool pressable = buttons.actionVisible && buttons.actionEnabled && m_row.installable;
     PanelButton *action = m_ui->actionButton;
-    const bool hadFocus = m_view->isAncestorOf(QApplication::focusWidget());
-    if (hadFocus && (!buttons.actionVisible || !buttons.actionEnabled || !buttons.removeVisible)) {
+    const QWidget *focused = QApplication::focusWidget();
+    // A control goes while its work is done; the keyboard stays at its row, and at its action when there is
+    // one again.
+    const bool goes = focused != nullptr
+        && ((focused == action && !pressable) || (focused == m_ui->removeButton && !buttons.removeVisible)
+            || (focused == m_ui->infoButton && m_row.info().isEmpty()));
+    const bool hadFocus = goes || m_view->hasFocus();
+    if (goes) {
         m_view->setFocus(Qt::OtherFocusReason);
     }
     action->setFont(buttons.actionSmall ? PanelStyle::secondaryFont() : m_actionFont);
@@ -134,10 +125,11 @@ void BrevokPackageCellController::updateButtons()
     action->setAccessibleName(
         Texts::tr("%1 %2", "title of a button, name of a package").arg(buttons.actionTitle, m_row.name()));
     action->setPlain(!buttons.actionEnabled);
-    action->setProminent(
-        m_row.status == PackageStatus::NotUpdated || m_row.status == PackageStatus::MixedNotUpdated);
-    action->setEnabled(buttons.actionEnabled);
+    action->setProminent(waitsForUpdate(m_row.status));
+    action->setEnabled(pressable);
     action->setVisible(buttons.actionVisible);
+    m_view->setFocusPolicy(pressable ? Qt::NoFocus : Qt::TabFocus);
+    m_ui->infoButton->setEnabled(!m_row.info().isEmpty());
     m_ui->removeButton->setVisible(buttons.removeVisible);
     m_ui->progressIndicator->setVisible(buttons.spinning);
     if (buttons.spinning) {
@@ -146,8 +138,9 @@ void BrevokPackageCellController::updateButtons()
         m_ui->progressIndicator->stopAnimation();
     }
     setProgress(buttons.spinning ? m_progress : std::nullopt);
+    m_view->setAccessibleName(m_row.description());
     if (hadFocus) {
-        keepFocusInRow(true);
+        focus();
     }
 }
 
@@ -163,44 +156,54 @@ void BrevokPackageCellController::setProgress(const std::optional<DownloadProgre
     m_ui->note->setExplanation(failed ? m_row.failureDetails : QString());
     m_ui->note->setText(note);
     m_ui->note->setVisible(!note.isEmpty());
+    m_ui->name->setMostLines(note.isEmpty() ? 2 : 1);
     const bool determinate = m_progress && m_progress->hasLength() && !m_progress->ended();
     m_ui->progressBar->setVisible(determinate);
     if (determinate) {
         m_ui->progressBar->setPermille(m_progress->permille());
     }
-    m_view->setAccessibleName(note.isEmpty() ? m_row.title() : u"%1, %2"_s.arg(m_row.title(), note));
 }
 
 QList<QWidget *> BrevokPackageCellController::controls() const
 {
-    return {m_ui->actionButton, m_ui->infoButton, m_ui->removeButton};
+    return {m_view, m_ui->actionButton, m_ui->infoButton, m_ui->removeButton};
 }
 
 void BrevokPackageCellController::focus()
 {
-    const QList<QWidget *> all{m_ui->actionButton, m_ui->removeButton, m_ui->infoButton};
-    const auto usable = std::find_if(all.cbegin(), all.cend(), takesFocus);
-    (usable != all.cend() ? *usable : m_view)->setFocus(Qt::OtherFocusReason);
+    QWidget *action = m_ui->actionButton;
+    (takesFocus(action) ? action : m_view)->setFocus(Qt::OtherFocusReason);
 }
 
-void BrevokPackageCellController::focusColumn(qsizetype column)
+void BrevokPackageCellController::focusSideways(int steps)
 {
-    QWidget *control = controls().value(column);
-    if (control != nullptr && takesFocus(control)) {
-        control->setFocus(Qt::OtherFocusReason);
-    } else {
-        focus();
+    QList<QWidget *> usable = controls();
+    usable.removeIf([](const QWidget *control) { return !takesFocus(control); });
+    const qsizetype at = usable.indexOf(QApplication::focusWidget());
+    const int forward = m_view->isLeftToRight() ? steps : -steps;
+    if (QWidget *next = usable.value(at + forward); at >= 0 && next != nullptr) {
+        next->setFocus(Qt::OtherFocusReason);
     }
 }
 
 void BrevokPackageCellController::action()
 {
-    m_activity.install(m_row.package, m_row.prefix());
+    m_activity.install(m_row);
 }
 
 void BrevokPackageCellController::remove()
 {
-    m_activity.remove(m_row.package, m_row.prefix());
+    m_activity.remove(m_row);
+}
+
+// The keyboard comes to the button on the way to somewhere else; the mouse means it.
+void BrevokPackageCellController::removeClicked()
+{
+    if (m_ui->removeButton->isClickedByMouse()) {
+        remove();
+    } else {
+        m_activity.askToRemove(m_row);
+    }
 }
 
 void BrevokPackageCellController::info()

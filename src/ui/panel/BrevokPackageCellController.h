@@ -21,7 +21,8 @@ class PackageCellView;
 class UrlOpener;
 
 /// Runs one row of the packages tab. Outlets: icon, name, note, actionButton, removeButton, infoButton,
-/// progressIndicator, progressBar. A row may come to show another package. Main thread.
+/// progressIndicator, progressBar. A row may come to show another package. The row itself takes the
+/// keyboard's focus where the action cannot. Main thread.
 class BrevokPackageCellController final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokPackageCellController)
@@ -41,11 +42,11 @@ public:
     /// Follows the fonts; the action column gets the width that its widest title needs.
     void updateFonts();
 
-    /// Gives the focus to the control that matters most, or to the row itself while it has none.
+    /// Gives the focus to the action, or to the row itself while there is none to press.
     void focus();
-    /// Gives the focus to the control at @p column of controls(), or else as focus().
-    void focusColumn(qsizetype column);
-    /// The row's buttons, in the order of the Tab key.
+    /// Moves the focus within the row: @p steps to the right, or to the left where that is below 0.
+    void focusSideways(int steps);
+    /// What can have the focus, in the order of the Tab key and of the arrow keys.
     [[nodiscard]] QList<QWidget *> controls() const;
 
     void action();
@@ -55,7 +56,7 @@ public:
 private:
     void updateButtons();
     void updateNames();
-    void keepFocusInRow(bool had);
+    void removeClicked();
 
     PackageActivity &m_activity;
     UrlOpener &m_urls;

@@ -4,6 +4,7 @@
 #include "ui/panel/BrevokPanel.h"
 
 #include "ui/desktop/WindowBlending.h"
+#include "ui/panel/PackageList.h"
 #include "ui/widgets/AccessibleRole.h"
 #include "ui_BrevokPanel.h"
 
@@ -211,6 +212,8 @@ void BrevokPanel::keyPressEvent(QKeyEvent *event)
         Q_EMIT cancelOperation();
     } else if (event->key() == Qt::Key_Down) {
         Q_EMIT moveDown();
+    } else if (isTyped(*event)) {
+        Q_EMIT typed(event->text());
     } else {
         QWidget::keyPressEvent(event);
     }

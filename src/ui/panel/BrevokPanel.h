@@ -50,6 +50,8 @@ Q_SIGNALS:
     void willClose();
     /// The arrow down, while no control has the focus.
     void moveDown();
+    /// Letters, while no control has the focus.
+    void typed(const QString &letters);
     /// fadeOut() has ended.
     void orderedOut();
     /// The font or palette of the system is another.

@@ -63,7 +63,7 @@ void BrevokPanelController::loadWindow()
     Ui::BrevokPanel &ui = m_window->ui();
     m_accountTab = new PanelAccountTab(ui, m_with.session, m_window.get());
     m_packagesTab = new PanelPackagesTab(ui,
-        {m_with.session, m_with.packages, m_with.targets, m_with.flow, m_with.urls, m_service},
+        {m_with.session, m_with.packages, m_with.targets, m_with.flow, m_with.alerts, m_with.urls, m_service},
         m_window.get());
     const auto *notices = new PanelNotices(ui, m_with.storage, m_service, m_window.get());
     connect(notices, &PanelNotices::checkWanted, this, &BrevokPanelController::checkPlugInUpdates);
@@ -78,10 +78,16 @@ void BrevokPanelController::connectWindow()
 {
     BrevokPanel *window = m_window.get();
     connect(window, &BrevokPanel::didResignKey, this, &BrevokPanelController::windowDidResignKey);
-    connect(window, &BrevokPanel::cancelOperation, this, [this] { setHasActivePanel(false); });
+    connect(window, &BrevokPanel::cancelOperation, this, [this] {
+        if (!m_packagesTab->clearSearch()) {
+            setHasActivePanel(false);
+        }
+    });
     connect(window, &BrevokPanel::willClose, this, [this] { setHasActivePanel(false); });
     connect(window, &BrevokPanel::orderedOut, this, &BrevokPanelController::windowOrderedOut);
     connect(window, &BrevokPanel::moveDown, m_packagesTab, &PanelPackagesTab::focusFirst);
+    connect(window, &BrevokPanel::typed, m_packagesTab, &PanelPackagesTab::typed);
+    connect(m_packagesTab, &PanelPackagesTab::subtitleChanged, this, &BrevokPanelController::updateHeader);
     connect(window, &BrevokPanel::styleChanged, this, &BrevokPanelController::updateTexts);
     connect(m_accountTab, &PanelAccountTab::createAccountWanted, this, &BrevokPanelController::createAccount);
     connect(m_packagesTab, &PanelPackagesTab::signInWanted, this, [this] {
@@ -277,6 +283,7 @@ void BrevokPanelController::updateAccountTab()
         const PanelTab before = m_accountTab->selectedTab();
         m_accountTab->updateAccountTab(m_hasActivePanel);
         updateHeader();
+        m_packagesTab->sessionChanged();
         m_packagesTab->updateNotice();
         if (before == PanelTab::Account && m_accountTab->selectedTab() == PanelTab::Packages) {
             m_window->setFocus();
@@ -306,18 +313,16 @@ void BrevokPanelController::showPackagesTab()
 void BrevokPanelController::updateHeader()
 {
     if (m_window) {
-        m_window->ui().subtitleLabel->setText(
-            panelSubtitle(m_with.session.orlecId(), m_signedIn, m_with.packages.updates()));
+        m_window->ui().subtitleLabel->setText(m_packagesTab->subtitle());
     }
 }
 
 void BrevokPanelController::updateTexts()
 {
     Ui::BrevokPanel &ui = m_window->ui();
-    const QPalette palette = m_window->palette();
     m_window->setWindowTitle(Texts::tr("Tolvane Brevok"));
-    ui.icon->setPixmap(symbolPixmap(
-        u"PanelIcon"_s, palette.color(QPalette::Highlight), headerIconSize, m_window->devicePixelRatioF()));
+    ui.icon->setPixmap(drawnIcon(u"PanelIcon"_s)
+                           .pixmap(QSize(headerIconSize, headerIconSize), m_window->devicePixelRatioF()));
     const QFont secondary = PanelStyle::secondaryFont();
     ui.titleLabel->setFonts(PanelStyle::headingFont(15), secondary);
     ui.titleLabel->setText(Texts::tr("Tolvane Brevok"));

@@ -72,9 +72,9 @@ void NoticeView::layOut()
     texts->setSpacing(m_wholePage ? 6 : 1);
     texts->addWidget(m_title);
     texts->addWidget(m_text);
-    box->setSpacing(m_wholePage ? 14 : 12);
-    const int margin = m_wholePage ? 40 : 16;
-    box->setContentsMargins(margin, m_wholePage ? 0 : 10, m_wholePage ? margin : 12, m_wholePage ? 48 : 10);
+    // A strip has the columns of the rows below it.
+    box->setSpacing(m_wholePage ? 14 : 16);
+    box->setContentsMargins(m_wholePage ? QMargins(40, 0, 40, 48) : QMargins(19, 10, 11, 10));
     if (m_wholePage) {
         box->addStretch();
     }
@@ -100,7 +100,7 @@ void NoticeView::update()
     m_button->setFont(PanelStyle::font(13));
     m_title->setText(m_notice.title);
     constexpr qsizetype mostShown = 300;
-    m_text->setText(breakable(severalLines(m_notice.text, mostShown)));
+    setBreakableText(*m_text, severalLines(m_notice.text, mostShown));
     m_text->setToolTip(m_notice.text.size() > mostShown ? plainToolTip(m_notice.text) : QString());
     m_button->setText(m_notice.button);
     m_button->setVisible(!m_notice.button.isEmpty());

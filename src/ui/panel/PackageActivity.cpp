@@ -3,41 +3,68 @@
 
 #include "ui/panel/PackageActivity.h"
 
+#include "alerts/BrevokAlertQueue.h"
 #include "catalogue/BrevokPackages.h"
+#include "foundation/Texts.h"
 #include "install/InstallFlow.h"
+#include "install/UpdateRun.h"
 
 #include <QPointer>
 
 namespace brevok {
 
-PackageActivity::PackageActivity(InstallFlow &flow, BrevokPackages &packages, QObject *parent)
+PackageActivity::PackageActivity(Collaborators collaborators, QObject *parent)
     : QObject(parent)
-    , m_flow(flow)
-    , m_packages(packages)
+    , m_with(collaborators)
 {
-    connect(&flow, &InstallFlow::progress, this, &PackageActivity::takeProgress);
-    connect(&packages, &BrevokPackages::statusesSettled, this, &PackageActivity::settle);
+    connect(&m_with.flow, &InstallFlow::progress, this, &PackageActivity::takeProgress);
+    connect(&m_with.packages, &BrevokPackages::statusesSettled, this, &PackageActivity::settle);
+    connect(&m_with.updates, &UpdateRun::packageBegins, this, &PackageActivity::begin);
+    connect(&m_with.updates, &UpdateRun::packageEnded, this, &PackageActivity::end);
 }
 
 PackageActivity::~PackageActivity() = default;
 
-void PackageActivity::install(const Record &package, const QString &prefix)
+void PackageActivity::install(const PackageRow &row)
 {
+    const QString prefix = row.prefix();
     begin(prefix);
-    m_flow.installWithPackage(
-        package, prefix, false, [self = QPointer(this), prefix](const InstallOutcome &) {
+    m_with.flow.installWithPackage(
+        row.package, prefix, false, [self = QPointer(this), prefix](const InstallOutcome &) {
             if (self) {
                 self->end(prefix);
             }
         });
 }
 
-void PackageActivity::remove(const Record &package, const QString &prefix)
+void PackageActivity::remove(const PackageRow &row)
 {
+    const QString prefix = row.prefix();
     begin(prefix);
-    m_flow.uninstallWithPackage(package, prefix, [self = QPointer(this), prefix](const InstallOutcome &) {
-        if (self) {
-            self->end(prefix);
+    m_with.flow.uninstallWithPackage(
+        row.package, prefix, [self = QPointer(this), prefix](const InstallOutcome &) {
+            if (self) {
+                self->end(prefix);
+            }
+        });
+}
+
+void PackageActivity::askToRemove(const PackageRow &row)
+{
+    std::unique_ptr<BrevokAlert> alert = BrevokAlert::create(m_with.alerts.presenter());
+    alert->content = {
+        .messageText = Texts::tr("Remove %1?").arg(row.name()),
+        .informativeText = Texts::tr("It is removed from all your applications."),
+        .style = AlertStyle::Informational,
+        .icon = {},
+        // A second Return is as quickly pressed as the first.
+        .buttons = {{.title = Texts::tr("Remove")},
+            {.title = Texts::tr("Cancel"), .key = AlertKey::ReturnAndEscape}},
+        .accessory = {},
+    };
+    m_with.alerts.show(std::move(alert), this, [this, row](int answer) {
+        if (answer == alertFirstButton) {
+            remove(row);
         }
     });
 }
@@ -57,7 +84,7 @@ void PackageActivity::end(const QString &prefix)
     m_running.remove(prefix);
     m_downloads.remove(prefix);
     // A calculation under way may have begun before the end; the last one tells.
-    if (m_packages.updating()) {
+    if (m_with.packages.updating()) {
         m_ending.insert(prefix);
     }
     Q_EMIT activityChanged();
@@ -99,7 +126,7 @@ void PackageActivity::statusesChanged()
 {
     m_downloads.removeIf([this](const auto &entry) {
         return !m_running.contains(entry.key())
-            && m_packages.packagesStatus().value(entry.key(), PackageStatus::MissingData)
+            && m_with.packages.packagesStatus().value(entry.key(), PackageStatus::MissingData)
             != PackageStatus::InProgress;
     });
 }

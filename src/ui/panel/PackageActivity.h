@@ -13,23 +13,34 @@
 
 namespace brevok {
 
+class BrevokAlertQueue;
 class BrevokPackages;
 class InstallFlow;
+class UpdateRun;
 
-/// What goes on with packages, as far as their rows show it: operations that a row started, and the bytes of
-/// downloads. Main thread.
+/// What goes on with packages, as far as their rows show it: operations that the panel started, and the bytes
+/// of downloads. Main thread.
 class PackageActivity final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(PackageActivity)
 
 public:
-    PackageActivity(InstallFlow &flow, BrevokPackages &packages, QObject *parent = nullptr);
+    struct Collaborators {
+        InstallFlow &flow;
+        BrevokPackages &packages;
+        BrevokAlertQueue &alerts;
+        UpdateRun &updates;
+    };
+
+    explicit PackageActivity(Collaborators collaborators, QObject *parent = nullptr);
     ~PackageActivity() override;
 
-    /// Installs or updates the package in all targets, running ones included. Returns at once.
-    void install(const Record &package, const QString &prefix);
-    /// Removes the package from all targets. Returns at once.
-    void remove(const Record &package, const QString &prefix);
+    /// Installs or updates the row's package in all targets, running ones included. Returns at once.
+    void install(const PackageRow &row);
+    /// Removes it from all targets. Returns at once.
+    void remove(const PackageRow &row);
+    /// The same, when the user says so.
+    void askToRemove(const PackageRow &row);
 
     /// @p status, or InProgress from the press of a row's button until the status tells the result.
     [[nodiscard]] PackageStatus shownStatus(const QString &prefix, PackageStatus status) const;
@@ -53,9 +64,8 @@ private:
     void settle();
     void takeProgress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
 
-    InstallFlow &m_flow;
-    BrevokPackages &m_packages;
-    QHash<QString, int> m_running; ///< prefix to operations that rows started
+    Collaborators m_with;
+    QHash<QString, int> m_running; ///< prefix to operations that the panel started
     QSet<QString> m_ending; ///< ended, and their status is not known yet
     QHash<QString, QHash<Archive, qint64>> m_downloads;
 };

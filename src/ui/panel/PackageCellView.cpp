@@ -8,6 +8,7 @@
 #include "ui/widgets/PanelStyle.h"
 
 #include <QEvent>
+#include <QLayout>
 #include <QPainter>
 #include <QTextBoundaryFinder>
 
@@ -126,15 +127,20 @@ void PackageCellView::setPriority(bool priority)
 void PackageCellView::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    // Between the margins of the row, whose right one goes on in the column of the scroll bar.
+    const QMargins margins = layout()->contentsMargins();
+    const QRect inner = rect().marginsRemoved({margins.left(), 0, margins.right(), 0});
     if (m_priority) {
         painter.fillRect(rect(), PanelStyle::priorityFill(palette()));
     }
     if (underMouse()) {
-        painter.fillRect(rect(), PanelStyle::hoverFill(palette()));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(PanelStyle::hoverFill(palette()));
+        painter.drawRoundedRect(QRectF(inner).adjusted(-8, 1, 0, -2), 7, 7);
     }
-    painter.fillRect(QRect(0, height() - 1, width(), 1), PanelStyle::separator(palette()));
+    painter.fillRect(QRect(inner.left(), height() - 1, inner.width(), 1), PanelStyle::separator(palette()));
     if (hasFocus()) {
-        painter.setRenderHint(QPainter::Antialiasing);
         drawFocusRing(painter, QRectF(rect()).adjusted(2, 1, -2, -2), 6, palette());
     }
 }

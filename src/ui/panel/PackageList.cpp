@@ -3,6 +3,7 @@
 
 #include "ui/panel/PackageList.h"
 
+#include "install/LastFailures.h"
 #include "ui/panel/BrevokPackageCellController.h"
 #include "ui/panel/PackageActivity.h"
 #include "ui/panel/PackageCellView.h"
@@ -24,8 +25,17 @@ namespace {
 
 constexpr qsizetype rowsBeside = 3; // beyond those in sight, for the Tab key and for scrolling
 constexpr int rowHeight = PanelGeometry::rowHeight;
+constexpr int typedTogetherMilliseconds = 1000;
 
 } // namespace
+
+bool isTyped(const QKeyEvent &event)
+{
+    const Qt::KeyboardModifiers commands = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
+    const QString text = event.text();
+    return !text.isEmpty() && text.front().isPrint() && !text.front().isSpace()
+        && !event.modifiers().testAnyFlags(commands);
+}
 
 PackageList::PackageList(
     QScrollArea &scrollArea, QWidget &packagesView, Collaborators collaborators, QObject *parent)
@@ -64,31 +74,32 @@ void PackageList::setRows(const QList<PackageRow> &rows)
     realise(true);
 }
 
-std::pair<qsizetype, qsizetype> PackageList::wantedRows() const
+QList<qsizetype> PackageList::wantedRows() const
 {
     const int top = m_scrollArea.verticalScrollBar()->value();
     const int bottom = top + m_scrollArea.viewport()->height();
     const qsizetype first = std::max<qsizetype>(0, top / rowHeight - rowsBeside);
     const qsizetype end = std::min<qsizetype>(m_rows.size(), bottom / rowHeight + 1 + rowsBeside);
-    return {first, std::max(first, end)};
+    QList<qsizetype> wanted;
+    for (qsizetype row = first; row < end; ++row) {
+        wanted.append(row);
+    }
+    const qsizetype focused = focusedRow(); // so that the keyboard does not lose its place
+    if (focused >= 0 && !wanted.contains(focused)) {
+        wanted.insert(std::lower_bound(wanted.cbegin(), wanted.cend(), focused), focused);
+    }
+    return wanted;
 }
 
 void PackageList::realise(bool refresh)
 {
-    const auto [first, end] = wantedRows();
-    QSet<QString> wanted;
-    for (qsizetype row = first; row < std::min(end, m_keys.size()); ++row) {
-        wanted.insert(m_keys.at(row));
-    }
-    if (const qsizetype row = focusedRow(); row >= 0) {
-        wanted.insert(m_keys.at(row)); // so that the keyboard does not lose its place
-    }
+    const QList<qsizetype> wanted = wantedRows();
     retire(wanted);
     bool changed = false;
-    for (const QString &key : std::as_const(wanted)) {
+    for (const qsizetype row : wanted) {
+        const QString key = m_keys.at(row);
         const bool isNew = !m_packageControllers.contains(key);
         BrevokPackageCellController *controller = controllerFor(key);
-        const qsizetype row = m_rowOf.value(key);
         if (isNew || refresh) {
             fill(*controller, row);
         }
@@ -98,14 +109,14 @@ void PackageList::realise(bool refresh)
         changed = changed || isNew;
     }
     if (changed || refresh) {
-        chainTabOrder();
+        putInOrder(wanted);
     }
 }
 
-void PackageList::retire(const QSet<QString> &wanted)
+void PackageList::retire(const QList<qsizetype> &wanted)
 {
     for (auto entry = m_packageControllers.begin(); entry != m_packageControllers.end();) {
-        if (wanted.contains(entry.key())) {
+        if (wanted.contains(m_rowOf.value(entry.key(), -1))) {
             ++entry;
             continue;
         }
@@ -128,24 +139,27 @@ BrevokPackageCellController *PackageList::controllerFor(const QString &key)
 
 void PackageList::fill(BrevokPackageCellController &controller, qsizetype row)
 {
-    const PackageRow &shown = m_rows.at(row);
+    PackageRow shown = m_rows.at(row);
+    const InstallOutcome failed = m_with.failures.of(shown.prefix());
+    shown.failure = failureNote(failed);
+    shown.failureDetails = failed.failureSentences().join(u'\n');
     controller.setRow(shown, m_with.icons.icon(shown.package.value("Name"_L1).toString()));
     controller.setProgress(m_with.activity.progress(shown.prefix()));
 }
 
-void PackageList::chainTabOrder()
+// Assistive technology takes the order of the views for that of the rows.
+void PackageList::putInOrder(const QList<qsizetype> &wanted)
 {
-    QList<qsizetype> order;
-    for (auto entry = m_packageControllers.cbegin(); entry != m_packageControllers.cend(); ++entry) {
-        order.append(m_rowOf.value(entry.key()));
-    }
-    std::sort(order.begin(), order.end());
     QWidget *last = &m_with.before;
-    for (const qsizetype row : std::as_const(order)) {
-        const QList<QWidget *> controls = controllerAt(row)->controls();
+    for (const qsizetype row : wanted) {
+        const BrevokPackageCellController *controller = controllerAt(row);
+        controller->view()->raise();
+        const QList<QWidget *> controls = controller->controls();
         for (QWidget *control : controls) {
-            QWidget::setTabOrder(last, control);
-            last = control;
+            if (control->focusPolicy() != Qt::NoFocus) { // else the chain would break there
+                QWidget::setTabOrder(last, control);
+                last = control;
+            }
         }
     }
 }
@@ -202,42 +216,81 @@ qsizetype PackageList::focusedRow() const
     return -1;
 }
 
-bool PackageList::moveFocus(int key)
+bool PackageList::keyPressed(const QKeyEvent &event)
 {
     const qsizetype from = focusedRow();
     const qsizetype page = std::max(1, m_scrollArea.viewport()->height() / rowHeight - 1);
-    qsizetype to = 0;
-    switch (key) {
-    case Qt::Key_Up:
-        to = from - 1;
-        break;
-    case Qt::Key_Down:
-        to = from + 1;
-        break;
-    case Qt::Key_PageUp:
-        to = from - page;
-        break;
-    case Qt::Key_PageDown:
-        to = from + page;
-        break;
-    case Qt::Key_Home:
-        break;
-    case Qt::Key_End:
-        to = m_rows.size() - 1;
-        break;
-    default:
+    if (from < 0) {
         return false;
     }
-    to = std::clamp<qsizetype>(to, 0, m_rows.size() - 1);
-    if (from < 0 || to == from) {
-        return from >= 0;
+    switch (event.key()) {
+    case Qt::Key_Up:
+        moveFocus(from, from - 1);
+        return true;
+    case Qt::Key_Down:
+        moveFocus(from, from + 1);
+        return true;
+    case Qt::Key_PageUp:
+        moveFocus(from, std::max<qsizetype>(0, from - page));
+        return true;
+    case Qt::Key_PageDown:
+        moveFocus(from, from + page);
+        return true;
+    case Qt::Key_Home:
+        moveFocus(from, 0);
+        return true;
+    case Qt::Key_End:
+        moveFocus(from, m_rows.size() - 1);
+        return true;
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+        controllerAt(from)->focusSideways(event.key() == Qt::Key_Right ? 1 : -1);
+        return true;
+    default:
+        break;
     }
-    const qsizetype column = controllerAt(from)->controls().indexOf(QApplication::focusWidget());
-    m_scrollArea.ensureVisible(0, static_cast<int>(to) * rowHeight + rowHeight / 2, 0, rowHeight);
-    if (BrevokPackageCellController *target = controllerAt(to)) {
-        target->focusColumn(column);
+    const bool types = isTyped(event);
+    if (types) {
+        typeAhead(event.text());
     }
-    return true;
+    return types;
+}
+
+void PackageList::moveFocus(qsizetype from, qsizetype to)
+{
+    if (from == 0 && to < 0 && m_with.before.isVisible()) {
+        m_with.before.setFocus(Qt::OtherFocusReason);
+        return;
+    }
+    const qsizetype row = std::clamp<qsizetype>(to, 0, m_rows.size() - 1);
+    scrollTo(row, rowHeight);
+    if (BrevokPackageCellController *target = row != from ? controllerAt(row) : nullptr) {
+        target->focus();
+    }
+}
+
+void PackageList::scrollTo(qsizetype row, int margin)
+{
+    m_scrollArea.ensureVisible(0, static_cast<int>(row) * rowHeight + rowHeight / 2, 0, margin);
+}
+
+void PackageList::typeAhead(const QString &letters)
+{
+    if (!m_sinceTyped.isValid() || m_sinceTyped.hasExpired(typedTogetherMilliseconds)) {
+        m_typed.clear();
+    }
+    m_sinceTyped.start();
+    m_typed += searchable(letters);
+    const qsizetype from = focusedRow();
+    // A single letter, pressed again later, goes on from row to row.
+    const qsizetype first = m_typed.size() == 1 ? from + 1 : std::max<qsizetype>(0, from);
+    for (qsizetype i = 0; i < m_rows.size(); ++i) {
+        const qsizetype row = (first + i) % m_rows.size();
+        if (searchable(m_rows.at(row).name()).startsWith(m_typed)) {
+            moveFocus(from, row);
+            return;
+        }
+    }
 }
 
 void PackageList::focusChanged(QWidget *now)
@@ -246,7 +299,7 @@ void PackageList::focusChanged(QWidget *now)
         return;
     }
     if (const qsizetype row = focusedRow(); row >= 0) {
-        m_scrollArea.ensureVisible(0, static_cast<int>(row) * rowHeight + rowHeight / 2, 0, rowHeight / 2);
+        scrollTo(row, rowHeight / 2);
     }
 }
 
@@ -255,7 +308,7 @@ bool PackageList::eventFilter(QObject *watched, QEvent *event)
     if (event->type() == QEvent::Resize) {
         realise(false);
     } else if (event->type() == QEvent::KeyPress && watched == &m_packagesView) {
-        return moveFocus(static_cast<QKeyEvent *>(event)->key());
+        return keyPressed(*static_cast<QKeyEvent *>(event));
     }
     return QObject::eventFilter(watched, event);
 }

@@ -5,21 +5,27 @@
 
 #include "ui/panel/PackageRows.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 
+class QKeyEvent;
 class QScrollArea;
 class QWidget;
 
 namespace brevok {
 
 class BrevokPackageCellController;
+class LastFailures;
 class PackageActivity;
 class RowIcons;
 class UrlOpener;
 
+/// Whether @p event is letters typed, and no command.
+[[nodiscard]] bool isTyped(const QKeyEvent &event);
+
 /// The list of rows in the packages tab. Only the rows in sight and a few beside them have a controller, so
-/// that thousands of packages open as fast as ten. Arrow keys, Page Up and Down, Home and End move from row
-/// to row. Main thread.
+/// that thousands of packages open as fast as ten. Up and Down, Page Up and Down, Home and End move from row
+/// to row, Left and Right within a row, and letters to the next row whose name begins with them. Main thread.
 class PackageList final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(PackageList)
@@ -28,15 +34,17 @@ public:
     struct Collaborators {
         PackageActivity &activity;
         RowIcons &icons;
+        const LastFailures &failures;
         UrlOpener &urls;
-        QWidget &before; ///< after which the rows come with the Tab key
+        QWidget &before; ///< what the rows follow with the Tab key, and Up goes back to
     };
 
     /// @p packagesView is the document of @p scrollArea; both outlive this.
     PackageList(QScrollArea &scrollArea, QWidget &packagesView, Collaborators collaborators, QObject *parent);
     ~PackageList() override;
 
-    /// Shows @p rows, whose status is the one to be shown; at the top when their number changed.
+    /// Shows @p rows, whose status is the one to be shown, with what failed; at the top when their number
+    /// changed.
     void setRows(const QList<PackageRow> &rows);
     [[nodiscard]] const QList<PackageRow> &rows() const { return m_rows; }
     /// Shows the activity's bytes of a package.
@@ -51,18 +59,22 @@ public:
     [[nodiscard]] qsizetype controllerCount() const { return m_packageControllers.size() + m_spare.size(); }
     /// Gives the focus to the first row.
     void focusFirst();
+    /// Moves to a row whose name begins with what was typed lately, @p letters included.
+    void typeAhead(const QString &letters);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    [[nodiscard]] std::pair<qsizetype, qsizetype> wantedRows() const;
+    [[nodiscard]] QList<qsizetype> wantedRows() const;
     void realise(bool refresh);
-    void retire(const QSet<QString> &wanted);
+    void retire(const QList<qsizetype> &wanted);
     BrevokPackageCellController *controllerFor(const QString &key);
     void fill(BrevokPackageCellController &controller, qsizetype row);
-    void chainTabOrder();
+    void putInOrder(const QList<qsizetype> &wanted);
     [[nodiscard]] qsizetype focusedRow() const;
-    bool moveFocus(int key);
+    bool keyPressed(const QKeyEvent &event);
+    void moveFocus(qsizetype from, qsizetype to);
+    void scrollTo(qsizetype row, int margin);
     void focusChanged(QWidget *now);
 
     QScrollArea &m_scrollArea;
@@ -73,6 +85,8 @@ private:
     QHash<QString, qsizetype> m_rowOf; ///< by key
     QHash<QString, BrevokPackageCellController *> m_packageControllers; ///< by key
     QList<BrevokPackageCellController *> m_spare;
+    QString m_typed;
+    QElapsedTimer m_sinceTyped;
 };
 
 } // namespace brevok

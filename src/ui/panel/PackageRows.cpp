@@ -18,11 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-bool isCompanion(const QString &prefix)
-{
-    return prefix == SpecialPrefix::support || prefix == SpecialPrefix::oldSupport;
-}
-
 bool isInstalled(PackageStatus status)
 {
     return status != PackageStatus::MissingData && status != PackageStatus::NotInstalled;
@@ -32,6 +27,21 @@ bool companionWanted(PackageStatus status)
 {
     return status == PackageStatus::NotInstalled || status == PackageStatus::NotUpdated
         || status == PackageStatus::Mixed;
+}
+
+// A status as part of a row's description.
+QString stateText(PackageStatus status)
+{
+    switch (status) {
+    case PackageStatus::NotInstalled:
+        return Texts::tr("not installed");
+    case PackageStatus::NotUpdated:
+        return Texts::tr("update available");
+    case PackageStatus::UpToDate:
+        return Texts::tr("up to date");
+    default:
+        return rowNote(status);
+    }
 }
 
 struct ByteUnit {
@@ -84,6 +94,15 @@ QString PackageRow::info() const
     return nonEmptyString(package.value(PackageKeys::info));
 }
 
+QString PackageRow::description() const
+{
+    QStringList parts{title(), stateText(status)};
+    if (!failure.isEmpty() && status != PackageStatus::InProgress) {
+        parts.append(failure);
+    }
+    return parts.join(u", "_s);
+}
+
 bool PackageRow::isPriority() const
 {
     return prefix() == SpecialPrefix::support;
@@ -102,7 +121,7 @@ QList<PackageRow> packageRows(const QList<Record> &packages, const QHash<QString
         row.status = statuses.value(prefix, PackageStatus::MissingData);
         if (prefix == SpecialPrefix::priority) {
             top.prepend(row);
-        } else if (isCompanion(prefix)) {
+        } else if (isSupportPackage(prefix)) {
             companion = row;
         } else {
             anyInstalled = anyInstalled || isInstalled(row.status);
@@ -113,6 +132,25 @@ QList<PackageRow> packageRows(const QList<Record> &packages, const QHash<QString
         top.prepend(*companion);
     }
     return top + rows;
+}
+
+QString searchable(const QString &text)
+{
+    QString letters = text.normalized(QString::NormalizationForm_KD);
+    letters.removeIf([](QChar c) { return c.isMark(); });
+    return letters.toUpper().toCaseFolded(); // capitals have one form more of some letters: "ß" is "SS"
+}
+
+QList<PackageRow> rowsFound(const QList<PackageRow> &rows, const QString &words)
+{
+    const QStringList wanted = searchable(words).split(u' ', Qt::SkipEmptyParts);
+    QList<PackageRow> found;
+    std::copy_if(rows.cbegin(), rows.cend(), std::back_inserter(found), [&wanted](const PackageRow &row) {
+        const QString name = searchable(row.name());
+        return std::all_of(
+            wanted.cbegin(), wanted.cend(), [&name](const QString &word) { return name.contains(word); });
+    });
+    return found;
 }
 
 RowButtons rowButtons(PackageStatus status, const QString &prefix)

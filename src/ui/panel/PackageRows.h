@@ -11,19 +11,13 @@
 
 namespace brevok {
 
-/// Prefixes of packages with a part of their own in the list.
-namespace SpecialPrefix {
-inline constexpr QLatin1StringView priority("0xr5000"); ///< at the top of the list
-inline constexpr QLatin1StringView support("0xr5700"); ///< the companion, never removed by itself
-inline constexpr QLatin1StringView oldSupport("KM#xR57"); ///< the companion under its other prefix
-} // namespace SpecialPrefix
-
 /// One row of the packages tab.
 struct PackageRow {
     Record package;
     PackageStatus status = PackageStatus::MissingData;
     QString failure{}; ///< what went wrong lately, in short; empty for nothing
     QString failureDetails{}; ///< all of it, one sentence a line
+    bool installable = true; ///< somebody is signed in
 
     [[nodiscard]] QString prefix() const;
     /// The package's name in one line, "-" when there is none.
@@ -34,6 +28,8 @@ struct PackageRow {
     [[nodiscard]] QString title() const;
     /// The address that the info button opens; empty when there is none.
     [[nodiscard]] QString info() const;
+    /// What its name, version and state say in one line, to whoever does not see the row.
+    [[nodiscard]] QString description() const;
     /// Whether the row has the colour of priority rows.
     [[nodiscard]] bool isPriority() const;
 
@@ -44,6 +40,11 @@ struct PackageRow {
 /// as MissingData.
 [[nodiscard]] QList<PackageRow> packageRows(
     const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses);
+
+/// @p text as searches compare it: without case, accents, and other forms of the same letter.
+[[nodiscard]] QString searchable(const QString &text);
+/// Those of @p rows whose name holds all of @p words.
+[[nodiscard]] QList<PackageRow> rowsFound(const QList<PackageRow> &rows, const QString &words);
 
 /// What a row's buttons are in one status.
 struct RowButtons {

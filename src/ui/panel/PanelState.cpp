@@ -5,7 +5,6 @@
 
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
-#include "ui/widgets/TextFitting.h"
 
 #include <QLocale>
 
@@ -106,7 +105,7 @@ NoticeText storageNotice(const QString &problem)
 {
     return {Texts::tr("Tolvane Brevok cannot store its data"),
         Texts::tr("What changes is kept in memory, and stored as soon as that is possible. Reason: %1")
-            .arg(breakable(oneLine(problem))),
+            .arg(oneLine(problem)),
         Texts::tr("Try Again"), u"Warning"_s};
 }
 

@@ -282,13 +282,13 @@ void BrevokPreferencesController::updateAccountPage()
     ui.actionButton->setEnabled(idle);
     ui.actionButton->setText(signedIn ? Texts::tr("Sign Out") : Texts::tr("Sign In"));
     if (!idle) {
-        ui.brevokStatus->setText(Texts::tr("Contacting the service…"));
+        setBreakableText(*ui.brevokStatus, Texts::tr("Contacting the service…"));
     } else if (signedIn) {
-        ui.brevokStatus->setText(breakable(Texts::tr("Signed in as %1.").arg(oneLine(email))));
+        setBreakableText(*ui.brevokStatus, Texts::tr("Signed in as %1.").arg(oneLine(email)));
     } else if (const QString failure = m_with.session.signinFailure(); !failure.isEmpty()) {
-        ui.brevokStatus->setText(breakable(failure));
+        setBreakableText(*ui.brevokStatus, failure);
     } else {
-        ui.brevokStatus->setText(Texts::tr("Not signed in."));
+        setBreakableText(*ui.brevokStatus, Texts::tr("Not signed in."));
     }
 }
 

@@ -169,9 +169,9 @@ void BrevokPreferencesController::setTargetPath(const QString &path)
     popUp.setItemData(sheetPathItem, path);
     popUp.setItemText(sheetPathItem, path.isEmpty() ? Texts::tr("None") : oneLine(path));
     popUp.setCurrentIndex(sheetPathItem);
-    popUp.setToolTip(plainToolTip(path));
+    setPlainToolTip(popUp, path);
     m_outlets->addTarget->setEnabled(!path.isEmpty());
-    m_outlets->sheetStatus->clear();
+    setBreakableText(*m_outlets->sheetStatus, {});
 }
 
 void BrevokPreferencesController::clickOnPath()
@@ -229,7 +229,7 @@ void BrevokPreferencesController::setChecking(bool checking)
         widget->setEnabled(!checking);
     }
     m_outlets->addTarget->setEnabled(!checking && !targetPath().isEmpty());
-    m_outlets->sheetStatus->setText(checking ? Texts::tr("Checking the folder…") : QString());
+    setBreakableText(*m_outlets->sheetStatus, checking ? Texts::tr("Checking the folder…") : QString());
 }
 
 void BrevokPreferencesController::insertPath()
@@ -274,7 +274,7 @@ void BrevokPreferencesController::insertChosenTarget()
     const QString type = m_outlets->targetApp->currentIndex() > 0 ? u"InCopy"_s : u"InDesign"_s;
     const QString version = targetVersion(m_outlets->targetVer->currentIndex());
     if (const std::optional<QString> reason = whyNoTarget(targetPath(), version, m_look)) {
-        m_outlets->sheetStatus->setText(breakable(oneLine(*reason)));
+        setBreakableText(*m_outlets->sheetStatus, oneLine(*reason));
         return;
     }
     m_with.targets.insertTarget(targetPath(), type, version);

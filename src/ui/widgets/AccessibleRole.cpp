@@ -28,6 +28,13 @@ public:
         return state;
     }
 
+    // A tool tip is none: it repeats what a name says, with mark-up.
+    [[nodiscard]] QString text(QAccessible::Text kind) const override
+    {
+        return kind == QAccessible::Description ? widget()->accessibleDescription()
+                                                : QAccessibleWidget::text(kind);
+    }
+
     void *interface_cast(QAccessible::InterfaceType type) override
     {
         if (type == QAccessible::ValueInterface && widget()->property(valueProperty).isValid()) {

@@ -13,7 +13,7 @@ namespace brevok {
 
 namespace {
 
-constexpr int sideMargin = 14;
+constexpr int sideMargin = 11;
 constexpr int buttonHeight = 30;
 constexpr double radius = 7;
 constexpr int symbolSize = 16;
@@ -32,7 +32,9 @@ bool handledKey(QAbstractButton &button, QKeyEvent *event)
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        button.animateClick();
+        if (!event->isAutoRepeat()) { // a key that is held presses once
+            button.animateClick();
+        }
         return true;
     default:
         return false;
@@ -187,6 +189,13 @@ void SymbolButton::keyPressEvent(QKeyEvent *event)
     if (!handledKey(*this, event)) {
         QPushButton::keyPressEvent(event);
     }
+}
+
+void SymbolButton::mouseReleaseEvent(QMouseEvent *event)
+{
+    m_clickedByMouse = true;
+    QPushButton::mouseReleaseEvent(event);
+    m_clickedByMouse = false;
 }
 
 } // namespace brevok

@@ -50,6 +50,8 @@ public:
     ~SymbolButton() override;
 
     void setSymbol(const QString &symbol);
+    /// While clicked() is told: whether the mouse did it, and not the keyboard or assistive technology.
+    [[nodiscard]] bool isClickedByMouse() const { return m_clickedByMouse; }
 
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
@@ -57,9 +59,11 @@ public:
 protected:
     void paintEvent(QPaintEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
     QString m_symbol;
+    bool m_clickedByMouse = false;
 };
 
 /// Draws the ring around what has the keyboard's focus.

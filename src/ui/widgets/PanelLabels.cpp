@@ -24,14 +24,6 @@ namespace {
 
 constexpr int gap = 6; // between text and detail
 constexpr int failureMargin = 10;
-constexpr double leastDetail = 0.25; // of the width, however long the text is
-constexpr double mostDetail = 0.6;
-
-// Whole words of a very long text, broken to a readable width; never as markup.
-QString toolTipFor(const QString &text)
-{
-    return u"<p style='white-space: pre-wrap'>%1</p>"_s.arg(text.toHtmlEscaped());
-}
 
 } // namespace
 
@@ -71,8 +63,8 @@ void FailureLabel::setFailure(const QString &failure)
         return;
     }
     m_failure = failure;
-    setText(breakable(severalLines(failure, mostShown)));
-    setToolTip(failure.size() > mostShown ? plainToolTip(failure) : QString());
+    setBreakableText(*this, severalLines(failure, mostShown));
+    setPlainToolTip(*this, failure.size() > mostShown ? failure : QString());
     setVisible(!failure.isEmpty());
     if (isVisible()) {
         QAccessibleEvent raised(this, QAccessible::Alert);
@@ -139,8 +131,9 @@ void ElidedLabel::setFonts(const QFont &font, const QFont &detailFont)
 
 QSize ElidedLabel::sizeHint() const
 {
-    const int lines = m_shownMore.isEmpty() ? 1 : 2;
-    return {fontMetrics().horizontalAdvance(m_text.left(80)), lines * fontMetrics().height()};
+    const int more = m_shownMore.isEmpty() ? 0 : fontMetrics().height();
+    const int detail = m_detailBelow ? QFontMetrics(m_detailFont).height() : 0;
+    return {fontMetrics().horizontalAdvance(m_text.left(80)), fontMetrics().height() + more + detail};
 }
 
 QSize ElidedLabel::minimumSizeHint() const
@@ -150,8 +143,10 @@ QSize ElidedLabel::minimumSizeHint() const
 
 void ElidedLabel::setMostLines(int lines)
 {
-    m_mostLines = lines;
-    lay();
+    if (lines != m_mostLines) {
+        m_mostLines = lines;
+        lay();
+    }
 }
 
 void ElidedLabel::setFailing(bool failing)
@@ -162,8 +157,10 @@ void ElidedLabel::setFailing(bool failing)
 
 void ElidedLabel::setExplanation(const QString &explanation)
 {
-    m_explanation = explanation;
-    lay();
+    if (explanation != m_explanation) {
+        m_explanation = explanation;
+        lay();
+    }
 }
 
 // What fits on one line, up to a place where a line may end.
@@ -185,49 +182,61 @@ QString ElidedLabel::takeFirstLine(QString &rest) const
 
 void ElidedLabel::lay()
 {
-    const bool hadMore = !m_shownMore.isEmpty();
+    const int height = sizeHint().height();
     QString more = m_text;
     const QString first = takeFirstLine(more);
     m_shownMore = fontMetrics().elidedText(more, Qt::ElideRight, width());
-    const QFontMetrics detailMetrics(m_detailFont);
-    int detailWidth = 0;
-    m_shownDetail.clear();
-    if (!m_detail.isEmpty()) {
-        const double free = width() - fontMetrics().horizontalAdvance(m_text) - gap;
-        const double room = std::clamp(free, width() * leastDetail, width() * mostDetail);
-        m_shownDetail = detailMetrics.elidedText(m_detail, Qt::ElideRight, static_cast<int>(room));
-        detailWidth = detailMetrics.horizontalAdvance(m_shownDetail) + gap;
-    }
-    m_shownText = fontMetrics().elidedText(first, Qt::ElideRight, std::max(0, width() - detailWidth));
-    const bool whole = m_shownText == first && m_shownMore == more && m_shownDetail == m_detail;
-    setToolTip(!m_explanation.isEmpty() ? toolTipFor(m_explanation) : whole ? QString() : toolTipFor(text()));
-    if (hadMore == m_shownMore.isEmpty()) {
+    layDetail(fontMetrics().horizontalAdvance(first));
+    const bool beside = !m_shownDetail.isEmpty() && !m_detailBelow;
+    const int taken = beside ? QFontMetrics(m_detailFont).horizontalAdvance(m_shownDetail) + gap : 0;
+    m_shownText = fontMetrics().elidedText(first, Qt::ElideRight, std::max(0, width() - taken));
+    updateToolTip(m_shownText == first && m_shownMore == more && m_shownDetail == m_detail);
+    if (height != sizeHint().height()) {
         updateGeometry();
     }
     update();
+}
+
+void ElidedLabel::layDetail(int textWidth)
+{
+    const QFontMetrics metrics(m_detailFont);
+    const int beside = width() - textWidth - gap;
+    m_detailBelow = m_mostLines > 1 && metrics.horizontalAdvance(m_detail) > beside && !m_detail.isEmpty();
+    const int sign = metrics.horizontalAdvance(QChar(0x2026)); // is left of it in any case
+    const int room = m_detailBelow ? width() : std::max(beside, sign);
+    m_shownDetail = metrics.elidedText(m_detail, Qt::ElideRight, room);
+}
+
+void ElidedLabel::updateToolTip(bool whole)
+{
+    const QString unseen = whole ? QString() : text();
+    setToolTip(plainToolTip(m_explanation.isEmpty() ? unseen : m_explanation));
+    setAccessibleDescription(m_explanation);
 }
 
 void ElidedLabel::paintEvent(QPaintEvent *)
 {
     QPainter painter(this);
     const QColor secondary = PanelStyle::secondaryText(palette());
+    const QFontMetrics detailMetrics(m_detailFont);
     const int textWidth = fontMetrics().horizontalAdvance(m_shownText);
-    const int lineHeight = fontMetrics().height();
-    const int lines = m_shownMore.isEmpty() ? 1 : 2;
-    const int ascent = (height() - lines * lineHeight) / 2 + fontMetrics().ascent();
+    const int top = (height() - sizeHint().height()) / 2;
+    const int baseline = top + fontMetrics().ascent();
     const bool mirrored = layoutDirection() == Qt::RightToLeft;
-    const int detailWidth = QFontMetrics(m_detailFont).horizontalAdvance(m_shownDetail);
-    painter.setLayoutDirection(Qt::LeftToRight); // of the line; a text keeps its own direction
+    const auto draw = [&](const QString &text, int advance, int before, int y) {
+        painter.drawText(mirrored ? width() - before - advance : before, y, text);
+    };
+    painter.setLayoutDirection(Qt::LayoutDirectionAuto); // each text has its own, and its sign at its end
     painter.setPen(m_failing ? PanelStyle::failureText(palette())
             : m_secondary    ? secondary
                              : palette().color(QPalette::WindowText));
-    painter.drawText(mirrored ? width() - textWidth : 0, ascent, m_shownText);
-    const int moreWidth = fontMetrics().horizontalAdvance(m_shownMore);
-    painter.drawText(mirrored ? width() - moreWidth : 0, ascent + lineHeight, m_shownMore);
+    draw(m_shownText, textWidth, 0, baseline);
+    draw(m_shownMore, fontMetrics().horizontalAdvance(m_shownMore), 0, baseline + fontMetrics().height());
     painter.setFont(m_detailFont);
     painter.setPen(secondary);
-    painter.drawText(
-        mirrored ? width() - textWidth - gap - detailWidth : textWidth + gap, ascent, m_shownDetail);
+    const int below = top + fontMetrics().height() + detailMetrics.ascent();
+    draw(m_shownDetail, detailMetrics.horizontalAdvance(m_shownDetail), m_detailBelow ? 0 : textWidth + gap,
+        m_detailBelow ? below : baseline);
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent *)

@@ -52,8 +52,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
-/// One line of plain text, or two where it may have them, and a second text behind it that is kept in view,
-/// both cut with an ellipsis where they do not fit; then a tool tip holds the whole.
+/// One line of plain text, or two where it may have them, and a second text behind it, or below where that
+/// may be. The first text goes before the second; what does not fit is cut with an ellipsis, and then a tool
+/// tip holds the whole.
 class ElidedLabel final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ElidedLabel)
@@ -68,7 +69,6 @@ public:
     /// Both texts.
     [[nodiscard]] QString text() const;
     void setFonts(const QFont &font, const QFont &detailFont);
-    /// Of a text without a detail.
     void setMostLines(int lines);
     /// Whether the first text is drawn as one that says what went wrong.
     void setFailing(bool failing);
@@ -85,6 +85,8 @@ protected:
 
 private:
     void lay();
+    void layDetail(int textWidth);
+    void updateToolTip(bool whole);
     [[nodiscard]] QString takeFirstLine(QString &rest) const;
 
     QString m_text;
@@ -94,6 +96,7 @@ private:
     QString m_shownText;
     QString m_shownMore; ///< on a second line
     QString m_shownDetail;
+    bool m_detailBelow = false;
     int m_mostLines = 1;
     bool m_secondary = false;
     bool m_failing = false;

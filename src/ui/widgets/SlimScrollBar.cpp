@@ -48,6 +48,9 @@ void SlimScrollBar::moveTo(double y)
 
 void SlimScrollBar::paintEvent(QPaintEvent *)
 {
+    if (minimum() == maximum()) {
+        return; // its column stays, so that nothing beside it moves
+    }
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     QColor colour = palette().color(QPalette::WindowText);

@@ -5,11 +5,31 @@
 
 #include "foundation/UntrustedText.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QTextBoundaryFinder>
+#include <QWidget>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr QChar placeToBreak(0x200B); // zero width space
+
+// What was selected in @p label and comes to the clipboard.
+void copyWhole(const QLabel &label, QClipboard::Mode mode)
+{
+    QClipboard *clipboard = QGuiApplication::clipboard();
+    const QString copied = clipboard->text(mode);
+    if (copied.contains(placeToBreak) && copied.size() == label.selectedText().size()) {
+        clipboard->setText(QString(copied).remove(placeToBreak), mode);
+    }
+}
+
+} // namespace
 
 QString breakable(const QString &shown)
 {
@@ -24,7 +44,7 @@ QString breakable(const QString &shown)
         from = characters.position();
         run = character.front().isSpace() ? 0 : run + 1;
         if (run > longestWord) {
-            result += QChar(0x200B); // zero width space
+            result += placeToBreak;
             run = 1;
         }
         result += character;
@@ -32,9 +52,37 @@ QString breakable(const QString &shown)
     return result;
 }
 
+void setBreakableText(QLabel &label, const QString &text)
+{
+    constexpr auto watched = "copiesAreWhole";
+    label.setText(breakable(text));
+    label.setAccessibleName(severalLines(text));
+    if (!label.property(watched).toBool()) {
+        label.setProperty(watched, true);
+        QObject::connect(QGuiApplication::clipboard(), &QClipboard::changed, &label,
+            [&label](QClipboard::Mode mode) { copyWhole(label, mode); });
+    }
+}
+
 QString plainToolTip(const QString &text)
 {
-    return text.isEmpty() ? QString() : u"<qt>%1</qt>"_s.arg(breakable(text).toHtmlEscaped());
+    constexpr qsizetype mostCharacters = 1000;
+    constexpr qsizetype mostLines = 16;
+    if (text.isEmpty()) {
+        return {};
+    }
+    QStringList lines = severalLines(text, mostCharacters).split(u'\n');
+    if (lines.size() > mostLines) {
+        lines.resize(mostLines);
+        lines.append(u"…"_s);
+    }
+    return u"<p style='white-space: pre-wrap'>%1</p>"_s.arg(breakable(lines.join(u'\n')).toHtmlEscaped());
+}
+
+void setPlainToolTip(QWidget &view, const QString &text)
+{
+    view.setToolTip(plainToolTip(text));
+    view.setAccessibleDescription(text);
 }
 
 } // namespace brevok

@@ -17,7 +17,7 @@ namespace {
 
 void setShownText(QLabel &label, const QString &text)
 {
-    label.setText(breakable(text));
+    setBreakableText(label, text);
     label.setVisible(!text.isEmpty());
 }
 

@@ -31,12 +31,12 @@ BrevokUpdateResultController::~BrevokUpdateResultController() = default;
 void BrevokUpdateResultController::setTitleString(const QString &title)
 {
     setWindowTitle(oneLine(title));
-    m_title.setText(breakable(title));
+    setBreakableText(m_title, title);
 }
 
 void BrevokUpdateResultController::setLabelString(const QString &label)
 {
-    m_label.setText(breakable(label));
+    setBreakableText(m_label, label);
 }
 
 } // namespace brevok

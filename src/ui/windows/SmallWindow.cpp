@@ -74,7 +74,8 @@ void SmallWindow::showOver(QWidget *window)
 
 QLabel &SmallWindow::addText(const QString &name, const QString &text)
 {
-    auto *label = new QLabel(breakable(text), this);
+    auto *label = new QLabel(this);
+    setBreakableText(*label, text);
     label->setObjectName(name);
     label->setTextFormat(Qt::PlainText);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);

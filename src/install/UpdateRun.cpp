@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "install/UpdateRun.h"
+
+#include "catalogue/BrevokPackages.h"
+#include "install/InstallFlow.h"
+
+#include <QPointer>
+
+#include <utility>
+
+namespace brevok {
+
+UpdateRun::UpdateRun(InstallFlow &flow, BrevokPackages &packages, QObject *parent)
+    : QObject(parent)
+    , m_flow(flow)
+    , m_packages(packages)
+{
+}
+
+UpdateRun::~UpdateRun() = default;
+
+void UpdateRun::start(const Completion &done)
+{
+    if (isRunning()) {
+        return;
+    }
+    m_done = done;
+    const QList<Record> packages = m_packages.packageRecords();
+    for (const Record &package : packages) {
+        if (m_packages.waits(package)) {
+            m_prefixes.append(package.value(PackageKeys::prefix).toString());
+        }
+    }
+    m_prefixes.removeDuplicates();
+    m_total = m_prefixes.size();
+    next();
+}
+
+void UpdateRun::stop()
+{
+    if (isRunning()) {
+        m_stopped = true;
+        m_prefixes.clear();
+        Q_EMIT changed();
+    }
+}
+
+void UpdateRun::next()
+{
+    if (m_prefixes.isEmpty()) {
+        end();
+        return;
+    }
+    const QString prefix = m_prefixes.takeFirst();
+    ++m_current;
+    Q_EMIT packageBegins(prefix);
+    Q_EMIT changed();
+    m_flow.installWithPrefix(prefix, false, [self = QPointer(this), prefix](const InstallOutcome &outcome) {
+        if (self) {
+            self->m_sum += outcome;
+            Q_EMIT self->packageEnded(prefix);
+            self->next();
+        }
+    });
+}
+
+void UpdateRun::end()
+{
+    m_total = 0;
+    m_current = 0;
+    m_stopped = false;
+    const InstallOutcome sum = std::exchange(m_sum, {});
+    const Completion done = std::exchange(m_done, {});
+    Q_EMIT changed();
+    if (done) {
+        done(sum);
+    }
+}
+
+} // namespace brevok

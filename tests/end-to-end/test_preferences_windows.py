@@ -1,0 +1,63 @@
+"""The preferences as a user has them: where their windows come up, and who has the keyboard's focus."""
+from on_desktop import OnDesktop, run_tests
+
+
+class Targets(OnDesktop):
+    def test_pages_are_tabs(self):
+        self.open_targets()
+        self.wait_for_control("Pages", "page tab list")
+        for number, name in enumerate(("Account", "Targets", "Settings"), 1):
+            self.desktop.press(f"ctrl+{number}")
+            self.wait_for_control(name, "page tab", selected=True)
+            self.wait_for_control(name, "panel", showing=True)
+        self.assertEqual([c.name for c in self.controls() if c.role == "page tab" and "selected" in c.states],
+                         ["Settings"])
+
+    def open_targets(self):
+        self.start(signed_in=True)
+        self.open_panel()
+        self.desktop.press("ctrl+comma")
+        self.wait_for_control("Preferences", None, active=True)
+        self.desktop.press("ctrl+2")
+        self.wait_for_control("Targets", "table")
+
+    def choose(self, folder):
+        self.press_button("Browse…")
+        self.wait_for_control("Chose Plug-Ins directory", "dialog", active=True)
+        self.desktop.write(str(folder))
+        self.desktop.press("Return")
+        self.wait_until_gone("Chose Plug-Ins directory", "dialog")
+
+    def window(self, name):
+        return self.wait(name, lambda: next(
+            (c for c in self.controls() if c.depth == 1 and c.name == name and "active" in c.states), None))
+
+    def assert_over(self, upper, lower):
+        x, y = upper.middle()
+        left, top, width, height = lower.rectangle
+        self.assertTrue(left <= x < left + width and top <= y < top + height, f"{upper} is not over {lower}")
+
+    def test_windows_open_over_theirs_and_give_the_focus_back(self):
+        folder = self.session.folder / "elsewhere" / "Plug-Ins"
+        folder.mkdir(parents=True)
+        self.open_targets()
+        preferences = self.window("Preferences")
+        self.press_button("Add…")
+        sheet = self.window("Add Target")
+        self.assert_over(sheet, preferences)
+        self.choose(folder)
+        for key in ("Escape", "Escape", "Escape"):
+            self.wait_for_control("Add Target", "push button", enabled=True)
+            self.press_button("Add Target")
+            self.assert_over(self.window("Invalid Plug-Ins path selected!"), sheet)
+            self.desktop.press(key)
+            self.wait_until_gone("Invalid Plug-Ins path selected!")
+            self.window("Add Target")
+            self.wait("something has the focus", lambda: any("focused" in c.states for c in self.controls()))
+        self.desktop.press("Escape")
+        self.wait_until_gone("Add Target")
+        self.window("Preferences")
+
+
+if __name__ == "__main__":
+    run_tests()

@@ -1,15 +1,47 @@
 """The preferences as a user has them: where their windows come up, and who has the keyboard's focus."""
+import pathlib
+import shutil
+import sys
+
 from on_desktop import OnDesktop, run_tests
+
+DEAD_MOUNT = pathlib.Path(sys.argv.pop(2))
 
 
 class Targets(OnDesktop):
+    def test_a_target_behind_a_dead_mount(self):
+        session = self.session
+        mount, gate, asked = (session.folder / name for name in ("A", "gate", "asked-by-the-main-thread"))
+        session.environment |= {
+            "LD_PRELOAD": shutil.copy(DEAD_MOUNT, session.folder), "ASAN_OPTIONS": "verify_asan_link_order=0",
+            "DEAD_MOUNT": str(mount), "DEAD_MOUNT_GATE": str(gate), "DEAD_MOUNT_LOG": str(asked)}
+        self.addCleanup(gate.unlink, missing_ok=True)
+        for name in "One", "Two":
+            (mount / name / "Plug-Ins").mkdir(parents=True)
+        self.open_targets()
+        session.ctl("targets", "add", mount / "One" / "Plug-Ins", "--type", "InDesign", "--version", "140")
+        asked.write_text("")
+        gate.touch()
+        self.press_button("Add…")
+        self.press_button("Browse…")  # which would start beside that target
+        self.window("Chose Plug-Ins directory")
+        self.desktop.press("Escape")
+        self.wait_until_gone("Chose Plug-Ins directory", "dialog")
+        self.desktop.press("Escape")
+        self.wait_until_gone("Add Target")
+        self.desktop.press("shift+Tab", "End", "Delete")
+        undo = self.wait_for_control("Undo", "push button", enabled=True)
+        self.desktop.click(*undo.middle())
+        self.wait_until_gone("Undo")
+        self.assertEqual(asked.read_text(), "")
+
     def test_pages_are_tabs(self):
         self.open_targets()
         self.wait_for_control("Pages", "page tab list")
         for number, name in enumerate(("Account", "Targets", "Settings"), 1):
             self.desktop.press(f"ctrl+{number}")
             self.wait_for_control(name, "page tab", selected=True)
-            self.wait_for_control(name, "panel", showing=True)
+            self.wait_for_control(name, "property page", showing=True)
         self.assertEqual([c.name for c in self.controls() if c.role == "page tab" and "selected" in c.states],
                          ["Settings"])
 

@@ -291,6 +291,7 @@ void BrevokPreferencesController::showSession(bool idle, bool signedIn)
     } else {
         ui.brevokStatus->setText(Texts::tr("Not signed in."));
     }
+    ui.brevokStatus->setVisible(!idle || !signedIn);
 }
 
 // A choice that cannot be stored counts all the same, is tried again, and is said not to be stored until it

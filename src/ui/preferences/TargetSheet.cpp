@@ -43,6 +43,9 @@ TargetSheet::TargetSheet(
     Ui::TargetSheet &ui = *m_outlets;
     ui.setupUi(this);
     setTexts();
+    QSizePolicy keepsRoom = ui.sheetStatus->sizePolicy();
+    keepsRoom.setRetainSizeWhenHidden(true);
+    ui.sheetStatus->setSizePolicy(keepsRoom);
     ui.targetPath->addItems({QString(), Texts::tr("Other…")});
     ui.targetApp->addItems({u"InDesign"_s, u"InCopy"_s});
     showVersion(targetVersion(targetVersionCount - 1));
@@ -131,16 +134,15 @@ void TargetSheet::folderRead(const ChosenFolder &chosen)
 {
     setChecking(false);
     if (!chosen.look) {
-        m_outlets->sheetStatus->setText(breakable(doesNotAnswer(m_path)));
+        tell(doesNotAnswer(m_path));
         return;
     }
     if (chosen.host && !m_appByHand) {
         m_outlets->targetApp->setCurrentIndex(chosen.host->isInCopy ? 1 : 0);
     }
     if (!chosen.host || !targetVersionIndex(chosen.host->version)) {
-        m_outlets->sheetStatus->setText(
-            Texts::tr("No known version of InDesign or InCopy stands beside this folder. Choose the "
-                      "application and its version."));
+        tell(Texts::tr("No known version of InDesign or InCopy stands beside this folder. Choose the "
+                       "application and its version."));
     } else if (!m_versionByHand) {
         showVersion(chosen.host->version);
     }
@@ -218,7 +220,13 @@ void TargetSheet::setChecking(bool checking)
     if (loseFocus) {
         m_outlets->targetApp->setFocus();
     }
-    m_outlets->sheetStatus->setText(checking ? Texts::tr("Checking the folder…") : QString());
+    tell(checking ? Texts::tr("Checking the folder…") : QString());
+}
+
+void TargetSheet::tell(const QString &text)
+{
+    m_outlets->sheetStatus->setText(breakable(oneLine(text)));
+    m_outlets->sheetStatus->setVisible(!text.isEmpty());
 }
 
 void TargetSheet::insertPath()
@@ -240,7 +248,7 @@ void TargetSheet::tellTarget()
     const QString type = m_outlets->targetApp->currentIndex() > 0 ? u"InCopy"_s : u"InDesign"_s;
     const QString version = targetVersion(m_outlets->targetVer->currentIndex());
     if (const std::optional<QString> reason = whyNoTarget(m_path, version, m_look)) {
-        m_outlets->sheetStatus->setText(breakable(oneLine(*reason)));
+        tell(*reason);
         return;
     }
     Q_EMIT targetChosen(m_path, type, version);

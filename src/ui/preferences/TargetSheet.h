@@ -64,6 +64,7 @@ private:
     void openChooser(const QString &folder);
     void folderChosen(const QFileDialog &chooser);
     void setChecking(bool checking);
+    void tell(const QString &text);
     void warnOfPath();
     void tellTarget();
 

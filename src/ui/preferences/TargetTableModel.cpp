@@ -50,8 +50,19 @@ void TargetTableModel::sortPaths()
     }
 }
 
+void TargetTableModel::changeMany(const std::function<void()> &changes)
+{
+    m_changingMany = true;
+    changes();
+    m_changingMany = false;
+    update();
+}
+
 void TargetTableModel::update()
 {
+    if (m_changingMany) {
+        return;
+    }
     const TargetRecords records = m_targets.targets();
     for (int row = rowCount() - 1; row >= 0; --row) {
         if (!records.contains(m_paths.at(row))) {

@@ -7,6 +7,8 @@
 #include <QHash>
 #include <QStringList>
 
+#include <functional>
+
 namespace brevok {
 
 class BrevokTargetApps;
@@ -29,6 +31,8 @@ public:
     [[nodiscard]] QString path(int row) const { return m_paths.value(row); }
     /// The row of the target with @p path; -1 when it has none.
     [[nodiscard]] int row(const QString &path) const { return static_cast<int>(m_paths.indexOf(path)); }
+    /// Runs @p changes of many targets, after which the rows are brought up to date once.
+    void changeMany(const std::function<void()> &changes);
     /// The text of the row, in one line.
     [[nodiscard]] QString getCellLabelForRow(int row) const;
 
@@ -53,6 +57,7 @@ private:
     BrevokTargetApps &m_targets;
     QStringList m_paths;
     QHash<QString, qsizetype> m_places; ///< of all paths that ever had a row
+    bool m_changingMany = false;
 };
 
 /// @p label, which begins with a path, as it is shown: a path reads from left to right everywhere.

@@ -203,9 +203,11 @@ void TargetsPage::removePath()
         removed.append({path, m_targets.allRecords().value(path)});
     }
     m_removed.clear();
-    for (const Removed &target : std::as_const(removed)) {
-        m_targets.removeTarget(target.path);
-    }
+    m_model->changeMany([&] {
+        for (const Removed &target : std::as_const(removed)) {
+            m_targets.removeTarget(target.path);
+        }
+    });
     m_removed = std::move(removed);
     tell({});
     showRemoved();
@@ -219,14 +221,16 @@ void TargetsPage::undoRemoval()
 {
     const QList<Removed> removed = std::exchange(m_removed, {});
     QStringList paths;
-    for (const auto &[path, record] : removed) {
-        m_targets.insertTarget(
-            path, record.value(TargetKeys::type).toString(), record.value(TargetKeys::version).toString());
-        if (record.value(TargetKeys::enabled) != QJsonValue(TargetKeys::yes)) {
-            m_targets.setTarget(path, false);
+    m_model->changeMany([&] {
+        for (const auto &[path, record] : removed) {
+            m_targets.insertTarget(path, record.value(TargetKeys::type).toString(),
+                record.value(TargetKeys::version).toString());
+            if (record.value(TargetKeys::enabled) != QJsonValue(TargetKeys::yes)) {
+                m_targets.setTarget(path, false);
+            }
+            paths.append(path);
         }
-        paths.append(path);
-    }
+    });
     if (!paths.isEmpty()) {
         showTargets(paths);
         showRemoved();
@@ -360,13 +364,16 @@ void TargetsPage::addTarget(const QString &path, const QString &type, const QStr
 void TargetsPage::showTargets(const QStringList &paths)
 {
     QTableView &table = *m_outlets->targetsView;
-    table.clearSelection();
+    QItemSelection rows;
     for (const QString &path : paths) {
         const QModelIndex row = m_model->index(m_model->row(path), TargetTableModel::LabelColumn);
-        table.selectionModel()->select(row, QItemSelectionModel::Select | QItemSelectionModel::Rows);
-        table.selectionModel()->setCurrentIndex(row, QItemSelectionModel::NoUpdate);
-        table.scrollTo(row);
+        rows.select(row, row);
     }
+    const QModelIndex last =
+        m_model->index(m_model->row(paths.value(paths.size() - 1)), TargetTableModel::LabelColumn);
+    table.selectionModel()->setCurrentIndex(last, QItemSelectionModel::NoUpdate);
+    table.selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    table.scrollTo(last);
     table.setFocus();
 }
 

@@ -1437,5 +1437,29 @@ Bitte melden Sie sich erneut an.</translation>
         <source>No Plug-In has such a name.</source>
         <translation>Kein Plug-In heißt so.</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>Removed %1.</source>
+        <translation>%1 wurde entfernt.</translation>
+    </message>
+    <message>
+        <source>Removed %1 targets.</source>
+        <translation>%1 Ziele wurden entfernt.</translation>
+    </message>
+    <message>
+        <source>'%1' is already in the list.</source>
+        <translation>„%1“ steht bereits in der Liste.</translation>
+    </message>
+    <message>
+        <source>No known version of InDesign or InCopy stands beside this folder. Choose the application and its version.</source>
+        <translation>Neben diesem Ordner liegt keine bekannte Version von InDesign oder InCopy. Wählen Sie das Programm und seine Version.</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates, which are not set up on this computer.</source>
+        <translation>Wird von geplanten Updates verwendet, die auf diesem Computer nicht eingerichtet sind.</translation>
+    </message>
 </context>
 </TS>

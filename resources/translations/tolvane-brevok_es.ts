@@ -1437,5 +1437,29 @@ Vuelva a iniciar sesión.</translation>
         <source>No Plug-In has such a name.</source>
         <translation>Ningún plug-in se llama así.</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Deshacer</translation>
+    </message>
+    <message>
+        <source>Removed %1.</source>
+        <translation>Se eliminó %1.</translation>
+    </message>
+    <message>
+        <source>Removed %1 targets.</source>
+        <translation>Se eliminaron %1 destinos.</translation>
+    </message>
+    <message>
+        <source>'%1' is already in the list.</source>
+        <translation>«%1» ya está en la lista.</translation>
+    </message>
+    <message>
+        <source>No known version of InDesign or InCopy stands beside this folder. Choose the application and its version.</source>
+        <translation>Junto a esta carpeta no hay ninguna versión conocida de InDesign o InCopy. Elija la aplicación y su versión.</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates, which are not set up on this computer.</source>
+        <translation>Se usa en las actualizaciones programadas, que no están configuradas en este equipo.</translation>
+    </message>
 </context>
 </TS>

@@ -1437,5 +1437,29 @@ Veuillez vous reconnecter.</translation>
         <source>No Plug-In has such a name.</source>
         <translation>Aucun plug-in ne porte ce nom.</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>Ré&amp;tablir</translation>
+    </message>
+    <message>
+        <source>Removed %1.</source>
+        <translation>%1 a été supprimé.</translation>
+    </message>
+    <message>
+        <source>Removed %1 targets.</source>
+        <translation>%1 cibles ont été supprimées.</translation>
+    </message>
+    <message>
+        <source>'%1' is already in the list.</source>
+        <translation>« %1 » figure déjà dans la liste.</translation>
+    </message>
+    <message>
+        <source>No known version of InDesign or InCopy stands beside this folder. Choose the application and its version.</source>
+        <translation>Aucune version connue d’InDesign ou d’InCopy ne se trouve à côté de ce dossier. Choisissez l’application et sa version.</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates, which are not set up on this computer.</source>
+        <translation>Utilisé par les mises à jour planifiées, qui ne sont pas configurées sur cet ordinateur.</translation>
+    </message>
 </context>
 </TS>

@@ -1437,5 +1437,29 @@ Please try to sign-in again.</source>
         <source>No Plug-In has such a name.</source>
         <translation>その名前のプラグインはありません。</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>元に戻す(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Removed %1.</source>
+        <translation>%1 を削除しました。</translation>
+    </message>
+    <message>
+        <source>Removed %1 targets.</source>
+        <translation>%1 件のインストール先を削除しました。</translation>
+    </message>
+    <message>
+        <source>'%1' is already in the list.</source>
+        <translation>「%1」はすでにリストにあります。</translation>
+    </message>
+    <message>
+        <source>No known version of InDesign or InCopy stands beside this folder. Choose the application and its version.</source>
+        <translation>このフォルダーの隣に InDesign または InCopy の既知のバージョンが見つかりません。アプリケーションとバージョンを選択してください。</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates, which are not set up on this computer.</source>
+        <translation>スケジュールされたアップデートで使用されます。このコンピューターでは設定されていません。</translation>
+    </message>
 </context>
 </TS>

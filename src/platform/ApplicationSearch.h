@@ -31,6 +31,8 @@ public:
 
     /// The paths of the matching application bundles found so far, in a stable order.
     [[nodiscard]] virtual QStringList results() const = 0;
+    /// The folders that are searched.
+    [[nodiscard]] virtual QStringList folders() const = 0;
 
 Q_SIGNALS:
     void notification(brevok::ApplicationSearch::Notification notification);

@@ -297,6 +297,11 @@ QString BrevokTargetApps::resolvedPath(const QString &path) const
     return resolved.isEmpty() ? path : resolved;
 }
 
+QStringList BrevokTargetApps::searchedFolders() const
+{
+    return m_search ? m_search->folders() : QStringList();
+}
+
 void BrevokTargetApps::takeIn(const HostApplication &host)
 {
     m_looks.insert(host.targetPath, host.folder);

@@ -75,6 +75,8 @@ public:
     [[nodiscard]] std::optional<QString> recordPath(const QString &path) const;
     /// The target's path without links, as far as they are known.
     [[nodiscard]] QString resolvedPath(const QString &path) const;
+    /// The folders that are searched for host applications.
+    [[nodiscard]] QStringList searchedFolders() const;
     /// Looks at @p path and at all targets in the background, so that the spellings above are known, then
     /// hands over what it saw of @p path: nothing when that did not answer. Dropped with @p context.
     void lookAt(

@@ -8,6 +8,7 @@
 #include "foundation/Record.h"
 #include "platform/PropertyLists.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 using namespace Qt::StringLiterals;
@@ -35,6 +36,7 @@ std::optional<HostApplication> hostApplication(const QString &foundPath)
     return HostApplication{.targetPath = targetPath,
         .name = information.value("CFBundleName"_L1).toString(),
         .version = QString::number(leadingInteger(version) / buildsPerVersion),
+        .isInCopy = signature == "InCp"_L1,
         .folder = lookAtFolder(targetPath)};
 }
 
@@ -43,6 +45,20 @@ std::optional<HostApplication> hostApplication(const QString &foundPath)
 QString placeOf(const QString &path)
 {
     return deletingLastPathComponent(path);
+}
+
+std::optional<HostApplication> hostBeside(const QString &path)
+{
+    std::optional<HostApplication> found;
+    const QDir folder(placeOf(path));
+    const QStringList bundles = folder.entryList({u"*.app"_s}, QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    for (const QString &bundle : bundles) {
+        std::optional<HostApplication> host = hostApplication(folder.filePath(bundle));
+        if (host && (!found || found->isInCopy)) {
+            found = std::move(host);
+        }
+    }
+    return found;
 }
 
 TargetFindings lookAtTargets(const QStringList &folders, const QStringList &bundles, const Task &cameBack)

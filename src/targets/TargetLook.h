@@ -9,6 +9,8 @@
 #include <QHash>
 #include <QStringList>
 
+#include <optional>
+
 namespace brevok {
 
 /// A host application, and the folder that its plug-ins go into.
@@ -16,6 +18,7 @@ struct HostApplication {
     QString targetPath;
     QString name;
     QString version;
+    bool isInCopy = false;
     FolderLook folder;
 };
 
@@ -27,6 +30,10 @@ struct TargetFindings {
 
 /// The place, for bounded work, of what stands at @p path: an application and the plug-ins beside it are one.
 [[nodiscard]] QString placeOf(const QString &path);
+
+/// The host application that stands beside the plug-in folder @p path, an InDesign before an InCopy; nothing
+/// when there is none. Reads the disk, which may never answer.
+[[nodiscard]] std::optional<HostApplication> hostBeside(const QString &path);
 
 /// Looks at @p folders, and at the application bundles @p bundles for hosts among them. @p cameBack runs, on
 /// any thread, when a look that was given up ends after all. Background threads.

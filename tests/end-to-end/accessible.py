@@ -4,7 +4,7 @@ import dataclasses
 from gi.repository import Gio, GLib
 
 ACCESSIBLE = "org.a11y.atspi.Accessible"
-STATES = {"active": 1, "checked": 4, "enabled": 8, "focused": 12, "showing": 25, "visible": 30, "indeterminate": 32}
+STATES = {"active": 1, "checked": 4, "enabled": 8, "focused": 12, "selected": 23, "showing": 25, "visible": 30, "indeterminate": 32}
 ANSWER_MILLISECONDS = 10000
 
 

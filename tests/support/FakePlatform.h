@@ -16,6 +16,7 @@ public:
 
     QStringList patterns;
     QStringList found;
+    QStringList searched;
     bool running = false;
 
     void start(const QStringList &namePatterns) override
@@ -25,6 +26,7 @@ public:
     }
     void stop() override { running = false; }
     [[nodiscard]] QStringList results() const override { return found; }
+    [[nodiscard]] QStringList folders() const override { return searched; }
 };
 
 /// Applications that the test says are running. Set before background work starts.

@@ -20,6 +20,7 @@
 
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -83,16 +84,25 @@ struct Desk {
     void choose(const QString &path) const
     {
         click("choosePath");
-        QFileDialog *chooser = nullptr;
-        const QList<QFileDialog *> dialogs = window->findChildren<QFileDialog *>();
-        for (QFileDialog *dialog : dialogs) {
-            chooser = dialog->isVisible() ? dialog : chooser;
-        }
-        QVERIFY(chooser != nullptr);
+        QTRY_VERIFY(chooser() != nullptr);
+        QPointer<QFileDialog> chooser = this->chooser();
         QCOMPARE(chooser->windowTitle(), u"Chose Plug-Ins directory"_s);
         chooser->findChild<QLineEdit *>(u"fileNameEdit"_s)->setText(path);
         QTest::keyClick(chooser->findChild<QLineEdit *>(u"fileNameEdit"_s), Qt::Key_Return);
-        QTRY_VERIFY(!chooser->isVisible());
+        QTRY_VERIFY(chooser.isNull());
+        QTRY_VERIFY(find<QPushButton>("choosePath")->isEnabled()); // what is beside it is read
+    }
+    /// The chooser of folders that is open.
+    [[nodiscard]] QFileDialog *chooser() const
+    {
+        const QList<QFileDialog *> dialogs = window->findChildren<QFileDialog *>();
+        return dialogs.isEmpty() ? nullptr : dialogs.last();
+    }
+    /// The sheet that asks for a target; null while none is open.
+    [[nodiscard]] QDialog *sheet() const
+    {
+        auto *sheet = find<QDialog>("targetDataSheet");
+        return sheet != nullptr && sheet->isVisible() ? sheet : nullptr;
     }
 
     QTemporaryDir folder;

@@ -4,11 +4,16 @@
 #include "PreferencesDesk.h"
 #include "support/servers/FaultServer.h"
 
+#include "ui/widgets/PanelButtons.h"
+
+#include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
 #include <QLabel>
 #include <QRegularExpression>
 #include <QStackedWidget>
+#include <QToolBar>
+#include <QToolButton>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -25,12 +30,35 @@ private Q_SLOTS:
     }
 
     void pagesAreSwitched();
+    void pagesAreAnnouncedAsTabs();
+    void switchesWithoutEffectSaySo();
+    void formStaysWhereItIs();
     void checkBoxesAreInStep();
     void whatTheAdministratorDecidesIsDisabled();
     void whatCannotBeStoredIsSaid();
     void accountPageFollowsTheSession();
     void whyNobodyIsSignedInIsSaid();
 };
+
+namespace {
+
+QAccessibleInterface *told(QObject *object)
+{
+    return QAccessible::queryAccessibleInterface(object);
+}
+
+// Where the parts of the form begin.
+QList<QRect> formPlaces(const Desk &desk)
+{
+    QList<QRect> found;
+    for (const char *name : {"orlecId", "password", "actionButton", "createAccountLink", "brevokStatus"}) {
+        const auto *widget = desk.find<QWidget>(name);
+        found.append({widget->mapTo(&*desk.window, QPoint()), QSize(widget->width(), 1)});
+    }
+    return found;
+}
+
+} // namespace
 
 void PreferencesTest::pagesAreSwitched()
 {
@@ -46,6 +74,80 @@ void PreferencesTest::pagesAreSwitched()
     QVERIFY(desk.find<QAction>("targetsItem")->isChecked());
     QTest::keyClick(&*desk.window, Qt::Key_Escape);
     QVERIFY(!desk.window->isVisible());
+}
+
+void PreferencesTest::pagesAreAnnouncedAsTabs()
+{
+    Desk desk;
+    desk.open();
+    auto *toolbar = desk.find<QToolBar>("toolbar");
+    QCOMPARE(told(toolbar)->role(), QAccessible::PageTabList);
+    QCOMPARE(told(toolbar)->text(QAccessible::Name), u"Pages"_s);
+    const QStringList names{u"Account"_s, u"Targets"_s, u"Settings"_s};
+    const QList<QAction *> items = toolbar->actions();
+    QCOMPARE(items.size(), names.size());
+    for (qsizetype number = 0; number < names.size(); ++number) {
+        QAccessibleInterface *tab = told(toolbar->widgetForAction(items.at(number)));
+        QCOMPARE(tab->role(), QAccessible::PageTab);
+        QCOMPARE(tab->text(QAccessible::Name), names.at(number));
+        QCOMPARE(tab->state().selected, number == 0);
+        QVERIFY(!tab->state().checkable);
+        tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        QVERIFY(tab->state().selected);
+        QAccessibleInterface *page = told(desk.find<QStackedWidget>("tabView")->currentWidget());
+        QCOMPARE(page->role(), QAccessible::PropertyPage);
+        QCOMPARE(page->text(QAccessible::Name), names.at(number));
+        items.first()->trigger();
+    }
+}
+
+void PreferencesTest::switchesWithoutEffectSaySo()
+{
+    Desk desk;
+    desk.open();
+    desk.window->switchTab(Page::Settings);
+    for (const char *name : {"notifications", "autoUpdate"}) {
+        const auto *note = desk.find<QLabel>((QByteArray(name) + "Note").constData());
+        QVERIFY2(note->isVisible() && note->text().startsWith(u"Used by scheduled updates"_s), name);
+        QCOMPARE(desk.find<QCheckBox>(name)->accessibleDescription(), note->text());
+    }
+}
+
+// Nothing of the form moves or loses the focus while the service is asked, nor after it refused.
+void PreferencesTest::formStaysWhereItIs()
+{
+    FaultServer server;
+    const QString signin = u"/api/machine/signin"_s;
+    const ServiceConfiguration service{.baseUrl = server.url(),
+        .extraAuthorities = TestCertificates::shared().authorities(),
+        .reachabilityHost = u"public.example"_s};
+    Desk desk({}, service);
+    desk.open();
+    QVERIFY(desk.find<PanelButton>("actionButton")->isProminent());
+    const QList<QRect> before = formPlaces(desk);
+    const auto *said = desk.find<QLabel>("brevokStatus");
+    auto *button = desk.find<QPushButton>("actionButton");
+    auto *password = desk.find<QLineEdit>("password");
+    password->setFocus();
+    server.on(signin, Response::of(401, "<html>"));
+    desk.signIn(u"eve@example.com"_s);
+    QTRY_COMPARE(said->text(), u"Wrong user name or password."_s);
+    QCOMPARE(formPlaces(desk), before);
+    QCOMPARE(desk.window->focusWidget(), password);
+    button->setFocus();
+    QTest::keyClick(button, Qt::Key_Space);
+    QTRY_VERIFY(button->isEnabled() && !desk.session->isUpdating());
+    QCOMPARE(desk.window->focusWidget(), button);
+
+    password->setFocus();
+    server.on(signin, Response::silent());
+    desk.signIn({});
+    QTRY_COMPARE(said->text(), u"Contacting the service…"_s);
+    QCOMPARE(formPlaces(desk), before);
+    QCOMPARE(desk.window->focusWidget(), password);
+    const QString typed = password->text();
+    QTest::keyClicks(password, u"x"_s); // too late
+    QCOMPARE(password->text(), typed);
 }
 
 void PreferencesTest::whatTheAdministratorDecidesIsDisabled()
@@ -143,9 +245,11 @@ void PreferencesTest::accountPageFollowsTheSession()
     Desk signedIn(u"held-id"_s);
     signedIn.open();
     QCOMPARE(signedIn.find<QPushButton>("actionButton")->text(), u"Sign Out"_s);
-    QCOMPARE(signedIn.find<QLineEdit>("orlecId")->text(), u"ada@example.com"_s);
-    QVERIFY(!signedIn.find<QLineEdit>("orlecId")->isEnabled());
+    QCOMPARE(signedIn.find<QLabel>("signedInAs")->text(), u"Signed in as ada@example.com."_s);
+    QVERIFY(!signedIn.find<QLineEdit>("orlecId")->isVisible());
     QVERIFY(!signedIn.find<QLineEdit>("password")->isVisible());
+    const auto *page = signedIn.find<QStackedWidget>("tabView")->currentWidget();
+    QVERIFY(signedIn.find<QLabel>("signedInAs")->mapTo(page, QPoint()).y() <= 24); // no blank band above
     signedIn.click("actionButton");
     QTRY_COMPARE(signedIn.presenter.shown.size(), 1);
 }

@@ -5,6 +5,7 @@
 
 #include "platform/PropertyLists.h"
 #include "ui/desktop/linux/Display.h"
+#include "ui/desktop/OutlineStyle.h"
 
 #include <QApplication>
 #include <QLibraryInfo>
@@ -71,6 +72,7 @@ void prepareApplication()
 {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setDesktopFileName(QStringLiteral(BREVOK_IDENTIFIER));
+    useOutlineStyle();
     if (QLocale().language() == QLocale::English || QLocale().language() == QLocale::C) {
         return;
     }

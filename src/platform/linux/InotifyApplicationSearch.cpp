@@ -76,6 +76,15 @@ InotifyApplicationSearch::~InotifyApplicationSearch()
     InotifyApplicationSearch::stop();
 }
 
+QStringList InotifyApplicationSearch::folders() const
+{
+    QStringList roots;
+    for (const SearchScope &scope : m_scopes) {
+        roots.append(scope.root);
+    }
+    return roots;
+}
+
 void InotifyApplicationSearch::start(const QStringList &namePatterns)
 {
     for (SearchScope &scope : m_scopes) {

@@ -41,6 +41,7 @@ public:
     void start(const QStringList &namePatterns) override;
     void stop() override;
     [[nodiscard]] QStringList results() const override { return m_results; }
+    [[nodiscard]] QStringList folders() const override;
 
 private:
     /// A watch's way back to the item that holds it.

@@ -9,15 +9,17 @@
 #include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
 #include "surfaces/SettingsAccess.h"
-#include "targets/BrevokTargetApps.h"
 #include "ui/panel/PanelState.h"
-#include "ui/preferences/TargetTableModel.h"
+#include "ui/preferences/PageTabs.h"
+#include "ui/preferences/TargetsPage.h"
+#include "ui/widgets/AccessibleRole.h"
 #include "ui/widgets/TemplateImage.h"
 #include "ui/widgets/TextFitting.h"
 #include "ui_BrevokPreferences.h"
 
 #include <QActionGroup>
 #include <QKeyEvent>
+#include <QStyle>
 #include <QToolButton>
 
 namespace brevok {
@@ -34,23 +36,27 @@ BrevokPreferencesController::BrevokPreferencesController(Collaborators collabora
     : QMainWindow(parent)
     , m_with(std::move(collaborators))
     , m_outlets(std::make_unique<Ui::BrevokPreferences>())
-    , m_model(new TargetTableModel(m_with.targets, this))
 {
     if (sharedController == nullptr) {
         sharedController = this;
     }
     m_outlets->setupUi(this);
+    announceAsTabs(*m_outlets->toolbar); // before anything is told of them
+    m_targetsPage = new TargetsPage(m_with.targets, m_with.presenter, this);
+    m_outlets->tabView->insertWidget(static_cast<int>(Page::Targets), m_targetsPage);
     setTexts();
     setUpToolbar();
     setUpAccount();
     setUpSettings();
-    setUpTargets();
-    setUpSheet();
     observe();
     updateAccountPage();
     updateSettingsPage();
-    targetsChanged();
     switchTab(Page::Account);
+    if (m_outlets->credentials->isHidden()) {
+        m_outlets->actionButton->setFocus();
+    } else {
+        (m_outlets->orlecId->text().isEmpty() ? m_outlets->orlecId : m_outlets->password)->setFocus();
+    }
 }
 
 BrevokPreferencesController::~BrevokPreferencesController()
@@ -70,6 +76,7 @@ void BrevokPreferencesController::setTexts()
     Ui::BrevokPreferences &ui = *m_outlets;
     setWindowTitle(Texts::tr("Preferences"));
     ui.toolbar->setWindowTitle(Texts::tr("Pages"));
+    ui.toolbar->setAccessibleName(ui.toolbar->windowTitle());
     ui.accountItem->setText(Texts::tr("Account"));
     ui.targetsItem->setText(Texts::tr("Targets"));
     ui.settingsItem->setText(Texts::tr("Settings"));
@@ -79,23 +86,6 @@ void BrevokPreferencesController::setTexts()
     ui.orlecIdLabel->setText(Texts::tr("&E-mail:"));
     ui.passwordLabel->setText(Texts::tr("&Password:"));
     ui.createAccountLink->setText(Texts::tr("Create Account…"));
-
-    ui.targetsHint->setText(Texts::tr("Plug-ins are installed into the enabled folders."));
-    ui.noTargets->setText(
-        Texts::tr("No InDesign or InCopy was found. Add the Plug-Ins folder of its application."));
-    ui.targetsView->setAccessibleName(Texts::tr("Targets"));
-    ui.insertButton->setText(Texts::tr("&Add…"));
-    ui.removeButton->setText(Texts::tr("&Remove"));
-
-    ui.targetDataSheet->setWindowTitle(Texts::tr("Add Target"));
-    ui.sheetHint->setText(
-        Texts::tr("Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder."));
-    ui.targetPathLabel->setText(Texts::tr("&Folder:"));
-    ui.choosePath->setText(Texts::tr("&Browse…"));
-    ui.targetAppLabel->setText(Texts::tr("&Application:"));
-    ui.targetVerLabel->setText(Texts::tr("&Version:"));
-    ui.addTarget->setText(Texts::tr("Add Target"));
-    ui.cancelTarget->setText(Texts::tr("Cancel"));
 }
 
 void BrevokPreferencesController::setUpToolbar()
@@ -122,6 +112,9 @@ void BrevokPreferencesController::setUpToolbar()
             button->setFocusPolicy(Qt::TabFocus);
             button->setMinimumWidth(buttonWidth);
         }
+        QWidget *page = m_outlets->tabView->widget(static_cast<int>(item.page));
+        setAccessibleRole(*page, QAccessible::PropertyPage);
+        page->setAccessibleName(item.action->text());
     }
 }
 
@@ -129,13 +122,6 @@ void BrevokPreferencesController::setUpAccount()
 {
     Ui::BrevokPreferences &ui = *m_outlets;
     ui.orlecId->setInputMethodHints(Qt::ImhEmailCharactersOnly | Qt::ImhNoAutoUppercase);
-    // Signing in must not move the fields below the pointer.
-    for (QWidget *widget :
-        QList<QWidget *>{ui.passwordLabel, ui.password, ui.createAccountLink, ui.accountHint}) {
-        QSizePolicy policy = widget->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        widget->setSizePolicy(policy);
-    }
     connect(ui.orlecId, &QLineEdit::returnPressed, this, [this] { returnOnCredentials(true); });
     connect(ui.password, &QLineEdit::returnPressed, this, [this] { returnOnCredentials(false); });
     connect(ui.actionButton, &QPushButton::clicked, this, &BrevokPreferencesController::signInOrOut);
@@ -149,6 +135,14 @@ void BrevokPreferencesController::setUpSettings()
         {SettingKeys::showNotifications, ui.notifications},
         {SettingKeys::automaticChecks, ui.checkForUpdates}, {SettingKeys::autoUpdate, ui.autoUpdate},
         {SettingKeys::logLevel, ui.logLevel}};
+    for (const auto &[box, note] :
+        {std::pair(ui.notifications, ui.notificationsNote), std::pair(ui.autoUpdate, ui.autoUpdateNote)}) {
+        note->setText(Texts::tr("Used by scheduled updates, which are not set up on this computer."));
+        note->setContentsMargins(box->style()->pixelMetric(QStyle::PM_IndicatorWidth)
+                + box->style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing),
+            0, 0, 0);
+        box->setAccessibleDescription(note->text());
+    }
     SettingsAccess &access = m_with.access;
     for (const Setting &setting : allSettings()) {
         QCheckBox *box = m_settingBoxes.value(setting.key);
@@ -174,8 +168,6 @@ void BrevokPreferencesController::observe()
         &BrevokPreferencesController::updateAccountPage);
     connect(&m_with.session, &BrevokSession::actionFinished, this,
         &BrevokPreferencesController::updateAccountPage);
-    connect(&m_with.targets, &BrevokTargetApps::targetsChanged, this,
-        &BrevokPreferencesController::targetsChanged);
     // Later: who sets a value may do more before it reads as new, as for the login items.
     connect(
         &m_with.settings, &SettingsStore::changed, this,
@@ -265,12 +257,6 @@ void BrevokPreferencesController::updateAccountPage()
     const bool idle = !m_with.session.isUpdating();
     const bool signedIn = !m_with.session.sessionId().isEmpty();
     const QString email = m_with.session.orlecId();
-    ui.orlecId->setEnabled(idle && !signedIn);
-    ui.password->setEnabled(idle);
-    for (QWidget *widget :
-        QList<QWidget *>{ui.passwordLabel, ui.password, ui.createAccountLink, ui.accountHint}) {
-        widget->setVisible(!signedIn);
-    }
     // What the user is typing stays.
     if (signedIn || !ui.orlecId->isModified()) {
         ui.orlecId->setText(email);
@@ -279,17 +265,38 @@ void BrevokPreferencesController::updateAccountPage()
     if (signedIn) {
         ui.password->clear();
     }
+    setBreakableText(*ui.signedInAs, Texts::tr("Signed in as %1.").arg(oneLine(email)));
+    // A button that is disabled, or a field that goes, hands the focus on to whatever comes next.
+    m_focusButton = m_focusButton || ui.actionButton->hasFocus()
+        || (signedIn && ui.credentials->isAncestorOf(focusWidget()));
+    showSession(idle, signedIn);
     ui.actionButton->setEnabled(idle);
+    if (idle && std::exchange(m_focusButton, false)) {
+        ui.actionButton->setFocus();
+    }
+}
+
+void BrevokPreferencesController::showSession(bool idle, bool signedIn)
+{
+    Ui::BrevokPreferences &ui = *m_outlets;
+    for (QWidget *widget : QList<QWidget *>{ui.accountHint, ui.credentials, ui.createAccountLink}) {
+        widget->setVisible(!signedIn);
+    }
+    ui.signedInAs->setVisible(signedIn);
+    ui.orlecId->setReadOnly(!idle);
+    ui.password->setReadOnly(!idle);
     ui.actionButton->setText(signedIn ? Texts::tr("Sign Out") : Texts::tr("Sign In"));
+    ui.actionButton->setProminent(!signedIn);
     if (!idle) {
         setBreakableText(*ui.brevokStatus, Texts::tr("Contacting the service…"));
     } else if (signedIn) {
-        setBreakableText(*ui.brevokStatus, Texts::tr("Signed in as %1.").arg(oneLine(email)));
+        ui.brevokStatus->clear();
     } else if (const QString failure = m_with.session.signinFailure(); !failure.isEmpty()) {
         setBreakableText(*ui.brevokStatus, failure);
     } else {
         setBreakableText(*ui.brevokStatus, Texts::tr("Not signed in."));
     }
+    ui.brevokStatus->setVisible(!idle || !signedIn);
 }
 
 // A choice that cannot be stored counts all the same, is tried again, and is said not to be stored until it
@@ -299,7 +306,7 @@ void BrevokPreferencesController::updateSettingsPage()
     for (const Setting &setting : allSettings()) {
         m_settingBoxes.value(setting.key)->setChecked(m_with.access.setting(setting).toInt() > 0);
     }
-    NoticeText notice{Texts::tr("The setting could not be changed"), breakable(m_notKept), {}, {}};
+    NoticeText notice{Texts::tr("The setting could not be changed"), m_notKept, {}, {}};
     if (const QString problem = m_with.settings.problem(); !problem.isEmpty()) {
         notice = storageNotice(problem);
     }
@@ -312,7 +319,14 @@ void BrevokPreferencesController::showEvent(QShowEvent *event)
 {
     updateSettingsPage();
     QMainWindow::showEvent(event);
-    fixColumn();
+}
+
+void BrevokPreferencesController::hideEvent(QHideEvent *event)
+{
+    QMainWindow::hideEvent(event);
+    if (!event->spontaneous()) {
+        m_targetsPage->forget();
+    }
 }
 
 void BrevokPreferencesController::keyPressEvent(QKeyEvent *event)

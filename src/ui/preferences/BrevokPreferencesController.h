@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include "platform/FileState.h"
-
 #include <QHash>
 #include <QMainWindow>
 #include <QUrl>
@@ -12,7 +10,6 @@
 #include <memory>
 
 class QCheckBox;
-class QFileDialog;
 
 namespace Ui {
 class BrevokPreferences;
@@ -25,7 +22,7 @@ class BrevokSession;
 class BrevokTargetApps;
 class SettingsAccess;
 class SettingsStore;
-class TargetTableModel;
+class TargetsPage;
 class UrlOpener;
 
 /// The preferences window: pages for the account, the targets and the settings, chosen in its toolbar. Edits
@@ -62,23 +59,6 @@ public:
     void switchTab(Page page);
     [[nodiscard]] Page page() const;
 
-    /// Opens the sheet that asks for a target.
-    void openTargetSheet();
-    /// Asks for the folder of `targetPath`.
-    void clickOnPath();
-    /// The same from the last item of `targetPath`; the sheet is open again afterwards.
-    void chosePath();
-    /// Adds the target of the sheet when its folder passes the test, which runs in the background; else asks.
-    void insertPath();
-    /// Closes the sheet.
-    void cancelPath();
-    /// Removes the targets of the selected rows.
-    void removePath();
-    /// Enables the target of @p row, or disables it.
-    void checkboxClicked(int row);
-    /// Makes the label column as wide as its widest label.
-    void fixColumn();
-
     /// Signs in with the fields' texts, or out.
     void signInOrOut();
     void returnOnCredentials(bool inEmailField);
@@ -92,35 +72,22 @@ public:
 protected:
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
-    bool eventFilter(QObject *watched, QEvent *event) override;
+    void hideEvent(QHideEvent *event) override;
 
 private:
     void setTexts();
     void setUpToolbar();
     void setUpAccount();
     void setUpSettings();
-    void setUpTargets();
-    void setUpSheet();
     void observe();
-    void targetsChanged();
-    void selectionChanged();
-
-    [[nodiscard]] QString targetPath() const;
-    void setTargetPath(const QString &path);
-    void openChooser(bool reopenSheet);
-    void folderChosen(const QFileDialog &chooser, bool reopenSheet);
-    void setChecking(bool checking);
-    void folderChecked(bool passes);
-    void warnOfPath();
-    void insertChosenTarget();
+    void showSession(bool idle, bool signedIn);
 
     Collaborators m_with;
     std::unique_ptr<Ui::BrevokPreferences> m_outlets;
     QHash<QString, QCheckBox *> m_settingBoxes; ///< by the setting's key
     QString m_notKept; ///< why the choice made last had no effect, as with the login item
-    TargetTableModel *m_model = nullptr;
-    std::optional<FolderLook> m_look; ///< what the disk said of the folder that was tested last
-    int m_check = 0; ///< number of the latest test of a folder; earlier answers do not count
+    TargetsPage *m_targetsPage = nullptr;
+    bool m_focusButton = false; ///< when the session is idle again
 };
 
 } // namespace brevok

@@ -22,6 +22,7 @@ namespace {
 
 constexpr double versionScale = 1000.0;
 constexpr auto inDesign = "InDesign"_L1;
+constexpr qint64 newestVersion = 990; // a version has two places before the point
 
 // The number that a text begins with; 0 for none.
 double leadingNumber(const QString &text)
@@ -89,22 +90,6 @@ QStringList sortedTargetPaths(QList<OrderedTarget> targets)
     return sorted;
 }
 
-QStringList rowsAfterChange(const QStringList &rows, const QStringList &paths)
-{
-    QStringList result;
-    for (const QString &path : rows) {
-        if (paths.contains(path)) {
-            result.append(path);
-        }
-    }
-    for (const QString &path : paths) {
-        if (!rows.contains(path)) {
-            result.append(path);
-        }
-    }
-    return result;
-}
-
 QString targetVersion(int index)
 {
     // The fourth is no round number, so the first four are a table.
@@ -113,6 +98,16 @@ QString targetVersion(int index)
         return first.at(static_cast<size_t>(index));
     }
     return QString::number(10LL * index + 40);
+}
+
+std::optional<int> targetVersionIndex(const QString &version)
+{
+    const qint64 wanted = leadingInteger(version);
+    std::optional<int> found;
+    for (int index = 0; targetVersion(index).toLongLong() <= std::min(wanted, newestVersion); ++index) {
+        found = index;
+    }
+    return found;
 }
 
 QString targetVersionName(int index)

@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringList>
 
+#include <optional>
+
 namespace brevok {
 
 class Pulse;
@@ -24,13 +26,12 @@ struct OrderedTarget {
 /// The paths in the order of their rows.
 [[nodiscard]] QStringList sortedTargetPaths(QList<OrderedTarget> targets);
 
-/// The rows after a change of the targets: those that are still there keep their places, new ones follow.
-[[nodiscard]] QStringList rowsAfterChange(const QStringList &rows, const QStringList &paths);
-
 /// How many versions the pop-up offers.
 inline constexpr int targetVersionCount = 16;
 /// The version text that the item at @p index stands for.
 [[nodiscard]] QString targetVersion(int index);
+/// The index of the item that stands for a host of @p version; nothing when there is none.
+[[nodiscard]] std::optional<int> targetVersionIndex(const QString &version);
 /// The name that the user reads for it: "CS5.5", "CC 2019".
 [[nodiscard]] QString targetVersionName(int index);
 

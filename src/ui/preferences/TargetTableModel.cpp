@@ -11,20 +11,20 @@
 #include "ui/widgets/TextFitting.h"
 
 #include <QGuiApplication>
+#include <QSet>
+
+#include <algorithm>
 
 namespace brevok {
 
-namespace {
+using namespace Qt::StringLiterals;
 
-// A path reads from left to right everywhere.
-QString shownLabel(const QString &label)
+QString leftToRight(const QString &label)
 {
     constexpr QChar isolate(0x2066);
     constexpr QChar endOfIsolate(0x2069);
     return QGuiApplication::isRightToLeft() ? isolate + label + endOfIsolate : label;
 }
-
-} // namespace
 
 TargetTableModel::TargetTableModel(BrevokTargetApps &targets, QObject *parent)
     : QAbstractTableModel(parent)
@@ -45,31 +45,77 @@ void TargetTableModel::sortPaths()
             record->value(TargetKeys::version).toString()});
     }
     m_paths = sortedTargetPaths(unsorted);
+    for (const QString &path : std::as_const(m_paths)) {
+        m_places.insert(path, m_places.size());
+    }
+}
+
+void TargetTableModel::changeMany(const std::function<void()> &changes)
+{
+    m_changingMany = true;
+    changes();
+    m_changingMany = false;
+    update();
 }
 
 void TargetTableModel::update()
 {
-    const QStringList paths = rowsAfterChange(m_paths, m_targets.targets().keys());
-    for (int row = static_cast<int>(m_paths.size()) - 1; row >= 0; --row) {
-        if (!paths.contains(m_paths.at(row))) {
+    if (m_changingMany) {
+        return;
+    }
+    const TargetRecords records = m_targets.targets();
+    for (int row = rowCount() - 1; row >= 0; --row) {
+        if (!records.contains(m_paths.at(row))) {
             beginRemoveRows({}, row, row);
             m_paths.removeAt(row);
             endRemoveRows();
         }
     }
-    if (paths.size() > m_paths.size()) {
-        beginInsertRows({}, static_cast<int>(m_paths.size()), static_cast<int>(paths.size()) - 1);
-        m_paths = paths;
-        endInsertRows();
+    if (records.size() > m_paths.size()) {
+        const QSet<QString> present(m_paths.cbegin(), m_paths.cend());
+        for (auto record = records.cbegin(); record != records.cend(); ++record) {
+            if (!present.contains(record.key())) {
+                insert(record.key());
+            }
+        }
     }
     if (!m_paths.isEmpty()) {
         Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, ColumnCount - 1));
     }
 }
 
+void TargetTableModel::insert(const QString &path)
+{
+    if (!m_places.contains(path)) {
+        m_places.insert(path, m_places.size());
+    }
+    const auto next = std::lower_bound(m_paths.cbegin(), m_paths.cend(), m_places.value(path),
+        [this](const QString &other, qsizetype place) { return m_places.value(other) < place; });
+    const auto row = static_cast<int>(next - m_paths.cbegin());
+    beginInsertRows({}, row, row);
+    m_paths.insert(row, path);
+    endInsertRows();
+}
+
+// Shortened in the middle, where a path says least.
+QString TargetTableModel::shownPath(int row) const
+{
+    constexpr qsizetype most = 1000;
+    const QString whole = path(row);
+    const QString shown =
+        whole.size() > most ? whole.first(most / 2) + u'…' + whole.last(most / 2 - 1) : whole;
+    return oneLine(shown);
+}
+
+QString TargetTableModel::shownName(int row) const
+{
+    return oneLine(targetLabel(m_targets.allRecords().value(path(row))));
+}
+
 QString TargetTableModel::getCellLabelForRow(int row) const
 {
-    return oneLine(targetCellLabel(path(row), m_targets.targets().value(path(row))));
+    constexpr qsizetype most = 2000; // a path and a name
+    return oneLine(targetCellLabel(shownPath(row), m_targets.allRecords().value(path(row))), most);
 }
 
 int TargetTableModel::rowCount(const QModelIndex &parent) const
@@ -92,7 +138,16 @@ QVariant TargetTableModel::data(const QModelIndex &index, int role) const
         return plainToolTip(getCellLabelForRow(row));
     }
     if (index.column() == LabelColumn) {
-        return role == Qt::DisplayRole ? shownLabel(getCellLabelForRow(row)) : QVariant();
+        switch (role) {
+        case Qt::DisplayRole:
+            return leftToRight(getCellLabelForRow(row));
+        case PathRole:
+            return shownPath(row);
+        case NameRole:
+            return shownName(row);
+        default:
+            return {};
+        }
     }
     if (role == Qt::CheckStateRole) {
         return m_targets.targetState(path(row)) ? Qt::Checked : Qt::Unchecked;

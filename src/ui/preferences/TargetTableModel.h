@@ -4,26 +4,35 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QHash>
 #include <QStringList>
+
+#include <functional>
 
 namespace brevok {
 
 class BrevokTargetApps;
 
 /// The rows of the table of targets: whether each is enabled, and its label. Sorted when it is made; later
-/// changes move no row. Main thread.
+/// changes move no row, new targets follow, and a target that comes back has its place again. Main thread.
 class TargetTableModel final : public QAbstractTableModel {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(TargetTableModel)
 
 public:
     enum Column { EnableColumn, LabelColumn, ColumnCount };
+    /// The two parts of a label.
+    enum Role { PathRole = Qt::UserRole, NameRole };
 
     explicit TargetTableModel(BrevokTargetApps &targets, QObject *parent = nullptr);
     ~TargetTableModel() override;
 
     /// The path of the target in @p row.
     [[nodiscard]] QString path(int row) const { return m_paths.value(row); }
+    /// The row of the target with @p path; -1 when it has none.
+    [[nodiscard]] int row(const QString &path) const { return static_cast<int>(m_paths.indexOf(path)); }
+    /// Runs @p changes of many targets, after which the rows are brought up to date once.
+    void changeMany(const std::function<void()> &changes);
     /// The text of the row, in one line.
     [[nodiscard]] QString getCellLabelForRow(int row) const;
 
@@ -41,9 +50,17 @@ Q_SIGNALS:
 private:
     void sortPaths();
     void update();
+    void insert(const QString &path);
+    [[nodiscard]] QString shownPath(int row) const;
+    [[nodiscard]] QString shownName(int row) const;
 
     BrevokTargetApps &m_targets;
     QStringList m_paths;
+    QHash<QString, qsizetype> m_places; ///< of all paths that ever had a row
+    bool m_changingMany = false;
 };
+
+/// @p label, which begins with a path, as it is shown: a path reads from left to right everywhere.
+[[nodiscard]] QString leftToRight(const QString &label);
 
 } // namespace brevok

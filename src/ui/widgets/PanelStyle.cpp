@@ -9,6 +9,7 @@
 #include <QPalette>
 
 #include <algorithm>
+#include <cmath>
 
 namespace brevok::PanelStyle {
 
@@ -43,6 +44,15 @@ QFont titleFont()
     QFont result;
     result.fromString(title);
     return result;
+}
+
+double luminance(const QColor &colour)
+{
+    const auto linear = [](double part) {
+        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
+        + 0.0722 * linear(colour.blueF());
 }
 
 } // namespace
@@ -107,6 +117,29 @@ QColor failureText(const QPalette &palette)
 QColor separator(const QPalette &palette)
 {
     return mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.12);
+}
+
+double contrast(const QColor &a, const QColor &b)
+{
+    const double lighter = std::max(luminance(a), luminance(b));
+    const double darker = std::min(luminance(a), luminance(b));
+    return (lighter + 0.05) / (darker + 0.05);
+}
+
+QColor outline(const QPalette &palette)
+{
+    const QColor window = palette.color(QPalette::Window);
+    const QColor base = palette.color(QPalette::Base);
+    constexpr double enough = 3.8; // styles draw it lighter here and there
+    constexpr double step = 0.05;
+    QColor colour = window;
+    for (double share = step; share <= 1; share += step) {
+        colour = mixed(window, palette.color(QPalette::WindowText), share);
+        if (contrast(colour, window) >= enough && contrast(colour, base) >= enough) {
+            break;
+        }
+    }
+    return colour;
 }
 
 QColor hoverFill(const QPalette &palette)

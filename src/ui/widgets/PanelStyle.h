@@ -27,6 +27,10 @@ namespace brevok::PanelStyle {
 /// Of what went wrong.
 [[nodiscard]] QColor failureText(const QPalette &palette);
 [[nodiscard]] QColor separator(const QPalette &palette);
+/// The contrast of two colours as WCAG defines it, from 1 to 21.
+[[nodiscard]] double contrast(const QColor &a, const QColor &b);
+/// Of what can be used, so that it stands out from the window and from a field's ground: more than 3:1.
+[[nodiscard]] QColor outline(const QPalette &palette);
 /// Laid over what is below the pointer.
 [[nodiscard]] QColor hoverFill(const QPalette &palette);
 /// "BrevokPriorityBackgroundColor".

@@ -81,8 +81,9 @@ std::optional<QJsonDocument> jsonObjectFromData(
 BrevokError unexpectedReply(int status)
 {
     return replyError(status,
-        status == 200 ? unexpectedResponse()
-                      : Texts::tr("Server responded with HTTP code: ") + QString::asprintf("%.3d.", status));
+        status == 200
+            ? unexpectedResponse()
+            : Texts::tr("Server responded with HTTP code: %1.").arg(QString::asprintf("%.3d", status)));
 }
 
 QString localizedStringForStatusCode(int status)

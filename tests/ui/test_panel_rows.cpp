@@ -164,7 +164,7 @@ private Q_SLOTS:
         rig.rig.packages.updateWithArray(
             {PanelRig::package(u"<b>A</b>"_s + QString(60, u'x'), u"new"_s, QString(100, u'9'))});
         QTRY_VERIFY(told().first().startsWith(u"<b>A</b>xxx"_s));
-        QVERIFY(told().first().endsWith(u", No build for your applications"_s));
+        QVERIFY(told().first().endsWith(u", Not available for your applications"_s));
         const QList<QWidget *> views = rig.row(0)->findChildren<QWidget *>();
         for (QWidget *view : views) {
             const QString description =

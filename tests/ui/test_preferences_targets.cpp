@@ -434,7 +434,7 @@ void PreferencesTargetsTest::foldersAreDropped()
     QVERIFY(writeFile(file, "text"));
     desk.openTargets();
     drop(desk, {first, file, second});
-    QTRY_COMPARE(shownNotice(desk), u"'%1' is no folder."_s.arg(file));
+    QTRY_COMPARE(shownNotice(desk), u"'%1' is not a folder."_s.arg(file));
     QCOMPARE(desk.targets->targets().keys(), (QStringList{first, second}));
     QCOMPARE(desk.targets->targets().value(second).value(TargetKeys::version).toString(), u"75"_s);
     QCOMPARE(selectedPaths(desk), QStringList{second});

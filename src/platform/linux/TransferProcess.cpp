@@ -86,7 +86,7 @@ private:
         if (m_wire) {
             m_wire->put(order);
         } else {
-            failAll(Texts::tr("the library that speaks HTTP is missing"));
+            failAll(Texts::tr("the library for HTTP is missing"));
         }
         return true;
     }

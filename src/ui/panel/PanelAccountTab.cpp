@@ -42,13 +42,13 @@ void PanelAccountTab::updateTexts()
     m_ui.accountTitle->setText(Texts::tr("Sign in"));
     m_ui.accountText->setFont(PanelStyle::font(13));
     m_ui.accountText->setText(Texts::tr(
-        "Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them current: sign in "
+        "Tolvane Brevok installs your Plug-Ins in InDesign and InCopy and keeps them up to date: sign in "
         "with your account to begin."));
-    m_ui.orlecIdLabel->setText(Texts::tr("&E-mail address"));
+    m_ui.orlecIdLabel->setText(Texts::tr("&Email address"));
     m_ui.passwordLabel->setText(Texts::tr("&Password"));
     m_ui.signInButton->setText(Texts::tr("Sign In"));
     m_ui.createButton->setText(Texts::tr("Create Account…"));
-    m_ui.orlecIdField->setAccessibleName(Texts::tr("E-mail address"));
+    m_ui.orlecIdField->setAccessibleName(Texts::tr("Email address"));
     m_ui.passwordField->setAccessibleName(Texts::tr("Password"));
     m_ui.progressIndicator->setAccessibleName(Texts::tr("Contacting the service"));
     m_ui.progressText->setText(Texts::tr("Contacting the service…"));

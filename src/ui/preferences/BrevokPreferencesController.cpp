@@ -82,8 +82,8 @@ void BrevokPreferencesController::setTexts()
     ui.settingsItem->setText(Texts::tr("Settings"));
 
     ui.accountHint->setText(
-        Texts::tr("Sign in to install plug-ins with this account and to keep them up to date."));
-    ui.orlecIdLabel->setText(Texts::tr("&E-mail:"));
+        Texts::tr("Sign in to install Plug-Ins with this account and to keep them up to date."));
+    ui.orlecIdLabel->setText(Texts::tr("&Email:"));
     ui.passwordLabel->setText(Texts::tr("&Password:"));
     ui.createAccountLink->setText(Texts::tr("Create Account…"));
 }
@@ -156,7 +156,7 @@ void BrevokPreferencesController::setUpSettings()
         });
         if (access.isLocked(setting)) {
             box->setEnabled(false);
-            box->setToolTip(Texts::tr("Your administrator decides this setting."));
+            box->setToolTip(Texts::tr("This setting is managed by your administrator."));
             box->setAccessibleDescription(box->toolTip());
         }
     }

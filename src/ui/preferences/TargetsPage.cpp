@@ -98,9 +98,9 @@ TargetsPage::~TargetsPage() = default;
 void TargetsPage::setTexts()
 {
     Ui::TargetsPage &ui = *m_outlets;
-    ui.targetsHint->setText(Texts::tr("Plug-ins are installed into the enabled folders."));
+    ui.targetsHint->setText(Texts::tr("Plug-Ins are installed into the enabled folders."));
     ui.noTargets->setText(
-        Texts::tr("No InDesign or InCopy was found. Add the Plug-Ins folder of its application."));
+        Texts::tr("Neither InDesign nor InCopy was found. Add the Plug-Ins folder of the application."));
     ui.targetsView->setAccessibleName(Texts::tr("Targets"));
     ui.insertButton->setText(Texts::tr("&Add…"));
     ui.removeButton->setText(Texts::tr("&Remove"));
@@ -248,8 +248,8 @@ void TargetsPage::showRemoved()
         setBreakableText(*ui.removedText, Texts::tr("Removed %1.").arg(oneLine(path, 200)));
         setPlainToolTip(*ui.removedText, path);
     } else {
-        ui.removedText->setText(Texts::tr("Removed %1 targets.").arg(m_removed.size()));
-        ui.removedText->setToolTip({});
+        setBreakableText(*ui.removedText, Texts::tr("Removed %1 targets.").arg(m_removed.size()));
+        setPlainToolTip(*ui.removedText, {});
     }
     ui.removedText->setVisible(!m_removed.isEmpty());
     ui.undoButton->setVisible(!m_removed.isEmpty());

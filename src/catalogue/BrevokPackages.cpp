@@ -183,6 +183,11 @@ void BrevokPackages::checkForUpdates(bool automatically, const std::function<voi
     m_refresh->check(ended);
 }
 
+void BrevokPackages::checkQuietly(const std::function<void(bool ok)> &ended)
+{
+    m_refresh->check(ended, ListRefresh::Voice::Quiet);
+}
+
 void BrevokPackages::updateWithArray(const QJsonArray &list)
 {
     Q_EMIT packagesWillChange();
@@ -302,6 +307,27 @@ bool BrevokPackages::waits(const Record &package) const
 {
     return waitsForUpdate(
         packagesStatus().value(package.value(PackageKeys::prefix).toString(), PackageStatus::MissingData));
+}
+
+QStringList BrevokPackages::waitingPrefixes() const
+{
+    QStringList prefixes;
+    for (const auto &[name, package] : m_packages.byName()) {
+        if (waits(package)) {
+            prefixes.append(package.value(PackageKeys::prefix).toString());
+        }
+    }
+    prefixes.removeDuplicates();
+    return prefixes;
+}
+
+void BrevokPackages::whenSettled(QObject *context, const Task &then)
+{
+    if (updating() || needUpdate()) {
+        connect(this, &BrevokPackages::statusesSettled, context, then, Qt::SingleShotConnection);
+    } else {
+        then();
+    }
 }
 
 void BrevokPackages::notifyPackageStatuses()

@@ -47,10 +47,14 @@ public:
     [[nodiscard]] const QHash<QString, PackageStatus> &packagesStatus() const;
     /// Whether an update waits for this package.
     [[nodiscard]] bool waits(const Record &package) const;
+    /// The prefixes of all those, each once.
+    [[nodiscard]] QStringList waitingPrefixes() const;
     /// The packages that the last notification counted as needing an update.
     [[nodiscard]] int updates() const { return m_updates; }
     [[nodiscard]] bool updating() const;
     [[nodiscard]] bool needUpdate() const;
+    /// Runs @p then when every status is known: at once, or after statusesSettled().
+    void whenSettled(QObject *context, const Task &then);
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *updateTimer() const;
     /// Active between notifyPackageStatusesLazily() and the notification.
@@ -62,6 +66,8 @@ public:
     /// @p automatically is false for the user's own check, which ends with the result window. @p ended tells
     /// the end of the request that this call makes, whatever other requests are under way.
     void checkForUpdates(bool automatically = true, const std::function<void(bool ok)> &ended = {});
+    /// The same without a window or an alert, while the user's own check may be under way.
+    void checkQuietly(const std::function<void(bool ok)> &ended);
     void updateWithArray(const QJsonArray &list);
 
     void calculatePackageStatuses();

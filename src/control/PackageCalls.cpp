@@ -82,14 +82,9 @@ PackageCalls::Ended PackageCalls::answerAfter(const ControlCall &call, qsizetype
 
 void PackageCalls::answerWhenSettled(const ControlCall &call, const Answer &all)
 {
-    const auto answer = [call, all, &state = m_state] {
+    m_packages.whenSettled(this, [call, all, &state = m_state] {
         call.answerWhenStored(state, all.failures, all.outcome ? documentOf(*all.outcome) : QVariantList());
-    };
-    if (!m_packages.updating() && !m_packages.needUpdate()) {
-        answer();
-        return;
-    }
-    connect(&m_packages, &BrevokPackages::statusesSettled, this, answer, Qt::SingleShotConnection);
+    });
 }
 
 void PackageCalls::check(const ControlCall &call)
@@ -118,14 +113,7 @@ void PackageCalls::updateAll(const ControlCall &call)
     if (refusedBeforeAnswer(call)) {
         return;
     }
-    QStringList prefixes;
-    const QList<Record> packages = m_packages.packageRecords();
-    for (const Record &package : packages) {
-        if (m_packages.waits(package)) {
-            prefixes.append(package[PackageKeys::prefix].toString());
-        }
-    }
-    prefixes.removeDuplicates();
+    const QStringList prefixes = m_packages.waitingPrefixes();
     if (prefixes.isEmpty()) {
         call.answer(QVariantList{QStringList()} + documentOf({}));
     } else {

@@ -31,6 +31,7 @@ set(CPACK_DEBIAN_APPLICATION_PACKAGE_SUGGESTS "tolvane-brevok-demo, qt6-wayland,
 set(CPACK_DEBIAN_APPLICATION_PACKAGE_CONTROL_EXTRA
     ${CMAKE_SOURCE_DIR}/packaging/debian/application/conffiles
     ${CMAKE_SOURCE_DIR}/packaging/debian/application/postinst
+    ${CMAKE_SOURCE_DIR}/packaging/debian/application/prerm
     ${CMAKE_SOURCE_DIR}/packaging/debian/application/postrm)
 set(CPACK_COMPONENT_APPLICATION_DESCRIPTION "keep Adobe InDesign and InCopy plug-ins installed and up to date
 Tolvane Brevok lives in the system tray. It signs in to the plug-in service,

@@ -24,8 +24,8 @@ _brevokctl_offer() {
 
 _brevokctl() {
     COMPREPLY=()
-    local commands='status signin signout check install update remove targets settings discard report usage open-panel
-        quit'
+    local commands='status signin signout check install update remove targets settings converge discard report usage
+        open-panel quit'
     local settings='startAtLogin showNotifications checkForUpdates autoUpdate logLevel'
     local words=() index given=
     for ((index = 1; index < COMP_CWORD; index++)); do
@@ -45,6 +45,7 @@ _brevokctl() {
         case ${words[*]} in
         '') given+=' --version' ;;
         update) given+=' --all' ;;
+        converge) given+=' --dry-run' ;;
         report) given+=' --email --note --show' ;;
         usage) given+=' --show' ;;
         'targets add'*) given+=' --type --version' ;;

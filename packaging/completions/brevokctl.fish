@@ -33,6 +33,7 @@ complete -c brevokctl -n '__brevokctl_words_are' -a update -d 'Update packages'
 complete -c brevokctl -n '__brevokctl_words_are' -a remove -d 'Remove packages'
 complete -c brevokctl -n '__brevokctl_words_are' -a targets -d 'List or change the install targets'
 complete -c brevokctl -n '__brevokctl_words_are' -a settings -d 'List or change the settings'
+complete -c brevokctl -n '__brevokctl_words_are' -a converge -d 'Bring this machine to what its owner wants'
 complete -c brevokctl -n '__brevokctl_words_are' -a discard -d 'Forget unfinished actions'
 complete -c brevokctl -n '__brevokctl_words_are' -a report -d 'Send a bug report, or show what would be sent'
 complete -c brevokctl -n '__brevokctl_words_are' -a usage -d 'Show the usage report'
@@ -44,6 +45,8 @@ complete -c brevokctl -n '__fish_seen_subcommand_from install update; and not __
 complete -c brevokctl -n 'string match -q "remove*" -- (string join " " (__brevokctl_words))' \
     -a '(__brevokctl_ask status prefix)' -d Package
 complete -c brevokctl -n '__brevokctl_words_are update' -l all -d 'Every package that waits for an update'
+
+complete -c brevokctl -n '__brevokctl_words_are converge' -l dry-run -d 'Change nothing, tell what would be'
 
 complete -c brevokctl -n '__fish_seen_subcommand_from report' -l email -x -d 'Where answers go'
 complete -c brevokctl -n '__fish_seen_subcommand_from report' -l note -x -d 'What happened'

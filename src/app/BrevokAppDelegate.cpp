@@ -4,6 +4,7 @@
 #include "app/BrevokAppDelegate.h"
 
 #include "app/EarlierKeys.h"
+#include "app/Policy.h"
 #include "app/Shared.h"
 #include "foundation/BoundedWork.h"
 #include "foundation/Log.h"
@@ -36,6 +37,14 @@ BrevokAppDelegate *theDelegate = nullptr;
 
 const QString openPanelObject = u"openPanel"_s;
 const QString willTerminateObject = u"willTerminate"_s;
+
+// The policy may be another by now than when the program started.
+Converger::Wishes wishesOfOwner(const QString &policyFile)
+{
+    const auto policy = readPolicy(policyFile);
+    const auto *wrong = std::get_if<QString>(&policy);
+    return wrong != nullptr ? Converger::Wishes(*wrong) : std::get<Policy>(policy).packages;
+}
 
 } // namespace
 
@@ -210,6 +219,15 @@ void BrevokAppDelegate::createInstaller()
     clearLeftovers();
     shared.flow.emplace(InstallFlow::Collaborators{*shared.plugins, *shared.packages, *shared.targets,
         *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
+    shared.converger.emplace(Converger::Collaborators{
+        .session = *shared.session,
+        .plugins = *shared.plugins,
+        .packages = *shared.packages,
+        .flow = *shared.flow,
+        .state = *platform.state,
+        .readWishes = [file = m_with.policyFile] { return wishesOfOwner(file); },
+        .autoUpdate = [this] { return autoUpdate(); },
+    });
 }
 
 // What killed runs left in the targets and among the archives.
@@ -278,6 +296,7 @@ void BrevokAppDelegate::connectSharedObjects()
         .helperIsUsed = [this] { return m_shared->installer->valid(); },
         .bugReporter = *shared.bugReporter,
         .usageReporter = *shared.usageReporter,
+        .converger = *shared.converger,
     });
     connect(&*shared.control, &ControlService::openPanelRequested, this,
         [this] { panelController().openPanel(); });

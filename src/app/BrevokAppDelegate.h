@@ -43,6 +43,7 @@ public:
         StandardFolders folders;
         ServiceConfiguration service;
         QVariantMap lockedSettings{}; ///< what the administrator decides
+        QString policyFile{}; ///< of the administrator, for what is read again later
         bool background = false; ///< started by the system: nothing is opened or shown
         bool headless = false; ///< without windows: leaves when a copy with windows starts
     };

@@ -18,15 +18,16 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr qint64 sizeLimit = 64LL * 1024;
+constexpr qint64 sizeLimit = 1024LL * 1024;
 
-// Takes the lines of one file, in order, into a policy. QSettings would do for the format, but tells no lines
+// Takes the lines of files, in order, into a policy. QSettings would do for the format, but tells no lines
 // and passes over what it does not understand.
 class Reader {
 public:
-    explicit Reader(QString file)
-        : m_file(std::move(file))
+    void begin(const QString &file)
     {
+        m_file = file;
+        m_group.clear();
     }
 
     /// @return what is wrong with the line
@@ -39,7 +40,7 @@ public:
         if (line.startsWith(u'[')) {
             m_group = line.toString();
             const bool known =
-                QStringList{u"[Service]"_s, u"[Applications]"_s, u"[Settings]"_s}.contains(m_group);
+                QStringList{u"[Service]"_s, u"[Applications]"_s, u"[Settings]"_s, packages}.contains(m_group);
             return known ? std::nullopt : std::optional(u"%1: there is no group '%2'"_s.arg(place, m_group));
         }
         const qsizetype sign = line.indexOf(u'=');
@@ -49,7 +50,7 @@ public:
         const QString key = line.first(sign).trimmed().toString();
         const QString value = line.sliced(sign + 1).trimmed().toString();
         const QString source = u"%1: %2"_s.arg(place, key);
-        if (value.isEmpty()) {
+        if (value.isEmpty() && m_group != packages) { // where a list may be empty
             return u"%1: the value is missing"_s.arg(source);
         }
         return takeValue(key, {value, source});
@@ -64,6 +65,12 @@ private:
             return takeSetting(key, entry);
         }
         const QString name = m_group + key;
+        if (name == u"[Packages]Required") {
+            return takePrefixes(entry, m_policy.packages.required);
+        }
+        if (name == u"[Packages]Forbidden") {
+            return takePrefixes(entry, m_policy.packages.forbidden);
+        }
         if (m_taken.contains(name)) {
             return u"%1: is given twice"_s.arg(entry.source);
         }
@@ -96,6 +103,17 @@ private:
         return folders.isEmpty() ? std::optional(u"%1: names no folder"_s.arg(entry.source)) : std::nullopt;
     }
 
+    static std::optional<QString> takePrefixes(const Policy::Entry &entry, QStringList &prefixes)
+    {
+        const QStringList words = entry.value.split(u':', Qt::SkipEmptyParts);
+        for (const QString &word : words) {
+            if (!word.trimmed().isEmpty()) {
+                prefixes.append(word.trimmed());
+            }
+        }
+        return std::nullopt;
+    }
+
     std::optional<QString> takeSetting(const QString &key, const Policy::Entry &entry)
     {
         const Setting *const setting = findSetting(key);
@@ -120,21 +138,16 @@ private:
             : std::optional(u"%1: '%2' is not an absolute path"_s.arg(entry.source, path));
     }
 
+    const QString packages = u"[Packages]"_s;
     QString m_file;
     QString m_group;
     QSet<QString> m_taken;
     Policy m_policy;
 };
 
-} // namespace
-
-std::variant<Policy, QString> readPolicy(const QString &file)
+// @return what is wrong with the file
+std::optional<QString> readFile(const QString &file, Reader &reader)
 {
-    // Only what is certainly absent counts as no policy: a folder that may not be looked into does not.
-    std::error_code error;
-    if (std::filesystem::status(file.toStdString(), error).type() == std::filesystem::file_type::not_found) {
-        return Policy();
-    }
     const std::optional<QByteArray> bytes = readRegularFile(file, sizeLimit);
     if (!bytes) {
         return u"%1: cannot be read"_s.arg(file);
@@ -144,14 +157,53 @@ std::variant<Policy, QString> readPolicy(const QString &file)
     if (decode.hasError()) {
         return u"%1: is not text in UTF-8"_s.arg(file);
     }
-    Reader reader(file);
+    reader.begin(file);
     int number = 0;
     for (const QStringView line : QStringView(text).split(u'\n')) {
         if (auto wrong = reader.take(++number, line.trimmed())) {
+            return wrong;
+        }
+    }
+    return std::nullopt;
+}
+
+// Only what is certainly absent counts as no policy: a folder that may not be looked into does not.
+bool isAbsent(const QString &path)
+{
+    std::error_code error;
+    return std::filesystem::status(path.toStdString(), error).type() == std::filesystem::file_type::not_found;
+}
+
+} // namespace
+
+std::variant<Policy, QString> readPolicy(const QString &file)
+{
+    QStringList files;
+    if (!isAbsent(file)) {
+        files.append(file);
+    }
+    if (const QString folder = file + u".d"_s; !isAbsent(folder)) {
+        const QDir more(folder, u"*.conf"_s, QDir::Name, QDir::Files | QDir::Hidden | QDir::System);
+        if (!more.isReadable()) {
+            return u"%1: cannot be read"_s.arg(folder);
+        }
+        const QStringList names = more.entryList();
+        for (const QString &name : names) {
+            files.append(more.filePath(name));
+        }
+    }
+    Reader reader;
+    for (const QString &each : std::as_const(files)) {
+        if (auto wrong = readFile(each, reader)) {
             return *wrong;
         }
     }
-    return reader.policy();
+    Policy policy = reader.policy();
+    if (const auto decided = policy.lockedSettings.constFind(SettingKeys::autoUpdate);
+        decided != policy.lockedSettings.cend()) {
+        policy.packages.autoUpdate = decided->toBool();
+    }
+    return policy;
 }
 
 } // namespace brevok

@@ -3,7 +3,8 @@
 
 #pragma once
 
-#include <QMap>
+#include "install/ConvergePlan.h"
+
 #include <QString>
 #include <QVariantMap>
 
@@ -24,11 +25,14 @@ struct Policy {
     std::optional<Entry> reachabilityHost;
     QStringList applications; ///< absolute paths
     QVariantMap lockedSettings; ///< by their keys in the store
+    PackageWishes packages;
 };
 
-/// Reads the policy at @p file: groups [Service], [Applications] and [Settings] of lines KEY=VALUE, with
-/// comments that start with "#" or ";". An absent file is an empty policy; one that cannot be read, or holds
-/// anything that is not known, is an error, since a policy that is not understood must not be passed over.
+/// Reads the policy at @p file, and after it those in the folder of that name with ".d" behind it whose names
+/// end in ".conf", in the order of their names: groups [Service], [Applications], [Settings] and [Packages]
+/// of lines KEY=VALUE, with comments that start with "#" or ";". The lists of [Packages] add up, every other
+/// key stands in one place. An absent file is an empty policy; one that cannot be read, or holds anything
+/// that is not known, is an error, since a policy that is not understood must not be passed over. Any thread.
 /// @return the policy, or one line that says what is wrong and where. The values of [Service] are for the
 /// caller to check.
 [[nodiscard]] std::variant<Policy, QString> readPolicy(const QString &file);

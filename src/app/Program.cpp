@@ -53,7 +53,7 @@ int runApplication(const Options &options, AlertPresenter &presenter, Surfaces &
     const StandardFolders folders = standardFoldersForUser();
     Platform platform = createPlatform(bundle, folders, options.applications);
     BrevokAppDelegate delegate({bundle, platform, presenter, surfaces, folders, options.service,
-        options.lockedSettings, options.background, options.headless});
+        options.lockedSettings, administratorsPolicyFile(), options.background, options.headless});
     QObject::connect(
         &requests, &TerminationRequests::requested, &delegate, &BrevokAppDelegate::terminateSoon);
     QObject::connect(

@@ -11,6 +11,7 @@
 #include "control/ControlService.h"
 #include "control/DesktopActivation.h"
 #include "install/BrevokAppInstaller.h"
+#include "install/Converger.h"
 #include "install/InstallFlow.h"
 #include "platform/StorageWatch.h"
 #include "reporting/BrevokUsageReporter.h"
@@ -46,6 +47,7 @@ struct Shared {
     std::optional<BrevokPackages> packages;
     std::optional<BrevokAppInstaller> installer;
     std::optional<InstallFlow> flow;
+    std::optional<Converger> converger;
     std::optional<BugReporter> bugReporter;
 };
 

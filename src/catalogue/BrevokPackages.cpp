@@ -190,6 +190,11 @@ void BrevokPackages::checkForUpdates(bool automatically, const OwnCheck::Handler
     }
 }
 
+void BrevokPackages::checkQuietly(const ListRefresh::CheckHandler &ended)
+{
+    m_refresh->check(ended, ListRefresh::Voice::Quiet);
+}
+
 void BrevokPackages::updateWithArray(const QJsonArray &list)
 {
     Q_EMIT packagesWillChange();
@@ -309,6 +314,27 @@ bool BrevokPackages::waits(const Record &package) const
 {
     return waitsForUpdate(
         packagesStatus().value(package.value(PackageKeys::prefix).toString(), PackageStatus::MissingData));
+}
+
+QStringList BrevokPackages::waitingPrefixes() const
+{
+    QStringList prefixes;
+    for (const auto &[name, package] : m_packages.byName()) {
+        if (waits(package)) {
+            prefixes.append(package.value(PackageKeys::prefix).toString());
+        }
+    }
+    prefixes.removeDuplicates();
+    return prefixes;
+}
+
+void BrevokPackages::whenSettled(QObject *context, const Task &then)
+{
+    if (updating() || needUpdate()) {
+        connect(this, &BrevokPackages::statusesSettled, context, then, Qt::SingleShotConnection);
+    } else {
+        then();
+    }
 }
 
 void BrevokPackages::notifyPackageStatuses()

@@ -48,10 +48,14 @@ public:
     [[nodiscard]] const QHash<QString, PackageStatus> &packagesStatus() const;
     /// Whether an update waits for this package.
     [[nodiscard]] bool waits(const Record &package) const;
+    /// The prefixes of all those, each once.
+    [[nodiscard]] QStringList waitingPrefixes() const;
     /// The packages that the last notification counted as needing an update.
     [[nodiscard]] int updates() const { return m_updates; }
     [[nodiscard]] bool updating() const;
     [[nodiscard]] bool needUpdate() const;
+    /// Runs @p then when every status is known: at once, or after statusesSettled().
+    void whenSettled(QObject *context, const Task &then);
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *updateTimer() const;
     /// Active between notifyPackageStatusesLazily() and the notification.
@@ -63,6 +67,8 @@ public:
     /// Requests the list. The user's own check (@p automatically is false) requests that of the plug-ins, too,
     /// and ends with the result window when both came, else with ownCheckFailed(); @p ended is for it alone.
     void checkForUpdates(bool automatically = true, const OwnCheck::Handler &ended = {});
+    /// Requests the list without a window or an alert, while the user's own check may be under way.
+    void checkQuietly(const ListRefresh::CheckHandler &ended);
     void updateWithArray(const QJsonArray &list);
 
     void calculatePackageStatuses();

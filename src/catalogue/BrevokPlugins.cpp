@@ -200,9 +200,9 @@ DefinitionPtr BrevokPlugins::pluginWithPrefix(const QString &prefix, const QStri
     return nullptr;
 }
 
-void BrevokPlugins::checkForUpdates(const ListRefresh::CheckHandler &ended)
+void BrevokPlugins::checkForUpdates(const ListRefresh::CheckHandler &ended, ListRefresh::Voice voice)
 {
-    m_refresh->check(ended);
+    m_refresh->check(ended, voice);
 }
 
 ListRefresh::Owner BrevokPlugins::listOwner()

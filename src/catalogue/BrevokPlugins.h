@@ -49,7 +49,8 @@ public:
     [[nodiscard]] bool asksAboutUnfinishedActions() const { return m_question != nullptr; }
 
     /// @p ended tells the end of the request that this call makes, whatever other requests are under way.
-    void checkForUpdates(const ListRefresh::CheckHandler &ended = {});
+    void checkForUpdates(
+        const ListRefresh::CheckHandler &ended = {}, ListRefresh::Voice voice = ListRefresh::Voice::Aloud);
     /// Validates, merges and stores a list.
     void updateWithArray(const QJsonArray &list);
 

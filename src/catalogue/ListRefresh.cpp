@@ -45,7 +45,7 @@ ListRefresh::ListRefresh(Wording wording, StateStore &state, ServiceClient &serv
 
 ListRefresh::~ListRefresh() = default;
 
-void ListRefresh::check(const CheckHandler &ended)
+void ListRefresh::check(const CheckHandler &ended, Voice voice)
 {
     const auto end = [this, ended](const std::optional<BrevokError> &error) {
         Q_EMIT finished(!error);
@@ -62,14 +62,15 @@ void ListRefresh::check(const CheckHandler &ended)
             .description = Texts::tr("Network is unreachable. Is your internet connection down?")});
         return;
     }
-    m_service.getList(m_wording.path, this, [this, end](const ServiceReply &reply) { handle(reply, end); });
+    m_service.getList(m_wording.path, this,
+        [this, check = Check{end, voice}](const ServiceReply &reply) { handle(reply, check); });
 }
 
-void ListRefresh::handle(const ServiceReply &reply, const CheckHandler &end)
+void ListRefresh::handle(const ServiceReply &reply, const Check &check)
 {
     if (reply.error) {
-        handleTransportError(reply);
-        end(reply.error);
+        handleTransportError(reply, check.voice);
+        check.end(reply.error);
         return;
     }
     if (reply.status != 200) {
@@ -78,20 +79,20 @@ void ListRefresh::handle(const ServiceReply &reply, const CheckHandler &end)
         logLine(u"%1%2 - %3"_s.arg(m_wording.failedWithResponse)
                     .arg(reply.status, 3, 10, QLatin1Char('0'))
                     .arg(localizedStringForStatusCode(reply.status)));
-        end(unexpectedReply(reply.status));
+        check.end(unexpectedReply(reply.status));
         return;
     }
     // Before the body is looked at, so that a bad one does not stop the cycle.
     schedule(afterReplySeconds);
-    readContent(reply.body, end);
+    readContent(reply.body, check);
 }
 
-void ListRefresh::handleTransportError(const ServiceReply &reply)
+void ListRefresh::handleTransportError(const ServiceReply &reply, Voice voice)
 {
     logLine(m_wording.failedWithError);
     // Negative for a date in the past, so this warns of one that lies more than a week ahead.
     if (secondsUntilLastUpdate() > warnAfterSeconds) {
-        showAlert();
+        showAlert(voice);
     } else {
         logError(reply.error);
     }
@@ -99,13 +100,13 @@ void ListRefresh::handleTransportError(const ServiceReply &reply)
 }
 
 // A long list would hold the main thread for a third of a second.
-void ListRefresh::readContent(const QByteArray &body, const CheckHandler &end)
+void ListRefresh::readContent(const QByteArray &body, const Check &check)
 {
     m_reading.add([body, kept = m_owner.keptMark ? m_owner.keptMark() : QByteArray(), owner = m_owner,
-                      self = QPointer<ListRefresh>(this), end] {
-        onMain(QCoreApplication::instance(), [self, content = contentOf(body, kept, owner), end] {
+                      self = QPointer<ListRefresh>(this), check] {
+        onMain(QCoreApplication::instance(), [self, content = contentOf(body, kept, owner), check] {
             if (self) {
-                self->handleContent(content, end);
+                self->handleContent(content, check);
             }
         });
     });
@@ -145,27 +146,27 @@ void ListRefresh::noteDate()
     m_state.setDate(m_wording.dateKey, m_lastUpdate);
 }
 
-void ListRefresh::handleContent(const Content &content, const CheckHandler &end)
+void ListRefresh::handleContent(const Content &content, const Check &check)
 {
     if (!content.kept.isEmpty() && content.kept != m_owner.keptMark()) {
-        readContent(content.body, end); // another list was taken over meanwhile
+        readContent(content.body, check); // another list was taken over meanwhile
         return;
     }
     if (content.take) {
-        content.take([self = QPointer<ListRefresh>(this), end] {
+        content.take([self = QPointer<ListRefresh>(this), check] {
             if (self) {
                 self->noteDate();
-                end({});
+                check.end({});
             }
         });
         return;
     }
-    showAlert();
+    showAlert(check.voice);
     logLine(m_wording.failedWithContent);
     logLine(u"Received %1 bytes of data"_s.arg(content.body.size()));
     logLine(u"Response string: "_s + excerpt(content.body));
     logError(content.error);
-    end(unexpectedReply(200));
+    check.end(unexpectedReply(200));
 }
 
 void ListRefresh::schedule(int seconds)
@@ -179,8 +180,11 @@ double ListRefresh::secondsUntilLastUpdate() const
     return (static_cast<double>(m_lastUpdate.toMSecsSinceEpoch()) - now) / 1000;
 }
 
-void ListRefresh::showAlert()
+void ListRefresh::showAlert(Voice voice)
 {
+    if (voice == Voice::Quiet) {
+        return;
+    }
     const auto days = static_cast<qint32>(static_cast<qint64>(secondsUntilLastUpdate() / secondsOfDay));
     m_alerts.tell(m_wording.alertTitle,
         Texts::tr("Unable to contact the Tolvane Brevok server for %1 days.").arg(days), {Texts::tr("OK")});

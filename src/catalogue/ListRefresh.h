@@ -56,10 +56,12 @@ public:
         Owner owner, QObject *parent);
     ~ListRefresh() override;
 
+    /// Whether a check may show alerts.
+    enum class Voice { Aloud, Quiet };
     /// Requests the list, when the service can be reached at all and what is stored is known. @p ended is
     /// called once, after what the answer to this very request means has been done; at once when nothing can
     /// be sent.
-    void check(const CheckHandler &ended = {});
+    void check(const CheckHandler &ended = {}, Voice voice = Voice::Aloud);
 
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *timer() { return &m_timer; }
@@ -79,16 +81,22 @@ private:
         std::optional<BrevokError> error{};
     };
 
-    void handle(const ServiceReply &reply, const CheckHandler &end);
-    void handleTransportError(const ServiceReply &reply);
-    void readContent(const QByteArray &body, const CheckHandler &end);
+    /// One check under way.
+    struct Check {
+        CheckHandler end;
+        Voice voice = Voice::Aloud;
+    };
+
+    void handle(const ServiceReply &reply, const Check &check);
+    void handleTransportError(const ServiceReply &reply, Voice voice);
+    void readContent(const QByteArray &body, const Check &check);
     [[nodiscard]] static Content contentOf(
         const QByteArray &body, const QByteArray &kept, const Owner &owner);
-    void handleContent(const Content &content, const CheckHandler &end);
+    void handleContent(const Content &content, const Check &check);
     void noteDate();
     void schedule(int seconds);
     [[nodiscard]] double secondsUntilLastUpdate() const;
-    void showAlert();
+    void showAlert(Voice voice);
 
     Wording m_wording;
     StateStore &m_state;

@@ -10,6 +10,7 @@
 #include "ControlAdaptor.h"
 #include "foundation/Log.h"
 #include "helper/BrevokInstaller.h"
+#include "install/Converger.h"
 #include "platform/StorageWatch.h"
 #include "reporting/BrevokUsageReporter.h"
 #include "reporting/BugReporter.h"
@@ -174,6 +175,16 @@ QStringList ControlService::Remove(const QStringList &prefixes, QString & /*outc
 {
     if (!refusedTooEarly()) {
         m_packages->remove(currentCall(), prefixes);
+    }
+    return {};
+}
+
+QStringList ControlService::Converge(bool foreseen, QString & /*document*/)
+{
+    if (!refusedTooEarly()) {
+        m_with->converger.run(foreseen, [call = currentCall()](const ConvergeOutcome &outcome) {
+            call.answer(QVariantList{outcome.failureSentences(), compactText(convergeDocument(outcome))});
+        });
     }
     return {};
 }

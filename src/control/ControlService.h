@@ -14,6 +14,7 @@ namespace brevok {
 class BrevokSession;
 class BrevokUsageReporter;
 class BugReporter;
+class Converger;
 class PackageCalls;
 class SettingsAccess;
 class StorageWatch;
@@ -39,6 +40,7 @@ public:
         std::function<bool()> helperIsUsed;
         BugReporter &bugReporter;
         BrevokUsageReporter &usageReporter;
+        Converger &converger;
     };
 
     explicit ControlService(QObject *parent = nullptr);
@@ -61,6 +63,7 @@ public:
     QStringList Install(const QStringList &prefixes, QString &outcome);
     QStringList UpdateAll(QString &outcome);
     QStringList Remove(const QStringList &prefixes, QString &outcome);
+    QStringList Converge(bool foreseen, QString &document);
     void Discard();
     QString Targets();
     void AddTarget(const QString &path, const QString &type, const QString &version);

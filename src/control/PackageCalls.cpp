@@ -83,14 +83,9 @@ PackageCalls::Ended PackageCalls::answerAfter(const ControlCall &call, qsizetype
 
 void PackageCalls::answerWhenSettled(const ControlCall &call, const Answer &all)
 {
-    const auto answer = [call, all, &state = m_state] {
+    m_packages.whenSettled(this, [call, all, &state = m_state] {
         call.answerWhenStored(state, all.failures, all.outcome ? documentOf(*all.outcome) : QVariantList());
-    };
-    if (!m_packages.updating() && !m_packages.needUpdate()) {
-        answer();
-        return;
-    }
-    connect(&m_packages, &BrevokPackages::statusesSettled, this, answer, Qt::SingleShotConnection);
+    });
 }
 
 void PackageCalls::check(const ControlCall &call)

@@ -9,6 +9,30 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+QJsonArray entriesDocument(const QList<ConvergeEntry> &entries)
+{
+    QJsonArray document;
+    for (const ConvergeEntry &entry : entries) {
+        QJsonObject object{
+            {u"prefix"_s, entry.prefix}, {u"package"_s, entry.package}, {u"result"_s, entry.result}};
+        const auto insert = [&object](const QString &key, const QString &text) {
+            if (!text.isEmpty()) {
+                object.insert(key, text);
+            }
+        };
+        insert(u"plugin"_s, entry.what.plugin);
+        insert(u"target"_s, entry.what.target);
+        insert(u"label"_s, entry.what.targetName);
+        insert(u"reason"_s, entry.what.reason);
+        document.append(object);
+    }
+    return document;
+}
+
+} // namespace
+
 QJsonArray packagesDocument(const QList<Record> &packages, const QHash<QString, PackageStatus> &statuses,
     const QHash<QString, InstallOutcome> &failures)
 {
@@ -45,6 +69,23 @@ QJsonArray outcomeDocument(const InstallOutcome &outcome)
             object.insert(u"reason"_s, entry.reason);
         }
         document.append(object);
+    }
+    return document;
+}
+
+QJsonObject convergeDocument(const ConvergeOutcome &outcome)
+{
+    QJsonObject document{
+        {u"changed"_s, entriesDocument(outcome.changed)},
+        {u"deferred"_s, entriesDocument(outcome.deferred)},
+        {u"failed"_s, entriesDocument(outcome.failed)},
+        {u"waiting"_s, entriesDocument(outcome.waiting)},
+    };
+    if (!outcome.notes.isEmpty()) {
+        document.insert(u"notes"_s, QJsonArray::fromStringList(outcome.notes));
+    }
+    if (outcome.foreseen) {
+        document.insert(u"foreseen"_s, true);
     }
     return document;
 }

@@ -4,10 +4,11 @@
 #pragma once
 
 #include "catalogue/BrevokPackages.h"
-#include "install/InstallOutcome.h"
+#include "install/ConvergeOutcome.h"
 #include "targets/BrevokTargetApps.h"
 
 #include <QJsonArray>
+#include <QJsonObject>
 
 namespace brevok {
 
@@ -17,6 +18,9 @@ namespace brevok {
 
 /// What became of each plug-in and target.
 [[nodiscard]] QJsonArray outcomeDocument(const InstallOutcome &outcome);
+
+/// What became of a machine's packages.
+[[nodiscard]] QJsonObject convergeDocument(const ConvergeOutcome &outcome);
 
 /// All stored targets, by path.
 [[nodiscard]] QJsonArray targetsDocument(const TargetRecords &records);

@@ -59,20 +59,28 @@ QString BrevokAppInstaller::getVersionString(const QString &version)
     return brevok::getVersionString(version);
 }
 
-void BrevokAppInstaller::checkUpdateHelper(QObject *context, const std::function<void(bool valid)> &answered)
+void BrevokAppInstaller::checkUpdateHelper(
+    QObject *context, const std::function<void(bool valid)> &answered, bool mayAsk)
 {
     if (m_valid) {
         answered(*m_valid);
         return;
     }
     inBackgroundThen(
-        this, [access = m_access] { return access.checkUpdateHelper(); },
-        [this, guard = QPointer(context), answered](bool found) {
-            m_valid = found;
+        this, [access = accessOf(mayAsk)] { return access.checkUpdateHelper(); },
+        [this, guard = QPointer(context), answered, mayAsk](bool found) {
+            if (found || mayAsk) {
+                m_valid = found; // else somebody may still agree
+            }
             if (guard) {
                 answered(found);
             }
         });
+}
+
+HelperAccess BrevokAppInstaller::accessOf(bool mayAsk) const
+{
+    return mayAsk ? m_access : m_access.unattended();
 }
 
 std::shared_ptr<InstallerOperations> BrevokAppInstaller::installer() const
@@ -102,28 +110,29 @@ void BrevokAppInstaller::jobEnded()
 }
 
 void BrevokAppInstaller::installPlugin(
-    const QString &key, const Record &package, bool skipRunningTargets, QObject *context, Completion done)
+    const QString &key, const Record &package, const Manner &manner, QObject *context, Completion done)
 {
-    run({.key = key, .package = package, .skipRunningTargets = skipRunningTargets}, context, std::move(done));
+    run({.key = key, .package = package, .manner = manner}, context, std::move(done));
 }
 
 void BrevokAppInstaller::removePlugin(
-    const QString &key, const Record &package, QObject *context, Completion done)
+    const QString &key, const Record &package, const Manner &manner, QObject *context, Completion done)
 {
-    run({.isRemoval = true, .key = key, .package = package}, context, std::move(done));
+    run({.isRemoval = true, .key = key, .package = package, .manner = manner}, context, std::move(done));
 }
 
 void BrevokAppInstaller::run(CommandRun::Order order, QObject *context, Completion done)
 {
     addJob([this, order = std::move(order), guard = QPointer(context), done = std::move(done)] {
+        const bool mayAsk = !order.manner.unattended;
         auto *job = new CommandRun(
             {.applications = m_with.applications,
                 .plugins = m_with.plugins,
                 .packages = m_with.packages,
                 .alerts = m_runningAlerts,
-                .access = m_access,
-                .askForHelper = [this](QObject *asker,
-                                    const auto &answered) { checkUpdateHelper(asker, answered); },
+                .access = accessOf(mayAsk),
+                .askForHelper = [this, mayAsk](QObject *asker,
+                                    const auto &answered) { checkUpdateHelper(asker, answered, mayAsk); },
                 .workspaceFile = m_with.workspaceFile,
                 .user = m_with.user},
             order, this);
@@ -162,9 +171,9 @@ void BrevokAppInstaller::clearLeftovers(const QStringList &targets)
 }
 
 void BrevokAppInstaller::canRemovePlugins(
-    const QList<RemovalQuestion> &questions, QObject *context, RemovalAnswers done)
+    const QList<RemovalQuestion> &questions, QObject *context, RemovalAnswers done, bool mayAsk)
 {
-    addJob([this, questions, guard = QPointer(context), done = std::move(done)] {
+    addJob([this, questions, mayAsk, guard = QPointer(context), done = std::move(done)] {
         const RemovalAnswers answered = [this, guard, done](const QList<bool> &answers) {
             jobEnded();
             if (guard) {
@@ -177,10 +186,12 @@ void BrevokAppInstaller::canRemovePlugins(
         }
         inBackgroundThen(
             this, [tasks, access = m_access] { return helperIsNeeded(tasks, access); },
-            [this, questions, answered](bool needed) {
+            [this, questions, answered, mayAsk](bool needed) {
                 if (needed) {
-                    checkUpdateHelper(this,
-                        [this, questions, answered](bool) { answerRemovals(questions, true, answered); });
+                    checkUpdateHelper(
+                        this,
+                        [this, questions, answered](bool) { answerRemovals(questions, true, answered); },
+                        mayAsk);
                 } else {
                     answerRemovals(questions, false, answered);
                 }
@@ -201,6 +212,17 @@ void BrevokAppInstaller::answerRemovals(
         [questions, known, withHelper, valid = valid(), access = m_access] {
             return removalAnswers(questions, known,
                 {.access = access, .helper = withHelper ? access.installer(valid) : nullptr});
+        },
+        done);
+}
+
+void BrevokAppInstaller::foresee(const QList<CommandTask> &tasks, QObject *context,
+    const std::function<void(const QList<PluginOutcome> &)> &done)
+{
+    inBackgroundThen(
+        context,
+        [tasks, access = m_access.unattended(), &applications = m_with.applications] {
+            return brevok::foresee(tasks, access, applications);
         },
         done);
 }

@@ -61,27 +61,36 @@ public:
     void clearLeftovers(const QStringList &targets);
 
     /// Checks the helper, the first time it is asked for, then calls @p answered while @p context lives.
-    void checkUpdateHelper(QObject *context, const std::function<void(bool valid)> &answered);
+    /// Unless it @p mayAsk the user for rights, only a helper that is there already is found.
+    void checkUpdateHelper(
+        QObject *context, const std::function<void(bool valid)> &answered, bool mayAsk = true);
     /// Who does file operations that need the helper: its proxy, or the fallback. Background, after
     /// checkUpdateHelper() has answered.
     [[nodiscard]] std::shared_ptr<InstallerOperations> installer() const;
 
-    /// Carries out the install commands of the definition under the build key @p key. With
-    /// @p skipRunningTargets those for a running application are dropped. @p done is called later, not at all
-    /// when @p context is gone by then.
-    void installPlugin(const QString &key, const Record &package, bool skipRunningTargets, QObject *context,
-        Completion done);
+    /// Carries out the install commands of the definition under the build key @p key; those for a running
+    /// application are dropped when the @p manner says so. @p done is called later, not at all when @p
+    /// context is gone by then.
+    void installPlugin(
+        const QString &key, const Record &package, const Manner &manner, QObject *context, Completion done);
     /// As installPlugin(), for the remove commands.
-    void removePlugin(const QString &key, const Record &package, QObject *context, Completion done);
+    void removePlugin(
+        const QString &key, const Record &package, const Manner &manner, QObject *context, Completion done);
 
     /// Whether plug-ins may be removed without breaking another installed package; @p done gets the answers
     /// in order.
-    void canRemovePlugins(const QList<RemovalQuestion> &questions, QObject *context, RemovalAnswers done);
+    void canRemovePlugins(
+        const QList<RemovalQuestion> &questions, QObject *context, RemovalAnswers done, bool mayAsk = true);
+
+    /// What would become of commands while running applications are skipped. Changes nothing.
+    void foresee(const QList<CommandTask> &tasks, QObject *context,
+        const std::function<void(const QList<PluginOutcome> &)> &done);
 
     /// The short marketing name of a host version number.
     [[nodiscard]] static QString getVersionString(const QString &version);
 
 private:
+    [[nodiscard]] HelperAccess accessOf(bool mayAsk) const;
     void addJob(Task begin);
     void nextJob();
     void jobEnded();

@@ -5,7 +5,6 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Tasks.h"
-#include "foundation/Texts.h"
 #include "install/CommandQueue.h"
 #include "install/InstallPaths.h"
 #include "install/RunningTargetAlerts.h"
@@ -110,11 +109,8 @@ void CommandRun::looked(const CommandLook &look)
 {
     const CommandTask &task = m_commands.constFirst().task;
     const bool removal = m_order.isRemoval;
-    if (!removal && look.running && m_order.skipRunningTargets) {
-        const QString reason = Texts::tr("%1 is running").arg(look.running->localizedName);
-        carriedOut({.entries = {task.entry(PluginOutcome::End::Skipped, reason)}});
-    } else if (!look.ended.entries.isEmpty() || (removal && !look.isThere)) {
-        carriedOut(look.ended);
+    if (const auto ended = endedBefore(task, look, m_order.manner.skipRunningTargets)) {
+        carriedOut(*ended);
     } else {
         if (look.running) {
             using Occasion = RunningTargetAlerts::Occasion;

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "install/CommandWork.h"
+#include "install/Manner.h"
 
 #include <QJsonArray>
 #include <QObject>
@@ -42,7 +43,7 @@ public:
         bool isRemoval = false;
         QString key; ///< build key
         Record package;
-        bool skipRunningTargets = false; ///< drops installs for a running application
+        Manner manner{};
     };
 
     CommandRun(Collaborators collaborators, Order order, QObject *parent);

@@ -142,6 +142,32 @@ CommandLook lookAtTask(const CommandTask &task, const CommandTools &tools, Runni
     return look;
 }
 
+std::optional<CommandResult> endedBefore(
+    const CommandTask &task, const CommandLook &look, bool skipRunningTargets)
+{
+    if (task.isRemoval() && look.ended.entries.isEmpty() && !look.isThere) {
+        return CommandResult();
+    }
+    if (look.running && skipRunningTargets) {
+        const QString reason = Texts::tr("%1 is running").arg(look.running->localizedName);
+        return CommandResult{.entries = {task.entry(End::Skipped, reason)}};
+    }
+    return look.ended.entries.isEmpty() ? std::nullopt : std::optional(look.ended);
+}
+
+QList<PluginOutcome> foresee(
+    const QList<CommandTask> &tasks, const HelperAccess &access, RunningApplications &applications)
+{
+    QList<PluginOutcome> entries;
+    for (const CommandTask &task : tasks) {
+        const CommandLook look = lookAtTask(task, {.access = access}, applications);
+        const auto ended = endedBefore(task, look, true);
+        entries +=
+            ended ? ended->entries : QList{task.entry(task.isRemoval() ? End::Removed : End::Installed, {})};
+    }
+    return entries;
+}
+
 CommandResult carryOutInstall(const CommandTask &task, const CommandTools &tools)
 {
     CommandResult result;

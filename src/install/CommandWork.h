@@ -57,6 +57,12 @@ struct CommandLook {
 };
 [[nodiscard]] CommandLook lookAtTask(
     const CommandTask &task, const CommandTools &tools, RunningApplications &applications);
+/// What became of the command without being carried out; nothing when it is to be.
+[[nodiscard]] std::optional<CommandResult> endedBefore(
+    const CommandTask &task, const CommandLook &look, bool skipRunningTargets);
+/// What would become of the commands, as far as that can be told. Changes nothing.
+[[nodiscard]] QList<PluginOutcome> foresee(
+    const QList<CommandTask> &tasks, const HelperAccess &access, RunningApplications &applications);
 
 /// Puts the workspace file and the plug-in in their places.
 [[nodiscard]] CommandResult carryOutInstall(const CommandTask &task, const CommandTools &tools);

@@ -27,14 +27,25 @@ HelperAccess::HelperAccess(HelperTool &tool, FileOperations &files)
 {
 }
 
+HelperAccess HelperAccess::unattended() const
+{
+    HelperAccess access = *this;
+    access.m_mayAsk = false;
+    return access;
+}
+
 bool HelperAccess::checkUpdateHelper() const
 {
     logLine(u"start helper"_s);
-    const HelperTool::Connection connection = m_tool->connection();
+    const HelperTool::Connection connection = m_tool->connection(m_mayAsk);
     const bool answered = connection.connected && connection.proxy != nullptr;
     if (answered && connection.proxy->version() >= installerInterfaceVersion) {
         logLine(u"up to date version already running"_s);
         return true;
+    }
+    if (!m_mayAsk) {
+        logLine(u"Nobody is there to be asked for the rights to install a helper."_s);
+        return false;
     }
     if (const int status = m_tool->createAuthorization(); status != 0) {
         logLine(u"AuthorizationCreate failed! %1\n"_s.arg(status));
@@ -61,7 +72,8 @@ std::shared_ptr<InstallerOperations> HelperAccess::installer(bool valid) const
 {
     if (!valid) {
         logLine(u"Installer helper invalid!"_s);
-    } else if (const HelperTool::Connection connection = m_tool->connection(); !connection.connected) {
+    } else if (const HelperTool::Connection connection = m_tool->connection(m_mayAsk);
+               !connection.connected) {
         logLine(u"Installer helper connection failed!"_s);
     } else if (connection.proxy == nullptr) {
         logLine(u"Installer helper failed to get proxy!"_s);

@@ -13,6 +13,9 @@ class HelperAccess final {
 public:
     HelperAccess(HelperTool &tool, FileOperations &files);
 
+    /// The same way, on which nobody is asked for rights.
+    [[nodiscard]] HelperAccess unattended() const;
+
     /// Finds the helper, or installs or replaces it, which may ask the user for rights.
     [[nodiscard]] bool checkUpdateHelper() const;
     /// Who does the next file operations: the helper's proxy or, where it cannot be used, own(). @p valid is
@@ -26,6 +29,7 @@ public:
     [[nodiscard]] bool isNeededFor(const QString &path) const;
 
 private:
+    bool m_mayAsk = true;
     HelperTool *m_tool;
     FileOperations *m_files;
     std::shared_ptr<InstallerOperations> m_own;

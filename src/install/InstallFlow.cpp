@@ -37,11 +37,14 @@ InstallFlow::~InstallFlow() = default;
 
 void InstallFlow::installWithPrefix(const QString &prefix, bool skipRunningTargets, const Completion &done)
 {
+    installWithPrefix(prefix, Manner{.skipRunningTargets = skipRunningTargets}, done);
+}
+
+void InstallFlow::installWithPrefix(const QString &prefix, const Manner &manner, const Completion &done)
+{
     forPackages(
         prefix,
-        [&](const Record &package) {
-            return new InstallOperation(*this, m_with, package, prefix, skipRunningTargets);
-        },
+        [&](const Record &package) { return new InstallOperation(*this, m_with, package, prefix, manner); },
         done);
 }
 
@@ -49,21 +52,29 @@ void InstallFlow::installWithPackage(
     const Record &package, const QString &prefix, bool skipRunningTargets, const Completion &done)
 {
     const bool complete = !package.isEmpty() && !prefix.isEmpty();
-    enqueue(
-        complete ? new InstallOperation(*this, m_with, package, prefix, skipRunningTargets) : nullptr, done);
+    enqueue(complete
+            ? new InstallOperation(*this, m_with, package, prefix, {.skipRunningTargets = skipRunningTargets})
+            : nullptr,
+        done);
 }
 
 void InstallFlow::uninstallWithPrefix(const QString &prefix, const Completion &done)
 {
+    uninstallWithPrefix(prefix, Manner(), done);
+}
+
+void InstallFlow::uninstallWithPrefix(const QString &prefix, const Manner &manner, const Completion &done)
+{
     forPackages(
-        prefix, [&](const Record &package) { return new RemoveOperation(*this, m_with, package, prefix); },
+        prefix,
+        [&](const Record &package) { return new RemoveOperation(*this, m_with, package, prefix, manner); },
         done);
 }
 
 void InstallFlow::uninstallWithPackage(const Record &package, const QString &prefix, const Completion &done)
 {
     const bool complete = !package.isEmpty() && !prefix.isEmpty();
-    enqueue(complete ? new RemoveOperation(*this, m_with, package, prefix) : nullptr, done);
+    enqueue(complete ? new RemoveOperation(*this, m_with, package, prefix, {}) : nullptr, done);
 }
 
 void InstallFlow::forPackages(const QString &prefix, const Maker &make, const Completion &done)
@@ -105,7 +116,9 @@ void InstallFlow::enqueue(PackageOperation *operation, const Completion &done)
     }
     connect(
         operation, &PackageOperation::finished, this, [this, operation, done] { ended(operation, done); });
-    m_lastFailures.forget(operation->prefix());
+    if (!operation->manner().foreseen) {
+        m_lastFailures.forget(operation->prefix());
+    }
     m_waiting.append(operation);
     // Later, so that an operation neither begins nor ends within the call that asks for it.
     onMain(this, [this] { startWhatCan(); });
@@ -150,12 +163,14 @@ void InstallFlow::startWhatCan()
 void InstallFlow::ended(PackageOperation *operation, const Completion &done)
 {
     const InstallOutcome outcome = withTargetNames(operation->outcome());
-    for (const PluginOutcome &entry : outcome.entries) {
-        if (!entry.reason.isEmpty()) {
-            logLine(u"%1: %2"_s.arg(endName(entry.end), entry.sentence()));
+    if (!operation->manner().foreseen) {
+        for (const PluginOutcome &entry : outcome.entries) {
+            if (!entry.reason.isEmpty()) {
+                logLine(u"%1: %2"_s.arg(endName(entry.end), entry.sentence()));
+            }
         }
+        m_lastFailures.note(operation->prefix(), operation->packageName(), outcome);
     }
-    m_lastFailures.note(operation->prefix(), operation->packageName(), outcome);
     m_running.remove(operation);
     operation->deleteLater();
     startWhatCan();

@@ -5,6 +5,7 @@
 
 #include "catalogue/BrevokPackages.h"
 #include "install/LastFailures.h"
+#include "install/Manner.h"
 
 #include <QObject>
 
@@ -43,6 +44,9 @@ public:
     void installWithPackage(
         const Record &package, const QString &prefix, bool skipRunningTargets, const Completion &done = {});
     void uninstallWithPrefix(const QString &prefix, const Completion &done = {});
+    /// Installs or removes every package with that prefix in some other manner than a person's.
+    void installWithPrefix(const QString &prefix, const Manner &manner, const Completion &done);
+    void uninstallWithPrefix(const QString &prefix, const Manner &manner, const Completion &done);
     void uninstallWithPackage(const Record &package, const QString &prefix, const Completion &done = {});
 
     /// What failed lately, to be shown with the packages.

@@ -43,10 +43,9 @@ QString archiveAddress(const QString &link)
     return link.startsWith(u"http://"_s) ? u"https"_s + link.sliced(4) : link;
 }
 
-InstallOperation::InstallOperation(InstallFlow &flow, InstallFlow::Collaborators &with, Record package,
-    QString prefix, bool skipRunningTargets)
-    : PackageOperation(flow, with, std::move(package), std::move(prefix))
-    , m_skipRunningTargets(skipRunningTargets)
+InstallOperation::InstallOperation(
+    InstallFlow &flow, InstallFlow::Collaborators &with, Record package, QString prefix, const Manner &manner)
+    : PackageOperation(flow, with, std::move(package), std::move(prefix), manner)
 {
 }
 
@@ -70,6 +69,10 @@ void InstallOperation::applyPlan(const InstallPlan &plan)
     }
     noteWhatIsCurrent();
     reportLater(plan.refused, m_package.value(PackageKeys::name).toString());
+    if (m_manner.foreseen) {
+        foresee(plannedTasks());
+        return;
+    }
     QStringList keys = plan.downloads;
     for (const PlannedInstall &planned : plan.installs) {
         keys.append(planned.key);
@@ -89,6 +92,19 @@ void InstallOperation::applyPlan(const InstallPlan &plan)
     // Nothing is touched before a crash would leave the commands; where they cannot be stored, the store says
     // so.
     m_with.plugins.change(keys, record, this, [this](const auto & /*error*/) { installStored(); });
+}
+
+QList<CommandTask> InstallOperation::plannedTasks() const
+{
+    QList<CommandTask> tasks;
+    for (const PlannedInstall &planned : m_plan.installs) {
+        if (const DefinitionPtr shared = definition(planned.key)) {
+            tasks.append({.plugin = shared->record.value(PluginKeys::name).toString(),
+                .pluginPath = planned.pluginPath,
+                .archive = planned.archivePath});
+        }
+    }
+    return tasks;
 }
 
 void InstallOperation::noteWhatIsCurrent()
@@ -125,7 +141,7 @@ void InstallOperation::installStored()
 void InstallOperation::install(const QString &key, const CommandsDone &done)
 {
     m_with.installer.installPlugin(
-        key, m_package, m_skipRunningTargets, this, [this, key, done](const CommandResult &result) {
+        key, m_package, m_manner, this, [this, key, done](const CommandResult &result) {
             m_outcome.entries += result.entries;
             if (result.archiveIsBad) {
                 discardArchive(key, [done, result] { done(result); });

@@ -17,7 +17,7 @@ class InstallOperation final : public PackageOperation {
 
 public:
     InstallOperation(InstallFlow &flow, InstallFlow::Collaborators &with, Record package, QString prefix,
-        bool skipRunningTargets);
+        const Manner &manner);
     ~InstallOperation() override;
 
     void begin() override;
@@ -35,6 +35,7 @@ private:
     using CommandsDone = std::function<void(const CommandResult &)>;
 
     void applyPlan(const InstallPlan &plan);
+    [[nodiscard]] QList<CommandTask> plannedTasks() const;
     void installStored();
     void noteWhatIsCurrent();
     void install(const QString &key, const CommandsDone &done);
@@ -48,7 +49,6 @@ private:
     void cleanUp(const Download &download);
     void forget(const QString &key);
 
-    bool m_skipRunningTargets;
     InstallPlan m_plan;
     qsizetype m_nextInstall = 0;
     QStringList m_waitingDownloads; ///< build keys whose archive's place is still taken

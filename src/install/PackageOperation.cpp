@@ -3,15 +3,19 @@
 
 #include "install/PackageOperation.h"
 
+#include "foundation/Log.h"
+#include "install/BrevokAppInstaller.h"
+
 namespace brevok {
 
 PackageOperation::PackageOperation(
-    InstallFlow &flow, InstallFlow::Collaborators &with, Record package, QString prefix)
+    InstallFlow &flow, InstallFlow::Collaborators &with, Record package, QString prefix, const Manner &manner)
     : QObject(&flow)
     , m_flow(flow)
     , m_with(with)
     , m_package(std::move(package))
     , m_prefix(std::move(prefix))
+    , m_manner(manner)
 {
 }
 
@@ -22,9 +26,21 @@ void PackageOperation::addFailure(const QString &plugin, const QString &reason)
     m_outcome.entries.append({.plugin = plugin, .reason = reason, .everywhere = true});
 }
 
+void PackageOperation::foresee(const QList<CommandTask> &tasks)
+{
+    m_with.installer.foresee(tasks, this, [this](const QList<PluginOutcome> &entries) {
+        m_outcome.entries += entries;
+        Q_EMIT finished();
+    });
+}
+
 void PackageOperation::reportLater(const QList<BrevokError> &errors, const QString &plugin)
 {
-    if (!errors.isEmpty()) {
+    if (m_manner.unattended) {
+        for (const BrevokError &error : errors) {
+            logError(error);
+        }
+    } else if (!errors.isEmpty()) {
         onMain(&m_flow, [&flow = m_flow, errors, plugin] { flow.reportError(errors, plugin); });
     }
 }

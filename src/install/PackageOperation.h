@@ -4,6 +4,7 @@
 #pragma once
 
 #include "foundation/Tasks.h"
+#include "install/CommandWork.h"
 #include "install/InstallFlow.h"
 
 namespace brevok {
@@ -14,11 +15,13 @@ class PackageOperation : public QObject {
     Q_DISABLE_COPY_MOVE(PackageOperation)
 
 public:
-    PackageOperation(InstallFlow &flow, InstallFlow::Collaborators &with, Record package, QString prefix);
+    PackageOperation(InstallFlow &flow, InstallFlow::Collaborators &with, Record package, QString prefix,
+        const Manner &manner);
     ~PackageOperation() override;
 
     [[nodiscard]] const QString &prefix() const { return m_prefix; }
     [[nodiscard]] QString packageName() const { return m_package.value(PackageKeys::name).toString(); }
+    [[nodiscard]] const Manner &manner() const { return m_manner; }
     [[nodiscard]] const InstallOutcome &outcome() const { return m_outcome; }
     /// Starts the work, which emits finished() at its end.
     virtual void begin() = 0;
@@ -34,13 +37,17 @@ protected:
     }
     /// An entry for what is no business of a single target.
     void addFailure(const QString &plugin, const QString &reason);
-    /// The failure alert, later, so that the work does not wait for the user's answer.
+    /// Ends the operation with what would become of @p tasks.
+    void foresee(const QList<CommandTask> &tasks);
+    /// The failure alert, later, so that the work does not wait for the user's answer; where nobody is, the
+    /// log alone has it.
     void reportLater(const QList<BrevokError> &errors, const QString &plugin);
 
     InstallFlow &m_flow;
     InstallFlow::Collaborators &m_with;
     Record m_package;
     QString m_prefix;
+    Manner m_manner;
     InstallOutcome m_outcome;
 };
 

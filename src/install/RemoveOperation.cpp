@@ -71,8 +71,10 @@ void RemoveOperation::askWhatMayGo(const QList<Record> &targets)
     for (const QString &name : std::as_const(refused)) {
         addFailure({}, nameRefused(name).description);
     }
-    m_with.installer.canRemovePlugins(questions, this,
-        [this, candidates](const QList<bool> &answers) { queueRemovals(candidates, answers); });
+    m_with.installer.canRemovePlugins(
+        questions, this,
+        [this, candidates](const QList<bool> &answers) { queueRemovals(candidates, answers); },
+        !m_manner.unattended);
 }
 
 void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QList<bool> &answers)
@@ -80,10 +82,15 @@ void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QL
     for (const Candidate &candidate : candidates) {
         m_keys.append(candidate.key);
     }
+    QMap<QString, CommandTask> foreseen; // by place, which several builds of a plug-in share
     const auto record = [&] {
         for (qsizetype i = 0; i < candidates.size(); ++i) {
             const DefinitionPtr shared = definition(candidates[i].key);
-            if (shared && answers[i]) {
+            if (shared && answers[i] && m_manner.foreseen) {
+                const QString path = candidates[i].pluginPath;
+                foreseen.insert(
+                    path, {.plugin = shared->record.value(PluginKeys::name).toString(), .pluginPath = path});
+            } else if (shared && answers[i]) {
                 appendCommand(shared->record, removalCommand(candidates[i].pluginPath));
                 m_removals.append(candidates[i].key);
             } else if (shared) {
@@ -94,6 +101,11 @@ void RemoveOperation::queueRemovals(const QList<Candidate> &candidates, const QL
             }
         }
     };
+    if (m_manner.foreseen) {
+        record();
+        foresee(foreseen.values());
+        return;
+    }
     m_with.plugins.change(m_keys, record, this, [this](const auto & /*error*/) { removeNext(); });
     m_outcome.planned = static_cast<int>(m_removals.size());
 }
@@ -106,7 +118,7 @@ void RemoveOperation::removeNext()
         return;
     }
     m_with.installer.removePlugin(
-        m_removals.takeFirst(), m_package, this, [this](const CommandResult &result) {
+        m_removals.takeFirst(), m_package, m_manner, this, [this](const CommandResult &result) {
             m_outcome.entries += result.entries;
             removeNext();
         });

@@ -27,13 +27,7 @@ void UpdateRun::start(const Completion &done)
         return;
     }
     m_done = done;
-    const QList<Record> packages = m_packages.packageRecords();
-    for (const Record &package : packages) {
-        if (m_packages.waits(package)) {
-            m_prefixes.append(package.value(PackageKeys::prefix).toString());
-        }
-    }
-    m_prefixes.removeDuplicates();
+    m_prefixes = m_packages.waitingPrefixes();
     m_total = m_prefixes.size();
     next();
 }

@@ -76,7 +76,8 @@ public:
     virtual ~HelperTool() = default;
     Q_DISABLE_COPY_MOVE(HelperTool)
 
-    [[nodiscard]] virtual Connection connection() = 0;
+    /// @p mayAsk: whether the proxy's calls may ask the user for rights.
+    [[nodiscard]] virtual Connection connection(bool mayAsk) = 0;
 
     /// Obtains the right to install a helper, asking the user where needed. @return 0, or the system's status
     [[nodiscard]] virtual int createAuthorization() = 0;

@@ -46,6 +46,9 @@ private Q_SLOTS:
     void whatCannotBeUsedIsNamed_data();
     void whatCannotBeUsedIsNamed();
     void theVersionIsToldWhateverThePolicySays();
+    void packagesAreNamed_data();
+    void packagesAreNamed();
+    void severalFilesAddUp();
     void policyFollowsFromTheExecutable_data();
     void policyFollowsFromTheExecutable();
     void lockedSettingsStand();
@@ -128,7 +131,7 @@ void PolicyTest::whatCannotBeUsedIsNamed_data()
     row("value of a setting", "[Settings]\nlogLevel=-1",
         u", line 2: logLevel: '-1' is not a value for logLevel"_s);
     row("not UTF-8", "[Service]\nURL=https://\xff.example", u": is not text in UTF-8"_s);
-    row("too long", QByteArray(70000, '#'), u": cannot be read"_s);
+    row("too long", QByteArray(1100000, '#'), u": cannot be read"_s);
 }
 
 void PolicyTest::whatCannotBeUsedIsNamed()
@@ -141,6 +144,54 @@ void PolicyTest::whatCannotBeUsedIsNamed()
     QVERIFY(error != nullptr);
     QVERIFY2(error->message.startsWith(m_file + problem), qPrintable(error->message));
     QVERIFY(!error->message.contains(u'\n'));
+}
+
+void PolicyTest::packagesAreNamed_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<QStringList>("required");
+    QTest::addColumn<QStringList>("forbidden");
+    QTest::newRow("both") << QByteArray("[Packages]\nRequired=KM#xR57: 0xA :0xB\nForbidden=0xC\n")
+                          << QStringList{u"KM#xR57"_s, u"0xA"_s, u"0xB"_s} << QStringList{u"0xC"_s};
+    QTest::newRow("empty lists") << QByteArray("[Packages]\nRequired=\nForbidden=: :\n") << QStringList()
+                                 << QStringList();
+    QByteArray many("[Packages]\nRequired=");
+    QStringList prefixes;
+    for (int i = 0; i < 5000; ++i) {
+        prefixes.append(u"KM#x%1"_s.arg(i + 1000000000));
+        many += prefixes.constLast().toUtf8() + ':';
+    }
+    QTest::newRow("5000 prefixes") << many << prefixes << QStringList();
+}
+
+void PolicyTest::packagesAreNamed()
+{
+    QFETCH(QByteArray, text);
+    testing::writeFile(m_file, text);
+    const auto policy = readPolicy(m_file);
+    QVERIFY(std::holds_alternative<Policy>(policy));
+    QTEST(std::get<Policy>(policy).packages.required, "required");
+    QTEST(std::get<Policy>(policy).packages.forbidden, "forbidden");
+}
+
+void PolicyTest::severalFilesAddUp()
+{
+    const QString more = m_file + u".d/"_s;
+    testing::writeFile(m_file, "[Packages]\nRequired=0xA\n");
+    testing::writeFile(more + u"20-b.conf"_s, "[Packages]\nRequired=0xB\n[Settings]\nautoUpdate=yes\n");
+    testing::writeFile(more + u"10-a.conf"_s, "[Packages]\nRequired=0xC\nForbidden=0xD\n");
+    testing::writeFile(more + u"notes.txt"_s, "no policy");
+    const auto policy = readPolicy(m_file);
+    QVERIFY(std::holds_alternative<Policy>(policy));
+    const PackageWishes &wishes = std::get<Policy>(policy).packages;
+    QCOMPARE(wishes.required, (QStringList{u"0xA"_s, u"0xC"_s, u"0xB"_s}));
+    QCOMPARE(wishes.forbidden, QStringList{u"0xD"_s});
+    QCOMPARE(wishes.autoUpdate, std::optional(true));
+
+    testing::writeFile(more + u"30-c.conf"_s, "[Settings]\nautoUpdate=no\n");
+    const auto wrong = readPolicy(m_file);
+    QVERIFY(std::holds_alternative<QString>(wrong));
+    QCOMPARE(std::get<QString>(wrong), more + u"30-c.conf, line 2: autoUpdate: stands there twice"_s);
 }
 
 void PolicyTest::theVersionIsToldWhateverThePolicySays()

@@ -61,6 +61,7 @@ void ControlTest::commandLines_data()
     row("report --email= --note=", Command::Verb::Report, {});
     row("report --show --note x", Command::Verb::ShowReport, {});
     row("usage --show", Command::Verb::ShowUsage, {});
+    row("converge --dry-run", Command::Verb::Converge, {});
     row("status --timeout=5", Command::Verb::Status, {});
     row("targets remove - --json", Command::Verb::RemoveTarget, {u"-"_s});
     row("-h install", Command::Verb::Help, {});
@@ -108,6 +109,8 @@ void ControlTest::wrongCommandLines_data()
     row("status --note x", "--note");
     row("status --show", "--show");
     row("usage", "--show");
+    row("converge 0xA", "no argument");
+    row("update --dry-run A", "--dry-run");
     row("status --version", "--version");
     row("status --version 5", "--version");
     row("status --json=no", "--json");

@@ -3,6 +3,7 @@
 
 #include "../install/InstallRig.h"
 #include "control/ControlService.h"
+#include "install/Converger.h"
 #include "platform/PropertyLists.h"
 #include "platform/StorageWatch.h"
 #include "reporting/BrevokUsageReporter.h"
@@ -46,6 +47,11 @@ struct Application {
     BrevokUsageReporter usageReporter;
     BugReporter bugReporter{{network, connectivity, &rig.packages, &rig.plugins, &rig.targets,
         [] { return QString(); }, bundle, {}}};
+    Converger converger{
+        {session, rig.plugins, rig.packages, rig.flow, rig.state, [] { return Converger::Wishes(); },
+            [] {
+                return false;
+            }}};
     ControlService control;
     // A call on the application's own connection would not go over the bus.
     QDBusConnection caller = QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"caller"_s);
@@ -53,7 +59,7 @@ struct Application {
     Application()
     {
         control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, rig.state,
-            settings, storage, [] { return false; }, bugReporter, usageReporter});
+            settings, storage, [] { return false; }, bugReporter, usageReporter, converger});
     }
     [[nodiscard]] QDBusPendingCall call(const QString &method, const QVariantList &arguments = {}) const
     {

@@ -56,8 +56,13 @@ public:
     bool removes = true;
     bool blesses = true;
     QStringList calls;
+    bool asksForRights = false; ///< some connection was one that may
 
-    [[nodiscard]] Connection connection() override { return state; }
+    [[nodiscard]] Connection connection(bool mayAsk) override
+    {
+        asksForRights = asksForRights || mayAsk;
+        return state;
+    }
     [[nodiscard]] int createAuthorization() override
     {
         calls.append(QStringLiteral("authorize"));

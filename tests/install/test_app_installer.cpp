@@ -56,9 +56,9 @@ private:
         };
         const Record package{{PackageKeys::name, u"Pack"_s}, {PackageKeys::prefix, u"P"_s}};
         if (installs) {
-            rig.installer.installPlugin(key, package, skip, &rig.flow, done);
+            rig.installer.installPlugin(key, package, {.skipRunningTargets = skip}, &rig.flow, done);
         } else {
-            rig.installer.removePlugin(key, package, &rig.flow, done);
+            rig.installer.removePlugin(key, package, {}, &rig.flow, done);
         }
         [&] {
             QTRY_VERIFY(ended);

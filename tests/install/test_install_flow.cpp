@@ -32,6 +32,7 @@ private Q_SLOTS:
     void failuresAreReported();
     void quittingLeavesTheQueueInTheStore();
     void versionsWithOneArchivePathTakeTurns();
+    void nobodyIsAskedOrTold();
 };
 
 void InstallFlowTest::packageIsDownloadedOnceAndInstalledTwice()
@@ -356,6 +357,30 @@ void InstallFlowTest::versionsWithOneArchivePathTakeTurns()
     QTRY_COMPARE(ended.times, 1);
     QVERIFY(ended.outcome.failures().isEmpty());
     QCOMPARE(bundleInformation(pluginIn(a, u"Plug"_s))->value(u"CFBundleShortVersionString"_s), u"2.1"_s);
+}
+
+void InstallFlowTest::nobodyIsAskedOrTold()
+{
+    OnePackage rig;
+    const Manner unattended{.skipRunningTargets = true, .unattended = true};
+    rig.needHelper();
+    rig.helper.state.proxy = std::make_shared<HelperProxy>(rig.files, 14); // whose successor needs rights
+    Ended ended;
+    rig.flow.installWithPrefix(u"P"_s, unattended, ended.here());
+    QTRY_COMPARE(rig.service.downloads.size(), 1);
+    rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140));
+    QTRY_COMPARE(ended.times, 1);
+    QVERIFY(LogCapture::contains(u"Using Installer Fallback!"_s));
+    QVERIFY(rig.helper.calls.isEmpty());
+    QVERIFY(!rig.helper.asksForRights);
+    rig.flow.uninstallWithPrefix(u"P"_s, unattended, ended.here());
+    QTRY_COMPARE(ended.times, 2);
+    QVERIFY(rig.helper.calls.isEmpty());
+    QVERIFY(rig.presenter.shown.isEmpty());
+    // It was no refusal: a person is asked the next time. The archive is there.
+    rig.flow.installWithPrefix(u"P"_s, false, ended.here());
+    QTRY_COMPARE(ended.times, 3);
+    QVERIFY(!rig.helper.calls.isEmpty());
 }
 
 QTEST_GUILESS_MAIN(InstallFlowTest)

@@ -112,6 +112,17 @@ class PackagesTest(unittest.TestCase):
         plain.write_bytes(gzip.decompress(page.read_bytes()))
         return plain
 
+    @needs("systemd-analyze")
+    def test_the_timer_is_valid(self):
+        self.install_all()
+        units = self.root / "usr/lib/systemd/user"
+        service = units / "tolvane-brevok-converge.service"
+        service.write_text(service.read_text().replace("=/usr/bin/", f"={self.root.programs}/"))
+        verified = run("systemd-analyze", "--user", "--man=no", "verify", *units.glob("tolvane-brevok-converge.*"), check=False)
+        self.assertEqual((verified.returncode, verified.stdout + verified.stderr), (0, ""))
+        when = re.search("^OnCalendar=(.*)", (units / "tolvane-brevok-converge.timer").read_text(), re.M)[1]
+        run("systemd-analyze", "calendar", when)
+
     # the installed programs
 
     def test_installed_programs_do_their_work(self):
@@ -223,6 +234,17 @@ class PackagesTest(unittest.TestCase):
         self.assertFalse((self.root / "usr/share/fish/vendor_completions.d/brevokctl.fish").exists())
         self.assertTrue((self.root / "usr/share/tolvane-brevok/New.txt").exists())
 
+    @needs("deb-systemd-helper")
+    def test_the_timer_is_enabled_for_all_until_an_administrator_disables_it(self):
+        wanted = self.root / "etc/systemd/user/timers.target.wants/tolvane-brevok-converge.timer"
+        self.install_all()
+        self.assertEqual(os.readlink(wanted), "/usr/lib/systemd/user/tolvane-brevok-converge.timer")
+        wanted.unlink()
+        self.root.dpkg("-i", make_newer(self.packages[APPLICATION], temporary_folder(self, "brevok-newer-"), lambda tree: None))
+        self.assertFalse(wanted.is_symlink())
+        self.root.dpkg("-r", APPLICATION)
+        self.assertEqual(os.readlink(self.root / "etc/systemd/user" / wanted.name), "/dev/null")
+
     def test_removal_and_purge_leave_nothing_and_touch_no_user(self):
         for path in ("home/ada/.config/tolvane/brevok.conf", "home/ada/.local/share/Tolvane Brevok/x.zip",
                      "home/ada/.config/autostart/com.tolvane.brevok.desktop", "etc/hostname",
@@ -237,10 +259,13 @@ class PackagesTest(unittest.TestCase):
         notes.touch()
         self.root.dpkg("-r", *self.packages)
         self.assertTrue(notes.exists())
-        left = {name for name in self.root.files() if name not in before}
+        # What deb-systemd-helper keeps of the timer until the purge is tested with the timer.
+        left = {name for name in self.root.files() if name not in before and not name.startswith("etc/systemd")}
         self.assertEqual(left, {"etc/tolvane-brevok", POLICY})
         self.root.dpkg("-P", *self.packages)
-        self.assertEqual(self.root.files(), before)
+        left = {name: what for name, what in self.root.files().items() if what is not None or name in before}
+        self.assertEqual(left, before)
+        self.assertLessEqual(set(self.root.files()) - set(before), {"etc/systemd", "etc/systemd/user"})
         self.assertFalse(notes.parent.exists())
         for name in self.packages:
             self.assertNotIn("installed", self.root.state(name).replace("not-installed", ""))

@@ -28,6 +28,7 @@ struct Command {
         Settings,
         GetSetting,
         SetSetting,
+        Converge,
         Discard,
         Report,
         ShowReport,
@@ -44,6 +45,7 @@ struct Command {
     QString version; ///< of `targets add`
     QString email; ///< of `report`
     QString note; ///< of `report`
+    bool dryRun = false; ///< of `converge`
     bool json = false;
     int timeoutSeconds = 600;
 };

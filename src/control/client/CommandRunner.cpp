@@ -116,6 +116,8 @@ QDBusPendingCall CommandRunner::call()
         return proxy.Setting(arguments[0]);
     case Verb::SetSetting:
         return proxy.SetSetting(arguments[0], arguments[1]);
+    case Verb::Converge:
+        return proxy.Converge(m_command.dryRun);
     case Verb::Discard:
         return proxy.Discard();
     case Verb::Report:
@@ -174,6 +176,9 @@ void CommandRunner::handleResult(const QDBusMessage &reply)
     case Verb::GetSetting:
         endWith(json ? documentText(document) : settingText(document[m_command.arguments.first()]) + u'\n');
         break;
+    case Verb::Converge:
+        handleConverged(reply);
+        break;
     case Verb::ShowReport:
     case Verb::ShowUsage: // a document of its own
         endWith(documentText(reply.arguments().value(0).toString()));
@@ -186,6 +191,18 @@ void CommandRunner::handleResult(const QDBusMessage &reply)
     }
 }
 
+void CommandRunner::handleConverged(const QDBusMessage &reply)
+{
+    const QStringList failures = reply.arguments().value(0).toStringList();
+    const QString document = reply.arguments().value(1).toString();
+    for (const QString &failure : failures) {
+        printComplaint(failure);
+    }
+    const QString text = m_command.json ? documentText(document)
+                                        : convergeText(QJsonDocument::fromJson(document.toUtf8()).object());
+    endWith(text, failures.isEmpty() ? ExitStatus::Done : ExitStatus::Failed);
+}
+
 void CommandRunner::showProgress(const QString &, const QString &plugin, qint64 done, qint64 expected)
 {
     m_progressShown = true;
@@ -194,11 +211,11 @@ void CommandRunner::showProgress(const QString &, const QString &plugin, qint64 
         u"\r\x1b[K%1: %2 of %3 MB"_s.arg(oneLine(plugin, longestName), megabytes(done), megabytes(expected)));
 }
 
-void CommandRunner::endWith(const QString &result)
+void CommandRunner::endWith(const QString &result, ExitStatus status)
 {
     if (!m_ended) {
         m_ended = true;
-        Q_EMIT finished(printResult(result) ? ExitStatus::Done : ExitStatus::Failed);
+        Q_EMIT finished(printResult(result) ? status : ExitStatus::Failed);
     }
 }
 

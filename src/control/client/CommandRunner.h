@@ -44,8 +44,9 @@ private:
     void handle(const QDBusMessage &reply);
     void handleError(const QDBusMessage &error);
     void handleResult(const QDBusMessage &reply);
+    void handleConverged(const QDBusMessage &reply);
     /// Ends a call that asked for @p result.
-    void endWith(const QString &result);
+    void endWith(const QString &result, ExitStatus status = ExitStatus::Done);
     /// Ends a call whose result is how it went: done without @p failures, else @p failed.
     void end(const QStringList &failures, ExitStatus failed = ExitStatus::Failed);
 

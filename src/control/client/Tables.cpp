@@ -112,6 +112,29 @@ QString statusText(const QJsonObject &status)
     return text + u" (interface %1)\n"_s.arg(installer[u"version"_s].toInt());
 }
 
+QString convergeText(const QJsonObject &document)
+{
+    QString text;
+    const QJsonArray notes = document[u"notes"_s].toArray();
+    for (const QJsonValue note : notes) {
+        text += u"Note: %1\n"_s.arg(oneLine(note.toString()));
+    }
+    QList<QStringList> rows;
+    for (const auto &[list, word] :
+        {std::pair(u"changed"_s, document[u"foreseen"_s].toBool() ? u"would be "_s : QString()),
+            std::pair(u"deferred"_s, u"deferred: "_s), std::pair(u"waiting"_s, u"waiting: "_s)}) {
+        const QJsonArray entries = document[list].toArray();
+        for (const QJsonValue value : entries) {
+            const QJsonObject entry = value.toObject();
+            const QString reason = entry[u"reason"_s].toString();
+            rows.append({oneLine(entry[u"package"_s].toString()), oneLine(entry[u"plugin"_s].toString()),
+                oneLine(entry[u"label"_s].toString()),
+                word + oneLine(reason.isEmpty() ? entry[u"result"_s].toString() : reason)});
+        }
+    }
+    return text + (rows.isEmpty() ? u"Nothing to do.\n"_s : table(rows));
+}
+
 QString settingText(const QJsonValue &value)
 {
     if (value.isBool()) {

@@ -13,6 +13,8 @@ namespace brevok::client {
 [[nodiscard]] QString statusText(const QJsonObject &status);
 /// The list of targets as a person reads it.
 [[nodiscard]] QString targetsText(const QJsonArray &targets);
+/// What became of a machine's packages, but for what failed, which standard error has.
+[[nodiscard]] QString convergeText(const QJsonObject &document);
 /// The settings, one "name = value" a line.
 [[nodiscard]] QString settingsText(const QJsonObject &settings);
 /// The value of a setting as text: yes, no, or a number.

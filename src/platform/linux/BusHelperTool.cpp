@@ -84,13 +84,13 @@ BusHelperTool::BusHelperTool()
 
 BusHelperTool::~BusHelperTool() = default;
 
-HelperTool::Connection BusHelperTool::connection()
+HelperTool::Connection BusHelperTool::connection(bool mayAsk)
 {
     const QDBusConnection bus = systemBus();
     Connection result;
     result.connected = bus.isConnected() && rootBearsTheName(bus);
     if (result.connected) {
-        auto installer = std::make_shared<BusInstaller>(bus);
+        auto installer = std::make_shared<BusInstaller>(bus, mayAsk);
         if (installer->introspect(&result.installs)) {
             result.proxy = std::move(installer);
         }
@@ -163,7 +163,7 @@ bool BusHelperTool::bless(std::optional<BrevokError> *error)
         m_process->waitForFinished(endTimeoutMs);
         m_process.reset();
     }
-    if (blessed && !connection().connected) {
+    if (blessed && !connection(false).connected) {
         *error = BrevokError{.domain = QString::fromLatin1(installerErrorDomain),
             .code = 1,
             .description = Texts::tr("The privileged helper was installed but does not start.")};

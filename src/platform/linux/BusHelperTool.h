@@ -24,7 +24,7 @@ public:
     BusHelperTool();
     ~BusHelperTool() override;
 
-    [[nodiscard]] Connection connection() override;
+    [[nodiscard]] Connection connection(bool mayAsk) override;
     /// Starts the helper's own set-up as root; the right is held until bless(), or a removal that failed.
     [[nodiscard]] int createAuthorization() override;
     [[nodiscard]] int makeExternalForm() override;

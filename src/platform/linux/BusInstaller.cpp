@@ -44,16 +44,6 @@ public:
     }
 };
 
-/// The generated proxy cannot allow a question to the user in this version of Qt.
-QDBusMessage changingCall(const QString &method, const QVariantList &arguments)
-{
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QString(busName), QString(objectPath), QLatin1StringView(Proxy::staticInterfaceName()), method);
-    call.setArguments(arguments);
-    call.setInteractiveAuthorizationAllowed(true);
-    return call;
-}
-
 /// Waits on a background thread, in a loop of its own, for as long as the helper lives.
 QDBusMessage answerTo(const QDBusConnection &bus, const QDBusMessage &call)
 {
@@ -148,9 +138,20 @@ QString ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
 
 } // namespace
 
-BusInstaller::BusInstaller(QDBusConnection bus)
+BusInstaller::BusInstaller(QDBusConnection bus, bool mayAsk)
     : m_bus(std::move(bus))
+    , m_mayAsk(mayAsk)
 {
+}
+
+// The generated proxy cannot allow a question to the user in this version of Qt.
+QDBusMessage BusInstaller::changingCall(const QString &method, const QVariantList &arguments) const
+{
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        QString(busName), QString(objectPath), QLatin1StringView(Proxy::staticInterfaceName()), method);
+    call.setArguments(arguments);
+    call.setInteractiveAuthorizationAllowed(m_mayAsk);
+    return call;
 }
 
 bool BusInstaller::introspect(bool *installs)

@@ -6,15 +6,16 @@
 #include "platform/HelperTool.h"
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 
 namespace brevok {
 
-/// The helper's object on the bus. Calls that change something may ask the user for a password, which takes
-/// the time that it takes; they end without an answer once the helper has gone or does not even say its
-/// version any more. The other calls wait for seconds.
+/// The helper's object on the bus. Calls that change something may ask the user for a password, unless that
+/// is forbidden, which takes the time that it takes; they end without an answer once the helper has gone or
+/// does not even say its version any more. The other calls wait for seconds.
 class BusInstaller final : public InstallerOperations {
 public:
-    explicit BusInstaller(QDBusConnection bus);
+    BusInstaller(QDBusConnection bus, bool mayAsk);
 
     /// Whether somebody describes the object at all; @p installs: whether it can install.
     [[nodiscard]] bool introspect(bool *installs);
@@ -34,7 +35,10 @@ public:
     void setUID(quint32 user, quint32 permissions, const QString &item, bool recursive) override;
 
 private:
+    [[nodiscard]] QDBusMessage changingCall(const QString &method, const QVariantList &arguments) const;
+
     QDBusConnection m_bus;
+    bool m_mayAsk;
 };
 
 } // namespace brevok

@@ -233,9 +233,7 @@ void AppInstallerTest::commandsAreCarriedOutOneByOne()
     const CommandResult again = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
     QVERIFY(again.errors.isEmpty() && failures(again).isEmpty());
     QVERIFY(LogCapture::mentions(u"remove item at path failed, wrong data"_s));
-    QFile workspace(rig.workspaceThere);
-    QVERIFY(workspace.open(QIODevice::ReadOnly));
-    QCOMPARE(workspace.readAll(), "the user's own");
+    QCOMPARE(contentsOf(rig.workspaceThere), "the user's own");
 }
 
 void AppInstallerTest::archiveThatHoldsSomethingElseIsAFailure()

@@ -12,7 +12,7 @@ extern "C" Q_DECL_EXPORT brevok::ZipReader *openArchive(int archive, size_t bloc
     return brevok::openZipReader(archive, blockSize).release();
 }
 
-extern "C" Q_DECL_EXPORT void digestOfArchive(int file, QByteArray *digest)
+extern "C" Q_DECL_EXPORT void digestOfArchive(int file, qint64 size, QByteArray *digest)
 {
-    *digest = brevok::sha256Of(file);
+    *digest = brevok::sha256Of(file, size);
 }

@@ -49,8 +49,8 @@ public:
     // clearLeftovers().
 
     /// Removes a file, a link (not what it points at) or a folder with everything in it: takes it out of
-    /// sight, then deletes it. What resists deletion stays out of sight. Never leaves the folder, even when
-    /// one is swapped for a link meanwhile.
+    /// sight, then deletes it. What resists deletion stays out of sight, with an error beside the yes. Never
+    /// leaves the folder, even when one is swapped for a link meanwhile.
     virtual bool removeItem(const QString &path, ErrorSlot error) = 0;
     /// Takes an item out of sight until bringBack() or discard() of the same path.
     virtual bool setAside(const QString &path, ErrorSlot error) = 0;

@@ -24,6 +24,7 @@ struct HttpLimits {
     qint64 headerBytes = 256LL * 1024; ///< of all heads, from the first status line on
     qint64 bodyBytes = 32LL * 1024 * 1024; ///< decompressed, where it goes to memory
     int silenceMs = 60000; ///< without any progress
+    qint64 leastBytes = 1; ///< that count as progress
     int wholeMs = 300000; ///< for all of it, waiting for its turn too; 0 for no limit
 };
 

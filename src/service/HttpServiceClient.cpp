@@ -13,6 +13,8 @@ namespace brevok {
 namespace {
 
 constexpr int httpOk = 200;
+// An archive has all the time there is, but others wait for its turn.
+constexpr qint64 leastProgress = 32LL * 1024;
 
 } // namespace
 
@@ -64,6 +66,7 @@ void HttpServiceClient::download(
     request.expectedSize = order.expectedSize;
     request.checksum = order.checksum;
     request.limits.wholeMs = 0;
+    request.limits.leastBytes = leastProgress;
     request.takesTurns = true;
     HttpTransfers::Progress told;
     if (progress) {

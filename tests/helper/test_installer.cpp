@@ -17,22 +17,12 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::contentsOf;
 using testing::LogCapture;
+using testing::modeOf;
 using testing::writeFile;
 
 namespace {
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(nothing)");
-}
-
-mode_t modeOf(const QString &path)
-{
-    struct stat facts { };
-    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_mode & 07777 : 0;
-}
 
 uid_t ownerOf(const QString &path)
 {
@@ -123,7 +113,7 @@ void InstallerTest::archiveReplacesTheOldBundle()
     QVERIFY(!m_error);
     QCOMPARE(testing::entries(folder), QStringList{u"A.InDesignPlugin"_s});
     QVERIFY(!QFileInfo::exists(target + u"/Contents/Old"_s));
-    QCOMPARE(contents(target + u"/Contents/Info.plist"_s), QByteArray("information"));
+    QCOMPARE(contentsOf(target + u"/Contents/Info.plist"_s), QByteArray("information"));
     QCOMPARE(modeOf(target + u"/Contents/MacOS/A"_s), mode_t(0755));
     const QStringList lines{u"removeItemAtPath"_s, u"removedItemAtPath: %1"_s.arg(target),
         u"unzip: %1 to: %2"_s.arg(archive, folder), u"unziped"_s};
@@ -145,7 +135,7 @@ void InstallerTest::workspaceFileIsWrittenOnce()
     QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
     QVERIFY(m_error);
     QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
-    QCOMPARE(contents(target), QByteArray("first"));
+    QCOMPARE(contentsOf(target), QByteArray("first"));
     const QStringList refusal{
         u"remove item at path failed, wrong data: %1"_s.arg(target), u"removeItemAtPath failed"_s};
     QCOMPARE(LogCapture::lines(), refusal);
@@ -183,7 +173,7 @@ void InstallerTest::whatCannotGoEndsTheInstall()
     QVERIFY(!m_installer.installPluginFromSource(u"/a.zip"_s, other, ::getuid(), &m_error));
     QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
     QCOMPARE(LogCapture::lines(), QStringList{u"create dir failed %1"_s.arg(target)});
-    QCOMPARE(contents(target), QByteArray("old"));
+    QCOMPARE(contentsOf(target), QByteArray("old"));
 }
 
 void InstallerTest::removing_data()

@@ -20,10 +20,6 @@ class AppInstallerTest : public QObject {
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void helperIsKeptReplacedOrInstalled_data();
-    void helperIsKeptReplacedOrInstalled();
-    void helperIsUsedWhereItCanBe_data();
-    void helperIsUsedWhereItCanBe();
     void commandsAreCarriedOutOneByOne();
     void archiveThatHoldsSomethingElseIsAFailure();
     void answersAreCollected_data();
@@ -104,111 +100,6 @@ struct OneBuild : InstallRig {
 
 } // namespace
 
-void AppInstallerTest::helperIsKeptReplacedOrInstalled_data()
-{
-    QTest::addColumn<int>("version"); // 0: no helper answers
-    QTest::addColumn<QString>("failing");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<QStringList>("lines");
-    const QString start = u"start helper"_s;
-    const QString running = u"up to date version already running"_s;
-    const QString updated = u"updated and restarted"_s;
-    QTest::addRow("current") << 15 << QString() << true << QStringList() << QStringList{start, running};
-    QTest::addRow("newer") << 16 << QString() << true << QStringList() << QStringList{start, running};
-    QTest::addRow("older") << 14 << QString() << true
-                           << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s, u"bless"_s}
-                           << QStringList{start, updated};
-    QTest::addRow("none") << 0 << QString() << true
-                          << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
-                          << QStringList{start, updated};
-    QTest::addRow("no rights") << 14 << u"authorize"_s << false << QStringList{u"authorize"_s}
-                               << QStringList{start, u"AuthorizationCreate failed! -60006\n"_s};
-    QTest::addRow("no external form")
-        << 14 << u"externalForm"_s << false << QStringList{u"authorize"_s, u"externalForm"_s}
-        << QStringList{start, u"AuthorizationMakeExternalForm failed! -60006\n"_s};
-    QTest::addRow("not removed") << 14 << u"remove"_s << false
-                                 << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s}
-                                 << QStringList{start, u"Failed to remove installer helper!\n"_s,
-                                        u"Error: not today"_s};
-    QTest::addRow("not installed") << 0 << u"bless"_s << false
-                                   << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
-                                   << QStringList{start, u"Failed to install installer helper!\n"_s,
-                                          u"Error: not today"_s};
-}
-
-void AppInstallerTest::helperIsKeptReplacedOrInstalled()
-{
-    QFETCH(int, version);
-    QFETCH(QString, failing);
-    QFETCH(bool, valid);
-    QFETCH(QStringList, calls);
-    QFETCH(QStringList, lines);
-    InstallRig rig;
-    if (version > 0) {
-        rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, version), true};
-    }
-    rig.helper.authorization = failing == u"authorize"_s ? -60006 : 0;
-    rig.helper.externalForm = failing == u"externalForm"_s ? -60006 : 0;
-    rig.helper.removes = failing != u"remove"_s;
-    rig.helper.blesses = failing != u"bless"_s;
-    LogCapture::clear();
-    // The first job that needs the helper checks it, once.
-    int ended = 0;
-    rig.ownFiles.forbidden = {u"/"_s};
-    const QList<RemovalQuestion> questions{{u"P"_s, u"/T/Tolvane/P.InDesignPlugin"_s, u"P"_s}};
-    rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
-    QTRY_COMPARE(ended, 1);
-    QCOMPARE(rig.installer.valid(), valid);
-    QCOMPARE(rig.helper.calls, calls);
-    QCOMPARE(LogCapture::lines().first(lines.size()), lines);
-    rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
-    QTRY_COMPARE(ended, 2);
-    QCOMPARE(rig.helper.calls, calls);
-}
-
-void AppInstallerTest::helperIsUsedWhereItCanBe_data()
-{
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<bool>("connected");
-    QTest::addColumn<bool>("proxy");
-    QTest::addColumn<bool>("installs");
-    QTest::addColumn<QString>("line");
-    QTest::addRow("all well") << true << true << true << true << QString();
-    QTest::addRow("invalid") << false << true << true << true << u"Installer helper invalid!"_s;
-    QTest::addRow("unreachable") << true << false << false << false
-                                 << u"Installer helper connection failed!"_s;
-    QTest::addRow("no proxy") << true << true << false << false << u"Installer helper failed to get proxy!"_s;
-    QTest::addRow("other interface")
-        << true << true << true << false
-        << u"Installer helper is missing selector 'installPluginFromSource:target:user:error:'!"_s;
-}
-
-void AppInstallerTest::helperIsUsedWhereItCanBe()
-{
-    QFETCH(bool, valid);
-    QFETCH(bool, connected);
-    QFETCH(bool, proxy);
-    QFETCH(bool, installs);
-    QFETCH(QString, line);
-    InstallRig rig;
-    rig.helper.blesses = valid;
-    bool ended = false;
-    rig.installer.checkUpdateHelper(this, [&](bool) { ended = true; });
-    QTRY_VERIFY(ended);
-    const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
-    rig.helper.state = {connected, proxy ? helper : nullptr, installs};
-    for (int call = 0; call < 2; ++call) {
-        LogCapture::clear();
-        const auto chosen = rig.installer.installer();
-        const bool falls = !line.isEmpty();
-        QVERIFY(chosen != nullptr);
-        QCOMPARE(chosen == helper, !falls);
-        QCOMPARE(
-            LogCapture::lines(), falls ? QStringList({line, u"Using Installer Fallback!"_s}) : QStringList());
-    }
-}
-
 void AppInstallerTest::commandsAreCarriedOutOneByOne()
 {
     OneBuild rig;
@@ -233,9 +124,7 @@ void AppInstallerTest::commandsAreCarriedOutOneByOne()
     const CommandResult again = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
     QVERIFY(again.errors.isEmpty() && failures(again).isEmpty());
     QVERIFY(LogCapture::mentions(u"remove item at path failed, wrong data"_s));
-    QFile workspace(rig.workspaceThere);
-    QVERIFY(workspace.open(QIODevice::ReadOnly));
-    QCOMPARE(workspace.readAll(), "the user's own");
+    QCOMPARE(contentsOf(rig.workspaceThere), "the user's own");
 }
 
 void AppInstallerTest::archiveThatHoldsSomethingElseIsAFailure()

@@ -23,6 +23,8 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::contentsOf;
+using testing::modeOf;
 using testing::writeFile;
 using testing::zipArchive;
 using testing::ZipMember;
@@ -32,18 +34,6 @@ namespace {
 using Members = QList<ZipMember>;
 
 constexpr auto extractOption = "--extract";
-
-QByteArray contents(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(nothing)");
-}
-
-mode_t modeOf(const QString &path)
-{
-    struct stat facts { };
-    return ::lstat(QFile::encodeName(path).constData(), &facts) == 0 ? facts.st_mode & 07777 : 0;
-}
 
 /// Incompressible to no one's harm: the archives here are stored.
 QByteArray noise(qsizetype size)
@@ -152,9 +142,9 @@ void ZipExtractionTest::bundleIsUnpacked()
     QCOMPARE(unpacked(), QStringList{u"A"_s});
     QCOMPARE(
         testing::entries(m_folder + u"/A"_s), (QStringList{u"Versions"_s, u"code"_s, u"data"_s, u"pipe"_s}));
-    QCOMPARE(contents(m_folder + u"/A/code"_s), QByteArray("program"));
-    QCOMPARE(contents(m_folder + u"/A/Versions/back"_s), QByteArray("data"));
-    QCOMPARE(contents(m_folder + u"/A/pipe"_s), QByteArray("flow"));
+    QCOMPARE(contentsOf(m_folder + u"/A/code"_s), QByteArray("program"));
+    QCOMPARE(contentsOf(m_folder + u"/A/Versions/back"_s), QByteArray("data"));
+    QCOMPARE(contentsOf(m_folder + u"/A/pipe"_s), QByteArray("flow"));
     QCOMPARE(modeOf(m_folder + u"/A"_s), mode_t(0755));
     QCOMPARE(modeOf(m_folder + u"/A/Versions/1"_s), mode_t(0755));
     QCOMPARE(modeOf(m_folder + u"/A/Versions/1/code"_s), mode_t(0755));
@@ -164,10 +154,10 @@ void ZipExtractionTest::bundleIsUnpacked()
     // What stands there is replaced whole, a folder by a file too.
     QVERIFY(extract(zipArchive({{"A", "now a file"}, {"B.txt", "new"}})));
     QCOMPARE(unpacked(), QStringList{u"A"_s});
-    QCOMPARE(contents(m_folder + u"/A"_s), QByteArray("now a file"));
+    QCOMPARE(contentsOf(m_folder + u"/A"_s), QByteArray("now a file"));
     // A refused archive replaces nothing.
     QVERIFY(!extract(zipArchive({{"A", "newer"}, {"../out", "x"}})));
-    QCOMPARE(contents(m_folder + u"/A"_s), QByteArray("now a file"));
+    QCOMPARE(contentsOf(m_folder + u"/A"_s), QByteArray("now a file"));
 }
 
 void ZipExtractionTest::archiveOfAnotherProgramIsUnpacked()
@@ -180,7 +170,7 @@ void ZipExtractionTest::archiveOfAnotherProgramIsUnpacked()
                      u"A.InDesignPlugin"_s}),
         0);
     QVERIFY(extractFile(path(u"b.zip"_s), m_folder + u"/A.InDesignPlugin"_s));
-    QCOMPARE(contents(m_folder + u"/A.InDesignPlugin/Contents/link"_s), large);
+    QCOMPARE(contentsOf(m_folder + u"/A.InDesignPlugin/Contents/link"_s), large);
 }
 
 void ZipExtractionTest::namesAreUtf8InEveryLocale()
@@ -196,8 +186,8 @@ void ZipExtractionTest::namesAreUtf8InEveryLocale()
     std::setlocale(LC_ALL, before.constData());
     // NOLINTEND(concurrency-mt-unsafe)
     QVERIFY2(done, m_error ? qPrintable(m_error->description) : "");
-    QCOMPARE(contents(m_folder + u'/' + QString::fromUtf8(name) + u"/a"_s), QByteArray("x"));
-    QCOMPARE(contents(m_folder + u'/' + QString::fromUtf8(name) + u"/b"_s), QByteArray("y"));
+    QCOMPARE(contentsOf(m_folder + u'/' + QString::fromUtf8(name) + u"/a"_s), QByteArray("x"));
+    QCOMPARE(contentsOf(m_folder + u'/' + QString::fromUtf8(name) + u"/b"_s), QByteArray("y"));
 }
 
 /// Cut short anywhere it is refused; with a byte changed it is refused or does what it may.

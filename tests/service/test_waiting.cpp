@@ -72,6 +72,7 @@ private Q_SLOTS:
     void turnsKeepOnlyTheirLikeWaiting_data();
     void turnsKeepOnlyTheirLikeWaiting();
     void waitingForATurnCounts();
+    void archivesThatDripLoseTheirTurns();
     void aLookUpThatHangsHoldsNothingUp();
 
 private:
@@ -170,6 +171,30 @@ void WaitingTest::waitingForATurnCounts()
     QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/waits"_s, -2), patient);
     QVERIFY(stage.server.requests(u"/waits"_s).isEmpty());
     QCOMPARE(m_errors.size(), 1);
+}
+
+void WaitingTest::archivesThatDripLoseTheirTurns()
+{
+    const QTemporaryDir folder;
+    Stage stage(TestCertificates::shared().valid(), 2000); // enough for an honest one
+    HttpServiceClient client(
+        stage.network, [] { return QString(); }, [] { return true; });
+    stage.server.on(u"/drips"_s, {.body = QByteArray(1000000, ' '), .dripMs = 10});
+    stage.server.on(u"/whole"_s, Response::ok("archive"));
+    const auto download = [&](const QString &path, int number, qint64 size) {
+        const QString destination = folder.filePath(QString::number(number));
+        client.download({stage.server.url(path), destination, size}, m_context.get(), {},
+            [this, path](const DownloadResult &result) {
+                m_errors.insert(path, result.error ? result.error->code : 0);
+            });
+    };
+    for (int i = 0; i < turns; ++i) {
+        download(u"/drips"_s, i, 1000000);
+    }
+    download(u"/whole"_s, turns, 7);
+    QTRY_COMPARE_WITH_TIMEOUT(m_errors.values(u"/whole"_s), QList<int>{0}, patient);
+    QTRY_COMPARE_WITH_TIMEOUT(m_errors.values(u"/drips"_s), QList<int>(turns, timedOutCode), patient);
+    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{QString::number(turns)});
 }
 
 void WaitingTest::aLookUpThatHangsHoldsNothingUp()

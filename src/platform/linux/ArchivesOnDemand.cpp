@@ -50,13 +50,13 @@ std::unique_ptr<ZipReader> openZipReader(int archive, size_t blockSize)
                            : std::make_unique<NoReader>();
 }
 
-QByteArray sha256Of(int file)
+QByteArray sha256Of(int file, qint64 size)
 {
-    const auto digest = loaded<void (*)(int, QByteArray *)>("digestOfArchive");
+    const auto digest = loaded<void (*)(int, qint64, QByteArray *)>("digestOfArchive");
     QByteArray result;
     errno = ELIBACC;
     if (digest != nullptr) {
-        digest(file, &result);
+        digest(file, size, &result);
     }
     return result;
 }

@@ -8,6 +8,8 @@
 #include "foundation/Texts.h"
 #include "HelperToolProxy.h"
 #include "platform/CurrentUser.h"
+#include "platform/linux/FileErrors.h"
+#include "platform/linux/SafePath.h"
 
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
@@ -17,6 +19,7 @@
 #include <QTemporaryFile>
 #include <QTimer>
 
+#include <cerrno>
 #include <climits>
 
 #include <sys/file.h>
@@ -54,6 +57,9 @@ QDBusMessage answerTo(const QDBusConnection &bus, const QDBusMessage &call)
     QTimer liveness;
     liveness.setInterval(answerTimeoutMs);
     QObject::connect(&liveness, &QTimer::timeout, &loop, [&helper, &loop] {
+        if (!helper.connection().isConnected()) { // then no call ever ends
+            loop.quit();
+        }
         auto *sign = new QDBusPendingCallWatcher(helper.Version(), &loop);
         QObject::connect(sign, &QDBusPendingCallWatcher::finished, &loop, [sign, &loop] {
             if (sign->isError()) {
@@ -63,7 +69,9 @@ QDBusMessage answerTo(const QDBusConnection &bus, const QDBusMessage &call)
         });
     });
     liveness.start();
-    loop.exec();
+    if (bus.isConnected()) {
+        loop.exec();
+    }
     return answer.isFinished()
         ? answer.reply()
         : call.createErrorReply(QDBusError::NoReply, Texts::tr("The privileged helper is not responding."));
@@ -115,8 +123,8 @@ QString withoutLinks(const QString &path)
 }
 
 /// The helper takes only files of its caller's own: this program's own files, which may be root's, are handed
-/// over as copies, each locked while it is needed.
-QString ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
+/// over as copies, each locked while it is needed. @return nothing with errno when there can be no whole copy
+std::optional<QString> ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
 {
     QString path = QFileInfo(source).canonicalFilePath();
     if (path.isEmpty() || QFileInfo(path).ownerId() == currentUserId()) {
@@ -125,14 +133,10 @@ QString ownFile(const QString &source, std::optional<QTemporaryFile> &copy)
     copy.emplace(QFileInfo(QDir::tempPath()).canonicalFilePath() + u'/' + copyPrefix + u"XXXXXX."_s
         + QFileInfo(path).suffix());
     QFile file(path);
-    if (!copy->open() || ::flock(copy->handle(), LOCK_EX) != 0 || !file.open(QIODevice::ReadOnly)) {
-        return path;
+    if (!copy->open() || ::flock(copy->handle(), LOCK_EX) != 0 || !file.open(QIODevice::ReadOnly)
+        || !safepath::copyAll(file.handle(), copy->handle(), file.size())) {
+        return std::nullopt;
     }
-    constexpr qint64 block = qint64(1024) * 1024;
-    while (!file.atEnd()) {
-        copy->write(file.read(block));
-    }
-    copy->close();
     return copy->fileName();
 }
 
@@ -190,8 +194,14 @@ int BusInstaller::version()
 InstallResult BusInstaller::install(const InstallOrder &order)
 {
     std::optional<QTemporaryFile> copy;
-    const QVariantList arguments{
-        ownFile(order.source, copy), withoutLinks(order.target), order.user, order.checksum};
+    const std::optional<QString> source = ownFile(order.source, copy);
+    if (!source) {
+        const int code = errno;
+        const BrevokError error =
+            fileError(Texts::tr("Could not take the file \"%1\"").arg(order.source), order.source, code);
+        return {.error = error, .failure = error.detailedErrors.constFirst()};
+    }
+    const QVariantList arguments{*source, withoutLinks(order.target), order.user, order.checksum};
     const QDBusMessage answer = answerTo(m_bus, changingCall(u"Install"_s, arguments));
     if (answer.type() != QDBusMessage::ReplyMessage || answer.signature() != u"bsissis"_s) {
         const BrevokError error = errorOf(answer);

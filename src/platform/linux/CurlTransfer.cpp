@@ -6,6 +6,7 @@
 #include <QRegularExpression>
 
 #include <cerrno>
+#include <utility>
 
 namespace brevok {
 
@@ -16,6 +17,9 @@ namespace {
 
 constexpr int httpOk = 200;
 constexpr int firstFinalStatus = 200;
+// Below that much a body may be any multiple of what came, above it that multiple.
+constexpr qint64 harmlessBody = 32LL * 1024 * 1024;
+constexpr qint64 mostExpansion = 200;
 constexpr qint64 redirectBodyLimit = 64LL * 1024;
 constexpr int tooLarge = 100; // CURLE_TOO_LARGE, since 8.6
 constexpr auto progressInterval = 50ms;
@@ -144,19 +148,25 @@ size_t CurlTransfer::bodyArrived(const char *data, size_t size, size_t count, vo
 }
 
 int CurlTransfer::moved(
-    void *transfer, curl_off_t /*total*/, curl_off_t done, curl_off_t /*upTotal*/, curl_off_t upDone)
+    void *transfer, curl_off_t /*total*/, curl_off_t /*done*/, curl_off_t /*upTotal*/, curl_off_t upDone)
 {
     auto *self = static_cast<CurlTransfer *>(transfer);
-    if (done + upDone != self->m_bytesMoved) {
-        self->m_bytesMoved = done + upDone;
-        self->m_moved = Clock::now();
-    }
+    self->noteProgress(upDone - std::exchange(self->m_uploaded, upDone));
     return 0;
+}
+
+void CurlTransfer::noteProgress(qint64 bytes)
+{
+    m_progress += bytes;
+    if (m_progress >= m_order.request.limits.leastBytes) {
+        m_progress = 0;
+        m_moved = Clock::now();
+    }
 }
 
 bool CurlTransfer::takeHeader(QByteArrayView line)
 {
-    m_moved = Clock::now();
+    noteProgress(line.size());
     m_headerBytes += line.size();
     if (m_headerBytes > m_order.request.limits.headerBytes) {
         return fail(HttpFailure::HeadTooLong, u"The heads have more than %1 bytes"_s.arg(m_headerBytes));
@@ -190,7 +200,8 @@ bool CurlTransfer::isForFile() const
 
 bool CurlTransfer::takeBody(QByteArrayView data)
 {
-    m_moved = Clock::now();
+    noteProgress(data.size());
+    m_bodyBytes += data.size();
     if (leadsElsewhere(m_reply)) {
         m_reply.received += data.size();
         m_enough = m_reply.received > redirectBodyLimit;
@@ -225,6 +236,9 @@ bool CurlTransfer::keep(QByteArrayView data)
     if (m_reply.received > limit) {
         return fail(HttpFailure::BodyTooLong, u"More than %1 bytes"_s.arg(limit));
     }
+    if (!isForFile() && m_reply.received > harmlessBody && m_reply.received / mostExpansion > m_bodyBytes) {
+        return fail(HttpFailure::BodyTooLong, u"More than %1 times what came"_s.arg(mostExpansion));
+    }
     if (isForFile()) {
         return keepInFile(data);
     }
@@ -244,7 +258,7 @@ bool CurlTransfer::keepInFile(QByteArrayView data)
         return failToStore(errno);
     }
     if (!m_order.request.checksum.isEmpty()) {
-        m_checksum.addData(data);
+        m_checksum.add(data);
     }
     if (Clock::now() - m_told > progressInterval) {
         m_told = Clock::now();
@@ -337,10 +351,10 @@ void CurlTransfer::judgeBody()
     } else if (isForFile() && m_reply.status == httpOk) {
         if (m_reply.received != m_order.request.expectedSize) {
             static_cast<void>(fail(HttpFailure::BodyTooShort, u"%1 bytes came"_s.arg(m_reply.received)));
-        } else if (const QByteArray &expected = m_order.request.checksum;
-                   !expected.isEmpty() && m_checksum.result() != expected) {
-            const QString found = QString::fromLatin1(m_checksum.result().toHex());
-            static_cast<void>(fail(HttpFailure::OtherChecksum, u"Its SHA-256 is %1"_s.arg(found)));
+        } else if (const QByteArray found = m_checksum.take();
+                   !m_order.request.checksum.isEmpty() && found != m_order.request.checksum) {
+            const QString text = QString::fromLatin1(found.toHex());
+            static_cast<void>(fail(HttpFailure::OtherChecksum, u"Its SHA-256 is %1"_s.arg(text)));
         } else if (!m_part) {
             static_cast<void>(keepInFile({})); // an empty one
         }
@@ -372,7 +386,7 @@ void CurlTransfer::endLate()
     const HttpLimits &limits = m_order.request.limits;
     const bool silent = m_moved + std::chrono::milliseconds(limits.silenceMs) <= Clock::now();
     static_cast<void>(silent
-            ? fail(HttpFailure::TimedOut, u"Nothing arrived for %1 ms"_s.arg(limits.silenceMs))
+            ? fail(HttpFailure::TimedOut, u"Too little arrived for %1 ms"_s.arg(limits.silenceMs))
             : fail(HttpFailure::TooSlow, u"Not complete after %1 ms"_s.arg(limits.wholeMs)));
     end(CURLE_OPERATION_TIMEDOUT);
 }

@@ -5,9 +5,8 @@
 
 #include "platform/linux/Gunzip.h"
 #include "platform/linux/PartFile.h"
+#include "platform/linux/Sha256.h"
 #include "platform/linux/TransferWork.h"
-
-#include <QCryptographicHash>
 
 #include <array>
 #include <chrono>
@@ -59,6 +58,7 @@ private:
     static int moved(
         void *transfer, curl_off_t total, curl_off_t done, curl_off_t upTotal, curl_off_t upDone);
 
+    void noteProgress(qint64 bytes);
     [[nodiscard]] bool takeHeader(QByteArrayView line);
     [[nodiscard]] bool takeBody(QByteArrayView data);
     [[nodiscard]] bool keep(QByteArrayView data);
@@ -78,13 +78,15 @@ private:
     std::array<char, CURL_ERROR_SIZE> m_error = {};
     Clock::time_point m_moved = Clock::now();
     Clock::time_point m_told; ///< of the progress
-    curl_off_t m_bytesMoved = 0;
+    qint64 m_progress = 0; ///< bytes since then
+    curl_off_t m_uploaded = 0;
+    qint64 m_bodyBytes = 0; ///< as they came
     qint64 m_headerBytes = 0;
     bool m_headWhole = false;
     bool m_enough = false; ///< broken off because nothing more is wanted
     std::optional<Gunzip> m_gzip;
     std::optional<PartFile> m_part;
-    QCryptographicHash m_checksum{QCryptographicHash::Sha256}; ///< of the file, where one is expected
+    Sha256 m_checksum; ///< of the file, where one is expected
     HttpReply m_reply;
 };
 

@@ -3,36 +3,35 @@
 
 #include "platform/linux/FileDigest.h"
 
+#include "platform/linux/Sha256.h"
+
+#include <algorithm>
 #include <cerrno>
 #include <vector>
 
-#include <nettle/sha2.h>
 #include <unistd.h>
 
 namespace brevok {
 
-// The library that libarchive needs anyway knows the processor's own instructions for this: a seventh of the
-// time that Qt takes.
-QByteArray sha256Of(int file)
+QByteArray sha256Of(int file, qint64 size)
 {
-    constexpr size_t blockSize = size_t(128) * 1024;
-    std::vector<quint8> block(blockSize);
-    sha256_ctx context;
-    ::sha256_init(&context);
+    constexpr qint64 blockSize = qint64(128) * 1024;
+    std::vector<char> block(blockSize);
+    Sha256 digest;
     off_t at = 0;
-    ssize_t got = 0;
-    while ((got = ::pread(file, block.data(), block.size(), at)) != 0) {
-        if (got < 0 && errno != EINTR) {
+    while (at < size) {
+        const ssize_t got =
+            ::pread(file, block.data(), static_cast<size_t>(std::min<qint64>(blockSize, size - at)), at);
+        if (got == 0 || (got < 0 && errno != EINTR)) {
+            errno = got == 0 ? EIO : errno;
             return {};
         }
         if (got > 0) {
-            ::sha256_update(&context, static_cast<size_t>(got), block.data());
+            digest.add({block.data(), got});
             at += got;
         }
     }
-    QByteArray digest(SHA256_DIGEST_SIZE, Qt::Uninitialized);
-    ::sha256_digest(&context, SHA256_DIGEST_SIZE, reinterpret_cast<quint8 *>(digest.data()));
-    return digest;
+    return digest.take();
 }
 
 } // namespace brevok

@@ -5,6 +5,7 @@
 
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
+#include "platform/linux/FileDigest.h"
 #include "platform/linux/FileErrors.h"
 #include "platform/linux/FileTree.h"
 #include "platform/linux/GuardedPath.h"
@@ -14,12 +15,10 @@
 #include "platform/linux/StagingFolder.h"
 #include "platform/linux/ZipExtractor.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 
 #include <atomic>
 #include <cerrno>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -32,7 +31,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr mode_t fileMode = 0644;
-constexpr size_t digestBlock = size_t(128) * 1024;
 
 /// An entry, by its open folder.
 struct Place {
@@ -62,28 +60,6 @@ bool fail(FileOperations::ErrorSlot error, const QString &operation, const QStri
         *error = fileError(operation, path, cause);
     }
     return false;
-}
-
-/// What tells the first @p size bytes from others; empty with errno when they cannot be read. A file's times
-/// do not: one who can write to it can do so without changing them.
-QByteArray digestOf(int file, off_t size)
-{
-    QCryptographicHash hash(QCryptographicHash::Blake2b_256);
-    std::vector<char> block(digestBlock);
-    off_t at = 0;
-    while (at < size) {
-        const ssize_t got =
-            ::pread(file, block.data(), qMin(block.size(), static_cast<size_t>(size - at)), at);
-        if (got == 0 || (got < 0 && errno != EINTR)) {
-            errno = got == 0 ? EIO : errno;
-            return {};
-        }
-        if (got > 0) {
-            hash.addData(QByteArrayView(block.data(), got));
-            at += got;
-        }
-    }
-    return hash.result();
 }
 
 /// A share of the memory that sources may take up all together; nothing when there is too little left.
@@ -119,8 +95,9 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::openSource(
         errno = EFBIG;
         good = false;
     }
+    // A file's times tell nothing: who can write to it can do so without changing them.
     if (good && bytes == Bytes::AsSeen) {
-        source.digest = digestOf(source.file.get(), facts.st_size);
+        source.digest = sha256Of(source.file.get(), facts.st_size);
         good = !source.digest.isEmpty();
     }
     if (!good) {
@@ -139,7 +116,7 @@ bool GuardedFileOperations::takeSource(Source &source, const QString &scratch, E
         copy = guardedpath::privateCopy(
             source.file.get(), facts.st_size, source.reservation ? QByteArray() : QFile::encodeName(scratch));
     }
-    if (copy && !source.digest.isEmpty() && digestOf(copy.get(), facts.st_size) != source.digest) {
+    if (copy && !source.digest.isEmpty() && sha256Of(copy.get(), facts.st_size) != source.digest) {
         copy.close();
         errno = ESTALE;
     }
@@ -237,9 +214,14 @@ bool GuardedFileOperations::prepareFolder(const QString &path, const QString &wi
 
 bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
 {
+    using replaceditem::Removed;
     const Place place = placeOf(path);
-    return (place && path == m_target && replaceditem::remove(place.folder.get(), place.name))
-        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    const Removed removed =
+        place && path == m_target ? replaceditem::remove(place.folder.get(), place.name) : Removed::No;
+    if (removed != Removed::Whole) {
+        fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    }
+    return removed != Removed::No;
 }
 
 bool GuardedFileOperations::setAside(const QString &path, ErrorSlot error)

@@ -156,9 +156,13 @@ bool LinuxFileOperations::prepareFolder(const QString &path, const QString &with
 
 bool LinuxFileOperations::removeItem(const QString &path, ErrorSlot error)
 {
+    using replaceditem::Removed;
     const Place place(path);
-    return (place && replaceditem::remove(place.folder.get(), place.name))
-        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    const Removed removed = place ? replaceditem::remove(place.folder.get(), place.name) : Removed::No;
+    if (removed != Removed::Whole) {
+        fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+    }
+    return removed != Removed::No;
 }
 
 bool LinuxFileOperations::setAside(const QString &path, ErrorSlot error)

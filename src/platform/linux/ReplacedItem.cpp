@@ -49,20 +49,23 @@ bool isOlderThanBoot(int folder, const QByteArray &name)
 }
 
 /// Takes an item out of sight and deletes it.
-bool takeOut(int folder, const QByteArray &name)
+Removed takeOut(int folder, const QByteArray &name)
 {
     constexpr int hexadecimal = 16;
     const QByteArray out =
         removedPrefix + QByteArray::number(QRandomGenerator::system()->generate64(), hexadecimal);
     if (!safepath::renameExclusively(folder, name, folder, out)) {
-        return false;
+        return Removed::No;
     }
     QByteArray where;
-    if (!filetree::remove(folder, out, &where)) {
-        logLine(QStringLiteral("what was removed could not be deleted yet: %1 (%2)")
-                    .arg(qt_error_string(errno), QFile::decodeName(where)));
+    if (filetree::remove(folder, out, &where)) {
+        return Removed::Whole;
     }
-    return true;
+    const int code = errno;
+    logLine(QStringLiteral("what was removed could not be deleted yet: %1 (%2)")
+                .arg(qt_error_string(code), QFile::decodeName(where)));
+    errno = code;
+    return Removed::InPart;
 }
 
 /// Ends the work on one item, but for what may lie about beside it.
@@ -71,7 +74,7 @@ Repair settle(int folder, const QByteArray &name, const Interrupted &what)
     const bool aside = exists(folder, nameAside(name));
     const bool doubtful =
         what.rebooted && !what.removal && (aside || (what.fresh && isOlderThanBoot(folder, name)));
-    const bool dropped = doubtful && exists(folder, name) && takeOut(folder, name);
+    const bool dropped = doubtful && exists(folder, name) && takeOut(folder, name) != Removed::No;
     if (aside && !what.removal && bringBack(folder, name)) {
         return Repair::Restored;
     }
@@ -93,9 +96,9 @@ bool removeRemoved(int folder)
 } // namespace
 
 // What would come back after that would be taken for a plug-in that nobody removed.
-bool remove(int folder, const QByteArray &name)
+Removed remove(int folder, const QByteArray &name)
 {
-    return discard(folder, name) && takeOut(folder, name);
+    return discard(folder, name) ? takeOut(folder, name) : Removed::No;
 }
 
 bool setAside(int folder, const QByteArray &name)
@@ -111,7 +114,7 @@ bool bringBack(int folder, const QByteArray &name)
 bool discard(int folder, const QByteArray &name)
 {
     QByteArray where;
-    return takeOut(folder, nameAside(name)) || errno == ENOENT
+    return takeOut(folder, nameAside(name)) != Removed::No || errno == ENOENT
         || filetree::remove(folder, nameAside(name), &where);
 }
 

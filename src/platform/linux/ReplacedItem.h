@@ -10,8 +10,9 @@
 /// come back. Every failure leaves its reason in errno.
 namespace brevok::replaceditem {
 
+enum class Removed { No, InPart, Whole };
 /// Removes the item @p name of @p folder for good. What resists deletion stays out of sight.
-[[nodiscard]] bool remove(int folder, const QByteArray &name);
+[[nodiscard]] Removed remove(int folder, const QByteArray &name);
 
 /// Takes the item @p name of @p folder out of the way until its successor stands; what an earlier run left
 /// under that other name goes.

@@ -17,10 +17,11 @@ namespace brevok {
 
 namespace {
 
-bool isRegular(int file, int *code)
+bool isRegular(int file, qint64 *size, int *code)
 {
     struct stat facts { };
     *code = ::fstat(file, &facts) == 0 ? EINVAL : errno;
+    *size = facts.st_size;
     return *code == EINVAL && S_ISREG(facts.st_mode);
 }
 
@@ -31,8 +32,9 @@ std::unique_ptr<QFile> sourceOf(
 {
     Cause cause(errno, Texts::tr("the archive cannot be read"));
     auto source = std::make_unique<QFile>(path);
-    if (opened && isRegular(opened.get(), &cause.code)) {
-        const QByteArray digest = checksum.isEmpty() ? QByteArray() : sha256Of(opened.get());
+    qint64 size = 0;
+    if (opened && isRegular(opened.get(), &size, &cause.code)) {
+        const QByteArray digest = checksum.isEmpty() ? QByteArray() : sha256Of(opened.get(), size);
         cause.code = errno;
         if (digest == checksum
             && source->open(

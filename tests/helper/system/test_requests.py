@@ -3,11 +3,9 @@
 import contextlib
 import ctypes
 import errno
-import mmap
 import os
 import pathlib
 import random
-import signal
 import socket
 import stat
 import sys
@@ -15,49 +13,11 @@ import threading
 import unittest
 
 import rig as rigs
-from rig import ALLOWED, ASKED, DENIED, OTHER, plugin_archive, snapshot, wait_for
-
-DENIED_ERROR = "org.freedesktop.DBus.Error.AccessDenied"
-NOT_AUTHORIZED = "com.tolvane.brevok.HelperTool.Error.NotAuthorized"
+from helper_case import DENIED_ERROR, NOT_AUTHORIZED, HelperCase
+from rig import ALLOWED, ASKED, DENIED, OTHER, plugin_archive, snapshot
 
 
-class HelperTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.rig = rigs.Rig(HELPER)
-        cls.addClassCleanup(cls.rig.close)
-        cls.outside = cls.rig.root / "outside"
-        cls.outside.mkdir()
-        (cls.outside / "Tolvane" / "A.InDesignPlugin").mkdir(parents=True)
-        (cls.outside / "Tolvane" / "A.InDesignPlugin" / "kept").write_text("kept")
-        (cls.outside / "secret").write_text("secret")
-        (cls.outside / "secret").chmod(0o600)
-        (cls.outside / "open").write_text("open")
-        cls.allowed = cls.rig.caller()
-
-    def setUp(self):
-        self.target = self.rig.application(self.id().rsplit(".", 1)[1])
-        self.home = self.rig.home(ALLOWED)
-        self.rig.settle()
-        self.before = snapshot(self.outside), snapshot(self.rig.root / "Applications")
-
-    def tearDown(self):
-        self.rig.end_callers(but=self.allowed)
-
-    def assertNothingChanged(self):
-        self.rig.settle()
-        self.assertEqual((snapshot(self.outside), snapshot(self.rig.root / "Applications")), self.before)
-
-    def assertRefused(self, answer, error=DENIED_ERROR):
-        self.assertEqual(answer.get("error"), error, answer)
-
-    def own(self, path, user=ALLOWED):
-        os.chown(path, user, 65534, follow_symlinks=False)
-        return path
-
-    def content(self, target=None):
-        return ((target or self.target) / "Contents" / "Info.plist").read_bytes()
-
+class RequestTest(HelperCase):
     # what it is for
 
     def test_installs_replaces_and_removes(self):
@@ -273,113 +233,6 @@ class HelperTest(unittest.TestCase):
         self.allowed.call("Version")
         self.assertIn("belongs to somebody else", self.rig.root_helper())
 
-    # questions
-
-    def asked(self):
-        caller = self.rig.caller(ASKED)
-        caller.do("agent")
-        return caller
-
-    def test_what_was_asked_about_is_what_is_done(self):
-        caller = self.asked()
-        source = self.rig.archive(ASKED, content=b"asked about")
-        number = caller.begin_install(source, self.target)
-        question = caller.event("question")
-        self.assertIn(str(self.target), question["text"])
-        # Meanwhile: another file comes in its place, and the same call is made again, here and from elsewhere.
-        os.rename(self.rig.archive(ASKED, file="other.zip", content=b"swapped"), source)
-        self.assertRefused(caller.install(source, self.target))
-        self.assertRefused(self.rig.caller(DENIED).install(self.rig.archive(DENIED), self.target), NOT_AUTHORIZED)
-        elsewhere = caller.do("connect")["result"][0]
-        foreign = caller.begin_install(source, self.target, connection=elsewhere)
-        second = caller.event("question")
-        self.assertNotEqual(second["cookie"], question["cookie"])
-        self.assertNothingChanged()
-        self.rig.grant(question["cookie"], ASKED)
-        caller.do("answered", cookie=question["cookie"])
-        self.assertEqual(caller.wait(number)["result"], [True, "", 0, ""])
-        self.assertEqual(self.content(), b"asked about")
-        caller.do("answered", cookie=second["cookie"])  # without a password
-        self.assertRefused(caller.wait(foreign), NOT_AUTHORIZED)
-        self.assertEqual(self.content(), b"asked about")
-
-    def test_source_written_to_during_the_question(self):
-        caller = self.asked()
-        for content, way in ((b"file", "write"), (b"view", "map"), (b"less", "shorten"), (b"same", None)):
-            source = self.rig.archive(ASKED, file=f"{content.decode()}.zip", content=content)
-            with open(source, "r+b") as file, mmap.mmap(file.fileno(), 0) as view:
-                view[0:1] = view[0:1]  # changes of the same page do not show in the file's times from now on
-                number = caller.begin_install(source, self.target)
-                cookie = caller.event("question")["cookie"]
-                if way == "write":
-                    os.pwrite(file.fileno(), b"q", 0)
-                elif way == "map":
-                    view[0:1] = b"q"
-                elif way == "shorten":
-                    os.ftruncate(file.fileno(), len(view) - 1)
-                self.rig.grant(cookie, ASKED)
-                caller.do("answered", cookie=cookie)
-                answer = caller.wait(number)
-            if way:
-                self.assertRefused(answer)
-                self.assertNothingChanged()
-        self.assertEqual(answer["result"], [True, "", 0, ""])
-        self.assertEqual(self.content(), b"same")
-
-    def test_target_swapped_during_the_question(self):
-        caller = self.asked()
-        folder = self.rig.home(ASKED) / "swapped" / "Tolvane"
-        folder.mkdir(parents=True)
-        number = caller.begin_install(self.rig.archive(ASKED), folder / "A.InDesignPlugin")
-        cookie = caller.event("question")["cookie"]
-        self.own(folder.parent, ASKED)
-        folder.rmdir()
-        folder.symlink_to(self.outside / "Tolvane")
-        self.own(folder, ASKED)
-        self.rig.grant(cookie, ASKED)
-        caller.do("answered", cookie=cookie)
-        self.assertFalse(caller.wait(number)["result"][0])
-        self.assertNothingChanged()
-
-    def test_caller_who_leaves_takes_the_question_along(self):
-        caller = self.asked()
-        elsewhere = caller.do("connect")["result"][0]
-        caller.begin_install(self.rig.archive(ASKED), self.target, connection=elsewhere)
-        cookie = caller.event("question")["cookie"]
-        caller.do("disconnect", connection=elsewhere)
-        self.assertEqual(caller.event("cancelled")["cookie"], cookie)
-        wait_for("the line about it", lambda: "the caller left" in self.rig.log_text())
-        self.assertNothingChanged()
-
-    def test_one_question_keeps_nobody_else_waiting(self):
-        caller = self.asked()
-        number = caller.begin_install(self.rig.archive(ASKED), self.target)
-        cookie = caller.event("question")["cookie"]
-        self.assertTrue(self.allowed.install(self.rig.archive(), self.target)["result"][0])
-        self.assertFalse(caller.answered(number))
-        caller.do("answered", cookie=cookie)
-        self.assertRefused(caller.wait(number), NOT_AUTHORIZED)
-
-    def test_too_many_questions(self):
-        caller, source, questions = self.asked(), self.rig.archive(ASKED), []
-        while True:
-            number = caller.begin_install(source, self.target.with_name(f"{len(questions)}.InDesignPlugin"),
-                                          connection=caller.do("connect")["result"][0])
-            wait_for("a question or a refusal", lambda: caller.answered(number) or caller.asked())
-            if not caller.answered(number):
-                caller.event("question")
-                questions.append(number)
-                continue
-            answer = caller.wait(number)
-            if answer["error"] != NOT_AUTHORIZED:
-                break
-            # A machine that stood still for longer than polkit is waited for: what was open then is not any more.
-            self.assertIn("polkit does not answer", self.rig.log_text())
-        self.assertRefused(answer, "org.freedesktop.DBus.Error.LimitsExceeded")
-        self.assertIn("too many questions to this user", self.rig.log_text())
-        self.assertEqual(len([number for number in questions if not caller.answered(number)]), 4)
-        self.assertNothingChanged()
-
     def test_two_hundred_callers(self):
         callers = [self.rig.caller(user) for user in (ALLOWED, OTHER, DENIED, ASKED)]
         calls = []
@@ -479,59 +332,7 @@ class HelperTest(unittest.TestCase):
         self.assertNothingChanged()
 
 
-class PolkitTest(unittest.TestCase):
-    """Without an authority nobody may do anything."""
-
-    def setUp(self):
-        self.rig = rigs.Rig(HELPER, "--idle-seconds", "1")
-        self.addCleanup(self.rig.close)
-        self.target = self.rig.application()
-
-    def assertDenied(self, answer):
-        self.assertEqual(answer.get("error"), NOT_AUTHORIZED, answer)
-        self.assertFalse(self.target.exists())
-
-    def test_missing_stopped_or_dying(self):
-        self.rig.stop_polkit()
-        allowed = self.rig.caller()
-        self.assertDenied(allowed.install(self.rig.archive(), self.target))
-        self.rig.start_polkit()
-        os.kill(self.rig.polkit.pid, signal.SIGSTOP)
-        self.assertDenied(allowed.install(self.rig.archive(), self.target))
-        os.kill(self.rig.polkit.pid, signal.SIGCONT)
-        for stop in (signal.SIGSTOP, signal.SIGKILL):
-            caller = self.rig.caller(ASKED)
-            caller.do("agent")
-            number = caller.begin_install(self.rig.archive(ASKED), self.target)
-            caller.event("question")
-            os.kill(self.rig.polkit.pid, stop)
-            self.assertDenied(caller.wait(number))
-            os.kill(self.rig.polkit.pid, signal.SIGCONT)
-        self.assertIn("polkit does not answer", self.rig.log_text())
-
-    def test_restarted_bus(self):
-        caller = self.rig.caller(ASKED)
-        caller.do("agent")
-        number = caller.begin_install(self.rig.archive(ASKED), self.target)
-        caller.event("question")
-        self.rig.bus.kill()
-        self.rig.bus.wait()
-        self.assertIn("error", caller.wait(number))
-        wait_for("the helper's end", lambda: "the bus has gone" in self.rig.log_text())
-        self.rig.stop_polkit()
-        self.rig.start_bus()
-        self.rig.start_polkit()
-        self.assertTrue(self.rig.caller().install(self.rig.archive(), self.target)["result"][0])
-
-    def test_leaves_when_nobody_asks(self):
-        caller = self.rig.caller()
-        self.assertEqual(caller.call("Version")["result"], [15])
-        process = self.rig.helper_process()
-        wait_for("the helper's end", lambda: not os.path.exists(f"/proc/{process}"))
-        self.assertTrue(caller.install(self.rig.archive(), self.target)["result"][0])
-
-
 if __name__ == "__main__":
     rigs.enter()
-    HELPER, _ = sys.argv.pop(1), sys.argv.pop(1)
+    HelperCase.helper, _ = sys.argv.pop(1), sys.argv.pop(1)
     unittest.main(verbosity=2, warnings="ignore")

@@ -249,7 +249,7 @@ private Q_SLOTS:
         QVERIFY(button->isEnabled());
         QTRY_COMPARE(rig.control<PanelButton>(1, "actionButton")->text(), u"Up To Date"_s);
         QVERIFY(downloads.isEmpty() && !rig.rig.flow.isBusy()); // the third was left out
-        QTRY_COMPARE(subtitle->text(), u"ada@example.com · 2 updates"_s);
+        QTRY_COMPARE(subtitle->text(), u"2 updates · ada@example.com"_s);
 
         button->click(); // the one that failed, and the one left out
         for (const QString &prefix : {u"p00003"_s, u"p00005"_s}) {
@@ -338,7 +338,9 @@ private Q_SLOTS:
         const int oneLine = label->fontMetrics().height();
         QVERIFY(label->toolTip().contains(u"A short one 888"_s)); // the version is cut
         ElidedLabel alone;
-        alone.setFonts(label->font(), label->font());
+        QFont small = label->font();
+        small.setPixelSize(12);
+        alone.setFonts(label->font(), small);
         alone.resize(alone.fontMetrics().horizontalAdvance(longName) + 2, 60);
         alone.setText(longName, u"12.0"_s);
         QVERIFY(alone.toolTip().contains(u"12.0"_s)); // has its sign, and the tool tip the rest
@@ -346,6 +348,11 @@ private Q_SLOTS:
         alone.setMostLines(2);
         QVERIFY(alone.toolTip().isEmpty()); // all of it is seen
         QVERIFY(alone.sizeHint().height() > oneLine);
+        QVERIFY(alone.sizeHint().height() < 2 * oneLine); // the version is small
+        alone.resize(alone.width() * 2 / 3, 60);
+        alone.setText(longName, u"12.00"_s);
+        QVERIFY(alone.toolTip().isEmpty()); // as is a name of two lines
+        QCOMPARE(alone.sizeHint().height(), 2 * oneLine);
     }
 
     void thousandsOfRowsAreNotBuilt()

@@ -41,6 +41,11 @@ int linesOfNote(const QWidget &name, const QWidget &note)
     return std::clamp(room / note.fontMetrics().height(), 1, 2);
 }
 
+int linesOfName(const QWidget &name)
+{
+    return 2 * name.fontMetrics().height() < PanelGeometry::rowHeight ? 2 : 1;
+}
+
 bool takesFocus(const QWidget *widget)
 {
     return widget->isEnabled() && !widget->isHidden() && widget->focusPolicy() != Qt::NoFocus;
@@ -156,7 +161,7 @@ void BrevokPackageCellController::setProgress(const std::optional<DownloadProgre
     m_ui->note->setExplanation(failed ? m_row.failureDetails : QString());
     m_ui->note->setText(note);
     m_ui->note->setVisible(!note.isEmpty());
-    m_ui->name->setMostLines(note.isEmpty() ? 2 : 1);
+    m_ui->name->setMostLines(note.isEmpty() ? linesOfName(*m_ui->name) : 1);
     const bool determinate = m_progress && m_progress->hasLength() && !m_progress->ended();
     m_ui->progressBar->setVisible(determinate);
     if (determinate) {

@@ -123,7 +123,7 @@ QString panelSubtitle(const QString &email, bool signedIn, int updates)
         return email.isEmpty() ? Texts::tr("Signed in") : email;
     }
     const QString waiting = updates == 1 ? Texts::tr("1 update") : Texts::tr("%1 updates").arg(updates);
-    return email.isEmpty() ? waiting : u"%1 · %2"_s.arg(email, waiting);
+    return email.isEmpty() ? waiting : u"%1 · %2"_s.arg(waiting, email); // the end is what may be cut
 }
 
 } // namespace brevok

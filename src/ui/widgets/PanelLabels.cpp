@@ -166,7 +166,7 @@ void ElidedLabel::setExplanation(const QString &explanation)
 // What fits on one line, up to a place where a line may end.
 QString ElidedLabel::takeFirstLine(QString &rest) const
 {
-    if (m_mostLines < 2 || !m_detail.isEmpty() || fontMetrics().horizontalAdvance(rest) <= width()) {
+    if (m_mostLines < 2 || fontMetrics().horizontalAdvance(rest) <= width()) {
         return std::exchange(rest, {});
     }
     QTextLayout layout(rest, font());
@@ -185,11 +185,13 @@ void ElidedLabel::lay()
     const int height = sizeHint().height();
     QString more = m_text;
     const QString first = takeFirstLine(more);
-    m_shownMore = fontMetrics().elidedText(more, Qt::ElideRight, width());
-    layDetail(fontMetrics().horizontalAdvance(first));
+    const bool wrapped = !more.isEmpty();
+    layDetail(fontMetrics().horizontalAdvance(wrapped ? more : first), !wrapped);
     const bool beside = !m_shownDetail.isEmpty() && !m_detailBelow;
     const int taken = beside ? QFontMetrics(m_detailFont).horizontalAdvance(m_shownDetail) + gap : 0;
-    m_shownText = fontMetrics().elidedText(first, Qt::ElideRight, std::max(0, width() - taken));
+    const int room = std::max(0, width() - taken);
+    m_shownText = fontMetrics().elidedText(first, Qt::ElideRight, wrapped ? width() : room);
+    m_shownMore = fontMetrics().elidedText(more, Qt::ElideRight, room);
     updateToolTip(m_shownText == first && m_shownMore == more && m_shownDetail == m_detail);
     if (height != sizeHint().height()) {
         updateGeometry();
@@ -197,11 +199,12 @@ void ElidedLabel::lay()
     update();
 }
 
-void ElidedLabel::layDetail(int textWidth)
+void ElidedLabel::layDetail(int textWidth, bool mayGoBelow)
 {
     const QFontMetrics metrics(m_detailFont);
     const int beside = width() - textWidth - gap;
-    m_detailBelow = m_mostLines > 1 && metrics.horizontalAdvance(m_detail) > beside && !m_detail.isEmpty();
+    m_detailBelow =
+        mayGoBelow && m_mostLines > 1 && !m_detail.isEmpty() && metrics.horizontalAdvance(m_detail) > beside;
     const int sign = metrics.horizontalAdvance(QChar(0x2026)); // is left of it in any case
     const int room = m_detailBelow ? width() : std::max(beside, sign);
     m_shownDetail = metrics.elidedText(m_detail, Qt::ElideRight, room);
@@ -231,12 +234,19 @@ void ElidedLabel::paintEvent(QPaintEvent *)
             : m_secondary    ? secondary
                              : palette().color(QPalette::WindowText));
     draw(m_shownText, textWidth, 0, baseline);
-    draw(m_shownMore, fontMetrics().horizontalAdvance(m_shownMore), 0, baseline + fontMetrics().height());
+    const int moreWidth = fontMetrics().horizontalAdvance(m_shownMore);
+    const int second = baseline + fontMetrics().height();
+    draw(m_shownMore, moreWidth, 0, second);
     painter.setFont(m_detailFont);
     painter.setPen(secondary);
-    const int below = top + fontMetrics().height() + detailMetrics.ascent();
-    draw(m_shownDetail, detailMetrics.horizontalAdvance(m_shownDetail), m_detailBelow ? 0 : textWidth + gap,
-        m_detailBelow ? below : baseline);
+    const int detailWidth = detailMetrics.horizontalAdvance(m_shownDetail);
+    if (m_detailBelow) {
+        draw(m_shownDetail, detailWidth, 0, top + fontMetrics().height() + detailMetrics.ascent());
+    } else if (m_shownMore.isEmpty()) {
+        draw(m_shownDetail, detailWidth, textWidth + gap, baseline);
+    } else {
+        draw(m_shownDetail, detailWidth, moreWidth + gap, second);
+    }
 }
 
 void ElidedLabel::resizeEvent(QResizeEvent *)

@@ -52,9 +52,9 @@ protected:
     void paintEvent(QPaintEvent *event) override;
 };
 
-/// One line of plain text, or two where it may have them, and a second text behind it, or below where that
-/// may be. The first text goes before the second; what does not fit is cut with an ellipsis, and then a tool
-/// tip holds the whole.
+/// One line of plain text, or two where it may have them, and a second text behind it, or below it where that
+/// makes two lines. The first text goes before the second; what does not fit is cut with an ellipsis, and
+/// then a tool tip holds the whole.
 class ElidedLabel final : public QWidget {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ElidedLabel)
@@ -85,7 +85,7 @@ protected:
 
 private:
     void lay();
-    void layDetail(int textWidth);
+    void layDetail(int textWidth, bool mayGoBelow);
     void updateToolTip(bool whole);
     [[nodiscard]] QString takeFirstLine(QString &rest) const;
 

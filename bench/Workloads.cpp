@@ -75,8 +75,9 @@ qsizetype ListWorkload::load()
 qsizetype ListWorkload::runAgain(const QByteArray &list)
 {
     QEventLoop loop;
-    m_plugins->checkForUpdates(
-        [&](const auto &) { m_state->commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); }); });
+    m_plugins->checkForUpdates([&](const auto &) {
+        m_state->commit({}, &loop, [&loop](const auto &error) { loop.exit(error ? 1 : 0); });
+    });
     m_service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
     return loop.exec() == 0 ? m_plugins->pluginIndex().size() : 0;
 }

@@ -42,11 +42,9 @@ void showInPanel(bench::Heartbeat &heart, const QString &text)
         return painted(panel);
     });
     heart.watch("a long reason in a row", [&] {
-        PackageList &list = rig.panel->packagesTab()->list();
-        QList<PackageRow> rows = list.rows();
-        rows[0].failure = text;
-        rows[0].failureDetails = text;
-        list.setRows(rows);
+        auto *note = rig.control<ElidedLabel>(0, "note");
+        note->setText(text);
+        note->setExplanation(text);
         return painted(panel);
     });
     heart.watch("a long reason below the form", [&] {

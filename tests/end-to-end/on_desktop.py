@@ -25,13 +25,17 @@ DOUBLE_CLICK = 0.4  # seconds: clicks on the item that are closer to each other 
 
 
 class Clicks:
-    last = -DOUBLE_CLICK
+    """Keeps clicks apart that are to count each."""
+    last = -DOUBLE_CLICK  # when one was made, or was seen to have worked
+
+    @classmethod
+    def note(cls):
+        cls.last = time.monotonic()
 
     @classmethod
     def wait_for_next(cls):
-        """Until a click is not the second one of a double click."""
         wait_for(lambda: time.monotonic() > cls.last + DOUBLE_CLICK, "the time of a double click is over")
-        cls.last = time.monotonic()
+        cls.note()
 
 
 class WindowSession(Session):
@@ -83,6 +87,7 @@ class OnDesktop(unittest.TestCase):
     def wait_for_open_panel(self):
         self.wait("the panel is open", lambda: self.panel_rectangle()[2:] == (PANEL_WIDTH, PANEL_HEIGHT))
         self.wait("the panel has the focus", lambda: self.panel_is_active())
+        Clicks.note()
         return self.panel_rectangle()
 
     def panel_rectangle(self):
@@ -98,6 +103,7 @@ class OnDesktop(unittest.TestCase):
 
     def wait_for_closed_panel(self):
         self.wait("the panel is closed", lambda: self.desktop.panel() is None)
+        Clicks.note()
 
     # looking
 

@@ -119,6 +119,33 @@ class Panel(OnDesktop):
         self.desktop.press("Escape")
         self.wait_for_closed_panel()
 
+    def test_what_fails_is_told_where_the_user_acted(self):
+        session, desktop = self.session, self.desktop
+        opener = session.folder / "programs" / "xdg-open"
+        opener.parent.mkdir()
+        opener.write_text("#!/bin/sh\nexit 3\n")
+        opener.chmod(0o755)
+        session.environment["PATH"] = f"{opener.parent}:{session.environment['PATH']}"
+        self.start(signed_in=True)
+        self.open_panel()
+        desktop.press("F1")
+        self.wait_for_control("Address", "text", focused=True)
+        self.assertIsNotNone(desktop.panel(), "the panel stays below")
+        desktop.press("Escape")
+        self.wait_for_open_panel()
+
+        (session.service_root / "products.json").write_text("none")
+        desktop.press("F5")
+        self.wait_for_control("The check for Plug-In updates failed", "label", showing=True)
+        self.wait_for_open_panel()
+        self.assertIsNone(self.find("You're up-to-date!"))
+        session.write_lists()
+        self.press_button("Try Again")
+        self.wait_for_control("You're up-to-date!", "label", showing=True)
+        desktop.press("Escape")
+        self.wait_for_open_panel()
+        self.assertNotIn("showing", getattr(self.find("The check for Plug-In updates failed", "label"), "states", ()))
+
     def test_a_second_start_opens_the_panel_of_the_first(self):
         self.start()
         second = subprocess.Popen(self.session.application_command(), env=self.session.environment,

@@ -133,7 +133,13 @@ private Q_SLOTS:
         Q_EMIT screen->availableGeometryChanged(screen->availableGeometry());
         QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
         QVERIFY(qAbs(window->geometry().center().x() - 312) <= 1);
+        // The tray goes, and the panel stays; where it stands in no screen any more, it moves.
+        const QRect before = window->geometry();
         rig.hasItem = false;
+        Q_EMIT qGuiApp->screenRemoved(screen);
+        QCoreApplication::processEvents();
+        QCOMPARE(window->geometry(), before);
+        rig.panel->window()->move(screen->geometry().bottomRight());
         Q_EMIT qGuiApp->screenRemoved(screen);
         QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
         press(Qt::Key_Escape);

@@ -183,7 +183,7 @@ void DesktopSurfaces::showTargetsPreferences()
 
 void DesktopSurfaces::showUpdateProgress()
 {
-    // The panel stays below: what it says of a failed check is to be seen.
+    // The panel in which the user began the check stays below, with what it says of a failed one.
     smallWindows().updateProgressController().showOver(
         qobject_cast<BrevokPanel *>(QApplication::activeWindow()));
 }
@@ -197,11 +197,14 @@ void DesktopSurfaces::hideUpdateProgress()
 
 void DesktopSurfaces::showUpdateResult(const QString &title, const QString &label)
 {
-    hideUpdateProgress();
+    BrevokUpdateProgressController &progress = smallWindows().updateProgressController();
+    QWidget *below = progress.isVisible() ? progress.parentWidget()
+                                          : qobject_cast<BrevokPanel *>(QApplication::activeWindow());
+    progress.close();
     BrevokUpdateResultController &result = smallWindows().updateResultController();
     result.setTitleString(title);
     result.setLabelString(label);
-    result.showWindow();
+    result.showOver(below);
 }
 
 } // namespace brevok

@@ -10,7 +10,6 @@
 #include "foundation/Texts.h"
 #include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
-#include "surfaces/StatusItemPlace.h"
 #include "ui/widgets/PanelStyle.h"
 #include "ui/widgets/TemplateImage.h"
 #include "ui_BrevokPanel.h"
@@ -27,21 +26,14 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int usualBarThickness = 24;
 constexpr int headerIconSize = 32;
-
-// What a bar at the top takes of the screen.
-int barThickness(const QScreen &screen)
-{
-    const int taken = screen.availableGeometry().y() - screen.geometry().y();
-    return taken > 0 ? taken : usualBarThickness;
-}
 
 } // namespace
 
 BrevokPanelController::BrevokPanelController(Collaborators collaborators, QObject *parent)
     : PanelSurface(parent)
     , m_with(std::move(collaborators))
+    , m_sight(m_with.statusItem)
     , m_service(m_with.plugins, m_with.packages, m_with.connectivity)
     , m_signedIn(!m_with.session.sessionId().isNull())
 {
@@ -175,27 +167,6 @@ void BrevokPanelController::setHasActivePanel(bool active)
     }
 }
 
-PanelPlace BrevokPanelController::place() const
-{
-    const StatusItemPlace *item = m_with.statusItem ? m_with.statusItem() : nullptr;
-    const std::optional<QRect> frame = item != nullptr ? item->frameOnScreen() : std::nullopt;
-    const QScreen *first = QGuiApplication::primaryScreen();
-    const QScreen *screen = frame ? statusScreen() : first;
-    return panelPlace(frame, {screen->geometry(), screen->availableGeometry()}, barThickness(*first));
-}
-
-QScreen *BrevokPanelController::statusScreen() const
-{
-    const StatusItemPlace *item = m_with.statusItem ? m_with.statusItem() : nullptr;
-    QScreen *screen = item != nullptr ? item->screen() : nullptr;
-    if (screen == nullptr && item != nullptr) {
-        if (const std::optional<QRect> frame = item->frameOnScreen()) {
-            screen = QGuiApplication::screenAt(frame->center());
-        }
-    }
-    return screen != nullptr ? screen : QGuiApplication::primaryScreen();
-}
-
 void BrevokPanelController::openPanel()
 {
     loadWindow();
@@ -245,7 +216,12 @@ void BrevokPanelController::setKeepOpenPanel(bool keepOpen)
 
 void BrevokPanelController::followScreens()
 {
-    if (m_window && m_window->isVisible() && !m_window->isFading()) {
+    if (!m_window || !m_window->isVisible() || m_window->isFading()) {
+        return;
+    }
+    // Where only the tray has gone, the panel stays.
+    const QScreen *on = QGuiApplication::screenAt(m_window->geometry().center());
+    if (m_sight.frame() || on == nullptr || !on->availableGeometry().contains(m_window->geometry())) {
         m_window->setPlace(place());
     }
 }

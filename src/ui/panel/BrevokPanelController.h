@@ -6,6 +6,7 @@
 #include "surfaces/Surfaces.h"
 #include "ui/desktop/ScreenWatch.h"
 #include "ui/panel/BrevokPanel.h"
+#include "ui/panel/ItemSight.h"
 #include "ui/panel/PanelAccountTab.h"
 #include "ui/panel/PanelNotices.h"
 #include "ui/panel/PanelOptionsMenu.h"
@@ -19,7 +20,6 @@
 namespace brevok {
 
 class BrevokAlertQueue;
-class StatusItemPlace;
 class StorageWatch;
 
 /// Runs the panel. The controller itself is small and made at start; its window, "BrevokPanel", is made when
@@ -59,9 +59,9 @@ public:
     [[nodiscard]] bool keepOpenPanel() const { return m_keepOpenPanel; }
 
     /// Where the panel would open now.
-    [[nodiscard]] PanelPlace place() const;
+    [[nodiscard]] PanelPlace place() const { return m_sight.panel(); }
     [[nodiscard]] QRect statusRect() const { return place().item; }
-    [[nodiscard]] QScreen *statusScreen() const;
+    [[nodiscard]] QScreen *statusScreen() const { return m_sight.screen(); }
 
     /// The window, null before the first opening.
     [[nodiscard]] BrevokPanel *window() const { return m_window.get(); }
@@ -107,6 +107,7 @@ private:
     void openServicePage(const QString &path);
 
     Collaborators m_with;
+    ItemSight m_sight;
     ServiceWatch m_service;
     ScreenWatch m_screens;
     std::unique_ptr<BrevokPanel> m_window;

@@ -388,7 +388,8 @@ void PreferencesTargetsTest::removedTargetsComeBack()
     QTest::keyClick(desk.table(), Qt::Key_Delete);
     QCOMPARE(desk.rows().size(), 2);
     QVERIFY(undo->isVisible());
-    QCOMPARE(said->text(), u"Removed /B."_s);
+    QCOMPARE(said->text(), u"Removed Adobe InDesign CC 2019."_s);
+    QVERIFY(said->toolTip().contains(u"/B"_s));
     QCOMPARE(desk.targets->allRecords().value(u"/B"_s).value(TargetKeys::removed).toString(), u"yes"_s);
     QTest::keyClick(desk.table(), Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(desk.targets->allRecords(), before); // disabled as it was

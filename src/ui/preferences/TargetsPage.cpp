@@ -7,6 +7,7 @@
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
 #include "targets/BrevokTargetApps.h"
+#include "targets/MarketingNames.h"
 #include "targets/TargetJudgement.h"
 #include "ui/preferences/ChosenFolder.h"
 #include "ui/preferences/TargetOrder.h"
@@ -244,9 +245,9 @@ void TargetsPage::showRemoved()
         ui.targetsView->setFocus();
     }
     if (m_removed.size() == 1) {
-        const QString &path = m_removed.first().path;
-        ui.removedText->setText(Texts::tr("Removed %1.").arg(breakable(oneLine(path, 200))));
-        ui.removedText->setToolTip(plainToolTip(path));
+        const QString name = oneLine(targetLabel(m_removed.first().record), 100);
+        ui.removedText->setText(Texts::tr("Removed %1.").arg(breakable(name)));
+        ui.removedText->setToolTip(plainToolTip(m_removed.first().path));
     } else {
         ui.removedText->setText(Texts::tr("Removed %1 targets.").arg(m_removed.size()));
         ui.removedText->setToolTip({});

@@ -114,6 +114,14 @@ void OutlinesTest::outlinesAreSeen()
     constexpr int depth = 5; // what is farther in is no outline
     const double seen = bestContrast(image, depth, window);
     QVERIFY2(seen >= 3, qPrintable(QString::number(seen)));
+    // With the focus too.
+    widget->show();
+    widget->activateWindow();
+    widget->setFocus();
+    QTRY_VERIFY(widget->hasFocus());
+    widget->render(&image);
+    const double seenFocused = bestContrast(image, depth, window);
+    QVERIFY2(seenFocused >= 3, qPrintable(QString::number(seenFocused)));
 }
 
 void OutlinesTest::anotherStyleIsLeftAlone()

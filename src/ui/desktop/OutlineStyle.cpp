@@ -48,6 +48,9 @@ const QPalette &OutlineStyle::outlined(const QPalette &palette) const
         QPalette ofGroup = palette;
         ofGroup.setCurrentColorGroup(group);
         made.setColor(group, QPalette::Window, PanelStyle::outline(ofGroup).lighter(darkening));
+        if (PanelStyle::isDark(ofGroup)) { // what has the focus is outlined in the accent, darkened too
+            made.setColor(group, QPalette::Highlight, ofGroup.color(QPalette::Highlight).lighter(darkening));
+        }
     }
     m_own.insert(made.cacheKey());
     return *m_outlined.insert(palette.cacheKey(), made);

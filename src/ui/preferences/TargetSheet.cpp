@@ -227,6 +227,14 @@ void TargetSheet::tell(const QString &text)
 {
     setBreakableText(*m_outlets->sheetStatus, oneLine(text));
     m_outlets->sheetStatus->setVisible(!text.isEmpty());
+    fitTexts();
+}
+
+// A window does not grow by itself for texts that wrap.
+void TargetSheet::fitTexts()
+{
+    m_outlets->sheetGrid->activate();
+    resize(width(), std::max(height(), m_outlets->sheetGrid->totalHeightForWidth(width())));
 }
 
 void TargetSheet::insertPath()

@@ -65,6 +65,7 @@ private:
     void folderChosen(const QFileDialog &chooser);
     void setChecking(bool checking);
     void tell(const QString &text);
+    void fitTexts();
     void warnOfPath();
     void tellTarget();
 

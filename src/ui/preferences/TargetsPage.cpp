@@ -7,6 +7,7 @@
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
 #include "targets/BrevokTargetApps.h"
+#include "targets/MarketingNames.h"
 #include "targets/TargetJudgement.h"
 #include "ui/preferences/ChosenFolder.h"
 #include "ui/preferences/TargetOrder.h"
@@ -244,9 +245,9 @@ void TargetsPage::showRemoved()
         ui.targetsView->setFocus();
     }
     if (m_removed.size() == 1) {
-        const QString &path = m_removed.first().path;
-        setBreakableText(*ui.removedText, Texts::tr("Removed %1.").arg(oneLine(path, 200)));
-        setPlainToolTip(*ui.removedText, path);
+        const QString name = oneLine(targetLabel(m_removed.first().record), 100);
+        setBreakableText(*ui.removedText, Texts::tr("Removed %1.").arg(name));
+        setPlainToolTip(*ui.removedText, m_removed.first().path);
     } else {
         setBreakableText(*ui.removedText, Texts::tr("Removed %1 targets.").arg(m_removed.size()));
         setPlainToolTip(*ui.removedText, {});

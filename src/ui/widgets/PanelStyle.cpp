@@ -131,10 +131,10 @@ QColor outline(const QPalette &palette)
     const QColor window = palette.color(QPalette::Window);
     const QColor base = palette.color(QPalette::Base);
     constexpr double enough = 3.8; // styles draw it lighter here and there
-    constexpr double step = 0.05;
+    constexpr double steps = 20;
     QColor colour = window;
-    for (double share = step; share <= 1; share += step) {
-        colour = mixed(window, palette.color(QPalette::WindowText), share);
+    for (int step = 1; step <= steps; ++step) {
+        colour = mixed(window, palette.color(QPalette::WindowText), step / steps);
         if (contrast(colour, window) >= enough && contrast(colour, base) >= enough) {
             break;
         }

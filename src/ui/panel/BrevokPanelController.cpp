@@ -227,6 +227,7 @@ void BrevokPanelController::setKeepOpenPanel(bool keepOpen)
     // An alert took the focus of a panel that stayed: from now on it can be closed again.
     if (!keepOpen && m_window && m_window->isVisible() && !m_window->isFading()) {
         setActive(true);
+        m_window->awaitFocus();
     }
 }
 

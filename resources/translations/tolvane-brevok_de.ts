@@ -1353,5 +1353,25 @@ Bitte melden Sie sich erneut an.</translation>
         <source>something else stands where the folder was</source>
         <translation>an der Stelle des Ordners steht etwas anderes</translation>
     </message>
+    <message>
+        <source>The newest crash report of InDesign goes along as well.</source>
+        <translation>Der neueste Absturzbericht von InDesign wird ebenfalls mitgesendet.</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>Was Sie geschrieben haben</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>Das Programm</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>Protokolle</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>Absturzberichte</translation>
+    </message>
 </context>
 </TS>

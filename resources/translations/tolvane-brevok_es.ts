@@ -1353,5 +1353,25 @@ Vuelva a iniciar sesión.</translation>
         <source>something else stands where the folder was</source>
         <translation>hay otra cosa en el lugar de la carpeta</translation>
     </message>
+    <message>
+        <source>The newest crash report of InDesign goes along as well.</source>
+        <translation>También se envía el informe de fallos más reciente de InDesign.</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>Lo que ha escrito</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>La aplicación</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>Registros</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>Informes de fallos</translation>
+    </message>
 </context>
 </TS>

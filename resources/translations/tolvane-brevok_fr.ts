@@ -1353,5 +1353,25 @@ Veuillez vous reconnecter.</translation>
         <source>something else stands where the folder was</source>
         <translation>autre chose se trouve à la place du dossier</translation>
     </message>
+    <message>
+        <source>The newest crash report of InDesign goes along as well.</source>
+        <translation>Le rapport de plantage le plus récent d’InDesign est également joint.</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>Ce que vous avez écrit</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>L’application</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>Journaux</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>Rapports de plantage</translation>
+    </message>
 </context>
 </TS>

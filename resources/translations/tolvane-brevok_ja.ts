@@ -1353,5 +1353,25 @@ Please try to sign-in again.</source>
         <source>something else stands where the folder was</source>
         <translation>フォルダーの場所に別のものがあります</translation>
     </message>
+    <message>
+        <source>The newest crash report of InDesign goes along as well.</source>
+        <translation>InDesign の最新のクラッシュレポートも送信されます。</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>入力した内容</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>アプリケーション</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>ログ</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>クラッシュレポート</translation>
+    </message>
 </context>
 </TS>

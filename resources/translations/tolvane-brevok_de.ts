@@ -1467,5 +1467,25 @@ Bitte melden Sie sich erneut an.</translation>
         <comment>why something failed, and the details</comment>
         <translation>%1 (%2)</translation>
     </message>
+    <message>
+        <source>InDesign&apos;s latest crash report is included too.</source>
+        <translation>Der neueste Absturzbericht von InDesign wird ebenfalls mitgesendet.</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>Was Sie geschrieben haben</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>Das Programm</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>Protokolle</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>Absturzberichte</translation>
+    </message>
 </context>
 </TS>

@@ -1467,5 +1467,25 @@ Vuelva a iniciar sesión.</translation>
         <comment>why something failed, and the details</comment>
         <translation>%1 (%2)</translation>
     </message>
+    <message>
+        <source>InDesign&apos;s latest crash report is included too.</source>
+        <translation>También se envía el informe de fallos más reciente de InDesign.</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>Lo que ha escrito</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>La aplicación</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>Registros</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>Informes de fallos</translation>
+    </message>
 </context>
 </TS>

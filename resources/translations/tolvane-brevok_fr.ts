@@ -1467,5 +1467,25 @@ Veuillez vous reconnecter.</translation>
         <comment>why something failed, and the details</comment>
         <translation>%1 (%2)</translation>
     </message>
+    <message>
+        <source>InDesign&apos;s latest crash report is included too.</source>
+        <translation>Le rapport de plantage le plus récent d’InDesign est également joint.</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>Ce que vous avez écrit</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>L’application</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>Journaux</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>Rapports de plantage</translation>
+    </message>
 </context>
 </TS>

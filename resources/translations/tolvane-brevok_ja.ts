@@ -1467,5 +1467,25 @@ Please try to sign-in again.</source>
         <comment>why something failed, and the details</comment>
         <translation>%1（%2）</translation>
     </message>
+    <message>
+        <source>InDesign&apos;s latest crash report is included too.</source>
+        <translation>InDesign の最新のクラッシュレポートも送信されます。</translation>
+    </message>
+    <message>
+        <source>What you wrote</source>
+        <translation>入力した内容</translation>
+    </message>
+    <message>
+        <source>The application</source>
+        <translation>アプリケーション</translation>
+    </message>
+    <message>
+        <source>Logs</source>
+        <translation>ログ</translation>
+    </message>
+    <message>
+        <source>Crash reports</source>
+        <translation>クラッシュレポート</translation>
+    </message>
 </context>
 </TS>

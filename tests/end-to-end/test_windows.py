@@ -188,7 +188,7 @@ class Panel(OnDesktop):
 
     def test_the_quit_question_has_its_keys_reversed(self):
         self.start()
-        for key, status in (("Return", None), ("Escape", 0)):
+        for key, status in (("Return", None), ("alt+F4", None), ("Escape", 0)):
             self.open_panel()
             self.desktop.press("ctrl+q")
             self.wait_for_control("Quit", "push button")
@@ -200,6 +200,73 @@ class Panel(OnDesktop):
                 self.desktop.press("Escape")
                 self.wait_for_closed_panel()
         self.assertEqual(self.exit_status(), 0)
+
+
+class Alerts(OnDesktop):
+    def alert(self, title="OK"):
+        return self.wait_for_control(title, "push button", focused=True)
+
+    def focused_in(self, window, *types):
+        """The focus is in the window of that title and type, and on a control of it."""
+        def found():
+            focus = self.desktop.run("xdotool", "getwindowfocus").strip()
+            typed = self.desktop.run("xprop", "-id", focus, "_NET_WM_WINDOW_TYPE")
+            return (self.desktop.run("xdotool", "getwindowname", focus).strip() == window
+                    and all(kind in typed for kind in types)
+                    and any("focused" in control.states for control in self.controls()))
+        return found
+
+    def alert_window(self):
+        """Its id and what the window manager lets the user do with it."""
+        for window in self.desktop.run("xdotool", "search", "--onlyvisible", "--class", "tolvane-brevok").split():
+            if "_MODAL" in self.desktop.run("xprop", "-id", window, "_NET_WM_STATE"):
+                return window, self.desktop.run("xprop", "-id", window, "_NET_WM_ALLOWED_ACTIONS")
+        return None
+
+    def test_the_focus_goes_back_to_the_panel(self):
+        self.start()
+        self.open_panel()
+        self.desktop.press("ctrl+comma")
+        self.wait_for_control("Preferences", None, active=True)
+        self.wait_for_closed_panel()
+        self.open_panel()
+        self.session.stop_service()
+        self.desktop.write(EMAIL)
+        self.desktop.press("Tab")
+        self.desktop.write("anything")
+        for raise_alert, button, answer in (("Return", "OK", "Return"), ("ctrl+q", "Cancel", "alt+F4")):
+            self.desktop.press(raise_alert)
+            self.alert(button)
+            window, allowed = self.wait("the alert", self.alert_window)
+            self.assertNotIn("MAXIMIZE", allowed)
+            self.desktop.run("xdotool", "windowminimize", window)
+            self.wait("it stays", lambda: "IsViewable" in self.desktop.run("xwininfo", "-id", window))
+            self.alert(button)
+            self.desktop.press(answer)
+            self.wait_until_gone(button)
+            self.wait("the panel has the focus", self.focused_in("Tolvane Brevok", "_UTILITY"))
+            self.wait_for_control("Password", "text", focused=True)
+
+    def test_the_focus_goes_back_to_a_sheet(self):
+        self.start()
+        self.open_panel()
+        self.desktop.press("ctrl+comma")
+        self.wait_for_control("Preferences", None, active=True)
+        self.desktop.press("ctrl+2")
+        self.press_button("Add…")
+        self.wait_for_control("Browse…", None, focused=True)
+        self.desktop.press("space")
+        self.wait_for_control("Chose Plug-Ins directory", None, active=True)
+        self.desktop.write(str(self.session.folder))
+        self.desktop.press("Return")
+        self.wait_until_gone("Chose Plug-Ins directory")
+        for _ in range(4):  # it failed every second time
+            add = self.wait_for_control("Add Target", "push button", enabled=True, showing=True)
+            self.desktop.click(*add.middle())
+            self.alert()
+            self.desktop.press("Escape")
+            self.wait_until_gone("OK")
+            self.wait("the sheet has the focus", self.focused_in("Add Target"))
 
 
 class HostApplication(OnDesktop):

@@ -6,11 +6,13 @@
 #include "ui/windows/BrevokBugReporterController.h"
 #include "ui/windows/ReportBodyView.h"
 
+#include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QTabWidget>
 #include <QTest>
 
 using namespace brevok;
@@ -24,11 +26,14 @@ namespace {
 /// The window over a real reporter and a service of the test's.
 struct Desk {
     Desk()
-        : window({rig.reporter, rig.alerts})
+        : window({rig.reporter, rig.alerts, [this] {
+                      return account;
+                  }})
     {
         window.showWindow();
     }
     ReportRig rig;
+    QString account;
     BrevokBugReporterController window;
 
     template <class Widget> [[nodiscard]] Widget *find(const char *name) const
@@ -74,6 +79,7 @@ private Q_SLOTS:
     void windowStaysUsableMeanwhile();
     void unreachableServiceIsTold();
     void bodyIsShown();
+    void addressIsTheAccounts();
     void subViewsAreSet();
 };
 
@@ -83,13 +89,17 @@ void BugReporterWindowTest::faultsAreShownAtOnce()
     QCOMPARE(BrevokBugReporterController::bugReporterController(), &desk.window);
     const auto sheet = [&desk](const QString &address, const QString &note) {
         desk.type(address, note);
+        desk.find<QWidget>("send")->setFocus();
         desk.click("send");
         return desk.rig.presenter.sheets.isEmpty() ? QString()
                                                    : desk.rig.presenter.sheets.takeLast().messageText.value();
     };
     QCOMPARE(sheet({}, {}), u"Missing email address!"_s);
+    QCOMPARE(desk.window.focusWidget(), desk.email());
     QCOMPARE(sheet(u"ada@example"_s, u"x"_s), u"Invalid email address!"_s);
+    QCOMPARE(desk.window.focusWidget(), desk.email());
     QCOMPARE(sheet(u"ada@example.com"_s, {}), u"Missing problem description!"_s);
+    QCOMPARE(desk.window.focusWidget(), desk.note());
     QVERIFY(desk.formEnabled());
     QVERIFY(
         LogCapture::contains(u"Alert: Missing email address!\nPlease enter a valid email address so we can "
@@ -127,8 +137,9 @@ void BugReporterWindowTest::formWaitsForTheAnswer()
     QCOMPARE(static_cast<int>(desk.rig.presenter.sheets.first().style), style);
     QVERIFY(desk.formEnabled());
     QVERIFY(desk.progress().isEmpty() && !desk.find<Spinner>("indicator")->isAnimating());
-    QCOMPARE(desk.note()->toPlainText(), u"It broke"_s);
-    // The user can send again.
+    // The user can send again: what has arrived is not sent twice, what has not is still there.
+    const bool arrived = message != u"Failed to send error report"_s;
+    QCOMPARE(desk.note()->toPlainText(), arrived ? QString() : u"It broke"_s);
     desk.rig.presenter.completions.first()(alertFirstButton);
     desk.click("send");
     QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 2, 30000);
@@ -171,24 +182,62 @@ void BugReporterWindowTest::unreachableServiceIsTold()
 void BugReporterWindowTest::bodyIsShown()
 {
     Desk desk;
-    const QByteArray line = "log \"line\" with an \xc3\xa4\n";
-    QVERIFY(writeFile(desk.rig.logs() + u"/orlec.log"_s, line.repeated(20000)));
-    desk.type({}, u"It broke"_s);
+    const QString line = u"log \"line\" with an ä"_s;
+    QVERIFY(writeFile(desk.rig.logs() + u"/orlec.log"_s, (line + u'\n').repeated(20000).toUtf8()));
+    QVERIFY(writeFile(desk.rig.logs() + u"/DiagnosticReports/Adobe InDesign 1.crash"_s, "why it crashed"));
+    desk.type({}, u"It <b>broke</b>"_s);
     desk.click("showBody");
     QVERIFY(!desk.find<QPushButton>("showBody")->isEnabled());
     QTRY_VERIFY_WITH_TIMEOUT(desk.window.findChild<ReportBodyView *>() != nullptr, 30000);
-    auto *view = desk.window.findChild<ReportBodyView *>();
-    auto *text = view->findChild<QPlainTextEdit *>(u"body"_s);
-    QVERIFY(view->isVisible() && text->isReadOnly());
+    const auto *view = desk.window.findChild<ReportBodyView *>();
+    const auto *sections = view->findChild<QTabWidget *>();
+    QStringList titles;
+    QStringList texts;
+    for (int i = 0; i < sections->count(); ++i) {
+        const auto *page = qobject_cast<QPlainTextEdit *>(sections->widget(i));
+        QVERIFY(page->isReadOnly());
+        titles.append(sections->tabText(i));
+        texts.append(page->toPlainText());
+    }
+    QCOMPARE(titles, (QStringList{u"What you wrote"_s, u"The application"_s, u"Logs"_s, u"Crash reports"_s}));
+    QCOMPARE(texts.at(0), u"Description\nIt <b>broke</b>"_s);
+    QVERIFY(texts.at(1).startsWith(u"Application\nVersion 1.2 (7, 15)\n\nPlatform\nmacOS - "_s));
+    QVERIFY(texts.at(2).startsWith(u"orlec.log\n"_s + line + u'\n'));
+    QCOMPARE(texts.at(3), u"InDesign.crash\nwhy it crashed"_s);
+
+    // Nothing is left out.
     QByteArray body;
-    desk.rig.reporter.reportBody({}, u"It broke"_s, this, [&body](const QByteArray &made) { body = made; });
+    desk.rig.reporter.reportBody(
+        {}, u"It <b>broke</b>"_s, this, [&body](const QByteArray &made) { body = made; });
     QTRY_VERIFY(!body.isEmpty());
     QVERIFY(body.size() > 256000);
-    QVERIFY(text->toPlainText() == QString::fromUtf8(body));
+    const QString all = texts.join(QString());
+    const QJsonArray items = QJsonDocument::fromJson(body)["Data"_L1].toArray();
+    for (const QJsonValue item : items) {
+        QVERIFY(all.contains(item["Key"_L1].toString() + u'\n' + item["Value"_L1].toString()));
+    }
     QVERIFY(desk.formEnabled());
     QVERIFY(desk.rig.server.requests().isEmpty());
     QTest::mouseClick(view->findChild<QPushButton *>(u"close"_s), Qt::LeftButton);
     QTRY_VERIFY(desk.window.findChild<ReportBodyView *>() == nullptr);
+}
+
+void BugReporterWindowTest::addressIsTheAccounts()
+{
+    Desk desk;
+    QVERIFY(desk.email()->text().isEmpty());
+    QCOMPARE(desk.window.focusWidget(), desk.email());
+    const auto reopened = [&desk](const QString &account) {
+        desk.window.hide();
+        desk.account = account;
+        desk.window.showWindow();
+        return desk.email()->text();
+    };
+    QCOMPARE(reopened(u"ada@example.com"_s), u"ada@example.com"_s);
+    QCOMPARE(desk.window.focusWidget(), desk.note());
+    QCOMPARE(reopened({}), QString());
+    QTest::keyClicks(desk.email(), u"eve@example.com"_s);
+    QCOMPARE(reopened(u"ada@example.com"_s), u"eve@example.com"_s); // what was typed stays
 }
 
 void BugReporterWindowTest::subViewsAreSet()

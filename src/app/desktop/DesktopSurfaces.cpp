@@ -5,6 +5,7 @@
 
 #include "platform/SessionBus.h"
 #include "platform/UrlOpener.h"
+#include "service/BrevokSession.h"
 #include "ui/desktop/linux/DesktopColors.h"
 #include "ui/panel/BrevokPanelController.h"
 #include "ui/preferences/BrevokPreferencesController.h"
@@ -170,8 +171,15 @@ BrevokPreferencesController &DesktopSurfaces::preferences()
 BrevokBugReporterController &DesktopSurfaces::bugReporter()
 {
     if (!m_bugReporter) {
-        m_bugReporter = std::make_unique<BrevokBugReporterController>(
-            BrevokBugReporterController::Collaborators{m_with->bugReporter, m_with->alerts});
+        m_bugReporter =
+            std::make_unique<BrevokBugReporterController>(BrevokBugReporterController::Collaborators{
+                .reporter = m_with->bugReporter,
+                .alerts = m_with->alerts,
+                .account =
+                    [&session = m_with->session] {
+                        return session.sessionId().isEmpty() ? QString() : session.orlecId();
+                    },
+            });
     }
     return *m_bugReporter;
 }

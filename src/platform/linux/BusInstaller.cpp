@@ -198,7 +198,7 @@ InstallResult BusInstaller::install(const InstallOrder &order)
     if (!source) {
         const int code = errno;
         const BrevokError error =
-            fileError(Texts::tr("Could not take the file \"%1\"").arg(order.source), order.source, code);
+            fileError(Texts::tr("Could not read the file \"%1\"").arg(order.source), order.source, code);
         return {.error = error, .failure = error.detailedErrors.constFirst()};
     }
     const QVariantList arguments{*source, withoutLinks(order.target), order.user, order.checksum};

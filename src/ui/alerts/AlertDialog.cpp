@@ -50,6 +50,12 @@ QLabel *makeText(const QString &text, const QString &name, QWidget *parent)
     return label;
 }
 
+Qt::WindowFlags frameFor(const AlertKeys &keys)
+{
+    const Qt::WindowFlags flags = Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint;
+    return keys.onClose >= 0 ? flags | Qt::WindowCloseButtonHint : flags;
+}
+
 } // namespace
 
 AlertKeys alertKeys(const QList<AlertButton> &buttons)
@@ -68,24 +74,26 @@ AlertKeys alertKeys(const QList<AlertButton> &buttons)
     if (keys.onReturn < 0 && !buttons.isEmpty() && buttons.first().key == AlertKey::Usual) {
         keys.onReturn = 0;
     }
-    for (qsizetype i = 0; i < buttons.size() && keys.onEscape < 0; ++i) {
-        const bool cancels = buttons.at(i).title == Texts::tr("Cancel") || buttons.size() == 1;
-        if (cancels && buttons.at(i).key == AlertKey::Usual) {
-            keys.onEscape = i;
+    for (qsizetype i = 0; i < buttons.size() && keys.onClose < 0; ++i) {
+        if (buttons.at(i).title == Texts::tr("Cancel") || buttons.size() == 1) {
+            keys.onClose = i;
         }
+    }
+    if (keys.onEscape < 0 && keys.onClose >= 0 && buttons.at(keys.onClose).key == AlertKey::Usual) {
+        keys.onEscape = keys.onClose;
     }
     return keys;
 }
 
 AlertDialog::AlertDialog(AlertContent content, QWidget *parent)
-    // Only its buttons close an alert, so its frame offers no other way.
-    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint)
+    : QDialog(parent)
     , m_content(std::move(content))
 {
     if (m_content.buttons.isEmpty()) {
         m_content.buttons.append({Texts::tr("OK")});
     }
     m_keys = alertKeys(m_content.buttons);
+    setWindowFlags(frameFor(m_keys));
     useApplicationIcon();
     setWindowTitle(Texts::tr("Tolvane Brevok"));
     setAccessibleName(m_content.messageText.value_or(QString()));
@@ -103,6 +111,7 @@ AlertDialog::AlertDialog(AlertContent content, QWidget *parent)
     upper->addLayout(column, 1);
     whole->addLayout(upper, 1);
     addButtons(*whole);
+    whole->setSizeConstraint(QLayout::SetFixedSize); // some window managers maximise whatever can be resized
 }
 
 AlertDialog::~AlertDialog()
@@ -181,7 +190,9 @@ void AlertDialog::addAccessory(QBoxLayout &column)
 void AlertDialog::addButtons(QBoxLayout &column)
 {
     auto *row = new QHBoxLayout;
-    for (qsizetype i = 0; i < m_content.buttons.size(); ++i) {
+    row->addStretch();
+    m_buttons.resize(m_content.buttons.size());
+    for (qsizetype i = m_buttons.size() - 1; i >= 0; --i) { // made as they are read
         const AlertButton &described = m_content.buttons.at(i);
         // A title is no mnemonic: an ampersand in a name is shown.
         auto *button = new QPushButton(QString(described.title).replace(u'&', QStringLiteral("&&")));
@@ -191,14 +202,10 @@ void AlertDialog::addButtons(QBoxLayout &column)
         button->setDefault(i == m_keys.onReturn);
         button->setMinimumWidth(buttonWidth);
         connect(button, &QPushButton::clicked, this, [this, i] { answer(i); });
-        m_buttons.append(button);
-        row->insertWidget(0, button);
+        m_buttons[i] = button;
+        row->addWidget(button);
     }
-    row->insertStretch(0);
     column.addLayout(row);
-    for (qsizetype i = m_buttons.size() - 1; i > 0; --i) {
-        setTabOrder(m_buttons.at(i), m_buttons.at(i - 1));
-    }
     if (m_keys.onReturn >= 0) {
         m_buttons.at(m_keys.onReturn)->setFocus();
     }
@@ -209,12 +216,17 @@ void AlertDialog::answer(qsizetype button)
     end(alertFirstButton + static_cast<int>(button));
 }
 
+void AlertDialog::press(qsizetype button)
+{
+    if (button >= 0 && m_buttons.at(button)->isEnabled()) {
+        answer(button);
+    }
+}
+
 // What Escape does.
 void AlertDialog::reject()
 {
-    if (m_keys.onEscape >= 0 && m_buttons.at(m_keys.onEscape)->isEnabled()) {
-        answer(m_keys.onEscape);
-    }
+    press(m_keys.onEscape);
 }
 
 void AlertDialog::stop()
@@ -228,13 +240,15 @@ void AlertDialog::end(int response)
     done(QDialog::Accepted);
 }
 
-// Comes when the program is about to end, which nothing may refuse.
+// Comes from the frame, or when the program is about to end, which nothing may refuse.
 void AlertDialog::closeEvent(QCloseEvent *event)
 {
-    if (isVisible()) {
+    if (event->spontaneous()) {
+        press(m_keys.onClose);
+    } else if (isVisible()) {
         stop();
     }
-    event->accept();
+    event->setAccepted(!isVisible());
 }
 
 void AlertDialog::showEvent(QShowEvent *event)
@@ -247,6 +261,11 @@ void AlertDialog::showEvent(QShowEvent *event)
 void AlertDialog::changeEvent(QEvent *event)
 {
     QDialog::changeEvent(event);
+    if (event->type() == QEvent::WindowStateChange && isMinimized()) {
+        // Some window managers minimise whatever the frame says; nobody would know what the program waits
+        // for.
+        setWindowState(windowState() & ~Qt::WindowMinimized);
+    }
     if (m_icon != nullptr
         && (event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange)) {
         refreshIcon();

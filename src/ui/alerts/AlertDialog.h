@@ -14,16 +14,18 @@ class QPushButton;
 
 namespace brevok {
 
-/// Which buttons of an alert the keys press; -1 for none.
+/// Which buttons of an alert the keys and the frame's close button press; -1 for none.
 struct AlertKeys {
     qsizetype onReturn = -1;
     qsizetype onEscape = -1;
+    qsizetype onClose = -1;
 
     bool operator==(const AlertKeys &) const = default;
 };
 
 /// Return presses the first button, Escape one named "Cancel" (or the only one there is), unless a button
-/// says otherwise of itself.
+/// says otherwise of itself. The frame has a close button only where there is such a button to cancel with,
+/// whatever key presses that.
 [[nodiscard]] AlertKeys alertKeys(const QList<AlertButton> &buttons);
 
 /// The window of one alert: an icon, the two texts as plain text, an accessory, the buttons. The first button
@@ -62,6 +64,7 @@ private:
     void addButtons(QBoxLayout &column);
     void refreshIcon();
     void answer(qsizetype button);
+    void press(qsizetype button);
 
     AlertContent m_content;
     AlertKeys m_keys;

@@ -12,20 +12,35 @@ namespace brevok {
 
 namespace {
 
+bool belongsTo(const QWidget *widget, const QWidget *window)
+{
+    while (widget != nullptr && widget != window) {
+        widget = widget->parentWidget();
+    }
+    return widget != nullptr;
+}
+
 // The panel stays above other windows, and so must what is shown while it is open. The alert is not its
 // child: it outlives it.
 void stayAbove(QWidget &alert, const QWidget *below)
 {
-    if (below == nullptr || !below->isVisible() || below->window()->windowHandle() == nullptr) {
+    if (below == nullptr || below->windowHandle() == nullptr) {
         return;
     }
     alert.winId();
-    alert.windowHandle()->setTransientParent(below->window()->windowHandle());
+    alert.windowHandle()->setTransientParent(below->windowHandle());
 }
 
 } // namespace
 
-WidgetAlertPresenter::WidgetAlertPresenter() = default;
+WidgetAlertPresenter::WidgetAlertPresenter()
+{
+    QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, &m_context, [this](QWindow *now) {
+        if (m_returning && m_returning->windowHandle() == now) {
+            m_returning.clear();
+        }
+    });
+}
 
 WidgetAlertPresenter::~WidgetAlertPresenter()
 {
@@ -34,41 +49,67 @@ WidgetAlertPresenter::~WidgetAlertPresenter()
     }
 }
 
+QWidget *WidgetAlertPresenter::windowInUse() const
+{
+    QWidget *window = m_returning ? m_returning.data() : QApplication::activeWindow();
+    return window != nullptr && window->isVisible() ? window : nullptr;
+}
+
+// The window manager would choose another window, and what is typed next would go there. Where the window is
+// below the one that has the focus, the library does not ask the window manager, which then chooses later.
+void WidgetAlertPresenter::giveFocusBack(AlertDialog &dialog, QWidget *origin)
+{
+    if (origin != nullptr && origin->isVisible()) {
+        dialog.windowHandle()->setTransientParent(nullptr);
+        m_returning = origin;
+        origin->activateWindow();
+    }
+}
+
+void WidgetAlertPresenter::show(AlertDialog &dialog, QWidget *origin)
+{
+    QObject::connect(&dialog, &QDialog::finished, &m_context,
+        [this, &dialog, window = QPointer(origin)] { giveFocusBack(dialog, window); });
+    stayAbove(dialog, origin);
+    dialog.show();
+    dialog.raise();
+    dialog.activateWindow();
+}
+
 int WidgetAlertPresenter::runModal(const AlertContent &alert)
 {
     AlertDialog dialog(alert);
     dialog.setWindowModality(Qt::ApplicationModal);
-    stayAbove(dialog, QApplication::activeWindow());
-    dialog.show();
-    dialog.raise();
-    dialog.activateWindow();
+    show(dialog, windowInUse());
     dialog.exec();
     return dialog.response();
 }
 
-AlertDialog *WidgetAlertPresenter::makeDialog(
-    const AlertContent &alert, QObject *window, Completion completion)
+AlertDialog *WidgetAlertPresenter::makeDialog(const AlertContent &alert, QWidget *parent, QObject *window)
 {
-    auto *dialog = new AlertDialog(alert, qobject_cast<QWidget *>(window));
+    auto *dialog = new AlertDialog(alert, parent);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     m_sheets.removeIf([](const Sheet &sheet) { return sheet.dialog.isNull(); });
     m_sheets.append({dialog, window});
-    QObject::connect(dialog, &QDialog::finished, dialog, [dialog, answered = std::move(completion)] {
+    return dialog;
+}
+
+// After the focus went back, so that the answer may move it.
+void WidgetAlertPresenter::tellAnswer(AlertDialog &dialog, Completion completion)
+{
+    QObject::connect(&dialog, &QDialog::finished, &dialog, [&dialog, answered = std::move(completion)] {
         if (answered) {
-            answered(dialog->response());
+            answered(dialog.response());
         }
     });
-    return dialog;
 }
 
 AlertPresenter::Ending WidgetAlertPresenter::beginModal(const AlertContent &alert, Completion completion)
 {
-    const QPointer<AlertDialog> dialog = makeDialog(alert, nullptr, std::move(completion));
+    const QPointer<AlertDialog> dialog = makeDialog(alert, nullptr, nullptr);
     dialog->setWindowModality(Qt::ApplicationModal);
-    stayAbove(*dialog, QApplication::activeWindow());
-    dialog->show();
-    dialog->raise();
-    dialog->activateWindow();
+    show(*dialog, windowInUse());
+    tellAnswer(*dialog, std::move(completion));
     return [dialog](int response) {
         if (dialog) {
             dialog->end(response);
@@ -83,11 +124,14 @@ AlertPresenter::SheetInterface WidgetAlertPresenter::sheetInterface() const
 
 void WidgetAlertPresenter::beginSheet(const AlertContent &alert, QObject *window, Completion completion)
 {
-    AlertDialog *dialog = makeDialog(alert, window, std::move(completion));
-    dialog->setWindowModality(dialog->parent() != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
-    dialog->open();
-    dialog->raise();
-    dialog->activateWindow();
+    auto *below = qobject_cast<QWidget *>(window);
+    if (QWidget *inUse = windowInUse(); below != nullptr && belongsTo(inUse, below)) {
+        below = inUse; // the window may have another sheet
+    }
+    AlertDialog *dialog = makeDialog(alert, below, window);
+    dialog->setWindowModality(below != nullptr ? Qt::WindowModal : Qt::ApplicationModal);
+    show(*dialog, below);
+    tellAnswer(*dialog, std::move(completion));
 }
 
 bool WidgetAlertPresenter::windowEndsSheets(QObject *window) const

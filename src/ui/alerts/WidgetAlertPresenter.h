@@ -6,6 +6,7 @@
 #include "alerts/AlertPresenter.h"
 
 #include <QPointer>
+#include <QWidget>
 
 namespace brevok {
 
@@ -14,8 +15,10 @@ class AlertDialog;
 /// Shows alerts as windows. The accessory of an alert is a `QWidget *` that stays its maker's: it is put into
 /// the alert's window and handed back, hidden and without a parent, when that goes.
 ///
-/// A sheet is a window of its own, modal for the window it is attached to only. When that window is destroyed
-/// the sheet goes with it, and its completion is not called: whoever waited is going as well.
+/// An alert lies over the window that is in use, which has the keyboard again when it ends. A sheet is a
+/// window of its own, modal for the window it is attached to only, and lies over that, or over what is open
+/// above that. When the window is destroyed the sheet goes with it, and its completion is not called: whoever
+/// waited is going as well.
 class WidgetAlertPresenter final : public AlertPresenter {
 public:
     WidgetAlertPresenter();
@@ -40,9 +43,15 @@ private:
         QPointer<AlertDialog> dialog;
         QPointer<QObject> window;
     };
-    AlertDialog *makeDialog(const AlertContent &alert, QObject *window, Completion completion);
+    [[nodiscard]] QWidget *windowInUse() const;
+    void giveFocusBack(AlertDialog &dialog, QWidget *origin);
+    AlertDialog *makeDialog(const AlertContent &alert, QWidget *parent, QObject *window);
+    void show(AlertDialog &dialog, QWidget *origin);
+    static void tellAnswer(AlertDialog &dialog, Completion completion);
 
     QList<Sheet> m_sheets; ///< and alerts that nobody waits for, which have no window
+    QPointer<QWidget> m_returning; ///< has been given the focus, which has not arrived yet
+    QObject m_context;
 };
 
 } // namespace brevok

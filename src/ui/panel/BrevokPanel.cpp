@@ -22,6 +22,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
+constexpr auto focusReturns = 1000ms; // after an alert
 constexpr auto focusSettles = 200ms; // longer than Qt waits before it tells that the focus is lost
 
 // Elsewhere a window cannot choose its opacity, shape or level, and says so in the log at every try.
@@ -50,6 +51,7 @@ BrevokPanel::BrevokPanel()
     , m_ui(std::make_unique<Ui::BrevokPanel>())
     , m_orderOutTimer(new QTimer(this))
     , m_focusTimer(new QTimer(this))
+    , m_returnTimer(new QTimer(this))
 {
     setAccessibleRole(*this, QAccessible::Dialog);
     setAttribute(Qt::WA_TranslucentBackground);
@@ -66,6 +68,13 @@ BrevokPanel::BrevokPanel()
     m_focusTimer->setSingleShot(true);
     m_focusTimer->setInterval(focusSettles);
     connect(m_focusTimer, &QTimer::timeout, this, &BrevokPanel::noticeFocus);
+    m_returnTimer->setSingleShot(true);
+    m_returnTimer->setInterval(focusReturns);
+    connect(m_returnTimer, &QTimer::timeout, this, [this] {
+        if (!isActiveWindow()) {
+            Q_EMIT didResignKey();
+        }
+    });
 }
 
 BrevokPanel::~BrevokPanel() = default;
@@ -131,6 +140,12 @@ void BrevokPanel::noticeFocus()
     }
 }
 
+// Window managers pass the focus of a window that goes to others before the one that asked for it keeps it.
+void BrevokPanel::awaitFocus()
+{
+    m_returnTimer->start();
+}
+
 bool BrevokPanel::hasSheets() const
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -193,7 +208,9 @@ bool BrevokPanel::event(QEvent *event)
 {
     switch (event->type()) {
     case QEvent::WindowDeactivate:
-        Q_EMIT didResignKey();
+        if (!m_returnTimer->isActive()) {
+            Q_EMIT didResignKey();
+        }
         break;
     case QEvent::ApplicationFontChange:
     case QEvent::ApplicationPaletteChange:

@@ -40,6 +40,8 @@ public:
     void fadeOut();
     /// Whether fadeOut() has not taken the window off the screen yet.
     [[nodiscard]] bool isFading() const;
+    /// Expects the focus within a moment, and does not tell meanwhile that another window has it.
+    void awaitFocus();
     /// Whether a window-modal dialog of this window is up.
     [[nodiscard]] bool hasSheets() const;
 
@@ -81,6 +83,7 @@ private:
     double m_endOpacity = 0;
     QTimer *m_orderOutTimer;
     QTimer *m_focusTimer;
+    QTimer *m_returnTimer;
 };
 
 } // namespace brevok

@@ -200,17 +200,10 @@ void BrevokPanelController::closePanel()
 void BrevokPanelController::setKeepOpenPanel(bool keepOpen)
 {
     m_keepOpenPanel = keepOpen;
-    if (keepOpen) {
-        m_hadFocus = m_hadFocus || (m_window && m_window->isActiveWindow());
-        return;
-    }
-    const bool hadFocus = std::exchange(m_hadFocus, false);
     // An alert took the focus of a panel that stayed: from now on it can be closed again.
-    if (m_window && m_window->isVisible() && !m_window->isFading()) {
+    if (!keepOpen && m_window && m_window->isVisible() && !m_window->isFading()) {
         setActive(true);
-        if (hadFocus) {
-            m_window->activateWindow();
-        }
+        m_window->awaitFocus();
     }
 }
 

@@ -116,7 +116,6 @@ private:
     PanelOptionsMenu *m_optionsMenu = nullptr;
     bool m_hasActivePanel = false;
     bool m_keepOpenPanel = false;
-    bool m_hadFocus = false; ///< when the alert came that keeps the panel open
     bool m_closedByFocusLoss = false;
     bool m_signedIn = false;
 };

@@ -23,7 +23,7 @@ BrevokBugReporterController *sharedController = nullptr;
 
 BrevokBugReporterController::BrevokBugReporterController(Collaborators collaborators, QWidget *parent)
     : QDialog(parent)
-    , m_with(collaborators)
+    , m_with(std::move(collaborators))
     , m_outlets(std::make_unique<Ui::BrevokBugReporter>())
 {
     if (sharedController == nullptr) {
@@ -58,14 +58,22 @@ void BrevokBugReporterController::setTexts()
     m_outlets->emailLabel->setText(Texts::tr("Your &email address:"));
     m_outlets->noteLabel->setText(
         Texts::tr("What went &wrong, and what were you doing when the problem came up?"));
+    // One sentence a line: not every language puts a blank between them.
     m_outlets->hint->setText(
-        Texts::tr("The application's state, its logs and its latest crash reports are included."));
+        Texts::tr("The application's state, its logs and its latest crash reports are included.") + u'\n'
+        + Texts::tr("InDesign's latest crash report is included too."));
     m_outlets->showBody->setText(Texts::tr("Show what will be sent"));
     m_outlets->send->setText(Texts::tr("Send"));
 }
 
 void BrevokBugReporterController::showWindow()
 {
+    if (!m_outlets->email->isModified() && m_outlets->email->isEnabled()) {
+        m_outlets->email->setText(m_with.account());
+    }
+    if (!isVisible()) {
+        focusFault();
+    }
     show();
     setWindowState(windowState() & ~Qt::WindowMinimized);
     raise();
@@ -116,10 +124,25 @@ void BrevokBugReporterController::showOutcome(const ReportOutcome &outcome)
     if (outcome.kind != ReportOutcome::Kind::Invalid) {
         setFormEnabled(true);
     }
+    if (outcome.kind == ReportOutcome::Kind::Invalid) {
+        focusFault();
+    } else if (outcome.sent) {
+        m_outlets->note->clear();
+    }
     const std::shared_ptr<BrevokAlert> alert = BrevokAlert::create(m_with.alerts.presenter());
     alert->content = outcome.alert;
     // The alert lives as long as its sheet is open.
     alert->openSheetModalForWindow(this, [alert](int) {});
+}
+
+// The first field that keeps the report from being sent.
+void BrevokBugReporterController::focusFault()
+{
+    QWidget *field = m_outlets->note;
+    if (!NSStringIsValidEmail(m_outlets->email->text())) {
+        field = m_outlets->email;
+    }
+    field->setFocus(Qt::OtherFocusReason);
 }
 
 void BrevokBugReporterController::setSubViews(QWidget &view, bool enabled)

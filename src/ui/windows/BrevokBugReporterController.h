@@ -7,6 +7,7 @@
 
 #include <QDialog>
 
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -28,6 +29,7 @@ public:
     struct Collaborators {
         BugReporter &reporter;
         BrevokAlertQueue &alerts;
+        std::function<QString()> account; ///< the e-mail address that is signed in, empty for none
     };
 
     explicit BrevokBugReporterController(Collaborators collaborators, QWidget *parent = nullptr);
@@ -36,7 +38,7 @@ public:
     /// The window of this process, for the outermost code; null while none was made.
     static BrevokBugReporterController *bugReporterController();
 
-    /// Brings the window to the front, with what was typed before.
+    /// Brings the window to the front, with what was typed before, or the account's address.
     void showWindow();
     /// Checks what was typed and sends it; a sheet tells what came of it.
     void report();
@@ -51,6 +53,7 @@ private:
     void showProgress(const QString &text);
     void showStage(BugReporter::Stage stage);
     void showOutcome(const ReportOutcome &outcome);
+    void focusFault();
     void presentBody(const QByteArray &body);
     [[nodiscard]] QString noteText() const;
 

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QDialog>
+#include <QJsonObject>
 
 #include <memory>
 
@@ -13,7 +14,7 @@ class ReportBody;
 
 namespace brevok {
 
-/// Shows a report's body as it is sent, to be read, selected and copied.
+/// Shows all of a report's body, part by part, to be read, selected and copied.
 class ReportBodyView final : public QDialog {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ReportBodyView)
@@ -23,6 +24,8 @@ public:
     ~ReportBodyView() override;
 
 private:
+    void showParts(QJsonObject body);
+
     std::unique_ptr<Ui::ReportBody> m_outlets;
 };
 

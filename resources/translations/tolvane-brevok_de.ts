@@ -1271,7 +1271,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>the archive does not match the catalogue</source>
-        <translation>das Archiv stimmt nicht mit dem Katalog überein</translation>
+        <translation>das Archiv passt nicht zum Katalog</translation>
     </message>
     <message>
         <source>its unpacked contents are too large for the size of the archive</source>
@@ -1447,7 +1447,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>The download does not match the catalogue.</source>
-        <translation>Der Download stimmt nicht mit dem Katalog überein.</translation>
+        <translation>Der Download passt nicht zum Katalog.</translation>
     </message>
     <message>
         <source>the reason is not known</source>

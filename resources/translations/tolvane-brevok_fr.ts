@@ -1271,7 +1271,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>the archive does not match the catalogue</source>
-        <translation>l’archive ne correspond pas au catalogue</translation>
+        <translation>l’archive diffère du catalogue</translation>
     </message>
     <message>
         <source>its unpacked contents are too large for the size of the archive</source>
@@ -1447,7 +1447,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>The download does not match the catalogue.</source>
-        <translation>Le téléchargement ne correspond pas au catalogue.</translation>
+        <translation>Le téléchargement diffère du catalogue.</translation>
     </message>
     <message>
         <source>the reason is not known</source>

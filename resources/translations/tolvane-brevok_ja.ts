@@ -1271,7 +1271,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>the archive does not match the catalogue</source>
-        <translation>アーカイブがカタログの記載と一致しません</translation>
+        <translation>アーカイブがカタログと異なります</translation>
     </message>
     <message>
         <source>its unpacked contents are too large for the size of the archive</source>

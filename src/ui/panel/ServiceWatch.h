@@ -24,7 +24,7 @@ public:
 
     /// Asks the routing table.
     [[nodiscard]] bool networkReachable() const;
-    /// When the first request failed that no good one has followed; invalid while the service answers.
+    /// When the first of the failures since the last good answer happened; invalid while the service answers.
     [[nodiscard]] QDateTime silentSince() const { return m_silentSince; }
     /// Why the user's own check failed; empty from the next one on, or when a list came.
     [[nodiscard]] QString checkFailure() const { return m_checkFailure; }

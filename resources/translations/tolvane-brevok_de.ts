@@ -20,7 +20,7 @@
         <translation>Tolvane Brevok kann seine Daten nicht speichern</translation>
     </message>
     <message>
-        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
+        <source>Changes are kept in memory and stored as soon as possible. Reason: %1</source>
         <translation>Änderungen bleiben im Arbeitsspeicher und werden gespeichert, sobald es möglich ist. Grund: %1</translation>
     </message>
     <message>
@@ -28,8 +28,8 @@
         <translation>Die gespeicherten Daten von Tolvane Brevok waren beschädigt</translation>
     </message>
     <message>
-        <source>What could be read is in use. The damaged file was kept as %1.</source>
-        <translation>Was noch lesbar war, wird verwendet. Die beschädigte Datei wurde als %1 aufbewahrt.</translation>
+        <source>Everything that could be read is in use. The damaged file was kept as %1.</source>
+        <translation>Alles, was noch lesbar war, wird verwendet. Die beschädigte Datei wurde als %1 aufbewahrt.</translation>
     </message>
     <message>
         <source>Failed to update Products data</source>
@@ -73,7 +73,7 @@
     </message>
     <message>
         <source>%1 Plug-In update is available.</source>
-        <translation>%1 Plug-In-Update ist verfügbar.</translation>
+        <translation>Für das Plug-In „%1“ ist ein Update verfügbar.</translation>
     </message>
     <message>
         <source>Plug-In updates available!</source>
@@ -108,7 +108,7 @@
         <translation>Fehler: %1</translation>
     </message>
     <message>
-        <source>The folder %1 could not be made.</source>
+        <source>The folder %1 could not be created.</source>
         <translation>Der Ordner %1 konnte nicht angelegt werden.</translation>
     </message>
     <message>
@@ -117,10 +117,10 @@
     </message>
     <message>
         <source>Failed to download %1, from %2</source>
-        <translation>%1 konnte nicht von %2 geladen werden</translation>
+        <translation>%1 konnte nicht von %2 heruntergeladen werden</translation>
     </message>
     <message>
-        <source>The plug-in name “%1” cannot be used as a file name.</source>
+        <source>The plug-in name &quot;%1&quot; cannot be used as a file name.</source>
         <translation>Der Plug-In-Name „%1“ kann nicht als Dateiname verwendet werden.</translation>
     </message>
     <message>
@@ -176,7 +176,7 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>Eigentümer und Zugriffsrechte von „%1“ konnten nicht geändert werden</translation>
     </message>
     <message>
-        <source>an entry is larger than it claims (%1)</source>
+        <source>an entry is larger than its stated size (%1)</source>
         <translation>ein Eintrag ist größer als angegeben (%1)</translation>
     </message>
     <message>
@@ -184,16 +184,16 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>„%1“ konnte nicht nach „%2“ entpackt werden</translation>
     </message>
     <message>
-        <source>it is no zip archive</source>
+        <source>it is not a zip archive</source>
         <translation>es ist kein Zip-Archiv</translation>
     </message>
     <message>
-        <source>the library that reads archives is missing</source>
-        <translation>die Bibliothek, die Archive liest, fehlt</translation>
+        <source>the library for archives is missing</source>
+        <translation>die Bibliothek für Archive fehlt</translation>
     </message>
     <message>
-        <source>the library that speaks HTTP is missing</source>
-        <translation>die Bibliothek, die HTTP spricht, fehlt</translation>
+        <source>the library for HTTP is missing</source>
+        <translation>die Bibliothek für HTTP fehlt</translation>
     </message>
     <message>
         <source>it has more than %1 entries</source>
@@ -208,7 +208,7 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>der Name des Eintrags ist nicht relativ</translation>
     </message>
     <message>
-        <source>the entry leads out of the folder</source>
+        <source>the entry points outside the folder</source>
         <translation>der Eintrag führt aus dem Ordner heraus</translation>
     </message>
     <message>
@@ -216,20 +216,20 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>der Name des Eintrags ist zu lang</translation>
     </message>
     <message>
-        <source>the entry is too deep</source>
-        <translation>der Eintrag liegt zu tief</translation>
+        <source>the entry is nested too deeply</source>
+        <translation>der Eintrag ist zu tief verschachtelt</translation>
     </message>
     <message>
         <source>the entry is encrypted</source>
         <translation>der Eintrag ist verschlüsselt</translation>
     </message>
     <message>
-        <source>the entry would run as another user</source>
-        <translation>der Eintrag würde als anderer Benutzer laufen</translation>
+        <source>the entry would run with another user&apos;s rights</source>
+        <translation>der Eintrag würde mit den Rechten eines anderen Benutzers laufen</translation>
     </message>
     <message>
-        <source>the entry is a link that leads elsewhere</source>
-        <translation>der Eintrag ist ein Verweis, der anderswohin führt</translation>
+        <source>the entry is a link that points outside the folder</source>
+        <translation>der Eintrag ist ein Verweis, der aus dem Ordner herausführt</translation>
     </message>
     <message>
         <source>it has too many links</source>
@@ -240,8 +240,8 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>der Eintrag ist weder Datei noch Ordner</translation>
     </message>
     <message>
-        <source>it unpacks to too much</source>
-        <translation>entpackt ist es zu groß</translation>
+        <source>its unpacked contents are too large</source>
+        <translation>der entpackte Inhalt ist zu groß</translation>
     </message>
     <message>
         <source>no space left on the disk</source>
@@ -260,7 +260,7 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>der Datenträger meldet einen Fehler</translation>
     </message>
     <message>
-        <source>the folder is not there any more</source>
+        <source>the folder no longer exists</source>
         <translation>den Ordner gibt es nicht mehr</translation>
     </message>
     <message>
@@ -272,7 +272,7 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>das Archiv wird abgelehnt: %1</translation>
     </message>
     <message>
-        <source>the archive holds no %1</source>
+        <source>the archive contains no %1</source>
         <translation>das Archiv enthält kein %1</translation>
     </message>
     <message>
@@ -280,15 +280,15 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
         <translation>das Archiv ist beschädigt</translation>
     </message>
     <message>
-        <source>the archive is not the one that the catalogue lists</source>
-        <translation>das Archiv ist nicht das, das der Katalog aufführt</translation>
+        <source>the archive does not match the catalogue</source>
+        <translation>das Archiv stimmt nicht mit dem Katalog überein</translation>
     </message>
     <message>
-        <source>it unpacks to too much for its size</source>
-        <translation>entpackt ist es zu groß für seine Größe</translation>
+        <source>its unpacked contents are too large for the size of the archive</source>
+        <translation>der entpackte Inhalt ist im Verhältnis zur Größe des Archivs zu groß</translation>
     </message>
     <message>
-        <source>the entry lies in something that is no folder</source>
+        <source>the entry is inside something that is not a folder</source>
         <translation>der Eintrag liegt in etwas, das kein Ordner ist</translation>
     </message>
     <message>
@@ -297,7 +297,7 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
     </message>
     <message>
         <source>The downloaded file cannot be saved: %1</source>
-        <translation>Die geladene Datei kann nicht gespeichert werden: %1</translation>
+        <translation>Die heruntergeladene Datei kann nicht gespeichert werden: %1</translation>
     </message>
     <message>
         <source>Server responded with HTTP code: %1.</source>
@@ -325,7 +325,7 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
     </message>
     <message>
         <source>There is critical update of Tolvane Brevok application.</source>
-        <translation>Es gibt ein wichtiges Update für Tolvane Brevok.</translation>
+        <translation>Es gibt ein kritisches Update für Tolvane Brevok.</translation>
     </message>
     <message>
         <source>Unexpected server response.</source>
@@ -333,15 +333,15 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
     </message>
     <message>
         <source>The server redirected the request to another server.</source>
-        <translation>Der Server leitete die Anfrage an einen anderen Server weiter.</translation>
+        <translation>Der Server hat die Anfrage an einen anderen Server umgeleitet.</translation>
     </message>
     <message>
         <source>The server redirected the request in a way that would lose it.</source>
-        <translation>Der Server leitete die Anfrage so weiter, dass sie verloren ginge.</translation>
+        <translation>Der Server hat die Anfrage so umgeleitet, dass sie verloren ginge.</translation>
     </message>
     <message>
         <source>The server redirected the request to an address that is not secure.</source>
-        <translation>Der Server leitete die Anfrage an eine Adresse weiter, die nicht sicher ist.</translation>
+        <translation>Der Server hat die Anfrage an eine Adresse umgeleitet, die nicht sicher ist.</translation>
     </message>
     <message>
         <source>The server sent more data than expected.</source>
@@ -360,10 +360,6 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
 Server might be temporarily inaccessible.</source>
         <translation>Die angeforderte Ressource wurde nicht gefunden.
 Der Server ist möglicherweise vorübergehend nicht erreichbar.</translation>
-    </message>
-    <message>
-        <source>Server responded with HTTP code: </source>
-        <translation>Der Server antwortete mit HTTP-Code: </translation>
     </message>
     <message>
         <source>continue</source>
@@ -415,7 +411,7 @@ Der Server ist möglicherweise vorübergehend nicht erreichbar.</translation>
     </message>
     <message>
         <source>see other</source>
-        <translation>siehe anderswo</translation>
+        <translation>siehe andere Adresse</translation>
     </message>
     <message>
         <source>not modified</source>
@@ -586,15 +582,15 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Zu viele HTTP-Umleitungen.</translation>
     </message>
     <message>
-        <source>A secure connection to the server cannot be made: %1</source>
-        <translation>Es kann keine sichere Verbindung zum Server aufgebaut werden: %1</translation>
+        <source>A secure connection to the server could not be established: %1</source>
+        <translation>Es konnte keine sichere Verbindung zum Server aufgebaut werden: %1</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>
         <translation>Die Übertragung ist fehlgeschlagen: %1</translation>
     </message>
     <message>
-        <source>The certificate of the server is not trusted: %1</source>
+        <source>The server&apos;s certificate is not trusted: %1</source>
         <translation>Dem Zertifikat des Servers wird nicht vertraut: %1</translation>
     </message>
     <message>
@@ -631,7 +627,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>%1 is in progress</source>
-        <translation>%1 ist in Arbeit</translation>
+        <translation>%1 wird bearbeitet</translation>
     </message>
     <message>
         <source>Download of %1</source>
@@ -639,7 +635,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>%1 %2</source>
-        <translation>%1 %2</translation>
+        <translation>%1: %2</translation>
     </message>
     <message>
         <source>Check for Plug-In Updates</source>
@@ -647,7 +643,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Check for Application Update…</source>
-        <translation>Nach App-Update suchen …</translation>
+        <translation>Nach Programm-Update suchen …</translation>
     </message>
     <message>
         <source>My Account</source>
@@ -655,11 +651,11 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Preferences…</source>
-        <translation>Einstellungen …</translation>
+        <translation>Einstellungen …</translation>
     </message>
     <message>
-        <source>Reload Images</source>
-        <translation>Bilder neu laden</translation>
+        <source>Reload Icons</source>
+        <translation>Symbole neu laden</translation>
     </message>
     <message>
         <source>Help</source>
@@ -667,7 +663,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Report a Bug…</source>
-        <translation>Fehler melden …</translation>
+        <translation>Fehler melden …</translation>
     </message>
     <message>
         <source>About Tolvane Brevok</source>
@@ -675,7 +671,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Quit…</source>
-        <translation>Beenden …</translation>
+        <translation>Beenden …</translation>
     </message>
     <message>
         <source>Tolvane Brevok</source>
@@ -683,7 +679,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Are you sure you want to quit</source>
-        <translation>Möchten Sie wirklich beenden</translation>
+        <translation>Möchten Sie Tolvane Brevok wirklich beenden?</translation>
     </message>
     <message>
         <source>Tolvane Brevok needs to be running to keep the Plug-Ins active.</source>
@@ -711,14 +707,14 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Settings</source>
-        <translation>Optionen</translation>
+        <translation>Allgemein</translation>
     </message>
     <message>
-        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <source>Sign in to install Plug-Ins with this account and to keep them up to date.</source>
         <translation>Melden Sie sich an, um Plug-Ins mit diesem Konto zu installieren und aktuell zu halten.</translation>
     </message>
     <message>
-        <source>&amp;E-mail:</source>
+        <source>&amp;Email:</source>
         <translation>&amp;E-Mail:</translation>
     </message>
     <message>
@@ -727,22 +723,22 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Create Account…</source>
-        <translation>Konto erstellen …</translation>
+        <translation>Konto erstellen …</translation>
     </message>
     <message>
         <source>Start at &amp;login</source>
-        <translation>Bei der &amp;Anmeldung starten</translation>
+        <translation>Beim &amp;Anmelden am Computer starten</translation>
     </message>
     <message>
         <source>Show &amp;notifications</source>
-        <translation>&amp;Mitteilungen zeigen</translation>
+        <translation>&amp;Benachrichtigungen anzeigen</translation>
     </message>
     <message>
         <source>&amp;Check for new versions of this application</source>
         <translation>Nach neuen &amp;Versionen dieses Programms suchen</translation>
     </message>
     <message>
-        <source>&amp;Update plug-ins automatically</source>
+        <source>&amp;Update Plug-Ins automatically</source>
         <translation>Plug-Ins automatisch akt&amp;ualisieren</translation>
     </message>
     <message>
@@ -750,20 +746,20 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Ausführliches &amp;Protokoll schreiben</translation>
     </message>
     <message>
-        <source>Your administrator decides this setting.</source>
-        <translation>Diese Einstellung bestimmt Ihr Administrator.</translation>
+        <source>This setting is managed by your administrator.</source>
+        <translation>Diese Einstellung wird von Ihrem Administrator verwaltet.</translation>
     </message>
     <message>
-        <source>Plug-ins are installed into the enabled folders.</source>
+        <source>Plug-Ins are installed into the enabled folders.</source>
         <translation>Plug-Ins werden in die aktivierten Ordner installiert.</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
-        <translation>InDesign oder InCopy wurde nicht gefunden. Fügen Sie den Plug-Ins-Ordner des Programms hinzu.</translation>
+        <source>Neither InDesign nor InCopy was found. Add the Plug-Ins folder of the application.</source>
+        <translation>Weder InDesign noch InCopy wurde gefunden. Fügen Sie den Plug-Ins-Ordner des Programms hinzu.</translation>
     </message>
     <message>
         <source>&amp;Add…</source>
-        <translation>&amp;Hinzufügen …</translation>
+        <translation>&amp;Hinzufügen …</translation>
     </message>
     <message>
         <source>&amp;Remove</source>
@@ -783,7 +779,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>&amp;Browse…</source>
-        <translation>&amp;Durchsuchen …</translation>
+        <translation>&amp;Durchsuchen …</translation>
     </message>
     <message>
         <source>&amp;Application:</source>
@@ -803,7 +799,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Contacting the service…</source>
-        <translation>Verbindung zum Dienst …</translation>
+        <translation>Verbindung zum Dienst wird aufgebaut …</translation>
     </message>
     <message>
         <source>Signed in as %1.</source>
@@ -819,31 +815,31 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Checking for updates…</source>
-        <translation>Suche nach Updates …</translation>
+        <translation>Suche nach Updates …</translation>
     </message>
     <message>
         <source>Downloading %1 of %2 GB</source>
-        <translation>Lade %1 von %2 GB</translation>
+        <translation>Download: %1 von %2 GB</translation>
     </message>
     <message>
         <source>Downloading %1 GB</source>
-        <translation>Lade %1 GB</translation>
+        <translation>Download: %1 GB</translation>
     </message>
     <message>
         <source>Downloading %1 of %2 MB</source>
-        <translation>Lade %1 von %2 MB</translation>
+        <translation>Download: %1 von %2 MB</translation>
     </message>
     <message>
         <source>Downloading %1 MB</source>
-        <translation>Lade %1 MB</translation>
+        <translation>Download: %1 MB</translation>
     </message>
     <message>
-        <source>Downloading %1 of %2 KB</source>
-        <translation>Lade %1 von %2 KB</translation>
+        <source>Downloading %1 of %2 kB</source>
+        <translation>Download: %1 von %2 kB</translation>
     </message>
     <message>
-        <source>Downloading %1 KB</source>
-        <translation>Lade %1 KB</translation>
+        <source>Downloading %1 kB</source>
+        <translation>Download: %1 kB</translation>
     </message>
     <message>
         <source>Install</source>
@@ -858,8 +854,8 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Aktuell</translation>
     </message>
     <message>
-        <source>No build for your applications</source>
-        <translation>Keine Fassung für Ihre Programme</translation>
+        <source>Not available for your applications</source>
+        <translation>Keine Version für Ihre Programme</translation>
     </message>
     <message>
         <source>Partly installed</source>
@@ -871,22 +867,22 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Working…</source>
-        <translation>In Arbeit …</translation>
+        <translation>In Arbeit …</translation>
     </message>
     <message>
         <source>Installing…</source>
-        <translation>Installiere …</translation>
+        <translation>Wird installiert …</translation>
     </message>
     <message>
         <source>Sign in</source>
         <translation>Anmelden</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Ihr Konto bringt Ihre Plug-Ins zu InDesign und InCopy.</translation>
+        <source>With your account, your Plug-Ins are ready in InDesign and InCopy.</source>
+        <translation>Mit Ihrem Konto erhalten Sie Ihre Plug-Ins in InDesign und InCopy.</translation>
     </message>
     <message>
-        <source>&amp;E-mail address</source>
+        <source>&amp;Email address</source>
         <translation>&amp;E-Mail-Adresse</translation>
     </message>
     <message>
@@ -894,7 +890,7 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>&amp;Passwort</translation>
     </message>
     <message>
-        <source>E-mail address</source>
+        <source>Email address</source>
         <translation>E-Mail-Adresse</translation>
     </message>
     <message>
@@ -903,7 +899,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Contacting the service</source>
-        <translation>Verbindung zum Dienst</translation>
+        <translation>Verbindung zum Dienst wird aufgebaut</translation>
     </message>
     <message>
         <source>Options</source>
@@ -918,12 +914,12 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Sie sind abgemeldet</translation>
     </message>
     <message>
-        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <source>Sign in to install your Plug-Ins and keep them up to date.</source>
         <translation>Melden Sie sich an, um Ihre Plug-Ins zu installieren und aktuell zu halten.</translation>
     </message>
     <message>
         <source>Sign In…</source>
-        <translation>Anmelden …</translation>
+        <translation>Anmelden …</translation>
     </message>
     <message>
         <source>No network connection</source>
@@ -938,40 +934,40 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Erneut versuchen</translation>
     </message>
     <message>
-        <source>The service does not answer</source>
+        <source>The service is not responding</source>
         <translation>Der Dienst antwortet nicht</translation>
     </message>
     <message>
-        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
+        <source>No response since %1. Your installed Plug-Ins keep working.</source>
         <translation>Keine Antwort seit %1. Ihre installierten Plug-Ins funktionieren weiter.</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy found</source>
-        <translation>InDesign oder InCopy nicht gefunden</translation>
+        <source>InDesign and InCopy not found</source>
+        <translation>Weder InDesign noch InCopy gefunden</translation>
     </message>
     <message>
-        <source>Choose the applications that Plug-Ins shall go into.</source>
-        <translation>Wählen Sie die Programme, in die Plug-Ins installiert werden sollen.</translation>
+        <source>Choose the applications to install Plug-Ins into.</source>
+        <translation>Wählen Sie die Programme für Ihre Plug-Ins.</translation>
     </message>
     <message>
         <source>Choose Applications…</source>
-        <translation>Programme wählen …</translation>
+        <translation>Programme wählen …</translation>
     </message>
     <message>
         <source>Loading Plug-Ins…</source>
-        <translation>Plug-Ins werden geladen …</translation>
+        <translation>Plug-Ins werden geladen …</translation>
     </message>
     <message>
-        <source>The list is being fetched from the service.</source>
-        <translation>Die Liste wird vom Dienst geholt.</translation>
+        <source>The list is being loaded from the service.</source>
+        <translation>Die Liste wird vom Dienst geladen.</translation>
     </message>
     <message>
         <source>No Plug-Ins yet</source>
         <translation>Noch keine Plug-Ins</translation>
     </message>
     <message>
-        <source>The service lists no Plug-Ins for this account.</source>
-        <translation>Der Dienst führt keine Plug-Ins für dieses Konto.</translation>
+        <source>No Plug-Ins are available for this account.</source>
+        <translation>Für dieses Konto sind keine Plug-Ins verfügbar.</translation>
     </message>
     <message>
         <source>Check Again</source>
@@ -995,7 +991,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Other…</source>
-        <translation>Anderer …</translation>
+        <translation>Anderer …</translation>
     </message>
     <message>
         <source>None</source>
@@ -1006,15 +1002,15 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Plug-Ins-Ordner wählen</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no absolute path.</source>
+        <source>&apos;%1&apos; is not an absolute path.</source>
         <translation>„%1“ ist kein absoluter Pfad.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
-        <translation>„%1“ ist keine Version: Gemeint ist die Version der Anwendung mal zehn, von %2 bis %3, etwa 140 für 14.0.</translation>
+        <source>&apos;%1&apos; is not a version: enter the application&apos;s version times ten, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>„%1“ ist keine Version: Geben Sie die Version des Programms mal zehn an, von %2 bis %3, zum Beispiel 140 für 14.0.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
+        <source>&apos;%1&apos; is not responding. Try again when its disk or server responds.</source>
         <translation>„%1“ antwortet nicht. Versuchen Sie es erneut, wenn der Datenträger oder Server wieder antwortet.</translation>
     </message>
     <message>
@@ -1022,16 +1018,16 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Es gibt keinen Ordner „%1“.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no folder.</source>
+        <source>&apos;%1&apos; is not a folder.</source>
         <translation>„%1“ ist kein Ordner.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
-        <translation>„%1“ ist die Wurzel des Dateisystems und kein Ordner für Plug-Ins.</translation>
+        <source>&apos;%1&apos; is the root of the file system, which cannot be used as a Plug-Ins folder.</source>
+        <translation>„%1“ ist die Wurzel des Dateisystems und kann nicht als Plug-Ins-Ordner verwendet werden.</translation>
     </message>
     <message>
         <source>Checking the folder…</source>
-        <translation>Ordner wird geprüft …</translation>
+        <translation>Ordner wird geprüft …</translation>
     </message>
     <message>
         <source>Invalid Plug-Ins path selected!</source>
@@ -1055,7 +1051,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Checking the connection…</source>
-        <translation>Verbindung wird geprüft…</translation>
+        <translation>Verbindung wird geprüft …</translation>
     </message>
     <message>
         <source>Close</source>
@@ -1067,7 +1063,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Gathering the report…</source>
-        <translation>Bericht wird zusammengestellt…</translation>
+        <translation>Bericht wird zusammengestellt …</translation>
     </message>
     <message>
         <source>Invalid email address!</source>
@@ -1111,7 +1107,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Sending the report…</source>
-        <translation>Bericht wird gesendet…</translation>
+        <translation>Bericht wird gesendet …</translation>
     </message>
     <message>
         <source>Server response: %1
@@ -1130,12 +1126,12 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Vielen Dank, dass Sie dieses Problem gemeldet haben.</translation>
     </message>
     <message>
-        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
-        <translation>Der Zustand, die Protokolle und die neuesten Absturzberichte dieser Anwendung werden mitgesendet.</translation>
+        <source>The application&apos;s state, its logs and its latest crash reports are included.</source>
+        <translation>Der Zustand, die Protokolle und die neuesten Absturzberichte dieses Programms werden mitgesendet.</translation>
     </message>
     <message>
-        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
-        <translation>Dies ist alles, was der Dienst erhält, wenn Sie den Bericht jetzt senden (%1 Bytes).</translation>
+        <source>This is everything that is sent if you send the report now (%1 bytes).</source>
+        <translation>Dies ist alles, was gesendet wird, wenn Sie den Bericht jetzt senden (%1 Bytes).</translation>
     </message>
     <message>
         <source>Tolvane Brevok servers are unreachable.</source>
@@ -1162,12 +1158,12 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Was gesendet wird</translation>
     </message>
     <message>
-        <source>Your &amp;e-mail address:</source>
+        <source>Your &amp;email address:</source>
         <translation>Ihre &amp;E-Mail-Adresse:</translation>
     </message>
     <message>
         <source>Software Update</source>
-        <translation>Softwareaktualisierung</translation>
+        <translation>Softwareupdate</translation>
     </message>
     <message>
         <source>Release notes</source>
@@ -1199,7 +1195,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Downloading version %1…</source>
-        <translation>Version %1 wird geladen …</translation>
+        <translation>Version %1 wird heruntergeladen …</translation>
     </message>
     <message>
         <source>%1 of %2</source>
@@ -1207,11 +1203,11 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Verifying version %1…</source>
-        <translation>Version %1 wird geprüft …</translation>
+        <translation>Version %1 wird geprüft …</translation>
     </message>
     <message>
         <source>Installing version %1…</source>
-        <translation>Version %1 wird installiert …</translation>
+        <translation>Version %1 wird installiert …</translation>
     </message>
     <message>
         <source>The system may ask for an administrator's password.</source>
@@ -1230,20 +1226,20 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>Version %1 wurde nicht installiert.</translation>
     </message>
     <message>
-        <source>Updates of Tolvane Brevok could not be looked for.</source>
-        <translation>Nach Updates von Tolvane Brevok konnte nicht gesucht werden.</translation>
+        <source>Could not check for updates to Tolvane Brevok.</source>
+        <translation>Es konnte nicht nach Updates für Tolvane Brevok gesucht werden.</translation>
     </message>
     <message>
         <source>Tolvane Brevok is up to date.</source>
         <translation>Tolvane Brevok ist auf dem neuesten Stand.</translation>
     </message>
     <message>
-        <source>You have version %1, the newest there is.</source>
-        <translation>Sie haben Version %1, die neueste, die es gibt.</translation>
+        <source>Version %1 is the latest version.</source>
+        <translation>Version %1 ist die neueste Version.</translation>
     </message>
     <message>
-        <source>Update check is not available in this build.</source>
-        <translation>In dieser Ausgabe kann nicht nach Updates gesucht werden.</translation>
+        <source>This version cannot check for updates.</source>
+        <translation>Diese Version kann nicht nach Updates suchen.</translation>
     </message>
     <message>
         <source>The description of available updates cannot be read.</source>
@@ -1267,11 +1263,11 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>The downloaded file cannot be read: %1</source>
-        <translation>Die geladene Datei kann nicht gelesen werden: %1</translation>
+        <translation>Die heruntergeladene Datei kann nicht gelesen werden: %1</translation>
     </message>
     <message>
         <source>The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and the file was removed.</source>
-        <translation>Das geladene Update ist nicht die Version %1 von Tolvane Brevok. Es wurde nicht installiert, und die Datei wurde gelöscht.</translation>
+        <translation>Das heruntergeladene Update ist nicht die Version %1 von Tolvane Brevok. Es wurde nicht installiert, und die Datei wurde gelöscht.</translation>
     </message>
     <message>
         <source>This copy cannot update itself. You can get the new version at %1.</source>
@@ -1279,62 +1275,62 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
-        <translation>Das geladene Update ist nicht vom Hersteller von Tolvane Brevok signiert. Es wurde nicht installiert, und die Datei wurde gelöscht.</translation>
+        <translation>Das heruntergeladene Update ist nicht vom Hersteller von Tolvane Brevok signiert. Es wurde nicht installiert, und die Datei wurde gelöscht.</translation>
     </message>
     <message>
-        <source>The software service of this system (PackageKit) is not available.</source>
-        <translation>Der Softwaredienst dieses Systems (PackageKit) ist nicht verfügbar.</translation>
+        <source>The system&apos;s software service (PackageKit) is not available.</source>
+        <translation>Der Softwaredienst des Systems (PackageKit) ist nicht verfügbar.</translation>
     </message>
     <message>
-        <source>The software service of this system did not install the package: %1</source>
-        <translation>Der Softwaredienst dieses Systems hat das Paket nicht installiert: %1</translation>
+        <source>The system&apos;s software service did not install the package: %1</source>
+        <translation>Der Softwaredienst des Systems hat das Paket nicht installiert: %1</translation>
     </message>
     <message>
-        <source>The software service of this system ended before it had installed the package.</source>
-        <translation>Der Softwaredienst dieses Systems wurde beendet, bevor das Paket installiert war.</translation>
+        <source>The system&apos;s software service stopped before the package was installed.</source>
+        <translation>Der Softwaredienst des Systems wurde beendet, bevor das Paket installiert war.</translation>
     </message>
     <message>
         <source>The installation was cancelled.</source>
         <translation>Die Installation wurde abgebrochen.</translation>
     </message>
     <message>
-        <source>Could not take the file &quot;%1&quot;</source>
-        <translation>Die Datei „%1“ konnte nicht übernommen werden</translation>
+        <source>Could not read the file &quot;%1&quot;</source>
+        <translation>Die Datei „%1“ konnte nicht gelesen werden</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>
         <translation>„%1“ konnte nicht geschrieben werden</translation>
     </message>
     <message>
-        <source>The privileged helper does not answer.</source>
+        <source>The privileged helper is not responding.</source>
         <translation>Das Hilfsprogramm mit Systemrechten antwortet nicht.</translation>
     </message>
     <message>
-        <source>An administrator has to agree to this, and did not.</source>
-        <translation>Dem muss ein Administrator zustimmen; das ist nicht geschehen.</translation>
+        <source>Administrator approval is required and was not given.</source>
+        <translation>Die Zustimmung eines Administrators ist erforderlich und wurde nicht erteilt.</translation>
     </message>
     <message>
-        <source>The set-up of the privileged helper ended without an answer.</source>
-        <translation>Die Einrichtung des Hilfsprogramms mit Systemrechten endete ohne Antwort.</translation>
+        <source>Setting up the privileged helper ended without a result.</source>
+        <translation>Die Einrichtung des Hilfsprogramms mit Systemrechten endete ohne Ergebnis.</translation>
     </message>
     <message>
-        <source>The privileged helper was installed, but does not start.</source>
+        <source>The privileged helper was installed but does not start.</source>
         <translation>Das Hilfsprogramm mit Systemrechten wurde installiert, startet aber nicht.</translation>
     </message>
     <message>
-        <source>The catalogue&apos;s checksum of it cannot be read.</source>
+        <source>The checksum in the catalogue cannot be read.</source>
         <translation>Die Prüfsumme im Katalog ist nicht lesbar.</translation>
     </message>
     <message>
-        <source>The download is not what the catalogue announced.</source>
-        <translation>Der Download ist nicht das, was der Katalog angekündigt hat.</translation>
+        <source>The download does not match the catalogue.</source>
+        <translation>Der Download stimmt nicht mit dem Katalog überein.</translation>
     </message>
     <message>
         <source>%1 (and %2 more)</source>
         <translation>%1 (und %2 weitere)</translation>
     </message>
     <message>
-        <source>it is not known why</source>
+        <source>the reason is not known</source>
         <translation>der Grund ist nicht bekannt</translation>
     </message>
     <message>
@@ -1350,8 +1346,18 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>es ist aktuell</translation>
     </message>
     <message>
-        <source>something else stands where the folder was</source>
+        <source>something else has taken the folder&apos;s place</source>
         <translation>an der Stelle des Ordners steht etwas anderes</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>what failed, and why</comment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>why something failed, and the details</comment>
+        <translation>%1 (%2)</translation>
     </message>
 </context>
 </TS>

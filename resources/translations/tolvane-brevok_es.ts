@@ -13,14 +13,14 @@
     </message>
     <message>
         <source>Only one copy can be run at a time. Quit running Tolvane Brevok to run this copy of Tolvane Brevok application.</source>
-        <translation>Solo se puede ejecutar una copia a la vez. Salga de Tolvane Brevok para ejecutar esta copia de Tolvane Brevok.</translation>
+        <translation>Solo se puede ejecutar una copia a la vez. Salga de la copia de Tolvane Brevok en ejecución para abrir esta.</translation>
     </message>
     <message>
         <source>Tolvane Brevok cannot store its data</source>
         <translation>Tolvane Brevok no puede guardar sus datos</translation>
     </message>
     <message>
-        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
+        <source>Changes are kept in memory and stored as soon as possible. Reason: %1</source>
         <translation>Los cambios quedan en la memoria y se guardarán en cuanto sea posible. Motivo: %1</translation>
     </message>
     <message>
@@ -28,8 +28,8 @@
         <translation>Los datos guardados de Tolvane Brevok estaban dañados</translation>
     </message>
     <message>
-        <source>What could be read is in use. The damaged file was kept as %1.</source>
-        <translation>Se usa lo que se pudo leer. El archivo dañado se conservó como %1.</translation>
+        <source>Everything that could be read is in use. The damaged file was kept as %1.</source>
+        <translation>Se usa todo lo que se pudo leer. El archivo dañado se conservó como %1.</translation>
     </message>
     <message>
         <source>Failed to update Products data</source>
@@ -45,7 +45,7 @@
     </message>
     <message>
         <source>Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session.</source>
-        <translation>Es probable que Tolvane Brevok se bloqueara o se forzara su salida. Quedan instalaciones o desinstalaciones sin terminar de la sesión anterior.</translation>
+        <translation>Es probable que Tolvane Brevok se cerrara de forma inesperada o que se forzara su cierre. Quedan instalaciones o desinstalaciones sin terminar de la sesión anterior.</translation>
     </message>
     <message>
         <source>Discard Actions</source>
@@ -61,7 +61,7 @@
     </message>
     <message>
         <source>You&apos;re up-to-date!</source>
-        <translation>¡Todo está actualizado!</translation>
+        <translation>¡Todo está al día!</translation>
     </message>
     <message>
         <source>There are no new Plug-In updates available.</source>
@@ -73,7 +73,7 @@
     </message>
     <message>
         <source>%1 Plug-In update is available.</source>
-        <translation>Hay %1 actualización de plug-in disponible.</translation>
+        <translation>Hay una actualización disponible del plug-in %1.</translation>
     </message>
     <message>
         <source>Plug-In updates available!</source>
@@ -108,7 +108,7 @@
         <translation>Error: %1</translation>
     </message>
     <message>
-        <source>The folder %1 could not be made.</source>
+        <source>The folder %1 could not be created.</source>
         <translation>No se pudo crear la carpeta %1.</translation>
     </message>
     <message>
@@ -117,10 +117,10 @@
     </message>
     <message>
         <source>Failed to download %1, from %2</source>
-        <translation>No se pudo descargar %1 de %2</translation>
+        <translation>No se pudo descargar %1 desde %2</translation>
     </message>
     <message>
-        <source>The plug-in name “%1” cannot be used as a file name.</source>
+        <source>The plug-in name &quot;%1&quot; cannot be used as a file name.</source>
         <translation>El nombre de plug-in «%1» no se puede usar como nombre de archivo.</translation>
     </message>
     <message>
@@ -176,24 +176,24 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>No se pudieron cambiar el propietario y los permisos de «%1»</translation>
     </message>
     <message>
-        <source>an entry is larger than it claims (%1)</source>
-        <translation>una entrada es mayor de lo que declara (%1)</translation>
+        <source>an entry is larger than its stated size (%1)</source>
+        <translation>una entrada supera el tamaño indicado (%1)</translation>
     </message>
     <message>
         <source>Could not unpack &quot;%1&quot; into &quot;%2&quot;</source>
         <translation>No se pudo extraer «%1» en «%2»</translation>
     </message>
     <message>
-        <source>it is no zip archive</source>
+        <source>it is not a zip archive</source>
         <translation>no es un archivo zip</translation>
     </message>
     <message>
-        <source>the library that reads archives is missing</source>
-        <translation>falta la biblioteca que lee los archivos comprimidos</translation>
+        <source>the library for archives is missing</source>
+        <translation>falta la biblioteca para archivos comprimidos</translation>
     </message>
     <message>
-        <source>the library that speaks HTTP is missing</source>
-        <translation>falta la biblioteca que habla HTTP</translation>
+        <source>the library for HTTP is missing</source>
+        <translation>falta la biblioteca para HTTP</translation>
     </message>
     <message>
         <source>it has more than %1 entries</source>
@@ -208,28 +208,28 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>el nombre de la entrada no es relativo</translation>
     </message>
     <message>
-        <source>the entry leads out of the folder</source>
-        <translation>la entrada lleva fuera de la carpeta</translation>
+        <source>the entry points outside the folder</source>
+        <translation>la entrada apunta fuera de la carpeta</translation>
     </message>
     <message>
         <source>the name of the entry is too long</source>
         <translation>el nombre de la entrada es demasiado largo</translation>
     </message>
     <message>
-        <source>the entry is too deep</source>
-        <translation>la entrada está a demasiada profundidad</translation>
+        <source>the entry is nested too deeply</source>
+        <translation>la entrada está anidada a demasiada profundidad</translation>
     </message>
     <message>
         <source>the entry is encrypted</source>
         <translation>la entrada está cifrada</translation>
     </message>
     <message>
-        <source>the entry would run as another user</source>
-        <translation>la entrada se ejecutaría como otro usuario</translation>
+        <source>the entry would run with another user&apos;s rights</source>
+        <translation>la entrada se ejecutaría con los permisos de otro usuario</translation>
     </message>
     <message>
-        <source>the entry is a link that leads elsewhere</source>
-        <translation>la entrada es un enlace que lleva a otro lugar</translation>
+        <source>the entry is a link that points outside the folder</source>
+        <translation>la entrada es un enlace que apunta fuera de la carpeta</translation>
     </message>
     <message>
         <source>it has too many links</source>
@@ -240,7 +240,7 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>la entrada no es ni un archivo ni una carpeta</translation>
     </message>
     <message>
-        <source>it unpacks to too much</source>
+        <source>its unpacked contents are too large</source>
         <translation>su contenido extraído es demasiado grande</translation>
     </message>
     <message>
@@ -260,7 +260,7 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>el disco comunica un error</translation>
     </message>
     <message>
-        <source>the folder is not there any more</source>
+        <source>the folder no longer exists</source>
         <translation>la carpeta ya no existe</translation>
     </message>
     <message>
@@ -272,7 +272,7 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>se rechaza el archivo comprimido: %1</translation>
     </message>
     <message>
-        <source>the archive holds no %1</source>
+        <source>the archive contains no %1</source>
         <translation>el archivo comprimido no contiene %1</translation>
     </message>
     <message>
@@ -280,15 +280,15 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>el archivo comprimido está dañado</translation>
     </message>
     <message>
-        <source>the archive is not the one that the catalogue lists</source>
-        <translation>el archivo comprimido no es el que figura en el catálogo</translation>
+        <source>the archive does not match the catalogue</source>
+        <translation>el archivo comprimido no coincide con el catálogo</translation>
     </message>
     <message>
-        <source>it unpacks to too much for its size</source>
-        <translation>su contenido extraído es demasiado grande para su tamaño</translation>
+        <source>its unpacked contents are too large for the size of the archive</source>
+        <translation>su contenido extraído es demasiado grande en relación con el tamaño del archivo comprimido</translation>
     </message>
     <message>
-        <source>the entry lies in something that is no folder</source>
+        <source>the entry is inside something that is not a folder</source>
         <translation>la entrada está en algo que no es una carpeta</translation>
     </message>
     <message>
@@ -313,7 +313,7 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>Network is unreachable. Is your internet connection down?</source>
-        <translation>No se puede acceder a la red. ¿Se ha interrumpido su conexión a Internet?</translation>
+        <translation>No se puede acceder a la red. ¿Se interrumpió su conexión a Internet?</translation>
     </message>
     <message>
         <source>Connection Error</source>
@@ -362,10 +362,6 @@ Server might be temporarily inaccessible.</source>
 Es posible que el servidor no esté accesible temporalmente.</translation>
     </message>
     <message>
-        <source>Server responded with HTTP code: </source>
-        <translation>El servidor respondió con el código HTTP: </translation>
-    </message>
-    <message>
         <source>continue</source>
         <translation>continuar</translation>
     </message>
@@ -387,7 +383,7 @@ Es posible que el servidor no esté accesible temporalmente.</translation>
     </message>
     <message>
         <source>non-authoritative information</source>
-        <translation>información no autorizada</translation>
+        <translation>información no autoritativa</translation>
     </message>
     <message>
         <source>no content</source>
@@ -415,7 +411,7 @@ Es posible que el servidor no esté accesible temporalmente.</translation>
     </message>
     <message>
         <source>see other</source>
-        <translation>ver otro</translation>
+        <translation>ver otra dirección</translation>
     </message>
     <message>
         <source>not modified</source>
@@ -548,13 +544,13 @@ Es posible que el servidor no esté accesible temporalmente.</translation>
     <message>
         <source>Invalid session Id. You have been logged out!
 Please try to sign-in again.</source>
-        <translation>El id. de sesión no es válido. ¡Se ha cerrado su sesión!
+        <translation>El identificador de sesión no es válido. ¡Se cerró su sesión!
 Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>Security Violation Error. You have been logged out!
 Please try to sign-in again.</source>
-        <translation>Error de infracción de seguridad. ¡Se ha cerrado su sesión!
+        <translation>Error: infracción de seguridad. ¡Se cerró su sesión!
 Vuelva a iniciar sesión.</translation>
     </message>
     <message>
@@ -586,15 +582,15 @@ Vuelva a iniciar sesión.</translation>
         <translation>Demasiadas redirecciones HTTP.</translation>
     </message>
     <message>
-        <source>A secure connection to the server cannot be made: %1</source>
-        <translation>No se puede establecer una conexión segura con el servidor: %1</translation>
+        <source>A secure connection to the server could not be established: %1</source>
+        <translation>No se pudo establecer una conexión segura con el servidor: %1</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>
         <translation>La transferencia falló: %1</translation>
     </message>
     <message>
-        <source>The certificate of the server is not trusted: %1</source>
+        <source>The server&apos;s certificate is not trusted: %1</source>
         <translation>El certificado del servidor no es de confianza: %1</translation>
     </message>
     <message>
@@ -631,7 +627,7 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>%1 is in progress</source>
-        <translation>%1 está en curso</translation>
+        <translation>Procesando %1</translation>
     </message>
     <message>
         <source>Download of %1</source>
@@ -639,7 +635,7 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>%1 %2</source>
-        <translation>%1 %2</translation>
+        <translation>%1: %2</translation>
     </message>
     <message>
         <source>Check for Plug-In Updates</source>
@@ -658,8 +654,8 @@ Vuelva a iniciar sesión.</translation>
         <translation>Preferencias…</translation>
     </message>
     <message>
-        <source>Reload Images</source>
-        <translation>Volver a cargar las imágenes</translation>
+        <source>Reload Icons</source>
+        <translation>Volver a cargar los iconos</translation>
     </message>
     <message>
         <source>Help</source>
@@ -714,16 +710,16 @@ Vuelva a iniciar sesión.</translation>
         <translation>Ajustes</translation>
     </message>
     <message>
-        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <source>Sign in to install Plug-Ins with this account and to keep them up to date.</source>
         <translation>Inicie sesión para instalar plug-ins con esta cuenta y mantenerlos al día.</translation>
     </message>
     <message>
-        <source>&amp;E-mail:</source>
+        <source>&amp;Email:</source>
         <translation>Correo &amp;electrónico:</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation>C&amp;ontraseña:</translation>
+        <translation>&amp;Contraseña:</translation>
     </message>
     <message>
         <source>Create Account…</source>
@@ -731,7 +727,7 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>Start at &amp;login</source>
-        <translation>&amp;Abrir al iniciar sesión</translation>
+        <translation>&amp;Abrir al iniciar sesión en el equipo</translation>
     </message>
     <message>
         <source>Show &amp;notifications</source>
@@ -742,23 +738,23 @@ Vuelva a iniciar sesión.</translation>
         <translation>&amp;Buscar nuevas versiones de esta aplicación</translation>
     </message>
     <message>
-        <source>&amp;Update plug-ins automatically</source>
+        <source>&amp;Update Plug-Ins automatically</source>
         <translation>Act&amp;ualizar los plug-ins automáticamente</translation>
     </message>
     <message>
         <source>Write a &amp;detailed log</source>
-        <translation>Escribir un registro &amp;detallado</translation>
+        <translation>Guardar un registro &amp;detallado</translation>
     </message>
     <message>
-        <source>Your administrator decides this setting.</source>
-        <translation>Este ajuste lo decide su administrador.</translation>
+        <source>This setting is managed by your administrator.</source>
+        <translation>Este ajuste lo gestiona su administrador.</translation>
     </message>
     <message>
-        <source>Plug-ins are installed into the enabled folders.</source>
+        <source>Plug-Ins are installed into the enabled folders.</source>
         <translation>Los plug-ins se instalan en las carpetas activadas.</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
+        <source>Neither InDesign nor InCopy was found. Add the Plug-Ins folder of the application.</source>
         <translation>No se encontró InDesign ni InCopy. Añada la carpeta Plug-Ins de la aplicación.</translation>
     </message>
     <message>
@@ -838,12 +834,12 @@ Vuelva a iniciar sesión.</translation>
         <translation>Descargando %1 MB</translation>
     </message>
     <message>
-        <source>Downloading %1 of %2 KB</source>
-        <translation>Descargando %1 de %2 KB</translation>
+        <source>Downloading %1 of %2 kB</source>
+        <translation>Descargando %1 de %2 kB</translation>
     </message>
     <message>
-        <source>Downloading %1 KB</source>
-        <translation>Descargando %1 KB</translation>
+        <source>Downloading %1 kB</source>
+        <translation>Descargando %1 kB</translation>
     </message>
     <message>
         <source>Install</source>
@@ -855,10 +851,10 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>Up To Date</source>
-        <translation>Actualizado</translation>
+        <translation>Al día</translation>
     </message>
     <message>
-        <source>No build for your applications</source>
+        <source>Not available for your applications</source>
         <translation>No hay versión para sus aplicaciones</translation>
     </message>
     <message>
@@ -882,11 +878,11 @@ Vuelva a iniciar sesión.</translation>
         <translation>Iniciar sesión</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Su cuenta lleva sus plug-ins a InDesign e InCopy.</translation>
+        <source>With your account, your Plug-Ins are ready in InDesign and InCopy.</source>
+        <translation>Con su cuenta, sus plug-ins están listos en InDesign e InCopy.</translation>
     </message>
     <message>
-        <source>&amp;E-mail address</source>
+        <source>&amp;Email address</source>
         <translation>Dirección de correo &amp;electrónico</translation>
     </message>
     <message>
@@ -894,7 +890,7 @@ Vuelva a iniciar sesión.</translation>
         <translation>&amp;Contraseña</translation>
     </message>
     <message>
-        <source>E-mail address</source>
+        <source>Email address</source>
         <translation>Dirección de correo electrónico</translation>
     </message>
     <message>
@@ -915,10 +911,10 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>You are signed out</source>
-        <translation>Ha cerrado la sesión</translation>
+        <translation>No ha iniciado sesión</translation>
     </message>
     <message>
-        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <source>Sign in to install your Plug-Ins and keep them up to date.</source>
         <translation>Inicie sesión para instalar sus plug-ins y mantenerlos al día.</translation>
     </message>
     <message>
@@ -938,20 +934,20 @@ Vuelva a iniciar sesión.</translation>
         <translation>Reintentar</translation>
     </message>
     <message>
-        <source>The service does not answer</source>
+        <source>The service is not responding</source>
         <translation>El servicio no responde</translation>
     </message>
     <message>
-        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
+        <source>No response since %1. Your installed Plug-Ins keep working.</source>
         <translation>Sin respuesta desde %1. Sus plug-ins instalados siguen funcionando.</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy found</source>
+        <source>InDesign and InCopy not found</source>
         <translation>No se encontró InDesign ni InCopy</translation>
     </message>
     <message>
-        <source>Choose the applications that Plug-Ins shall go into.</source>
-        <translation>Elija las aplicaciones en las que se instalarán los plug-ins.</translation>
+        <source>Choose the applications to install Plug-Ins into.</source>
+        <translation>Elija las aplicaciones para sus plug-ins.</translation>
     </message>
     <message>
         <source>Choose Applications…</source>
@@ -962,16 +958,16 @@ Vuelva a iniciar sesión.</translation>
         <translation>Cargando plug-ins…</translation>
     </message>
     <message>
-        <source>The list is being fetched from the service.</source>
-        <translation>Se está obteniendo la lista del servicio.</translation>
+        <source>The list is being loaded from the service.</source>
+        <translation>La lista se está cargando desde el servicio.</translation>
     </message>
     <message>
         <source>No Plug-Ins yet</source>
         <translation>Aún no hay plug-ins</translation>
     </message>
     <message>
-        <source>The service lists no Plug-Ins for this account.</source>
-        <translation>El servicio no ofrece plug-ins para esta cuenta.</translation>
+        <source>No Plug-Ins are available for this account.</source>
+        <translation>No hay plug-ins disponibles para esta cuenta.</translation>
     </message>
     <message>
         <source>Check Again</source>
@@ -1006,28 +1002,28 @@ Vuelva a iniciar sesión.</translation>
         <translation>Elegir la carpeta Plug-Ins</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no absolute path.</source>
-        <translation>&apos;%1&apos; no es una ruta absoluta.</translation>
+        <source>&apos;%1&apos; is not an absolute path.</source>
+        <translation>«%1» no es una ruta absoluta.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
-        <translation>&apos;%1&apos; no es una versión: se espera la versión de la aplicación por diez, de %2 a %3, como 140 para 14.0.</translation>
+        <source>&apos;%1&apos; is not a version: enter the application&apos;s version times ten, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>«%1» no es una versión: indique la versión de la aplicación multiplicada por diez, de %2 a %3, por ejemplo, 140 para 14.0.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
-        <translation>&apos;%1&apos; no responde. Inténtelo de nuevo cuando su disco o servidor responda.</translation>
+        <source>&apos;%1&apos; is not responding. Try again when its disk or server responds.</source>
+        <translation>«%1» no responde. Inténtelo de nuevo cuando su disco o servidor responda.</translation>
     </message>
     <message>
         <source>There is no folder &apos;%1&apos;.</source>
-        <translation>No existe la carpeta &apos;%1&apos;.</translation>
+        <translation>No existe la carpeta «%1».</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no folder.</source>
-        <translation>&apos;%1&apos; no es una carpeta.</translation>
+        <source>&apos;%1&apos; is not a folder.</source>
+        <translation>«%1» no es una carpeta.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
-        <translation>&apos;%1&apos; es la raíz del sistema de archivos, que no es una carpeta para plug-ins.</translation>
+        <source>&apos;%1&apos; is the root of the file system, which cannot be used as a Plug-Ins folder.</source>
+        <translation>«%1» es la raíz del sistema de archivos, que no se puede usar como carpeta Plug-Ins.</translation>
     </message>
     <message>
         <source>Checking the folder…</source>
@@ -1035,7 +1031,7 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>Invalid Plug-Ins path selected!</source>
-        <translation>¡La ruta Plug-Ins seleccionada no es válida!</translation>
+        <translation>¡La ruta seleccionada no es una carpeta Plug-Ins válida!</translation>
     </message>
     <message>
         <source>The path you specified doesn&apos;t look like a valid Adobe InDesign Plug-Ins folder. Do you want to use it anyway?</source>
@@ -1083,7 +1079,7 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>Please contact Tolvane support.</source>
-        <translation>Póngase en contacto con el servicio de asistencia de Tolvane.</translation>
+        <translation>Póngase en contacto con el soporte de Tolvane.</translation>
     </message>
     <message>
         <source>Please describe the problem and what were you doing when the problem came up.</source>
@@ -1130,12 +1126,12 @@ Vuelva a iniciar sesión.</translation>
         <translation>Gracias por informar de este problema.</translation>
     </message>
     <message>
-        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
+        <source>The application&apos;s state, its logs and its latest crash reports are included.</source>
         <translation>Se envían también el estado, los registros y los informes de fallos más recientes de esta aplicación.</translation>
     </message>
     <message>
-        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
-        <translation>Esto es todo lo que recibe el servicio si envía el informe ahora (%1 bytes).</translation>
+        <source>This is everything that is sent if you send the report now (%1 bytes).</source>
+        <translation>Esto es todo lo que se envía si envía el informe ahora (%1 bytes).</translation>
     </message>
     <message>
         <source>Tolvane Brevok servers are unreachable.</source>
@@ -1143,7 +1139,7 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>Tolvane support team will contact you shortly.</source>
-        <translation>El equipo de asistencia de Tolvane se pondrá en contacto con usted en breve.</translation>
+        <translation>El equipo de soporte de Tolvane se pondrá en contacto con usted en breve.</translation>
     </message>
     <message>
         <source>Unknown</source>
@@ -1155,14 +1151,14 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>What went &amp;wrong, and what were you doing when the problem came up?</source>
-        <translation>¿&amp;Qué ha fallado y qué estaba haciendo cuando se produjo el problema?</translation>
+        <translation>¿&amp;Qué falló y qué estaba haciendo cuando se produjo el problema?</translation>
     </message>
     <message>
         <source>What will be sent</source>
         <translation>Lo que se enviará</translation>
     </message>
     <message>
-        <source>Your &amp;e-mail address:</source>
+        <source>Your &amp;email address:</source>
         <translation>Su dirección de corr&amp;eo electrónico:</translation>
     </message>
     <message>
@@ -1227,23 +1223,23 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>Version %1 was not installed.</source>
-        <translation>La versión %1 no se ha instalado.</translation>
+        <translation>La versión %1 no se instaló.</translation>
     </message>
     <message>
-        <source>Updates of Tolvane Brevok could not be looked for.</source>
-        <translation>No se han podido buscar actualizaciones de Tolvane Brevok.</translation>
+        <source>Could not check for updates to Tolvane Brevok.</source>
+        <translation>No se pudieron buscar actualizaciones de Tolvane Brevok.</translation>
     </message>
     <message>
         <source>Tolvane Brevok is up to date.</source>
-        <translation>Tolvane Brevok está actualizado.</translation>
+        <translation>Tolvane Brevok está al día.</translation>
     </message>
     <message>
-        <source>You have version %1, the newest there is.</source>
-        <translation>Tiene la versión %1, la más reciente.</translation>
+        <source>Version %1 is the latest version.</source>
+        <translation>La versión %1 es la más reciente.</translation>
     </message>
     <message>
-        <source>Update check is not available in this build.</source>
-        <translation>Esta compilación no permite buscar actualizaciones.</translation>
+        <source>This version cannot check for updates.</source>
+        <translation>Esta versión no permite buscar actualizaciones.</translation>
     </message>
     <message>
         <source>The description of available updates cannot be read.</source>
@@ -1271,7 +1267,7 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and the file was removed.</source>
-        <translation>La actualización descargada no es la versión %1 de Tolvane Brevok. No se ha instalado y el archivo se ha eliminado.</translation>
+        <translation>La actualización descargada no es la versión %1 de Tolvane Brevok. No se instaló y el archivo se eliminó.</translation>
     </message>
     <message>
         <source>This copy cannot update itself. You can get the new version at %1.</source>
@@ -1279,62 +1275,62 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed.</source>
-        <translation>La actualización descargada no está firmada por el fabricante de Tolvane Brevok. No se ha instalado y el archivo se ha eliminado.</translation>
+        <translation>La actualización descargada no está firmada por el desarrollador de Tolvane Brevok. No se instaló y el archivo se eliminó.</translation>
     </message>
     <message>
-        <source>The software service of this system (PackageKit) is not available.</source>
-        <translation>El servicio de software de este sistema (PackageKit) no está disponible.</translation>
+        <source>The system&apos;s software service (PackageKit) is not available.</source>
+        <translation>El servicio de software del sistema (PackageKit) no está disponible.</translation>
     </message>
     <message>
-        <source>The software service of this system did not install the package: %1</source>
-        <translation>El servicio de software de este sistema no ha instalado el paquete: %1</translation>
+        <source>The system&apos;s software service did not install the package: %1</source>
+        <translation>El servicio de software del sistema no instaló el paquete: %1</translation>
     </message>
     <message>
-        <source>The software service of this system ended before it had installed the package.</source>
-        <translation>El servicio de software de este sistema terminó antes de instalar el paquete.</translation>
+        <source>The system&apos;s software service stopped before the package was installed.</source>
+        <translation>El servicio de software del sistema se detuvo antes de instalar el paquete.</translation>
     </message>
     <message>
         <source>The installation was cancelled.</source>
-        <translation>La instalación se ha cancelado.</translation>
+        <translation>Se canceló la instalación.</translation>
     </message>
     <message>
-        <source>Could not take the file &quot;%1&quot;</source>
-        <translation>No se pudo tomar el archivo «%1»</translation>
+        <source>Could not read the file &quot;%1&quot;</source>
+        <translation>No se pudo leer el archivo «%1»</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>
         <translation>No se pudo escribir «%1»</translation>
     </message>
     <message>
-        <source>The privileged helper does not answer.</source>
-        <translation>El auxiliar con privilegios no responde.</translation>
+        <source>The privileged helper is not responding.</source>
+        <translation>El programa auxiliar con privilegios no responde.</translation>
     </message>
     <message>
-        <source>An administrator has to agree to this, and did not.</source>
-        <translation>Un administrador debe dar su consentimiento y no lo hizo.</translation>
+        <source>Administrator approval is required and was not given.</source>
+        <translation>Se necesita la autorización de un administrador y no se obtuvo.</translation>
     </message>
     <message>
-        <source>The set-up of the privileged helper ended without an answer.</source>
-        <translation>La configuración del auxiliar con privilegios terminó sin respuesta.</translation>
+        <source>Setting up the privileged helper ended without a result.</source>
+        <translation>La configuración del programa auxiliar con privilegios terminó sin resultado.</translation>
     </message>
     <message>
-        <source>The privileged helper was installed, but does not start.</source>
-        <translation>El auxiliar con privilegios se instaló, pero no se inicia.</translation>
+        <source>The privileged helper was installed but does not start.</source>
+        <translation>El programa auxiliar con privilegios se instaló, pero no se inicia.</translation>
     </message>
     <message>
-        <source>The catalogue&apos;s checksum of it cannot be read.</source>
+        <source>The checksum in the catalogue cannot be read.</source>
         <translation>No se puede leer la suma de comprobación del catálogo.</translation>
     </message>
     <message>
-        <source>The download is not what the catalogue announced.</source>
-        <translation>La descarga no es lo que anunciaba el catálogo.</translation>
+        <source>The download does not match the catalogue.</source>
+        <translation>La descarga no coincide con el catálogo.</translation>
     </message>
     <message>
         <source>%1 (and %2 more)</source>
         <translation>%1 (y %2 más)</translation>
     </message>
     <message>
-        <source>it is not known why</source>
+        <source>the reason is not known</source>
         <translation>no se conoce el motivo</translation>
     </message>
     <message>
@@ -1347,11 +1343,21 @@ Vuelva a iniciar sesión.</translation>
     </message>
     <message>
         <source>it is up to date</source>
-        <translation>está actualizado</translation>
+        <translation>está al día</translation>
     </message>
     <message>
-        <source>something else stands where the folder was</source>
+        <source>something else has taken the folder&apos;s place</source>
         <translation>hay otra cosa en el lugar de la carpeta</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>what failed, and why</comment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>why something failed, and the details</comment>
+        <translation>%1 (%2)</translation>
     </message>
 </context>
 </TS>

@@ -13,23 +13,23 @@
     </message>
     <message>
         <source>Only one copy can be run at a time. Quit running Tolvane Brevok to run this copy of Tolvane Brevok application.</source>
-        <translation>Une seule copie peut s’exécuter à la fois. Quittez Tolvane Brevok pour lancer cette copie de Tolvane Brevok.</translation>
+        <translation>Une seule copie peut s’exécuter à la fois. Quittez la copie de Tolvane Brevok en cours d’exécution pour lancer celle-ci.</translation>
     </message>
     <message>
         <source>Tolvane Brevok cannot store its data</source>
         <translation>Tolvane Brevok ne peut pas enregistrer ses données</translation>
     </message>
     <message>
-        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
-        <translation>Les modifications restent en mémoire et seront enregistrées dès que possible. Raison : %1</translation>
+        <source>Changes are kept in memory and stored as soon as possible. Reason: %1</source>
+        <translation>Les modifications restent en mémoire et seront enregistrées dès que possible. Raison : %1</translation>
     </message>
     <message>
         <source>The stored data of Tolvane Brevok was damaged</source>
         <translation>Les données enregistrées de Tolvane Brevok étaient endommagées</translation>
     </message>
     <message>
-        <source>What could be read is in use. The damaged file was kept as %1.</source>
-        <translation>Ce qui était lisible est utilisé. Le fichier endommagé a été conservé sous %1.</translation>
+        <source>Everything that could be read is in use. The damaged file was kept as %1.</source>
+        <translation>Tout ce qui était lisible est utilisé. Le fichier endommagé a été conservé sous %1.</translation>
     </message>
     <message>
         <source>Failed to update Products data</source>
@@ -41,11 +41,11 @@
     </message>
     <message>
         <source>Installer detected one or more unfinished actions. Do you want to finish or discard those actions?</source>
-        <translation>Le programme d’installation a détecté une ou plusieurs actions inachevées. Voulez-vous terminer ou abandonner ces actions ?</translation>
+        <translation>Le programme d’installation a détecté une ou plusieurs actions inachevées. Voulez-vous terminer ou abandonner ces actions ?</translation>
     </message>
     <message>
         <source>Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session.</source>
-        <translation>Tolvane Brevok s’est probablement bloqué ou a été forcé à quitter. Des installations ou désinstallations inachevées restent de la session précédente.</translation>
+        <translation>Tolvane Brevok s’est probablement arrêté de façon inattendue ou a été fermé de force. Des installations ou désinstallations de la session précédente sont restées inachevées.</translation>
     </message>
     <message>
         <source>Discard Actions</source>
@@ -61,7 +61,7 @@
     </message>
     <message>
         <source>You&apos;re up-to-date!</source>
-        <translation>Tout est à jour !</translation>
+        <translation>Tout est à jour !</translation>
     </message>
     <message>
         <source>There are no new Plug-In updates available.</source>
@@ -69,15 +69,15 @@
     </message>
     <message>
         <source>Plug-In update available!</source>
-        <translation>Mise à jour de plug-in disponible !</translation>
+        <translation>Mise à jour de plug-in disponible !</translation>
     </message>
     <message>
         <source>%1 Plug-In update is available.</source>
-        <translation>%1 mise à jour de plug-in est disponible.</translation>
+        <translation>Une mise à jour du plug-in %1 est disponible.</translation>
     </message>
     <message>
         <source>Plug-In updates available!</source>
-        <translation>Mises à jour de plug-ins disponibles !</translation>
+        <translation>Mises à jour de plug-ins disponibles !</translation>
     </message>
     <message>
         <source>You have %1 Plug-In updates available.</source>
@@ -93,11 +93,11 @@
     </message>
     <message>
         <source>The workspace could not be installed at %1.</source>
-        <translation>L’espace de travail n’a pas pu être installé dans %1.</translation>
+        <translation>L’espace de travail n’a pas pu être installé à l’emplacement %1.</translation>
     </message>
     <message>
         <source>Failed to install &apos;%1.InDesignPlugin&apos;!</source>
-        <translation>Échec de l’installation de « %1.InDesignPlugin » !</translation>
+        <translation>Échec de l’installation de « %1.InDesignPlugin » !</translation>
     </message>
     <message>
         <source>Multiple errors have occured. Please contact Tolvane support.</source>
@@ -105,10 +105,10 @@
     </message>
     <message>
         <source>Error: %1</source>
-        <translation>Erreur : %1</translation>
+        <translation>Erreur : %1</translation>
     </message>
     <message>
-        <source>The folder %1 could not be made.</source>
+        <source>The folder %1 could not be created.</source>
         <translation>Le dossier %1 n’a pas pu être créé.</translation>
     </message>
     <message>
@@ -120,8 +120,8 @@
         <translation>Échec du téléchargement de %1 depuis %2</translation>
     </message>
     <message>
-        <source>The plug-in name “%1” cannot be used as a file name.</source>
-        <translation>Le nom de plug-in « %1 » ne peut pas servir de nom de fichier.</translation>
+        <source>The plug-in name &quot;%1&quot; cannot be used as a file name.</source>
+        <translation>Le nom de plug-in « %1 » ne peut pas servir de nom de fichier.</translation>
     </message>
     <message>
         <source>To take advantage of newly installed Plug-Ins, restart %1.
@@ -129,7 +129,7 @@
 Do you want to quit %1 now or do it yourself later?</source>
         <translation>Pour profiter des plug-ins qui viennent d’être installés, redémarrez %1.
 
-Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translation>
+Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translation>
     </message>
     <message>
         <source>Quit %1</source>
@@ -145,55 +145,55 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
     </message>
     <message>
         <source>Removing Plug-Ins from running Adobe %1 can lead to unexpected behaviour, you should quit %1 before proceeding.</source>
-        <translation>Supprimer des plug-ins pendant qu’Adobe %1 s’exécute peut entraîner un comportement inattendu ; quittez %1 avant de continuer.</translation>
+        <translation>Supprimer des plug-ins pendant qu’Adobe %1 s’exécute peut entraîner un comportement inattendu ; quittez %1 avant de continuer.</translation>
     </message>
     <message>
         <source>Could not create the folder &quot;%1&quot;</source>
-        <translation>Impossible de créer le dossier « %1 »</translation>
+        <translation>Impossible de créer le dossier « %1 »</translation>
     </message>
     <message>
         <source>Could not remove &quot;%1&quot;</source>
-        <translation>Impossible de supprimer « %1 »</translation>
+        <translation>Impossible de supprimer « %1 »</translation>
     </message>
     <message>
         <source>Could not copy &quot;%1&quot; to &quot;%2&quot;</source>
-        <translation>Impossible de copier « %1 » vers « %2 »</translation>
+        <translation>Impossible de copier « %1 » vers « %2 »</translation>
     </message>
     <message>
         <source>Could not copy &quot;%1&quot; to &quot;%2&quot; (at &quot;%3&quot;)</source>
-        <translation>Impossible de copier « %1 » vers « %2 » (à « %3 »)</translation>
+        <translation>Impossible de copier « %1 » vers « %2 » (sur « %3 »)</translation>
     </message>
     <message>
         <source>Could not open the archive &quot;%1&quot;</source>
-        <translation>Impossible d’ouvrir l’archive « %1 »</translation>
+        <translation>Impossible d’ouvrir l’archive « %1 »</translation>
     </message>
     <message>
         <source>Could not open the folder &quot;%1&quot;</source>
-        <translation>Impossible d’ouvrir le dossier « %1 »</translation>
+        <translation>Impossible d’ouvrir le dossier « %1 »</translation>
     </message>
     <message>
         <source>Could not change the owner and permissions of &quot;%1&quot;</source>
-        <translation>Impossible de modifier le propriétaire et les autorisations de « %1 »</translation>
+        <translation>Impossible de modifier le propriétaire et les autorisations de « %1 »</translation>
     </message>
     <message>
-        <source>an entry is larger than it claims (%1)</source>
-        <translation>un élément est plus grand qu’annoncé (%1)</translation>
+        <source>an entry is larger than its stated size (%1)</source>
+        <translation>un élément est plus volumineux qu’annoncé (%1)</translation>
     </message>
     <message>
         <source>Could not unpack &quot;%1&quot; into &quot;%2&quot;</source>
-        <translation>Impossible d’extraire « %1 » dans « %2 »</translation>
+        <translation>Impossible d’extraire « %1 » dans « %2 »</translation>
     </message>
     <message>
-        <source>it is no zip archive</source>
+        <source>it is not a zip archive</source>
         <translation>ce n’est pas une archive zip</translation>
     </message>
     <message>
-        <source>the library that reads archives is missing</source>
-        <translation>la bibliothèque qui lit les archives est absente</translation>
+        <source>the library for archives is missing</source>
+        <translation>la bibliothèque pour les archives est absente</translation>
     </message>
     <message>
-        <source>the library that speaks HTTP is missing</source>
-        <translation>la bibliothèque qui parle HTTP est absente</translation>
+        <source>the library for HTTP is missing</source>
+        <translation>la bibliothèque pour HTTP est absente</translation>
     </message>
     <message>
         <source>it has more than %1 entries</source>
@@ -208,28 +208,28 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>le nom de l’élément n’est pas relatif</translation>
     </message>
     <message>
-        <source>the entry leads out of the folder</source>
-        <translation>l’élément mène hors du dossier</translation>
+        <source>the entry points outside the folder</source>
+        <translation>l’élément pointe hors du dossier</translation>
     </message>
     <message>
         <source>the name of the entry is too long</source>
         <translation>le nom de l’élément est trop long</translation>
     </message>
     <message>
-        <source>the entry is too deep</source>
-        <translation>l’élément est trop profond</translation>
+        <source>the entry is nested too deeply</source>
+        <translation>l’élément est imbriqué trop profondément</translation>
     </message>
     <message>
         <source>the entry is encrypted</source>
         <translation>l’élément est chiffré</translation>
     </message>
     <message>
-        <source>the entry would run as another user</source>
-        <translation>l’élément s’exécuterait sous un autre utilisateur</translation>
+        <source>the entry would run with another user&apos;s rights</source>
+        <translation>l’élément s’exécuterait avec les droits d’un autre utilisateur</translation>
     </message>
     <message>
-        <source>the entry is a link that leads elsewhere</source>
-        <translation>l’élément est un lien qui mène ailleurs</translation>
+        <source>the entry is a link that points outside the folder</source>
+        <translation>l’élément est un lien qui pointe hors du dossier</translation>
     </message>
     <message>
         <source>it has too many links</source>
@@ -240,8 +240,8 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>l’élément n’est ni un fichier ni un dossier</translation>
     </message>
     <message>
-        <source>it unpacks to too much</source>
-        <translation>son contenu extrait est trop grand</translation>
+        <source>its unpacked contents are too large</source>
+        <translation>son contenu extrait est trop volumineux</translation>
     </message>
     <message>
         <source>no space left on the disk</source>
@@ -260,7 +260,7 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>le disque signale une erreur</translation>
     </message>
     <message>
-        <source>the folder is not there any more</source>
+        <source>the folder no longer exists</source>
         <translation>le dossier n’existe plus</translation>
     </message>
     <message>
@@ -269,10 +269,10 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
     </message>
     <message>
         <source>the archive is refused: %1</source>
-        <translation>l’archive est refusée : %1</translation>
+        <translation>l’archive est refusée : %1</translation>
     </message>
     <message>
-        <source>the archive holds no %1</source>
+        <source>the archive contains no %1</source>
         <translation>l’archive ne contient pas %1</translation>
     </message>
     <message>
@@ -280,16 +280,16 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
         <translation>l’archive est endommagée</translation>
     </message>
     <message>
-        <source>the archive is not the one that the catalogue lists</source>
-        <translation>l’archive n’est pas celle que le catalogue indique</translation>
+        <source>the archive does not match the catalogue</source>
+        <translation>l’archive ne correspond pas au catalogue</translation>
     </message>
     <message>
-        <source>it unpacks to too much for its size</source>
-        <translation>son contenu extrait est trop grand pour sa taille</translation>
+        <source>its unpacked contents are too large for the size of the archive</source>
+        <translation>son contenu extrait est trop volumineux par rapport à la taille de l’archive</translation>
     </message>
     <message>
-        <source>the entry lies in something that is no folder</source>
-        <translation>l’élément se trouve dans ce qui n’est pas un dossier</translation>
+        <source>the entry is inside something that is not a folder</source>
+        <translation>l’élément se trouve dans autre chose qu’un dossier</translation>
     </message>
     <message>
         <source>the entry occurs twice</source>
@@ -297,11 +297,11 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
     </message>
     <message>
         <source>The downloaded file cannot be saved: %1</source>
-        <translation>Le fichier téléchargé ne peut pas être enregistré : %1</translation>
+        <translation>Le fichier téléchargé ne peut pas être enregistré : %1</translation>
     </message>
     <message>
         <source>Server responded with HTTP code: %1.</source>
-        <translation>Le serveur a répondu avec le code HTTP : %1.</translation>
+        <translation>Le serveur a répondu avec le code HTTP : %1.</translation>
     </message>
     <message>
         <source>The download is longer than the expected %1 bytes.</source>
@@ -313,7 +313,7 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
     </message>
     <message>
         <source>Network is unreachable. Is your internet connection down?</source>
-        <translation>Le réseau est inaccessible. Votre connexion Internet est-elle coupée ?</translation>
+        <translation>Le réseau est inaccessible. Votre connexion Internet est-elle coupée ?</translation>
     </message>
     <message>
         <source>Connection Error</source>
@@ -337,11 +337,11 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
     </message>
     <message>
         <source>The server redirected the request in a way that would lose it.</source>
-        <translation>Le serveur a redirigé la requête d'une manière qui la perdrait.</translation>
+        <translation>Le serveur a redirigé la requête d’une manière qui la perdrait.</translation>
     </message>
     <message>
         <source>The server redirected the request to an address that is not secure.</source>
-        <translation>Le serveur a redirigé la requête vers une adresse qui n'est pas sûre.</translation>
+        <translation>Le serveur a redirigé la requête vers une adresse qui n’est pas sûre.</translation>
     </message>
     <message>
         <source>The server sent more data than expected.</source>
@@ -360,10 +360,6 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translatio
 Server might be temporarily inaccessible.</source>
         <translation>La ressource demandée est introuvable.
 Le serveur est peut-être temporairement inaccessible.</translation>
-    </message>
-    <message>
-        <source>Server responded with HTTP code: </source>
-        <translation>Le serveur a répondu avec le code HTTP : </translation>
     </message>
     <message>
         <source>continue</source>
@@ -483,7 +479,7 @@ Le serveur est peut-être temporairement inaccessible.</translation>
     </message>
     <message>
         <source>request too large</source>
-        <translation>requête trop grande</translation>
+        <translation>requête trop volumineuse</translation>
     </message>
     <message>
         <source>requested URL too long</source>
@@ -548,13 +544,13 @@ Le serveur est peut-être temporairement inaccessible.</translation>
     <message>
         <source>Invalid session Id. You have been logged out!
 Please try to sign-in again.</source>
-        <translation>Identifiant de session non valide. Vous avez été déconnecté !
+        <translation>Identifiant de session non valide. Vous avez été déconnecté !
 Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Security Violation Error. You have been logged out!
 Please try to sign-in again.</source>
-        <translation>Violation de sécurité. Vous avez été déconnecté !
+        <translation>Violation de sécurité. Vous avez été déconnecté !
 Veuillez vous reconnecter.</translation>
     </message>
     <message>
@@ -586,16 +582,16 @@ Veuillez vous reconnecter.</translation>
         <translation>Trop de redirections HTTP.</translation>
     </message>
     <message>
-        <source>A secure connection to the server cannot be made: %1</source>
-        <translation>Impossible d’établir une connexion sécurisée avec le serveur : %1</translation>
+        <source>A secure connection to the server could not be established: %1</source>
+        <translation>Impossible d’établir une connexion sécurisée avec le serveur : %1</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>
-        <translation>Le transfert a échoué : %1</translation>
+        <translation>Le transfert a échoué : %1</translation>
     </message>
     <message>
-        <source>The certificate of the server is not trusted: %1</source>
-        <translation>Le certificat du serveur n’est pas fiable : %1</translation>
+        <source>The server&apos;s certificate is not trusted: %1</source>
+        <translation>Le certificat du serveur n’est pas approuvé : %1</translation>
     </message>
     <message>
         <source>Cancel</source>
@@ -631,7 +627,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>%1 is in progress</source>
-        <translation>%1 est en cours</translation>
+        <translation>Traitement de %1 en cours</translation>
     </message>
     <message>
         <source>Download of %1</source>
@@ -639,7 +635,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>%1 %2</source>
-        <translation>%1 %2</translation>
+        <translation>%1 : %2</translation>
     </message>
     <message>
         <source>Check for Plug-In Updates</source>
@@ -658,8 +654,8 @@ Veuillez vous reconnecter.</translation>
         <translation>Préférences…</translation>
     </message>
     <message>
-        <source>Reload Images</source>
-        <translation>Recharger les images</translation>
+        <source>Reload Icons</source>
+        <translation>Recharger les icônes</translation>
     </message>
     <message>
         <source>Help</source>
@@ -683,7 +679,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Are you sure you want to quit</source>
-        <translation>Voulez-vous vraiment quitter</translation>
+        <translation>Voulez-vous vraiment quitter Tolvane Brevok ?</translation>
     </message>
     <message>
         <source>Tolvane Brevok needs to be running to keep the Plug-Ins active.</source>
@@ -714,16 +710,16 @@ Veuillez vous reconnecter.</translation>
         <translation>Réglages</translation>
     </message>
     <message>
-        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <source>Sign in to install Plug-Ins with this account and to keep them up to date.</source>
         <translation>Connectez-vous pour installer des plug-ins avec ce compte et les tenir à jour.</translation>
     </message>
     <message>
-        <source>&amp;E-mail:</source>
-        <translation>&amp;E-mail :</translation>
+        <source>&amp;Email:</source>
+        <translation>&amp;E-mail :</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
-        <translation>&amp;Mot de passe :</translation>
+        <translation>&amp;Mot de passe :</translation>
     </message>
     <message>
         <source>Create Account…</source>
@@ -742,23 +738,23 @@ Veuillez vous reconnecter.</translation>
         <translation>&amp;Rechercher les nouvelles versions de cette application</translation>
     </message>
     <message>
-        <source>&amp;Update plug-ins automatically</source>
+        <source>&amp;Update Plug-Ins automatically</source>
         <translation>Mettre à jour les plug-ins a&amp;utomatiquement</translation>
     </message>
     <message>
         <source>Write a &amp;detailed log</source>
-        <translation>Écrire un journal &amp;détaillé</translation>
+        <translation>Enregistrer un journal &amp;détaillé</translation>
     </message>
     <message>
-        <source>Your administrator decides this setting.</source>
-        <translation>C’est votre administrateur qui décide de ce réglage.</translation>
+        <source>This setting is managed by your administrator.</source>
+        <translation>Ce réglage est géré par votre administrateur.</translation>
     </message>
     <message>
-        <source>Plug-ins are installed into the enabled folders.</source>
+        <source>Plug-Ins are installed into the enabled folders.</source>
         <translation>Les plug-ins sont installés dans les dossiers activés.</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
+        <source>Neither InDesign nor InCopy was found. Add the Plug-Ins folder of the application.</source>
         <translation>Ni InDesign ni InCopy n’a été trouvé. Ajoutez le dossier Plug-Ins de l’application.</translation>
     </message>
     <message>
@@ -771,7 +767,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Add Target</source>
-        <translation>Ajouter la cible</translation>
+        <translation>Ajouter une cible</translation>
     </message>
     <message>
         <source>Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder.</source>
@@ -779,7 +775,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>&amp;Folder:</source>
-        <translation>&amp;Dossier :</translation>
+        <translation>&amp;Dossier :</translation>
     </message>
     <message>
         <source>&amp;Browse…</source>
@@ -787,11 +783,11 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>&amp;Application:</source>
-        <translation>&amp;Application :</translation>
+        <translation>&amp;Application :</translation>
     </message>
     <message>
         <source>&amp;Version:</source>
-        <translation>&amp;Version :</translation>
+        <translation>&amp;Version :</translation>
     </message>
     <message>
         <source>Sign Out</source>
@@ -838,12 +834,12 @@ Veuillez vous reconnecter.</translation>
         <translation>Téléchargement de %1 Mo</translation>
     </message>
     <message>
-        <source>Downloading %1 of %2 KB</source>
-        <translation>Téléchargement de %1 sur %2 Ko</translation>
+        <source>Downloading %1 of %2 kB</source>
+        <translation>Téléchargement de %1 sur %2 ko</translation>
     </message>
     <message>
-        <source>Downloading %1 KB</source>
-        <translation>Téléchargement de %1 Ko</translation>
+        <source>Downloading %1 kB</source>
+        <translation>Téléchargement de %1 ko</translation>
     </message>
     <message>
         <source>Install</source>
@@ -858,7 +854,7 @@ Veuillez vous reconnecter.</translation>
         <translation>À jour</translation>
     </message>
     <message>
-        <source>No build for your applications</source>
+        <source>Not available for your applications</source>
         <translation>Aucune version pour vos applications</translation>
     </message>
     <message>
@@ -882,11 +878,11 @@ Veuillez vous reconnecter.</translation>
         <translation>Se connecter</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
-        <translation>Votre compte apporte vos plug-ins à InDesign et InCopy.</translation>
+        <source>With your account, your Plug-Ins are ready in InDesign and InCopy.</source>
+        <translation>Grâce à votre compte, retrouvez vos plug-ins dans InDesign et InCopy.</translation>
     </message>
     <message>
-        <source>&amp;E-mail address</source>
+        <source>&amp;Email address</source>
         <translation>Adresse &amp;e-mail</translation>
     </message>
     <message>
@@ -894,7 +890,7 @@ Veuillez vous reconnecter.</translation>
         <translation>&amp;Mot de passe</translation>
     </message>
     <message>
-        <source>E-mail address</source>
+        <source>Email address</source>
         <translation>Adresse e-mail</translation>
     </message>
     <message>
@@ -915,10 +911,10 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>You are signed out</source>
-        <translation>Vous êtes déconnecté</translation>
+        <translation>Vous n’êtes pas connecté à votre compte</translation>
     </message>
     <message>
-        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <source>Sign in to install your Plug-Ins and keep them up to date.</source>
         <translation>Connectez-vous pour installer vos plug-ins et les tenir à jour.</translation>
     </message>
     <message>
@@ -938,20 +934,20 @@ Veuillez vous reconnecter.</translation>
         <translation>Réessayer</translation>
     </message>
     <message>
-        <source>The service does not answer</source>
+        <source>The service is not responding</source>
         <translation>Le service ne répond pas</translation>
     </message>
     <message>
-        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
+        <source>No response since %1. Your installed Plug-Ins keep working.</source>
         <translation>Aucune réponse depuis %1. Vos plug-ins installés continuent de fonctionner.</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy found</source>
-        <translation>Ni InDesign ni InCopy trouvé</translation>
+        <source>InDesign and InCopy not found</source>
+        <translation>InDesign et InCopy introuvables</translation>
     </message>
     <message>
-        <source>Choose the applications that Plug-Ins shall go into.</source>
-        <translation>Choisissez les applications qui doivent recevoir les plug-ins.</translation>
+        <source>Choose the applications to install Plug-Ins into.</source>
+        <translation>Choisissez où installer les plug-ins.</translation>
     </message>
     <message>
         <source>Choose Applications…</source>
@@ -962,16 +958,16 @@ Veuillez vous reconnecter.</translation>
         <translation>Chargement des plug-ins…</translation>
     </message>
     <message>
-        <source>The list is being fetched from the service.</source>
-        <translation>La liste est en cours de récupération auprès du service.</translation>
+        <source>The list is being loaded from the service.</source>
+        <translation>La liste est en cours de chargement depuis le service.</translation>
     </message>
     <message>
         <source>No Plug-Ins yet</source>
         <translation>Pas encore de plug-ins</translation>
     </message>
     <message>
-        <source>The service lists no Plug-Ins for this account.</source>
-        <translation>Le service ne propose aucun plug-in pour ce compte.</translation>
+        <source>No Plug-Ins are available for this account.</source>
+        <translation>Aucun plug-in n’est disponible pour ce compte.</translation>
     </message>
     <message>
         <source>Check Again</source>
@@ -1006,28 +1002,28 @@ Veuillez vous reconnecter.</translation>
         <translation>Choisir le dossier Plug-Ins</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no absolute path.</source>
-        <translation>« %1 » n’est pas un chemin absolu.</translation>
+        <source>&apos;%1&apos; is not an absolute path.</source>
+        <translation>« %1 » n’est pas un chemin absolu.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
-        <translation>« %1 » n’est pas une version : il faut la version de l’application multipliée par dix, de %2 à %3, par exemple 140 pour 14.0.</translation>
+        <source>&apos;%1&apos; is not a version: enter the application&apos;s version times ten, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>« %1 » n’est pas une version : indiquez la version de l’application multipliée par dix, de %2 à %3, par exemple 140 pour 14.0.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
-        <translation>« %1 » ne répond pas. Réessayez lorsque son disque ou son serveur répondra.</translation>
+        <source>&apos;%1&apos; is not responding. Try again when its disk or server responds.</source>
+        <translation>« %1 » ne répond pas. Réessayez lorsque son disque ou son serveur répondra.</translation>
     </message>
     <message>
         <source>There is no folder &apos;%1&apos;.</source>
-        <translation>Il n’y a pas de dossier « %1 ».</translation>
+        <translation>Il n’y a pas de dossier « %1 ».</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no folder.</source>
-        <translation>« %1 » n’est pas un dossier.</translation>
+        <source>&apos;%1&apos; is not a folder.</source>
+        <translation>« %1 » n’est pas un dossier.</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
-        <translation>« %1 » est la racine du système de fichiers, qui n’est pas un dossier pour des plug-ins.</translation>
+        <source>&apos;%1&apos; is the root of the file system, which cannot be used as a Plug-Ins folder.</source>
+        <translation>« %1 » est la racine du système de fichiers, qui ne peut pas servir de dossier Plug-Ins.</translation>
     </message>
     <message>
         <source>Checking the folder…</source>
@@ -1035,11 +1031,11 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Invalid Plug-Ins path selected!</source>
-        <translation>Chemin Plug-Ins non valide !</translation>
+        <translation>Le chemin sélectionné n’est pas un dossier Plug-Ins valide !</translation>
     </message>
     <message>
         <source>The path you specified doesn&apos;t look like a valid Adobe InDesign Plug-Ins folder. Do you want to use it anyway?</source>
-        <translation>Le chemin indiqué ne semble pas être un dossier Plug-Ins d’Adobe InDesign valide. Voulez-vous l’utiliser quand même ?</translation>
+        <translation>Le chemin indiqué ne semble pas être un dossier Plug-Ins valide d’Adobe InDesign. Voulez-vous l’utiliser quand même ?</translation>
     </message>
     <message>
         <source>Enable %1</source>
@@ -1063,7 +1059,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Failed to send error report</source>
-        <translation>Impossible d’envoyer le rapport d’erreur</translation>
+        <translation>Échec de l’envoi du rapport d’erreur</translation>
     </message>
     <message>
         <source>Gathering the report…</source>
@@ -1071,15 +1067,15 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Invalid email address!</source>
-        <translation>Adresse e-mail non valide !</translation>
+        <translation>Adresse e-mail non valide !</translation>
     </message>
     <message>
         <source>Missing email address!</source>
-        <translation>Adresse e-mail manquante !</translation>
+        <translation>Adresse e-mail manquante !</translation>
     </message>
     <message>
         <source>Missing problem description!</source>
-        <translation>Description du problème manquante !</translation>
+        <translation>Description du problème manquante !</translation>
     </message>
     <message>
         <source>Please contact Tolvane support.</source>
@@ -1103,7 +1099,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Report a Bug</source>
-        <translation>Signaler un bogue</translation>
+        <translation>Signaler un problème</translation>
     </message>
     <message>
         <source>Send</source>
@@ -1117,7 +1113,7 @@ Veuillez vous reconnecter.</translation>
         <source>Server response: %1
 
 %2</source>
-        <translation>Réponse du serveur : %1
+        <translation>Réponse du serveur : %1
 
 %2</translation>
     </message>
@@ -1130,12 +1126,12 @@ Veuillez vous reconnecter.</translation>
         <translation>Merci d’avoir signalé ce problème.</translation>
     </message>
     <message>
-        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
+        <source>The application&apos;s state, its logs and its latest crash reports are included.</source>
         <translation>L’état, les journaux et les rapports de plantage les plus récents de cette application sont joints.</translation>
     </message>
     <message>
-        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
-        <translation>Voici tout ce que le service reçoit si vous envoyez le rapport maintenant (%1 octets).</translation>
+        <source>This is everything that is sent if you send the report now (%1 bytes).</source>
+        <translation>Voici tout ce qui est envoyé si vous envoyez le rapport maintenant (%1 octets).</translation>
     </message>
     <message>
         <source>Tolvane Brevok servers are unreachable.</source>
@@ -1155,19 +1151,19 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>What went &amp;wrong, and what were you doing when the problem came up?</source>
-        <translation>&amp;Que s’est-il passé et que faisiez-vous lorsque le problème est survenu ?</translation>
+        <translation>&amp;Que s’est-il passé et que faisiez-vous lorsque le problème est survenu ?</translation>
     </message>
     <message>
         <source>What will be sent</source>
         <translation>Ce qui sera envoyé</translation>
     </message>
     <message>
-        <source>Your &amp;e-mail address:</source>
-        <translation>Votre adresse &amp;e-mail :</translation>
+        <source>Your &amp;email address:</source>
+        <translation>Votre adresse &amp;e-mail :</translation>
     </message>
     <message>
         <source>Software Update</source>
-        <translation>Mise à jour de logiciels</translation>
+        <translation>Mise à jour logicielle</translation>
     </message>
     <message>
         <source>Release notes</source>
@@ -1179,7 +1175,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>Version %1 is available; you have version %2. Would you like to install it now?</source>
-        <translation>La version %1 est disponible ; vous avez la version %2. Voulez-vous l’installer maintenant ?</translation>
+        <translation>La version %1 est disponible ; vous avez la version %2. Voulez-vous l’installer maintenant ?</translation>
     </message>
     <message>
         <source>Install Update</source>
@@ -1230,7 +1226,7 @@ Veuillez vous reconnecter.</translation>
         <translation>La version %1 n’a pas été installée.</translation>
     </message>
     <message>
-        <source>Updates of Tolvane Brevok could not be looked for.</source>
+        <source>Could not check for updates to Tolvane Brevok.</source>
         <translation>Impossible de rechercher des mises à jour de Tolvane Brevok.</translation>
     </message>
     <message>
@@ -1238,12 +1234,12 @@ Veuillez vous reconnecter.</translation>
         <translation>Tolvane Brevok est à jour.</translation>
     </message>
     <message>
-        <source>You have version %1, the newest there is.</source>
-        <translation>Vous avez la version %1, la plus récente.</translation>
+        <source>Version %1 is the latest version.</source>
+        <translation>La version %1 est la plus récente.</translation>
     </message>
     <message>
-        <source>Update check is not available in this build.</source>
-        <translation>Cette version compilée ne permet pas de rechercher des mises à jour.</translation>
+        <source>This version cannot check for updates.</source>
+        <translation>Cette version ne permet pas de rechercher des mises à jour.</translation>
     </message>
     <message>
         <source>The description of available updates cannot be read.</source>
@@ -1263,11 +1259,11 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>The folder for the update cannot be used: %1</source>
-        <translation>Le dossier de la mise à jour est inutilisable : %1</translation>
+        <translation>Le dossier de la mise à jour est inutilisable : %1</translation>
     </message>
     <message>
         <source>The downloaded file cannot be read: %1</source>
-        <translation>Le fichier téléchargé est illisible : %1</translation>
+        <translation>Le fichier téléchargé est illisible : %1</translation>
     </message>
     <message>
         <source>The downloaded update is not version %1 of Tolvane Brevok. It was not installed, and the file was removed.</source>
@@ -1282,59 +1278,59 @@ Veuillez vous reconnecter.</translation>
         <translation>La mise à jour téléchargée n’est pas signée par l’éditeur de Tolvane Brevok. Elle n’a pas été installée et le fichier a été supprimé.</translation>
     </message>
     <message>
-        <source>The software service of this system (PackageKit) is not available.</source>
-        <translation>Le service logiciel de ce système (PackageKit) n’est pas disponible.</translation>
+        <source>The system&apos;s software service (PackageKit) is not available.</source>
+        <translation>Le service logiciel du système (PackageKit) n’est pas disponible.</translation>
     </message>
     <message>
-        <source>The software service of this system did not install the package: %1</source>
-        <translation>Le service logiciel de ce système n’a pas installé le paquet : %1</translation>
+        <source>The system&apos;s software service did not install the package: %1</source>
+        <translation>Le service logiciel du système n’a pas installé le paquet : %1</translation>
     </message>
     <message>
-        <source>The software service of this system ended before it had installed the package.</source>
-        <translation>Le service logiciel de ce système s’est arrêté avant d’avoir installé le paquet.</translation>
+        <source>The system&apos;s software service stopped before the package was installed.</source>
+        <translation>Le service logiciel du système s’est arrêté avant d’avoir installé le paquet.</translation>
     </message>
     <message>
         <source>The installation was cancelled.</source>
         <translation>L’installation a été annulée.</translation>
     </message>
     <message>
-        <source>Could not take the file &quot;%1&quot;</source>
-        <translation>Impossible de prendre le fichier « %1 »</translation>
+        <source>Could not read the file &quot;%1&quot;</source>
+        <translation>Impossible de lire le fichier « %1 »</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>
-        <translation>Impossible d’écrire « %1 »</translation>
+        <translation>Impossible d’écrire « %1 »</translation>
     </message>
     <message>
-        <source>The privileged helper does not answer.</source>
+        <source>The privileged helper is not responding.</source>
         <translation>Le programme auxiliaire privilégié ne répond pas.</translation>
     </message>
     <message>
-        <source>An administrator has to agree to this, and did not.</source>
-        <translation>Un administrateur doit donner son accord, et ne l’a pas fait.</translation>
+        <source>Administrator approval is required and was not given.</source>
+        <translation>L’accord d’un administrateur est requis et n’a pas été donné.</translation>
     </message>
     <message>
-        <source>The set-up of the privileged helper ended without an answer.</source>
-        <translation>La mise en place du programme auxiliaire privilégié s’est terminée sans réponse.</translation>
+        <source>Setting up the privileged helper ended without a result.</source>
+        <translation>La configuration du programme auxiliaire privilégié s’est terminée sans résultat.</translation>
     </message>
     <message>
-        <source>The privileged helper was installed, but does not start.</source>
+        <source>The privileged helper was installed but does not start.</source>
         <translation>Le programme auxiliaire privilégié a été installé, mais ne démarre pas.</translation>
     </message>
     <message>
-        <source>The catalogue&apos;s checksum of it cannot be read.</source>
-        <translation>La somme de contrôle du catalogue est illisible.</translation>
+        <source>The checksum in the catalogue cannot be read.</source>
+        <translation>La somme de contrôle indiquée dans le catalogue est illisible.</translation>
     </message>
     <message>
-        <source>The download is not what the catalogue announced.</source>
-        <translation>Le téléchargement n’est pas ce que le catalogue annonçait.</translation>
+        <source>The download does not match the catalogue.</source>
+        <translation>Le téléchargement ne correspond pas au catalogue.</translation>
     </message>
     <message>
         <source>%1 (and %2 more)</source>
-        <translation>%1 (et %2 autres)</translation>
+        <translation>%1 (et %2 de plus)</translation>
     </message>
     <message>
-        <source>it is not known why</source>
+        <source>the reason is not known</source>
         <translation>la raison n’est pas connue</translation>
     </message>
     <message>
@@ -1350,8 +1346,18 @@ Veuillez vous reconnecter.</translation>
         <translation>il est à jour</translation>
     </message>
     <message>
-        <source>something else stands where the folder was</source>
+        <source>something else has taken the folder&apos;s place</source>
         <translation>autre chose se trouve à la place du dossier</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>what failed, and why</comment>
+        <translation>%1 : %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>why something failed, and the details</comment>
+        <translation>%1 (%2)</translation>
     </message>
 </context>
 </TS>

@@ -20,7 +20,7 @@
         <translation>Tolvane Brevok はデータを保存できません</translation>
     </message>
     <message>
-        <source>What changes is kept in memory, and stored as soon as that is possible. Reason: %1</source>
+        <source>Changes are kept in memory and stored as soon as possible. Reason: %1</source>
         <translation>変更はメモリに保持され、可能になり次第保存されます。理由: %1</translation>
     </message>
     <message>
@@ -28,7 +28,7 @@
         <translation>Tolvane Brevok の保存データが破損していました</translation>
     </message>
     <message>
-        <source>What could be read is in use. The damaged file was kept as %1.</source>
+        <source>Everything that could be read is in use. The damaged file was kept as %1.</source>
         <translation>読み取れたデータを使用しています。破損したファイルは %1 として保存されました。</translation>
     </message>
     <message>
@@ -41,7 +41,7 @@
     </message>
     <message>
         <source>Installer detected one or more unfinished actions. Do you want to finish or discard those actions?</source>
-        <translation>未完了の操作が 1 つ以上見つかりました。これらの操作を完了しますか、それとも破棄しますか?</translation>
+        <translation>未完了の操作が 1 つ以上見つかりました。これらの操作を完了しますか、それとも破棄しますか？</translation>
     </message>
     <message>
         <source>Tolvane Brevok application probably crashed, or was forced to quit. Unfinished install/uninstall actions are left overs from previous session.</source>
@@ -73,7 +73,7 @@
     </message>
     <message>
         <source>%1 Plug-In update is available.</source>
-        <translation>%1 個のプラグインのアップデートがあります。</translation>
+        <translation>プラグイン「%1」のアップデートがあります。</translation>
     </message>
     <message>
         <source>Plug-In updates available!</source>
@@ -108,7 +108,7 @@
         <translation>エラー: %1</translation>
     </message>
     <message>
-        <source>The folder %1 could not be made.</source>
+        <source>The folder %1 could not be created.</source>
         <translation>フォルダー %1 を作成できませんでした。</translation>
     </message>
     <message>
@@ -120,7 +120,7 @@
         <translation>%1 を %2 からダウンロードできませんでした</translation>
     </message>
     <message>
-        <source>The plug-in name “%1” cannot be used as a file name.</source>
+        <source>The plug-in name &quot;%1&quot; cannot be used as a file name.</source>
         <translation>プラグイン名「%1」はファイル名として使用できません。</translation>
     </message>
     <message>
@@ -129,7 +129,7 @@
 Do you want to quit %1 now or do it yourself later?</source>
         <translation>新しくインストールしたプラグインを使用するには、%1 を再起動してください。
 
-今すぐ %1 を終了しますか、それとも後で自分で終了しますか?</translation>
+今すぐ %1 を終了しますか、それとも後で自分で終了しますか？</translation>
     </message>
     <message>
         <source>Quit %1</source>
@@ -161,7 +161,7 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>Could not copy &quot;%1&quot; to &quot;%2&quot; (at &quot;%3&quot;)</source>
-        <translation>「%1」を「%2」にコピーできませんでした (「%3」)</translation>
+        <translation>「%1」を「%2」にコピーできませんでした（「%3」）</translation>
     </message>
     <message>
         <source>Could not open the archive &quot;%1&quot;</source>
@@ -176,24 +176,24 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>「%1」の所有者とアクセス権を変更できませんでした</translation>
     </message>
     <message>
-        <source>an entry is larger than it claims (%1)</source>
-        <translation>項目が表示より大きくなっています (%1)</translation>
+        <source>an entry is larger than its stated size (%1)</source>
+        <translation>項目が記録されたサイズより大きくなっています（%1）</translation>
     </message>
     <message>
         <source>Could not unpack &quot;%1&quot; into &quot;%2&quot;</source>
         <translation>「%1」を「%2」に展開できませんでした</translation>
     </message>
     <message>
-        <source>it is no zip archive</source>
+        <source>it is not a zip archive</source>
         <translation>zip アーカイブではありません</translation>
     </message>
     <message>
-        <source>the library that reads archives is missing</source>
-        <translation>アーカイブを読み込むライブラリがありません</translation>
+        <source>the library for archives is missing</source>
+        <translation>アーカイブ用のライブラリがありません</translation>
     </message>
     <message>
-        <source>the library that speaks HTTP is missing</source>
-        <translation>HTTP 通信を行うライブラリがありません</translation>
+        <source>the library for HTTP is missing</source>
+        <translation>HTTP 用のライブラリがありません</translation>
     </message>
     <message>
         <source>it has more than %1 entries</source>
@@ -208,7 +208,7 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>項目の名前が相対パスではありません</translation>
     </message>
     <message>
-        <source>the entry leads out of the folder</source>
+        <source>the entry points outside the folder</source>
         <translation>項目がフォルダーの外を指しています</translation>
     </message>
     <message>
@@ -216,7 +216,7 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>項目の名前が長すぎます</translation>
     </message>
     <message>
-        <source>the entry is too deep</source>
+        <source>the entry is nested too deeply</source>
         <translation>項目の階層が深すぎます</translation>
     </message>
     <message>
@@ -224,12 +224,12 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>項目が暗号化されています</translation>
     </message>
     <message>
-        <source>the entry would run as another user</source>
-        <translation>項目が別のユーザーとして実行されます</translation>
+        <source>the entry would run with another user&apos;s rights</source>
+        <translation>項目が別のユーザーの権限で実行されます</translation>
     </message>
     <message>
-        <source>the entry is a link that leads elsewhere</source>
-        <translation>項目が別の場所を指すリンクです</translation>
+        <source>the entry is a link that points outside the folder</source>
+        <translation>項目がフォルダーの外を指すリンクです</translation>
     </message>
     <message>
         <source>it has too many links</source>
@@ -240,7 +240,7 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>項目がファイルでもフォルダーでもありません</translation>
     </message>
     <message>
-        <source>it unpacks to too much</source>
+        <source>its unpacked contents are too large</source>
         <translation>展開後のサイズが大きすぎます</translation>
     </message>
     <message>
@@ -260,8 +260,8 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>ディスクがエラーを報告しています</translation>
     </message>
     <message>
-        <source>the folder is not there any more</source>
-        <translation>フォルダーがなくなっています</translation>
+        <source>the folder no longer exists</source>
+        <translation>フォルダーはもう存在しません</translation>
     </message>
     <message>
         <source>the archive cannot be read</source>
@@ -272,7 +272,7 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>アーカイブは拒否されました: %1</translation>
     </message>
     <message>
-        <source>the archive holds no %1</source>
+        <source>the archive contains no %1</source>
         <translation>アーカイブに %1 が含まれていません</translation>
     </message>
     <message>
@@ -280,15 +280,15 @@ Do you want to quit %1 now or do it yourself later?</source>
         <translation>アーカイブが壊れています</translation>
     </message>
     <message>
-        <source>the archive is not the one that the catalogue lists</source>
-        <translation>アーカイブがカタログに載っているものと異なります</translation>
+        <source>the archive does not match the catalogue</source>
+        <translation>アーカイブがカタログの記載と一致しません</translation>
     </message>
     <message>
-        <source>it unpacks to too much for its size</source>
-        <translation>展開後のサイズが元のサイズに対して大きすぎます</translation>
+        <source>its unpacked contents are too large for the size of the archive</source>
+        <translation>展開後のサイズがアーカイブのサイズに対して大きすぎます</translation>
     </message>
     <message>
-        <source>the entry lies in something that is no folder</source>
+        <source>the entry is inside something that is not a folder</source>
         <translation>項目がフォルダーではないものの中にあります</translation>
     </message>
     <message>
@@ -309,11 +309,11 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>The download has %1 of the expected %2 bytes.</source>
-        <translation>ダウンロードは %1 バイトで、想定は %2 バイトです。</translation>
+        <translation>ダウンロードできたのは %2 バイト中 %1 バイトだけです。</translation>
     </message>
     <message>
         <source>Network is unreachable. Is your internet connection down?</source>
-        <translation>ネットワークに接続できません。インターネット接続が切れていませんか?</translation>
+        <translation>ネットワークに接続できません。インターネット接続が切れていませんか？</translation>
     </message>
     <message>
         <source>Connection Error</source>
@@ -333,15 +333,15 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>The server redirected the request to another server.</source>
-        <translation>サーバーがリクエストを別のサーバーに転送しました。</translation>
+        <translation>サーバーがリクエストを別のサーバーにリダイレクトしました。</translation>
     </message>
     <message>
         <source>The server redirected the request in a way that would lose it.</source>
-        <translation>サーバーが、リクエストの内容が失われる形で転送しました。</translation>
+        <translation>サーバーが、リクエストの内容が失われる形でリダイレクトしました。</translation>
     </message>
     <message>
         <source>The server redirected the request to an address that is not secure.</source>
-        <translation>サーバーがリクエストを安全でないアドレスに転送しました。</translation>
+        <translation>サーバーがリクエストを安全でないアドレスにリダイレクトしました。</translation>
     </message>
     <message>
         <source>The server sent more data than expected.</source>
@@ -353,17 +353,13 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>Insufficient rights to access Tolvane Brevok verification server.</source>
-        <translation>Tolvane Brevok 認証サーバーにアクセスする権限がありません。</translation>
+        <translation>Tolvane Brevok 検証サーバーにアクセスする権限がありません。</translation>
     </message>
     <message>
         <source>The requested resource could not be found.
 Server might be temporarily inaccessible.</source>
         <translation>要求されたリソースが見つかりませんでした。
 サーバーに一時的に接続できない可能性があります。</translation>
-    </message>
-    <message>
-        <source>Server responded with HTTP code: </source>
-        <translation>サーバーの応答の HTTP コード: </translation>
     </message>
     <message>
         <source>continue</source>
@@ -387,7 +383,7 @@ Server might be temporarily inaccessible.</source>
     </message>
     <message>
         <source>non-authoritative information</source>
-        <translation>信頼できない情報</translation>
+        <translation>提供元以外からの情報</translation>
     </message>
     <message>
         <source>no content</source>
@@ -427,7 +423,7 @@ Server might be temporarily inaccessible.</source>
     </message>
     <message>
         <source>temporarily redirected</source>
-        <translation>一時的な転送</translation>
+        <translation>一時的なリダイレクト</translation>
     </message>
     <message>
         <source>bad request</source>
@@ -471,7 +467,7 @@ Server might be temporarily inaccessible.</source>
     </message>
     <message>
         <source>no longer exists</source>
-        <translation>既に存在しません</translation>
+        <translation>もう存在しません</translation>
     </message>
     <message>
         <source>length required</source>
@@ -499,7 +495,7 @@ Server might be temporarily inaccessible.</source>
     </message>
     <message>
         <source>expectation failed</source>
-        <translation>期待に応えられません</translation>
+        <translation>要求された条件を満たせません</translation>
     </message>
     <message>
         <source>internal server error</source>
@@ -535,7 +531,7 @@ Server might be temporarily inaccessible.</source>
     </message>
     <message>
         <source>redirected</source>
-        <translation>転送</translation>
+        <translation>リダイレクト</translation>
     </message>
     <message>
         <source>client error</source>
@@ -583,18 +579,18 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Too many HTTP redirects.</source>
-        <translation>HTTP の転送が多すぎます。</translation>
+        <translation>HTTP のリダイレクトが多すぎます。</translation>
     </message>
     <message>
-        <source>A secure connection to the server cannot be made: %1</source>
-        <translation>サーバーへの安全な接続ができません: %1</translation>
+        <source>A secure connection to the server could not be established: %1</source>
+        <translation>サーバーへの安全な接続を確立できませんでした: %1</translation>
     </message>
     <message>
         <source>The transfer failed: %1</source>
         <translation>転送に失敗しました: %1</translation>
     </message>
     <message>
-        <source>The certificate of the server is not trusted: %1</source>
+        <source>The server&apos;s certificate is not trusted: %1</source>
         <translation>サーバーの証明書は信頼されていません: %1</translation>
     </message>
     <message>
@@ -603,7 +599,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Version %1 (%2, %3)</source>
-        <translation>バージョン %1 (%2, %3)</translation>
+        <translation>バージョン %1（%2、%3）</translation>
     </message>
     <message>
         <source>About %1</source>
@@ -639,7 +635,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>%1 %2</source>
-        <translation>%1 %2</translation>
+        <translation>%1: %2</translation>
     </message>
     <message>
         <source>Check for Plug-In Updates</source>
@@ -658,8 +654,8 @@ Please try to sign-in again.</source>
         <translation>環境設定…</translation>
     </message>
     <message>
-        <source>Reload Images</source>
-        <translation>画像を再読み込み</translation>
+        <source>Reload Icons</source>
+        <translation>アイコンを再読み込み</translation>
     </message>
     <message>
         <source>Help</source>
@@ -683,7 +679,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Are you sure you want to quit</source>
-        <translation>本当に終了しますか</translation>
+        <translation>本当に終了しますか？</translation>
     </message>
     <message>
         <source>Tolvane Brevok needs to be running to keep the Plug-Ins active.</source>
@@ -707,19 +703,19 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Targets</source>
-        <translation>対象</translation>
+        <translation>インストール先</translation>
     </message>
     <message>
         <source>Settings</source>
         <translation>設定</translation>
     </message>
     <message>
-        <source>Sign in to install plug-ins with this account and to keep them up to date.</source>
+        <source>Sign in to install Plug-Ins with this account and to keep them up to date.</source>
         <translation>このアカウントでプラグインをインストールし、最新に保つには、サインインしてください。</translation>
     </message>
     <message>
-        <source>&amp;E-mail:</source>
-        <translation>メール(&amp;E):</translation>
+        <source>&amp;Email:</source>
+        <translation>メールアドレス(&amp;E):</translation>
     </message>
     <message>
         <source>&amp;Password:</source>
@@ -742,7 +738,7 @@ Please try to sign-in again.</source>
         <translation>このアプリケーションの新しいバージョンを確認(&amp;C)</translation>
     </message>
     <message>
-        <source>&amp;Update plug-ins automatically</source>
+        <source>&amp;Update Plug-Ins automatically</source>
         <translation>プラグインを自動的にアップデート(&amp;U)</translation>
     </message>
     <message>
@@ -750,15 +746,15 @@ Please try to sign-in again.</source>
         <translation>詳細なログを記録(&amp;D)</translation>
     </message>
     <message>
-        <source>Your administrator decides this setting.</source>
-        <translation>この設定は管理者が決めています。</translation>
+        <source>This setting is managed by your administrator.</source>
+        <translation>この設定は管理者によって管理されています。</translation>
     </message>
     <message>
-        <source>Plug-ins are installed into the enabled folders.</source>
+        <source>Plug-Ins are installed into the enabled folders.</source>
         <translation>プラグインは有効なフォルダーにインストールされます。</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy was found. Add the Plug-Ins folder of its application.</source>
+        <source>Neither InDesign nor InCopy was found. Add the Plug-Ins folder of the application.</source>
         <translation>InDesign も InCopy も見つかりませんでした。アプリケーションの Plug-Ins フォルダーを追加してください。</translation>
     </message>
     <message>
@@ -771,7 +767,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Add Target</source>
-        <translation>対象を追加</translation>
+        <translation>インストール先を追加</translation>
     </message>
     <message>
         <source>Chose Plug-Ins directory inside Adobe InCopy/InDesign application folder.</source>
@@ -838,12 +834,12 @@ Please try to sign-in again.</source>
         <translation>ダウンロード中 %1 MB</translation>
     </message>
     <message>
-        <source>Downloading %1 of %2 KB</source>
-        <translation>ダウンロード中 %1 / %2 KB</translation>
+        <source>Downloading %1 of %2 kB</source>
+        <translation>ダウンロード中 %1 / %2 kB</translation>
     </message>
     <message>
-        <source>Downloading %1 KB</source>
-        <translation>ダウンロード中 %1 KB</translation>
+        <source>Downloading %1 kB</source>
+        <translation>ダウンロード中 %1 kB</translation>
     </message>
     <message>
         <source>Install</source>
@@ -858,8 +854,8 @@ Please try to sign-in again.</source>
         <translation>最新</translation>
     </message>
     <message>
-        <source>No build for your applications</source>
-        <translation>お使いのアプリケーション用のビルドがありません</translation>
+        <source>Not available for your applications</source>
+        <translation>お使いのアプリケーションには非対応です</translation>
     </message>
     <message>
         <source>Partly installed</source>
@@ -882,11 +878,11 @@ Please try to sign-in again.</source>
         <translation>サインイン</translation>
     </message>
     <message>
-        <source>Your account brings your Plug-Ins to InDesign and InCopy.</source>
+        <source>With your account, your Plug-Ins are ready in InDesign and InCopy.</source>
         <translation>アカウントのプラグインを InDesign と InCopy で使えます。</translation>
     </message>
     <message>
-        <source>&amp;E-mail address</source>
+        <source>&amp;Email address</source>
         <translation>メールアドレス(&amp;E)</translation>
     </message>
     <message>
@@ -894,7 +890,7 @@ Please try to sign-in again.</source>
         <translation>パスワード(&amp;P)</translation>
     </message>
     <message>
-        <source>E-mail address</source>
+        <source>Email address</source>
         <translation>メールアドレス</translation>
     </message>
     <message>
@@ -915,10 +911,10 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>You are signed out</source>
-        <translation>サインアウトしています</translation>
+        <translation>サインインしていません</translation>
     </message>
     <message>
-        <source>Sign in to install your Plug-Ins and keep them current.</source>
+        <source>Sign in to install your Plug-Ins and keep them up to date.</source>
         <translation>サインインすると、プラグインをインストールし、最新に保てます。</translation>
     </message>
     <message>
@@ -931,27 +927,27 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Connect to the internet to install and update Plug-Ins.</source>
-        <translation>プラグインをインストール、アップデートするには、インターネットに接続してください。</translation>
+        <translation>プラグインのインストールとアップデートを行うには、インターネットに接続してください。</translation>
     </message>
     <message>
         <source>Try Again</source>
         <translation>再試行</translation>
     </message>
     <message>
-        <source>The service does not answer</source>
+        <source>The service is not responding</source>
         <translation>サービスが応答しません</translation>
     </message>
     <message>
-        <source>No answer since %1. Your installed Plug-Ins keep working.</source>
-        <translation>%1 から応答がありません。インストール済みのプラグインは引き続き使えます。</translation>
+        <source>No response since %1. Your installed Plug-Ins keep working.</source>
+        <translation>%1 以降、応答がありません。インストール済みのプラグインは引き続き使えます。</translation>
     </message>
     <message>
-        <source>No InDesign or InCopy found</source>
+        <source>InDesign and InCopy not found</source>
         <translation>InDesign も InCopy も見つかりません</translation>
     </message>
     <message>
-        <source>Choose the applications that Plug-Ins shall go into.</source>
-        <translation>プラグインをインストールするアプリケーションを選択してください。</translation>
+        <source>Choose the applications to install Plug-Ins into.</source>
+        <translation>プラグインのインストール先を選択してください。</translation>
     </message>
     <message>
         <source>Choose Applications…</source>
@@ -962,16 +958,16 @@ Please try to sign-in again.</source>
         <translation>プラグインを読み込み中…</translation>
     </message>
     <message>
-        <source>The list is being fetched from the service.</source>
-        <translation>サービスから一覧を取得しています。</translation>
+        <source>The list is being loaded from the service.</source>
+        <translation>サービスから一覧を読み込み中です。</translation>
     </message>
     <message>
         <source>No Plug-Ins yet</source>
         <translation>プラグインはまだありません</translation>
     </message>
     <message>
-        <source>The service lists no Plug-Ins for this account.</source>
-        <translation>このアカウントのプラグインはサービスにありません。</translation>
+        <source>No Plug-Ins are available for this account.</source>
+        <translation>このアカウントで利用できるプラグインはありません。</translation>
     </message>
     <message>
         <source>Check Again</source>
@@ -1006,15 +1002,15 @@ Please try to sign-in again.</source>
         <translation>Plug-Ins フォルダーを選択</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no absolute path.</source>
+        <source>&apos;%1&apos; is not an absolute path.</source>
         <translation>「%1」は絶対パスではありません。</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.</source>
-        <translation>「%1」はバージョンではありません。アプリケーションのバージョンを10倍した%2から%3までの値（14.0なら140）を指定してください。</translation>
+        <source>&apos;%1&apos; is not a version: enter the application&apos;s version times ten, from %2 to %3, such as 140 for 14.0.</source>
+        <translation>「%1」はバージョンではありません。アプリケーションのバージョンを 10 倍した %2 から %3 までの値（14.0 なら 140）を指定してください。</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; does not answer. Try again when its disk or server does.</source>
+        <source>&apos;%1&apos; is not responding. Try again when its disk or server responds.</source>
         <translation>「%1」が応答しません。ディスクまたはサーバーが応答するようになってから、もう一度お試しください。</translation>
     </message>
     <message>
@@ -1022,12 +1018,12 @@ Please try to sign-in again.</source>
         <translation>フォルダー「%1」はありません。</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is no folder.</source>
+        <source>&apos;%1&apos; is not a folder.</source>
         <translation>「%1」はフォルダーではありません。</translation>
     </message>
     <message>
-        <source>&apos;%1&apos; is the root of the file system, which is no folder for plug-ins.</source>
-        <translation>「%1」はファイルシステムのルートであり、プラグイン用のフォルダーではありません。</translation>
+        <source>&apos;%1&apos; is the root of the file system, which cannot be used as a Plug-Ins folder.</source>
+        <translation>「%1」はファイルシステムのルートであるため、Plug-Ins フォルダーとして使用できません。</translation>
     </message>
     <message>
         <source>Checking the folder…</source>
@@ -1035,11 +1031,11 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Invalid Plug-Ins path selected!</source>
-        <translation>選択された Plug-Ins のパスが無効です。</translation>
+        <translation>選択されたパスは有効な Plug-Ins フォルダーではありません。</translation>
     </message>
     <message>
         <source>The path you specified doesn&apos;t look like a valid Adobe InDesign Plug-Ins folder. Do you want to use it anyway?</source>
-        <translation>指定されたパスは有効な Adobe InDesign の Plug-Ins フォルダーではないようです。それでも使用しますか?</translation>
+        <translation>指定されたパスは有効な Adobe InDesign の Plug-Ins フォルダーではないようです。それでも使用しますか？</translation>
     </message>
     <message>
         <source>Enable %1</source>
@@ -1055,7 +1051,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Checking the connection…</source>
-        <translation>接続を確認しています…</translation>
+        <translation>接続を確認中…</translation>
     </message>
     <message>
         <source>Close</source>
@@ -1067,7 +1063,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Gathering the report…</source>
-        <translation>レポートを作成しています…</translation>
+        <translation>レポートを準備中…</translation>
     </message>
     <message>
         <source>Invalid email address!</source>
@@ -1097,13 +1093,13 @@ Please try to sign-in again.</source>
         <source>Received %1 bytes (%2)
 
 %3</source>
-        <translation>%1 バイトを受信しました (%2)
+        <translation>%1 バイトを受信しました（%2）
 
 %3</translation>
     </message>
     <message>
         <source>Report a Bug</source>
-        <translation>不具合を報告</translation>
+        <translation>問題を報告</translation>
     </message>
     <message>
         <source>Send</source>
@@ -1111,7 +1107,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Sending the report…</source>
-        <translation>レポートを送信しています…</translation>
+        <translation>レポートを送信中…</translation>
     </message>
     <message>
         <source>Server response: %1
@@ -1130,12 +1126,12 @@ Please try to sign-in again.</source>
         <translation>問題をご報告いただきありがとうございます。</translation>
     </message>
     <message>
-        <source>The state, the logs and the newest crash reports of this application are sent along.</source>
+        <source>The application&apos;s state, its logs and its latest crash reports are included.</source>
         <translation>このアプリケーションの状態、ログ、最新のクラッシュレポートも一緒に送信されます。</translation>
     </message>
     <message>
-        <source>This is all that the service gets when you send the report now (%1 bytes).</source>
-        <translation>今レポートを送信したときにサービスに送られるのは、これがすべてです (%1 バイト)。</translation>
+        <source>This is everything that is sent if you send the report now (%1 bytes).</source>
+        <translation>今レポートを送信した場合に送られる内容は、これがすべてです（%1 バイト）。</translation>
     </message>
     <message>
         <source>Tolvane Brevok servers are unreachable.</source>
@@ -1155,19 +1151,19 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>What went &amp;wrong, and what were you doing when the problem came up?</source>
-        <translation>どのような問題が、何をしているときに起きましたか(&amp;W)</translation>
+        <translation>どのような問題が、何をしているときに起きましたか？(&amp;W)</translation>
     </message>
     <message>
         <source>What will be sent</source>
         <translation>送信される内容</translation>
     </message>
     <message>
-        <source>Your &amp;e-mail address:</source>
+        <source>Your &amp;email address:</source>
         <translation>メールアドレス(&amp;E):</translation>
     </message>
     <message>
         <source>Software Update</source>
-        <translation>ソフトウェア・アップデート</translation>
+        <translation>ソフトウェアアップデート</translation>
     </message>
     <message>
         <source>Release notes</source>
@@ -1187,7 +1183,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>Remind Me Later</source>
-        <translation>あとで通知</translation>
+        <translation>後で通知</translation>
     </message>
     <message>
         <source>Skip This Version</source>
@@ -1203,7 +1199,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>%1 of %2</source>
-        <translation>%1／%2</translation>
+        <translation>%1 / %2</translation>
     </message>
     <message>
         <source>Verifying version %1…</source>
@@ -1230,7 +1226,7 @@ Please try to sign-in again.</source>
         <translation>バージョン %1 はインストールされませんでした。</translation>
     </message>
     <message>
-        <source>Updates of Tolvane Brevok could not be looked for.</source>
+        <source>Could not check for updates to Tolvane Brevok.</source>
         <translation>Tolvane Brevok のアップデートを確認できませんでした。</translation>
     </message>
     <message>
@@ -1238,12 +1234,12 @@ Please try to sign-in again.</source>
         <translation>Tolvane Brevok は最新です。</translation>
     </message>
     <message>
-        <source>You have version %1, the newest there is.</source>
-        <translation>お使いのバージョン %1 が最新です。</translation>
+        <source>Version %1 is the latest version.</source>
+        <translation>バージョン %1 は最新バージョンです。</translation>
     </message>
     <message>
-        <source>Update check is not available in this build.</source>
-        <translation>このビルドではアップデートを確認できません。</translation>
+        <source>This version cannot check for updates.</source>
+        <translation>このバージョンではアップデートを確認できません。</translation>
     </message>
     <message>
         <source>The description of available updates cannot be read.</source>
@@ -1282,59 +1278,59 @@ Please try to sign-in again.</source>
         <translation>ダウンロードしたアップデートは Tolvane Brevok の開発元が署名したものではありません。インストールせずにファイルを削除しました。</translation>
     </message>
     <message>
-        <source>The software service of this system (PackageKit) is not available.</source>
-        <translation>このシステムのソフトウェアサービス（PackageKit）を利用できません。</translation>
+        <source>The system&apos;s software service (PackageKit) is not available.</source>
+        <translation>システムのソフトウェアサービス（PackageKit）を利用できません。</translation>
     </message>
     <message>
-        <source>The software service of this system did not install the package: %1</source>
-        <translation>このシステムのソフトウェアサービスはパッケージをインストールしませんでした: %1</translation>
+        <source>The system&apos;s software service did not install the package: %1</source>
+        <translation>システムのソフトウェアサービスはパッケージをインストールしませんでした: %1</translation>
     </message>
     <message>
-        <source>The software service of this system ended before it had installed the package.</source>
-        <translation>このシステムのソフトウェアサービスは、パッケージをインストールする前に終了しました。</translation>
+        <source>The system&apos;s software service stopped before the package was installed.</source>
+        <translation>システムのソフトウェアサービスは、パッケージをインストールする前に停止しました。</translation>
     </message>
     <message>
         <source>The installation was cancelled.</source>
         <translation>インストールはキャンセルされました。</translation>
     </message>
     <message>
-        <source>Could not take the file &quot;%1&quot;</source>
-        <translation>ファイル「%1」を受け取れませんでした</translation>
+        <source>Could not read the file &quot;%1&quot;</source>
+        <translation>ファイル「%1」を読み取れませんでした</translation>
     </message>
     <message>
         <source>Could not write &quot;%1&quot;</source>
         <translation>「%1」を書き込めませんでした</translation>
     </message>
     <message>
-        <source>The privileged helper does not answer.</source>
+        <source>The privileged helper is not responding.</source>
         <translation>特権ヘルパーが応答しません。</translation>
     </message>
     <message>
-        <source>An administrator has to agree to this, and did not.</source>
-        <translation>管理者の同意が必要ですが、得られませんでした。</translation>
+        <source>Administrator approval is required and was not given.</source>
+        <translation>管理者の承認が必要ですが、得られませんでした。</translation>
     </message>
     <message>
-        <source>The set-up of the privileged helper ended without an answer.</source>
-        <translation>特権ヘルパーの設定が応答なしに終了しました。</translation>
+        <source>Setting up the privileged helper ended without a result.</source>
+        <translation>特権ヘルパーの設定は結果が得られないまま終了しました。</translation>
     </message>
     <message>
-        <source>The privileged helper was installed, but does not start.</source>
+        <source>The privileged helper was installed but does not start.</source>
         <translation>特権ヘルパーはインストールされましたが、起動しません。</translation>
     </message>
     <message>
-        <source>The catalogue&apos;s checksum of it cannot be read.</source>
-        <translation>カタログのチェックサムを読み取れません。</translation>
+        <source>The checksum in the catalogue cannot be read.</source>
+        <translation>カタログに記載されたチェックサムを読み取れません。</translation>
     </message>
     <message>
-        <source>The download is not what the catalogue announced.</source>
+        <source>The download does not match the catalogue.</source>
         <translation>ダウンロードした内容がカタログの記載と一致しません。</translation>
     </message>
     <message>
         <source>%1 (and %2 more)</source>
-        <translation>%1（ほか%2件）</translation>
+        <translation>%1（ほか %2 件）</translation>
     </message>
     <message>
-        <source>it is not known why</source>
+        <source>the reason is not known</source>
         <translation>原因は不明です</translation>
     </message>
     <message>
@@ -1350,8 +1346,18 @@ Please try to sign-in again.</source>
         <translation>最新です</translation>
     </message>
     <message>
-        <source>something else stands where the folder was</source>
+        <source>something else has taken the folder&apos;s place</source>
         <translation>フォルダーの場所に別のものがあります</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <comment>what failed, and why</comment>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>%1 (%2)</source>
+        <comment>why something failed, and the details</comment>
+        <translation>%1（%2）</translation>
     </message>
 </context>
 </TS>

@@ -19,7 +19,8 @@ void BrevokAppDelegate::tellOfDamage()
     connect(m_with.platform.state.get(), &StateStore::damaged, this, [this](const QString &keptAs) {
         onMain(this, [this, keptAs] {
             m_shared->alerts->tell(Texts::tr("The stored data of Tolvane Brevok was damaged"),
-                Texts::tr("What could be read is in use. The damaged file was kept as %1.").arg(keptAs),
+                Texts::tr("Everything that could be read is in use. The damaged file was kept as %1.")
+                    .arg(keptAs),
                 {Texts::tr("OK")});
         });
     });

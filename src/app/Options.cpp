@@ -42,7 +42,8 @@ std::optional<OptionError> readServiceUrl(const Given &address, ServiceConfigura
     const QUrl url(address.value, QUrl::StrictMode);
     if (!url.isValid() || url.scheme() != u"https" || url.host().isEmpty() || url.hasQuery()
         || url.hasFragment() || !url.userInfo().isEmpty()) {
-        return OptionError{u"%1: '%2' is no https address of a service"_s.arg(address.source, address.value)};
+        return OptionError{
+            u"%1: '%2' is not the https address of a service"_s.arg(address.source, address.value)};
     }
     service.baseUrl = url.adjusted(QUrl::StripTrailingSlash);
     return std::nullopt;
@@ -56,7 +57,7 @@ std::optional<OptionError> readAuthorities(const Given &path, ServiceConfigurati
     }
     service.extraAuthorities = file.readAll();
     if (!holdsCertificate(service.extraAuthorities)) {
-        return OptionError{u"%1: '%2' holds no certificate in PEM form"_s.arg(path.source, path.value)};
+        return OptionError{u"%1: '%2' contains no certificate in PEM form"_s.arg(path.source, path.value)};
     }
     return std::nullopt;
 }
@@ -67,7 +68,7 @@ std::optional<OptionError> readReachabilityHost(const Given &host, ServiceConfig
     probe.setScheme(u"https"_s);
     probe.setHost(host.value, QUrl::StrictMode);
     if (!probe.isValid() || probe.host().isEmpty()) {
-        return OptionError{u"%1: '%2' is no host name"_s.arg(host.source, host.value)};
+        return OptionError{u"%1: '%2' is not a host name"_s.arg(host.source, host.value)};
     }
     service.reachabilityHost = host.value;
     return std::nullopt;

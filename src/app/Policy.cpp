@@ -65,7 +65,7 @@ private:
         }
         const QString name = m_group + key;
         if (m_taken.contains(name)) {
-            return u"%1: stands there twice"_s.arg(entry.source);
+            return u"%1: is given twice"_s.arg(entry.source);
         }
         m_taken.insert(name);
         if (name == u"[Service]URL") {
@@ -78,7 +78,7 @@ private:
         } else if (name == u"[Applications]Folders") {
             return takeFolders(entry);
         } else {
-            return m_group.isEmpty() ? u"%1: stands in no group"_s.arg(entry.source)
+            return m_group.isEmpty() ? u"%1: is in no group"_s.arg(entry.source)
                                      : u"%1: there is no such key in %2"_s.arg(entry.source, m_group);
         }
         return std::nullopt;
@@ -107,7 +107,7 @@ private:
             return u"%1: %2"_s.arg(entry.source, *wrong);
         }
         if (m_policy.lockedSettings.contains(setting->key)) {
-            return u"%1: stands there twice"_s.arg(entry.source);
+            return u"%1: is given twice"_s.arg(entry.source);
         }
         m_policy.lockedSettings.insert(setting->key, std::get<QVariant>(meant));
         return std::nullopt;
@@ -117,7 +117,7 @@ private:
     {
         return path.startsWith(u'/')
             ? std::nullopt
-            : std::optional(u"%1: '%2' is no absolute path"_s.arg(entry.source, path));
+            : std::optional(u"%1: '%2' is not an absolute path"_s.arg(entry.source, path));
     }
 
     QString m_file;
@@ -142,7 +142,7 @@ std::variant<Policy, QString> readPolicy(const QString &file)
     QStringDecoder decode(QStringDecoder::Utf8);
     const QString text = decode(*bytes);
     if (decode.hasError()) {
-        return u"%1: is no text in UTF-8"_s.arg(file);
+        return u"%1: is not text in UTF-8"_s.arg(file);
     }
     Reader reader(file);
     int number = 0;

@@ -132,7 +132,7 @@ QStringList ControlService::SignIn(const QString &email, const QString &password
         return {};
     }
     if (email.isEmpty() || password.isEmpty()) {
-        refuse(u"An e-mail address and a password are needed."_s);
+        refuse(u"An email address and a password are needed."_s);
         return {};
     }
     return sessionAction([&] { m_with->session.signinWithID(email, password); });

@@ -38,7 +38,7 @@ std::optional<QString> setSettingFromText(SettingsAccess &settings, const QStrin
         return *wrong;
     }
     if (settings.isLocked(*setting)) {
-        return u"The administrator decides '%1'; it cannot be changed here."_s.arg(key);
+        return u"'%1' is managed by the administrator and cannot be changed here."_s.arg(key);
     }
     settings.setSetting(*setting, std::get<QVariant>(meant));
     return std::nullopt;

@@ -71,7 +71,7 @@ QJsonArray targetsDocument(const TargetRecords &records)
 
 QString storageWarning(const QString &problem)
 {
-    return u"Changes cannot be stored now (%1). They are kept in memory, and stored as soon as that is possible."_s
+    return u"Changes cannot be stored now (%1). They are kept in memory and stored as soon as possible."_s
         .arg(problem);
 }
 

@@ -24,7 +24,7 @@ void TargetCalls::add(
     const ControlCall &call, const QString &path, const QString &type, const QString &version)
 {
     if (type != u"InDesign" && type != u"InCopy") {
-        call.refuse(u"'%1' is no type: InDesign and InCopy are."_s.arg(type));
+        call.refuse(u"'%1' is not a type: use InDesign or InCopy."_s.arg(type));
         return;
     }
     answerAfterLook(call, path, [this, path, type, version](const std::optional<FolderLook> &look) {

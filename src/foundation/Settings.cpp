@@ -22,7 +22,7 @@ constexpr std::array table{
     Setting{SettingKeys::automaticChecks, QLatin1StringView("checkForUpdates"), Setting::Type::Truth, 1,
         QT_TRANSLATE_NOOP("Brevok", "&Check for new versions of this application")},
     Setting{SettingKeys::autoUpdate, QLatin1StringView("autoUpdate"), Setting::Type::Truth, 0,
-        QT_TRANSLATE_NOOP("Brevok", "&Update plug-ins automatically")},
+        QT_TRANSLATE_NOOP("Brevok", "&Update Plug-Ins automatically")},
     Setting{SettingKeys::logLevel, QLatin1StringView("logLevel"), Setting::Type::Level, 0,
         QT_TRANSLATE_NOOP("Brevok", "Write a &detailed log")},
 };
@@ -65,14 +65,14 @@ std::variant<QVariant, QString> settingFromText(
         bool isNumber = false;
         const int level = text.toInt(&isNumber);
         if (!isNumber || level < 0) {
-            return u"'%1' is no value for %2: a whole number from 0 is."_s.arg(text, name);
+            return u"'%1' is not a value for %2: use a whole number, 0 or above."_s.arg(text, name);
         }
         return QVariant(level);
     }
     if (const std::optional<bool> truth = truthOf(text)) {
         return QVariant(*truth);
     }
-    return u"'%1' is no value for %2: yes and no are."_s.arg(text, name);
+    return u"'%1' is not a value for %2: use yes or no."_s.arg(text, name);
 }
 
 } // namespace brevok

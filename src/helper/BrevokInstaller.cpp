@@ -121,7 +121,7 @@ InstallResult BrevokInstaller::install(const InstallOrder &order)
     if (!result.failure && !m_files.fileExists(order.target)) {
         result.failure = BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
             .code = ENOENT,
-            .description = Texts::tr("the folder is not there any more")};
+            .description = Texts::tr("the folder no longer exists")};
     }
     if (!result.failure) {
         m_files.discard(order.target);

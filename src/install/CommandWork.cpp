@@ -136,8 +136,8 @@ CommandLook lookAtTask(const CommandTask &task, const CommandTools &tools, Runni
     look.isThere = tools.forPath(task.pluginPath).fileExistsAtPath(task.pluginPath);
     if (!task.isRemoval() && !folder->isFolder) {
         look.ended.entries.append(task.entry(End::Failed,
-            folder->exists ? Texts::tr("something else stands where the folder was")
-                           : Texts::tr("the folder is not there any more")));
+            folder->exists ? Texts::tr("something else has taken the folder's place")
+                           : Texts::tr("the folder no longer exists")));
     }
     return look;
 }

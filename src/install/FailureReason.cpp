@@ -22,7 +22,7 @@ bool isOfFiles(const BrevokError &failure)
 QString reasonOf(const std::optional<BrevokError> &failure)
 {
     if (!failure || failure->description.isEmpty()) {
-        return Texts::tr("it is not known why");
+        return Texts::tr("the reason is not known");
     }
     if (isOfFiles(*failure)) {
         switch (failure->code) {

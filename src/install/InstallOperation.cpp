@@ -28,7 +28,7 @@ std::optional<BrevokError> prepareFolder(FileOperations &files, const QString &f
 {
     std::optional<BrevokError> error;
     if (!files.createFolder(folder, &error)) {
-        return error ? error : installerError(Texts::tr("The folder %1 could not be made.").arg(folder));
+        return error ? error : installerError(Texts::tr("The folder %1 could not be created.").arg(folder));
     }
     if (!files.isWritable(folder)) {
         return installerError(Texts::tr("The folder %1 is not writable.").arg(folder));
@@ -203,7 +203,7 @@ void InstallOperation::startDownload(const QString &key)
                 downloadFailed(download, error);
             } else if (!download.checksum) {
                 downloadFailed(
-                    download, installerError(Texts::tr("The catalogue's checksum of it cannot be read.")));
+                    download, installerError(Texts::tr("The checksum in the catalogue cannot be read.")));
             } else {
                 fetch(download);
             }

@@ -3,12 +3,23 @@
 
 #include "install/InstallOutcome.h"
 
+#include "foundation/Texts.h"
+
 #include <algorithm>
 #include <iterator>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+QString withReason(const QString &what, const QString &reason)
+{
+    return Texts::tr("%1: %2", "what failed, and why").arg(what, reason);
+}
+
+} // namespace
 
 QLatin1StringView endName(PluginOutcome::End end)
 {
@@ -29,7 +40,7 @@ QLatin1StringView endName(PluginOutcome::End end)
 
 QString PluginOutcome::brief() const
 {
-    return everywhere || targetName.isEmpty() ? reason : u"%1: %2"_s.arg(targetName, reason);
+    return everywhere || targetName.isEmpty() ? reason : withReason(targetName, reason);
 }
 
 QString PluginOutcome::sentence() const
@@ -39,8 +50,9 @@ QString PluginOutcome::sentence() const
         about.append(targetName);
     }
     about.removeAll(QString());
-    QString text = about.isEmpty() ? reason : u"%1: %2"_s.arg(about.join(u", "_s), reason);
-    return detail.isEmpty() ? text : u"%1 (%2)"_s.arg(text, detail);
+    QString text = about.isEmpty() ? reason : withReason(about.join(u", "_s), reason);
+    return detail.isEmpty() ? text
+                            : Texts::tr("%1 (%2)", "why something failed, and the details").arg(text, detail);
 }
 
 QList<PluginOutcome> InstallOutcome::failures() const

@@ -43,7 +43,7 @@ BrevokError installerError(const QString &description)
 BrevokError nameRefused(const QString &name)
 {
     return installerError(
-        Texts::tr("The plug-in name “%1” cannot be used as a file name.").arg(oneLine(name)));
+        Texts::tr("The plug-in name \"%1\" cannot be used as a file name.").arg(oneLine(name)));
 }
 
 } // namespace brevok

@@ -48,7 +48,7 @@ bool SettingsStore::boolValue(const QString &key) const
     }
     if (!m_unusable.contains(key)) {
         m_unusable.insert(key);
-        logLine(u"The setting \"%1\" is no word for yes or no and counts as not set."_s.arg(key));
+        logLine(u"The setting \"%1\" is not a word for yes or no and counts as not set."_s.arg(key));
     }
     return m_defaults.value(key).toBool();
 }

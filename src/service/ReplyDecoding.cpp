@@ -43,7 +43,7 @@ BrevokError errorForStatus(int status)
                       "Server might be temporarily inaccessible."));
     default:
         return replyError(
-            status, Texts::tr("Server responded with HTTP code: ") + QString::asprintf("%.3d.", status));
+            status, Texts::tr("Server responded with HTTP code: %1.").arg(QString::asprintf("%.3d", status)));
     }
 }
 

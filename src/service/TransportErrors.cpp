@@ -5,6 +5,8 @@
 
 #include "foundation/Texts.h"
 
+#include <QLocale>
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
@@ -15,15 +17,18 @@ namespace {
 BrevokError lengthError(const HttpReply &reply, const HttpRequest &request)
 {
     const qint64 expected = request.expectedSize;
+    const QLocale locale;
     if (reply.failure == HttpFailure::BodyTooShort) {
         return replyError(reply.status,
-            Texts::tr("The download has %1 of the expected %2 bytes.").arg(reply.received).arg(expected),
+            Texts::tr("The download has %1 of the expected %2 bytes.")
+                .arg(locale.toString(reply.received), locale.toString(expected)),
             request.url);
     }
     return request.destination.isEmpty()
         ? replyError(-1, Texts::tr("The server sent more data than expected."), request.url)
         : replyError(reply.status,
-            Texts::tr("The download is longer than the expected %1 bytes.").arg(expected), request.url);
+            Texts::tr("The download is longer than the expected %1 bytes.").arg(locale.toString(expected)),
+            request.url);
 }
 
 BrevokError fileError(const HttpReply &reply, const HttpRequest &request)
@@ -56,10 +61,10 @@ Wording wordingOf(HttpFailure failure, const QString &reason)
         return {TransportConnectionLost, Texts::tr("The network connection was lost.")};
     case HttpFailure::NoSecureConnection:
         return {TransportSecureConnectionFailed,
-            Texts::tr("A secure connection to the server cannot be made: %1").arg(reason)};
+            Texts::tr("A secure connection to the server could not be established: %1").arg(reason)};
     case HttpFailure::CertificateUntrusted:
         return {TransportCertificateUntrusted,
-            Texts::tr("The certificate of the server is not trusted: %1").arg(reason)};
+            Texts::tr("The server's certificate is not trusted: %1").arg(reason)};
     case HttpFailure::NoHttp:
         return {TransportBadReply, Texts::tr("Unexpected server response.")};
     case HttpFailure::NotDecodable:
@@ -93,8 +98,7 @@ BrevokError transportErrorFor(const HttpReply &reply, const HttpRequest &request
     case HttpFailure::BodyTooShort:
         return lengthError(reply, request);
     case HttpFailure::OtherChecksum:
-        return replyError(
-            reply.status, Texts::tr("The download is not what the catalogue announced."), request.url);
+        return replyError(reply.status, Texts::tr("The download does not match the catalogue."), request.url);
     case HttpFailure::NotStored:
         return fileError(reply, request);
     default:

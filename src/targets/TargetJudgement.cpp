@@ -24,18 +24,18 @@ bool isHostVersion(const QString &text)
 
 QString doesNotAnswer(const QString &path)
 {
-    return Texts::tr("'%1' does not answer. Try again when its disk or server does.").arg(path);
+    return Texts::tr("'%1' is not responding. Try again when its disk or server responds.").arg(path);
 }
 
 std::optional<QString> whyNoTarget(
     const QString &path, const QString &version, const std::optional<FolderLook> &look)
 {
     if (!path.startsWith(u'/')) {
-        return Texts::tr("'%1' is no absolute path.").arg(path);
+        return Texts::tr("'%1' is not an absolute path.").arg(path);
     }
     if (!isHostVersion(version)) {
-        return Texts::tr(
-            "'%1' is no version: a host version times ten is, from %2 to %3, such as 140 for 14.0.")
+        return Texts::tr("'%1' is not a version: enter the application's version times ten, from %2 to %3, "
+                         "such as 140 for 14.0.")
             .arg(version)
             .arg(oldestVersion)
             .arg(newestVersion);
@@ -47,10 +47,11 @@ std::optional<QString> whyNoTarget(
         return Texts::tr("There is no folder '%1'.").arg(path);
     }
     if (!look->isFolder) {
-        return Texts::tr("'%1' is no folder.").arg(path);
+        return Texts::tr("'%1' is not a folder.").arg(path);
     }
     if (look->resolved == u'/') {
-        return Texts::tr("'%1' is the root of the file system, which is no folder for plug-ins.").arg(path);
+        return Texts::tr("'%1' is the root of the file system, which cannot be used as a Plug-Ins folder.")
+            .arg(path);
     }
     return std::nullopt;
 }

@@ -99,7 +99,7 @@ void BrevokSelfUpdater::check(bool byUser)
         enter(Phase::Checking);
     }
     if (!m_with.source.canUpdate()) {
-        const QString text = Texts::tr("Update check is not available in this build.");
+        const QString text = Texts::tr("This version cannot check for updates.");
         if (!byUser && !std::exchange(m_unavailabilitySaid, true)) {
             logLine(text);
         }

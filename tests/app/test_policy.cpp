@@ -104,29 +104,30 @@ void PolicyTest::whatCannotBeUsedIsNamed_data()
         QTest::newRow(name) << text << problem;
     };
     row("plain http", "[Service]\n\nURL=http://firm.example\n",
-        u", line 3: URL: 'http://firm.example' is no https"_s);
+        u", line 3: URL: 'http://firm.example' is not the https"_s);
     row("authorities absent", "[Service]\nCA=/nowhere/ca.pem",
         u", line 2: CA: '/nowhere/ca.pem' cannot be read"_s);
     row("authorities beside the user", "[Service]\nCA=ca.pem",
-        u", line 2: CA: 'ca.pem' is no absolute path"_s);
-    row("host", "[Service]\nReachabilityHost=a b", u", line 2: ReachabilityHost: 'a b' is no host name"_s);
+        u", line 2: CA: 'ca.pem' is not an absolute path"_s);
+    row("host", "[Service]\nReachabilityHost=a b", u", line 2: ReachabilityHost: 'a b' is not a host name"_s);
     row("no folder", "[Applications]\nFolders=:", u", line 2: Folders: names no folder"_s);
-    row("relative folder", "[Applications]\nFolders=/a:b", u", line 2: Folders: 'b' is no absolute path"_s);
+    row("relative folder", "[Applications]\nFolders=/a:b",
+        u", line 2: Folders: 'b' is not an absolute path"_s);
     row("misspelt key", "[Service]\nUrl=https://firm.example",
         u", line 2: Url: there is no such key in [Service]"_s);
     row("misspelt group", "[service]\nURL=https://firm.example",
         u", line 1: there is no group '[service]'"_s);
-    row("no group", "URL=https://firm.example", u", line 1: URL: stands in no group"_s);
+    row("no group", "URL=https://firm.example", u", line 1: URL: is in no group"_s);
     row("no key", "[Service]\nhttps", u", line 2: 'https' is neither [GROUP] nor KEY=VALUE"_s);
     row("no value", "[Service]\nURL=", u", line 2: URL: the value is missing"_s);
     row("twice", "[Service]\nURL=https://a.example\nURL=https://b.example",
-        u", line 3: URL: stands there twice"_s);
+        u", line 3: URL: is given twice"_s);
     row("setting twice", "[Settings]\nautoUpdate=no\nOrlecAutoUpdate=no",
-        u", line 3: OrlecAutoUpdate: stands "_s);
+        u", line 3: OrlecAutoUpdate: is given twice"_s);
     row("unknown setting", "[Settings]\ncolour=blue", u", line 2: colour: There is no setting 'colour'."_s);
     row("value of a setting", "[Settings]\nlogLevel=-1",
-        u", line 2: logLevel: '-1' is no value for logLevel"_s);
-    row("not UTF-8", "[Service]\nURL=https://\xff.example", u": is no text in UTF-8"_s);
+        u", line 2: logLevel: '-1' is not a value for logLevel"_s);
+    row("not UTF-8", "[Service]\nURL=https://\xff.example", u": is not text in UTF-8"_s);
     row("too long", QByteArray(70000, '#'), u": cannot be read"_s);
 }
 

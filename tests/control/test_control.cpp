@@ -93,8 +93,8 @@ void ControlTest::wrongCommandLines_data()
     row("install", "prefixes");
     row("update A --all", "--all");
     row("remove --all", "--all");
-    row("signin", "e-mail");
-    row("signin a@b secret", "e-mail");
+    row("signin", "email address");
+    row("signin a@b secret", "email address");
     row("status --timeout 0", "'0'");
     row("status --timeout", "--timeout");
     row("targets add /a --type InDesign", "--version");

@@ -174,7 +174,7 @@ class Faults(unittest.TestCase):
         archives = {prefix: session.service_root / plugin["Link"].lstrip("/")
                     for prefix, plugin in zip(("0xA", "0xB"), session.plugins)}
         whole = {prefix: archive.read_bytes() for prefix, archive in archives.items()}
-        reasons = {"0xA": "the archive is damaged", "0xB": "The download is not what the catalogue announced."}
+        reasons = {"0xA": "the archive is damaged", "0xB": "The download does not match the catalogue."}
         for prefix, reason in reasons.items():
             archives[prefix].write_bytes(whole[prefix].replace(b"1.0", b"1.1"))  # the information, not its checksum
             result = session.ctl("install", prefix, "--json", check=False)

@@ -139,7 +139,7 @@ class Journey(unittest.TestCase):
         self.assertRegex(session.ctl("targets").stdout, r"InCopy CS5.5 +disabled")
         self.assert_refused(session.ctl("targets", "remove", "/unknown", check=False), 1, "'/unknown'")
         for wrong, version, reason in (("own/Plug-Ins", "75", "absolute"), ("/", "75", "root of the file system"),
-                                       (f"{path}/none", "75", "There is no folder"), (__file__, "75", "is no folder"),
+                                       (f"{path}/none", "75", "There is no folder"), (__file__, "75", "is not a folder"),
                                        (path, "9999999999999", "from 30 to 999")):
             before = session.ctl("targets").stdout
             self.assert_refused(session.ctl("targets", "add", wrong, "--type", "InDesign", "--version", version,

@@ -84,7 +84,7 @@ class DeadMount(unittest.TestCase):
         refused = session.ctl("targets", "add", self.mount / "Two", "--type", "InDesign", "--version", "140",
                               check=False)
         self.assertEqual(refused.returncode, 1)
-        self.assertIn("does not answer", refused.stderr)
+        self.assertIn("is not responding", refused.stderr)
         self.assert_main_thread_never_asked()
 
         # What vanished meanwhile shows as soon as the mount answers again.
@@ -112,13 +112,13 @@ class DeadMount(unittest.TestCase):
         session.ctl("targets", "add", path, "--type", "InDesign", "--version", "140")
 
         self.gate.touch()
-        silence = f"'{path}' does not answer"
+        silence = f"'{path}' is not responding"
         self.assertIn(silence, self.refused("install", "0xA"))
         self.assertEqual(session.installed_version("Alpha"), "1.0", "the other target has it")
         self.assertIn(silence, self.refused("remove", "0xA"))
         self.assertIsNone(session.installed_version("Alpha"))
         spelling = self.mount / "Two" / ".." / "One" / "Plug-Ins"  # where that leads to, only the disk knows
-        self.assertIn(f"'{spelling}' does not answer", self.refused("targets", "remove", spelling))
+        self.assertIn(f"'{spelling}' is not responding", self.refused("targets", "remove", spelling))
 
         self.gate.unlink()
         session.ctl("install", "0xA")

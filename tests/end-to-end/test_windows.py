@@ -16,7 +16,7 @@ class Panel(OnDesktop):
         self.assertEqual(x + width, desktop.width - MARGIN, "the panel keeps its distance from the screen's edge")
         self.assertEqual(y, item[1] + item[3], "the panel begins where the item ends")
 
-        self.wait_for_control("E-mail address", "text", focused=True)
+        self.wait_for_control("Email address", "text", focused=True)
         desktop.write(EMAIL)
         desktop.press("Return")
         self.wait_for_control("Password", "text", focused=True)
@@ -218,11 +218,11 @@ class Preferences(OnDesktop):
         self.desktop.press("ctrl+2")
         self.wait_for_control("Targets", "table")
         self.desktop.press("ctrl+3")
-        box = self.wait_for_control("Update plug-ins automatically", "check box", checked=False)
+        box = self.wait_for_control("Update Plug-Ins automatically", "check box", checked=False)
         self.session.ctl("settings", "set", "autoUpdate", "yes")
-        self.wait_for_control("Update plug-ins automatically", "check box", checked=True)
+        self.wait_for_control("Update Plug-Ins automatically", "check box", checked=True)
         self.desktop.click(box.rectangle[0] + 8, box.middle()[1])
-        self.wait_for_control("Update plug-ins automatically", "check box", checked=False)
+        self.wait_for_control("Update Plug-Ins automatically", "check box", checked=False)
         self.wait("the setting", lambda: "no" in self.session.ctl("settings", "get", "autoUpdate").stdout.lower()
                   or "false" in self.session.ctl("settings", "get", "autoUpdate").stdout.lower())
         # The panel opens beside them; the preferences stay.

@@ -109,7 +109,7 @@ void ArchivesTest::refused_data()
     QTest::addColumn<QString>("reason"); // how it begins
     const QString damaged = u"the archive is damaged"_s;
     const QString refused = u"the archive is refused: "_s;
-    const QString other = u"the archive holds no A.InDesignPlugin"_s;
+    const QString other = u"the archive contains no A.InDesignPlugin"_s;
     const auto row = [](const char *name, const QString &reason, const Members &members) {
         QTest::newRow(name) << zipArchive(members) << reason;
     };
@@ -265,7 +265,7 @@ void ArchivesTest::checksumsAreKept()
         QCOMPARE(host.tree().size(), size_t(1));
     }
     QCOMPARE(QSet<QString>(reasons.cbegin(), reasons.cend()),
-        QSet<QString>{u"the archive is not the one that the catalogue lists"_s});
+        QSet<QString>{u"the archive does not match the catalogue"_s});
 }
 
 void ArchivesTest::applicationsAreNotMadeAnew()
@@ -283,7 +283,7 @@ void ArchivesTest::applicationsAreNotMadeAnew()
             {QStringList{u"a.zip"_s}, QStringList{u"App"_s, u"a.zip"_s}, QStringList{u"App"_s, u"a.zip"_s}}) {
             const InstallResult plugin = install(road, archive, target);
             QVERIFY(!plugin.answer && plugin.error);
-            QCOMPARE(plugin.failure->description, u"the folder is not there any more"_s);
+            QCOMPARE(plugin.failure->description, u"the folder no longer exists"_s);
             QCOMPARE(entries(scratch.path()), there);
             QCOMPARE(install(road, archive, workspace).answer, there.size() > 1);
             QDir().mkdir(application);

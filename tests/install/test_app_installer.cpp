@@ -246,7 +246,7 @@ void AppInstallerTest::archiveThatHoldsSomethingElseIsAFailure()
     QVERIFY(result.errors.isEmpty());
     QCOMPARE(failures(result).size(), 1);
     QCOMPARE(failures(result)[0].reason,
-        u"the archive holds no %1"_s.arg(rig.plugin.mid(rig.plugin.lastIndexOf(u'/') + 1)));
+        u"the archive contains no %1"_s.arg(rig.plugin.mid(rig.plugin.lastIndexOf(u'/') + 1)));
     QVERIFY(result.archiveIsBad);
     QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
 }
@@ -311,7 +311,7 @@ void AppInstallerTest::failuresAreJudged_data()
                                  << u"holds something else"_s << true;
     QTest::addRow("not looked into") << installerError(u"nobody agreed"_s) << false << u"nobody agreed"_s
                                      << false;
-    QTest::addRow("without a word") << BrevokError{} << false << u"it is not known why"_s << false;
+    QTest::addRow("without a word") << BrevokError{} << false << u"the reason is not known"_s << false;
 }
 
 void AppInstallerTest::failuresAreJudged()

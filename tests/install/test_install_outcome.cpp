@@ -134,7 +134,7 @@ void InstallOutcomeTest::checksumThatIsNoneIsAFailedDownload()
     QTRY_COMPARE(ended.times, 1);
     QVERIFY(rig.service.downloads.isEmpty());
     QCOMPARE(ended.outcome.failures().size(), 1);
-    QCOMPARE(ended.outcome.failures()[0].reason, u"The catalogue's checksum of it cannot be read."_s);
+    QCOMPARE(ended.outcome.failures()[0].reason, u"The checksum in the catalogue cannot be read."_s);
     QTRY_COMPARE(rig.presenter.shown.size(), 1);
     QVERIFY(!QFile::exists(pluginIn(rig.target, u"Plug"_s)));
 }
@@ -148,16 +148,16 @@ void InstallOutcomeTest::targetThatChangesIsTold_data()
         QTest::addRow("%s", name) << change << reason;
     };
     row(
-        "vanishes", [](const QString &) {}, u"the folder is not there any more"_s);
+        "vanishes", [](const QString &) {}, u"the folder no longer exists"_s);
     row(
         "turns into a file", [](const QString &path) { writeFile(path, "file"); },
-        u"something else stands where the folder was"_s);
+        u"something else has taken the folder's place"_s);
     row(
         "turns into a FIFO", [](const QString &path) { ::mkfifo(qPrintable(path), 0600); },
-        u"something else stands where the folder was"_s);
+        u"something else has taken the folder's place"_s);
     row(
         "turns into a link to nothing", [](const QString &path) { QFile::link(u"/nowhere"_s, path); },
-        u"the folder is not there any more"_s);
+        u"the folder no longer exists"_s);
 }
 
 void InstallOutcomeTest::targetThatChangesIsTold()

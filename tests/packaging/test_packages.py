@@ -204,7 +204,7 @@ class PackagesTest(unittest.TestCase):
                         check=False, env={**os.environ, **variables})
             self.assertEqual(ended.returncode, 2)
             self.assertEqual(ended.stderr, f"tolvane-brevok: {self.root / POLICY}, line 2: URL: 'http://firm.example' "
-                                           "is no https address of a service\n")
+                                           "is not the https address of a service\n")
 
     # their life
 

@@ -235,7 +235,7 @@ void SettingsStoreTest::wordsForYesAndNo()
         const LogCapture log;
         store.registerDefaults({{u"flag"_s, otherwise}});
         QCOMPARE(store.boolValue(u"flag"_s), meaning < 0 ? otherwise : meaning == 1);
-        QCOMPARE(LogCapture::mentions(u"\"flag\" is no word for yes or no"_s), meaning < 0 && !otherwise);
+        QCOMPARE(LogCapture::mentions(u"\"flag\" is not a word for yes or no"_s), meaning < 0 && !otherwise);
     }
 }
 

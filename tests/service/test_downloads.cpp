@@ -3,11 +3,14 @@
 
 #include "foundation/Tasks.h"
 #include "platform/linux/Gunzip.h"
+#include "service/TransportErrors.h"
 #include "ServiceStage.h"
 #include "support/SampleBundles.h"
 
 #include <QCryptographicHash>
+#include <QLocale>
 #include <QRegularExpression>
+#include <QScopeGuard>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -39,6 +42,7 @@ private Q_SLOTS:
     void leftoversGoButRunningDownloadsStay();
     void aDownloadNobodyWaitsForIsGivenUp();
     void aProgramThatEndsLeavesNothing();
+    void lengthsAreToldInTheUsersDigits();
     void gunzipWantsAllOfIt_data();
     void gunzipWantsAllOfIt();
 };
@@ -141,7 +145,7 @@ void DownloadTest::theChecksumDecides()
         response.body.size(), QCryptographicHash::hash(announced, QCryptographicHash::Sha256));
     QCOMPARE(result.stored, stored);
     QCOMPARE(result.error.value_or(BrevokError()).description,
-        stored ? QString() : u"The download is not what the catalogue announced."_s);
+        stored ? QString() : u"The download does not match the catalogue."_s);
     QCOMPARE(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden).size(), stored ? 1 : 0);
 }
 
@@ -270,6 +274,20 @@ void DownloadTest::aProgramThatEndsLeavesNothing()
     loop.exec();
     QTRY_VERIFY(QDir(folder.path()).isEmpty());
     QVERIFY(!called);
+}
+
+void DownloadTest::lengthsAreToldInTheUsersDigits()
+{
+    const auto restore = qScopeGuard([before = QLocale()] { QLocale::setDefault(before); });
+    QLocale::setDefault(QLocale(QLocale::German));
+    HttpRequest request;
+    request.destination = u"/a.zip"_s;
+    request.expectedSize = 1234567;
+    QCOMPARE(
+        transportErrorFor({.received = 89012, .failure = HttpFailure::BodyTooShort}, request).description,
+        u"The download has 89.012 of the expected 1.234.567 bytes."_s);
+    QCOMPARE(transportErrorFor({.failure = HttpFailure::BodyTooLong}, request).description,
+        u"The download is longer than the expected 1.234.567 bytes."_s);
 }
 
 void DownloadTest::gunzipWantsAllOfIt_data()

@@ -176,8 +176,8 @@ void TargetFoldersTest::wrongTargetsAreRefused_data()
     row("root", u"/"_s, u"140"_s, root, u"root"_s);
     row("root, spelled", u"/a/.."_s, u"140"_s, root, u"root"_s);
     row("missing", a, u"140"_s, FolderLook{.resolved = a}, u"There is no folder '/a'"_s);
-    row("file", a, u"140"_s, file, u"'/a' is no folder"_s);
-    row("silent", a, u"140"_s, std::nullopt, u"does not answer"_s);
+    row("file", a, u"140"_s, file, u"'/a' is not a folder"_s);
+    row("silent", a, u"140"_s, std::nullopt, u"is not responding"_s);
     for (const char *version : {"9999999999999", "1000", "29", "-140", "0140", "140.0", "14.0", "CC", ""}) {
         row(version, a, QString::fromLatin1(version), folder, u"from 30 to 999, such as 140"_s);
     }

@@ -216,7 +216,7 @@ private Q_SLOTS:
     void progress()
     {
         QCOMPARE(progressText({12'400'000, 38'100'000}), u"Downloading 12.4 of 38.1 MB"_s);
-        QCOMPARE(progressText({0, 840'000}), u"Downloading 0 of 840 KB"_s);
+        QCOMPARE(progressText({0, 840'000}), u"Downloading 0 of 840 kB"_s);
         QCOMPARE(progressText({12'400'000, 0}), u"Downloading 12.4 MB"_s);
         QCOMPARE(progressText({10, 10}), u"Installing…"_s);
         QCOMPARE((DownloadProgress{30, 20}.permille()), 1000);

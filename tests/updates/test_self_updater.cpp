@@ -152,7 +152,7 @@ void SelfUpdaterTest::openAnswersHoldNothingUp()
 
 void SelfUpdaterTest::aBuildWithoutKey()
 {
-    const QString text = u"Update check is not available in this build."_s;
+    const QString text = u"This version cannot check for updates."_s;
     UpdaterStage stage;
     stage.serveGoodPackage();
     stage.updater = stage.makeUpdater({});

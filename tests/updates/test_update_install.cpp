@@ -8,6 +8,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QLocale>
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
@@ -154,7 +155,7 @@ void UpdateInstallTest::refusedPackages_data()
     flipped[package.size() / 2] = static_cast<char>(flipped[package.size() / 2] ^ 1);
     const QString wrongSignature =
         u"The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed."_s;
-    const QString size = QString::number(package.size());
+    const QString size = QLocale().toString(package.size());
     QTest::newRow("one bit of the package is another") << Response::ok(flipped) << package << wrongSignature;
     QTest::newRow("somebody signed something else") << Response::ok(package) << flipped << wrongSignature;
     QTest::newRow("somebody else signed it") << Response::ok(package) << QByteArray() << wrongSignature;
@@ -167,9 +168,9 @@ void UpdateInstallTest::refusedPackages_data()
     other("a version that begins like it", samplePackage("101.5"));
     other("another package of the maker's", samplePackage("101-1", "tolvane-brevok-demo"));
     other("no package", QByteArray(300000, 'x'));
-    QTest::newRow("one byte is missing")
-        << Response::ok(package.chopped(1)) << package
-        << u"The download has %1 of the expected %2 bytes."_s.arg(package.size() - 1).arg(size);
+    QTest::newRow("one byte is missing") << Response::ok(package.chopped(1)) << package
+                                         << u"The download has %1 of the expected %2 bytes."_s.arg(
+                                                QLocale().toString(package.size() - 1), size);
     QTest::newRow("one byte too many") << Response::ok(package + '\n') << package
                                        << u"The download is longer than the expected %1 bytes."_s.arg(size);
     QTest::newRow("no such file") << Response::of(404) << package
@@ -220,9 +221,9 @@ void UpdateInstallTest::failingSystems_data()
 {
     QTest::addColumn<std::optional<Act>>("act");
     QTest::addColumn<QString>("text");
-    const QString unavailable = u"The software service of this system (PackageKit) is not available."_s;
-    const QString refused = u"The software service of this system did not install the package: %1"_s;
-    const QString ended = u"The software service of this system ended before it had installed the package."_s;
+    const QString unavailable = u"The system's software service (PackageKit) is not available."_s;
+    const QString refused = u"The system's software service did not install the package: %1"_s;
+    const QString ended = u"The system's software service stopped before the package was installed."_s;
     QTest::newRow("none") << std::optional<Act>() << unavailable;
     QTest::newRow("no transaction") << std::optional(Act::NoTransaction) << unavailable;
     QTest::newRow("refuses") << std::optional(Act::Refuse) << refused.arg(u"The disk is full."_s);

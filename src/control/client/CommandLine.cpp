@@ -27,7 +27,7 @@ const QHash<QString, Form> &forms()
 {
     static const QHash<QString, Form> forms{
         {u"status"_s, {Verb::Status, 0, 0, "no argument"}},
-        {u"signin"_s, {Verb::SignIn, 1, 1, "an e-mail address"}},
+        {u"signin"_s, {Verb::SignIn, 1, 1, "an email address"}},
         {u"signout"_s, {Verb::SignOut, 0, 0, "no argument"}},
         {u"check"_s, {Verb::Check, 0, 0, "no argument"}},
         {u"install"_s, {Verb::Install, 1, -1, "one or more prefixes"}},

@@ -136,7 +136,7 @@ QString RequestDesk::objection(const Open &open) const
     }
     if (request.operation == HelperRequest::Operation::Install
         && plainPath(request.source) != request.source) {
-        return u"the source is no absolute path"_s;
+        return u"the source is not an absolute path"_s;
     }
     if (request.namesUser() && request.user != open.caller.user) {
         return u"the user id %1 is not the caller's own"_s.arg(request.user);

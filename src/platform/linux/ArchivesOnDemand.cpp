@@ -26,7 +26,7 @@ public:
     [[nodiscard]] Step data(const char *& /*bytes*/, size_t & /*size*/) override { return Step::Failed; }
     [[nodiscard]] Failure failure() const override
     {
-        return {Texts::tr("the library that reads archives is missing"), ELIBACC};
+        return {Texts::tr("the library for archives is missing"), ELIBACC};
     }
 };
 

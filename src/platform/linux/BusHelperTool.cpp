@@ -142,7 +142,7 @@ bool BusHelperTool::order(const QByteArray &command, std::optional<BrevokError> 
         .code = 1,
         .description = answer.startsWith("failed: ")
             ? QString::fromUtf8(answer.mid(8))
-            : Texts::tr("The set-up of the privileged helper ended without an answer.")};
+            : Texts::tr("Setting up the privileged helper ended without a result.")};
     return false;
 }
 
@@ -166,7 +166,7 @@ bool BusHelperTool::bless(std::optional<BrevokError> *error)
     if (blessed && !connection().connected) {
         *error = BrevokError{.domain = QString::fromLatin1(installerErrorDomain),
             .code = 1,
-            .description = Texts::tr("The privileged helper was installed, but does not start.")};
+            .description = Texts::tr("The privileged helper was installed but does not start.")};
         blessed = false;
     }
     return blessed;

@@ -76,7 +76,7 @@ QDBusMessage answerTo(const QDBusConnection &bus, const QDBusMessage &call)
     loop.exec();
     return answer.isFinished()
         ? answer.reply()
-        : call.createErrorReply(QDBusError::NoReply, Texts::tr("The privileged helper does not answer."));
+        : call.createErrorReply(QDBusError::NoReply, Texts::tr("The privileged helper is not responding."));
 }
 
 BrevokError errorOf(const QDBusMessage &answer)
@@ -86,7 +86,7 @@ BrevokError errorOf(const QDBusMessage &answer)
     error.code = 1;
     const QString name = answer.errorName();
     if (name.endsWith(u".NotAuthorized") || name.endsWith(u".InteractiveAuthorizationRequired")) {
-        error.description = Texts::tr("An administrator has to agree to this, and did not.");
+        error.description = Texts::tr("Administrator approval is required and was not given.");
     } else {
         error.description = answer.errorMessage();
     }

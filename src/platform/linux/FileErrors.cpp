@@ -25,7 +25,7 @@ QString reasonOf(int code)
         return Texts::tr("the disk reports an error");
     case ENOENT:
     case ENOTDIR:
-        return Texts::tr("the folder is not there any more");
+        return Texts::tr("the folder no longer exists");
     default:
         return qt_error_string(code);
     }

@@ -124,7 +124,7 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::openSource(
         good = !source.digest.isEmpty();
     }
     if (!good) {
-        fail(error, Texts::tr("Could not take the file \"%1\"").arg(path), path, errno);
+        fail(error, Texts::tr("Could not read the file \"%1\"").arg(path), path, errno);
         return std::nullopt;
     }
     return source;
@@ -145,7 +145,7 @@ bool GuardedFileOperations::takeSource(Source &source, const QString &scratch, E
     }
     source.file = std::move(copy);
     return source.file
-        || fail(error, Texts::tr("Could not take the file \"%1\"").arg(source.path), source.path, errno);
+        || fail(error, Texts::tr("Could not read the file \"%1\"").arg(source.path), source.path, errno);
 }
 
 replaceditem::Repair GuardedFileOperations::repair(

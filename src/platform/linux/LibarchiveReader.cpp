@@ -256,7 +256,7 @@ ZipReader::Failure LibarchiveReader::failure() const
 {
     const char *text = m_reader ? archive_error_string(m_reader.get()) : nullptr;
     const int code = m_reader ? archive_errno(m_reader.get()) : ENOMEM;
-    return {text == nullptr ? Texts::tr("it is no zip archive") : QString::fromUtf8(text),
+    return {text == nullptr ? Texts::tr("it is not a zip archive") : QString::fromUtf8(text),
         code == EIO || code == ENOMEM ? code : EILSEQ};
 }
 

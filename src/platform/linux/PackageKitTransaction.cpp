@@ -45,7 +45,7 @@ BrevokError softwareError(SoftwareError code, const QString &description)
 BrevokError unavailable(const QString &reason)
 {
     BrevokError error = softwareError(SoftwareError::Unavailable,
-        Texts::tr("The software service of this system (PackageKit) is not available."));
+        Texts::tr("The system's software service (PackageKit) is not available."));
     error.details = {{u"Reason"_s, reason}};
     return error;
 }
@@ -53,13 +53,13 @@ BrevokError unavailable(const QString &reason)
 BrevokError refused(const QString &reason)
 {
     return softwareError(SoftwareError::Refused,
-        Texts::tr("The software service of this system did not install the package: %1").arg(reason));
+        Texts::tr("The system's software service did not install the package: %1").arg(reason));
 }
 
 BrevokError ended()
 {
     return softwareError(SoftwareError::Ended,
-        Texts::tr("The software service of this system ended before it had installed the package."));
+        Texts::tr("The system's software service stopped before the package was installed."));
 }
 
 QString newConnectionName()

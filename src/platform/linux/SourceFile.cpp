@@ -41,7 +41,7 @@ std::unique_ptr<QFile> sourceOf(
             return source;
         }
         if (!digest.isEmpty()) {
-            const QString reason = Texts::tr("the archive is not the one that the catalogue lists");
+            const QString reason = Texts::tr("the archive does not match the catalogue");
             cause = {EBADMSG, reason, reason};
         }
     }

@@ -147,7 +147,7 @@ Result SqliteFile::open(bool create, int patienceMs)
             return shortage(qt_error_string(errno), true);
         }
         if (exists && !S_ISREG(facts.st_mode)) {
-            return shortage(u"something that is no file stands in its place"_s, false);
+            return shortage(u"something that is not a file is in its place"_s, false);
         }
         if (!exists && !create) {
             return {};

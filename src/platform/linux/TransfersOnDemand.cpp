@@ -44,7 +44,7 @@ void refuseAll(TransferDesk &desk)
             if (order.kind == TransferOrder::Kind::Start) {
                 HttpReply reply;
                 reply.failure = HttpFailure::Unknown;
-                reply.reason = Texts::tr("the library that speaks HTTP is missing");
+                reply.reason = Texts::tr("the library for HTTP is missing");
                 desk.ended(order.transfer, reply, {});
             }
         }

@@ -123,7 +123,8 @@ bool Extraction::judge(qint64 archiveSize)
     if (step == ZipReader::Step::Failed) {
         return unreadable(*reader);
     }
-    return rules.found() || refuse(Texts::tr("the archive holds no %1").arg(QFile::decodeName(m_terms.only)));
+    return rules.found()
+        || refuse(Texts::tr("the archive contains no %1").arg(QFile::decodeName(m_terms.only)));
 }
 
 bool Extraction::unpack(ZipRules &rules)
@@ -186,7 +187,8 @@ bool Extraction::unpackFile(ZipReader &reader, const ZipEntry &entry, const QByt
     while ((step = reader.data(bytes, size)) == ZipReader::Step::Got) {
         // The caps were kept with the size that the entry claims.
         if (size > static_cast<size_t>(left)) {
-            return damaged(Texts::tr("an entry is larger than it claims (%1)").arg(QFile::decodeName(path)));
+            return damaged(
+                Texts::tr("an entry is larger than its stated size (%1)").arg(QFile::decodeName(path)));
         }
         if (!safepath::writeAll(file.get(), bytes, size)) {
             return failAt(path);

@@ -103,7 +103,7 @@ bool ZipRules::checkName(const ZipEntry &entry, QByteArrayList *components)
             continue;
         }
         if (part == "..") {
-            return refuse(entry, Texts::tr("the entry leads out of the folder"));
+            return refuse(entry, Texts::tr("the entry points outside the folder"));
         }
         if (part.size() > maximumName) {
             return refuse(entry, Texts::tr("the name of the entry is too long"));
@@ -116,7 +116,7 @@ bool ZipRules::checkName(const ZipEntry &entry, QByteArrayList *components)
     }
     m_path = components->join('/');
     if (components->size() > maximumDepth || m_path.size() > maximumPath) {
-        return refuse(entry, Texts::tr("the entry is too deep"));
+        return refuse(entry, Texts::tr("the entry is nested too deeply"));
     }
     // A folder is told by its name or by its kind; only the archive's root has neither.
     return !components->isEmpty() || entry.kind == ZipEntry::Kind::Folder
@@ -132,10 +132,10 @@ bool ZipRules::checkKind(const ZipEntry &entry, qsizetype depth)
     case ZipEntry::Kind::Folder:
         return true;
     case ZipEntry::Kind::File:
-        return !entry.setId || refuse(entry, Texts::tr("the entry would run as another user"));
+        return !entry.setId || refuse(entry, Texts::tr("the entry would run with another user's rights"));
     case ZipEntry::Kind::Link:
         if (!staysInside(entry.linkTarget, depth)) {
-            return refuse(entry, Texts::tr("the entry is a link that leads elsewhere"));
+            return refuse(entry, Texts::tr("the entry is a link that points outside the folder"));
         }
         return ++m_links <= maximumLinks || refuse(entry, Texts::tr("it has too many links"));
     case ZipEntry::Kind::Other:
@@ -150,11 +150,11 @@ bool ZipRules::checkSize(const ZipEntry &entry)
         return true;
     }
     if (entry.size < 0 || entry.size > maximumTotal - m_total) {
-        return refuse(entry, Texts::tr("it unpacks to too much"));
+        return refuse(entry, Texts::tr("its unpacked contents are too large"));
     }
     m_total += entry.size;
     return m_total <= harmlessTotal || m_total / maximumRatio <= m_archiveSize
-        || refuse(entry, Texts::tr("it unpacks to too much for its size"));
+        || refuse(entry, Texts::tr("its unpacked contents are too large for the size of the archive"));
 }
 
 bool ZipRules::place(const QByteArrayList &components, const ZipEntry &entry)
@@ -166,7 +166,7 @@ bool ZipRules::place(const QByteArrayList &components, const ZipEntry &entry)
         if (known == m_placed.constEnd()) {
             m_placed.insert(above, ZipEntry::Kind::Folder);
         } else if (*known != ZipEntry::Kind::Folder) {
-            return refuse(entry, Texts::tr("the entry lies in something that is no folder"));
+            return refuse(entry, Texts::tr("the entry is inside something that is not a folder"));
         }
     }
     const auto known = m_placed.constFind(m_path);

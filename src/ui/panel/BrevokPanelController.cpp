@@ -116,7 +116,7 @@ void BrevokPanelController::makeOptionsMenu()
             [this] {
                 Q_EMIT showSettingsRequested();
             }},
-        {u"flushBundleCache"_s, [] { return Texts::tr("Reload Images"); }, {},
+        {u"flushBundleCache"_s, [] { return Texts::tr("Reload Icons"); }, {},
             [this] {
                 flushBundleCache();
             }},

@@ -46,8 +46,8 @@ constexpr std::array byteUnits{
         QT_TRANSLATE_NOOP("Brevok", "Downloading %1 GB")},
     ByteUnit{1'000'000, 1, QT_TRANSLATE_NOOP("Brevok", "Downloading %1 of %2 MB"),
         QT_TRANSLATE_NOOP("Brevok", "Downloading %1 MB")},
-    ByteUnit{1000, 0, QT_TRANSLATE_NOOP("Brevok", "Downloading %1 of %2 KB"),
-        QT_TRANSLATE_NOOP("Brevok", "Downloading %1 KB")},
+    ByteUnit{1000, 0, QT_TRANSLATE_NOOP("Brevok", "Downloading %1 of %2 kB"),
+        QT_TRANSLATE_NOOP("Brevok", "Downloading %1 kB")},
 };
 
 const ByteUnit &unitFor(qint64 bytes)
@@ -161,7 +161,7 @@ QString rowNote(PackageStatus status)
 {
     switch (status) {
     case PackageStatus::MissingData:
-        return Texts::tr("No build for your applications");
+        return Texts::tr("Not available for your applications");
     case PackageStatus::Mixed:
         return Texts::tr("Partly installed");
     case PackageStatus::MixedNotUpdated:

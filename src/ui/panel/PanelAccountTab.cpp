@@ -35,12 +35,13 @@ void PanelAccountTab::updateTexts()
     m_ui.accountTitle->setFont(PanelStyle::headingFont(20));
     m_ui.accountTitle->setText(Texts::tr("Sign in"));
     m_ui.accountText->setFont(PanelStyle::font(13));
-    m_ui.accountText->setText(Texts::tr("Your account brings your Plug-Ins to InDesign and InCopy."));
-    m_ui.orlecIdLabel->setText(Texts::tr("&E-mail address"));
+    m_ui.accountText->setText(
+        Texts::tr("With your account, your Plug-Ins are ready in InDesign and InCopy."));
+    m_ui.orlecIdLabel->setText(Texts::tr("&Email address"));
     m_ui.passwordLabel->setText(Texts::tr("&Password"));
     m_ui.signInButton->setText(Texts::tr("Sign In"));
     m_ui.createButton->setText(Texts::tr("Create Account…"));
-    m_ui.orlecIdField->setAccessibleName(Texts::tr("E-mail address"));
+    m_ui.orlecIdField->setAccessibleName(Texts::tr("Email address"));
     m_ui.passwordField->setAccessibleName(Texts::tr("Password"));
     m_ui.progressIndicator->setAccessibleName(Texts::tr("Contacting the service"));
     m_ui.signInFailure->setFont(PanelStyle::font(13));

@@ -76,26 +76,26 @@ NoticeText noticeText(NoticeKind kind, const QDateTime &silentSince, const QDate
         break;
     case NoticeKind::SignedOut:
         return {Texts::tr("You are signed out"),
-            Texts::tr("Sign in to install your Plug-Ins and keep them current."), Texts::tr("Sign In…"),
+            Texts::tr("Sign in to install your Plug-Ins and keep them up to date."), Texts::tr("Sign In…"),
             u"Account"_s};
     case NoticeKind::Offline:
         return {Texts::tr("No network connection"),
             Texts::tr("Connect to the internet to install and update Plug-Ins."), Texts::tr("Try Again"),
             u"Offline"_s};
     case NoticeKind::ServiceSilent:
-        return {Texts::tr("The service does not answer"),
-            Texts::tr("No answer since %1. Your installed Plug-Ins keep working.")
+        return {Texts::tr("The service is not responding"),
+            Texts::tr("No response since %1. Your installed Plug-Ins keep working.")
                 .arg(momentText(silentSince, now)),
             Texts::tr("Try Again"), u"Service"_s};
     case NoticeKind::NoTargets:
-        return {Texts::tr("No InDesign or InCopy found"),
-            Texts::tr("Choose the applications that Plug-Ins shall go into."),
-            Texts::tr("Choose Applications…"), u"Applications"_s};
+        return {Texts::tr("InDesign and InCopy not found"),
+            Texts::tr("Choose the applications to install Plug-Ins into."), Texts::tr("Choose Applications…"),
+            u"Applications"_s};
     case NoticeKind::Loading:
-        return {Texts::tr("Loading Plug-Ins…"), Texts::tr("The list is being fetched from the service."), {},
+        return {Texts::tr("Loading Plug-Ins…"), Texts::tr("The list is being loaded from the service."), {},
             u"Catalogue"_s};
     case NoticeKind::EmptyCatalogue:
-        return {Texts::tr("No Plug-Ins yet"), Texts::tr("The service lists no Plug-Ins for this account."),
+        return {Texts::tr("No Plug-Ins yet"), Texts::tr("No Plug-Ins are available for this account."),
             Texts::tr("Check Again"), u"Catalogue"_s};
     }
     return {};
@@ -104,7 +104,7 @@ NoticeText noticeText(NoticeKind kind, const QDateTime &silentSince, const QDate
 NoticeText storageNotice(const QString &problem)
 {
     return {Texts::tr("Tolvane Brevok cannot store its data"),
-        Texts::tr("What changes is kept in memory, and stored as soon as that is possible. Reason: %1")
+        Texts::tr("Changes are kept in memory and stored as soon as possible. Reason: %1")
             .arg(breakable(oneLine(problem))),
         Texts::tr("Try Again"), u"Warning"_s};
 }

@@ -75,14 +75,14 @@ void BrevokPreferencesController::setTexts()
     ui.settingsItem->setText(Texts::tr("Settings"));
 
     ui.accountHint->setText(
-        Texts::tr("Sign in to install plug-ins with this account and to keep them up to date."));
-    ui.orlecIdLabel->setText(Texts::tr("&E-mail:"));
+        Texts::tr("Sign in to install Plug-Ins with this account and to keep them up to date."));
+    ui.orlecIdLabel->setText(Texts::tr("&Email:"));
     ui.passwordLabel->setText(Texts::tr("&Password:"));
     ui.createAccountLink->setText(Texts::tr("Create Account…"));
 
-    ui.targetsHint->setText(Texts::tr("Plug-ins are installed into the enabled folders."));
+    ui.targetsHint->setText(Texts::tr("Plug-Ins are installed into the enabled folders."));
     ui.noTargets->setText(
-        Texts::tr("No InDesign or InCopy was found. Add the Plug-Ins folder of its application."));
+        Texts::tr("Neither InDesign nor InCopy was found. Add the Plug-Ins folder of the application."));
     ui.targetsView->setAccessibleName(Texts::tr("Targets"));
     ui.insertButton->setText(Texts::tr("&Add…"));
     ui.removeButton->setText(Texts::tr("&Remove"));
@@ -157,7 +157,7 @@ void BrevokPreferencesController::setUpSettings()
             [&access, &setting](bool on) { access.setSetting(setting, setting.valueFrom(on ? 1 : 0)); });
         if (access.isLocked(setting)) {
             box->setEnabled(false);
-            box->setToolTip(Texts::tr("Your administrator decides this setting."));
+            box->setToolTip(Texts::tr("This setting is managed by your administrator."));
             box->setAccessibleDescription(box->toolTip());
         }
     }

@@ -55,11 +55,11 @@ BrevokBugReporterController *BrevokBugReporterController::bugReporterController(
 void BrevokBugReporterController::setTexts()
 {
     setWindowTitle(Texts::tr("Report a Bug"));
-    m_outlets->emailLabel->setText(Texts::tr("Your &e-mail address:"));
+    m_outlets->emailLabel->setText(Texts::tr("Your &email address:"));
     m_outlets->noteLabel->setText(
         Texts::tr("What went &wrong, and what were you doing when the problem came up?"));
     m_outlets->hint->setText(
-        Texts::tr("The state, the logs and the newest crash reports of this application are sent along."));
+        Texts::tr("The application's state, its logs and its latest crash reports are included."));
     m_outlets->showBody->setText(Texts::tr("Show what will be sent"));
     m_outlets->send->setText(Texts::tr("Send"));
 }

@@ -17,7 +17,7 @@ ReportBodyView::ReportBodyView(const QByteArray &body, QWidget *parent)
     m_outlets->setupUi(this);
     setWindowTitle(Texts::tr("What will be sent"));
     m_outlets->explanation->setText(
-        Texts::tr("This is all that the service gets when you send the report now (%1 bytes).")
+        Texts::tr("This is everything that is sent if you send the report now (%1 bytes).")
             .arg(QLocale().toString(body.size())));
     m_outlets->body->setAccessibleName(windowTitle());
     m_outlets->body->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));

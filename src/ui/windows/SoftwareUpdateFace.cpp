@@ -28,13 +28,14 @@ SoftwareUpdateFace offered(const UpdateState &state)
 
 SoftwareUpdateFace downloading(const UpdateState &state)
 {
-    const QLocale locale;
+    const auto size = [locale = QLocale()](qint64 bytes) {
+        return locale.formattedDataSize(bytes, 1, QLocale::DataSizeSIFormat); // as the panel's rows count
+    };
     const qint64 done = std::clamp(state.done, qint64(0), std::max(state.total, qint64(0)));
     return {.headline = Texts::tr("Downloading version %1…").arg(state.version),
         .bar = Bar::Part,
         .permille = state.total > 0 ? static_cast<int>(done * 1000 / state.total) : 0,
-        .progress =
-            Texts::tr("%1 of %2").arg(locale.formattedDataSize(done), locale.formattedDataSize(state.total)),
+        .progress = Texts::tr("%1 of %2").arg(size(done), size(state.total)),
         .notes = true,
         .cancel = true};
 }
@@ -53,7 +54,7 @@ SoftwareUpdateFace failed(const UpdateState &state)
 {
     SoftwareUpdateFace face{.headline = state.hasOffer()
             ? Texts::tr("Version %1 was not installed.").arg(state.version)
-            : Texts::tr("Updates of Tolvane Brevok could not be looked for."),
+            : Texts::tr("Could not check for updates to Tolvane Brevok."),
         .text = state.error ? state.error->description : QString()};
     if (state.error && !state.error->recoverySuggestion.isEmpty()) {
         face.text += u'\n' + state.error->recoverySuggestion;
@@ -76,7 +77,7 @@ SoftwareUpdateFace faceFor(const UpdateState &state)
         return {.headline = Texts::tr("Checking for updates…"), .bar = Bar::Busy, .cancel = true};
     case UpdateState::Phase::UpToDate:
         return {.headline = Texts::tr("Tolvane Brevok is up to date."),
-            .text = Texts::tr("You have version %1, the newest there is.").arg(state.installedVersion),
+            .text = Texts::tr("Version %1 is the latest version.").arg(state.installedVersion),
             .ok = Texts::tr("OK")};
     case UpdateState::Phase::Offered:
         return offered(state);

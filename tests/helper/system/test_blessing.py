@@ -52,7 +52,7 @@ class ClientTest(unittest.TestCase):
         self.assertEqual(self.client("remove", linked)[0], "yes ")
         self.assertFalse(self.target.exists())
         said = self.client("install", self.rig.archive(DENIED), self.target, user=DENIED)
-        self.assertEqual(said[0], "no An administrator has to agree to this, and did not.")
+        self.assertEqual(said[0], "no Administrator approval is required and was not given.")
         self.assertFalse(self.target.exists())
 
     def test_does_without_a_helper(self):

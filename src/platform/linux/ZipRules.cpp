@@ -6,6 +6,7 @@
 #include "foundation/Texts.h"
 
 #include <QFile>
+#include <QLocale>
 
 #include <algorithm>
 
@@ -72,7 +73,7 @@ ZipRules::Verdict ZipRules::judge(const ZipEntry &entry)
 {
     QByteArrayList components;
     if (++m_entries > maximumEntries) {
-        refuse(entry, Texts::tr("it has more than %1 entries").arg(maximumEntries));
+        refuse(entry, Texts::tr("it has more than %1 entries").arg(QLocale().toString(maximumEntries)));
         return Verdict::Refuse;
     }
     if (!checkName(entry, &components)) {

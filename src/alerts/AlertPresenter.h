@@ -26,7 +26,7 @@ public:
     /// alertNotShown.
     virtual int runModal(const AlertContent &alert) = 0;
 
-    /// Takes an alert off the screen as if it had been answered so; does nothing when it was.
+    /// Closes an alert as if the user had given this answer; does nothing once it was answered.
     using Ending = std::function<void(int response)>;
     /// As runModal(), but returns at once: @p completion gets the answer, before this returns when the alert
     /// is not shown. It is not called for an alert that is still up when the presenter goes.

@@ -41,7 +41,7 @@ BrevokAlertQueue::~BrevokAlertQueue()
         sharedQueue = nullptr;
     }
     for (const TurnPtr &turn : std::as_const(m_turns)) {
-        turn->ending = {}; // which knows the turn
+        turn->ending = {}; // it holds the turn, which would never be freed
     }
 }
 
@@ -94,7 +94,7 @@ AlertPresenter::Ending BrevokAlertQueue::queue(const TurnPtr &turn)
 {
     const QString key = turn->alert->key();
     if (!mayShow(*turn->alert) || m_keys.contains(key)) {
-        turn->alert->setDelegate(nullptr); // the text is not its own to give back
+        turn->alert->setDelegate(nullptr); // another alert blocks this text
         if (turn->context && turn->answered) {
             turn->answered(alertNotShown);
         }
@@ -106,7 +106,7 @@ AlertPresenter::Ending BrevokAlertQueue::queue(const TurnPtr &turn)
     showNext();
     return [self = QPointer(this), turn](int response) {
         if (turn->up && turn->ending) {
-            const AlertPresenter::Ending end = turn->ending; // which goes when it is called
+            const AlertPresenter::Ending end = turn->ending; // the call clears the member
             end(response);
         } else if (self && !turn->over) {
             self->endTurn(turn, response);
@@ -144,7 +144,7 @@ void BrevokAlertQueue::endTurn(const TurnPtr &turn, int response)
     if (turn->context && answered) {
         answered(response);
     }
-    // The alert is still at work, and goes with the last who knows the turn.
+    // Later, because the alert may be what called this.
     onMain(this, [turn] { turn->owned.reset(); });
     showNextLater();
 }

@@ -41,7 +41,7 @@ private:
     [[nodiscard]] bool refusedBeforeAnswer(const ControlCall &call) const;
     [[nodiscard]] bool refusedUnknown(const ControlCall &call, const QStringList &prefixes) const;
     void runForEach(const ControlCall &call, const QStringList &prefixes, bool remove);
-    /// Answers after so many calls of the function it returns.
+    /// Returns a function; @p call is answered when that has been called @p count times.
     [[nodiscard]] Ended answerAfter(const ControlCall &call, qsizetype count);
     void answerWhenSettled(const ControlCall &call, const Answer &all);
 

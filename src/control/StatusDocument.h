@@ -21,7 +21,7 @@ namespace brevok {
 /// All stored targets, by path.
 [[nodiscard]] QJsonArray targetsDocument(const TargetRecords &records);
 
-/// What is said of @p problem, why nothing can be stored.
+/// The warning that changes cannot be stored; @p problem says why.
 [[nodiscard]] QString storageWarning(const QString &problem);
 
 } // namespace brevok

@@ -80,7 +80,7 @@ struct SurfaceContext {
     std::function<void()> terminate;
 };
 
-/// Windows of the program, made by whoever composes it. Without windows every wish is a log line.
+/// Windows of the program, made by whoever composes it. Without windows every call is only logged.
 class Surfaces {
 public:
     Surfaces() = default;
@@ -89,7 +89,7 @@ public:
 
     /// Called once, before anything else here.
     virtual void attach(const SurfaceContext &context) = 0;
-    /// Closes every window but the surfaces that others own, which are gone by then; nothing else follows.
+    /// Closes every window. Called last, when the status item and the panel are gone.
     virtual void detach() = 0;
 
     [[nodiscard]] virtual std::unique_ptr<StatusItemSurface> makeStatusItem() = 0;

@@ -83,7 +83,7 @@ QDBusPendingCall CommandRunner::call()
 {
     ControlProxy proxy(
         QString::fromLatin1(busName), QString::fromLatin1(objectPath), QDBusConnection::sessionBus());
-    proxy.setTimeout(std::numeric_limits<int>::max()); // ours is the only clock
+    proxy.setTimeout(std::numeric_limits<int>::max()); // our own time-out is the one that counts
     const QStringList &arguments = m_command.arguments;
     switch (m_command.verb) {
     case Verb::Status:

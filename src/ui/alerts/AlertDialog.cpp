@@ -126,7 +126,7 @@ void AlertDialog::refreshIcon()
     if (!usual) {
         icon = drawnIcon(m_content.icon);
     } else if (m_content.style == AlertStyle::Informational) {
-        icon = drawnIcon(QStringLiteral("tolvane-brevok")); // nothing is wrong: who asks is what counts
+        icon = drawnIcon(QStringLiteral("tolvane-brevok")); // nothing is wrong, so it shows who asks
     } else {
         icon = style()->standardIcon(styleIcon(m_content.style), nullptr, this);
     }

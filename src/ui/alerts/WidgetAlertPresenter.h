@@ -11,11 +11,11 @@ namespace brevok {
 
 class AlertDialog;
 
-/// Shows alerts as windows. The accessory of an alert is a `QWidget *` that stays its maker's: it is put into
-/// the alert's window and handed back, hidden and without a parent, when that goes.
+/// Shows alerts as windows. The accessory of an alert is a `QWidget *` that its maker still owns: it is
+/// put into the alert's window, and handed back, hidden and without a parent, when that window goes.
 ///
 /// A sheet is a window of its own, modal for the window it is attached to only. When that window is destroyed
-/// the sheet goes with it, and its completion is not called: whoever waited is going as well.
+/// the sheet goes with it, and its completion is not called, because its caller goes too.
 class WidgetAlertPresenter final : public AlertPresenter {
 public:
     WidgetAlertPresenter();

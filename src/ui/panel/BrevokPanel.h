@@ -29,11 +29,11 @@ public:
     BrevokPanel();
     ~BrevokPanel() override;
 
-    /// The outlets.
+    /// The widgets of the form.
     [[nodiscard]] Ui::BrevokPanel &ui() const { return *m_ui; }
 
-    /// Shows the window, transparent and in the item's rectangle, makes it key, and lets it grow to its place
-    /// within @p milliseconds. A window that is fading away stays.
+    /// Shows the window, transparent and in the item's rectangle, gives it the focus, and lets it grow to its
+    /// place within @p milliseconds. A window that is fading away stays.
     void orderFront(const PanelPlace &place, int milliseconds);
     /// Fades away and is off the screen 0.2 seconds later.
     void fadeOut();

@@ -297,7 +297,7 @@ void BrevokPanelController::updateHeader()
     }
 }
 
-// Above both tabs, since it keeps from neither.
+// Above both tabs, since both can still be used.
 void BrevokPanelController::updateStorageNotice()
 {
     if (m_window) {

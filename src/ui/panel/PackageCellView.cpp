@@ -18,7 +18,7 @@ namespace {
 constexpr int iconSize = 32;
 constexpr int barHeight = 4;
 
-// What the user takes for the first letter: an emoji may be several characters.
+// What a reader sees as the first letter: an emoji may be several characters.
 QString firstLetter(const QString &text)
 {
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, text);

@@ -24,7 +24,7 @@ public:
 
     /// Asks the routing table.
     [[nodiscard]] bool networkReachable() const;
-    /// When the first request failed that no good one has followed; invalid while the service answers.
+    /// When the first of the failures since the last good answer happened; invalid while the service answers.
     [[nodiscard]] QDateTime silentSince() const { return m_silentSince; }
     /// Whether no request of the list of packages has ended yet.
     [[nodiscard]] bool loading() const { return m_loading; }

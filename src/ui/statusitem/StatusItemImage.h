@@ -32,8 +32,8 @@ struct Colours {
 /// The measured width of @p text; 0 for no text, for which no font is looked up.
 [[nodiscard]] double textWidth(const QString &text);
 
-/// Draws @p image, and @p text unless it is empty, at their documented places into the lower left corner's
-/// system of a surface of @p height points.
+/// Draws @p image, and @p text unless it is empty, on a surface of @p height points whose
+/// coordinates begin in the lower left corner.
 void drawItem(QPainter &painter, const QImage &image, const QSizeF &imageSize, const QString &text,
     const QSizeF &button, double height);
 

@@ -8,7 +8,7 @@
 
 class QPalette;
 
-/// Fonts and colours of the panel: all from the system's, but for the documented ones.
+/// Fonts and colours of the panel, most of them the system's own.
 namespace brevok::PanelStyle {
 
 /// "Menlo-Regular", or the system's title-bar font where that is missing, in @p points; larger where the

@@ -12,7 +12,7 @@
 
 using namespace Qt::StringLiterals;
 
-/// The linker drops what nothing names: the images of a static library are asked for by name. The macro works
+/// The linker drops the images of a static library that nothing refers to, so this does. The macro works
 /// outside namespaces only.
 static void provideImages()
 {

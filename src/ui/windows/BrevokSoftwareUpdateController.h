@@ -20,7 +20,7 @@ class MainBundle;
 class UrlOpener;
 
 /// The window of the application's own updates: follows the updater, shows what it offers or answers, and
-/// brings it the user's word. It comes up by itself when the updater wants it. Main thread.
+/// tells it what the user chose. It comes up by itself when the updater wants it. Main thread.
 class BrevokSoftwareUpdateController final : public QDialog {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokSoftwareUpdateController)
@@ -36,7 +36,7 @@ public:
     explicit BrevokSoftwareUpdateController(Collaborators with, QWidget *parent = nullptr);
     ~BrevokSoftwareUpdateController() override;
 
-    /// Shows the updater's state. The keyboard comes along only where the user asked for it.
+    /// Shows the updater's state. It takes the focus only where the user asked for the check.
     void showWindow();
     /// Closing the window is "not now", but what the system installs goes on.
     void reject() override;

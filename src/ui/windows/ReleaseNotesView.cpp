@@ -24,7 +24,7 @@ constexpr int frameDepthLimit = 3;
 constexpr int frameCountLimit = 200;
 constexpr int indentLimit = 12;
 
-// A sign between two numbers makes no page.
+// "1 < 2" does not make a text HTML.
 bool isHtml(const QString &notes)
 {
     static const QRegularExpression element(

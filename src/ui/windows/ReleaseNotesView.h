@@ -8,7 +8,8 @@
 namespace brevok {
 
 /// Shows notes that come from outside. Nothing is fetched, from the network or from this machine; nothing
-/// moves; links are only told of. Colours and sizes of text are the desktop's own, whatever the notes want.
+/// moves; links are only reported by a signal. Colours and sizes of text are the desktop's own, whatever the
+/// notes want.
 class ReleaseNotesView final : public QTextBrowser {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(ReleaseNotesView)

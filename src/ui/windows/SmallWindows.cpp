@@ -20,7 +20,7 @@ BrevokAboutController &SmallWindows::aboutController()
 {
     if (!m_about) {
         m_about = std::make_unique<BrevokAboutController>(m_bundle);
-        // The window is still at work while it tells of its end.
+        // Later, because it is the window that calls this.
         QObject::connect(
             m_about.get(), &QDialog::finished, m_about.get(), [this] { m_about.release()->deleteLater(); });
     }

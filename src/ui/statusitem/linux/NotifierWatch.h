@@ -31,7 +31,7 @@ public:
     /// Nothing before it is known.
     [[nodiscard]] std::optional<bool> hasHost() const { return m_host; }
 
-    /// Takes in an answer that came while no event loop ran.
+    /// Reads an answer that arrived while no event loop ran.
     void catchUp();
     /// Has the item with the bus name @p item registered.
     void registerItem(const QString &item);

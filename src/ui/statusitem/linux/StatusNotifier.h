@@ -58,7 +58,7 @@ public Q_SLOTS:
     void SecondaryActivate(int x, int y);
     void ContextMenu(int x, int y);
     void Scroll(int delta, const QString &orientation);
-    /// The compositor's leave to take the focus, given just before Activate.
+    /// The compositor's permission to take the focus, given just before Activate.
     void ProvideXdgActivationToken(const QString &token);
 
 Q_SIGNALS:

@@ -281,7 +281,7 @@ Möchten Sie %1 jetzt beenden oder das später selbst tun?</translation>
     </message>
     <message>
         <source>the archive does not match the catalogue</source>
-        <translation>das Archiv stimmt nicht mit dem Katalog überein</translation>
+        <translation>das Archiv passt nicht zum Katalog</translation>
     </message>
     <message>
         <source>its unpacked contents are too large for the size of the archive</source>
@@ -1323,7 +1323,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>The download does not match the catalogue.</source>
-        <translation>Der Download stimmt nicht mit dem Katalog überein.</translation>
+        <translation>Der Download passt nicht zum Katalog.</translation>
     </message>
     <message>
         <source>%1 (and %2 more)</source>

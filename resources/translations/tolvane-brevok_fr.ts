@@ -281,7 +281,7 @@ Voulez-vous quitter %1 maintenant ou le faire vous-même plus tard ?</translati
     </message>
     <message>
         <source>the archive does not match the catalogue</source>
-        <translation>l’archive ne correspond pas au catalogue</translation>
+        <translation>l’archive diffère du catalogue</translation>
     </message>
     <message>
         <source>its unpacked contents are too large for the size of the archive</source>
@@ -1323,7 +1323,7 @@ Veuillez vous reconnecter.</translation>
     </message>
     <message>
         <source>The download does not match the catalogue.</source>
-        <translation>Le téléchargement ne correspond pas au catalogue.</translation>
+        <translation>Le téléchargement diffère du catalogue.</translation>
     </message>
     <message>
         <source>%1 (and %2 more)</source>

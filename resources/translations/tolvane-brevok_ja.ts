@@ -281,7 +281,7 @@ Do you want to quit %1 now or do it yourself later?</source>
     </message>
     <message>
         <source>the archive does not match the catalogue</source>
-        <translation>アーカイブがカタログの記載と一致しません</translation>
+        <translation>アーカイブがカタログと異なります</translation>
     </message>
     <message>
         <source>its unpacked contents are too large for the size of the archive</source>
@@ -1323,7 +1323,7 @@ Please try to sign-in again.</source>
     </message>
     <message>
         <source>The download does not match the catalogue.</source>
-        <translation>ダウンロードした内容がカタログの記載と一致しません。</translation>
+        <translation>ダウンロードした内容がカタログと異なります。</translation>
     </message>
     <message>
         <source>%1 (and %2 more)</source>

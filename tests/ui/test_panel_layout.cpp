@@ -213,6 +213,16 @@ private Q_SLOTS:
         QVERIFY(row.title().startsWith(u'x') && row.title().size() < 2000);
     }
 
+    void failureNotes()
+    {
+        InstallOutcome outcome;
+        QCOMPARE(failureNote(outcome), QString());
+        outcome.entries.append({.plugin = u"A"_s, .targetName = u"InCopy"_s, .reason = u"Too late."_s});
+        QCOMPARE(failureNote(outcome), u"InCopy: Too late."_s);
+        outcome.entries.append({.plugin = u"B"_s, .targetName = u"InCopy"_s, .reason = u"Too late."_s});
+        QCOMPARE(failureNote(outcome), u"InCopy: Too late (and 1 more)"_s);
+    }
+
     void progress()
     {
         QCOMPARE(progressText({12'400'000, 38'100'000}), u"Downloading 12.4 of 38.1 MB"_s);

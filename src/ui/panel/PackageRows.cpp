@@ -182,9 +182,15 @@ QString failureNote(const InstallOutcome &outcome)
     if (failures.isEmpty()) {
         return {};
     }
-    const QString first = failures.constFirst().brief();
+    QString first = failures.constFirst().brief();
     const auto others = outcome.failureSentences().size() - 1;
-    return others > 0 ? Texts::tr("%1 (and %2 more)").arg(first).arg(others) : first;
+    if (others == 0) {
+        return first;
+    }
+    if (first.endsWith(u'.') || first.endsWith(u'。')) {
+        first.chop(1); // the sentence goes on
+    }
+    return Texts::tr("%1 (and %2 more)").arg(first, QLocale().toString(others));
 }
 
 int DownloadProgress::permille() const

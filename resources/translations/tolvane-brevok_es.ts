@@ -1353,5 +1353,25 @@ Vuelva a iniciar sesión.</translation>
         <source>something else stands where the folder was</source>
         <translation>hay otra cosa en el lugar de la carpeta</translation>
     </message>
+    <message>
+        <source>Your Plug-Ins were changed</source>
+        <translation>Sus plug-ins han cambiado</translation>
+    </message>
+    <message>
+        <source>Installed: %1</source>
+        <translation>Instalación: %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>Eliminación: %1</translation>
+    </message>
+    <message>
+        <source>Waiting for an update: %1</source>
+        <translation>Actualización disponible: %1</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Abrir</translation>
+    </message>
 </context>
 </TS>

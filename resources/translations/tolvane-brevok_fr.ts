@@ -1353,5 +1353,25 @@ Veuillez vous reconnecter.</translation>
         <source>something else stands where the folder was</source>
         <translation>autre chose se trouve à la place du dossier</translation>
     </message>
+    <message>
+        <source>Your Plug-Ins were changed</source>
+        <translation>Vos plug-ins ont été modifiés</translation>
+    </message>
+    <message>
+        <source>Installed: %1</source>
+        <translation>Installation : %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>Suppression : %1</translation>
+    </message>
+    <message>
+        <source>Waiting for an update: %1</source>
+        <translation>Mise à jour disponible : %1</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Ouvrir</translation>
+    </message>
 </context>
 </TS>

@@ -18,5 +18,7 @@ extern "C" Q_DECL_EXPORT int runTolvaneBrevok(int argc, char **argv)
     }
     HeadlessAlertPresenter presenter;
     HeadlessSurfaces surfaces;
-    return runApplication(std::get<Options>(commandLine), presenter, surfaces);
+    Options options = std::get<Options>(commandLine);
+    options.headless = true; // also when it was found that there is no display
+    return runApplication(options, presenter, surfaces);
 }

@@ -24,13 +24,13 @@ _brevokctl_offer() {
 
 _brevokctl() {
     COMPREPLY=()
-    local commands='status signin signout check install update remove targets settings converge discard report usage
+    local commands='status signin signout check install update remove targets settings converge metrics discard report usage
         open-panel quit'
     local settings='startAtLogin showNotifications checkForUpdates autoUpdate logLevel'
     local words=() index given=
     for ((index = 1; index < COMP_CWORD; index++)); do
         case ${COMP_WORDS[index]} in
-        --timeout | --type | --email | --note) ((index++)) ;;
+        --timeout | --type | --email | --note | --file) ((index++)) ;;
         --version) [[ ${words[0]-} == targets ]] && ((index++)) ;;
         -*) ;;
         *) words+=("${COMP_WORDS[index]}") ;;
@@ -38,6 +38,7 @@ _brevokctl() {
     done
     case ${COMP_WORDS[COMP_CWORD - 1]} in
     --type) _brevokctl_offer InDesign InCopy; return ;;
+    --file) compopt -o default; return ;;
     --timeout | --version | --email | --note) return ;;
     esac
     if [[ ${COMP_WORDS[COMP_CWORD]} == -* ]]; then
@@ -46,6 +47,7 @@ _brevokctl() {
         '') given+=' --version' ;;
         update) given+=' --all' ;;
         converge) given+=' --dry-run' ;;
+        metrics) given+=' --file' ;;
         report) given+=' --email --note --show' ;;
         usage) given+=' --show' ;;
         'targets add'*) given+=' --type --version' ;;

@@ -34,6 +34,7 @@ complete -c brevokctl -n '__brevokctl_words_are' -a remove -d 'Remove packages'
 complete -c brevokctl -n '__brevokctl_words_are' -a targets -d 'List or change the install targets'
 complete -c brevokctl -n '__brevokctl_words_are' -a settings -d 'List or change the settings'
 complete -c brevokctl -n '__brevokctl_words_are' -a converge -d 'Bring this machine to what its owner wants'
+complete -c brevokctl -n '__brevokctl_words_are' -a metrics -d 'What monitoring reads'
 complete -c brevokctl -n '__brevokctl_words_are' -a discard -d 'Forget unfinished actions'
 complete -c brevokctl -n '__brevokctl_words_are' -a report -d 'Send a bug report, or show what would be sent'
 complete -c brevokctl -n '__brevokctl_words_are' -a usage -d 'Show the usage report'
@@ -47,6 +48,7 @@ complete -c brevokctl -n 'string match -q "remove*" -- (string join " " (__brevo
 complete -c brevokctl -n '__brevokctl_words_are update' -l all -d 'Every package that waits for an update'
 
 complete -c brevokctl -n '__brevokctl_words_are converge' -l dry-run -d 'Change nothing, tell what would be'
+complete -c brevokctl -n '__brevokctl_words_are metrics' -l file -r -F -d 'Write them there'
 
 complete -c brevokctl -n '__fish_seen_subcommand_from report' -l email -x -d 'Where answers go'
 complete -c brevokctl -n '__fish_seen_subcommand_from report' -l note -x -d 'What happened'

@@ -51,6 +51,7 @@ _brevokctl() {
         'targets:list or change the install targets'
         'settings:list or change the settings'
         'converge:bring this machine to what its owner wants'
+        'metrics:what monitoring reads'
         'discard:forget unfinished actions'
         'report:send a bug report, or show what would be sent'
         'usage:show the usage report'
@@ -68,6 +69,7 @@ _brevokctl() {
         update) _alternative 'options:option:(--all)' 'packages:package:_brevokctl_prefixes' ;;
         targets) _brevokctl_targets ;;
         settings) _brevokctl_settings ;;
+        metrics) _arguments '--file[write them there]:file:_files' ;;
         converge) _arguments '--dry-run[change nothing, tell what would be]' ;;
         report) _arguments '--email[where answers go]:address' '--note[what happened]:text' '--show[send nothing, print it]' ;;
         usage) _arguments '--show[print the usage report]' ;;

@@ -1487,5 +1487,25 @@ Bitte melden Sie sich erneut an.</translation>
         <source>Crash reports</source>
         <translation>Absturzberichte</translation>
     </message>
+    <message>
+        <source>Your Plug-Ins were changed</source>
+        <translation>Ihre Plug-Ins wurden geändert</translation>
+    </message>
+    <message>
+        <source>Installed: %1</source>
+        <translation>Installiert: %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>Entfernt: %1</translation>
+    </message>
+    <message>
+        <source>Waiting for an update: %1</source>
+        <translation>Update verfügbar: %1</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
 </context>
 </TS>

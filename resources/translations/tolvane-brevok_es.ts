@@ -1487,5 +1487,25 @@ Vuelva a iniciar sesión.</translation>
         <source>Crash reports</source>
         <translation>Informes de fallos</translation>
     </message>
+    <message>
+        <source>Your Plug-Ins were changed</source>
+        <translation>Sus plug-ins han cambiado</translation>
+    </message>
+    <message>
+        <source>Installed: %1</source>
+        <translation>Instalación: %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>Eliminación: %1</translation>
+    </message>
+    <message>
+        <source>Waiting for an update: %1</source>
+        <translation>Actualización disponible: %1</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Abrir</translation>
+    </message>
 </context>
 </TS>

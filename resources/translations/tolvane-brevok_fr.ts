@@ -1487,5 +1487,25 @@ Veuillez vous reconnecter.</translation>
         <source>Crash reports</source>
         <translation>Rapports de plantage</translation>
     </message>
+    <message>
+        <source>Your Plug-Ins were changed</source>
+        <translation>Vos plug-ins ont été modifiés</translation>
+    </message>
+    <message>
+        <source>Installed: %1</source>
+        <translation>Installation : %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>Suppression : %1</translation>
+    </message>
+    <message>
+        <source>Waiting for an update: %1</source>
+        <translation>Mise à jour disponible : %1</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Ouvrir</translation>
+    </message>
 </context>
 </TS>

@@ -1487,5 +1487,25 @@ Please try to sign-in again.</source>
         <source>Crash reports</source>
         <translation>クラッシュレポート</translation>
     </message>
+    <message>
+        <source>Your Plug-Ins were changed</source>
+        <translation>プラグインが変更されました</translation>
+    </message>
+    <message>
+        <source>Installed: %1</source>
+        <translation>インストール: %1</translation>
+    </message>
+    <message>
+        <source>Removed: %1</source>
+        <translation>削除: %1</translation>
+    </message>
+    <message>
+        <source>Waiting for an update: %1</source>
+        <translation>アップデート待ち: %1</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>開く</translation>
+    </message>
 </context>
 </TS>

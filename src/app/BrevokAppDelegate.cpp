@@ -21,6 +21,7 @@
 #include "platform/SessionBus.h"
 #include "platform/SettingsStore.h"
 #include "platform/SoftwareInstaller.h"
+#include "platform/TimerRuns.h"
 
 #include <QDateTime>
 #include <QTimer>
@@ -37,14 +38,6 @@ BrevokAppDelegate *theDelegate = nullptr;
 
 const QString openPanelObject = u"openPanel"_s;
 const QString willTerminateObject = u"willTerminate"_s;
-
-// The policy may be another by now than when the program started.
-Converger::Wishes wishesOfOwner(const QString &policyFile)
-{
-    const auto policy = readPolicy(policyFile);
-    const auto *wrong = std::get_if<QString>(&policy);
-    return wrong != nullptr ? Converger::Wishes(*wrong) : std::get<Policy>(policy).packages;
-}
 
 } // namespace
 
@@ -115,7 +108,7 @@ void BrevokAppDelegate::finishLaunching()
     createMenubarController();
     observeNotices();
     observeOtherProcesses();
-    m_shared->activation->setHandler([this] { applicationShouldHandleReopen(true); });
+    m_shared->activation->setHandler([this](const QString &action) { carryOut(action); });
     m_shared->plugins->start([this] { m_shared->packages->start(); });
 }
 
@@ -225,9 +218,13 @@ void BrevokAppDelegate::createInstaller()
         .packages = *shared.packages,
         .flow = *shared.flow,
         .state = *platform.state,
-        .readWishes = [file = m_with.policyFile] { return wishesOfOwner(file); },
+        .readWishes = [file = m_with.policyFile] { return readWishes(file); },
         .autoUpdate = [this] { return autoUpdate(); },
     });
+    if (!m_with.headless) {
+        shared.convergeNotices.emplace(ConvergeNotices::Collaborators{*platform.settings, *platform.state,
+            *platform.userNotifications, *shared.packages, *shared.converger});
+    }
 }
 
 // What killed runs left in the targets and among the archives.
@@ -320,6 +317,7 @@ void BrevokAppDelegate::attachSurfaces()
         .access = *this,
         .settings = *m_with.platform.settings,
         .storage = *shared.storage,
+        .timerRuns = *m_with.platform.timerRuns,
         .urls = *m_with.platform.urlOpener,
         .serviceUrl = m_with.service.baseUrl,
         .togglePanel = [this] { togglePanel(); },
@@ -351,6 +349,27 @@ void BrevokAppDelegate::observeOtherProcesses()
             }
         });
     notifications.observe(m_with.bundle.identifier(), openPanelObject);
+}
+
+void BrevokAppDelegate::carryOut(const QString &action)
+{
+    if (action.isEmpty()) {
+        applicationShouldHandleReopen(true);
+    } else if (action == ActionNames::update && !m_shared->plugins->asksAboutUnfinishedActions()) {
+        updateWaitingPackages();
+    } else if (action == ActionNames::open || action == ActionNames::update) {
+        panelController().openPanel();
+    }
+}
+
+void BrevokAppDelegate::updateWaitingPackages()
+{
+    m_shared->packages->whenSettled(this, [this] { // which it is not when the program has just started
+        const QStringList prefixes = m_shared->packages->waitingPrefixes();
+        for (const QString &prefix : prefixes) {
+            m_shared->flow->installWithPrefix(prefix, false);
+        }
+    });
 }
 
 bool BrevokAppDelegate::applicationShouldHandleReopen(bool)

@@ -102,6 +102,10 @@ private:
     void setKeepOpenPanel(bool keepOpen) override;
     /// Always: notices are shown while the application is in front, too.
     [[nodiscard]] bool shouldPresentNotification(const UserNotification &) override { return true; }
+    void didActivateNotification(const QString &action) override { carryOut(action); }
+    /// What a notice or the desktop's menu asks for.
+    void carryOut(const QString &action);
+    void updateWaitingPackages();
     void joinBus();
     void finishLaunching();
     void giveWayToTheOtherCopy();

@@ -206,4 +206,11 @@ std::variant<Policy, QString> readPolicy(const QString &file)
     return policy;
 }
 
+Converger::Wishes readWishes(const QString &policyFile)
+{
+    const auto policy = readPolicy(policyFile);
+    const auto *wrong = std::get_if<QString>(&policy);
+    return wrong != nullptr ? Converger::Wishes(*wrong) : std::get<Policy>(policy).packages;
+}
+
 } // namespace brevok

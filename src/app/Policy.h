@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "install/ConvergePlan.h"
+#include "install/Converger.h"
 
 #include <QString>
 #include <QVariantMap>
@@ -36,5 +36,9 @@ struct Policy {
 /// @return the policy, or one line that says what is wrong and where. The values of [Service] are for the
 /// caller to check.
 [[nodiscard]] std::variant<Policy, QString> readPolicy(const QString &file);
+
+/// The part of it that converging wants, read anew: the policy may be another by now than when the program
+/// started. Any thread.
+[[nodiscard]] Converger::Wishes readWishes(const QString &policyFile);
 
 } // namespace brevok

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "alerts/BrevokAlertQueue.h"
+#include "app/ConvergeNotices.h"
 #include "app/NetworkReturn.h"
 #include "app/OnlyCopy.h"
 #include "app/StateTakeOver.h"
@@ -48,6 +49,7 @@ struct Shared {
     std::optional<BrevokAppInstaller> installer;
     std::optional<InstallFlow> flow;
     std::optional<Converger> converger;
+    std::optional<ConvergeNotices> convergeNotices; ///< where there is somebody to read them
     std::optional<BugReporter> bugReporter;
 };
 

@@ -330,10 +330,10 @@ QStringList BrevokPackages::waitingPrefixes() const
 
 void BrevokPackages::whenSettled(QObject *context, const Task &then)
 {
-    if (updating() || needUpdate()) {
-        connect(this, &BrevokPackages::statusesSettled, context, then, Qt::SingleShotConnection);
-    } else {
+    if (m_statuses->isSettled()) {
         then();
+    } else {
+        connect(this, &BrevokPackages::statusesSettled, context, then, Qt::SingleShotConnection);
     }
 }
 

@@ -56,6 +56,8 @@ public:
     [[nodiscard]] bool needUpdate() const;
     /// Runs @p then when every status is known: at once, or after statusesSettled().
     void whenSettled(QObject *context, const Task &then);
+    /// When the last good list came; invalid while none did.
+    [[nodiscard]] QDateTime lastUpdate() const { return m_refresh->lastUpdate(); }
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *updateTimer() const;
     /// Active between notifyPackageStatusesLazily() and the notification.

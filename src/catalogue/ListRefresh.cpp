@@ -8,6 +8,7 @@
 #include "foundation/Log.h"
 #include "foundation/Secrets.h"
 #include "foundation/Texts.h"
+#include "platform/SettingsStore.h"
 #include "platform/StateStore.h"
 #include "service/ReplyDecoding.h"
 #include "service/ServiceClient.h"
@@ -138,6 +139,11 @@ ListRefresh::Content ListRefresh::contentOf(
             .description = problem.errorString()};
     }
     return content;
+}
+
+QDateTime ListRefresh::lastUpdate() const
+{
+    return m_lastUpdate > SettingsStore::distantPast() ? m_lastUpdate : QDateTime();
 }
 
 void ListRefresh::noteDate()

@@ -63,6 +63,8 @@ public:
     /// be sent.
     void check(const CheckHandler &ended = {}, Voice voice = Voice::Aloud);
 
+    /// When the last good list came; invalid while none did.
+    [[nodiscard]] QDateTime lastUpdate() const;
     /// Active while another check is scheduled.
     [[nodiscard]] QTimer *timer() { return &m_timer; }
 

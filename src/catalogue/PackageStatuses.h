@@ -27,6 +27,8 @@ public:
     [[nodiscard]] const QHash<QString, PackageStatus> &all() const { return m_statuses; }
     [[nodiscard]] bool updating() const { return m_updating; }
     [[nodiscard]] bool needUpdate() const { return m_needUpdate; }
+    /// No calculation is under way or wanted; otherwise settled() follows.
+    [[nodiscard]] bool isSettled() const { return m_runsUnderWay == 0 && !m_needUpdate; }
 
     /// Calculates all statuses, or says that this is wanted when the calculation under way has ended.
     void calculate();

@@ -16,6 +16,7 @@
 #include "reporting/BugReporter.h"
 #include "service/BrevokSession.h"
 
+#include <QDateTime>
 #include <QDBusError>
 #include <QJsonDocument>
 #include <QPointer>
@@ -94,6 +95,7 @@ QString ControlService::Status()
     const QList<Record> packages = m_with->packages.packageRecords();
     const auto &statuses = m_with->packages.packagesStatus();
     QJsonObject document{
+        {u"version"_s, QStringLiteral(BREVOK_VERSION)},
         {u"session"_s,
             QJsonObject{{u"signedIn"_s, !session.sessionId().isEmpty()}, {u"email"_s, session.orlecId()},
                 {u"updating"_s, session.isUpdating()}}},
@@ -105,6 +107,10 @@ QString ControlService::Status()
         {u"installer"_s,
             QJsonObject{{u"helper"_s, m_with->helperIsUsed()}, {u"version"_s, installerInterfaceVersion}}},
     };
+    if (const QDateTime checked = std::min(m_with->plugins.lastUpdate(), m_with->packages.lastUpdate());
+        checked.isValid()) {
+        document.insert(u"lastCheck"_s, checked.toUTC().toString(Qt::ISODate));
+    }
     if (const QString problem = m_with->storage.problem(); !problem.isEmpty()) {
         document.insert(u"warnings"_s, QJsonArray{storageWarning(problem)});
     }

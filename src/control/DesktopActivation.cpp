@@ -24,27 +24,38 @@ void DesktopActivation::publish(QDBusConnection bus)
     bus.registerObject(u"/com/tolvane/brevok"_s, this);
 }
 
-void DesktopActivation::setHandler(std::function<void()> open)
+void DesktopActivation::setHandler(std::function<void(const QString &action)> carryOut)
 {
-    m_open = std::move(open);
-    if (std::exchange(m_waiting, false)) {
-        m_open();
+    m_carryOut = std::move(carryOut);
+    if (const auto waiting = std::exchange(m_waiting, {})) {
+        m_carryOut(*waiting);
+    }
+}
+
+void DesktopActivation::carryOut(const QString &action)
+{
+    if (m_carryOut) {
+        m_carryOut(action);
+    } else {
+        m_waiting = action;
     }
 }
 
 void DesktopActivation::Activate(const QVariantMap &)
 {
-    m_waiting = !m_open;
-    if (m_open) {
-        m_open();
+    carryOut({});
+}
+
+void DesktopActivation::Open(const QStringList &, const QVariantMap &)
+{
+    carryOut({});
+}
+
+void DesktopActivation::ActivateAction(const QString &name, const QVariantList &, const QVariantMap &)
+{
+    if (!name.isEmpty()) {
+        carryOut(name);
     }
 }
-
-void DesktopActivation::Open(const QStringList &, const QVariantMap &platformData)
-{
-    Activate(platformData);
-}
-
-void DesktopActivation::ActivateAction(const QString &, const QVariantList &, const QVariantMap &) { }
 
 } // namespace brevok

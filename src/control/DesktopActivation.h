@@ -9,6 +9,7 @@
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 
 namespace brevok {
 
@@ -25,21 +26,24 @@ public:
     /// Registers the object on @p bus.
     void publish(QDBusConnection bus);
 
-    /// From now on the desktop's calls run @p open; so does, at once, one that came before: a desktop starts
-    /// the program with its call.
-    void setHandler(std::function<void()> open);
+    /// From now on the desktop's calls run @p carryOut with the name of an action, which is empty when the
+    /// program is to show itself; so does, at once, one that came before: a desktop starts the program with
+    /// its call.
+    void setHandler(std::function<void(const QString &action)> carryOut);
 
 public Q_SLOTS: // the bus interface, in its own spelling
     void Activate(const QVariantMap &platformData);
     /// The application opens no files: it is shown.
     void Open(const QStringList &uris, const QVariantMap &platformData);
-    /// The desktop entry names no actions; an unknown one is ignored.
+    /// One of the desktop entry, or of a notice that outlived the program that showed it.
     void ActivateAction(
         const QString &actionName, const QVariantList &parameter, const QVariantMap &platformData);
 
 private:
-    std::function<void()> m_open;
-    bool m_waiting = false;
+    void carryOut(const QString &action);
+
+    std::function<void(const QString &)> m_carryOut;
+    std::optional<QString> m_waiting;
 };
 
 } // namespace brevok

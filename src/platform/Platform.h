@@ -21,6 +21,7 @@ class SessionBus;
 class SettingsStore;
 class SoftwareInstaller;
 class StateStore;
+class TimerRuns;
 struct StandardFolders;
 class UrlOpener;
 class UserNotificationCenter;
@@ -35,6 +36,7 @@ struct Platform {
     std::unique_ptr<LoginItems> loginItems;
     std::unique_ptr<DistributedNotifications> notifications;
     std::unique_ptr<UserNotificationCenter> userNotifications;
+    std::unique_ptr<TimerRuns> timerRuns; ///< of the nightly work
     std::unique_ptr<UrlOpener> urlOpener;
     std::unique_ptr<RouteLookup> routeLookup;
     std::unique_ptr<ApplicationSearch> applicationSearch;

@@ -3,17 +3,25 @@
 
 #pragma once
 
+#include <QList>
 #include <QString>
 
 namespace brevok {
+
+/// A button of a notice.
+struct UserNotificationAction {
+    QString name; ///< one of the program's, which it also does for the desktop
+    QString title; ///< that users read
+};
 
 /// A notice that the desktop shows and takes away again by itself.
 struct UserNotification {
     QString title;
     QString informativeText; ///< plain text
+    QList<UserNotificationAction> actions{}; ///< shown where the desktop can
 };
 
-/// Who decides whether a notice is shown.
+/// Who decides whether a notice is shown, and does what is clicked.
 class UserNotificationCenterDelegate {
 public:
     UserNotificationCenterDelegate() = default;
@@ -21,6 +29,7 @@ public:
     Q_DISABLE_COPY_MOVE(UserNotificationCenterDelegate)
 
     [[nodiscard]] virtual bool shouldPresentNotification(const UserNotification &notification) = 0;
+    virtual void didActivateNotification(const QString &action) = 0;
 };
 
 /// What shows the user notices. Main thread; delivering never blocks.
@@ -44,6 +53,13 @@ public:
 
 protected:
     virtual void present(const UserNotification &notification) = 0;
+    /// The user clicked a button of some notice that was presented.
+    void activated(const QString &action)
+    {
+        if (m_delegate != nullptr) {
+            m_delegate->didActivateNotification(action);
+        }
+    }
 
 private:
     UserNotificationCenterDelegate *m_delegate = nullptr;

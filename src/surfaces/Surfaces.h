@@ -25,6 +25,7 @@ class SessionBus;
 class SettingsAccess;
 class SettingsStore;
 class StorageWatch;
+class TimerRuns;
 class UrlOpener;
 
 /// The status item in the system's bar, as the application drives it. Main thread.
@@ -74,6 +75,7 @@ struct SurfaceContext {
     SettingsAccess &access;
     SettingsStore &settings;
     StorageWatch &storage;
+    TimerRuns &timerRuns;
     UrlOpener &urls;
     QUrl serviceUrl; ///< base address of the service and its web pages
     std::function<void()> togglePanel;

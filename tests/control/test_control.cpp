@@ -62,6 +62,7 @@ void ControlTest::commandLines_data()
     row("report --show --note x", Command::Verb::ShowReport, {});
     row("usage --show", Command::Verb::ShowUsage, {});
     row("converge --dry-run", Command::Verb::Converge, {});
+    row("metrics --file /x/", Command::Verb::Metrics, {});
     row("status --timeout=5", Command::Verb::Status, {});
     row("targets remove - --json", Command::Verb::RemoveTarget, {u"-"_s});
     row("-h install", Command::Verb::Help, {});
@@ -111,6 +112,7 @@ void ControlTest::wrongCommandLines_data()
     row("usage", "--show");
     row("converge 0xA", "no argument");
     row("update --dry-run A", "--dry-run");
+    row("status --file x", "--file");
     row("status --version", "--version");
     row("status --version 5", "--version");
     row("status --json=no", "--json");

@@ -18,6 +18,7 @@ public:
     QStringList capabilities;
     QStringList shown;
     QVariantMap lastHints;
+    QStringList lastActions;
 
 public Q_SLOTS:
     [[nodiscard]] QStringList GetCapabilities() const { return capabilities; }
@@ -25,11 +26,15 @@ public Q_SLOTS:
         const QString &text, const QStringList &actions, const QVariantMap &hints, int milliseconds)
     {
         lastHints = hints;
+        lastActions = actions;
         shown.append(u"%1|%2|%3|%4|%5|%6|%7"_s.arg(program, QString::number(replaces), icon, title, text)
                          .arg(actions.size())
                          .arg(milliseconds));
         return 1;
     }
+
+Q_SIGNALS:
+    void ActionInvoked(uint id, const QString &action);
 };
 
 namespace {
@@ -37,7 +42,9 @@ namespace {
 class Decider final : public UserNotificationCenterDelegate {
 public:
     bool answer = true;
+    QStringList clicked;
     [[nodiscard]] bool shouldPresentNotification(const UserNotification &) override { return answer; }
+    void didActivateNotification(const QString &action) override { clicked.append(action); }
 };
 
 } // namespace
@@ -50,6 +57,7 @@ private Q_SLOTS:
 
     void noticesReachTheServer_data();
     void noticesReachTheServer();
+    void clicksComeBack();
     void withoutAServerNoticesAreLost();
 
 private:
@@ -82,6 +90,31 @@ void DesktopNotificationsTest::noticesReachTheServer()
     center.deliver({u"Title"_s, u"A <b> & C"_s});
     QTRY_COMPARE(server.shown, QStringList{u"Tolvane Brevok|0|com.tolvane.brevok|Title|%1|0|-1"_s.arg(text)});
     QCOMPARE(server.lastHints.value(u"desktop-entry"_s).toString(), u"com.tolvane.brevok"_s);
+    QVERIFY(m_bus.unregisterService(u"org.freedesktop.Notifications"_s));
+    m_bus.unregisterObject(u"/org/freedesktop/Notifications"_s);
+}
+
+void DesktopNotificationsTest::clicksComeBack()
+{
+    NoticeServer server;
+    QVERIFY(m_bus.registerObject(u"/org/freedesktop/Notifications"_s, &server,
+        QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
+    QVERIFY(m_bus.registerService(u"org.freedesktop.Notifications"_s));
+    Decider decider;
+    DesktopNotifications center(m_bus, u"com.tolvane.brevok"_s, u"Tolvane Brevok"_s);
+    center.setDelegate(&decider);
+    const QList<UserNotificationAction> actions{{u"open"_s, u"Open"_s}, {u"update"_s, u"Update"_s}};
+    center.deliver({u"A server without buttons"_s, {}, actions});
+    QTRY_COMPARE(server.shown.size(), 1);
+    QVERIFY(server.lastActions.isEmpty());
+    server.capabilities = {u"actions"_s};
+    center.deliver({u"Title"_s, {}, actions});
+    QTRY_COMPARE(server.shown.size(), 2);
+    QCOMPARE(server.lastActions, (QStringList{u"open"_s, u"Open"_s, u"update"_s, u"Update"_s}));
+    QTRY_VERIFY(center.children().isEmpty()); // the notice's number came
+    Q_EMIT server.ActionInvoked(2, u"open"_s); // of another program's notice
+    Q_EMIT server.ActionInvoked(1, u"update"_s);
+    QTRY_COMPARE(decider.clicked, QStringList{u"update"_s});
     QVERIFY(m_bus.unregisterService(u"org.freedesktop.Notifications"_s));
     m_bus.unregisterObject(u"/org/freedesktop/Notifications"_s);
 }

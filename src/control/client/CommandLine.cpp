@@ -42,6 +42,7 @@ const QHash<QString, Form> &forms()
         {u"settings get"_s, {Verb::GetSetting, 1, 1, "a key"}},
         {u"settings set"_s, {Verb::SetSetting, 2, 2, "a key and a value"}},
         {u"converge"_s, {Verb::Converge, 0, 0, "no argument"}},
+        {u"metrics"_s, {Verb::Metrics, 0, 0, "no argument"}},
         {u"discard"_s, {Verb::Discard, 0, 0, "no argument"}},
         {u"report"_s, {Verb::Report, 0, 0, "--email and --note, or --show"}},
         {u"usage"_s, {Verb::ShowUsage, 0, 0, "--show"}},
@@ -61,6 +62,7 @@ struct OwnOption {
 constexpr std::array ownOptions{
     OwnOption{QLatin1StringView("all"), {Verb::Update, Verb::Update}, "update"},
     OwnOption{QLatin1StringView("dry-run"), {Verb::Converge, Verb::Converge}, "converge"},
+    OwnOption{QLatin1StringView("file"), {Verb::Metrics, Verb::Metrics}, "metrics"},
     OwnOption{QLatin1StringView("type"), {Verb::AddTarget, Verb::AddTarget}, "targets add"},
     OwnOption{QLatin1StringView("version"), {Verb::AddTarget, Verb::AddTarget}, "targets add"},
     OwnOption{QLatin1StringView("email"), {Verb::Report, Verb::Report}, "report"},
@@ -72,8 +74,8 @@ void addOptions(QCommandLineParser &parser)
 {
     const QString value = u"VALUE"_s;
     parser.addOptions({{u"json"_s, {}}, {u"timeout"_s, {}, value}, {u"all"_s, {}}, {u"dry-run"_s, {}},
-        {u"type"_s, {}, value}, {u"version"_s, {}, value}, {u"email"_s, {}, value}, {u"note"_s, {}, value},
-        {u"show"_s, {}}, {{u"help"_s, u"h"_s}, {}}});
+        {u"file"_s, {}, value}, {u"type"_s, {}, value}, {u"version"_s, {}, value}, {u"email"_s, {}, value},
+        {u"note"_s, {}, value}, {u"show"_s, {}}, {{u"help"_s, u"h"_s}, {}}});
 }
 
 std::optional<UsageError> misplacedOption(const QCommandLineParser &parser, Verb verb)
@@ -115,6 +117,7 @@ std::optional<UsageError> readOptions(const QCommandLineParser &parser, Command 
     command.version = parser.value(u"version"_s);
     command.email = parser.value(u"email"_s);
     command.note = parser.value(u"note"_s);
+    command.file = parser.value(u"file"_s);
     command.dryRun = parser.isSet(u"dry-run"_s);
     command.json = parser.isSet(u"json"_s);
     if (command.verb == Verb::AddTarget && command.type != u"InDesign" && command.type != u"InCopy") {
@@ -215,6 +218,7 @@ QString helpText()
   settings get KEY
   settings set KEY VALUE
   converge [--dry-run]        bring this machine to what its owner wants, asking nobody
+  metrics [--file PATH]       what a fleet's monitoring reads, printed or written
   discard                     forget unfinished install and remove actions
   report --email ADDRESS --note TEXT
                               send a bug report with logs and crash reports

@@ -29,6 +29,7 @@ struct Command {
         GetSetting,
         SetSetting,
         Converge,
+        Metrics,
         Discard,
         Report,
         ShowReport,
@@ -45,6 +46,7 @@ struct Command {
     QString version; ///< of `targets add`
     QString email; ///< of `report`
     QString note; ///< of `report`
+    QString file; ///< of `metrics`
     bool dryRun = false; ///< of `converge`
     bool json = false;
     int timeoutSeconds = 600;

@@ -3,6 +3,7 @@
 
 #include "client/CommandRunner.h"
 
+#include "client/Metrics.h"
 #include "client/Output.h"
 #include "client/Tables.h"
 #include "ControlProxy.h"
@@ -34,7 +35,7 @@ QJsonObject documentOf(const QDBusMessage &reply)
 
 bool isQuestion(Verb verb)
 {
-    return verb == Verb::Status || verb == Verb::Targets || verb == Verb::Settings
+    return verb == Verb::Status || verb == Verb::Metrics || verb == Verb::Targets || verb == Verb::Settings
         || verb == Verb::GetSetting;
 }
 
@@ -87,6 +88,7 @@ QDBusPendingCall CommandRunner::call()
     const QStringList &arguments = m_command.arguments;
     switch (m_command.verb) {
     case Verb::Status:
+    case Verb::Metrics:
         return proxy.Status();
     case Verb::SignIn:
         return proxy.SignIn(arguments.first(), m_password());
@@ -179,6 +181,9 @@ void CommandRunner::handleResult(const QDBusMessage &reply)
     case Verb::Converge:
         handleConverged(reply);
         break;
+    case Verb::Metrics:
+        handleMetrics(metricsText(document, userName()));
+        break;
     case Verb::ShowReport:
     case Verb::ShowUsage: // a document of its own
         endWith(documentText(reply.arguments().value(0).toString()));
@@ -201,6 +206,16 @@ void CommandRunner::handleConverged(const QDBusMessage &reply)
     const QString text = m_command.json ? documentText(document)
                                         : convergeText(QJsonDocument::fromJson(document.toUtf8()).object());
     endWith(text, failures.isEmpty() ? ExitStatus::Done : ExitStatus::Failed);
+}
+
+void CommandRunner::handleMetrics(const QString &text)
+{
+    if (m_command.file.isEmpty()) {
+        endWith(m_command.json ? documentText(QJsonObject{{u"metrics"_s, text}}) : text);
+        return;
+    }
+    const QString problem = writeMetrics(m_command.file, userName(), text);
+    end(problem.isEmpty() ? QStringList() : QStringList{problem});
 }
 
 void CommandRunner::showProgress(const QString &, const QString &plugin, qint64 done, qint64 expected)

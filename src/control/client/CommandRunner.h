@@ -45,6 +45,7 @@ private:
     void handleError(const QDBusMessage &error);
     void handleResult(const QDBusMessage &reply);
     void handleConverged(const QDBusMessage &reply);
+    void handleMetrics(const QString &text);
     /// Ends a call that asked for @p result.
     void endWith(const QString &result, ExitStatus status = ExitStatus::Done);
     /// Ends a call whose result is how it went: done without @p failures, else @p failed.

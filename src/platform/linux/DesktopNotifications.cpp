@@ -37,6 +37,19 @@ DesktopNotifications::DesktopNotifications(
 
 DesktopNotifications::~DesktopNotifications() = default;
 
+void DesktopNotifications::use(const QDBusConnection &bus)
+{
+    m_bus = bus;
+    m_shown.clear();
+}
+
+void DesktopNotifications::actionInvoked(uint id, const QString &action)
+{
+    if (m_shown.remove(id)) {
+        activated(action);
+    }
+}
+
 // Some servers read the text as markup and some do not; a name of the service must come out right with both.
 void DesktopNotifications::present(const UserNotification &notification)
 {
@@ -46,21 +59,42 @@ void DesktopNotifications::present(const UserNotification &notification)
         watcher->deleteLater();
         const QDBusPendingReply<QStringList> capabilities = *watcher;
         if (capabilities.isValid()) {
-            send(notification, capabilities.value().contains(QStringLiteral("body-markup")));
+            send(notification, capabilities.value());
         } else if (detailedLog()) {
             logLine(QStringLiteral("Nobody shows notices here: %1").arg(capabilities.error().message()));
         }
     });
 }
 
-void DesktopNotifications::send(const UserNotification &notification, bool bodyIsMarkup)
+void DesktopNotifications::send(const UserNotification &notification, const QStringList &capabilities)
 {
+    const bool bodyIsMarkup = capabilities.contains(QStringLiteral("body-markup"));
+    QStringList actions;
+    if (capabilities.contains(QStringLiteral("actions"))) {
+        for (const UserNotificationAction &action : notification.actions) {
+            actions += {action.name, action.title};
+        }
+    }
     QDBusMessage call = callOf(QStringLiteral("Notify"));
     const QString text = severalLines(notification.informativeText);
     const QVariantMap hints{{QStringLiteral("desktop-entry"), m_identifier}};
     call.setArguments({m_displayName, replacesNone, m_identifier, oneLine(notification.title),
-        bodyIsMarkup ? text.toHtmlEscaped() : text, QStringList(), hints, asTheServerLikes});
-    m_bus.asyncCall(call);
+        bodyIsMarkup ? text.toHtmlEscaped() : text, actions, hints, asTheServerLikes});
+    if (actions.isEmpty()) {
+        m_bus.asyncCall(call);
+        return;
+    }
+    // Twice is once.
+    m_bus.connect(QString(), QStringLiteral("/org/freedesktop/Notifications"),
+        QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("ActionInvoked"), this,
+        SLOT(actionInvoked(uint, QString)));
+    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        if (const QDBusPendingReply<uint> id = *watcher; id.isValid()) {
+            m_shown.insert(id.value());
+        }
+    });
 }
 
 } // namespace brevok

@@ -7,6 +7,7 @@
 
 #include <QDBusConnection>
 #include <QObject>
+#include <QSet>
 
 namespace brevok {
 
@@ -22,19 +23,23 @@ public:
     ~DesktopNotifications() override;
 
     /// Goes on with another connection.
-    void use(const QDBusConnection &bus) { m_bus = bus; }
+    void use(const QDBusConnection &bus);
 
     [[nodiscard]] bool exists() const override { return m_bus.isConnected(); }
 
 protected:
     void present(const UserNotification &notification) override;
 
+private Q_SLOTS:
+    void actionInvoked(uint id, const QString &action);
+
 private:
-    void send(const UserNotification &notification, bool bodyIsMarkup);
+    void send(const UserNotification &notification, const QStringList &capabilities);
 
     QDBusConnection m_bus;
     QString m_identifier;
     QString m_displayName;
+    QSet<uint> m_shown; ///< with buttons
 };
 
 } // namespace brevok

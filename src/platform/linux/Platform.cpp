@@ -14,6 +14,7 @@
 #include "platform/linux/ProcRunningApplications.h"
 #include "platform/linux/RouteTableLookup.h"
 #include "platform/linux/SqliteStateStore.h"
+#include "platform/linux/SystemdTimerRuns.h"
 #include "platform/linux/XdgUrlOpener.h"
 #include "platform/PropertyLists.h"
 #include "platform/SessionBus.h"
@@ -46,6 +47,11 @@ Platform createPlatform(
     QObject::connect(&bus, &SessionBus::returned, notices.get(),
         [&bus, told = notices.get()] { told->use(bus.connection()); });
     platform.userNotifications = std::move(notices);
+    auto timerRuns =
+        std::make_unique<SystemdTimerRuns>(bus.connection(), QStringLiteral("tolvane-brevok-converge.timer"));
+    QObject::connect(
+        &bus, &SessionBus::returned, &bus, [&bus, told = timerRuns.get()] { told->use(bus.connection()); });
+    platform.timerRuns = std::move(timerRuns);
     platform.urlOpener = std::make_unique<XdgUrlOpener>();
     platform.routeLookup = std::make_unique<RouteTableLookup>();
     platform.applicationSearch = std::make_unique<InotifyApplicationSearch>(applicationFolders);

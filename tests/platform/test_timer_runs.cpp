@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/SystemdTimerRuns.h"
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusObjectPath>
+#include <QDBusVariant>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString unitName = u"tolvane-brevok-converge.timer"_s;
+const QString unitPath = u"/org/freedesktop/systemd1/unit/timer"_s;
+
+} // namespace
+
+/// The user's systemd on the real bus, with one unit at most.
+class Manager final : public QObject, protected QDBusContext {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.systemd1.Manager")
+
+public:
+    bool hasUnit = true;
+
+public Q_SLOTS:
+    QDBusObjectPath GetUnit(const QString &name)
+    {
+        if (!hasUnit || name != unitName) {
+            sendErrorReply(u"org.freedesktop.systemd1.NoSuchUnit"_s, u"not loaded"_s);
+        }
+        return QDBusObjectPath(unitPath);
+    }
+};
+
+/// Its timer.
+class Unit final : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.systemd1.Timer")
+    Q_PROPERTY(qulonglong NextElapseUSecRealtime MEMBER next)
+
+public:
+    qulonglong next = 0;
+};
+
+class TimerRunsTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void theNextRunIsTold_data();
+    void theNextRunIsTold();
+
+private:
+    QDBusConnection m_bus = QDBusConnection::sessionBus();
+};
+
+void TimerRunsTest::theNextRunIsTold_data()
+{
+    QTest::addColumn<bool>("systemd");
+    QTest::addColumn<bool>("unit");
+    QTest::addColumn<qulonglong>("microseconds");
+    QTest::addColumn<QDateTime>("told");
+    const QDateTime time = QDateTime::fromMSecsSinceEpoch(1795340400000);
+    QTest::newRow("a time") << true << true << 1795340400000000ULL << time;
+    QTest::newRow("switched off") << true << true << 0ULL << QDateTime();
+    QTest::newRow("never") << true << true << std::numeric_limits<qulonglong>::max() << QDateTime();
+    QTest::newRow("no such timer") << true << false << 0ULL << QDateTime();
+    QTest::newRow("no systemd") << false << false << 0ULL << QDateTime();
+}
+
+void TimerRunsTest::theNextRunIsTold()
+{
+    QFETCH(bool, systemd);
+    QFETCH(qulonglong, microseconds);
+    QFETCH(bool, unit);
+    Manager manager;
+    manager.hasUnit = unit;
+    Unit timer;
+    timer.next = microseconds;
+    if (systemd) {
+        QVERIFY(
+            m_bus.registerObject(u"/org/freedesktop/systemd1"_s, &manager, QDBusConnection::ExportAllSlots));
+        QVERIFY(m_bus.registerObject(unitPath, &timer, QDBusConnection::ExportAllProperties));
+        QVERIFY(m_bus.registerService(u"org.freedesktop.systemd1"_s));
+    }
+    SystemdTimerRuns runs(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"asker"_s), unitName);
+    int answers = 0;
+    QDateTime told;
+    runs.askNext(this, [&](const std::optional<QDateTime> &next) {
+        ++answers;
+        told = next.value_or(QDateTime());
+    });
+    QCOMPARE(answers, 0);
+    QTRY_COMPARE(answers, 1);
+    QTEST(told, "told");
+    if (systemd) {
+        QVERIFY(m_bus.unregisterService(u"org.freedesktop.systemd1"_s));
+    }
+}
+
+QTEST_GUILESS_MAIN(TimerRunsTest)
+#include "test_timer_runs.moc"

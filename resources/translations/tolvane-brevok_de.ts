@@ -1375,7 +1375,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Used by scheduled updates, which are not set up on this computer.</source>
-        <translation>Wird von geplanten Updates verwendet, die auf diesem Computer nicht eingerichtet sind.</translation>
+        <translation>Für geplante Updates, die auf diesem Computer nicht eingerichtet sind.</translation>
     </message>
 </context>
 </TS>

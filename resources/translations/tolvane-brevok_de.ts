@@ -1207,7 +1207,7 @@ Bitte melden Sie sich erneut an.</translation>
     </message>
     <message>
         <source>Used by scheduled updates, which are not set up on this computer.</source>
-        <translation>Wird von geplanten Updates verwendet, die auf diesem Computer nicht eingerichtet sind.</translation>
+        <translation>Für geplante Updates, die auf diesem Computer nicht eingerichtet sind.</translation>
     </message>
     <message>
         <source>Changes are kept in memory and stored as soon as possible. Reason: %1</source>

@@ -3,8 +3,10 @@
 
 #include "app/EarlierKeys.h"
 
+#include "catalogue/CatalogueKeys.h"
 #include "foundation/Settings.h"
 #include "platform/SettingsStore.h"
+#include "targets/BrevokTargetApps.h"
 
 #include <array>
 
@@ -24,10 +26,10 @@ constexpr std::array movedKeys{
     MovedKey{QLatin1StringView("startAtLogin"), SettingKeys::startAtLogin, Kind::Bool},
     MovedKey{QLatin1StringView("sessionData"), QLatin1StringView("OrlecSessionData"), Kind::Object},
     MovedKey{QLatin1StringView("sessionVersion"), QLatin1StringView("OrlecSessionVersion"), Kind::Float},
-    MovedKey{QLatin1StringView("targetsGathered"), QLatin1StringView("OrlecTargetsGathered"), Kind::Bool},
-    MovedKey{QLatin1StringView("targets"), QLatin1StringView("OrlecTargetsData"), Kind::Object},
-    MovedKey{QLatin1StringView("packages"), QLatin1StringView("OrlecPackagesData"), Kind::Object},
-    MovedKey{QLatin1StringView("plugins"), QLatin1StringView("OrlecPluginsData"), Kind::Object},
+    MovedKey{QLatin1StringView("targetsGathered"), TargetSettings::gathered, Kind::Bool},
+    MovedKey{QLatin1StringView("targets"), TargetSettings::data, Kind::Object},
+    MovedKey{QLatin1StringView("packages"), CatalogueKeys::packagesData, Kind::Object},
+    MovedKey{QLatin1StringView("plugins"), CatalogueKeys::pluginsData, Kind::Object},
 };
 
 QVariant movedValue(const SettingsStore &settings, const MovedKey &key)

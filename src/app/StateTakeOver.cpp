@@ -28,8 +28,8 @@ constexpr QLatin1StringView notificationDate("OrlecInstallNotificationDate"); //
 
 bool isState(const QString &key)
 {
-    static const QSet<QString> keys{sessionData, sessionVersion, QLatin1StringView(TargetSettings::gathered),
-        QLatin1StringView(TargetSettings::data), CatalogueKeys::packagesData, CatalogueKeys::pluginsData,
+    static const QSet<QString> keys{sessionData, sessionVersion, TargetSettings::gathered,
+        TargetSettings::data, CatalogueKeys::packagesData, CatalogueKeys::pluginsData,
         CatalogueKeys::pluginsUpdateDate, CatalogueKeys::productsUpdateDate, CatalogueKeys::notifiedPackages,
         AutomaticChecks::lastCheckKey};
     return keys.contains(key) || key.startsWith(notificationDate);
@@ -91,7 +91,7 @@ StateChanges StateTakeOver::converted(const QString &key)
     if (key == sessionVersion) {
         return {StateStore::valueChange(key, m_settings.floatValue(key))};
     }
-    if (key == QLatin1StringView(TargetSettings::gathered)) {
+    if (key == TargetSettings::gathered) {
         return {StateStore::valueChange(key, m_settings.boolValue(key))};
     }
     if (key == CatalogueKeys::pluginsUpdateDate || key == CatalogueKeys::productsUpdateDate

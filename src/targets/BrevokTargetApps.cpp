@@ -119,25 +119,25 @@ BrevokTargetApps *BrevokTargetApps::targetApps()
 void BrevokTargetApps::load()
 {
     m_records.clear();
-    const StateEntries stored = m_state.entries(QLatin1StringView(TargetSettings::data));
+    const StateEntries stored = m_state.entries(TargetSettings::data);
     for (auto entry = stored.cbegin(); entry != stored.cend(); ++entry) {
         m_records.insert(entry.key(), *entry);
     }
-    m_gathered = m_state.value(QLatin1StringView(TargetSettings::gathered)).toBool();
+    m_gathered = m_state.value(TargetSettings::gathered).toBool();
 }
 
 void BrevokTargetApps::save(const QString &path)
 {
     if (const auto record = m_records.constFind(path); record != m_records.cend()) {
-        m_state.commit({{QLatin1StringView(TargetSettings::data), path, *record}});
+        m_state.commit({{TargetSettings::data, path, *record}});
     }
 }
 
 void BrevokTargetApps::saveEverything()
 {
-    StateChanges changes{StateStore::valueChange(QLatin1StringView(TargetSettings::gathered), m_gathered)};
+    StateChanges changes{StateStore::valueChange(TargetSettings::gathered, m_gathered)};
     for (auto record = m_records.cbegin(); record != m_records.cend(); ++record) {
-        changes.append({QLatin1StringView(TargetSettings::data), record.key(), *record});
+        changes.append({TargetSettings::data, record.key(), *record});
     }
     m_state.commit(changes);
 }
@@ -241,7 +241,7 @@ void BrevokTargetApps::mergeSpellings()
     for (const QString &path : std::as_const(superfluous)) {
         m_records.remove(path);
         m_looks.remove(path);
-        changes.append({QLatin1StringView(TargetSettings::data), path, std::nullopt});
+        changes.append({TargetSettings::data, path, std::nullopt});
     }
     Q_EMIT targetsChanged();
     m_state.commit(changes);
@@ -325,7 +325,7 @@ void BrevokTargetApps::endFirstGathering()
     if (m_records.size() != 1) {
         Q_EMIT reviewWanted();
     }
-    m_state.setValue(QLatin1StringView(TargetSettings::gathered), true);
+    m_state.setValue(TargetSettings::gathered, true);
 }
 
 void BrevokTargetApps::insertTarget(const QString &path, const QString &type, const QString &version)

@@ -23,8 +23,8 @@ struct TargetFindings;
 
 /// Keys of the list of targets in the state store.
 namespace TargetSettings {
-inline constexpr auto data = "OrlecTargetsData";
-inline constexpr auto gathered = "OrlecTargetsGathered";
+inline constexpr QLatin1StringView data("OrlecTargetsData");
+inline constexpr QLatin1StringView gathered("OrlecTargetsGathered");
 } // namespace TargetSettings
 
 /// Keys and flag values of a target record; every value is a text.

@@ -18,7 +18,7 @@ using namespace Qt::StringLiterals;
 
 inline QString targetsKey()
 {
-    return QLatin1StringView(TargetSettings::data);
+    return TargetSettings::data;
 }
 
 /// Everything a list of targets stands on: real folders, a store and a search led by the test.

@@ -14,7 +14,7 @@ using Notification = ApplicationSearch::Notification;
 
 namespace {
 
-const QString gatheredKey = QLatin1StringView(TargetSettings::gathered);
+const QString gatheredKey = TargetSettings::gathered;
 
 Record target(const QJsonValue &type, const QJsonValue &version)
 {

@@ -19,6 +19,7 @@
 #include "ui/preferences/BrevokPreferencesController.h"
 
 #include <QFileDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
 #include <QPushButton>
@@ -122,5 +123,23 @@ struct Desk {
     std::optional<BrevokTargetApps> targets;
     std::optional<BrevokPreferencesController> window;
 };
+
+/// What the page of the targets says.
+inline QString shownNotice(const Desk &desk)
+{
+    QString told = desk.find<QLabel>("targetsNotice")->text();
+    return told.remove(QChar(0x200b)); // where a long path may be broken
+}
+
+/// Of the targets, in the order of their rows.
+inline QStringList selectedPaths(const Desk &desk)
+{
+    QStringList labels;
+    const QModelIndexList rows = desk.table()->selectionModel()->selectedRows(1);
+    for (const QModelIndex &row : rows) {
+        labels.append(row.data().toString().section(u" ["_s, 0, 0));
+    }
+    return labels;
+}
 
 } // namespace brevok::testing

@@ -49,7 +49,11 @@ const QPalette &OutlineStyle::outlined(const QPalette &palette) const
         ofGroup.setCurrentColorGroup(group);
         made.setColor(group, QPalette::Window, PanelStyle::outline(ofGroup).lighter(darkening));
         if (PanelStyle::isDark(ofGroup)) { // what has the focus is outlined in the accent, darkened too
-            made.setColor(group, QPalette::Highlight, ofGroup.color(QPalette::Highlight).lighter(darkening));
+            const QColor accent = ofGroup.color(QPalette::Highlight).lighter(darkening);
+            made.setColor(group, QPalette::Highlight, accent);
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+            made.setColor(group, QPalette::Accent, accent);
+#endif
         }
     }
     m_own.insert(made.cacheKey());

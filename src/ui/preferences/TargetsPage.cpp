@@ -181,6 +181,8 @@ void TargetsPage::showEvent(QShowEvent *event)
 void TargetsPage::forget()
 {
     m_removed.clear();
+    m_waiting.clear();
+    m_refused.clear();
     showRemoved();
     tell({});
 }
@@ -334,6 +336,11 @@ void TargetsPage::addNextFolder()
 
 void TargetsPage::folderTested(const QString &path, const ChosenFolder &chosen)
 {
+    if (!window()->isVisible()) { // nobody is there any more to be asked or told
+        m_adding = false;
+        forget();
+        return;
+    }
     const std::optional<int> version =
         chosen.host ? targetVersionIndex(chosen.host->version) : std::optional<int>();
     // Any version will do to see whether the folder itself is refused.

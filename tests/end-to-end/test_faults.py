@@ -4,13 +4,14 @@ import json
 import os
 import pathlib
 import resource
+import shutil
 import signal
 import subprocess
 import sys
 import unittest
 import zipfile
 
-from brevok_session import Session, information, wait_for
+from brevok_session import Session, information, wait_for, with_children
 
 PROGRAMS = pathlib.Path(sys.argv.pop(1))
 
@@ -308,6 +309,19 @@ class Faults(unittest.TestCase):
         self.assertEqual(session.ctl("settings", "get", "logLevel").stdout.strip(), "1")
         session.ctl("settings", "set", "logLevel", "0")
         self.assertEqual([path.name for path in session.settings_file().parent.iterdir()], ["brevok.conf"])
+
+    def test_an_update_of_the_package_while_it_runs(self):
+        session = self.session
+        for name in ("bin", "lib", "share"):
+            shutil.copytree(PROGRAMS.parent / name, session.folder / "installed" / name)
+        session.programs = session.folder / "installed" / "bin"
+        session.start_application()
+        session.ctl("check")
+        wait_for(lambda: len(with_children(session.application.pid)) == 1, "what sent the requests has ended")
+        program = session.folder / "installed" / "lib" / "tolvane-brevok" / "tolvane-brevok-network"
+        program.unlink()
+        shutil.copy(shutil.which("false"), program)  # another version, which does not understand this one
+        session.ctl("check")
 
     def test_a_damaged_state_file(self):
         session = self.session

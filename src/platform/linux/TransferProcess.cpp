@@ -17,6 +17,7 @@
 #include <array>
 #include <cerrno>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/socket.h>
@@ -41,6 +42,7 @@ public:
     TransferProcess(TransferDesk &desk, const HttpSetup &setup)
         : m_desk(desk)
         , m_setup(setup)
+        , m_program(::open(QFile::encodeName(programThatMovesData()).constData(), O_PATH | O_CLOEXEC))
     {
     }
     ~TransferProcess() { end(); }
@@ -99,8 +101,9 @@ private:
         }
         FileDescriptor ours(ends[0]);
         const FileDescriptor theirs(ends[1]);
-        const QByteArray program = QFile::encodeName(programThatMovesData());
-        std::array<char *, 2> words{const_cast<char *>(program.constData()), nullptr};
+        const QByteArray program = "/proc/self/fd/" + QByteArray::number(m_program.get());
+        QByteArray name = QFile::encodeName(programThatMovesData());
+        std::array<char *, 2> words{name.data(), nullptr};
         posix_spawn_file_actions_t actions;
         ::posix_spawn_file_actions_init(&actions);
         ::posix_spawn_file_actions_adddup2(&actions, theirs.get(), STDIN_FILENO);
@@ -167,6 +170,7 @@ private:
 
     TransferDesk &m_desk;
     const HttpSetup &m_setup;
+    const FileDescriptor m_program; ///< kept: an update of the package may put another version in its place
     QSet<quint64> m_running;
     std::optional<TransferWire> m_wire; ///< to the process, while there is one
     pid_t m_process = 0;

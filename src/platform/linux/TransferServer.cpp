@@ -6,6 +6,7 @@
 #include "platform/linux/TransferWire.h"
 
 #include <poll.h>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace brevok {
@@ -64,6 +65,7 @@ private:
 
 void serveTransfers()
 {
+    ::prctl(PR_SET_NAME, "brevok-network"); // it was started by the number of an open file
     TransferWire wire{FileDescriptor(STDIN_FILENO)};
     std::optional<QByteArray> first;
     while (!first) {

@@ -31,17 +31,6 @@ const QByteArray decomposed = "e\xcc\x81";
 const QByteArray composed = "\xc3\xa9";
 constexpr quint16 utf8Flag = 0x0800;
 
-QByteArray noise(qsizetype size)
-{
-    QByteArray result(size, Qt::Uninitialized);
-    quint32 state = 1;
-    for (char &byte : result) {
-        state = state * 1664525U + 1013904223U;
-        byte = static_cast<char>(state >> 24U);
-    }
-    return result;
-}
-
 ZipMember linkTo(const QByteArray &target, const QByteArray &name)
 {
     return {name, target, zipLink};

@@ -4,6 +4,7 @@
 // Files of the program's own are handed to the helper as copies in the temporary folder.
 
 #include "platform/linux/BusInstaller.h"
+#include "support/FileSizeLimit.h"
 #include "support/SampleBundles.h"
 
 #include <QDir>
@@ -12,10 +13,8 @@
 #include <QTest>
 
 #include <cerrno>
-#include <csignal>
 
 #include <sys/file.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 using namespace brevok;
@@ -52,15 +51,9 @@ void BusInstallerTest::copiesAreWholeOrNotHandedOver()
         QVERIFY(writeFile(source, QByteArray(10000, 'x')));
         QCOMPARE(::chown(QFile::encodeName(source).constData(), 65534, 65534), 0);
     }
-    const auto full = ::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    QCOMPARE(::getrlimit(RLIMIT_FSIZE, &before), 0);
-    const rlimit small{100, before.rlim_max};
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    const testing::FileSizeLimit limit(100);
     const InstallResult result = BusInstaller(QDBusConnection(u"none"_s))
                                      .install({.source = source, .target = folder.filePath(u"there"_s)});
-    QCOMPARE(::setrlimit(RLIMIT_FSIZE, &before), 0);
-    ::signal(SIGXFSZ, full);
     QVERIFY(!result.answer && result.failure);
     QCOMPARE(result.failure->code, EFBIG);
 }

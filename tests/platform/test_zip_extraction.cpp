@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/LinuxFileOperations.h"
+#include "support/FileSizeLimit.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/Privileges.h"
@@ -15,61 +16,16 @@
 
 #include <cerrno>
 #include <clocale>
-#include <csignal>
 
-#include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
 using testing::contentsOf;
 using testing::modeOf;
+using testing::noise;
 using testing::writeFile;
 using testing::zipArchive;
-using testing::ZipMember;
-
-namespace {
-
-using Members = QList<ZipMember>;
-
-constexpr auto extractOption = "--extract";
-
-/// Incompressible to no one's harm: the archives here are stored.
-QByteArray noise(qsizetype size)
-{
-    QByteArray result(size, Qt::Uninitialized);
-    quint32 state = 1;
-    for (char &byte : result) {
-        state = state * 1664525U + 1013904223U;
-        byte = static_cast<char>(state >> 24U);
-    }
-    return result;
-}
-
-/// What a signal or a limit does, undone at the end of the scope.
-class FileSizeLimit final {
-public:
-    explicit FileSizeLimit(rlim_t bytes)
-    {
-        ::getrlimit(RLIMIT_FSIZE, &m_before);
-        const rlimit limit{bytes, m_before.rlim_max};
-        m_previous = std::signal(SIGXFSZ, SIG_IGN);
-        ::setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        ::setrlimit(RLIMIT_FSIZE, &m_before);
-        std::signal(SIGXFSZ, m_previous);
-    }
-    Q_DISABLE_COPY_MOVE(FileSizeLimit)
-
-private:
-    rlimit m_before{};
-    void (*m_previous)(int) = nullptr;
-};
-
-} // namespace
 
 class ZipExtractionTest : public QObject {
     Q_OBJECT
@@ -84,7 +40,6 @@ private Q_SLOTS:
     void damagedArchives();
     void unusableDestinations();
     void fullDiskLeavesNothing();
-    void killedExtractionLeavesNoHalfBundle();
 
 private:
     [[nodiscard]] QString path(const QString &name) const { return m_scratch->filePath(name); }
@@ -243,67 +198,13 @@ void ZipExtractionTest::fullDiskLeavesNothing()
         zipArchive({{"A/first", noise(100'000)}, {"A/second", noise(2'000'000), testing::zipFile, true}});
     QVERIFY(writeFile(path(u"a.zip"_s), archive));
     {
-        const FileSizeLimit limit(500'000);
+        const testing::FileSizeLimit limit(500'000);
         QVERIFY(!extractFile(path(u"a.zip"_s), m_folder + u"/A"_s));
     }
     QCOMPARE(m_error->code, EFBIG);
     QVERIFY(m_error->description.contains(u"A/second"_s));
     QCOMPARE(unpacked(), QStringList());
-
-    const QByteArray folder = QFile::encodeName(m_folder);
-    if (::mount("tmpfs", folder.constData(), "tmpfs", 0, "size=1m") != 0) {
-        QSKIP("a small disk can be made by root only");
-    }
-    const bool done = extractFile(path(u"a.zip"_s), m_folder + u"/A"_s);
-    const QStringList left = unpacked();
-    QCOMPARE(::umount(folder.constData()), 0);
-    QVERIFY(!done);
-    QCOMPARE(m_error->code, ENOSPC);
-    QVERIFY(m_error->description.contains(u"No space left on device (A/second)"_s));
-    QCOMPARE(left, QStringList());
 }
 
-void ZipExtractionTest::killedExtractionLeavesNoHalfBundle()
-{
-    constexpr qsizetype files = 300;
-    const QString bundle = m_folder + u"/A.InDesignPlugin"_s;
-    QVERIFY(writeFile(path(u"big.zip"_s),
-        zipArchive({{"A.InDesignPlugin/f", noise(50'000), testing::zipFile, false, -1, 0, false, files}})));
-    const auto inStaging = [&] {
-        const QStringList names = unpacked().filter(u".tolvane-unpack-"_s);
-        return names.isEmpty()
-            ? qsizetype(-1)
-            : testing::entries(m_folder + u'/' + names.first() + u"/A.InDesignPlugin"_s).size();
-    };
-    for (const qsizetype moment : {qsizetype(0), qsizetype(1), qsizetype(20), qsizetype(100), files}) {
-        QProcess child;
-        child.start(QCoreApplication::applicationFilePath(),
-            {QString::fromLatin1(extractOption), path(u"big.zip"_s), bundle});
-        QVERIFY(child.waitForStarted());
-        while (inStaging() < moment && !child.waitForFinished(0)) { }
-        child.kill();
-        QVERIFY(child.state() == QProcess::NotRunning || child.waitForFinished());
-        if (QFileInfo::exists(bundle)) {
-            QCOMPARE(testing::entries(bundle).size(), files);
-            QVERIFY(m_files.removeItem(bundle, &m_error));
-        }
-        QVERIFY(extract(zipArchive({{"A.InDesignPlugin/f", "x"}}), u"A.InDesignPlugin"_s));
-        QCOMPARE(unpacked(), QStringList{u"A.InDesignPlugin"_s});
-        QVERIFY(m_files.removeItem(bundle, &m_error));
-    }
-}
-
-/// The program is its own child where one must be killed.
-int main(int argc, char *argv[])
-{
-    if (argc == 4 && qstrcmp(argv[1], extractOption) == 0) {
-        LinuxFileOperations files;
-        const auto source = files.openVerified(QFile::decodeName(argv[2]), {}, nullptr);
-        return source && files.extractZip(*source, QFile::decodeName(argv[3]), nullptr) ? 0 : 1;
-    }
-    const QCoreApplication application(argc, argv);
-    ZipExtractionTest test;
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_GUILESS_MAIN(ZipExtractionTest)
 #include "test_zip_extraction.moc"

@@ -121,4 +121,16 @@ inline QByteArray pluginArchive(const QByteArray &name, const QByteArray &inform
         {bundle + "Contents/MacOS/" + name, code, zipProgram, true}});
 }
 
+/// Contents that do not get smaller.
+inline QByteArray noise(qsizetype size)
+{
+    QByteArray result(size, Qt::Uninitialized);
+    quint32 state = 1;
+    for (char &byte : result) {
+        state = state * 1664525U + 1013904223U;
+        byte = static_cast<char>(state >> 24U);
+    }
+    return result;
+}
+
 } // namespace brevok::testing

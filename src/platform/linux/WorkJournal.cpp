@@ -57,7 +57,11 @@ QString WorkJournal::begin(const QString &target, bool removal, bool fresh) cons
 
 void WorkJournal::end(const QString &id) const
 {
-    QFile::remove(m_folder + u'/' + id);
+    const FileDescriptor folder = safepath::openFolder(QFile::encodeName(m_folder));
+    // An entry that came back after a power cut would have a new item taken for half of one.
+    if (folder && ::unlinkat(folder.get(), id.toLatin1().constData(), 0) == 0) {
+        ::fsync(folder.get());
+    }
 }
 
 QList<WorkJournal::Entry> WorkJournal::entries() const

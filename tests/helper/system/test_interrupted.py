@@ -47,6 +47,8 @@ class DurabilityTest(unittest.TestCase):
             caller.call("Version")
             self.calls.write_text("")
             self.assertTrue(call()["result"][0])
+            wait_for("the end of the entry on the disk",
+                     lambda: self.calls.read_text().splitlines()[-1:] == ["sync state"])
             self.rig.settle()
             begun = ended = False
             for what, paths, waiting in unsynced(self.calls.read_text().splitlines()):

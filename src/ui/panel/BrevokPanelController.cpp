@@ -18,8 +18,6 @@
 #include <QPixmapCache>
 #include <QScreen>
 
-#include <algorithm>
-
 namespace brevok {
 
 using namespace Qt::StringLiterals;

@@ -66,8 +66,9 @@ public:
     /// Fetches what is missing and requests the list; called once, when the definitions have begun to.
     void start();
 
-    /// Requests the list. The user's own check (@p automatically is false) requests that of the plug-ins, too,
-    /// and ends with the result window when both came, else with ownCheckFailed(); @p ended is for it alone.
+    /// Requests the list. The user's own check (@p automatically is false) requests that of the plug-ins,
+    /// too, and ends with the result window when both came, else with ownCheckFailed(); @p ended is for it
+    /// alone.
     void checkForUpdates(bool automatically = true, const OwnCheck::Handler &ended = {});
     /// Requests the list without a window or an alert, while the user's own check may be under way.
     void checkQuietly(const ListRefresh::CheckHandler &ended);

@@ -5,6 +5,10 @@
 
 #include "catalogue/ListRefresh.h"
 
+#include <QStringList>
+
+#include <memory>
+
 namespace brevok {
 
 /// The user's own check for updates: asks for both lists, and knows when there is a result to tell. A check

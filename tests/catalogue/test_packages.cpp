@@ -384,8 +384,7 @@ void PackagesTest::failedOwnCheckHasNoResult_data()
     QTest::addRow("no list of packages") << 1 << 200 << u"Unexpected server response."_s;
     QTest::addRow("status") << 0 << 503 << u"Server responded with HTTP code: 503."_s;
     QTest::addRow("transport") << 1 << 0 << u"it broke"_s;
-    QTest::addRow("no network") << -1 << 0
-                                << u"Network is unreachable. Is your internet connection down?"_s;
+    QTest::addRow("no network") << -1 << 0 << u"Network is unreachable. Is your internet connection down?"_s;
 }
 
 void PackagesTest::failedOwnCheckHasNoResult()

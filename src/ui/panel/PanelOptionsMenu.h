@@ -36,7 +36,7 @@ public:
     /// Restyles the titles: their font, and @p colour where it can be read on the menu, else the system's.
     void setMenuColor(const QColor &colour);
     void beforeMenuOpen();
-    void swapTabPanel();
+    void swapTabPanel(); ///< back to the colour of a closed menu
     void updateTexts();
 
 private:

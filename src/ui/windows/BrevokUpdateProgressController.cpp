@@ -24,9 +24,14 @@ BrevokUpdateProgressController::BrevokUpdateProgressController(const MainBundle 
     indicator->setAccessibleName(label.text());
     add(*indicator);
     addSpace();
-    addClosingButton(u"cancel"_s, Texts::tr("Cancel"));
+    addButton(u"cancel"_s, Texts::tr("Cancel"), [this] { cancel(); });
 }
 
 BrevokUpdateProgressController::~BrevokUpdateProgressController() = default;
+
+void BrevokUpdateProgressController::cancel()
+{
+    close();
+}
 
 } // namespace brevok

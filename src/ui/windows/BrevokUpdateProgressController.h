@@ -7,8 +7,7 @@
 
 namespace brevok {
 
-/// The window of a check for updates that the user asked for: `icon`, `indicator`. The check's end closes it;
-/// its button closes it, too, and the check goes on.
+/// The window of a check for updates that the user asked for: `icon`, `indicator`. The check's end closes it.
 class BrevokUpdateProgressController final : public SmallWindow {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(BrevokUpdateProgressController)
@@ -16,6 +15,9 @@ class BrevokUpdateProgressController final : public SmallWindow {
 public:
     explicit BrevokUpdateProgressController(const MainBundle &bundle);
     ~BrevokUpdateProgressController() override;
+
+    /// Closes the window; the check goes on.
+    void cancel();
 };
 
 } // namespace brevok

@@ -23,7 +23,7 @@ BrevokUpdateResultController::BrevokUpdateResultController(const MainBundle &bun
     bold.setBold(true);
     m_title.setFont(bold);
     addSpace();
-    addClosingButton(u"ok"_s, Texts::tr("OK")).setDefault(true);
+    addButton(u"ok"_s, Texts::tr("OK"), [this] { ok(); }).setDefault(true);
 }
 
 BrevokUpdateResultController::~BrevokUpdateResultController() = default;
@@ -37,6 +37,11 @@ void BrevokUpdateResultController::setTitleString(const QString &title)
 void BrevokUpdateResultController::setLabelString(const QString &label)
 {
     setBreakableText(m_label, label);
+}
+
+void BrevokUpdateResultController::ok()
+{
+    close();
 }
 
 } // namespace brevok

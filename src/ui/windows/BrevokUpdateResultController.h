@@ -19,6 +19,8 @@ public:
     /// The texts to show, localised.
     void setTitleString(const QString &title);
     void setLabelString(const QString &label);
+    /// Closes the window.
+    void ok();
 
 private:
     QLabel &m_title;

@@ -97,19 +97,14 @@ void SmallWindow::addSpace()
     m_column->addStretch();
 }
 
-QPushButton &SmallWindow::addButton(const QString &name, const QString &title)
+QPushButton &SmallWindow::addButton(
+    const QString &name, const QString &title, const std::function<void()> &pressed)
 {
     auto *button = new QPushButton(title, this);
     button->setObjectName(name);
+    connect(button, &QPushButton::clicked, this, [pressed] { pressed(); });
     m_buttons->addWidget(button);
     return *button;
-}
-
-QPushButton &SmallWindow::addClosingButton(const QString &name, const QString &title)
-{
-    QPushButton &button = addButton(name, title);
-    connect(&button, &QPushButton::clicked, this, &QDialog::close);
-    return button;
 }
 
 } // namespace brevok

@@ -5,6 +5,8 @@
 
 #include <QDialog>
 
+#include <functional>
+
 class QBoxLayout;
 class QLabel;
 class QPushButton;
@@ -39,9 +41,8 @@ protected:
     void add(QWidget &widget);
     /// What follows stands at the bottom.
     void addSpace();
-    QPushButton &addButton(const QString &name, const QString &title);
-    /// The same, and closes the window.
-    QPushButton &addClosingButton(const QString &name, const QString &title);
+    /// Pressed, it calls @p pressed.
+    QPushButton &addButton(const QString &name, const QString &title, const std::function<void()> &pressed);
 
 private:
     QBoxLayout *m_column;

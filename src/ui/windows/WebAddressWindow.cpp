@@ -45,10 +45,9 @@ WebAddressWindow::WebAddressWindow(const MainBundle &bundle)
     m_address->setWordWrapMode(QTextOption::WrapAnywhere);
     m_address->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     add(*m_address);
-    QPushButton &copy = addButton(u"copy"_s, Texts::tr("Copy"));
-    connect(&copy, &QPushButton::clicked, this,
+    addButton(u"copy"_s, Texts::tr("Copy"),
         [this] { QGuiApplication::clipboard()->setText(m_address->toPlainText()); });
-    addClosingButton(u"close"_s, Texts::tr("Close")).setDefault(true);
+    addButton(u"close"_s, Texts::tr("Close"), [this] { close(); }).setDefault(true);
 }
 
 WebAddressWindow::~WebAddressWindow() = default;

@@ -6,6 +6,7 @@
 #include "ui/windows/SmallWindow.h"
 
 class QPlainTextEdit;
+class QUrl;
 
 namespace brevok {
 

@@ -144,6 +144,10 @@ void PreferencesTargetsTest::tableIsUsedByKeyboard()
     QTest::mouseClick(remove, Qt::LeftButton);
     QVERIFY(desk.targets->targets().isEmpty());
     QVERIFY(!remove->isEnabled());
+    QVERIFY(desk.find<QLabel>("noTargets")->isVisible());
+    desk.find<QPushButton>("undoButton")->click();
+    QVERIFY(!desk.find<QLabel>("noTargets")->isVisible());
+    QCOMPARE(desk.targets->targets().size(), 3);
 }
 
 void PreferencesTargetsTest::removedTargetsComeBack()

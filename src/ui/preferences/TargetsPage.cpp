@@ -214,6 +214,7 @@ void TargetsPage::removePath()
     m_removed = std::move(removed);
     tell({});
     showRemoved();
+    targetsChanged();
     if (byButton) { // which nothing is left to press for
         m_outlets->undoButton->setFocus();
     }
@@ -235,6 +236,7 @@ void TargetsPage::undoRemoval()
         }
     });
     if (!paths.isEmpty()) {
+        targetsChanged();
         showTargets(paths);
         showRemoved();
     }
@@ -267,16 +269,16 @@ void TargetsPage::openTargetSheet()
 void TargetsPage::openSheet(const QString &path)
 {
     tell({});
-    m_sheet = new TargetSheet(m_targets, m_presenter, foldersOfHosts(m_lastFolder, m_targets), this);
-    connect(m_sheet, &TargetSheet::browsed, this, [this](const QString &folder) { m_lastFolder = folder; });
-    connect(m_sheet, &TargetSheet::targetChosen, this, &TargetsPage::addTarget);
-    connect(m_sheet, &QDialog::finished, this, [this](int result) {
+    auto *sheet = new TargetSheet(m_targets, m_presenter, foldersOfHosts(m_lastFolder, m_targets), this);
+    connect(sheet, &TargetSheet::browsed, this, [this](const QString &folder) { m_lastFolder = folder; });
+    connect(sheet, &TargetSheet::targetChosen, this, &TargetsPage::addTarget);
+    connect(sheet, &QDialog::finished, this, [this](int result) {
         if (result == QDialog::Rejected) {
             m_waiting.clear();
         }
         addNextFolder();
     });
-    m_sheet->begin(path);
+    sheet->begin(path);
 }
 
 void TargetsPage::dragEnterEvent(QDragEnterEvent *event)
@@ -294,17 +296,12 @@ void TargetsPage::dragEnterEvent(QDragEnterEvent *event)
 void TargetsPage::dragLeaveEvent(QDragLeaveEvent *event)
 {
     QWidget::dragLeaveEvent(event);
-    endDrag();
-}
-
-void TargetsPage::endDrag()
-{
     m_dropFrame->hide();
 }
 
 void TargetsPage::dropEvent(QDropEvent *event)
 {
-    endDrag();
+    m_dropFrame->hide();
     event->setDropAction(event->possibleActions() & Qt::LinkAction ? Qt::LinkAction : Qt::CopyAction);
     event->accept();
     addFolders(droppedFolders(*event->mimeData()));

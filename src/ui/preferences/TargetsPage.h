@@ -5,7 +5,6 @@
 
 #include "foundation/Record.h"
 
-#include <QPointer>
 #include <QStringList>
 #include <QWidget>
 
@@ -21,7 +20,6 @@ namespace brevok {
 
 class AlertPresenter;
 class BrevokTargetApps;
-class TargetSheet;
 class TargetTableModel;
 struct ChosenFolder;
 
@@ -68,7 +66,6 @@ private:
     void targetsChanged();
     void selectionChanged();
     void showRemoved();
-    void endDrag();
     void addNextFolder();
     void folderTested(const QString &path, const ChosenFolder &chosen);
     void openSheet(const QString &path);
@@ -80,7 +77,6 @@ private:
     AlertPresenter &m_presenter;
     std::unique_ptr<Ui::TargetsPage> m_outlets;
     TargetTableModel *m_model = nullptr;
-    QPointer<TargetSheet> m_sheet;
     QString m_lastFolder; ///< that a chooser showed
     QList<Removed> m_removed; ///< last, and not come back since
     QStringList m_waiting; ///< folders that are to be added

@@ -126,18 +126,36 @@ double contrast(const QColor &a, const QColor &b)
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-QColor outline(const QPalette &palette)
+QColor standingOut(const QColor &wanted, const QPalette &palette)
 {
     const QColor window = palette.color(QPalette::Window);
     const QColor base = palette.color(QPalette::Base);
     constexpr double enough = 3.8; // styles draw it lighter here and there
     constexpr double step = 0.05;
-    QColor colour = window;
-    for (double share = step; share <= 1; share += step) {
-        colour = mixed(window, palette.color(QPalette::WindowText), share);
+    QColor colour = wanted;
+    for (double share = 0; share <= 1; share += step) {
+        colour = mixed(wanted, palette.color(QPalette::WindowText), share);
         if (contrast(colour, window) >= enough && contrast(colour, base) >= enough) {
             break;
         }
+    }
+    return colour;
+}
+
+QColor outline(const QPalette &palette)
+{
+    return standingOut(palette.color(QPalette::Window), palette);
+}
+
+QColor accent(const QPalette &palette)
+{
+    constexpr double readable = 5.2; // glyphs are drawn a little fainter than their colour
+    constexpr double step = 0.04;
+    const QColor wanted = palette.color(QPalette::Highlight);
+    QColor colour = wanted;
+    for (double share = step;
+         share < 1 && contrast(colour, palette.color(QPalette::HighlightedText)) < readable; share += step) {
+        colour = mixed(wanted, Qt::black, share);
     }
     return colour;
 }

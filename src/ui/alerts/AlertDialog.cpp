@@ -5,7 +5,7 @@
 
 #include "foundation/Texts.h"
 #include "ui/widgets/TemplateImage.h"
-#include "ui/widgets/WrappingLabel.h"
+#include "ui/widgets/TextFitting.h"
 
 #include <QAccessible>
 #include <QBoxLayout>
@@ -39,11 +39,15 @@ QStyle::StandardPixmap styleIcon(AlertStyle style)
     return QStyle::SP_MessageBoxCritical;
 }
 
-WrappingLabel *makeText(const QString &text, const QString &name, QWidget *parent)
+QLabel *makeText(const QString &text, const QString &name, QWidget *parent)
 {
-    auto *label = new WrappingLabel(parent);
+    auto *label = new QLabel(parent);
     label->setObjectName(name);
-    label->setText(text);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setText(breakable(text));
+    label->setAccessibleName(text);
     return label;
 }
 
@@ -144,7 +148,7 @@ void AlertDialog::addTexts(QBoxLayout &column)
     auto *texts = new QWidget;
     auto *lines = new QVBoxLayout(texts);
     lines->setContentsMargins(0, 0, 0, 0);
-    WrappingLabel *message =
+    QLabel *message =
         makeText(m_content.messageText.value_or(QString()), QStringLiteral("messageText"), texts);
     QFont bold = message->font();
     bold.setBold(true);

@@ -131,10 +131,10 @@ QColor standingOut(const QColor &wanted, const QPalette &palette)
     const QColor window = palette.color(QPalette::Window);
     const QColor base = palette.color(QPalette::Base);
     constexpr double enough = 3.8; // styles draw it lighter here and there
-    constexpr double step = 0.05;
+    constexpr double steps = 20;
     QColor colour = wanted;
-    for (double share = 0; share <= 1; share += step) {
-        colour = mixed(wanted, palette.color(QPalette::WindowText), share);
+    for (int step = 0; step <= steps; ++step) {
+        colour = mixed(wanted, palette.color(QPalette::WindowText), step / steps);
         if (contrast(colour, window) >= enough && contrast(colour, base) >= enough) {
             break;
         }
@@ -150,12 +150,12 @@ QColor outline(const QPalette &palette)
 QColor accent(const QPalette &palette)
 {
     constexpr double readable = 5.2; // glyphs are drawn a little fainter than their colour
-    constexpr double step = 0.04;
+    constexpr double steps = 25;
     const QColor wanted = palette.color(QPalette::Highlight);
     QColor colour = wanted;
-    for (double share = step;
-         share < 1 && contrast(colour, palette.color(QPalette::HighlightedText)) < readable; share += step) {
-        colour = mixed(wanted, Qt::black, share);
+    for (int step = 1; step < steps && contrast(colour, palette.color(QPalette::HighlightedText)) < readable;
+         ++step) {
+        colour = mixed(wanted, Qt::black, step / steps);
     }
     return colour;
 }

@@ -24,7 +24,7 @@ QString breakable(const QString &shown)
         from = characters.position();
         run = character.front().isSpace() ? 0 : run + 1;
         if (run > longestWord) {
-            result += breakInWord;
+            result += QChar(0x200B); // zero width space
             run = 1;
         }
         result += character;

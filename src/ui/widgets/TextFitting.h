@@ -7,9 +7,6 @@
 
 namespace brevok {
 
-/// Where breakable() lets a word break.
-inline constexpr QChar breakInWord(0x200B); // zero width space
-
 /// @p shown, fit to show whoever wrote it, with places to break inside its overlong words, for labels that
 /// wrap.
 [[nodiscard]] QString breakable(const QString &shown);

@@ -5,7 +5,7 @@
 
 #include "foundation/Texts.h"
 #include "platform/UrlOpener.h"
-#include "ui/widgets/WrappingLabel.h"
+#include "ui/widgets/TextFitting.h"
 #include "ui/windows/ApplicationFacts.h"
 #include "ui/windows/SoftwareUpdateFace.h"
 #include "ui_BrevokSoftwareUpdate.h"
@@ -15,9 +15,9 @@ namespace brevok {
 
 namespace {
 
-void setShownText(WrappingLabel &label, const QString &text)
+void setShownText(QLabel &label, const QString &text)
 {
-    label.setText(text);
+    label.setText(breakable(text));
     label.setVisible(!text.isEmpty());
 }
 

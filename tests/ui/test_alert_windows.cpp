@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "alerts/BrevokAlertQueue.h"
 #include "foundation/UntrustedText.h"
 #include "platform/PropertyLists.h"
 #include "support/SampleBundles.h"
+#include "support/ScriptedAlertPresenter.h"
 #include "ui/alerts/AlertDialog.h"
 #include "ui/alerts/WidgetAlertPresenter.h"
 #include "ui/windows/ApplicationFacts.h"
@@ -19,9 +21,11 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -84,8 +88,11 @@ private Q_SLOTS:
 
     void keysPressButtons_data();
     void keysPressButtons();
+    void framesHaveWhatMeansSomething();
     void contentIsShownAsItIs();
     void copiesAreWhole();
+    void longMessagesAreCut();
+    void focusComesBack();
     void accessoryComesBack();
     void endOfTheProgramAnswers();
     void sheetsBlockTheirWindowOnly();
@@ -137,6 +144,60 @@ void AlertWindowsTest::keysPressButtons()
     QCOMPARE(answerTo(Qt::Key_Return, true), onReturn);
     QCOMPARE(answerTo(Qt::Key_Enter, false), onReturn);
     QTEST(answerTo(Qt::Key_Escape, false), "onEscape");
+}
+
+void AlertWindowsTest::framesHaveWhatMeansSomething()
+{
+    const auto frame = [](const Buttons &buttons) {
+        return AlertDialog(alertWith(buttons)).windowFlags()
+            & (Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
+    };
+    QCOMPARE(frame({{u"OK"_s}}), Qt::WindowCloseButtonHint);
+    QCOMPARE(frame({{u"Continue"_s}, {u"Quit InDesign"_s}}), Qt::WindowFlags());
+    QCOMPARE(frame(quitQuestion()), Qt::WindowCloseButtonHint);
+    QCOMPARE(alertKeys(quitQuestion()).onClose, 1); // whatever Escape means
+}
+
+void AlertWindowsTest::longMessagesAreCut()
+{
+    WidgetAlertPresenter presenter;
+    RecordingPanel panel;
+    BrevokAlertQueue queue(presenter, panel);
+    queue.tell(u"Failed"_s, u"<b>"_s + QString(1'000'000, QChar(0x05D0)), {u"OK"_s}); // right to left
+    auto *dialog = qobject_cast<AlertDialog *>(QApplication::activeModalWidget());
+    QVERIFY(dialog != nullptr);
+    const QString told = dialog->findChild<QLabel *>(u"informativeText"_s)->accessibleName();
+    QVERIFY(told.startsWith(u"<b>א"_s) && told.endsWith(u'…') && told.size() < 5000);
+    QVERIFY(dialog->height() <= dialog->screen()->availableGeometry().height());
+    QTest::keyClick(dialog, Qt::Key_Return);
+    QVERIFY(QApplication::activeModalWidget() == nullptr);
+}
+
+void AlertWindowsTest::focusComesBack()
+{
+    WidgetAlertPresenter presenter;
+    QWidget window;
+    window.show();
+    QDialog sheet(&window);
+    auto *first = new QPushButton(&sheet);
+    auto *second = new QPushButton(&sheet);
+    second->move(0, 50);
+    sheet.open();
+    QVERIFY(QTest::qWaitForWindowActive(&sheet));
+    second->setFocus();
+    const auto endedBy = [&](const std::function<void()> &begin) {
+        begin();
+        auto *alert = qobject_cast<AlertDialog *>(QApplication::activeModalWidget());
+        QVERIFY(alert != nullptr && QTest::qWaitForWindowActive(alert));
+        QCOMPARE(alert->windowHandle()->transientParent(), sheet.windowHandle());
+        QTest::keyClick(alert, Qt::Key_Escape);
+        QTRY_COMPARE(QApplication::focusWidget(), second);
+    };
+    for (int i = 0; i < 3; ++i) {
+        endedBy([&] { presenter.beginSheet(alertWith({{u"OK"_s}}), &window, {}); });
+        endedBy([&] { presenter.beginModal(alertWith({{u"OK"_s}}), {}); });
+    }
+    QVERIFY(!first->hasFocus());
 }
 
 void AlertWindowsTest::contentIsShownAsItIs()

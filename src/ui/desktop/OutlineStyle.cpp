@@ -19,6 +19,7 @@ const QString ownStyle = u"fusion"_s;
 
 // The style draws outlines as the window's colour, darkened by this.
 constexpr int darkening = 140;
+constexpr int focusDarkening = 125; // of the accent, around what has the focus
 
 } // namespace
 
@@ -28,6 +29,16 @@ OutlineStyle::OutlineStyle()
 }
 
 OutlineStyle::~OutlineStyle() = default;
+
+void OutlineStyle::polish(QPalette &palette)
+{
+    QProxyStyle::polish(palette);
+    for (const QPalette::ColorGroup group : {QPalette::Active, QPalette::Inactive}) {
+        QPalette ofGroup = palette;
+        ofGroup.setCurrentColorGroup(group);
+        palette.setColor(group, QPalette::Highlight, PanelStyle::accent(ofGroup));
+    }
+}
 
 const QPalette &OutlineStyle::outlined(const QPalette &palette) const
 {
@@ -48,13 +59,12 @@ const QPalette &OutlineStyle::outlined(const QPalette &palette) const
         QPalette ofGroup = palette;
         ofGroup.setCurrentColorGroup(group);
         made.setColor(group, QPalette::Window, PanelStyle::outline(ofGroup).lighter(darkening));
-        if (PanelStyle::isDark(ofGroup)) { // what has the focus is outlined in the accent, darkened too
-            const QColor accent = ofGroup.color(QPalette::Highlight).lighter(darkening);
-            made.setColor(group, QPalette::Highlight, accent);
+        const QColor accent = PanelStyle::standingOut(palette.color(group, QPalette::Highlight), ofGroup)
+                                  .lighter(focusDarkening);
+        made.setColor(group, QPalette::Highlight, accent);
 #if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-            made.setColor(group, QPalette::Accent, accent);
+        made.setColor(group, QPalette::Accent, accent);
 #endif
-        }
     }
     m_own.insert(made.cacheKey());
     return *m_outlined.insert(palette.cacheKey(), made);

@@ -20,6 +20,9 @@ public:
     OutlineStyle();
     ~OutlineStyle() override;
 
+    /// Makes the accent one that the text upon it can be read on.
+    void polish(QPalette &palette) override;
+    using QProxyStyle::polish;
     void drawPrimitive(PrimitiveElement element, const QStyleOption *option, QPainter *painter,
         const QWidget *widget = nullptr) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,

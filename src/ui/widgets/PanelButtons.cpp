@@ -90,8 +90,8 @@ QSize PanelButton::minimumSizeHint() const
 
 QColor PanelButton::fill() const
 {
-    const QColor base = palette().color(m_prominent ? QPalette::Highlight : QPalette::Button);
-    const QColor text = palette().color(m_prominent ? QPalette::HighlightedText : QPalette::ButtonText);
+    const QColor base = m_prominent ? PanelStyle::accent(palette()) : palette().color(QPalette::Button);
+    const QColor text = m_prominent ? QColor(Qt::black) : palette().color(QPalette::ButtonText);
     if (!isEnabled()) {
         return PanelStyle::mixed(base, palette().color(QPalette::Window), 0.6);
     }

@@ -126,18 +126,36 @@ double contrast(const QColor &a, const QColor &b)
     return (lighter + 0.05) / (darker + 0.05);
 }
 
-QColor outline(const QPalette &palette)
+QColor standingOut(const QColor &wanted, const QPalette &palette)
 {
     const QColor window = palette.color(QPalette::Window);
     const QColor base = palette.color(QPalette::Base);
     constexpr double enough = 3.8; // styles draw it lighter here and there
     constexpr double steps = 20;
-    QColor colour = window;
-    for (int step = 1; step <= steps; ++step) {
-        colour = mixed(window, palette.color(QPalette::WindowText), step / steps);
+    QColor colour = wanted;
+    for (int step = 0; step <= steps; ++step) {
+        colour = mixed(wanted, palette.color(QPalette::WindowText), step / steps);
         if (contrast(colour, window) >= enough && contrast(colour, base) >= enough) {
             break;
         }
+    }
+    return colour;
+}
+
+QColor outline(const QPalette &palette)
+{
+    return standingOut(palette.color(QPalette::Window), palette);
+}
+
+QColor accent(const QPalette &palette)
+{
+    constexpr double readable = 5.2; // glyphs are drawn a little fainter than their colour
+    constexpr double steps = 25;
+    const QColor wanted = palette.color(QPalette::Highlight);
+    QColor colour = wanted;
+    for (int step = 1; step < steps && contrast(colour, palette.color(QPalette::HighlightedText)) < readable;
+         ++step) {
+        colour = mixed(wanted, Qt::black, step / steps);
     }
     return colour;
 }

@@ -29,8 +29,13 @@ namespace brevok::PanelStyle {
 [[nodiscard]] QColor separator(const QPalette &palette);
 /// The contrast of two colours as WCAG defines it, from 1 to 21.
 [[nodiscard]] double contrast(const QColor &a, const QColor &b);
+/// @p wanted, nearer to the colour of texts where it does not stand out from the window and from a field's
+/// ground.
+[[nodiscard]] QColor standingOut(const QColor &wanted, const QPalette &palette);
 /// Of what can be used, so that it stands out from the window and from a field's ground: more than 3:1.
 [[nodiscard]] QColor outline(const QPalette &palette);
+/// The palette's accent, so dark that the text upon it can be read.
+[[nodiscard]] QColor accent(const QPalette &palette);
 /// Laid over what is below the pointer.
 [[nodiscard]] QColor hoverFill(const QPalette &palette);
 /// "BrevokPriorityBackgroundColor".

@@ -1,0 +1,372 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "../reporting/ReportRig.h"
+#include "PanelRig.h"
+#include "platform/SoftwareInstaller.h"
+#include "PreferencesDesk.h"
+#include "support/SampleFeed.h"
+#include "ui/alerts/AlertDialog.h"
+#include "ui/panel/NoticeView.h"
+#include "ui/widgets/PanelButtons.h"
+#include "ui/widgets/PanelLabels.h"
+#include "ui/windows/BrevokAboutController.h"
+#include "ui/windows/BrevokBugReporterController.h"
+#include "ui/windows/BrevokSoftwareUpdateController.h"
+#include "ui/windows/BrevokUpdateProgressController.h"
+#include "ui/windows/BrevokUpdateResultController.h"
+#include "ui/windows/ReportBodyView.h"
+#include "ui/windows/SmallWindows.h"
+#include "updates/BrevokSelfUpdater.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+
+#include <memory>
+
+namespace brevok::testing {
+
+/// A window as a user may meet it, and what it is made of.
+struct Scene {
+    std::shared_ptr<void> rig;
+    QWidget *window = nullptr;
+};
+
+struct SceneMaker {
+    const char *name;
+    Scene (*make)();
+};
+
+/// What is @p rig's and shown by @p window.
+template <class Rig> Scene scene(std::shared_ptr<Rig> rig, QWidget *window)
+{
+    return {std::move(rig), window};
+}
+
+inline Scene showScene(Scene scene)
+{
+    scene.window->show();
+    scene.window->activateWindow();
+    return QTest::qWaitForWindowActive(scene.window) ? scene : Scene();
+}
+
+/// Whether a user can press it, type or choose in it.
+inline bool isClickable(const QWidget *widget)
+{
+    if (const auto *text = qobject_cast<const QPlainTextEdit *>(widget)) {
+        return !text->isReadOnly();
+    }
+    return qobject_cast<const QAbstractButton *>(widget) != nullptr
+        || qobject_cast<const QLineEdit *>(widget) != nullptr
+        || qobject_cast<const QComboBox *>(widget) != nullptr;
+}
+
+/// The widgets of a window that are in full sight.
+inline QList<QWidget *> widgetsInSight(const QWidget &window)
+{
+    QList<QWidget *> found = window.findChildren<QWidget *>();
+    found.removeIf([&window](const QWidget *widget) {
+        return widget->window() != &window || !widget->isVisible()
+            || widget->visibleRegion().boundingRect() != widget->rect();
+    });
+    return found;
+}
+
+/// How a list names a widget that a check complains of.
+inline QString described(const QWidget &widget)
+{
+    const QString text = widget.property("text").toString();
+    return u"%1 '%2' %3"_s.arg(QString::fromLatin1(widget.metaObject()->className()), widget.objectName(),
+        widget.accessibleName().isEmpty() ? text : widget.accessibleName());
+}
+
+// the panel
+
+inline Scene panelSignedOut()
+{
+    auto rig = std::make_shared<PanelRig>(false);
+    rig->open();
+    return scene(rig, rig->panel->window());
+}
+
+/// All that can go wrong before there is a list.
+inline Scene panelInTrouble()
+{
+    auto rig = std::make_shared<PanelRig>(false);
+    rig->settings.setProblem(u"the disk is full"_s);
+    rig->open();
+    rig->child<FailureLabel>("signInFailure")->setFailure(u"Wrong user name or password."_s);
+    return scene(rig, rig->panel->window());
+}
+
+inline Scene panelWithoutTargets()
+{
+    auto rig = std::make_shared<PanelRig>(true);
+    rig->open();
+    return scene(rig, rig->panel->window());
+}
+
+/// A row in every state, the one that ranks first included, below the notice that there is no network.
+inline Scene panelWithRows()
+{
+    struct Package {
+        const char *prefix;
+        bool forBoth; ///< both host applications
+        const char *installed; ///< version, in the first of them
+    };
+    const QList<Package> wanted{{"unknown", false, nullptr}, {"missing", false, nullptr},
+        {"outdated", false, "1.0"}, {"current", false, "2.0"}, {"mixed", true, "2.0"},
+        {"mixedold", true, "1.0"}, {"loading", false, nullptr}, {"failing", false, nullptr},
+        {"0xr5700", false, "2.0"}};
+    auto rig = std::make_shared<PanelRig>(true);
+    const QString first = rig->rig.addTarget(u"Adobe InDesign CC 2019"_s, u"140"_s);
+    rig->rig.addTarget(u"Adobe InDesign CC 2020"_s, u"150"_s);
+    QJsonArray builds;
+    QJsonArray packages;
+    for (const Package &package : wanted) {
+        const QString prefix = QString::fromLatin1(package.prefix);
+        if (prefix != u"unknown"_s) {
+            builds.append(InstallRig::build(prefix, prefix, 140));
+        }
+        if (package.forBoth) {
+            builds.append(InstallRig::build(prefix, prefix, 150));
+        }
+        if (package.installed != nullptr) {
+            writeInstalledPlugin(first, prefix, QString::fromLatin1(package.installed), u"14.0"_s);
+        }
+        packages.append(PanelRig::package(u"Package "_s + prefix, prefix, u"2.0"_s, u"https://x/"_s));
+    }
+    rig->rig.plugins.updateWithArray(builds);
+    rig->rig.packages.updateWithArray(packages);
+    const auto settled = [&rig, &wanted] {
+        return rig->rig.packages.packagesStatus().size() == wanted.size() && !rig->rig.packages.updating();
+    };
+    const auto rowOf = [&rig](const QString &prefix) {
+        const QList<PackageRow> &rows = rig->panel->packagesTab()->list().rows();
+        qsizetype row = 0;
+        while (row < rows.size() && rows.at(row).prefix() != prefix) {
+            ++row;
+        }
+        return row;
+    };
+    rig->open();
+    if (!QTest::qWaitFor(settled) || !QTest::qWaitFor([&] { return rowOf(u"failing"_s) < wanted.size(); })) {
+        return {};
+    }
+    for (const QString &prefix : {u"failing"_s, u"loading"_s}) {
+        rig->control<PanelButton>(rowOf(prefix), "actionButton")->click();
+        if (!QTest::qWaitFor([&rig] { return !rig->rig.service.downloads.isEmpty(); })) {
+            return {};
+        }
+        if (prefix == u"failing"_s) {
+            rig->rig.answerDownload("too short");
+            if (!QTest::qWaitFor([&] { return rig->control<QWidget>(rowOf(prefix), "note")->isVisible(); })) {
+                return {};
+            }
+        }
+    }
+    rig->rig.service.downloads.first().progress(1'000'000, 4'000'000);
+    rig->routes.flags = 0;
+    rig->panel->packagesTab()->updateNotice();
+    return scene(rig, rig->panel->window());
+}
+
+// the preferences
+
+inline Scene preferencesSignedOut()
+{
+    auto desk = std::make_shared<Desk>();
+    desk->open();
+    return scene(desk, &*desk->window);
+}
+
+inline Scene preferencesSignedIn()
+{
+    auto desk = std::make_shared<Desk>(u"id"_s);
+    desk->open();
+    return scene(desk, &*desk->window);
+}
+
+inline std::shared_ptr<Desk> deskWithTargets()
+{
+    auto desk = std::make_shared<Desk>();
+    for (const QString &name : {u"/A"_s, u"/B"_s, u"/C"_s}) {
+        desk->targets->insertTarget(name + u"/Plug-Ins"_s, u"Adobe InDesign"_s, u"140"_s);
+    }
+    desk->targets->setTarget(u"/B/Plug-Ins"_s, false);
+    desk->openTargets();
+    desk->table()->selectRow(2);
+    return desk;
+}
+
+inline Scene preferencesTargets()
+{
+    const auto desk = deskWithTargets();
+    return scene(desk, &*desk->window);
+}
+
+inline Scene preferencesSheet()
+{
+    const auto desk = deskWithTargets();
+    desk->click("insertButton");
+    return scene(desk, desk->find<QDialog>("targetDataSheet"));
+}
+
+inline Scene preferencesSettings()
+{
+    auto desk = std::make_shared<Desk>();
+    desk->open();
+    desk->find<QCheckBox>("autoUpdate")->setChecked(true);
+    desk->find<QAction>("settingsItem")->trigger();
+    return scene(desk, &*desk->window);
+}
+
+// alerts
+
+inline Scene alertWith(const QString &informativeText, const QList<AlertButton> &buttons)
+{
+    AlertContent content;
+    content.messageText = u"Invalid Plug-Ins path selected!"_s;
+    content.informativeText = informativeText;
+    content.style = AlertStyle::Critical;
+    content.buttons = buttons;
+    auto dialog = std::make_shared<AlertDialog>(content);
+    QWidget *window = dialog.get();
+    return scene(dialog, window);
+}
+
+inline Scene alertShort()
+{
+    return alertWith(u"Do you want to use it anyway?"_s, {{u"OK"_s}, {u"Cancel"_s}});
+}
+
+inline Scene alertLong()
+{
+    return alertWith(u"https://service.example/"_s + QString(20000, u'w'), {{u"Close"_s}});
+}
+
+// the bug reporter
+
+struct ReporterRig {
+    ReportRig report;
+    BrevokBugReporterController window{{report.reporter, report.alerts, [] {
+                                            return u"ada@example.com"_s;
+                                        }}};
+};
+
+inline Scene bugReport()
+{
+    auto rig = std::make_shared<ReporterRig>();
+    rig->window.showWindow();
+    return scene(rig, &rig->window);
+}
+
+inline Scene reportBody()
+{
+    const QByteArray body = bugReportBody(u"ada@example.com"_s,
+        {{u"Application"_s, u"Version 1"_s}, {u"Description"_s, u"It broke"_s}, {u"orlec.log"_s, u"a\nb"_s},
+            {u"InDesign.crash"_s, u"why"_s}});
+    auto view = std::make_shared<ReportBodyView>(body);
+    QWidget *window = view.get();
+    return scene(view, window);
+}
+
+// the small windows
+
+struct SmallRig {
+    QTemporaryDir folder;
+    MainBundle bundle{u"/x"_s, folder.path()};
+    SmallWindows windows{bundle};
+};
+
+inline Scene about()
+{
+    auto rig = std::make_shared<SmallRig>();
+    return scene(rig, &rig->windows.aboutController());
+}
+
+inline Scene updateProgress()
+{
+    auto rig = std::make_shared<SmallRig>();
+    return scene(rig, &rig->windows.updateProgressController());
+}
+
+inline Scene updateResult()
+{
+    auto rig = std::make_shared<SmallRig>();
+    BrevokUpdateResultController &window = rig->windows.updateResultController();
+    window.showWindow();
+    window.setWindowTitle(u"You're up-to-date!"_s);
+    window.findChild<QLabel *>(u"title"_s)->setText(window.windowTitle());
+    window.findChild<QLabel *>(u"label"_s)->setText(u"No updates were found."_s);
+    return scene(rig, &window);
+}
+
+class IdleInstaller final : public SoftwareInstaller {
+public:
+    void install(const QString &, QObject *, ProgressHandler, DoneHandler) override { }
+};
+
+struct UpdateRig {
+    QTemporaryDir folder;
+    FakeServiceClient service;
+    MemorySettingsStore settings;
+    ScratchStateStore state;
+    IdleInstaller installer;
+    BrevokSelfUpdater updater{BrevokSelfUpdater::Collaborators{
+        .settings = settings,
+        .state = state.store,
+        .service = service,
+        .installer = installer,
+        .source = {.feed = QUrl(u"https://localhost/appcast.xml"_s), .publicKey = QByteArray(32, 'k')},
+        .folder = folder.filePath(u"Updates"_s),
+        .version = u"100"_s,
+        .shownVersion = u"1.0.0"_s,
+        .systemVersion = u"12"_s,
+    }};
+    MainBundle bundle{u"/x"_s, folder.path()};
+    RecordingOpener urls;
+    BrevokSoftwareUpdateController window{{updater, bundle, urls}};
+};
+
+inline Scene softwareUpdate()
+{
+    auto rig = std::make_shared<UpdateRig>();
+    rig->updater.checkForUpdates();
+    const QByteArray feed = sampleFeed(SampleItem{
+        .version = "101", .more = "<description><![CDATA[<h2>New</h2><p>Faster.</p>]]></description>"}
+                                           .xml());
+    rig->service.files.takeFirst().handler({.status = 200, .body = feed, .headers = {}, .error = {}});
+    return scene(rig, &rig->window);
+}
+
+inline const QList<SceneMaker> &everyWindow()
+{
+    static const QList<SceneMaker> all{{"panel, signed out", panelSignedOut},
+        {"panel, in trouble", panelInTrouble}, {"panel, without targets", panelWithoutTargets},
+        {"panel, rows", panelWithRows}, {"preferences, signed out", preferencesSignedOut},
+        {"preferences, signed in", preferencesSignedIn}, {"preferences, targets", preferencesTargets},
+        {"preferences, sheet", preferencesSheet}, {"preferences, settings", preferencesSettings},
+        {"alert", alertShort}, {"alert, long", alertLong}, {"bug report", bugReport},
+        {"bug report, body", reportBody}, {"about", about}, {"update, progress", updateProgress},
+        {"update, result", updateResult}, {"software update", softwareUpdate}};
+    return all;
+}
+
+/// A row of a table of tests for each window.
+inline void addEveryWindow()
+{
+    QTest::addColumn<qsizetype>("index");
+    for (qsizetype i = 0; i < everyWindow().size(); ++i) {
+        QTest::newRow(everyWindow().at(i).name) << i;
+    }
+}
+
+} // namespace brevok::testing

@@ -1,0 +1,206 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+// What a screen reader finds in every window: the whole tree, in its order.
+
+#include "EveryWindow.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QRegularExpression>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using Interface = QAccessibleInterface;
+
+/// What a user acts on, so that it must say what it is.
+bool needsName(QAccessible::Role role)
+{
+    switch (role) {
+    case QAccessible::Window:
+    case QAccessible::Dialog:
+    case QAccessible::AlertMessage:
+    case QAccessible::PushButton:
+    case QAccessible::CheckBox:
+    case QAccessible::RadioButton:
+    case QAccessible::ComboBox:
+    case QAccessible::EditableText:
+    case QAccessible::Table:
+    case QAccessible::List:
+    case QAccessible::ListItem:
+    case QAccessible::PageTab:
+    case QAccessible::ToolBar:
+    case QAccessible::ProgressBar:
+    case QAccessible::Animation:
+    case QAccessible::StaticText:
+        return true;
+    default:
+        return false;
+    }
+}
+
+struct Expected {
+    const char *type; ///< the narrowest comes first
+    QAccessible::Role role;
+};
+constexpr std::array expectedRoles{Expected{"QCheckBox", QAccessible::CheckBox},
+    Expected{"QToolButton", QAccessible::PageTab}, // the preferences' pages
+    Expected{"QAbstractButton", QAccessible::PushButton}, Expected{"QLineEdit", QAccessible::EditableText},
+    Expected{"QComboBox", QAccessible::ComboBox}, Expected{"QTableView", QAccessible::Table},
+    Expected{"QTabBar", QAccessible::PageTabList}, Expected{"QProgressBar", QAccessible::ProgressBar},
+    Expected{"brevok::PackageCellView", QAccessible::ListItem}, Expected{"QDialog", QAccessible::Dialog}};
+
+bool lookedAt(const Interface &view)
+{
+    // A label that says nothing yet is passed over, as a picture is; of what the library makes by itself,
+    // only what is the program's to say is looked at.
+    const bool empty = view.rect().isEmpty()
+        || (view.role() == QAccessible::StaticText && view.text(QAccessible::Name).isEmpty());
+    return !view.state().invisible && !empty && view.role() != QAccessible::Graphic
+        && view.role() != QAccessible::ScrollBar;
+}
+
+/// Whether @p second is read after @p first: below it, or beside it to the right.
+bool inOrder(const QRect &first, const QRect &second)
+{
+    if (first.isEmpty() || second.isEmpty() || first.intersects(second)) {
+        return true;
+    }
+    const bool below = second.top() > first.bottom();
+    const bool above = second.bottom() < first.top();
+    return below || (!above && second.left() > first.left());
+}
+
+class Walk {
+public:
+    explicit Walk(QWidget &window) { visit(*QAccessible::queryAccessibleInterface(&window)); }
+
+    QStringList faults;
+    QStringList order; ///< of faults of the order alone
+
+private:
+    void visit(Interface &view)
+    {
+        checkTexts(view);
+        if (view.object() != nullptr && view.object()->isWidgetType()) {
+            checkWidget(view, *static_cast<QWidget *>(view.object()));
+        }
+        // The library puts the pages of tabs before their titles.
+        const bool isTabs = view.object() != nullptr && view.object()->inherits("QTabWidget");
+        Interface *before = nullptr;
+        for (int i = 0; i < view.childCount(); ++i) {
+            Interface *child = view.child(i);
+            if (child == nullptr || !child->isValid() || !lookedAt(*child)
+                || child->role() == QAccessible::Window
+                || (child->role() == QAccessible::Dialog && view.role() != QAccessible::Application)) {
+                continue; // another window
+            }
+            if (before != nullptr && !inOrder(before->rect(), child->rect()) && !isTabs) {
+                order.append(u"%1 is read before %2"_s.arg(called(*before), called(*child)));
+            }
+            before = child;
+            visit(*child);
+        }
+    }
+
+    static QString called(const Interface &view)
+    {
+        const QString type = view.object() != nullptr
+            ? QString::fromLatin1(view.object()->metaObject()->className()) + u' '
+                + view.object()->objectName()
+            : QString();
+        return u"%1 '%2' (role %3)"_s.arg(
+            type, view.text(QAccessible::Name).left(60), QString::number(view.role(), 16));
+    }
+
+    void checkTexts(const Interface &view)
+    {
+        static const QRegularExpression markup(u"<(/?(qt|p|b|br|html)\\b|p style)|&(lt|gt|amp|nbsp);"_s);
+        static const QRegularExpression unseen(u"[\\x{200b}\\x{200c}\\x{2060}\\x{feff}\\x{ad}]"_s);
+        if (needsName(view.role()) && view.text(QAccessible::Name).isEmpty()) {
+            faults.append(u"no name: "_s + called(view));
+        }
+        for (const QAccessible::Text text :
+            {QAccessible::Name, QAccessible::Description, QAccessible::Value, QAccessible::Help}) {
+            const QString said = view.text(text);
+            if (said.contains(markup) || said.contains(unseen)) {
+                faults.append(u"not what a person reads: %1 says '%2'"_s.arg(called(view), said.left(80)));
+            }
+        }
+    }
+
+    void checkWidget(const Interface &view, const QWidget &widget)
+    {
+        const auto *expected = std::find_if(expectedRoles.begin(), expectedRoles.end(),
+            [&widget](const Expected &one) { return widget.inherits(one.type); });
+        if (expected != expectedRoles.end() && expected->role != view.role()) {
+            faults.append(u"another role than %1: %2"_s.arg(expected->role, 0, 16).arg(called(view)));
+        }
+        const QAccessible::State state = view.state();
+        if (state.disabled == widget.isEnabled()) {
+            faults.append(u"enabled or not: "_s + called(view));
+        }
+        if (isClickable(&widget) && widget.isEnabled() && !state.focusable) {
+            faults.append(u"not for the keyboard: "_s + called(view));
+        }
+        if (const auto *button = qobject_cast<const QAbstractButton *>(&widget); button != nullptr
+            && button->isChecked() != state.checked && view.role() == QAccessible::CheckBox) {
+            faults.append(u"checked or not: "_s + called(view));
+        }
+    }
+};
+
+} // namespace
+
+class AccessibilityTest final : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyWindowIsTold_data() { addEveryWindow(); }
+
+    void everyWindowIsTold()
+    {
+        QFETCH(qsizetype, index);
+        const Scene scene = showScene(everyWindow().at(index).make());
+        QVERIFY(scene.window != nullptr);
+        const Walk walk(*scene.window);
+        for (const char *const page : {"preferences, signed out", "preferences, signed in",
+                 "preferences, targets", "preferences, settings"}) {
+            QEXPECT_FAIL(page, "the pages are told as check boxes", Abort);
+        }
+        QEXPECT_FAIL("panel, rows", "a tool tip is told with its markup", Abort);
+        QVERIFY2(walk.faults.isEmpty(), qPrintable(walk.faults.join(u'\n')));
+        QVERIFY2(walk.order.isEmpty(), qPrintable(walk.order.join(u'\n')));
+    }
+
+    // A row's name is all that a screen reader says of it while the user moves along the list.
+    void rowsSayTheirState()
+    {
+        const Scene scene = showScene(panelWithRows());
+        QVERIFY(scene.window != nullptr);
+        QStringList names;
+        const QList<PackageCellView *> rows = scene.window->findChildren<PackageCellView *>();
+        for (const PackageCellView *row : rows) {
+            if (row->isVisible()) {
+                names.append(QAccessible::queryAccessibleInterface(const_cast<PackageCellView *>(row))
+                                 ->text(QAccessible::Name));
+            }
+        }
+        for (const auto &[package, state] : {std::pair(u"missing"_s, u"Not Installed"_s),
+                 {u"outdated"_s, u"Not Updated"_s}, {u"current"_s, u"Up To Date"_s},
+                 {u"failing"_s, u"wrong length"_s}, {u"loading"_s, u"Downloading"_s}}) {
+            const auto matches = [&](const QString &name) {
+                return name.contains(package) && name.contains(state);
+            };
+            QEXPECT_FAIL("", "rows do not say their state", Abort);
+            QVERIFY2(std::any_of(names.cbegin(), names.cend(), matches), qPrintable(package));
+        }
+    }
+};
+
+QTEST_MAIN(AccessibilityTest)
+#include "test_accessibility.moc"

@@ -55,6 +55,8 @@ public:
     [[nodiscard]] bool needUpdate() const;
     /// Runs @p then when every status is known: at once, or after statusesSettled().
     void whenSettled(QObject *context, const Task &then);
+    /// Why the last check brought no list, in a few words; empty when it did.
+    [[nodiscard]] QString listProblem() const { return m_refresh->problem(); }
     /// When the last good list came; invalid while none did.
     [[nodiscard]] QDateTime lastUpdate() const { return m_refresh->lastUpdate(); }
     /// Active while another check is scheduled.

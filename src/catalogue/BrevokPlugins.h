@@ -72,6 +72,8 @@ public:
     void downloadPlugin(const DownloadOrder &order, QObject *context, ServiceClient::ProgressHandler progress,
         ServiceClient::DownloadHandler completionHandler);
 
+    /// Why the last check brought no list, in a few words; empty when it did.
+    [[nodiscard]] QString listProblem() const { return m_refresh->problem(); }
     /// When the last good list came; invalid while none did.
     [[nodiscard]] QDateTime lastUpdate() const { return m_refresh->lastUpdate(); }
     /// Active while another check is scheduled.

@@ -55,6 +55,7 @@ void ListRefresh::check(const CheckHandler &ended, Voice voice)
         }
     };
     if (!m_state.isReadable() || !m_service.checkNetworkReachability()) {
+        m_problem = m_state.isReadable() ? u"the network cannot be reached"_s : m_state.problem();
         end(false);
         return;
     }
@@ -65,6 +66,7 @@ void ListRefresh::check(const CheckHandler &ended, Voice voice)
 void ListRefresh::handle(const ServiceReply &reply, const Check &check)
 {
     if (reply.error) {
+        m_problem = reply.error->description;
         handleTransportError(reply, check.voice);
         check.end(false);
         return;
@@ -72,9 +74,9 @@ void ListRefresh::handle(const ServiceReply &reply, const Check &check)
     if (reply.status != 200) {
         // The cycle ends here: it begins again with the next check that somebody asks for.
         m_timer.stop();
-        logLine(u"%1%2 - %3"_s.arg(m_wording.failedWithResponse)
-                    .arg(reply.status, 3, 10, QLatin1Char('0'))
-                    .arg(localizedStringForStatusCode(reply.status)));
+        m_problem = u"%1 - %2"_s.arg(reply.status, 3, 10, QLatin1Char('0'))
+                        .arg(localizedStringForStatusCode(reply.status));
+        logLine(m_wording.failedWithResponse + m_problem);
         check.end(false);
         return;
     }
@@ -157,11 +159,13 @@ void ListRefresh::handleContent(const Content &content, const Check &check)
         content.take([self = QPointer<ListRefresh>(this), check] {
             if (self) {
                 self->noteDate();
+                self->m_problem.clear();
                 check.end(true);
             }
         });
         return;
     }
+    m_problem = u"what came is no list"_s;
     showAlert(check.voice);
     logLine(m_wording.failedWithContent);
     logLine(u"Received %1 bytes of data"_s.arg(content.body.size()));

@@ -63,6 +63,8 @@ public:
     /// be sent.
     void check(const CheckHandler &ended = {}, Voice voice = Voice::Aloud);
 
+    /// Why the last check brought no list, in a few words; empty when it did.
+    [[nodiscard]] QString problem() const { return m_problem; }
     /// When the last good list came; invalid while none did.
     [[nodiscard]] QDateTime lastUpdate() const;
     /// Active while another check is scheduled.
@@ -107,6 +109,7 @@ private:
     Owner m_owner;
     SerialQueue m_reading; ///< so that lists are taken over in the order in which they came
     QDateTime m_lastUpdate;
+    QString m_problem;
     QTimer m_timer;
 };
 

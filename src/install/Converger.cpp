@@ -58,7 +58,8 @@ void Converger::wishesRead(const Wishes &wishes)
     m_wishes = std::get<PackageWishes>(wishes);
     if (!m_outcome.foreseen && m_with.plugins.hasUnfinishedActions() && !m_with.flow.isBusy()) {
         // A run that was cut short left them. They are planned again where they are still wanted.
-        logLine(u"Unfinished actions are discarded."_s);
+        m_outcome.notes.append(
+            u"Unfinished actions are discarded, and planned anew where they are wanted."_s);
         m_with.plugins.discardActions();
     }
     if (m_with.plugins.asksAboutUnfinishedActions()) {
@@ -72,28 +73,29 @@ void Converger::wishesRead(const Wishes &wishes)
 void Converger::checkLists()
 {
     const auto open = std::make_shared<int>(2);
-    const auto ended = [this, open](const QString &failure) {
-        return [this, open, failure, self = QPointer(this)](const std::optional<BrevokError> &error) {
-            if (!self) {
-                return;
-            }
-            if (error) {
-                m_outcome.addFailure(failure.arg(error->description));
-            }
-            if (--*open == 0) {
-                listsChecked();
+    const auto ended = [this, open](std::optional<BrevokError> &failure) {
+        return [self = QPointer(this), open, &failure](const std::optional<BrevokError> &error) {
+            if (self) {
+                failure = error;
+                if (--*open == 0) {
+                    self->listsChecked();
+                }
             }
         };
     };
-    m_with.plugins.checkForUpdates(
-        ended(u"The list of plug-ins could not be read (%1); the one of the last time counts."_s),
-        ListRefresh::Voice::Quiet);
-    m_with.packages.checkQuietly(
-        ended(u"The list of packages could not be read (%1); the one of the last time counts."_s));
+    m_with.plugins.checkForUpdates(ended(m_pluginsFailure), ListRefresh::Voice::Quiet);
+    m_with.packages.checkQuietly(ended(m_packagesFailure));
 }
 
 void Converger::listsChecked()
 {
+    const QString sentence = u"The list of %1 could not be read (%2); the one of the last time counts."_s;
+    if (m_pluginsFailure) {
+        m_outcome.addFailure(sentence.arg(u"plug-ins"_s, m_pluginsFailure->description));
+    }
+    if (m_packagesFailure) {
+        m_outcome.addFailure(sentence.arg(u"packages"_s, m_packagesFailure->description));
+    }
     if (m_with.session.sessionId().isEmpty()) {
         m_outcome.addFailure(u"The account was signed out meanwhile."_s);
     }
@@ -110,7 +112,7 @@ void Converger::plan()
     }
     const ConvergePlan plan =
         planConvergence(m_wishes, m_wishes.autoUpdate.value_or(m_with.autoUpdate()), statuses);
-    m_outcome.notes = plan.notes;
+    m_outcome.notes += plan.notes;
     for (const QString &prefix : plan.unknown) {
         m_outcome.addFailure(u"No package has the prefix '%1', which is required."_s.arg(prefix), prefix);
     }
@@ -173,6 +175,9 @@ void Converger::finish()
         }
         const ConvergeOutcome outcome = std::exchange(m_outcome, {});
         const Run run = m_runs.takeFirst();
+        for (const QString &note : outcome.notes) {
+            logLine(note);
+        }
         logLine(outcome.summary());
         if (!outcome.foreseen) {
             Q_EMIT converged(outcome);

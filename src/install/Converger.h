@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "foundation/BrevokError.h"
 #include "foundation/Tasks.h"
 #include "install/ConvergeOutcome.h"
 #include "install/ConvergePlan.h"
@@ -11,6 +12,7 @@
 #include <QObject>
 
 #include <functional>
+#include <optional>
 #include <variant>
 
 namespace brevok {
@@ -77,6 +79,8 @@ private:
     QList<Run> m_runs; ///< the first is under way
     PackageWishes m_wishes; ///< of the run under way, as are those below
     ConvergeOutcome m_outcome;
+    std::optional<BrevokError> m_pluginsFailure; ///< why the list could not be read this time
+    std::optional<BrevokError> m_packagesFailure;
     QList<Step> m_steps; ///< that are left
 };
 

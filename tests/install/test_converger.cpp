@@ -74,14 +74,16 @@ void ConvergerTest::listsThatFailAreToldAndTheRestDone_data()
 {
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("body");
-    QTest::newRow("the session expired") << 401 << QByteArray();
-    QTest::newRow("no list") << 200 << QByteArray("<html>");
+    QTest::addColumn<QString>("why");
+    QTest::newRow("the session expired") << 401 << QByteArray() << u"401 - unauthorized"_s;
+    QTest::newRow("no list") << 200 << QByteArray("<html>") << u"what came is no list"_s;
 }
 
 void ConvergerTest::listsThatFailAreToldAndTheRestDone()
 {
     QFETCH(int, status);
     QFETCH(QByteArray, body);
+    QFETCH(QString, why);
     Desk desk;
     desk.run();
     QTRY_COMPARE(desk.rig.service.lists.size(), 2);
@@ -89,9 +91,9 @@ void ConvergerTest::listsThatFailAreToldAndTheRestDone()
     QTRY_COMPARE(desk.rig.service.downloads.size(), 1);
     desk.rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140));
     QTRY_COMPARE(desk.ended, 1);
+    const QString sentence = u"The list of %1 could not be read (%2); the one of the last time counts."_s;
     QCOMPARE(desk.outcome.failureSentences(),
-        (QStringList{u"The list of plug-ins could not be read; the one of the last time counts."_s,
-            u"The list of packages could not be read; the one of the last time counts."_s}));
+        (QStringList{sentence.arg(u"plug-ins"_s, why), sentence.arg(u"packages"_s, why)}));
     QCOMPARE(desk.outcome.packagesChanged(u"installed"_s), QStringList{u"Pack"_s});
     QVERIFY(bundleInformation(pluginIn(desk.target, u"Plug"_s)));
     QVERIFY(desk.rig.presenter.shown.isEmpty());

@@ -111,7 +111,7 @@ void TargetSheetTest::chooserStartsNearHosts()
     desk.search.searched = {u"/nowhere"_s, searched};
     const auto startOf = [&desk] {
         QFileDialog *chooser = desk.chooser();
-        const QString folder = chooser->directory().path();
+        QString folder = chooser->directory().path();
         chooser->reject();
         return folder;
     };

@@ -11,7 +11,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QPlainTextEdit>
-#include <QTextBlock>
+#include <QTextCursor>
+
+#include <array>
 
 namespace brevok {
 
@@ -19,7 +21,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-enum Section { Written, Application, Logs, Crashes, SectionCount };
+enum Section { Written, Application, Logs, Crashes };
+constexpr std::array sections{Written, Application, Logs, Crashes};
 
 // Whatever has no other place is the application's, so that nothing is left out.
 Section sectionOf(const QString &key)
@@ -30,7 +33,7 @@ Section sectionOf(const QString &key)
     return key.endsWith(".log"_L1) ? Logs : key.endsWith(".crash"_L1) ? Crashes : Application;
 }
 
-QString titleOf(int section)
+QString titleOf(Section section)
 {
     switch (section) {
     case Written:
@@ -39,9 +42,10 @@ QString titleOf(int section)
         return Texts::tr("Logs");
     case Crashes:
         return Texts::tr("Crash reports");
-    default:
-        return Texts::tr("The application");
+    case Application:
+        break;
     }
+    return Texts::tr("The application");
 }
 
 QPlainTextEdit *makePage(QWidget *parent)
@@ -91,7 +95,7 @@ ReportBodyView::~ReportBodyView() = default;
 // What is shown is read from the very body that is sent.
 void ReportBodyView::showParts(QJsonObject body)
 {
-    std::array<QPlainTextEdit *, SectionCount> pages{};
+    std::array<QPlainTextEdit *, sections.size()> pages{};
     const auto add = [&](const QString &name, const QString &value) {
         QPlainTextEdit *&page = pages.at(sectionOf(name));
         if (page == nullptr) {
@@ -106,7 +110,7 @@ void ReportBodyView::showParts(QJsonObject body)
     for (const QJsonValue item : items) {
         add(item["Key"_L1].toString(), item["Value"_L1].toString());
     }
-    for (int section = 0; section < SectionCount; ++section) {
+    for (const Section section : sections) {
         if (QPlainTextEdit *page = pages.at(section)) {
             page->moveCursor(QTextCursor::Start);
             page->setAccessibleName(titleOf(section));

@@ -167,7 +167,9 @@ private Q_SLOTS:
     {
         QFETCH(qsizetype, index);
         const Scene scene = showScene(everyWindow().at(index).make());
-        QVERIFY(scene.window != nullptr);
+        if (scene.window == nullptr) {
+            QFAIL("the window did not come up");
+        }
         const Walk walk(*scene.window);
         for (const char *const page : {"preferences, signed out", "preferences, signed in",
                  "preferences, targets", "preferences, settings"}) {
@@ -182,7 +184,9 @@ private Q_SLOTS:
     void rowsSayTheirState()
     {
         const Scene scene = showScene(panelWithRows());
-        QVERIFY(scene.window != nullptr);
+        if (scene.window == nullptr) {
+            QFAIL("the window did not come up");
+        }
         QStringList names;
         const QList<PackageCellView *> rows = scene.window->findChildren<PackageCellView *>();
         for (const PackageCellView *row : rows) {

@@ -113,6 +113,16 @@ inline Scene panelWithoutTargets()
     return scene(rig, rig->panel->window());
 }
 
+inline qsizetype rowOf(const PanelRig &rig, const QString &prefix)
+{
+    const QList<PackageRow> &rows = rig.panel->packagesTab()->list().rows();
+    qsizetype row = 0;
+    while (row < rows.size() && rows.at(row).prefix() != prefix) {
+        ++row;
+    }
+    return row;
+}
+
 /// A row in every state, the one that ranks first included, below the notice that there is no network.
 inline Scene panelWithRows()
 {
@@ -148,26 +158,22 @@ inline Scene panelWithRows()
     const auto settled = [&rig, &wanted] {
         return rig->rig.packages.packagesStatus().size() == wanted.size() && !rig->rig.packages.updating();
     };
-    const auto rowOf = [&rig](const QString &prefix) {
-        const QList<PackageRow> &rows = rig->panel->packagesTab()->list().rows();
-        qsizetype row = 0;
-        while (row < rows.size() && rows.at(row).prefix() != prefix) {
-            ++row;
-        }
-        return row;
-    };
     rig->open();
-    if (!QTest::qWaitFor(settled) || !QTest::qWaitFor([&] { return rowOf(u"failing"_s) < wanted.size(); })) {
+    if (!QTest::qWaitFor(settled)
+        || !QTest::qWaitFor([&] { return rowOf(*rig, u"failing"_s) < wanted.size(); })) {
         return {};
     }
     for (const QString &prefix : {u"failing"_s, u"loading"_s}) {
-        rig->control<PanelButton>(rowOf(prefix), "actionButton")->click();
+        rig->control<PanelButton>(rowOf(*rig, prefix), "actionButton")->click();
         if (!QTest::qWaitFor([&rig] { return !rig->rig.service.downloads.isEmpty(); })) {
             return {};
         }
         if (prefix == u"failing"_s) {
             rig->rig.answerDownload("too short");
-            if (!QTest::qWaitFor([&] { return rig->control<QWidget>(rowOf(prefix), "note")->isVisible(); })) {
+            if (!QTest::qWaitFor([&] {
+                    return rig->control<QWidget>(rowOf(*rig, prefix), "note")->accessibleName()
+                        == u"wrong length"_s;
+                })) {
                 return {};
             }
         }

@@ -74,7 +74,9 @@ private Q_SLOTS:
     {
         QFETCH(qsizetype, index);
         const Scene scene = showScene(everyWindow().at(index).make());
-        QVERIFY(scene.window != nullptr);
+        if (scene.window == nullptr) {
+            QFAIL("the window did not come up");
+        }
         QList<QWidget *> clickable = widgetsInSight(*scene.window);
         clickable.removeIf(
             [](const QWidget *widget) { return !isClickable(widget) || !widget->isEnabled(); });
@@ -109,7 +111,9 @@ private Q_SLOTS:
     {
         QFETCH(qsizetype, index);
         const Scene scene = showScene(everyWindow().at(index).make());
-        QVERIFY(scene.window != nullptr);
+        if (scene.window == nullptr) {
+            QFAIL("the window did not come up");
+        }
         const QPointer<QWidget> window = scene.window;
         ::press(Qt::Key_Escape);
         QTRY_VERIFY(window.isNull() || !window->isVisible());

@@ -52,7 +52,7 @@ void BusInstallerTest::copiesAreWholeOrNotHandedOver()
         QCOMPARE(::chown(QFile::encodeName(source).constData(), 65534, 65534), 0);
     }
     const testing::FileSizeLimit limit(100);
-    const InstallResult result = BusInstaller(QDBusConnection(u"none"_s))
+    const InstallResult result = BusInstaller(QDBusConnection(u"none"_s), true)
                                      .install({.source = source, .target = folder.filePath(u"there"_s)});
     QVERIFY(!result.answer && result.failure);
     QCOMPARE(result.failure->code, EFBIG);
@@ -60,7 +60,7 @@ void BusInstallerTest::copiesAreWholeOrNotHandedOver()
 
 void BusInstallerTest::nothingIsWaitedForWithoutABus()
 {
-    BusInstaller installer(QDBusConnection(u"none"_s));
+    BusInstaller installer(QDBusConnection(u"none"_s), true);
     std::optional<BrevokError> error;
     QVERIFY(!installer.removeItemAtPath(u"/nowhere/Tolvane/A.InDesignPlugin"_s, &error));
     QVERIFY(error && !error->description.isEmpty());

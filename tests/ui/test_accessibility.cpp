@@ -171,11 +171,6 @@ private Q_SLOTS:
             QFAIL("the window did not come up");
         }
         const Walk walk(*scene.window);
-        for (const char *const page : {"preferences, signed out", "preferences, signed in",
-                 "preferences, targets", "preferences, settings"}) {
-            QEXPECT_FAIL(page, "the pages are told as check boxes", Abort);
-        }
-        QEXPECT_FAIL("panel, rows", "a tool tip is told with its markup", Abort);
         QVERIFY2(walk.faults.isEmpty(), qPrintable(walk.faults.join(u'\n')));
         QVERIFY2(walk.order.isEmpty(), qPrintable(walk.order.join(u'\n')));
     }
@@ -202,7 +197,6 @@ private Q_SLOTS:
             const auto matches = [&state](const QString &name) {
                 return name.contains(state.key()) && name.contains(state.value(), Qt::CaseInsensitive);
             };
-            QEXPECT_FAIL("", "rows do not say their state", Abort);
             QVERIFY2(std::any_of(names.cbegin(), names.cend(), matches), qPrintable(state.key()));
         }
     }

@@ -191,7 +191,7 @@ void PolicyTest::severalFilesAddUp()
     testing::writeFile(more + u"30-c.conf"_s, "[Settings]\nautoUpdate=no\n");
     const auto wrong = readPolicy(m_file);
     QVERIFY(std::holds_alternative<QString>(wrong));
-    QCOMPARE(std::get<QString>(wrong), more + u"30-c.conf, line 2: autoUpdate: stands there twice"_s);
+    QCOMPARE(std::get<QString>(wrong), more + u"30-c.conf, line 2: autoUpdate: is given twice"_s);
 }
 
 void PolicyTest::theVersionIsToldWhateverThePolicySays()

@@ -75,8 +75,8 @@ void ConvergerTest::listsThatFailAreToldAndTheRestDone_data()
     QTest::addColumn<int>("status");
     QTest::addColumn<QByteArray>("body");
     QTest::addColumn<QString>("why");
-    QTest::newRow("the session expired") << 401 << QByteArray() << u"401 - unauthorized"_s;
-    QTest::newRow("no list") << 200 << QByteArray("<html>") << u"what came is no list"_s;
+    QTest::newRow("the session expired") << 401 << QByteArray() << u"Server responded with HTTP code: 401."_s;
+    QTest::newRow("no list") << 200 << QByteArray("<html>") << u"Unexpected server response."_s;
 }
 
 void ConvergerTest::listsThatFailAreToldAndTheRestDone()

@@ -65,15 +65,13 @@ bool lookedAt(const Interface &view)
         && view.role() != QAccessible::ScrollBar;
 }
 
-/// Whether @p second is read after @p first: below it, or beside it to the right.
+/// Whether @p second is read after @p first: below it, or to its right.
 bool inOrder(const QRect &first, const QRect &second)
 {
     if (first.isEmpty() || second.isEmpty() || first.intersects(second)) {
         return true;
     }
-    const bool below = second.top() > first.bottom();
-    const bool above = second.bottom() < first.top();
-    return below || (!above && second.left() > first.left());
+    return second.top() > first.bottom() || second.left() > first.right();
 }
 
 class Walk {

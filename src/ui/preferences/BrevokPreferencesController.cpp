@@ -42,6 +42,7 @@ BrevokPreferencesController::BrevokPreferencesController(Collaborators collabora
     }
     m_outlets->setupUi(this);
     announceAsTabs(*m_outlets->toolbar); // before anything is told of them
+    m_outlets->toolbar->lower(); // so that screen readers come to it before the pages
     m_targetsPage = new TargetsPage(m_with.targets, m_with.presenter, this);
     m_outlets->tabView->insertWidget(static_cast<int>(Page::Targets), m_targetsPage);
     setTexts();

@@ -121,7 +121,7 @@ class DeadMount(unittest.TestCase):
         self.assertIn(f"'{spelling}' is not responding", self.refused("targets", "remove", spelling))
 
         self.gate.unlink()
-        session.ctl("install", "0xA")
+        wait_for(lambda: session.ctl("install", "0xA", check=False).returncode == 0, "the mount answers again")
         self.assertTrue(there.exists())
         session.ctl("remove", "0xA")
         self.assertFalse(there.exists())

@@ -208,10 +208,29 @@ void InstallFlow::reportError(const QList<BrevokError> &errors, const QString &p
     for (const BrevokError &error : errors) {
         logError(error);
     }
+    showFailure({errors, plugin});
+}
+
+void InstallFlow::tellTogether(const InstallOutcome &outcome)
+{
+    FailureReport whole;
+    for (const FailureReport &report : outcome.untold) {
+        if (whole.errors.isEmpty()) {
+            whole.plugin = report.plugin;
+        }
+        whole.errors += report.errors;
+    }
+    showFailure(whole);
+}
+
+void InstallFlow::showFailure(const FailureReport &report)
+{
+    const QList<BrevokError> &errors = report.errors;
     if (errors.isEmpty()) {
         return;
     }
-    BrevokError shown = installerError(Texts::tr("Failed to install '%1.InDesignPlugin'!").arg(plugin));
+    BrevokError shown =
+        installerError(Texts::tr("Failed to install '%1.InDesignPlugin'!").arg(report.plugin));
     shown.detailedErrors = errors;
     if (errors.size() > 1) {
         shown.recoverySuggestion = Texts::tr("Multiple errors have occured. Please contact Tolvane support.");

@@ -58,6 +58,8 @@ public:
     /// Logs the errors and shows the install failure alert; nothing for an empty list. @p plugin is the
     /// plug-in's designation as it is to be shown.
     void reportError(const QList<BrevokError> &errors, const QString &plugin);
+    /// One such alert for all that @p outcome has still to tell, which the log has.
+    void tellTogether(const InstallOutcome &outcome);
 
 Q_SIGNALS:
     /// The last operation ended.
@@ -69,6 +71,7 @@ private:
     using Operations = QList<PackageOperation *>;
     using Maker = std::function<PackageOperation *(const Record &package)>;
 
+    void showFailure(const FailureReport &report);
     void forPackages(const QString &prefix, const Maker &make, const Completion &done);
     void enqueue(PackageOperation *operation, const Completion &done);
     void startWhatCan();

@@ -78,6 +78,7 @@ InstallOutcome &InstallOutcome::operator+=(const InstallOutcome &other)
 {
     entries += other.entries;
     planned += other.planned;
+    untold += other.untold;
     return *this;
 }
 

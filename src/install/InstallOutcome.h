@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "foundation/BrevokError.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -36,12 +38,20 @@ struct PluginOutcome {
 /// The word for it that programs read ("installed", "failed").
 [[nodiscard]] QLatin1StringView endName(PluginOutcome::End end);
 
+/// What the failure alert is made of.
+struct FailureReport {
+    QList<BrevokError> errors{};
+    QString plugin{}; ///< its designation as the alert shows it
+};
+
 /// What became of one install or removal of a package. The log, the panel's row, the alert and brevokctl all
 /// tell this.
 struct InstallOutcome {
     QList<PluginOutcome> entries{};
     /// How many commands were planned; 0 when there was nothing to do.
     int planned = 0;
+    /// What is still to be told, where that is done for several packages together.
+    QList<FailureReport> untold{};
 
     /// The entries that failed, those included that the failure alert leaves out.
     [[nodiscard]] QList<PluginOutcome> failures() const;

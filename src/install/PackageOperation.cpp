@@ -36,12 +36,18 @@ void PackageOperation::foresee(const QList<CommandTask> &tasks)
 
 void PackageOperation::reportLater(const QList<BrevokError> &errors, const QString &plugin)
 {
-    if (m_manner.unattended) {
-        for (const BrevokError &error : errors) {
-            logError(error);
-        }
-    } else if (!errors.isEmpty()) {
+    if (errors.isEmpty()) {
+        return;
+    }
+    if (!m_manner.unattended && !m_manner.toldTogether) {
         onMain(&m_flow, [&flow = m_flow, errors, plugin] { flow.reportError(errors, plugin); });
+        return;
+    }
+    for (const BrevokError &error : errors) {
+        logError(error);
+    }
+    if (m_manner.toldTogether) {
+        m_outcome.untold.append({errors, plugin});
     }
 }
 

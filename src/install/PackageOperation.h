@@ -39,8 +39,8 @@ protected:
     void addFailure(const QString &plugin, const QString &reason);
     /// Ends the operation with what would become of @p tasks.
     void foresee(const QList<CommandTask> &tasks);
-    /// The failure alert, later, so that the work does not wait for the user's answer; where nobody is, the
-    /// log alone has it.
+    /// The failure alert, later, so that the work does not wait for the user's answer; where nobody is, or it
+    /// is told with others, the log alone has it.
     void reportLater(const QList<BrevokError> &errors, const QString &plugin);
 
     InstallFlow &m_flow;

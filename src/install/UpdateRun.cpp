@@ -51,7 +51,8 @@ void UpdateRun::next()
     ++m_current;
     Q_EMIT packageBegins(prefix);
     Q_EMIT changed();
-    m_flow.installWithPrefix(prefix, false, [self = QPointer(this), prefix](const InstallOutcome &outcome) {
+    const Manner manner{.toldTogether = true};
+    m_flow.installWithPrefix(prefix, manner, [self = QPointer(this), prefix](const InstallOutcome &outcome) {
         if (self) {
             self->m_sum += outcome;
             Q_EMIT self->packageEnded(prefix);
@@ -68,6 +69,7 @@ void UpdateRun::end()
     const InstallOutcome sum = std::exchange(m_sum, {});
     const Completion done = std::exchange(m_done, {});
     Q_EMIT changed();
+    m_flow.tellTogether(sum);
     if (done) {
         done(sum);
     }

@@ -15,7 +15,7 @@ class BrevokPackages;
 class InstallFlow;
 
 /// Updates every package that an update waits for, one after the other, so that it can be stopped between
-/// two. Main thread.
+/// two. What failed is told in one alert, at the end. Main thread.
 class UpdateRun final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(UpdateRun)

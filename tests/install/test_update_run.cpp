@@ -1,0 +1,109 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "FlowRig.h"
+#include "install/UpdateRun.h"
+
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace brevok;
+using namespace brevok::testing;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// So many packages of one build each, all installed in an older version.
+struct UpdateRig : InstallRig {
+    explicit UpdateRig(int count)
+    {
+        const QString target = addTarget(u"InDesign 2019"_s, u"140"_s);
+        QJsonArray builds;
+        QJsonArray list;
+        for (int i = 0; i < count; ++i) {
+            const QString name = u"P%1"_s.arg(i);
+            builds.append(build(name, name, 140));
+            list.append(QJsonObject{{PackageKeys::name, name}, {PackageKeys::prefix, name},
+                {PackageKeys::version, u"2.0"_s}, {PackageKeys::published, u"now"_s},
+                {PackageKeys::platform, u"Mac"_s}});
+            writeInstalledPlugin(target, name, u"1.0"_s, u"14.0"_s);
+        }
+        plugins.updateWithArray(builds);
+        packages.updateWithArray(list);
+        waits = QTest::qWaitFor(
+            [&] { return !packages.updating() && packages.waitingPrefixes().size() == count; });
+    }
+    /// Answers the download that comes next. Whether it came.
+    bool answerNext(const QByteArray &body)
+    {
+        const bool asked = QTest::qWaitFor([&] { return service.downloads.size() == 1; });
+        if (asked) {
+            answerDownload(body);
+        }
+        return asked;
+    }
+    bool waits = false;
+    UpdateRun run{flow, packages};
+};
+
+} // namespace
+
+class UpdateRunTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    void failuresAreToldInOneAlert_data()
+    {
+        QTest::addColumn<int>("failing");
+        QTest::addColumn<QString>("text");
+        QTest::newRow("none") << 0 << QString();
+        QTest::newRow("one") << 1 << u"Error: Failed to download P0, from https://host/P0-140.zip"_s;
+        QTest::newRow("five") << 5 << u"Multiple errors have occured. Please contact Tolvane support."_s;
+    }
+
+    void failuresAreToldInOneAlert()
+    {
+        QFETCH(int, failing);
+        QFETCH(QString, text);
+        UpdateRig rig(5);
+        QVERIFY(rig.waits);
+        Ended ended;
+        rig.run.start(ended.here());
+        for (int i = 0; i < 5; ++i) {
+            QVERIFY(rig.answerNext(i < failing ? "too short" : InstallRig::archiveOf(u"P%1"_s.arg(i), 140)));
+        }
+        QTRY_COMPARE(ended.times, 1);
+        QTRY_VERIFY(!rig.flow.isBusy());
+        QCoreApplication::processEvents();
+        QCOMPARE(ended.outcome.failures().size(), failing);
+        QCOMPARE(rig.presenter.shown.size(), std::min(failing, 1));
+        if (failing > 0) {
+            QCOMPARE(rig.presenter.shown[0].messageText, u"Failed to install 'P0.InDesignPlugin'!"_s);
+            QCOMPARE(rig.presenter.shown[0].informativeText.value_or(QString()), text);
+        }
+        for (int i = 0; i < failing; ++i) {
+            const QString line = u"Error: Failed to download P%1, from https://host/P%1-140.zip"_s.arg(i);
+            QCOMPARE(LogCapture::count(line), 1);
+        }
+    }
+
+    void stoppingTellsWhatFailed()
+    {
+        UpdateRig rig(3);
+        QVERIFY(rig.waits);
+        Ended ended;
+        rig.run.start(ended.here());
+        QVERIFY(rig.answerNext("too short"));
+        QTRY_COMPARE(rig.run.current(), 2);
+        rig.run.stop();
+        QVERIFY(rig.answerNext(InstallRig::archiveOf(u"P1"_s, 140)));
+        QTRY_COMPARE(ended.times, 1);
+        QCOMPARE(rig.presenter.shown.size(), 1);
+        QVERIFY(!rig.flow.isBusy() && !rig.run.isRunning());
+    }
+};
+
+QTEST_GUILESS_MAIN(UpdateRunTest)
+#include "test_update_run.moc"

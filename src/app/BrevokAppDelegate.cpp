@@ -212,6 +212,7 @@ void BrevokAppDelegate::createInstaller()
     clearLeftovers();
     shared.flow.emplace(InstallFlow::Collaborators{*shared.plugins, *shared.packages, *shared.targets,
         *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
+    shared.updates.emplace(*shared.flow, *shared.packages);
     shared.converger.emplace(Converger::Collaborators{
         .session = *shared.session,
         .plugins = *shared.plugins,
@@ -287,6 +288,7 @@ void BrevokAppDelegate::connectSharedObjects()
         .packages = *shared.packages,
         .targets = *shared.targets,
         .flow = *shared.flow,
+        .updates = *shared.updates,
         .state = *m_with.platform.state,
         .settings = *this,
         .storage = *shared.storage,
@@ -309,6 +311,7 @@ void BrevokAppDelegate::attachSurfaces()
         .packages = *shared.packages,
         .targets = *shared.targets,
         .flow = *shared.flow,
+        .updates = *shared.updates,
         .bugReporter = *shared.bugReporter,
         .alerts = *shared.alerts,
         .updater = *shared.updater,
@@ -365,9 +368,10 @@ void BrevokAppDelegate::carryOut(const QString &action)
 void BrevokAppDelegate::updateWaitingPackages()
 {
     m_shared->packages->whenSettled(this, [this] { // which it is not when the program has just started
-        const QStringList prefixes = m_shared->packages->waitingPrefixes();
-        for (const QString &prefix : prefixes) {
-            m_shared->flow->installWithPrefix(prefix, false);
+        if (m_shared->session->sessionId().isNull()) {
+            panelController().openPanel(); // which asks to sign in
+        } else {
+            m_shared->updates->start();
         }
     });
 }

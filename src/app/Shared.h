@@ -14,6 +14,7 @@
 #include "install/BrevokAppInstaller.h"
 #include "install/Converger.h"
 #include "install/InstallFlow.h"
+#include "install/UpdateRun.h"
 #include "platform/StorageWatch.h"
 #include "reporting/BrevokUsageReporter.h"
 #include "reporting/BugReporter.h"
@@ -48,6 +49,7 @@ struct Shared {
     std::optional<BrevokPackages> packages;
     std::optional<BrevokAppInstaller> installer;
     std::optional<InstallFlow> flow;
+    std::optional<UpdateRun> updates;
     std::optional<Converger> converger;
     std::optional<ConvergeNotices> convergeNotices; ///< where there is somebody to read them
     std::optional<BugReporter> bugReporter;

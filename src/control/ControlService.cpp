@@ -57,7 +57,8 @@ void ControlService::publish(QDBusConnection bus)
 void ControlService::setCollaborators(Collaborators collaborators)
 {
     m_with.emplace(std::move(collaborators));
-    m_packages = new PackageCalls(m_with->plugins, m_with->packages, m_with->flow, m_with->state, this);
+    m_packages = new PackageCalls(
+        m_with->plugins, m_with->packages, m_with->flow, m_with->updates, m_with->state, this);
     m_targets = new TargetCalls(m_with->targets, m_with->state, this);
     connect(&m_with->flow, &InstallFlow::progress, this, &ControlService::Progress);
 }

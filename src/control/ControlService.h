@@ -19,6 +19,7 @@ class PackageCalls;
 class SettingsAccess;
 class StorageWatch;
 class TargetCalls;
+class UpdateRun;
 
 /// The application's side of the session-bus interface com.tolvane.brevok.Control1. Main thread. It only
 /// translates: every call is an operation of another room, every answer is put together from what those rooms
@@ -34,6 +35,7 @@ public:
         BrevokPackages &packages;
         BrevokTargetApps &targets;
         InstallFlow &flow;
+        UpdateRun &updates;
         StateStore &state;
         SettingsAccess &settings;
         const StorageWatch &storage;

@@ -22,12 +22,13 @@ QVariantList documentOf(const InstallOutcome &outcome)
 
 } // namespace
 
-PackageCalls::PackageCalls(
-    BrevokPlugins &plugins, BrevokPackages &packages, InstallFlow &flow, StateStore &state, QObject *parent)
+PackageCalls::PackageCalls(BrevokPlugins &plugins, BrevokPackages &packages, InstallFlow &flow,
+    UpdateRun &updates, StateStore &state, QObject *parent)
     : QObject(parent)
     , m_plugins(plugins)
     , m_packages(packages)
     , m_flow(flow)
+    , m_updates(updates)
     , m_state(state)
 {
 }
@@ -117,10 +118,8 @@ void PackageCalls::updateAll(const ControlCall &call)
     if (refusedBeforeAnswer(call)) {
         return;
     }
-    auto *run = new UpdateRun(m_flow, m_packages, this);
-    run->start([run, ended = answerAfter(call, 1)](const InstallOutcome &outcome) {
+    m_updates.start([ended = answerAfter(call, 1)](const InstallOutcome &outcome) {
         ended({.failures = outcome.failureSentences(), .outcome = outcome});
-        run->deleteLater();
     });
 }
 

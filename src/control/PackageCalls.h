@@ -12,6 +12,8 @@
 
 namespace brevok {
 
+class UpdateRun;
+
 /// The calls that check for, install, update and remove packages. Each is answered when its work has ended,
 /// the statuses are known again, and everything is stored.
 class PackageCalls final : public QObject {
@@ -19,8 +21,8 @@ class PackageCalls final : public QObject {
     Q_DISABLE_COPY_MOVE(PackageCalls)
 
 public:
-    PackageCalls(BrevokPlugins &plugins, BrevokPackages &packages, InstallFlow &flow, StateStore &state,
-        QObject *parent);
+    PackageCalls(BrevokPlugins &plugins, BrevokPackages &packages, InstallFlow &flow, UpdateRun &updates,
+        StateStore &state, QObject *parent);
     ~PackageCalls() override;
 
     void check(const ControlCall &call);
@@ -48,6 +50,7 @@ private:
     BrevokPlugins &m_plugins;
     BrevokPackages &m_packages;
     InstallFlow &m_flow;
+    UpdateRun &m_updates;
     StateStore &m_state;
 };
 

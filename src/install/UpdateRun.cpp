@@ -23,10 +23,14 @@ UpdateRun::~UpdateRun() = default;
 
 void UpdateRun::start(const Completion &done)
 {
+    if (done) {
+        m_done.append(done);
+    }
     if (isRunning()) {
+        m_stopped = false;
+        Q_EMIT changed();
         return;
     }
-    m_done = done;
     m_prefixes = m_packages.waitingPrefixes();
     m_total = m_prefixes.size();
     next();
@@ -36,14 +40,13 @@ void UpdateRun::stop()
 {
     if (isRunning()) {
         m_stopped = true;
-        m_prefixes.clear();
         Q_EMIT changed();
     }
 }
 
 void UpdateRun::next()
 {
-    if (m_prefixes.isEmpty()) {
+    if (m_stopped || m_prefixes.isEmpty()) {
         end();
         return;
     }
@@ -63,14 +66,15 @@ void UpdateRun::next()
 
 void UpdateRun::end()
 {
+    m_prefixes.clear();
     m_total = 0;
     m_current = 0;
     m_stopped = false;
     const InstallOutcome sum = std::exchange(m_sum, {});
-    const Completion done = std::exchange(m_done, {});
+    const QList<Completion> all = std::exchange(m_done, {});
     Q_EMIT changed();
     m_flow.tellTogether(sum);
-    if (done) {
+    for (const Completion &done : all) {
         done(sum);
     }
 }

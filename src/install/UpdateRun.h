@@ -26,8 +26,9 @@ public:
     UpdateRun(InstallFlow &flow, BrevokPackages &packages, QObject *parent = nullptr);
     ~UpdateRun() override;
 
-    /// Begins with what waits now, unless a run is under way. @p done tells the end of this one: with the
-    /// last package or, after stop(), with the current one; before this returns when nothing waits.
+    /// Begins with what waits now. A run that is under way is joined, and goes on where it was to stop.
+    /// @p done tells the end: with the last package or, after stop(), with the current one; before this
+    /// returns when nothing waits.
     void start(const Completion &done = {});
     /// Leaves out the packages after the current one.
     void stop();
@@ -54,7 +55,7 @@ private:
     qsizetype m_current = 0;
     bool m_stopped = false;
     InstallOutcome m_sum;
-    Completion m_done;
+    QList<Completion> m_done; ///< of all who started or joined it
 };
 
 } // namespace brevok

@@ -26,6 +26,7 @@ class SettingsAccess;
 class SettingsStore;
 class StorageWatch;
 class TimerRuns;
+class UpdateRun;
 class UrlOpener;
 
 /// The status item in the system's bar, as the application drives it. Main thread.
@@ -67,6 +68,7 @@ struct SurfaceContext {
     BrevokPackages &packages;
     BrevokTargetApps &targets;
     InstallFlow &flow;
+    UpdateRun &updates;
     BugReporter &bugReporter;
     BrevokAlertQueue &alerts;
     BrevokSelfUpdater &updater;

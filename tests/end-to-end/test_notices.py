@@ -83,6 +83,19 @@ class Notices(unittest.TestCase):
         self.service.click(self.service.next(), "update")
         wait_for(lambda: session.installed_version("Alpha") == "1.1", "the update is installed")
 
+    def test_a_click_while_signed_out_changes_nothing(self):
+        session = self.session
+        session.ctl("converge")
+        notice = self.service.next()
+        session.stop_application()
+        session.headless = ["--headless"]  # which says in its log when the panel is wanted
+        session.start_application()
+        session.ctl("signout")
+        self.service.click(notice, "update")
+        wait_for(lambda: "The panel was asked for" in session.log(), "the panel comes instead")
+        self.assertNotIn("Failed to", session.log())
+        self.assertEqual(session.installed_version("Alpha"), "1.0")
+
     def test_a_click_works_when_the_program_has_ended(self):
         session = self.session
         session.ctl("converge")

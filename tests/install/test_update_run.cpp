@@ -103,6 +103,26 @@ private Q_SLOTS:
         QCOMPARE(rig.presenter.shown.size(), 1);
         QVERIFY(!rig.flow.isBusy() && !rig.run.isRunning());
     }
+
+    void secondStartJoins()
+    {
+        UpdateRig rig(2);
+        QVERIFY(rig.waits);
+        Ended first;
+        Ended second;
+        rig.run.start(first.here());
+        rig.run.stop();
+        rig.run.start(second.here()); // whoever asks now wants all of them
+        QVERIFY(!rig.run.isStopping());
+        for (const QString &name : {u"P0"_s, u"P1"_s}) {
+            QCOMPARE(second.times, 0);
+            QVERIFY(rig.answerNext(InstallRig::archiveOf(name, 140)));
+        }
+        QTRY_COMPARE(second.times, 1);
+        QCOMPARE(first.times, 1);
+        QCOMPARE(second.outcome.planned, 2);
+        QCOMPARE(first.outcome.planned, 2);
+    }
 };
 
 QTEST_GUILESS_MAIN(UpdateRunTest)

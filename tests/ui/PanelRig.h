@@ -4,6 +4,7 @@
 #pragma once
 
 #include "../install/InstallRig.h"
+#include "install/UpdateRun.h"
 #include "platform/StorageWatch.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
@@ -52,6 +53,7 @@ struct PanelRig final : private PanelKeeper {
             .packages = rig.packages,
             .targets = rig.targets,
             .flow = rig.flow,
+            .updates = updates,
             .alerts = alerts,
             .connectivity = connectivity,
             .storage = storage,
@@ -65,6 +67,7 @@ struct PanelRig final : private PanelKeeper {
     ~PanelRig() override = default;
 
     InstallRig rig;
+    UpdateRun updates{rig.flow, rig.packages};
     FakeRouteLookup routes;
     NetworkFactory network;
     Connectivity connectivity{network, routes};

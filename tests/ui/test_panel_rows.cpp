@@ -251,7 +251,9 @@ private Q_SLOTS:
         QVERIFY(downloads.isEmpty() && !rig.rig.flow.isBusy()); // the third was left out
         QTRY_COMPARE(subtitle->text(), u"2 updates · ada@example.com"_s);
 
-        button->click(); // the one that failed, and the one left out
+        rig.updates.start(); // from elsewhere: the one that failed, and the one left out
+        QCOMPARE(button->text(), u"Stop"_s);
+        QCOMPARE(subtitle->text(), u"Updating 1 of 2…"_s);
         for (const QString &prefix : {u"p00003"_s, u"p00005"_s}) {
             QTRY_COMPARE(downloads.size(), 1);
             rig.rig.answerDownload(InstallRig::archiveOf(prefix, 140));

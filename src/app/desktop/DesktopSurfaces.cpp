@@ -88,6 +88,7 @@ std::unique_ptr<PanelSurface> DesktopSurfaces::makePanel()
         .packages = m_with->packages,
         .targets = m_with->targets,
         .flow = m_with->flow,
+        .updates = m_with->updates,
         .alerts = m_with->alerts,
         .connectivity = m_with->connectivity,
         .storage = m_with->storage,

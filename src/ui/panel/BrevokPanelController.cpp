@@ -53,7 +53,8 @@ void BrevokPanelController::loadWindow()
     Ui::BrevokPanel &ui = m_window->ui();
     m_accountTab = new PanelAccountTab(ui, m_with.session, m_window.get());
     m_packagesTab = new PanelPackagesTab(ui,
-        {m_with.session, m_with.packages, m_with.targets, m_with.flow, m_with.alerts, m_with.urls, m_service},
+        {m_with.session, m_with.packages, m_with.targets, m_with.flow, m_with.updates, m_with.alerts,
+            m_with.urls, m_service},
         m_window.get());
     const auto *notices = new PanelNotices(ui, m_with.storage, m_service, m_window.get());
     connect(notices, &PanelNotices::checkWanted, this, &BrevokPanelController::checkPlugInUpdates);

@@ -36,6 +36,7 @@ public:
         BrevokPackages &packages;
         BrevokTargetApps &targets;
         InstallFlow &flow;
+        UpdateRun &updates;
         BrevokAlertQueue &alerts;
         const Connectivity &connectivity;
         StorageWatch &storage;

@@ -28,13 +28,12 @@ PanelPackagesTab::PanelPackagesTab(Ui::BrevokPanel &ui, Collaborators collaborat
     : QObject(parent)
     , m_ui(ui)
     , m_with(collaborators)
-    , m_updates(collaborators.flow, collaborators.packages)
-    , m_activity({collaborators.flow, collaborators.packages, collaborators.alerts, m_updates})
+    , m_activity({collaborators.flow, collaborators.packages, collaborators.alerts, collaborators.updates})
     , m_icons(collaborators.packages)
     , m_list(*ui.brevokView, *ui.packagesView,
           {m_activity, m_icons, collaborators.flow.lastFailures(), collaborators.urls, *ui.searchField},
           nullptr)
-    , m_updateAll(*ui.updateAllButton, m_updates, nullptr)
+    , m_updateAll(*ui.updateAllButton, collaborators.updates, nullptr)
 {
     setAccessibleRole(*m_ui.packagesView, QAccessible::List);
     m_ui.packagesView->setAutoFillBackground(false);

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include "install/UpdateRun.h"
 #include "ui/panel/PackageActivity.h"
 #include "ui/panel/PackageList.h"
 #include "ui/panel/PanelState.h"
@@ -24,6 +23,7 @@ class BrevokSession;
 class BrevokTargetApps;
 class InstallFlow;
 class ServiceWatch;
+class UpdateRun;
 class UrlOpener;
 
 /// Runs the packages tab: the list of rows, the search in a long one, the update of all that waits, and the
@@ -39,6 +39,7 @@ public:
         BrevokPackages &packages;
         BrevokTargetApps &targets;
         InstallFlow &flow;
+        UpdateRun &updates;
         BrevokAlertQueue &alerts;
         UrlOpener &urls;
         ServiceWatch &service;
@@ -83,7 +84,6 @@ private:
 
     Ui::BrevokPanel &m_ui;
     Collaborators m_with;
-    UpdateRun m_updates;
     PackageActivity m_activity;
     RowIcons m_icons;
     PackageList m_list;

@@ -16,12 +16,14 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPointer>
 #include <QPushButton>
 #include <QRegularExpression>
 #include <QScreen>
+#include <QSignalBlocker>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -93,6 +95,7 @@ private Q_SLOTS:
     void copiesAreWhole();
     void longMessagesAreCut();
     void focusComesBack();
+    void focusThatNeverArrivedIsForgotten();
     void accessoryComesBack();
     void endOfTheProgramAnswers();
     void sheetsBlockTheirWindowOnly();
@@ -102,6 +105,7 @@ private Q_SLOTS:
     void aboutIsMadeAfreshOnceClosed();
     void updateWindowsShowAndClose();
     void addressesCanBeCopied();
+    void smallWindowsTakeNoFocus();
 };
 
 void AlertWindowsTest::keysPressButtons_data()
@@ -198,6 +202,39 @@ void AlertWindowsTest::focusComesBack()
         endedBy([&] { presenter.beginModal(alertWith({{u"OK"_s}}), {}); });
     }
     QVERIFY(!first->hasFocus());
+}
+
+void AlertWindowsTest::focusThatNeverArrivedIsForgotten()
+{
+    for (const bool windowGoes : {true, false}) {
+        WidgetAlertPresenter presenter;
+        QWidget window;
+        QWidget other;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        const auto liesOver = [&presenter]() -> const QWindow * {
+            presenter.beginModal(alertWith({{u"OK"_s}}), {});
+            auto *alert = qobject_cast<AlertDialog *>(QApplication::activeModalWidget());
+            if (alert == nullptr) {
+                return nullptr;
+            }
+            const QWindow *below = alert->windowHandle()->transientParent();
+            alert->close();
+            return below;
+        };
+        {
+            const QSignalBlocker unheard(qGuiApp); // as where the window manager gives it to another
+            QCOMPARE(liesOver(), window.windowHandle());
+            QElapsedTimer since;
+            since.start();
+            window.setVisible(!windowGoes);
+            other.show();
+            other.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+            QTRY_VERIFY(windowGoes || since.hasExpired(1000));
+        }
+        QCOMPARE(liesOver(), other.windowHandle());
+    }
 }
 
 void AlertWindowsTest::contentIsShownAsItIs()
@@ -410,8 +447,31 @@ void AlertWindowsTest::addressesCanBeCopied()
     QVERIFY(text->toPlainText().contains(u"[bad"_s) && isHarmless(text->toPlainText()));
     QTest::keyClick(&shown, Qt::Key_Escape);
     QVERIFY(QTest::qWaitForWindowActive(&asking));
+    shown.showAddress(QUrl(address), &asking); // over the same again
+    QCOMPARE(shown.windowHandle()->transientParent(), asking.windowHandle());
+    shown.close();
     shown.showAddress(QUrl(address), nullptr); // the window with the link has gone
     QVERIFY(shown.isVisible());
+}
+
+// A check that ends by itself, while the user is elsewhere.
+void AlertWindowsTest::smallWindowsTakeNoFocus()
+{
+    const QTemporaryDir folder;
+    const MainBundle bundle(u"/x"_s, folder.path());
+    SmallWindows windows(bundle);
+    QWidget asking;
+    QWidget elsewhere;
+    asking.show();
+    BrevokUpdateProgressController &progress = windows.updateProgressController();
+    progress.showOver(&asking);
+    QVERIFY(QTest::qWaitForWindowActive(&progress));
+    elsewhere.show();
+    elsewhere.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&elsewhere));
+    progress.close();
+    QCoreApplication::processEvents();
+    QVERIFY(elsewhere.isActiveWindow());
 }
 
 QTEST_MAIN(AlertWindowsTest)

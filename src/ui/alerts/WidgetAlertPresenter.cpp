@@ -4,6 +4,7 @@
 #include "ui/alerts/WidgetAlertPresenter.h"
 
 #include "ui/alerts/AlertDialog.h"
+#include "ui/widgets/FocusReturn.h"
 
 #include <QApplication>
 #include <QWindow>
@@ -12,23 +13,14 @@ namespace brevok {
 
 namespace {
 
+constexpr qint64 focusReturns = 1000; // milliseconds; it never does where the user goes elsewhere meanwhile
+
 bool belongsTo(const QWidget *widget, const QWidget *window)
 {
     while (widget != nullptr && widget != window) {
         widget = widget->parentWidget();
     }
     return widget != nullptr;
-}
-
-// The panel stays above other windows, and so must what is shown while it is open. The alert is not its
-// child: it outlives it.
-void stayAbove(QWidget &alert, const QWidget *below)
-{
-    if (below == nullptr || below->windowHandle() == nullptr) {
-        return;
-    }
-    alert.winId();
-    alert.windowHandle()->setTransientParent(below->windowHandle());
 }
 
 } // namespace
@@ -51,18 +43,18 @@ WidgetAlertPresenter::~WidgetAlertPresenter()
 
 QWidget *WidgetAlertPresenter::windowInUse() const
 {
-    QWidget *window = m_returning ? m_returning.data() : QApplication::activeWindow();
+    if (m_returning && m_returning->isVisible() && !m_sinceReturn.hasExpired(focusReturns)) {
+        return m_returning;
+    }
+    QWidget *window = QApplication::activeWindow();
     return window != nullptr && window->isVisible() ? window : nullptr;
 }
 
-// The window manager would choose another window, and what is typed next would go there. Where the window is
-// below the one that has the focus, the library does not ask the window manager, which then chooses later.
 void WidgetAlertPresenter::giveFocusBack(AlertDialog &dialog, QWidget *origin)
 {
-    if (origin != nullptr && origin->isVisible()) {
-        dialog.windowHandle()->setTransientParent(nullptr);
+    if (returnFocus(dialog, origin)) {
         m_returning = origin;
-        origin->activateWindow();
+        m_sinceReturn.start();
     }
 }
 
@@ -70,6 +62,8 @@ void WidgetAlertPresenter::show(AlertDialog &dialog, QWidget *origin)
 {
     QObject::connect(&dialog, &QDialog::finished, &m_context,
         [this, &dialog, window = QPointer(origin)] { giveFocusBack(dialog, window); });
+    // The panel stays above other windows, and so must what is shown while it is open. The alert is not its
+    // child: it outlives it.
     stayAbove(dialog, origin);
     dialog.show();
     dialog.raise();

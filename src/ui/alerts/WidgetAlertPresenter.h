@@ -5,6 +5,7 @@
 
 #include "alerts/AlertPresenter.h"
 
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QWidget>
 
@@ -51,6 +52,7 @@ private:
 
     QList<Sheet> m_sheets; ///< and alerts that nobody waits for, which have no window
     QPointer<QWidget> m_returning; ///< has been given the focus, which has not arrived yet
+    QElapsedTimer m_sinceReturn;
     QObject m_context;
 };
 

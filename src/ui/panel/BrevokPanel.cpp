@@ -22,7 +22,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-constexpr auto focusReturns = 1000ms; // after an alert
+constexpr auto focusReturns = 1000ms; // after what lay above it
 constexpr auto focusSettles = 200ms; // longer than Qt waits before it tells that the focus is lost
 
 // Elsewhere a window cannot choose its opacity, shape or level, and says so in the log at every try.
@@ -210,6 +210,11 @@ bool BrevokPanel::event(QEvent *event)
     case QEvent::WindowDeactivate:
         if (!m_returnTimer->isActive()) {
             Q_EMIT didResignKey();
+        }
+        break;
+    case QEvent::WindowUnblocked: // what lay above it has gone
+        if (m_opening && isVisible()) {
+            awaitFocus();
         }
         break;
     case QEvent::ApplicationFontChange:

@@ -3,6 +3,7 @@
 
 #include "ui/windows/SmallWindow.h"
 
+#include "ui/widgets/FocusReturn.h"
 #include "ui/widgets/TextFitting.h"
 #include "ui/windows/ApplicationFacts.h"
 
@@ -47,14 +48,18 @@ SmallWindow::SmallWindow(const MainBundle &bundle, const QString &name, QSize si
     whole->setSpacing(gap);
     whole->addLayout(upper, 1);
     whole->addLayout(m_buttons);
-    connect(this, &QDialog::finished, this, [this] {
-        if (parentWidget() != nullptr) {
-            parentWidget()->activateWindow();
-        }
-    });
 }
 
 SmallWindow::~SmallWindow() = default;
+
+void SmallWindow::done(int result)
+{
+    const bool hasFocus = isActiveWindow();
+    QDialog::done(result);
+    if (hasFocus) {
+        returnFocus(*this, parentWidget());
+    }
+}
 
 void SmallWindow::showWindow()
 {
@@ -68,6 +73,7 @@ void SmallWindow::showOver(QWidget *window)
     if (!isVisible()) {
         setParent(window, Qt::Dialog);
         setWindowModality(window != nullptr ? Qt::WindowModal : Qt::NonModal);
+        stayAbove(*this, window); // again, where it gave the focus back
     }
     showWindow();
 }

@@ -29,6 +29,10 @@ public:
     /// The same, as a sheet of @p window (null: of none), which gets the focus back.
     void showOver(QWidget *window);
 
+    /// Gives the focus back only where it is still here: what ends by itself must not take it from another
+    /// window.
+    void done(int result) override;
+
 protected:
     enum class Arrangement { BesideIcon, BelowIcon };
 

@@ -12,12 +12,15 @@
 #include <csignal>
 #include <cstdio>
 #include <string_view>
+#include <unistd.h>
 
 namespace {
 
 // The address stands on standard input.
 void printProxy()
 {
+    constexpr unsigned patience = 60; // seconds: a script that answers may hang, and its asker may have gone
+    ::alarm(patience);
     QFile input;
     if (input.open(stdin, QIODevice::ReadOnly)) {
         std::fputs(brevok::systemProxyFor(QUrl::fromEncoded(input.readAll())).constData(), stdout);
@@ -38,5 +41,5 @@ int main(int argc, char **argv)
         std::signal(number, SIG_IGN);
     }
     brevok::serveTransfers();
-    return 0;
+    ::_exit(0); // what the libraries do at an end keeps the application from its own
 }

@@ -1238,8 +1238,8 @@ Bitte melden Sie sich erneut an.</translation>
         <translation>die Bibliothek für Archive fehlt</translation>
     </message>
     <message>
-        <source>the library for HTTP is missing</source>
-        <translation>die Bibliothek für HTTP fehlt</translation>
+        <source>the process that speaks HTTP cannot be started</source>
+        <translation>der Prozess für HTTP kann nicht gestartet werden</translation>
     </message>
     <message>
         <source>the entry points outside the folder</source>
@@ -1506,6 +1506,10 @@ Bitte melden Sie sich erneut an.</translation>
     <message>
         <source>Open</source>
         <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates. Next: %1.</source>
+        <translation>Für geplante Updates. Nächster Lauf: %1.</translation>
     </message>
 </context>
 </TS>

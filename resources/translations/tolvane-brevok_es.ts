@@ -1238,8 +1238,8 @@ Vuelva a iniciar sesión.</translation>
         <translation>falta la biblioteca para archivos comprimidos</translation>
     </message>
     <message>
-        <source>the library for HTTP is missing</source>
-        <translation>falta la biblioteca para HTTP</translation>
+        <source>the process that speaks HTTP cannot be started</source>
+        <translation>no se puede iniciar el proceso de HTTP</translation>
     </message>
     <message>
         <source>the entry points outside the folder</source>
@@ -1506,6 +1506,10 @@ Vuelva a iniciar sesión.</translation>
     <message>
         <source>Open</source>
         <translation>Abrir</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates. Next: %1.</source>
+        <translation>Se usa en las actualizaciones programadas. Próxima: %1.</translation>
     </message>
 </context>
 </TS>

@@ -1238,8 +1238,8 @@ Veuillez vous reconnecter.</translation>
         <translation>la bibliothèque pour les archives est absente</translation>
     </message>
     <message>
-        <source>the library for HTTP is missing</source>
-        <translation>la bibliothèque pour HTTP est absente</translation>
+        <source>the process that speaks HTTP cannot be started</source>
+        <translation>le processus HTTP ne peut pas être démarré</translation>
     </message>
     <message>
         <source>the entry points outside the folder</source>
@@ -1506,6 +1506,10 @@ Veuillez vous reconnecter.</translation>
     <message>
         <source>Open</source>
         <translation>Ouvrir</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates. Next: %1.</source>
+        <translation>Utilisé par les mises à jour planifiées. Prochaine : %1.</translation>
     </message>
 </context>
 </TS>

@@ -1238,8 +1238,8 @@ Please try to sign-in again.</source>
         <translation>アーカイブ用のライブラリがありません</translation>
     </message>
     <message>
-        <source>the library for HTTP is missing</source>
-        <translation>HTTP 用のライブラリがありません</translation>
+        <source>the process that speaks HTTP cannot be started</source>
+        <translation>HTTP を扱うプロセスを起動できません</translation>
     </message>
     <message>
         <source>the entry points outside the folder</source>
@@ -1506,6 +1506,10 @@ Please try to sign-in again.</source>
     <message>
         <source>Open</source>
         <translation>開く</translation>
+    </message>
+    <message>
+        <source>Used by scheduled updates. Next: %1.</source>
+        <translation>スケジュールされたアップデートで使用されます。次回: %1</translation>
     </message>
 </context>
 </TS>

@@ -108,8 +108,8 @@ void BrevokAppDelegate::finishLaunching()
     createMenubarController();
     observeNotices();
     observeOtherProcesses();
-    m_shared->activation->setHandler([this](const QString &action) { carryOut(action); });
     m_shared->plugins->start([this] { m_shared->packages->start(); });
+    m_shared->activation->setHandler([this](const QString &action) { carryOut(action); });
 }
 
 void BrevokAppDelegate::giveWayToTheOtherCopy()

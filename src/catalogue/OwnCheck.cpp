@@ -20,8 +20,7 @@ void OwnCheck::begin(const Handler &ended)
 {
     const auto run = std::make_shared<Run>();
     m_run = run;
-    m_phase = Phase::Asking;
-    m_found.clear();
+    m_phase = Phase::Asking; // what a failed check found is told with the next good one
     m_plugins([this, run, ended](const std::optional<BrevokError> &error) {
         run->end.plugins = error;
         finish(run, ended);
@@ -41,7 +40,6 @@ void OwnCheck::finish(const std::shared_ptr<Run> &run, const Handler &ended)
     if (run == m_run) {
         m_run.reset();
         if (const auto &error = packages ? packages : plugins) {
-            m_phase = Phase::Idle;
             Q_EMIT failed(*error);
         } else {
             m_phase = Phase::Answered;

@@ -36,7 +36,7 @@ public:
     void add(const QString &name);
     /// Whether both lists came and nobody was told yet what they brought.
     [[nodiscard]] bool hasResult() const { return m_phase == Phase::Answered; }
-    /// What was added since begin(), once.
+    /// What was added since the last result, once.
     [[nodiscard]] QStringList takeResult();
 
 Q_SIGNALS:

@@ -62,7 +62,7 @@ QString BrevokAppInstaller::getVersionString(const QString &version)
 void BrevokAppInstaller::checkUpdateHelper(
     QObject *context, const std::function<void(bool valid)> &answered, bool mayAsk)
 {
-    if (m_valid) {
+    if (m_valid && (*m_valid || mayAsk)) { // where nobody is asked, a refusal of earlier is none
         answered(*m_valid);
         return;
     }
@@ -154,6 +154,7 @@ void BrevokAppInstaller::clearLeftovers(const QStringList &targets)
     for (const QString &target : targets) {
         folders += changedFolders(target);
     }
+    folders.removeDuplicates();
     addJob([this, folders] {
         inBackgroundThen(
             this,

@@ -10,6 +10,22 @@ namespace brevok {
 using namespace Qt::StringLiterals;
 using End = PluginOutcome::End;
 
+namespace {
+
+/// Each build of a plug-in may tell of the same place.
+void addOnce(QList<ConvergeEntry> &entries, const ConvergeEntry &entry)
+{
+    const auto isSame = [&entry](const ConvergeEntry &other) {
+        return other.prefix == entry.prefix && other.what.plugin == entry.what.plugin
+            && other.what.target == entry.what.target;
+    };
+    if (std::none_of(entries.cbegin(), entries.cend(), isSame)) {
+        entries.append(entry);
+    }
+}
+
+} // namespace
+
 QString ConvergeEntry::sentence() const
 {
     if (what.plugin.isEmpty() && what.targetName.isEmpty() && !package.isEmpty()) {
@@ -26,13 +42,13 @@ void ConvergeOutcome::add(const QString &prefix, const QString &name, const Inst
         switch (what.end) {
         case End::Installed:
         case End::Removed:
-            changed.append(entry);
+            addOnce(changed, entry);
             break;
         case End::Skipped:
-            deferred.append(entry);
+            addOnce(deferred, entry);
             break;
         case End::Failed:
-            failed.append(entry);
+            addOnce(failed, entry);
             break;
         case End::LeftAlone: // as it is current; a removal tells of it elsewhere
             break;

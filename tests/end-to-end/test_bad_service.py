@@ -78,6 +78,7 @@ class Faults(unittest.TestCase):
         service = self.enterContext(BadService(port, session.folder / "tls"))
         self.addCleanup(service.shutdown)
         idle = session.memory("VmRSS")
+        sanitized = b"libasan" in (PROGRAMS / "tolvane-brevok").read_bytes()  # which takes as much for itself
         for name, answer in FAULTS.items():
             with self.subTest(name):
                 service.answer = answer
@@ -87,7 +88,8 @@ class Faults(unittest.TestCase):
                 self.assertEqual(result.returncode, 1)
                 self.assertTrue(result.stderr.startswith("brevokctl: "), result.stderr)
                 self.assertEqual(session.status()["packages"], before)
-                self.assertLess(session.memory("VmHWM") - idle, MOST_MORE)
+                if not sanitized:
+                    self.assertLess(session.memory("VmHWM") - idle, MOST_MORE)
         session.stop_application()
         session.start_application()
         self.assertEqual(session.status()["packages"], before)

@@ -89,7 +89,8 @@ class Monitoring(unittest.TestCase):
         self.assertIn('tolvane_brevok_signed_in{user="ada"} 0\n', text)
         self.assertIn('tolvane_brevok_updates_waiting{user="ada"} 0\n', text)
         self.assertIn('tolvane_brevok_packages_failed{user="ada"} 1\n', text)
-        self.assertIn('tolvane_brevok_package{user="ada",prefix="0x\\"A",version="1.0",status="Not Installed"} 2\n', text)
+        self.assertIn('tolvane_brevok_package{user="ada",name="Al\\"pha\\\\",prefix="0x\\"A",version="1.0",'
+                      'status="Not Installed"} 2\n', text)
         checked = int(re.search(r"last_check_timestamp_seconds\{.*\} (\d+)", text)[1])
         self.assertGreater(checked, 1.7e9)
 
@@ -99,7 +100,7 @@ class Monitoring(unittest.TestCase):
         folder = session.folder / "node-exporter"
         folder.mkdir()
         unit = (SOURCE / "packaging/systemd/tolvane-brevok-converge.service.in").read_text()
-        words = re.search("^ExecStopPost=/bin/sh -c '(.*)'$", unit, re.M)[1].replace("$$", "$")
+        words = re.search("^ExecStopPost=-/bin/sh -c '(.*)'$", unit, re.M)[1].replace("$$", "$")
         command = words.replace("@BREVOK_BIN@", str(PROGRAMS))
         run = {"shell": True, "check": True}
         subprocess.run(command, env=session.environment, **run)

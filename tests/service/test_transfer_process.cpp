@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/Tasks.h"
+#include "platform/linux/TransferWire.h"
 #include "ServiceStage.h"
 
 #include <QDir>
@@ -43,6 +44,8 @@ private Q_SLOTS:
 
     void livesAsLongAsThereAreRequests();
     void itsEndEndsTheRequests();
+    void itsStandstillHoldsNobody();
+    void limitsArrive();
     void proxiesAreLookedUp();
 };
 
@@ -70,6 +73,34 @@ void TransferProcessTest::itsEndEndsTheRequests()
     QVERIFY(reply.error);
     QVERIFY2(reply.error->description.contains(u"has ended"_s), qPrintable(reply.error->description));
     QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+}
+
+// Whoever quits waits for the thread that gives the orders.
+void TransferProcessTest::itsStandstillHoldsNobody()
+{
+    {
+        Stage stage;
+        stage.server.on(u"/list"_s, Response::ok("[]"));
+        QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+        ::kill(processThatMovesData(), SIGSTOP);
+    }
+    QTRY_COMPARE_WITH_TIMEOUT(processThatMovesData(), 0, patient);
+}
+
+void TransferProcessTest::limitsArrive()
+{
+    TransferOrder sent;
+    sent.request.limits = {.headerBytes = 1, .bodyBytes = 2, .silenceMs = 3, .leastBytes = 4, .wholeMs = 5};
+    QByteArray wire;
+    QDataStream out(&wire, QIODevice::WriteOnly);
+    out << sent;
+    TransferOrder arrived;
+    QDataStream in(wire);
+    in >> arrived;
+    const HttpLimits &limits = arrived.request.limits;
+    QCOMPARE((QList<qint64>{
+                 limits.headerBytes, limits.bodyBytes, limits.silenceMs, limits.leastBytes, limits.wholeMs}),
+        (QList<qint64>{1, 2, 3, 4, 5}));
 }
 
 void TransferProcessTest::proxiesAreLookedUp()

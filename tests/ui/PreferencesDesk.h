@@ -9,6 +9,7 @@
 #include "service/NetworkFactory.h"
 #include "support/FakePlatform.h"
 #include "support/FakeRouteLookup.h"
+#include "support/FakeTimerRuns.h"
 #include "support/IdleUpdater.h"
 #include "support/MemorySettingsStore.h"
 #include "support/RecordingOpener.h"
@@ -48,7 +49,7 @@ struct Desk {
     void open()
     {
         window.emplace(BrevokPreferencesController::Collaborators{*session, *targets, access, settings,
-            presenter, opener, QUrl(u"https://service.example/base"_s)});
+            presenter, opener, timerRuns, QUrl(u"https://service.example/base"_s)});
         window->showWindow();
     }
     void openTargets()
@@ -119,6 +120,7 @@ struct Desk {
     FakeApplicationSearch search;
     StoredSettings access{settings};
     RecordingOpener opener;
+    FakeTimerRuns timerRuns;
     std::optional<BrevokSession> session;
     std::optional<BrevokTargetApps> targets;
     std::optional<BrevokPreferencesController> window;

@@ -31,7 +31,7 @@ private Q_SLOTS:
 
     void pagesAreSwitched();
     void pagesAreAnnouncedAsTabs();
-    void switchesWithoutEffectSaySo();
+    void switchesTellWhenTheyTakeEffect();
     void formStaysWhereItIs();
     void checkBoxesAreInStep();
     void whatTheAdministratorDecidesIsDisabled();
@@ -101,16 +101,24 @@ void PreferencesTest::pagesAreAnnouncedAsTabs()
     }
 }
 
-void PreferencesTest::switchesWithoutEffectSaySo()
+void PreferencesTest::switchesTellWhenTheyTakeEffect()
 {
+    const QDateTime night(QDate(2026, 11, 23), QTime(2, 30));
     Desk desk;
     desk.open();
     desk.window->switchTab(Page::Settings);
     for (const char *name : {"notifications", "autoUpdate"}) {
         const auto *note = desk.find<QLabel>((QByteArray(name) + "Note").constData());
         QVERIFY2(note->isVisible() && note->text().startsWith(u"Used by scheduled updates"_s), name);
+        QVERIFY2(note->text().contains(u"not set up"_s), name);
         QCOMPARE(desk.find<QCheckBox>(name)->accessibleDescription(), note->text());
     }
+    desk.timerRuns.next = night;
+    desk.window->hide();
+    desk.window->showWindow();
+    QVERIFY(desk.find<QLabel>("autoUpdateNote")
+                ->text()
+                .contains(QLocale().toString(night, QLocale::ShortFormat)));
 }
 
 // Nothing of the form moves or loses the focus while the service is asked, nor after it refused.

@@ -163,6 +163,7 @@ BrevokPreferencesController &DesktopSurfaces::preferences()
                 .settings = m_with->settings,
                 .presenter = m_presenter,
                 .urlOpener = m_with->urls,
+                .timerRuns = m_with->timerRuns,
                 .service = m_with->serviceUrl,
             });
     }

@@ -66,7 +66,8 @@ void addPackages(const QJsonArray &packages, Writer &writer)
         const QJsonObject package = value.toObject();
         failed += package[u"failures"_s].isArray() ? 1 : 0;
         writer.add(package[u"status"_s].toInteger(),
-            {{u"prefix"_s, package[u"prefix"_s].toString()}, {u"version"_s, package[u"version"_s].toString()},
+            {{u"name"_s, package[u"name"_s].toString()}, {u"prefix"_s, package[u"prefix"_s].toString()},
+                {u"version"_s, package[u"version"_s].toString()},
                 {u"status"_s, package[u"statusName"_s].toString()}});
     }
     writer.begin(u"packages_failed"_s, u"Packages whose last install or removal failed."_s);

@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <csignal>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -30,6 +31,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int idleMs = 5000; // longer than what comes between two requests of one job
+constexpr int longestEndMs = 5000;
 
 QString programThatMovesData()
 {
@@ -88,7 +90,7 @@ private:
         if (m_wire) {
             m_wire->put(order);
         } else {
-            failAll(Texts::tr("the library for HTTP is missing"));
+            failAll(Texts::tr("the process that speaks HTTP cannot be started"));
         }
         return true;
     }
@@ -144,7 +146,8 @@ private:
         }
     }
 
-    // What it still has to say is listened to: a whole file may wait for its name.
+    // What it still has to say is listened to: a whole file may wait for its name. Not for ever: quitting
+    // waits for it.
     void end()
     {
         if (!m_wire) {
@@ -153,7 +156,9 @@ private:
         ::shutdown(m_wire->descriptor(), SHUT_WR);
         while (m_wire->fetch()) {
             pollfd word = {m_wire->descriptor(), POLLIN, 0};
-            ::poll(&word, 1, -1);
+            if (::poll(&word, 1, longestEndMs) == 0) {
+                ::kill(m_process, SIGKILL);
+            }
         }
         tellDesk();
         m_wire.reset();

@@ -72,7 +72,7 @@ std::optional<QByteArray> TransferWire::next()
         return std::nullopt;
     }
     const auto length = static_cast<qsizetype>(qFromLittleEndian<Length>(m_received.constData()));
-    if (m_received.size() - head < length) {
+    if (length < 0 || m_received.size() - head < length) {
         return std::nullopt;
     }
     const QByteArray message = m_received.sliced(head, length);
@@ -98,8 +98,8 @@ QDataStream &operator<<(QDataStream &stream, const TransferOrder &order)
     return stream << order.kind << order.transfer << order.proxy
                   << qint64(order.given.time_since_epoch().count()) << request.method << request.url
                   << request.headers << request.body << limits.headerBytes << limits.bodyBytes
-                  << limits.silenceMs << limits.wholeMs << request.destination << request.expectedSize
-                  << request.takesTurns << request.checksum;
+                  << limits.silenceMs << limits.leastBytes << limits.wholeMs << request.destination
+                  << request.expectedSize << request.takesTurns << request.checksum;
 }
 
 QDataStream &operator>>(QDataStream &stream, TransferOrder &order)
@@ -109,8 +109,8 @@ QDataStream &operator>>(QDataStream &stream, TransferOrder &order)
     qint64 given = 0;
     stream >> order.kind >> order.transfer >> order.proxy >> given >> request.method >> request.url
         >> request.headers >> request.body >> limits.headerBytes >> limits.bodyBytes >> limits.silenceMs
-        >> limits.wholeMs >> request.destination >> request.expectedSize >> request.takesTurns
-        >> request.checksum;
+        >> limits.leastBytes >> limits.wholeMs >> request.destination >> request.expectedSize
+        >> request.takesTurns >> request.checksum;
     order.given = TransferOrder::Clock::time_point(TransferOrder::Clock::duration(given));
     return stream;
 }

@@ -208,7 +208,7 @@ void BrevokPanelController::setKeepOpenPanel(bool keepOpen)
 
 void BrevokPanelController::followScreens()
 {
-    if (!m_window || !m_window->isVisible() || m_window->isFading()) {
+    if (!m_window || !m_window->isVisible() || m_window->isFading() || m_sight.screen() == nullptr) {
         return;
     }
     // Where only the tray has gone, the panel stays.

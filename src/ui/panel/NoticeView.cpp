@@ -101,7 +101,7 @@ void NoticeView::update()
     m_title->setText(m_notice.title);
     constexpr qsizetype mostShown = 300;
     setBreakableText(*m_text, severalLines(m_notice.text, mostShown));
-    m_text->setToolTip(m_notice.text.size() > mostShown ? plainToolTip(m_notice.text) : QString());
+    setPlainToolTip(*m_text, m_notice.text.size() > mostShown ? m_notice.text : QString());
     m_button->setText(m_notice.button);
     m_button->setVisible(!m_notice.button.isEmpty());
     m_button->setProminent(m_wholePage);

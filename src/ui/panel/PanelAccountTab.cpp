@@ -110,13 +110,11 @@ void PanelAccountTab::updateAccountTab(bool panelOpen)
 void PanelAccountTab::showAccountTab()
 {
     m_ui.tabView->showPage(m_ui.accountTab);
-    Q_EMIT tabShown(PanelTab::Account);
 }
 
 void PanelAccountTab::showPackagesTab()
 {
     m_ui.tabView->showPage(m_ui.packagesTab);
-    Q_EMIT tabShown(PanelTab::Packages);
 }
 
 void PanelAccountTab::chooseInitialTab()

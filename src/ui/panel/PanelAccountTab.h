@@ -45,7 +45,6 @@ public:
 
 Q_SIGNALS:
     void createAccountWanted();
-    void tabShown(PanelTab tab);
 
 private:
     /// Those that are not there while a request runs.

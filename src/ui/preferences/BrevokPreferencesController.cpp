@@ -6,6 +6,7 @@
 #include "foundation/Texts.h"
 #include "foundation/UntrustedText.h"
 #include "platform/SettingsStore.h"
+#include "platform/TimerRuns.h"
 #include "platform/UrlOpener.h"
 #include "service/BrevokSession.h"
 #include "surfaces/SettingsAccess.h"
@@ -19,6 +20,7 @@
 
 #include <QActionGroup>
 #include <QKeyEvent>
+#include <QLocale>
 #include <QStyle>
 #include <QToolButton>
 
@@ -136,14 +138,12 @@ void BrevokPreferencesController::setUpSettings()
         {SettingKeys::showNotifications, ui.notifications},
         {SettingKeys::automaticChecks, ui.checkForUpdates}, {SettingKeys::autoUpdate, ui.autoUpdate},
         {SettingKeys::logLevel, ui.logLevel}};
-    for (const auto &[box, note] :
-        {std::pair(ui.notifications, ui.notificationsNote), std::pair(ui.autoUpdate, ui.autoUpdateNote)}) {
-        note->setText(Texts::tr("Used by scheduled updates, which are not set up on this computer."));
-        note->setContentsMargins(box->style()->pixelMetric(QStyle::PM_IndicatorWidth)
-                + box->style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing),
+    for (QLabel *note : {ui.notificationsNote, ui.autoUpdateNote}) {
+        note->setContentsMargins(style()->pixelMetric(QStyle::PM_IndicatorWidth)
+                + style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing),
             0, 0, 0);
-        box->setAccessibleDescription(note->text());
     }
+    showSchedule({});
     SettingsAccess &access = m_with.access;
     for (const Setting &setting : allSettings()) {
         QCheckBox *box = m_settingBoxes.value(setting.key);
@@ -266,7 +266,8 @@ void BrevokPreferencesController::updateAccountPage()
     if (signedIn) {
         ui.password->clear();
     }
-    setBreakableText(*ui.signedInAs, Texts::tr("Signed in as %1.").arg(oneLine(email)));
+    setBreakableText(*ui.signedInAs,
+        email.isEmpty() ? Texts::tr("Signed in") : Texts::tr("Signed in as %1.").arg(oneLine(email)));
     // A button that is disabled, or a field that goes, hands the focus on to whatever comes next.
     m_focusButton = m_focusButton || ui.actionButton->hasFocus()
         || (signedIn && ui.credentials->isAncestorOf(focusWidget()));
@@ -316,9 +317,26 @@ void BrevokPreferencesController::updateSettingsPage()
 }
 
 // Login items and the settings file may have been edited by hand while the window was away.
+void BrevokPreferencesController::showSchedule(const std::optional<QDateTime> &next)
+{
+    const Ui::BrevokPreferences &ui = *m_outlets;
+    const QString text = next
+        ? Texts::tr("Used by scheduled updates. Next: %1.")
+              .arg(QLocale().toString(next->toLocalTime(), QLocale::ShortFormat))
+        : Texts::tr("Used by scheduled updates, which are not set up on this computer.");
+    for (const auto &[box, note] :
+        {std::pair(ui.notifications, ui.notificationsNote), std::pair(ui.autoUpdate, ui.autoUpdateNote)}) {
+        note->setText(text);
+        if (box->isEnabled()) { // else it says who manages the setting
+            box->setAccessibleDescription(text);
+        }
+    }
+}
+
 void BrevokPreferencesController::showEvent(QShowEvent *event)
 {
     updateSettingsPage();
+    m_with.timerRuns.askNext(this, [this](const std::optional<QDateTime> &next) { showSchedule(next); });
     QMainWindow::showEvent(event);
 }
 

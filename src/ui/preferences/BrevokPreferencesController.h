@@ -3,11 +3,13 @@
 
 #pragma once
 
+#include <QDateTime>
 #include <QHash>
 #include <QMainWindow>
 #include <QUrl>
 
 #include <memory>
+#include <optional>
 
 class QCheckBox;
 
@@ -23,6 +25,7 @@ class BrevokTargetApps;
 class SettingsAccess;
 class SettingsStore;
 class TargetsPage;
+class TimerRuns;
 class UrlOpener;
 
 /// The preferences window: pages for the account, the targets and the settings, chosen in its toolbar. Edits
@@ -43,6 +46,7 @@ public:
         const SettingsStore &settings; ///< only observed
         AlertPresenter &presenter;
         UrlOpener &urlOpener;
+        TimerRuns &timerRuns;
         QUrl service; ///< base address of the service and its web pages
     };
 
@@ -68,6 +72,9 @@ public:
     void updateAccountPage();
     /// Shows the check boxes as the settings are now.
     void updateSettingsPage();
+    /// Says when the scheduled updates, which two of the settings are for, run next; nothing where they never
+    /// do.
+    void showSchedule(const std::optional<QDateTime> &next);
 
 protected:
     void showEvent(QShowEvent *event) override;

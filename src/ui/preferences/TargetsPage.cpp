@@ -359,7 +359,11 @@ void TargetsPage::addTarget(const QString &path, const QString &type, const QStr
     const bool isInCopy = present.value(TargetKeys::type).toString().contains("InCopy"_L1);
     if (!present.isEmpty() && isInCopy == (type == "InCopy"_L1)
         && present.value(TargetKeys::version) == QJsonValue(version)) {
-        m_refused.append(Texts::tr("'%1' is already in the list.").arg(path));
+        if (m_targets.targetState(path)) {
+            m_refused.append(Texts::tr("'%1' is already in the list.").arg(path));
+        } else {
+            m_targets.setTarget(path, true);
+        }
     } else {
         m_targets.insertTarget(path, type, version);
     }

@@ -147,12 +147,6 @@ SymbolButton::SymbolButton(QWidget *parent)
 
 SymbolButton::~SymbolButton() = default;
 
-void SymbolButton::setSymbol(const QString &symbol)
-{
-    m_symbol = symbol;
-    update();
-}
-
 QSize SymbolButton::sizeHint() const
 {
     return {symbolButtonSize, symbolButtonSize};

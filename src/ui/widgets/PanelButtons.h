@@ -49,7 +49,6 @@ public:
     explicit SymbolButton(QWidget *parent = nullptr);
     ~SymbolButton() override;
 
-    void setSymbol(const QString &symbol);
     /// While clicked() is told: whether the mouse did it, and not the keyboard or assistive technology.
     [[nodiscard]] bool isClickedByMouse() const { return m_clickedByMouse; }
 

@@ -19,9 +19,13 @@ namespace {
 
 constexpr QChar placeToBreak(0x200B); // zero width space
 
-// What was selected in @p label and comes to the clipboard.
+// What was selected in @p label and comes to the clipboard. What other programs copy is not asked for: they
+// may answer late, or not at all.
 void copyWhole(const QLabel &label, QClipboard::Mode mode)
 {
+    if (!label.hasSelectedText() || !label.isVisible()) {
+        return;
+    }
     QClipboard *clipboard = QGuiApplication::clipboard();
     const QString copied = clipboard->text(mode);
     if (copied.contains(placeToBreak) && copied.size() == label.selectedText().size()) {
@@ -57,7 +61,8 @@ void setBreakableText(QLabel &label, const QString &text)
     constexpr auto watched = "copiesAreWhole";
     label.setText(breakable(text));
     label.setAccessibleName(severalLines(text));
-    if (!label.property(watched).toBool()) {
+    if (label.textInteractionFlags().testFlag(Qt::TextSelectableByMouse)
+        && !label.property(watched).toBool()) {
         label.setProperty(watched, true);
         QObject::connect(QGuiApplication::clipboard(), &QClipboard::changed, &label,
             [&label](QClipboard::Mode mode) { copyWhole(label, mode); });

@@ -13,6 +13,8 @@
 #include <QAccessible>
 #include <QLineEdit>
 
+#include <utility>
+
 namespace brevok {
 
 namespace {
@@ -189,7 +191,9 @@ void BrevokBugReporterController::showProgress(const QString &text)
 
 void BrevokBugReporterController::showBody()
 {
-    m_outlets->showBody->setEnabled(false);
+    if (std::exchange(m_gathering, true)) { // the button stays enabled, so that it keeps the focus
+        return;
+    }
     showProgress(Texts::tr("Gathering the report…"));
     m_with.reporter.reportBody(
         m_outlets->email->text(), noteText(), this, [this](const QByteArray &body) { presentBody(body); });
@@ -198,8 +202,8 @@ void BrevokBugReporterController::showBody()
 // The report may have been sent meanwhile, and then the progress is that report's.
 void BrevokBugReporterController::presentBody(const QByteArray &body)
 {
+    m_gathering = false;
     if (m_outlets->email->isEnabled()) {
-        m_outlets->showBody->setEnabled(true);
         showProgress({});
     }
     if (!isVisible()) {

@@ -60,6 +60,7 @@ private:
     Collaborators m_with;
     std::unique_ptr<Ui::BrevokBugReporter> m_outlets;
     QPointer<QWidget> m_focused; ///< before the form was disabled
+    bool m_gathering = false; ///< what will be sent
 };
 
 } // namespace brevok

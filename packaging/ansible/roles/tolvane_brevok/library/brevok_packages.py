@@ -78,7 +78,16 @@ def to_change(state, status):
 
 
 class CallFailed(Exception):
-    """A call of brevokctl did not do what it was to do; the argument is a list of sentences."""
+    """A call of brevokctl did not do what it was to do."""
+
+    def __init__(self, sentences, document=None):
+        super().__init__(*sentences)
+        self.sentences = sentences
+        self.document = document or {}
+
+
+def changed_something(document):
+    return any(entry.get("result") in ("installed", "removed") for entry in document.get("outcome", []))
 
 
 class Control:
@@ -96,8 +105,11 @@ class Control:
                 self.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={users_bus}"
                 self.environment["XDG_RUNTIME_DIR"] = os.path.dirname(users_bus)
             else:
-                self.bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
-                                            env=self.environment, stdout=subprocess.PIPE, text=True)
+                try:
+                    self.bus = subprocess.Popen(["dbus-daemon", "--session", "--nofork", "--print-address=1"],
+                                                env=self.environment, stdout=subprocess.PIPE, text=True)
+                except OSError as error:
+                    raise CallFailed([f"dbus-daemon cannot be started: {error.strerror}"]) from error
                 self.environment["DBUS_SESSION_BUS_ADDRESS"] = self.bus.stdout.readline().strip()
         return self
 
@@ -122,7 +134,7 @@ class Control:
             document = {}
         if ended.returncode != 0:
             raise CallFailed(document.get("failures") or [ended.stderr.strip()
-                             or f"brevokctl {arguments[0]} ended with exit status {ended.returncode}"])
+                             or f"brevokctl {arguments[0]} ended with exit status {ended.returncode}"], document)
         return document
 
     def statuses(self):
@@ -148,12 +160,16 @@ def run(module, control, result):
     if not wanted or module.check_mode:
         return
     try:
-        control.call("remove" if state == "absent" else "install", *wanted)
+        document = control.call("remove" if state == "absent" else "install", *wanted)
+        result["changed"] = changed_something(document)
+    except CallFailed as failed:
+        result["changed"] = changed_something(failed.document)
+        raise
     finally:
-        after = control.statuses()
-        for name in names:
-            result["packages"][name]["after"] = after.get(name)
-        result["changed"] = after != before
+        with contextlib.suppress(CallFailed):
+            after = control.statuses()
+            for name in names:
+                result["packages"][name]["after"] = after.get(name)
 
 
 def main():
@@ -170,7 +186,7 @@ def main():
         with Control(module.params["timeout"]) as control:
             run(module, control, result)
     except CallFailed as failed:
-        module.fail_json(msg="; ".join(failed.args[0]), failures=failed.args[0], **result)
+        module.fail_json(msg="; ".join(failed.sentences), failures=failed.sentences, **result)
     module.exit_json(**result)
 
 

@@ -1511,5 +1511,9 @@ Bitte melden Sie sich erneut an.</translation>
         <source>Used by scheduled updates. Next: %1.</source>
         <translation>Für geplante Updates. Nächster Lauf: %1.</translation>
     </message>
+    <message>
+        <source>Clear Search</source>
+        <translation>Suche leeren</translation>
+    </message>
 </context>
 </TS>

@@ -1511,5 +1511,9 @@ Vuelva a iniciar sesión.</translation>
         <source>Used by scheduled updates. Next: %1.</source>
         <translation>Se usa en las actualizaciones programadas. Próxima: %1.</translation>
     </message>
+    <message>
+        <source>Clear Search</source>
+        <translation>Borrar la búsqueda</translation>
+    </message>
 </context>
 </TS>

@@ -1511,5 +1511,9 @@ Veuillez vous reconnecter.</translation>
         <source>Used by scheduled updates. Next: %1.</source>
         <translation>Utilisé par les mises à jour planifiées. Prochaine : %1.</translation>
     </message>
+    <message>
+        <source>Clear Search</source>
+        <translation>Effacer la recherche</translation>
+    </message>
 </context>
 </TS>

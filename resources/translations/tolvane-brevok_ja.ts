@@ -1511,5 +1511,9 @@ Please try to sign-in again.</source>
         <source>Used by scheduled updates. Next: %1.</source>
         <translation>スケジュールされたアップデートで使用されます。次回: %1</translation>
     </message>
+    <message>
+        <source>Clear Search</source>
+        <translation>検索を消去</translation>
+    </message>
 </context>
 </TS>

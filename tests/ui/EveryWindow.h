@@ -19,6 +19,7 @@
 #include "ui/windows/BrevokUpdateResultController.h"
 #include "ui/windows/ReportBodyView.h"
 #include "ui/windows/SmallWindows.h"
+#include "ui/windows/WebAddressWindow.h"
 #include "updates/BrevokSelfUpdater.h"
 
 #include <QAbstractButton>
@@ -62,6 +63,9 @@ inline bool isClickable(const QWidget *widget)
 {
     if (const auto *text = qobject_cast<const QPlainTextEdit *>(widget)) {
         return !text->isReadOnly();
+    }
+    if (qobject_cast<const QLineEdit *>(widget->parentWidget()) != nullptr) {
+        return false; // what empties the field, as its keys do
     }
     return qobject_cast<const QAbstractButton *>(widget) != nullptr
         || qobject_cast<const QLineEdit *>(widget) != nullptr
@@ -184,6 +188,55 @@ inline Scene panelWithRows()
     return scene(rig, rig->panel->window());
 }
 
+/// The user's own check failed, for a reason of very many words.
+inline Scene panelFailedCheck()
+{
+    auto rig = std::make_shared<PanelRig>(true);
+    fillCatalogue(*rig, 4);
+    rig->open();
+    Q_EMIT rig->rig.packages.ownCheckFailed(u"The server says that it is tired. "_s.repeated(20));
+    return scene(rig, rig->panel->window());
+}
+
+inline std::shared_ptr<PanelRig> panelWithUpdates()
+{
+    auto rig = std::make_shared<PanelRig>(true);
+    fillCatalogue(*rig, 6, u"1.0"_s);
+    rig->open();
+    const auto *button = rig->child<PanelButton>("updateAllButton");
+    return QTest::qWaitFor([button] { return button->isVisible(); }) ? rig : nullptr;
+}
+
+inline Scene panelUpdateAll()
+{
+    const auto rig = panelWithUpdates();
+    return rig ? scene(rig, rig->panel->window()) : Scene();
+}
+
+inline Scene panelUpdating()
+{
+    const auto rig = panelWithUpdates();
+    if (!rig) {
+        return {};
+    }
+    rig->child<PanelButton>("updateAllButton")->click();
+    const bool begun = QTest::qWaitFor([&rig] { return !rig->rig.service.downloads.isEmpty(); });
+    return begun ? scene(rig, rig->panel->window()) : Scene();
+}
+
+inline Scene panelNothingFound()
+{
+    auto rig = std::make_shared<PanelRig>(true);
+    fillCatalogue(*rig, 24);
+    rig->open();
+    auto *field = rig->child<QLineEdit>("searchField");
+    if (!QTest::qWaitFor([field] { return field->isVisible(); })) {
+        return {};
+    }
+    field->setText(u"zebra"_s);
+    return scene(rig, rig->panel->window());
+}
+
 // the preferences
 
 inline Scene preferencesSignedOut()
@@ -215,6 +268,13 @@ inline std::shared_ptr<Desk> deskWithTargets()
 inline Scene preferencesTargets()
 {
     const auto desk = deskWithTargets();
+    return scene(desk, &*desk->window);
+}
+
+inline Scene preferencesRemoved()
+{
+    const auto desk = deskWithTargets();
+    desk->click("removeButton");
     return scene(desk, &*desk->window);
 }
 
@@ -251,6 +311,13 @@ inline Scene alertWith(const QString &informativeText, const QList<AlertButton> 
 inline Scene alertShort()
 {
     return alertWith(u"Do you want to use it anyway?"_s, {{u"OK"_s}, {u"Cancel"_s}});
+}
+
+/// Return means the second, too.
+inline Scene alertRemove()
+{
+    return alertWith(u"It is removed from all your applications."_s,
+        {{u"Remove"_s}, {.title = u"Cancel"_s, .key = AlertKey::ReturnAndEscape}});
 }
 
 inline Scene alertLong()
@@ -308,10 +375,17 @@ inline Scene updateResult()
 {
     auto rig = std::make_shared<SmallRig>();
     BrevokUpdateResultController &window = rig->windows.updateResultController();
+    window.setTitleString(u"You're up-to-date!"_s);
+    window.setLabelString(u"No updates were found."_s);
     window.showWindow();
-    window.setWindowTitle(u"You're up-to-date!"_s);
-    window.findChild<QLabel *>(u"title"_s)->setText(window.windowTitle());
-    window.findChild<QLabel *>(u"label"_s)->setText(u"No updates were found."_s);
+    return scene(rig, &window);
+}
+
+inline Scene webAddress()
+{
+    auto rig = std::make_shared<SmallRig>();
+    auto &window = rig->windows.window<WebAddressWindow>();
+    window.showAddress(QUrl(u"https://service.example/"_s + QString(500, u'w')), nullptr);
     return scene(rig, &window);
 }
 
@@ -357,12 +431,15 @@ inline const QList<SceneMaker> &everyWindow()
 {
     static const QList<SceneMaker> all{{"panel, signed out", panelSignedOut},
         {"panel, in trouble", panelInTrouble}, {"panel, without targets", panelWithoutTargets},
-        {"panel, rows", panelWithRows}, {"preferences, signed out", preferencesSignedOut},
+        {"panel, rows", panelWithRows}, {"panel, failed check", panelFailedCheck},
+        {"panel, update all", panelUpdateAll}, {"panel, updating", panelUpdating},
+        {"panel, nothing found", panelNothingFound}, {"preferences, signed out", preferencesSignedOut},
         {"preferences, signed in", preferencesSignedIn}, {"preferences, targets", preferencesTargets},
-        {"preferences, sheet", preferencesSheet}, {"preferences, settings", preferencesSettings},
-        {"alert", alertShort}, {"alert, long", alertLong}, {"bug report", bugReport},
-        {"bug report, body", reportBody}, {"about", about}, {"update, progress", updateProgress},
-        {"update, result", updateResult}, {"software update", softwareUpdate}};
+        {"preferences, removed", preferencesRemoved}, {"preferences, sheet", preferencesSheet},
+        {"preferences, settings", preferencesSettings}, {"alert", alertShort}, {"alert, remove", alertRemove},
+        {"alert, long", alertLong}, {"bug report", bugReport}, {"bug report, body", reportBody},
+        {"about", about}, {"update, progress", updateProgress}, {"update, result", updateResult},
+        {"web address", webAddress}, {"software update", softwareUpdate}};
     return all;
 }
 

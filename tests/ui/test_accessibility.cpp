@@ -49,6 +49,7 @@ struct Expected {
     QAccessible::Role role;
 };
 constexpr std::array expectedRoles{Expected{"QCheckBox", QAccessible::CheckBox},
+    Expected{"QLineEditIconButton", QAccessible::PushButton}, // empties a field
     Expected{"QToolButton", QAccessible::PageTab}, // the preferences' pages
     Expected{"QAbstractButton", QAccessible::PushButton}, Expected{"QLineEdit", QAccessible::EditableText},
     Expected{"QComboBox", QAccessible::ComboBox}, Expected{"QTableView", QAccessible::Table},

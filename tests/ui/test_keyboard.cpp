@@ -6,7 +6,9 @@
 #include "EveryWindow.h"
 
 #include <QApplication>
+#include <QPushButton>
 #include <QSet>
+#include <QSignalSpy>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -80,9 +82,11 @@ private Q_SLOTS:
         QList<QWidget *> clickable = widgetsInSight(*scene.window);
         clickable.removeIf(
             [](const QWidget *widget) { return !isClickable(widget) || !widget->isEnabled(); });
-        if (clickable.isEmpty()) {
-            return; // there is nothing but text
+        if (QLatin1StringView(everyWindow().at(index).name) == "about"_L1) {
+            QVERIFY(clickable.isEmpty()); // there is nothing but text
+            return;
         }
+        QVERIFY(!clickable.isEmpty());
         Steps steps(*scene.window);
         const QList<const QWidget *> forwards = steps.round(Qt::Key_Tab);
         QVERIFY2(steps.faults.isEmpty(), qPrintable(steps.faults.join(u'\n')));
@@ -104,6 +108,35 @@ private Q_SLOTS:
         }
     }
 
+    void returnPresses_data() { addEveryWindow(); }
+
+    // In the panel and in dialogs, but for alerts, in which it means the same wherever the focus is.
+    void returnPresses()
+    {
+        QFETCH(qsizetype, index);
+        const Scene scene = showScene(everyWindow().at(index).make());
+        if (scene.window == nullptr) {
+            QFAIL("the window did not come up");
+        }
+        const bool isAlert = qobject_cast<const AlertDialog *>(scene.window) != nullptr;
+        const QList<QWidget *> widgets = widgetsInSight(*scene.window);
+        for (QWidget *widget : widgets) {
+            auto *button = qobject_cast<QPushButton *>(widget);
+            const bool hears = button != nullptr && button->isEnabled()
+                && (button->autoDefault() || qobject_cast<BrevokPanel *>(scene.window) != nullptr);
+            if (!hears || isAlert) {
+                continue;
+            }
+            button->disconnect(); // the window is to stay as it is
+            const QSignalSpy clicked(button, &QPushButton::clicked);
+            const QSignalSpy pressed(button, &QPushButton::pressed);
+            button->setFocus(Qt::TabFocusReason);
+            QCOMPARE(QApplication::focusWidget(), button);
+            ::press(Qt::Key_Return);
+            QVERIFY2(!clicked.isEmpty() || !pressed.isEmpty(), qPrintable(described(*button)));
+        }
+    }
+
     void escapeCloses_data() { addEveryWindow(); }
 
     // An alert without a button to cancel with would have to stay; those here have one.
@@ -115,6 +148,11 @@ private Q_SLOTS:
             QFAIL("the window did not come up");
         }
         const QPointer<QWidget> window = scene.window;
+        if (const auto *search = window->findChild<QLineEdit *>(u"searchField"_s);
+            search != nullptr && !search->text().isEmpty()) {
+            ::press(Qt::Key_Escape); // ends the search
+            QVERIFY(window->isVisible() && search->text().isEmpty());
+        }
         ::press(Qt::Key_Escape);
         QTRY_VERIFY(window.isNull() || !window->isVisible());
     }

@@ -14,6 +14,7 @@
 #include "ui_BrevokPanel.h"
 
 #include <QShortcut>
+#include <QToolButton>
 
 namespace brevok {
 
@@ -216,6 +217,9 @@ void PanelPackagesTab::updateFonts()
 {
     m_ui.packagesView->setAccessibleName(Texts::tr("Plug-Ins"));
     m_ui.searchField->setAccessibleName(Texts::tr("Search Plug-Ins"));
+    if (auto *clear = m_ui.searchField->findChild<QToolButton *>()) {
+        clear->setAccessibleName(Texts::tr("Clear Search"));
+    }
     m_ui.searchField->setPlaceholderText(Texts::tr("Search"));
     m_ui.searchField->setFont(PanelStyle::font(13));
     m_ui.nothingFound->setText(Texts::tr("No Plug-In has such a name."));

@@ -96,6 +96,7 @@ QLabel &SmallWindow::addText(const QString &name, const QString &text)
 void SmallWindow::add(QWidget &widget)
 {
     m_column->addWidget(&widget);
+    widget.raise(); // screen readers follow the order of what lies above each other
 }
 
 void SmallWindow::addSpace()

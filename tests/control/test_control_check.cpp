@@ -4,6 +4,7 @@
 #include "../install/InstallRig.h"
 #include "control/ControlService.h"
 #include "install/Converger.h"
+#include "install/UpdateRun.h"
 #include "platform/PropertyLists.h"
 #include "platform/StorageWatch.h"
 #include "reporting/BrevokUsageReporter.h"
@@ -47,6 +48,7 @@ struct Application {
     BrevokUsageReporter usageReporter;
     BugReporter bugReporter{{network, connectivity, &rig.packages, &rig.plugins, &rig.targets,
         [] { return QString(); }, bundle, {}}};
+    UpdateRun updates{rig.flow, rig.packages};
     Converger converger{
         {session, rig.plugins, rig.packages, rig.flow, rig.state, [] { return Converger::Wishes(); },
             [] {
@@ -58,8 +60,8 @@ struct Application {
 
     Application()
     {
-        control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, rig.state,
-            settings, storage, [] { return false; }, bugReporter, usageReporter, converger});
+        control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, updates,
+            rig.state, settings, storage, [] { return false; }, bugReporter, usageReporter, converger});
     }
     [[nodiscard]] QDBusPendingCall call(const QString &method, const QVariantList &arguments = {}) const
     {

@@ -355,14 +355,15 @@ void TargetsPage::folderTested(const QString &path, const ChosenFolder &chosen)
 // Of a folder that is in the list, a record that says the same stays: the search may know its host by more.
 void TargetsPage::addTarget(const QString &path, const QString &type, const QString &version)
 {
-    const Record present = m_targets.targets().value(m_targets.recordPath(path).value_or(path));
+    const QString known = m_targets.recordPath(path).value_or(path); // however the path is written
+    const Record present = m_targets.targets().value(known);
     const bool isInCopy = present.value(TargetKeys::type).toString().contains("InCopy"_L1);
     if (!present.isEmpty() && isInCopy == (type == "InCopy"_L1)
         && present.value(TargetKeys::version) == QJsonValue(version)) {
-        if (m_targets.targetState(path)) {
+        if (m_targets.targetState(known)) {
             m_refused.append(Texts::tr("'%1' is already in the list.").arg(path));
         } else {
-            m_targets.setTarget(path, true);
+            m_targets.setTarget(known, true);
         }
     } else {
         m_targets.insertTarget(path, type, version);

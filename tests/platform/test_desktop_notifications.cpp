@@ -34,7 +34,7 @@ public Q_SLOTS:
     }
 
 Q_SIGNALS:
-    void ActionInvoked(uint id, const QString &action);
+    void ActionInvoked(uint /*id*/, const QString & /*action*/);
 };
 
 namespace {

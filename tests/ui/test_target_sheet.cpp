@@ -200,7 +200,6 @@ void TargetSheetTest::oneFolderIsAddedOnce()
     QVERIFY(QDir().mkpath(QFileInfo(link).path()) && QFile::link(path, link));
     desk.targets->insertTarget(u"/Z"_s, u"Adobe InDesign"_s, u"75"_s);
     desk.targets->insertTarget(path, u"Adobe InDesign"_s, u"75"_s);
-    desk.targets->setTarget(path, false);
     desk.openTargets();
     const auto add = [&desk](const QString &folder, int version) {
         desk.click("insertButton");
@@ -222,8 +221,12 @@ void TargetSheetTest::oneFolderIsAddedOnce()
         QCOMPARE(shownNotice(desk), u"'%1' is already in the list."_s.arg(spelling));
         const Record record = desk.targets->targets().value(path);
         QCOMPARE(record.value(TargetKeys::type).toString(), u"Adobe InDesign"_s);
-        QVERIFY(!desk.targets->targetState(path));
     }
+    // Who adds what is switched off wants it on.
+    desk.targets->setTarget(path, false);
+    add(link, 3);
+    QVERIFY(desk.targets->targetState(path));
+    QVERIFY(shownNotice(desk).isEmpty());
     // Another version is a correction.
     add(path, 4);
     QCOMPARE(desk.targets->targets().value(path).value(TargetKeys::version).toString(), u"80"_s);

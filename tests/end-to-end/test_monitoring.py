@@ -2,6 +2,7 @@
 import json
 import pathlib
 import re
+import shlex
 import stat
 import subprocess
 import sys
@@ -101,7 +102,7 @@ class Monitoring(unittest.TestCase):
         folder.mkdir()
         unit = (SOURCE / "packaging/systemd/tolvane-brevok-converge.service.in").read_text()
         words = re.search("^ExecStopPost=-/bin/sh -c '(.*)'$", unit, re.M)[1].replace("$$", "$")
-        command = words.replace("@BREVOK_BIN@", str(PROGRAMS))
+        command = words.replace("@BREVOK_BIN@", shlex.quote(str(PROGRAMS)))
         run = {"shell": True, "check": True}
         subprocess.run(command, env=session.environment, **run)
         self.assertEqual(list(folder.iterdir()), [], "no folder is configured")

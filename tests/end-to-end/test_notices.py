@@ -3,6 +3,7 @@ import json
 import os
 import pathlib
 import queue
+import shlex
 import subprocess
 import sys
 import threading
@@ -126,7 +127,7 @@ class Notices(unittest.TestCase):
                  if name.startswith("XDG_")]
         file = services / "com.tolvane.brevok.service"
         self.addCleanup(file.unlink)
-        command = " ".join(map(str, ["/usr/bin/env", *words, *self.session.application_command()]))
+        command = shlex.join(map(str, ["/usr/bin/env", *words, *self.session.application_command()]))
         file.write_text(f"[D-BUS Service]\nName=com.tolvane.brevok\nExec={command}\n")
         self.ask_bus("ReloadConfig")
         wait_for(lambda: "com.tolvane.brevok" in self.ask_bus("ListActivatableNames"), "the bus knows the program")

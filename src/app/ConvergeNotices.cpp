@@ -26,8 +26,8 @@ const QString toldKey = u"ConvergeToldWaiting"_s; // names of packages
 QString someOf(const QStringList &names)
 {
     constexpr qsizetype most = 5;
-    const QString first = names.first(std::min(most, names.size())).join(u", "_s);
-    return names.size() > most ? Texts::tr("%1 (and %2 more)").arg(first).arg(names.size() - most) : first;
+    const qsizetype shown = std::min(most, names.size());
+    return andMore(names.first(shown).join(u", "_s), names.size() - shown);
 }
 
 QString titleFor(const ConvergeOutcome &outcome, const QStringList &waiting)
@@ -95,11 +95,9 @@ void ConvergeNotices::tell(const ConvergeOutcome &outcome)
         return;
     }
     QStringList waiting;
-    const QList<Record> packages = m_with.packages.packageRecords();
+    const QList<Record> packages = m_with.packages.waitingPackages();
     for (const Record &package : packages) {
-        if (m_with.packages.waits(package)) {
-            waiting.append(package.value(PackageKeys::name).toString());
-        }
+        waiting.append(package.value(PackageKeys::name).toString());
     }
     if (const auto notice = noticeOf(outcome, waiting, m_told)) {
         m_with.center.deliver(*notice);

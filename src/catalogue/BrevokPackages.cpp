@@ -316,16 +316,11 @@ bool BrevokPackages::waits(const Record &package) const
         packagesStatus().value(package.value(PackageKeys::prefix).toString(), PackageStatus::MissingData));
 }
 
-QStringList BrevokPackages::waitingPrefixes() const
+QList<Record> BrevokPackages::waitingPackages() const
 {
-    QStringList prefixes;
-    for (const auto &[name, package] : m_packages.byName()) {
-        if (waits(package)) {
-            prefixes.append(package.value(PackageKeys::prefix).toString());
-        }
-    }
-    prefixes.removeDuplicates();
-    return prefixes;
+    QList<Record> packages = packageRecords();
+    packages.removeIf([this](const Record &package) { return !waits(package); });
+    return packages;
 }
 
 void BrevokPackages::whenSettled(QObject *context, const Task &then)

@@ -48,8 +48,8 @@ public:
     [[nodiscard]] const QHash<QString, PackageStatus> &packagesStatus() const;
     /// Whether an update waits for this package.
     [[nodiscard]] bool waits(const Record &package) const;
-    /// The prefixes of all those, each once.
-    [[nodiscard]] QStringList waitingPrefixes() const;
+    /// All those, in the catalogue's order.
+    [[nodiscard]] QList<Record> waitingPackages() const;
     /// The packages that the last notification counted as needing an update.
     [[nodiscard]] int updates() const { return m_updates; }
     [[nodiscard]] bool updating() const;

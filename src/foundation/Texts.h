@@ -12,4 +12,8 @@ class Texts {
     Q_DECLARE_TR_FUNCTIONS(Brevok)
 };
 
+/// "FIRST (and 2 more)", localised; @p first alone when there are no @p others. A full stop at the end of @p
+/// first goes, since the sentence goes on.
+[[nodiscard]] QString andMore(QString first, qsizetype others);
+
 } // namespace brevok

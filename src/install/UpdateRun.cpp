@@ -31,7 +31,11 @@ void UpdateRun::start(const Completion &done)
         Q_EMIT changed();
         return;
     }
-    m_prefixes = m_packages.waitingPrefixes();
+    const QList<Record> packages = m_packages.waitingPackages();
+    for (const Record &package : packages) {
+        m_prefixes.append(package.value(PackageKeys::prefix).toString());
+    }
+    m_prefixes.removeDuplicates();
     m_total = m_prefixes.size();
     next();
 }

@@ -31,7 +31,7 @@ struct UpdateRig : InstallRig {
         plugins.updateWithArray(builds);
         packages.updateWithArray(list);
         waits = QTest::qWaitFor(
-            [&] { return !packages.updating() && packages.waitingPrefixes().size() == count; });
+            [&] { return !packages.updating() && packages.waitingPackages().size() == count; });
     }
     /// Answers the download that comes next. Whether it came.
     bool answerNext(const QByteArray &body)

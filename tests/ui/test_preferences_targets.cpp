@@ -227,7 +227,7 @@ void PreferencesTargetsTest::foldersAreDropped()
     QVERIFY(desk.sheet() == nullptr && desk.presenter.sheets.isEmpty());
     // Nothing of all this can be added.
     drop(desk, {first, u"smb://server/Plug-Ins"_s, desk.folder.filePath(u"gone/Plug-Ins"_s)});
-    QTRY_COMPARE(shownNotice(desk), u"'%1' is already in the list. (and 2 more)"_s.arg(first));
+    QTRY_COMPARE(shownNotice(desk), u"'%1' is already in the list (and 2 more)"_s.arg(first));
     QCOMPARE(desk.targets->allRecords().size(), 2);
 }
 

@@ -220,15 +220,7 @@ QString failureNote(const InstallOutcome &outcome)
     if (failures.isEmpty()) {
         return {};
     }
-    QString first = failures.constFirst().brief();
-    const auto others = outcome.failureSentences().size() - 1;
-    if (others == 0) {
-        return first;
-    }
-    if (first.endsWith(u'.') || first.endsWith(u'。')) {
-        first.chop(1); // the sentence goes on
-    }
-    return Texts::tr("%1 (and %2 more)").arg(first, QLocale().toString(others));
+    return andMore(failures.constFirst().brief(), outcome.failureSentences().size() - 1);
 }
 
 int DownloadProgress::permille() const

@@ -320,8 +320,7 @@ void TargetsPage::addNextFolder()
     if (m_waiting.isEmpty()) {
         m_adding = false;
         const QStringList refused = std::exchange(m_refused, {});
-        tell(refused.size() < 2 ? refused.value(0)
-                                : Texts::tr("%1 (and %2 more)").arg(refused.first()).arg(refused.size() - 1));
+        tell(refused.isEmpty() ? QString() : andMore(refused.first(), refused.size() - 1));
     } else if (const QString path = m_waiting.takeFirst(); path.isEmpty()) {
         openSheet(path);
     } else {

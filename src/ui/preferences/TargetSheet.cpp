@@ -91,7 +91,6 @@ void TargetSheet::setTargetPath(const QString &path)
     m_versionByHand = false;
     m_outlets->targetPath->setCurrentIndex(pathItem);
     setPlainToolTip(*m_outlets->targetPath, path);
-    m_outlets->targetPath->setAccessibleDescription(oneLine(path));
     showPath();
     setChecking(!path.isEmpty());
     if (!path.isEmpty()) {

@@ -18,6 +18,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr QChar placeToBreak(0x200B); // zero width space
+constexpr qsizetype mostOfToolTip = 1000; // characters
 
 // What was selected in @p label and comes to the clipboard. What other programs copy is not asked for: they
 // may answer late, or not at all.
@@ -71,12 +72,11 @@ void setBreakableText(QLabel &label, const QString &text)
 
 QString plainToolTip(const QString &text)
 {
-    constexpr qsizetype mostCharacters = 1000;
     constexpr qsizetype mostLines = 16;
     if (text.isEmpty()) {
         return {};
     }
-    QStringList lines = severalLines(text, mostCharacters).split(u'\n');
+    QStringList lines = severalLines(text, mostOfToolTip).split(u'\n');
     if (lines.size() > mostLines) {
         lines.resize(mostLines);
         lines.append(u"…"_s);
@@ -87,7 +87,7 @@ QString plainToolTip(const QString &text)
 void setPlainToolTip(QWidget &view, const QString &text)
 {
     view.setToolTip(plainToolTip(text));
-    view.setAccessibleDescription(text);
+    view.setAccessibleDescription(severalLines(text, mostOfToolTip));
 }
 
 } // namespace brevok

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void ownCheckIsNotDoneBeforeItsLists();
     void failedOwnCheckHasNoResult_data();
     void failedOwnCheckHasNoResult();
+    void whatAFailedOwnCheckFoundIsToldLater();
     void veryLongListsAreTaken();
 };
 
@@ -410,6 +411,30 @@ void PackagesTest::failedOwnCheckHasNoResult()
     QTRY_VERIFY(!packages.updating());
     packages.notifyPackageStatuses();
     QVERIFY(result.isEmpty());
+}
+
+void PackagesTest::whatAFailedOwnCheckFoundIsToldLater()
+{
+    Fixture f;
+    BrevokPackages &packages = f.start();
+    f.target(u"p"_s, u"1.0"_s);
+    const QJsonArray builds{Fixture::build(u"p"_s, u"p"_s, u"2.0"_s, 140)};
+    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+    const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+    f.service.answerList(
+        Fixture::good({Fixture::package(u"p"_s, u"p"_s)})); // at the start, with no build for it
+    f.service.lists.clear();
+    packages.checkForUpdates(false);
+    f.service.answerList(Fixture::good(builds));
+    f.service.answerList({.status = 503, .body = {}, .headers = {}, .error = {}});
+    QTRY_COMPARE(failed.size(), 1);
+    QTRY_COMPARE(packages.updates(), 1);
+    QVERIFY(result.isEmpty());
+    packages.checkForUpdates(false);
+    f.service.answerList(Fixture::good(builds));
+    f.service.answerList(Fixture::good({Fixture::package(u"p"_s, u"p"_s)}));
+    QTRY_COMPARE(result.size(), 1);
+    QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
 }
 
 void PackagesTest::veryLongListsAreTaken()

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "install/ConvergeOutcome.h"
 #include "install/ConvergePlan.h"
 
 #include <QRegularExpression>
@@ -37,6 +38,7 @@ private Q_SLOTS:
     void wishesDecide_data();
     void wishesDecide();
     void manyPrefixes();
+    void placesAreToldOnce();
 };
 
 void ConvergePlanTest::statusesDecide_data()
@@ -113,6 +115,21 @@ void ConvergePlanTest::manyPrefixes()
     const ConvergePlan plan = planConvergence(wishes, true, statuses);
     QCOMPARE(plan.installs.size(), 2500);
     QCOMPARE(plan.installs.constFirst(), u"1"_s);
+}
+
+// Each build of a plug-in has a command of its own for the same place.
+void ConvergePlanTest::placesAreToldOnce()
+{
+    using End = PluginOutcome::End;
+    InstallOutcome builds;
+    for (const End end : {End::Skipped, End::Skipped, End::Failed, End::Failed}) {
+        builds.entries.append({.end = end, .plugin = u"A"_s, .target = u"/T"_s});
+    }
+    builds.entries.append({.end = End::Skipped, .plugin = u"A"_s, .target = u"/U"_s});
+    ConvergeOutcome outcome;
+    outcome.add(u"P"_s, u"Pack"_s, builds);
+    QCOMPARE(outcome.deferred.size(), 2);
+    QCOMPARE(outcome.failed.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(ConvergePlanTest)

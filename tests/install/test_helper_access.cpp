@@ -19,6 +19,7 @@ private Q_SLOTS:
 
     void isKeptReplacedOrInstalled_data();
     void isKeptReplacedOrInstalled();
+    void refusalsCountForThePersonAlone();
     void isUsedWhereItCanBe_data();
     void isUsedWhereItCanBe();
 };
@@ -84,6 +85,24 @@ void HelperAccessTest::isKeptReplacedOrInstalled()
     rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
     QTRY_COMPARE(ended, 2);
     QCOMPARE(rig.helper.calls, calls);
+}
+
+// Who refused once is not asked again; an administrator may have installed the helper since.
+void HelperAccessTest::refusalsCountForThePersonAlone()
+{
+    InstallRig rig;
+    rig.helper.blesses = false;
+    QList<bool> answers;
+    const auto answered = [&](bool valid) {
+        answers.append(valid);
+    };
+    rig.installer.checkUpdateHelper(this, answered);
+    QTRY_COMPARE(answers, QList{false});
+    rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, 15), true};
+    rig.installer.checkUpdateHelper(this, answered);
+    QTRY_COMPARE(answers, (QList{false, false}));
+    rig.installer.checkUpdateHelper(this, answered, false);
+    QTRY_COMPARE(answers, (QList{false, false, true}));
 }
 
 void HelperAccessTest::isUsedWhereItCanBe_data()

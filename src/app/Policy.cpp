@@ -66,10 +66,12 @@ private:
         }
         const QString name = m_group + key;
         if (name == u"[Packages]Required") {
-            return takePrefixes(entry, m_policy.packages.required);
+            takePrefixes(entry, m_policy.packages.required);
+            return std::nullopt;
         }
         if (name == u"[Packages]Forbidden") {
-            return takePrefixes(entry, m_policy.packages.forbidden);
+            takePrefixes(entry, m_policy.packages.forbidden);
+            return std::nullopt;
         }
         if (m_taken.contains(name)) {
             return u"%1: is given twice"_s.arg(entry.source);
@@ -103,7 +105,7 @@ private:
         return folders.isEmpty() ? std::optional(u"%1: names no folder"_s.arg(entry.source)) : std::nullopt;
     }
 
-    static std::optional<QString> takePrefixes(const Policy::Entry &entry, QStringList &prefixes)
+    static void takePrefixes(const Policy::Entry &entry, QStringList &prefixes)
     {
         const QStringList words = entry.value.split(u':', Qt::SkipEmptyParts);
         for (const QString &word : words) {
@@ -111,7 +113,6 @@ private:
                 prefixes.append(word.trimmed());
             }
         }
-        return std::nullopt;
     }
 
     std::optional<QString> takeSetting(const QString &key, const Policy::Entry &entry)

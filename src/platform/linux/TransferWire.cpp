@@ -54,7 +54,7 @@ bool TransferWire::flush()
 
 bool TransferWire::fetch()
 {
-    std::array<char, 65536> block; // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the call
+    std::array<char, 65536> block;
     for (;;) {
         const ssize_t count = ::recv(m_socket.get(), block.data(), block.size(), MSG_DONTWAIT);
         if (count > 0) {

@@ -3,8 +3,8 @@
 
 // What reads archives, as the application loads it with the first one.
 
-#include "platform/linux/FileDigest.h"
-#include "platform/linux/ZipReader.h"
+#include "platform/linux/files/FileDigest.h"
+#include "platform/linux/files/ZipReader.h"
 
 /// @return a reader that the caller deletes
 extern "C" Q_DECL_EXPORT brevok::ZipReader *openArchive(int archive, size_t blockSize)

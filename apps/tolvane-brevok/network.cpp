@@ -3,8 +3,8 @@
 
 // What speaks HTTP, as the application starts it with a request, and with it ends it.
 
-#include "platform/linux/TransferServer.h"
-#include "platform/linux/TransferWork.h"
+#include "platform/linux/network/TransferServer.h"
+#include "platform/linux/network/TransferWork.h"
 #include "platform/StandardStreams.h"
 
 #include <QFile>

@@ -4,7 +4,7 @@
 #include "app/EarlierKeys.h"
 #include "app/StateTakeOver.h"
 #include "catalogue/CatalogueKeys.h"
-#include "platform/linux/FileSettingsStore.h"
+#include "platform/linux/files/FileSettingsStore.h"
 #include "support/Archived.h"
 #include "support/FailingDisk.h"
 #include "support/LogCapture.h"

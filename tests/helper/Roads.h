@@ -4,8 +4,8 @@
 #pragma once
 
 #include "helper/BrevokInstaller.h"
-#include "platform/linux/GuardedFileOperations.h"
-#include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/files/GuardedFileOperations.h"
+#include "platform/linux/files/LinuxFileOperations.h"
 
 #include <QDir>
 #include <QDirIterator>

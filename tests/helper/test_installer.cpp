@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "helper/BrevokInstaller.h"
-#include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/files/LinuxFileOperations.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"

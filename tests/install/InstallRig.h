@@ -8,7 +8,7 @@
 #include "FakeHelperTool.h"
 #include "install/BrevokAppInstaller.h"
 #include "install/InstallFlow.h"
-#include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/files/LinuxFileOperations.h"
 #include "support/FakePlatform.h"
 #include "support/FakeServiceClient.h"
 #include "support/LogCapture.h"

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/SqliteStateStore.h"
+#include "platform/linux/files/SqliteStateStore.h"
 
 #include <QTest>
 

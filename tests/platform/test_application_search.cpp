@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/BoundedWork.h"
-#include "platform/linux/InotifyApplicationSearch.h"
+#include "platform/linux/files/InotifyApplicationSearch.h"
 #include "support/SampleBundles.h"
 
 #include <QDirIterator>

@@ -3,7 +3,7 @@
 
 // Files of the program's own are handed to the helper as copies in the temporary folder.
 
-#include "platform/linux/BusInstaller.h"
+#include "platform/linux/privileges/BusInstaller.h"
 #include "support/FileSizeLimit.h"
 #include "support/SampleBundles.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/DesktopNotifications.h"
+#include "platform/linux/session/DesktopNotifications.h"
 
 #include <QRegularExpression>
 #include <QTest>

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/DBusNotifications.h"
-#include "platform/linux/ProcRunningApplications.h"
-#include "platform/linux/XdgUrlOpener.h"
+#include "platform/linux/session/DBusNotifications.h"
+#include "platform/linux/session/ProcRunningApplications.h"
+#include "platform/linux/session/XdgUrlOpener.h"
 #include "platform/PropertyLists.h"
 #include "platform/StandardFolders.h"
 #include "platform/TerminationRequests.h"

@@ -4,9 +4,9 @@
 // The order in which files are written, synced and renamed, which a killed process does not tell: a power cut
 // takes everything that was not synced.
 
-#include "platform/linux/FileSettingsStore.h"
-#include "platform/linux/LinuxFileOperations.h"
-#include "platform/linux/SqliteStateStore.h"
+#include "platform/linux/files/FileSettingsStore.h"
+#include "platform/linux/files/LinuxFileOperations.h"
+#include "platform/linux/files/SqliteStateStore.h"
 #include "support/SampleBundles.h"
 #include "support/Stored.h"
 #include "support/ZipWriter.h"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/LinuxFileOperations.h"
-#include "platform/linux/SafePath.h"
+#include "platform/linux/files/LinuxFileOperations.h"
+#include "platform/linux/files/SafePath.h"
 #include "platform/PartFiles.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"

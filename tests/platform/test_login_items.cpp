@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/AutostartLoginItems.h"
+#include "platform/linux/session/AutostartLoginItems.h"
 #include "support/Folders.h"
 #include "support/FolderTest.h"
 #include "support/LogCapture.h"

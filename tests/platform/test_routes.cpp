@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/RouteTable.h"
-#include "platform/linux/RouteTableLookup.h"
+#include "platform/linux/network/RouteTable.h"
+#include "platform/linux/network/RouteTableLookup.h"
 
 #include <QCoreApplication>
 #include <QProcess>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/FileSettingsStore.h"
+#include "platform/linux/files/FileSettingsStore.h"
 #include "SettingsFixture.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"

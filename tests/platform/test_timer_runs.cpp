@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/SystemdTimerRuns.h"
+#include "platform/linux/session/SystemdTimerRuns.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>

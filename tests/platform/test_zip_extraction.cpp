@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "platform/linux/LinuxFileOperations.h"
+#include "platform/linux/files/LinuxFileOperations.h"
 #include "support/FileSizeLimit.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/Tasks.h"
-#include "platform/linux/Gunzip.h"
+#include "platform/linux/network/Gunzip.h"
 #include "service/TransportErrors.h"
 #include "ServiceStage.h"
 #include "support/SampleBundles.h"

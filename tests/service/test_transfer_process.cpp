@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/Tasks.h"
-#include "platform/linux/TransferWire.h"
+#include "platform/linux/network/TransferWire.h"
 #include "ServiceStage.h"
 
 #include <QDir>

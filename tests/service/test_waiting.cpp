@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/Tasks.h"
-#include "platform/linux/TransferWork.h"
+#include "platform/linux/network/TransferWork.h"
 #include "ServiceStage.h"
 
 #include <QRegularExpression>

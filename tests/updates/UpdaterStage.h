@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "platform/linux/PackageKitInstaller.h"
+#include "platform/linux/privileges/PackageKitInstaller.h"
 #include "service/HttpServiceClient.h"
 #include "service/NetworkFactory.h"
 #include "support/LogCapture.h"

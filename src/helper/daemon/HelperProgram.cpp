@@ -7,7 +7,7 @@
 #include "daemon/HelperSetup.h"
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
-#include "platform/linux/RootFile.h"
+#include "platform/linux/files/RootFile.h"
 
 #include <QCoreApplication>
 #include <QThreadPool>

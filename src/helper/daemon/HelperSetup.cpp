@@ -5,7 +5,7 @@
 
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
-#include "platform/linux/RootFile.h"
+#include "platform/linux/files/RootFile.h"
 
 #include <QDBusMessage>
 #include <QDBusReply>

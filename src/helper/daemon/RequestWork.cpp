@@ -7,7 +7,7 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "helper/BrevokInstaller.h"
-#include "platform/linux/GuardedPath.h"
+#include "platform/linux/files/GuardedPath.h"
 
 #include <QFile>
 

@@ -4,9 +4,9 @@
 #pragma once
 
 #include "daemon/HelperRequest.h"
-#include "platform/linux/BorrowedRights.h"
-#include "platform/linux/GuardedFileOperations.h"
-#include "platform/linux/WorkJournal.h"
+#include "platform/linux/privileges/BorrowedRights.h"
+#include "platform/linux/files/GuardedFileOperations.h"
+#include "platform/linux/files/WorkJournal.h"
 
 #include <functional>
 

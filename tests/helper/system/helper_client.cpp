@@ -6,7 +6,7 @@
 // what was logged.
 
 #include "../../install/InstallRig.h"
-#include "platform/linux/BusHelperTool.h"
+#include "platform/linux/privileges/BusHelperTool.h"
 
 #include <QCoreApplication>
 

@@ -1,0 +1,171 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "platform/linux/session/AutostartLoginItems.h"
+
+#include "foundation/Log.h"
+#include "platform/RegularFile.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QMap>
+#include <QPointer>
+#include <QSaveFile>
+
+namespace brevok {
+
+namespace {
+
+constexpr qint64 sizeLimit = 64LL * 1024;
+
+// A value of type string, as the desktop entry format escapes it.
+QString escaped(const QString &text)
+{
+    QString result;
+    for (const QChar c : text) {
+        switch (c.unicode()) {
+        case u'\\':
+            result += QStringLiteral("\\\\");
+            break;
+        case u'\n':
+            result += QStringLiteral("\\n");
+            break;
+        case u'\r':
+            result += QStringLiteral("\\r");
+            break;
+        case u'\t':
+            result += QStringLiteral("\\t");
+            break;
+        default:
+            result += c;
+        }
+    }
+    return result;
+}
+
+// One argument of a command line: quoted against the shell's rules and the format's field codes.
+QString quoted(const QString &argument)
+{
+    QString result = QStringLiteral("\"");
+    for (const QChar c : argument) {
+        if (c == u'"' || c == u'`' || c == u'$' || c == u'\\') {
+            result += u'\\';
+        } else if (c == u'%') {
+            result += u'%';
+        }
+        result += c;
+    }
+    return result + u'"';
+}
+
+// The group "Desktop Entry"; empty when the file is none.
+QMap<QString, QString> readEntry(const QString &path)
+{
+    QMap<QString, QString> values;
+    bool inside = false;
+    const QString text = QString::fromUtf8(readRegularFile(path, sizeLimit).value_or(QByteArray()));
+    for (const QStringView raw : QStringView(text).split(u'\n')) {
+        const QStringView line = raw.trimmed();
+        if (line.startsWith(u'[')) {
+            inside = line == u"[Desktop Entry]";
+        } else if (const qsizetype sign = line.indexOf(u'='); inside && sign > 0 && line[0] != u'#') {
+            values.insert(line.first(sign).trimmed().toString(), line.sliced(sign + 1).trimmed().toString());
+        }
+    }
+    return values;
+}
+
+// Why it failed, or nothing.
+QString writeEntry(const QString &path, const QByteArray &bytes)
+{
+    QDir().mkpath(QFileInfo(path).absolutePath());
+    QSaveFile file(path);
+    const bool written =
+        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    return written
+        ? QString()
+        : QStringLiteral("The login item cannot be written to %1: %2").arg(path, file.errorString());
+}
+
+QString removeEntry(const QString &path)
+{
+    QFile file(path);
+    return file.remove()
+        ? QString()
+        : QStringLiteral("The login item %1 cannot be removed: %2").arg(path, file.errorString());
+}
+
+QString applicationKey()
+{
+    return QStringLiteral("X-Tolvane-Application-URL");
+}
+
+} // namespace
+
+AutostartLoginItems::AutostartLoginItems(QString file, QString displayName)
+    : m_file(std::move(file))
+    , m_displayName(std::move(displayName))
+{
+}
+
+bool AutostartLoginItems::contains(const QUrl &application) const
+{
+    if (m_unwritten->load(std::memory_order_acquire) > 0) {
+        return !application.isEmpty() && application == m_wanted;
+    }
+    const QMap<QString, QString> entry = readEntry(m_file);
+    const bool switchedOff = entry.value(QStringLiteral("Hidden")) == QStringLiteral("true")
+        || entry.value(QStringLiteral("X-GNOME-Autostart-enabled")) == QStringLiteral("false");
+    return !switchedOff && !application.isEmpty()
+        && entry.value(applicationKey()) == application.toString(QUrl::FullyEncoded);
+}
+
+void AutostartLoginItems::insert(const QUrl &application)
+{
+    const QString program = application.toLocalFile();
+    const QString text = QStringLiteral("[Desktop Entry]\n"
+                                        "Type=Application\n"
+                                        "Version=1.0\n"
+                                        "Name=%1\n"
+                                        "Exec=%2 --background\n"
+                                        "TryExec=%3\n"
+                                        "Terminal=false\n"
+                                        "%4=%5\n")
+                             .arg(escaped(m_displayName), escaped(quoted(program)), escaped(program),
+                                 applicationKey(), application.toString(QUrl::FullyEncoded));
+    change(application, [path = m_file, bytes = text.toUtf8()] { return writeEntry(path, bytes); });
+}
+
+void AutostartLoginItems::remove(const QUrl &application)
+{
+    if (contains(application)) {
+        change({}, [path = m_file] { return removeEntry(path); });
+    }
+}
+
+void AutostartLoginItems::change(const QUrl &wanted, std::function<QString()> onDisk)
+{
+    m_wanted = wanted;
+    m_unwritten->fetch_add(1, std::memory_order_relaxed);
+    m_disk.add([unwritten = m_unwritten, problem = m_problem, onDisk = std::move(onDisk)] {
+        *problem = onDisk();
+        if (!problem->isEmpty()) {
+            logLine(*problem);
+        }
+        unwritten->fetch_sub(1, std::memory_order_release);
+    });
+}
+
+void AutostartLoginItems::whenWritten(QObject *context, std::function<void(const QString &)> done)
+{
+    m_disk.add([problem = m_problem, guard = QPointer<QObject>(context), done = std::move(done)] {
+        onMain(QCoreApplication::instance(), [text = std::exchange(*problem, {}), guard, done] {
+            if (guard) {
+                done(text);
+            }
+        });
+    });
+}
+
+} // namespace brevok

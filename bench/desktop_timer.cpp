@@ -3,8 +3,8 @@
 
 // desktop_timer COMMAND...: is the tray of an X11 bar, starts COMMAND and prints the milliseconds from exec
 // until its item is docked, and its process id. For every line on standard input it clicks the item, prints
-// the milliseconds until the first frame of the panel is painted, and clicks again. Ends COMMAND when
-// standard input does.
+// the milliseconds until the first frame of the panel is painted, and clicks again. Clicks are further apart
+// than those of a double click. Ends COMMAND when standard input does.
 
 #include "support/XembedTray.h"
 
@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <span>
+#include <thread>
 
 #include <xcb/xtest.h>
 
@@ -25,6 +26,7 @@ namespace {
 constexpr int barHeight = 28;
 constexpr qint16 itemMiddle = 12;
 constexpr int patienceMs = 20000;
+constexpr std::chrono::milliseconds betweenClicks(500);
 
 class Display {
 public:
@@ -118,11 +120,13 @@ int main(int argc, char *argv[])
             return std::any_of(now.cbegin(), now.cend(),
                 [&](xcb_window_t window) { return !before.contains(window) && display.painted(window); });
         };
+        std::this_thread::sleep_for(betweenClicks);
         timer.restart();
         display.click(XembedTray::left + itemMiddle, itemMiddle);
         while (!shown() && timer.elapsed() < patienceMs) { }
         std::printf("%.3f\n", milliseconds(timer));
         std::fflush(stdout);
+        std::this_thread::sleep_for(betweenClicks);
         display.click(XembedTray::left + itemMiddle, itemMiddle);
         while (display.windows() != before && timer.elapsed() < patienceMs) { }
     }

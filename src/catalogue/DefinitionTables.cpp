@@ -59,7 +59,7 @@ bool areInPlace(const QList<DefinitionPtr> &definitions, const ListedPrefix &lis
         && std::equal(definitions.cbegin(), definitions.cend(), listed.builds.cbegin(), listed.builds.cend(),
             [](const DefinitionPtr &definition, const ListedBuild &build) {
                 // Names and versions that run into each other can share a build key across plug-ins.
-                return definition->key == build.definition.key && definition->name == build.definition.name;
+                return definition->key == build.definition->key && definition->name == build.definition->name;
             });
 }
 
@@ -247,10 +247,10 @@ StateChanges DefinitionTables::changes()
 
 DefinitionPtr DefinitionTables::mergedBuild(const ListedBuild &build)
 {
-    const PackedRecord &record = build.definition.record;
-    DefinitionPtr &definition = m_byBuild[build.definition.key];
+    const PackedRecord &record = build.definition->record;
+    DefinitionPtr &definition = m_byBuild[build.definition->key];
     if (!definition) {
-        definition = std::make_shared<PluginDefinition>(build.definition);
+        definition = build.definition;
         return definition;
     }
     if (definition->record.isPacked() && definition->record.json() == record.json()) {
@@ -290,7 +290,7 @@ void DefinitionTables::merge(const ListedPrefix &listed)
     };
     for (const ListedBuild &build : listed.builds) {
         const DefinitionPtr definition = mergedBuild(build);
-        const PlaceKey place = placeKey(build.definition);
+        const PlaceKey place = placeKey(*build.definition);
         if (const auto known = places.constFind(place); known == places.cend()) {
             places.insert(place, definitions.size());
             definitions.append(definition);
@@ -316,7 +316,7 @@ void DefinitionTables::dropWhatIsNotListed(const ListedPrefix &listed)
     }
     QHash<QString, int> unmatched;
     for (const ListedBuild &build : listed.builds) {
-        ++unmatched[build.definition.key];
+        ++unmatched[build.definition->key];
     }
     m_changedPrefixes.insert(listed.prefix);
     definitions.removeIf([&](const DefinitionPtr &definition) {

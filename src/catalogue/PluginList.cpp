@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <compare>
+#include <memory_resource>
 #include <string_view>
 #include <utility>
 
@@ -137,14 +138,45 @@ private:
     size_t m_at;
 };
 
+// The builds of one plug-in stand together in a list, and share the texts that they have in common.
+class SharedText final {
+public:
+    [[nodiscard]] const QString &of(const std::optional<dom::element> &value)
+    {
+        if (const std::string_view text = textOf(value); text != m_text) {
+            m_text = text;
+            m_string = stringOf(value);
+        }
+        return m_string;
+    }
+
+private:
+    std::string_view m_text;
+    QString m_string;
+};
+
+std::string jsonOf(dom::element value)
+{
+    const std::string_view text = textOf(value);
+    const bool plain = std::all_of(
+        text.begin(), text.end(), [](unsigned char c) { return c >= ' ' && c != '"' && c != '\\'; });
+    return plain ? '"' + std::string(text) + '"' : simdjson::minify(value);
+}
+
 // The element as it is kept: word for word, so that numbers and keys stay as they are.
 PackedRecord keptRecord(std::string_view element, const Fields &fields)
 {
     const bool plain = !fields[Prefixes] && !fields[CommandQueue] && !fields[SavedVersion];
-    const auto start = static_cast<qsizetype>(element.find('{'));
-    const auto end = static_cast<qsizetype>(element.rfind('}'));
-    QByteArray json = QByteArrayView(element.data(), end).sliced(start).toByteArray();
-    json += plain ? ",\"Prefixes\":[" + simdjson::minify(*fields[Prefix]) + "]}" : std::string("}");
+    const size_t start = element.find('{');
+    const std::string_view entries = element.substr(start, element.rfind('}') - start);
+    const std::string prefix = plain ? jsonOf(*fields[Prefix]) : std::string();
+    QByteArray json;
+    json.reserve(static_cast<qsizetype>(entries.size() + prefix.size()) + 20);
+    json.append(entries.data(), static_cast<qsizetype>(entries.size()));
+    if (plain) {
+        json.append(",\"Prefixes\":[").append(prefix).append(']');
+    }
+    json.append('}');
     if (element.find(byteOrderMark) != std::string_view::npos) {
         json.replace(byteOrderMark.data(), "\\ufeff");
     }
@@ -158,26 +190,12 @@ PackedRecord keptRecord(std::string_view element, const Fields &fields)
     return PackedRecord::fromJson(PackedRecord(record).json());
 }
 
-// Nothing when something that must be there is not.
-std::optional<ListedBuild> listedBuild(std::string_view element, const Fields &fields, QString &host)
+bool isComplete(const Fields &fields)
 {
-    const QJsonValue hostVersion = numberOf(fields[HostVersion]);
-    const bool complete = !textOf(fields[Name]).empty() && !numberOf(fields[Size]).isUndefined()
+    return !textOf(fields[Name]).empty() && !numberOf(fields[Size]).isUndefined()
         && !textOf(fields[Prefix]).empty() && !textOf(fields[Link]).empty()
-        && !textOf(fields[Version]).empty() && !hostVersion.isUndefined()
+        && !textOf(fields[Version]).empty() && !numberOf(fields[HostVersion]).isUndefined()
         && !textOf(fields[Published]).empty();
-    if (!complete) {
-        return std::nullopt;
-    }
-    host = displayText(hostVersion);
-    const QString name = stringOf(fields[Name]);
-    const QString version = stringOf(fields[Version]);
-    return ListedBuild{.prefix = stringOf(fields[Prefix]),
-        .definition = {.key = buildKeyOf(host, name, version),
-            .name = name,
-            .version = version,
-            .hostVersion = integerValue(hostVersion),
-            .record = keptRecord(element, fields)}};
 }
 
 bool isNewer(const QString &version, const QString &than)
@@ -185,43 +203,88 @@ bool isNewer(const QString &version, const QString &than)
     return version != than && std::is_gt(StandardVersionComparator::compareVersion(version, than));
 }
 
-QList<ListedBuild> selectedBuilds(dom::array elements, ElementTexts texts, bool &allValid)
-{
-    QList<ListedBuild> selected;
-    QHash<QString, qsizetype> positions;
-    selected.reserve(static_cast<qsizetype>(elements.size()));
-    positions.reserve(static_cast<qsizetype>(elements.size()));
-    const auto refuse = [&allValid](const QString &line) {
-        logLine(line);
-        allValid = false;
-    };
-    for (const dom::element element : elements) {
-        const std::string_view text = texts.next();
+// Selects of each plug-in, host version and prefix the newest build.
+class Selection final {
+public:
+    Selection(dom::array elements, std::string_view array)
+        : m_texts(array)
+    {
+        m_builds.reserve(static_cast<qsizetype>(elements.size()));
+        m_positions.reserve(static_cast<qsizetype>(elements.size()));
+        for (const dom::element element : elements) {
+            add(element, m_texts.next());
+        }
+    }
+
+    [[nodiscard]] QList<ListedBuild> &builds() { return m_builds; }
+    [[nodiscard]] bool allValid() const { return m_allValid; }
+
+private:
+    void add(dom::element element, std::string_view text)
+    {
         if (!element.is_object()) {
             refuse(u"plugin is not nsdirectory!"_s);
-            continue;
+            return;
         }
         const Fields fields = fieldsOf(element);
         if (textOf(fields[Platform]) != viewOf(PluginKeys::mac)) {
-            continue;
+            return;
         }
-        QString host;
-        std::optional<ListedBuild> build = listedBuild(text, fields, host);
-        if (!build) {
+        if (!isComplete(fields)) {
             refuse(u"incomming plugin package do not containe necessary data!"_s);
-            continue;
+            return;
         }
-        const QString key = host % build->definition.name % build->prefix;
-        const auto known = positions.constFind(key);
-        if (known == positions.cend()) {
-            positions.insert(key, selected.size());
-            selected.append(std::move(*build));
-        } else if (!isNewer(selected[*known].definition.version, build->definition.version)) {
-            selected[*known] = std::move(*build);
+        const QString host = displayText(numberOf(fields[HostVersion]));
+        const QByteArrayView key = keyOf({host.toStdString(), textOf(fields[Name]), textOf(fields[Prefix])});
+        const auto known = m_positions.constFind(key);
+        if (known == m_positions.cend()) {
+            m_positions.insert(key, m_builds.size());
+            m_builds.append(buildOf(text, fields, host));
+        } else if (!isNewer(m_builds[*known].definition->version, m_version.of(fields[Version]))) {
+            m_builds[*known] = buildOf(text, fields, host);
         }
     }
-    return selected;
-}
+
+    void refuse(const QString &line)
+    {
+        logLine(line);
+        m_allValid = false;
+    }
+
+    // One text of them all, which lives as long as this.
+    QByteArrayView keyOf(const std::array<std::string_view, 3> &parts)
+    {
+        const size_t size = parts[0].size() + parts[1].size() + parts[2].size();
+        auto *const text = static_cast<char *>(m_keys.allocate(size, 1));
+        char *end = text;
+        for (const std::string_view part : parts) {
+            end = std::copy(part.begin(), part.end(), end);
+        }
+        return {text, end};
+    }
+
+    ListedBuild buildOf(std::string_view text, const Fields &fields, const QString &host)
+    {
+        const QString &name = m_name.of(fields[Name]);
+        const QString &version = m_version.of(fields[Version]);
+        return {.prefix = m_prefix.of(fields[Prefix]),
+            .definition =
+                std::make_shared<PluginDefinition>(PluginDefinition{.key = buildKeyOf(host, name, version),
+                    .name = name,
+                    .version = version,
+                    .hostVersion = integerValue(numberOf(fields[HostVersion])),
+                    .record = keptRecord(text, fields)})};
+    }
+
+    ElementTexts m_texts;
+    QList<ListedBuild> m_builds;
+    std::pmr::monotonic_buffer_resource m_keys;
+    QHash<QByteArrayView, qsizetype> m_positions;
+    SharedText m_name;
+    SharedText m_version;
+    SharedText m_prefix;
+    bool m_allValid = true;
+};
 
 } // namespace
 
@@ -251,11 +314,10 @@ std::optional<PluginList> newestBuilds(const QByteArray &json)
     if (parser.parse(json.constData(), static_cast<size_t>(json.size())).get(elements) != simdjson::SUCCESS) {
         return std::nullopt;
     }
-    PluginList result;
-    QList<ListedBuild> selected = selectedBuilds(
-        elements, ElementTexts({json.constData(), static_cast<size_t>(json.size())}), result.allValid);
+    Selection selection(elements, {json.constData(), static_cast<size_t>(json.size())});
+    PluginList result{.allValid = selection.allValid()};
     QHash<QString, qsizetype> groups;
-    for (ListedBuild &build : selected) {
+    for (ListedBuild &build : selection.builds()) {
         const auto known = groups.constFind(build.prefix);
         const qsizetype group = known == groups.cend() ? result.prefixes.size() : *known;
         if (known == groups.cend()) {
@@ -267,7 +329,7 @@ std::optional<PluginList> newestBuilds(const QByteArray &json)
     for (ListedPrefix &group : result.prefixes) {
         QSet<std::pair<QStringView, qint64>> places;
         for (const ListedBuild &build : std::as_const(group.builds)) {
-            places.insert({build.definition.name, build.definition.hostVersion});
+            places.insert({build.definition->name, build.definition->hostVersion});
         }
         group.onePlaceEach = places.size() == group.builds.size();
     }

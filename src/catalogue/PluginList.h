@@ -16,7 +16,7 @@ namespace brevok {
 /// prefix among its prefixes, and without what would be taken for local state.
 struct ListedBuild {
     QString prefix;
-    PluginDefinition definition;
+    DefinitionPtr definition;
 };
 
 /// What a list holds for one prefix.

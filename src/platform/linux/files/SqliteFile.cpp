@@ -255,9 +255,14 @@ Result SqliteFile::change(const StateChanges &changes)
     if (!put || !removal) {
         return failure();
     }
+    QString lastKey;
+    QByteArray key;
     for (const StateChange &item : changes) {
         sqlite3_stmt *const statement = item.value ? put.get() : removal.get();
-        const QByteArray key = item.key.toUtf8();
+        if (item.key != lastKey) {
+            lastKey = item.key;
+            key = item.key.toUtf8();
+        }
         const QByteArray entry = wellFormed(item.entry).toUtf8();
         const QByteArray value = item.value ? item.value->json() : QByteArray();
         bindText(statement, 1, key);

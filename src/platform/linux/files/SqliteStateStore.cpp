@@ -140,6 +140,9 @@ void SqliteStateStore::startBatch()
 void SqliteStateStore::carryOut(Batch &batch)
 {
     batch.result = m_file.write(batch.changes, patienceAtWriteMs);
+    if (batch.result.state == State::Done) {
+        batch.changes.clear(); // here, as freeing many takes its time
+    }
     if (batch.result.state != State::Damaged) {
         return;
     }

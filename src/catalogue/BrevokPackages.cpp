@@ -320,9 +320,14 @@ QList<Record> BrevokPackages::waitingPackages() const
     return packages;
 }
 
+bool BrevokPackages::isSettled() const
+{
+    return m_statuses->isSettled();
+}
+
 void BrevokPackages::whenSettled(QObject *context, const Task &then)
 {
-    if (m_statuses->isSettled()) {
+    if (isSettled()) {
         then();
     } else {
         connect(this, &BrevokPackages::statusesSettled, context, then, Qt::SingleShotConnection);

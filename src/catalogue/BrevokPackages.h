@@ -54,6 +54,8 @@ public:
     [[nodiscard]] int updates() const { return m_updates; }
     [[nodiscard]] bool updating() const;
     [[nodiscard]] bool needUpdate() const;
+    /// Whether every status is known.
+    [[nodiscard]] bool isSettled() const;
     /// Runs @p then when every status is known: at once, or after statusesSettled().
     void whenSettled(QObject *context, const Task &then);
     /// When the last good list came; invalid while none did.

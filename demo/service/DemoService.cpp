@@ -144,7 +144,7 @@ std::unique_ptr<QFile> DemoService::fileFor(const Request &request)
     const QString path = storedFile(request.url().path(QUrl::FullyDecoded));
     auto file = std::make_unique<QFile>(path);
     const bool found = request.method() == Method::Get && !path.isEmpty() && file->open(QIODevice::ReadOnly);
-    return found ? std::move(file) : nullptr;
+    return found && !has(request, entityTagOf(*file)) ? std::move(file) : nullptr;
 }
 
 DemoService::Response DemoService::answer(const Request &request)
@@ -168,6 +168,11 @@ DemoService::Response DemoService::answer(const Request &request)
         Route{Method::Get, u"/download/", &DemoService::redirect},
     };
     const QString path = request.url().path(QUrl::FullyDecoded);
+    if (const QString file = storedFile(path); !file.isEmpty() && request.method() == Method::Get) {
+        if (const QByteArray tag = entityTagOf(QFile(file)); has(request, tag)) {
+            return notModified(tag);
+        }
+    }
     for (const Route &route : routes) {
         const bool isFolder = route.path.size() > 1 && route.path.endsWith(u'/');
         if (path == route.path || (isFolder && path.startsWith(route.path))) {
@@ -208,7 +213,7 @@ DemoService::Response DemoService::signOut(const Request &request)
                                                      : reply(UnknownSession, u"Unknown session."_s);
 }
 
-DemoService::Response DemoService::list(const QString &fileName) const
+DemoService::Response DemoService::list(const Request &request, const QString &fileName) const
 {
     const JsonFile read = readJson(m_root + u'/' + fileName);
     if (!read.problem.isEmpty()) {
@@ -221,7 +226,9 @@ DemoService::Response DemoService::list(const QString &fileName) const
     for (const QJsonValue element : read.document.array()) {
         elements.append(withAddresses(element));
     }
-    return {elements};
+    Response response(elements);
+    const QByteArray tag = entityTagOf(response.data());
+    return has(request, tag) ? notModified(tag) : tagged(std::move(response), tag);
 }
 
 /// The addresses of a list element as clients need them: what the file gives as a path lies on this service.
@@ -239,14 +246,14 @@ QJsonValue DemoService::withAddresses(const QJsonValue &element) const
     return completed;
 }
 
-DemoService::Response DemoService::pluginList(const Request &)
+DemoService::Response DemoService::pluginList(const Request &request)
 {
-    return list(u"plugins.json"_s);
+    return list(request, u"plugins.json"_s);
 }
 
-DemoService::Response DemoService::productList(const Request &)
+DemoService::Response DemoService::productList(const Request &request)
 {
-    return list(u"products.json"_s);
+    return list(request, u"products.json"_s);
 }
 
 /// The root's feed of updates of the application; packages that it gives as a path lie on this service.

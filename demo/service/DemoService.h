@@ -44,7 +44,7 @@ private:
     Response accountPage(const Request &request);
     Response packagePage(const Request &request);
     Response redirect(const Request &request);
-    [[nodiscard]] Response list(const QString &fileName) const;
+    [[nodiscard]] Response list(const Request &request, const QString &fileName) const;
     [[nodiscard]] QString storedFile(const QString &path) const;
     [[nodiscard]] QJsonValue withAddresses(const QJsonValue &element) const;
 

@@ -41,8 +41,16 @@ protected:
     virtual Response answer(const Request &request) = 0;
 
     static Response redirection(const QByteArray &address);
+    /// What distinguishes this state of something from all others, as the header "ETag" has it.
+    static QByteArray entityTagOf(const QByteArray &body);
+    static QByteArray entityTagOf(const QFile &file);
+    /// Whether the client has what bears this tag already: notModified() is all that it needs to be sent.
+    static bool has(const Request &request, const QByteArray &entityTag);
+    static Response notModified(const QByteArray &entityTag);
+    static Response tagged(Response response, const QByteArray &entityTag);
 
 private:
+    static void addHeader(Response &response, const QByteArray &name, const QByteArray &value);
 #if QT_VERSION >= QT_VERSION_CHECK(6, 8, 0)
     bool handleRequest(const Request &request, QHttpServerResponder &responder) final;
     void missingHandler(const Request &request, QHttpServerResponder &responder) final;

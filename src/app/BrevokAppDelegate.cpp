@@ -39,6 +39,8 @@ BrevokAppDelegate *theDelegate = nullptr;
 const QString openPanelObject = u"openPanel"_s;
 const QString willTerminateObject = u"willTerminate"_s;
 
+constexpr int networkReturnSpreadMs = 60000;
+
 } // namespace
 
 BrevokAppDelegate::BrevokAppDelegate(Environment environment, QObject *parent)
@@ -263,7 +265,9 @@ void BrevokAppDelegate::createReporters()
 void BrevokAppDelegate::connectSharedObjects()
 {
     Shared &shared = *m_shared;
-    shared.networkReturn.emplace(*m_with.platform.routeLookup, *shared.connectivity);
+    // Who has no list yet is not kept waiting.
+    const int spreadMs = shared.plugins->lastUpdate().isValid() ? networkReturnSpreadMs : 0;
+    shared.networkReturn.emplace(*m_with.platform.routeLookup, *shared.connectivity, spreadMs);
     connect(&*shared.networkReturn, &NetworkReturn::returned, this, [&shared] {
         if (!shared.plugins->asksAboutUnfinishedActions()) { // then the first check is still to come
             shared.plugins->checkForUpdates();

@@ -5,6 +5,8 @@
 
 #include "service/Connectivity.h"
 
+#include <QRandomGenerator>
+
 namespace brevok {
 
 namespace {
@@ -14,15 +16,16 @@ constexpr int settlingMs = 1000;
 
 } // namespace
 
-NetworkReturn::NetworkReturn(RouteLookup &routes, const Connectivity &connectivity, QObject *parent)
+NetworkReturn::NetworkReturn(
+    RouteLookup &routes, const Connectivity &connectivity, int spreadMs, QObject *parent)
     : QObject(parent)
     , m_connectivity(connectivity)
     , m_reachability(Reachability::reachabilityForInternetConnection(routes))
+    , m_spreadMs(spreadMs)
     , m_settled(this)
     , m_lost(!connectivity.checkNetworkReachability())
 {
     m_settled.setSingleShot(true);
-    m_settled.setInterval(settlingMs);
     connect(&m_settled, &QTimer::timeout, this, [this] {
         m_lost = false;
         Q_EMIT returned();
@@ -40,7 +43,7 @@ void NetworkReturn::look()
         m_lost = true;
         m_settled.stop();
     } else if (m_lost && !m_settled.isActive()) {
-        m_settled.start();
+        m_settled.start(settlingMs + static_cast<int>(QRandomGenerator::global()->bounded(m_spreadMs + 1)));
     }
 }
 

@@ -17,12 +17,14 @@ class NetworkReturn final : public QObject {
     Q_DISABLE_COPY_MOVE(NetworkReturn)
 
 public:
-    /// @p routes and @p connectivity outlive it.
-    NetworkReturn(RouteLookup &routes, const Connectivity &connectivity, QObject *parent = nullptr);
+    /// @p routes and @p connectivity outlive it. What comes back for a whole house is told to its machines
+    /// at moments of their own within @p spreadMs, so that they do not all ask the service at once.
+    NetworkReturn(
+        RouteLookup &routes, const Connectivity &connectivity, int spreadMs, QObject *parent = nullptr);
     ~NetworkReturn() override;
 
 Q_SIGNALS:
-    /// Once for each loss, when the network has stayed for a moment.
+    /// Once for each loss, when the network has stayed for a moment and this machine's turn has come.
     void returned();
 
 private:
@@ -30,6 +32,7 @@ private:
 
     const Connectivity &m_connectivity;
     std::unique_ptr<Reachability> m_reachability;
+    const int m_spreadMs;
     QTimer m_settled;
     bool m_lost;
 };

@@ -33,18 +33,13 @@ ListRefresh::Wording wording()
 BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     : QObject(parent)
     , m_state(collaborators.state)
-    , m_refresh(new ListRefresh(wording(), collaborators.state, collaborators.service, collaborators.alerts,
-          {.read =
-                  [this](const QJsonArray &list, const QByteArray & /*mark*/) {
-                      return [this, list](const Task &taken) {
-                          updateWithArray(list);
-                          taken();
-                      };
-                  }},
-          this))
+    , m_refresh(new ListRefresh(
+          wording(), collaborators.state, collaborators.service, collaborators.alerts, listOwner(), this))
     , m_icons(new PackageIcons(
           collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
-    , m_statuses(new PackageStatuses(m_packages, collaborators.plugins, collaborators.targets, this))
+    , m_packages(collaborators.state)
+    , m_statuses(
+          new PackageStatuses(m_packages.records(), collaborators.plugins, collaborators.targets, this))
     , m_ownCheck(new OwnCheck(
           [&plugins = collaborators.plugins](const auto &ended) { plugins.checkForUpdates(ended); },
           [this](const auto &ended) { m_refresh->check(ended); }, this))
@@ -76,7 +71,7 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     connect(&m_state, &StateStore::everythingWanted, this, &BrevokPackages::saveEverything);
 
     load();
-    if (!m_packages.byName().empty()) {
+    if (!m_packages.records().byName().empty()) {
         calculatePackageStatuses();
     }
     connect(this, &BrevokPackages::packagesChanged, this, &BrevokPackages::calculatePackageStatuses);
@@ -106,32 +101,40 @@ BrevokPackages *BrevokPackages::packages()
     return sharedPackages;
 }
 
+ListRefresh::Owner BrevokPackages::listOwner()
+{
+    return {.read =
+                [this](const QJsonArray &list, const KeptList &as) {
+                    return [this, list, as](const Task &taken) {
+                        takeList(list, as);
+                        taken();
+                    };
+                },
+        .kept = [this] { return m_packages.kept(); },
+        .keep =
+            [this](const KeptList &as, const Task &taken) {
+                m_packages.setKept(as);
+                takeKept();
+                taken();
+            }};
+}
+
 void BrevokPackages::load()
 {
-    m_packages = {};
-    m_unsaved.clear();
+    if (const int unusable = m_packages.load(); unusable > 0) {
+        logLine(u"Stored packages: %1 unusable values left out."_s.arg(unusable));
+    }
     const QStringList notified = m_state.entries(CatalogueKeys::notifiedPackages).keys();
     m_notified = {notified.cbegin(), notified.cend()};
     m_undecided = m_notified;
-    int unusable = 0;
-    const StateEntries stored = m_state.entries(CatalogueKeys::packagesData);
-    for (const PackedRecord &kept : stored) {
-        const Record package = kept;
-        if (const QString name = nonEmptyString(package.value(PackageKeys::name)); !name.isNull()) {
-            m_packages.put(name, package);
-            m_undecided.insert(name);
-        } else {
-            ++unusable;
-        }
-    }
-    if (unusable > 0) {
-        logLine(u"Stored packages: %1 unusable values left out."_s.arg(unusable));
+    for (const auto &[name, package] : m_packages.records().byName()) {
+        m_undecided.insert(name);
     }
 }
 
 void BrevokPackages::loadStoredIcons()
 {
-    for (const auto &[name, package] : m_packages.byName()) {
+    for (const auto &[name, package] : m_packages.records().byName()) {
         m_icons->ensureIcon(name);
         if (const QString path = nonEmptyString(package.value(PackageKeys::iconPath)); !path.isNull()) {
             m_icons->load(name, path);
@@ -143,8 +146,8 @@ void BrevokPackages::loadStoredIcons()
 QList<Record> BrevokPackages::packageRecords() const
 {
     QList<Record> records;
-    records.reserve(static_cast<qsizetype>(m_packages.byName().size()));
-    for (const auto &[name, package] : m_packages.byName()) {
+    records.reserve(static_cast<qsizetype>(m_packages.records().byName().size()));
+    for (const auto &[name, package] : m_packages.records().byName()) {
         records.append(package);
     }
     return records;
@@ -153,9 +156,9 @@ QList<Record> BrevokPackages::packageRecords() const
 QList<Record> BrevokPackages::packagesWithPrefix(const QString &prefix) const
 {
     QList<Record> records;
-    const QStringList names = m_packages.namesWith(prefix);
+    const QStringList names = m_packages.records().namesWith(prefix);
     for (const QString &name : names) {
-        records.append(m_packages.byName().at(name));
+        records.append(m_packages.records().byName().at(name));
     }
     return records;
 }
@@ -197,10 +200,18 @@ void BrevokPackages::checkQuietly(const ListRefresh::CheckHandler &ended)
 
 void BrevokPackages::updateWithArray(const QJsonArray &list)
 {
+    takeList(list, {});
+}
+
+void BrevokPackages::takeList(const QJsonArray &list, const KeptList &as)
+{
     Q_EMIT packagesWillChange();
+    QSet<QString> names;
+    bool tellsAllAgain = true; // the records do, from which the list can be taken another time
     for (const QJsonValue element : list) {
         if (!element.isObject()) {
             logLine(u"package is not nsdirectory!"_s);
+            tellsAllAgain = false;
             continue;
         }
         const Record package = element.toObject();
@@ -211,8 +222,26 @@ void BrevokPackages::updateWithArray(const QJsonArray &list)
         if (name.isNull() || nonEmptyString(package.value(PackageKeys::published)).isNull()
             || nonEmptyString(package.value(PackageKeys::version)).isNull()) {
             logLine(u"package data do not containe name!"_s);
+            tellsAllAgain = false;
             continue;
         }
+        tellsAllAgain = tellsAllAgain && !package.contains(PackageKeys::iconPath);
+        names.insert(name);
+        enter(package, name);
+    }
+    m_packages.setKept(tellsAllAgain ? as : KeptList(), names);
+    Q_EMIT packagesChanged();
+    save();
+}
+
+// What the same list does once more: each package loses the path of its icon, and gets its icon again.
+void BrevokPackages::takeKept()
+{
+    Q_EMIT packagesWillChange();
+    const QStringList names = m_packages.listed();
+    for (const QString &name : names) {
+        Record package = m_packages.records().byName().at(name);
+        package.remove(PackageKeys::iconPath);
         enter(package, name);
     }
     Q_EMIT packagesChanged();
@@ -222,7 +251,6 @@ void BrevokPackages::updateWithArray(const QJsonArray &list)
 void BrevokPackages::enter(const Record &package, const QString &name)
 {
     m_icons->ensureIcon(name);
-    noteChange(name);
     m_packages.put(name, package);
     m_undecided.insert(name);
     const QString path = nonEmptyString(package.value(PackageKeys::iconPath));
@@ -236,56 +264,25 @@ void BrevokPackages::enter(const Record &package, const QString &name)
 
 void BrevokPackages::iconCached(const QString &name, const QString &path)
 {
-    const auto known = m_packages.byName().find(name);
-    if (known != m_packages.byName().end()) {
-        noteChange(name);
+    const auto known = m_packages.records().byName().find(name);
+    if (known != m_packages.records().byName().end()) {
         Record package = known->second;
         package.insert(PackageKeys::iconPath, path);
         m_packages.put(name, package);
     }
 }
 
-void BrevokPackages::noteChange(const QString &name)
-{
-    if (!m_unsaved.contains(name)) {
-        const auto known = m_packages.byName().find(name);
-        m_unsaved.insert(
-            name, known == m_packages.byName().end() ? std::nullopt : std::optional(known->second));
-    }
-}
-
 void BrevokPackages::save()
 {
-    StateChanges changes;
-    for (auto entry = m_unsaved.begin(); entry != m_unsaved.end();) {
-        const Record &now = m_packages.byName().at(entry.key());
-        Record before = entry->value_or(Record());
-        const bool differs = now != before;
-        before.remove(PackageKeys::iconPath);
-        if (differs && now == before && !m_icons->idle()) {
-            ++entry; // it lost its icon only to get it again
-            continue;
-        }
-        if (differs) {
-            changes.append({CatalogueKeys::packagesData, entry.key(), now});
-        }
-        entry = m_unsaved.erase(entry);
-    }
-    if (!changes.isEmpty()) {
-        m_state.commit(changes);
-    }
+    m_packages.save(!m_icons->idle());
 }
 
 void BrevokPackages::saveEverything()
 {
-    StateChanges changes;
-    for (const auto &[name, package] : m_packages.byName()) {
-        changes.append({CatalogueKeys::packagesData, name, package});
-    }
+    StateChanges changes = m_packages.everything();
     for (const QString &name : std::as_const(m_notified)) {
         changes.append({CatalogueKeys::notifiedPackages, name, Record()});
     }
-    m_unsaved.clear();
     m_state.commit(changes);
 }
 
@@ -297,7 +294,7 @@ void BrevokPackages::calculatePackageStatuses()
 void BrevokPackages::statusesCalculated(const QStringList &prefixes)
 {
     for (const QString &prefix : prefixes) {
-        const QStringList names = m_packages.namesWith(prefix);
+        const QStringList names = m_packages.records().namesWith(prefix);
         m_undecided.unite({names.cbegin(), names.cend()});
     }
     Q_EMIT packagesStatusChanged();
@@ -323,9 +320,14 @@ QList<Record> BrevokPackages::waitingPackages() const
     return packages;
 }
 
+bool BrevokPackages::isSettled() const
+{
+    return m_statuses->isSettled();
+}
+
 void BrevokPackages::whenSettled(QObject *context, const Task &then)
 {
-    if (m_statuses->isSettled()) {
+    if (isSettled()) {
         then();
     } else {
         connect(this, &BrevokPackages::statusesSettled, context, then, Qt::SingleShotConnection);
@@ -337,8 +339,8 @@ void BrevokPackages::notifyPackageStatuses()
     StateChanges changes;
     const QSet<QString> undecided = std::exchange(m_undecided, {});
     for (const QString &name : undecided) {
-        const auto package = m_packages.byName().find(name);
-        const bool waiting = package != m_packages.byName().end() && waits(package->second);
+        const auto package = m_packages.records().byName().find(name);
+        const bool waiting = package != m_packages.records().byName().end() && waits(package->second);
         if (waiting == m_notified.contains(name)) {
             continue;
         }

@@ -6,8 +6,8 @@
 #include "catalogue/BrevokPlugins.h"
 #include "catalogue/OwnCheck.h"
 #include "catalogue/PackageIcons.h"
-#include "catalogue/PackageRecords.h"
 #include "catalogue/PackageStatus.h"
+#include "catalogue/PackageStore.h"
 
 #include <QTimer>
 
@@ -54,6 +54,8 @@ public:
     [[nodiscard]] int updates() const { return m_updates; }
     [[nodiscard]] bool updating() const;
     [[nodiscard]] bool needUpdate() const;
+    /// Whether every status is known.
+    [[nodiscard]] bool isSettled() const;
     /// Runs @p then when every status is known: at once, or after statusesSettled().
     void whenSettled(QObject *context, const Task &then);
     /// When the last good list came; invalid while none did.
@@ -99,11 +101,13 @@ Q_SIGNALS:
     void ownCheckFailed(const QString &cause);
 
 private:
+    [[nodiscard]] ListRefresh::Owner listOwner();
     void load();
     void loadStoredIcons();
+    void takeList(const QJsonArray &list, const KeptList &as);
     void enter(const Record &package, const QString &name);
     void iconCached(const QString &name, const QString &path);
-    void noteChange(const QString &name);
+    void takeKept();
     void save();
     void saveEverything();
     void statusesCalculated(const QStringList &prefixes);
@@ -112,11 +116,9 @@ private:
     StateStore &m_state;
     ListRefresh *m_refresh;
     PackageIcons *m_icons;
-    PackageRecords m_packages;
+    PackageStore m_packages;
     PackageStatuses *m_statuses;
     OwnCheck *m_ownCheck;
-    /// What the store holds of the records that changed since they were put there; nothing: no entry.
-    QHash<QString, std::optional<Record>> m_unsaved;
     QSet<QString> m_notified; ///< names last counted as needing an update
     QSet<QString> m_undecided; ///< names of which that may be otherwise now
     QTimer m_statusTimer;

@@ -17,9 +17,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QLatin1StringView markKey("Mark");
-constexpr QLatin1StringView listedKey("Listed");
-
 BrevokPlugins *sharedPlugins = nullptr;
 
 ListRefresh::Wording wording()
@@ -70,7 +67,7 @@ BrevokPlugins::BrevokPlugins(
     });
     connect(&state, &StateStore::everythingWanted, this, [this] {
         m_tables.noteChangeOfEverything();
-        storeKeptMark(m_keptMark);
+        storeKept(m_kept);
         save();
     });
     load();
@@ -95,9 +92,7 @@ void BrevokPlugins::load()
     const int unusable = m_tables.load(
         m_state.entries(CatalogueKeys::pluginsData), m_state.entries(CatalogueKeys::pluginPrefixes));
     const Record list = m_state.entries(CatalogueKeys::pluginList).value(QString());
-    m_keptMark = unusable == 0 && list.value(listedKey).toInteger() == m_tables.listed()
-        ? list.value(markKey).toString().toLatin1()
-        : QByteArray();
+    m_kept = unusable == 0 ? KeptList::fromRecord(list, m_tables.listed()) : KeptList();
     if (unusable > 0) {
         logLine(u"Stored plug-in definitions: %1 unusable values left out."_s.arg(unusable));
     }
@@ -207,23 +202,25 @@ void BrevokPlugins::checkForUpdates(const ListRefresh::CheckHandler &ended, List
 
 ListRefresh::Owner BrevokPlugins::listOwner()
 {
-    const auto read = [this](const QByteArray &json, const QByteArray &mark) -> ListRefresh::Taking {
+    const auto read = [this](const QByteArray &json, const KeptList &as) -> ListRefresh::Taking {
         std::optional<PluginList> builds = newestBuilds(json);
         if (!builds) {
             return {};
         }
         // What is left out is told of each time.
-        return [this, list = std::make_shared<PluginList>(std::move(*builds)), mark](const Task &taken) {
-            take({.list = list, .mark = list->allValid ? mark : QByteArray(), .taken = taken});
+        return [this, list = std::make_shared<PluginList>(std::move(*builds)), as](const Task &taken) {
+            take({.list = list, .as = list->allValid ? as : KeptList(), .taken = taken});
             mergeOn();
         };
     };
-    return {
-        .read = [read](const QJsonArray &list, const QByteArray &mark) { return read(textOf(list), mark); },
+    return {.read = [read](const QJsonArray &list, const KeptList &as) { return read(textOf(list), as); },
         .readText = read,
-        .keptMark = [this] { return m_keptMark; },
+        .kept = [this] { return m_kept; },
         .keep =
-            [this](const Task &taken) {
+            [this](const KeptList &as, const Task &taken) {
+                if (as != m_kept) {
+                    storeKept(as);
+                }
                 announceChange();
                 taken();
             }};
@@ -240,8 +237,8 @@ void BrevokPlugins::take(Merge merge)
     finishMerge();
     Q_EMIT pluginsWillChange();
     // From the first slice on, what is stored is no list's.
-    if (!m_keptMark.isEmpty()) {
-        storeKeptMark({});
+    if (!m_kept.mark.isEmpty()) {
+        storeKept({});
     }
     m_merge = std::move(merge);
 }
@@ -283,8 +280,8 @@ void BrevokPlugins::mergeSome(QDeadlineTimer slice)
         Q_EMIT pluginsChanged({});
     } else {
         const Merge done = *std::exchange(m_merge, std::nullopt);
-        if (!done.mark.isEmpty()) {
-            storeKeptMark(done.mark);
+        if (!done.as.mark.isEmpty()) {
+            storeKept(done.as);
         }
         if (done.taken) {
             done.taken();
@@ -293,15 +290,11 @@ void BrevokPlugins::mergeSome(QDeadlineTimer slice)
     }
 }
 
-// With the count, to notice when not all of what the list brought is there any more.
-void BrevokPlugins::storeKeptMark(const QByteArray &mark)
+void BrevokPlugins::storeKept(const KeptList &list)
 {
-    m_keptMark = mark;
-    std::optional<Record> value;
-    if (!mark.isEmpty()) {
-        value = {{markKey, QString::fromLatin1(mark)}, {listedKey, m_tables.listed()}};
-    }
-    m_state.commit({{CatalogueKeys::pluginList, QString(), value}});
+    m_kept = list;
+    m_state.commit({{CatalogueKeys::pluginList, QString(),
+        list.mark.isEmpty() ? std::nullopt : std::optional(list.toRecord(m_tables.listed()))}});
 }
 
 void BrevokPlugins::change(

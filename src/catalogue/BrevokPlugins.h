@@ -88,7 +88,7 @@ private:
     /// A list that is being merged, in slices: a long one would hold the main thread.
     struct Merge {
         std::shared_ptr<PluginList> list;
-        QByteArray mark{};
+        KeptList as{};
         Task taken{};
         qsizetype next = 0; ///< prefix of the list
         bool announced = false; ///< all of it is merged; what is not listed is being dropped
@@ -100,7 +100,7 @@ private:
     void mergeOn();
     void mergeSome(QDeadlineTimer slice);
     void finishMerge();
-    void storeKeptMark(const QByteArray &mark);
+    void storeKept(const KeptList &list);
     [[nodiscard]] QStringList namesOf(const QStringList &keys) const;
     void askAboutUnfinishedActions(std::function<void()> answered);
     void save(QObject *context = nullptr, StateStore::Done stored = {});
@@ -111,7 +111,7 @@ private:
     ListRefresh *m_refresh;
     DefinitionTables m_tables;
     std::optional<Merge> m_merge; ///< under way
-    QByteArray m_keptMark; ///< of the list that brought the tables to where they are; empty: not known
+    KeptList m_kept; ///< the list that brought the tables to where they are
     mutable QHash<QString, QSet<QString>> m_prefixes; ///< by the plug-in's name; empty: not looked up yet
     std::unique_ptr<BrevokAlert> m_question;
     AlertPresenter::Ending m_answerQuestion; ///< while there is one

@@ -12,6 +12,7 @@ inline constexpr QLatin1StringView pluginPrefixes("OrlecPluginsData.Prefixes"); 
 inline constexpr QLatin1StringView pluginList("OrlecPluginsData.List"); ///< which list that is
 inline constexpr QLatin1StringView pluginsUpdateDate("OrlecPluginsUpdateDate");
 inline constexpr QLatin1StringView packagesData("OrlecPackagesData"); ///< an entry for every name
+inline constexpr QLatin1StringView packageList("OrlecPackagesData.List"); ///< which list those are
 inline constexpr QLatin1StringView productsUpdateDate("OrlecProductsUpdateDate");
 inline constexpr QLatin1StringView notifiedPackages("OrlecNotifiedPackages"); ///< an entry for every name
 } // namespace brevok::CatalogueKeys

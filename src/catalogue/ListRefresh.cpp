@@ -63,18 +63,23 @@ void ListRefresh::check(const CheckHandler &ended, Voice voice)
             .description = Texts::tr("Network is unreachable. Is your internet connection down?")});
         return;
     }
-    m_service.getList(m_wording.path, this,
-        [this, check = Check{end, voice}](const ServiceReply &reply) { handle(reply, check); });
+    ask(m_owner.kept(), {end, voice});
 }
 
-void ListRefresh::handle(const ServiceReply &reply, const Check &check)
+void ListRefresh::ask(const KeptList &kept, const Check &check)
+{
+    m_service.getList(m_wording.path, kept.validator, this,
+        [this, mark = kept.mark, check](const ServiceReply &reply) { handle(reply, mark, check); });
+}
+
+void ListRefresh::handle(const ServiceReply &reply, const QByteArray &askedMark, const Check &check)
 {
     if (reply.error) {
         handleTransportError(reply, check.voice);
         check.end(reply.error);
         return;
     }
-    if (reply.status != 200) {
+    if (reply.status != 200 && !reply.notModified) {
         // The cycle ends here: it begins again with the next check that somebody asks for.
         m_timer.stop();
         logLine(u"%1%2 - %3"_s.arg(m_wording.failedWithResponse)
@@ -85,7 +90,14 @@ void ListRefresh::handle(const ServiceReply &reply, const Check &check)
     }
     // Before the body is looked at, so that a bad one does not stop the cycle.
     schedule(afterReplySeconds);
-    readContent(reply.body, check);
+    if (reply.notModified) {
+        const auto keep = [this](const Task &taken) {
+            m_owner.keep(m_owner.kept(), taken);
+        };
+        inTurn([keep, askedMark] { return Content{.take = keep, .kept = askedMark}; }, check);
+    } else {
+        readContent(reply.body, reply.validator, check);
+    }
 }
 
 void ListRefresh::handleTransportError(const ServiceReply &reply, Voice voice)
@@ -101,11 +113,17 @@ void ListRefresh::handleTransportError(const ServiceReply &reply, Voice voice)
 }
 
 // A long list would hold the main thread for a third of a second.
-void ListRefresh::readContent(const QByteArray &body, const Check &check)
+void ListRefresh::readContent(const QByteArray &body, const Validator &validator, const Check &check)
 {
-    m_reading.add([body, kept = m_owner.keptMark ? m_owner.keptMark() : QByteArray(), owner = m_owner,
-                      self = QPointer<ListRefresh>(this), check] {
-        onMain(QCoreApplication::instance(), [self, content = contentOf(body, kept, owner), check] {
+    inTurn([body, validator, keptMark = m_owner.kept().mark,
+               owner = m_owner] { return contentOf(body, validator, keptMark, owner); },
+        check);
+}
+
+void ListRefresh::inTurn(const std::function<Content()> &read, const Check &check)
+{
+    m_reading.add([read, check, self = QPointer<ListRefresh>(this)] {
+        onMain(QCoreApplication::instance(), [self, content = read(), check] {
             if (self) {
                 self->handleContent(content, check);
             }
@@ -114,23 +132,24 @@ void ListRefresh::readContent(const QByteArray &body, const Check &check)
 }
 
 ListRefresh::Content ListRefresh::contentOf(
-    const QByteArray &body, const QByteArray &kept, const Owner &owner)
+    const QByteArray &body, const Validator &validator, const QByteArray &keptMark, const Owner &owner)
 {
-    const QByteArray mark = owner.keptMark
-        ? QCryptographicHash::hash(body, QCryptographicHash::Blake2b_256).toHex()
-        : QByteArray();
-    if (!mark.isEmpty() && mark == kept) {
-        return {.take = owner.keep, .body = body, .kept = kept};
+    const KeptList list{QCryptographicHash::hash(body, QCryptographicHash::Blake2b_256).toHex(), validator};
+    if (list.mark == keptMark) {
+        const auto keep = [list, keep = owner.keep](const Task &taken) {
+            keep(list, taken);
+        };
+        return {.take = keep, .body = body, .validator = validator, .kept = keptMark};
     }
     const bool mayNeedMending = mayHoldHalfCharacters(body);
-    if (Taking take = owner.readText && !mayNeedMending ? owner.readText(body, mark) : nullptr) {
+    if (Taking take = owner.readText && !mayNeedMending ? owner.readText(body, list) : nullptr) {
         return {.take = take};
     }
     QJsonParseError problem;
     const QJsonDocument document = QJsonDocument::fromJson(body, &problem);
     if (document.isArray()) {
-        const QJsonArray list = document.array();
-        return {.take = owner.read(mayNeedMending ? wellFormed(list).toArray() : list, mark)};
+        const QJsonArray elements = document.array();
+        return {.take = owner.read(mayNeedMending ? wellFormed(elements).toArray() : elements, list)};
     }
     Content content{.take = {}, .body = body};
     if (problem.error != QJsonParseError::NoError) {
@@ -154,8 +173,9 @@ void ListRefresh::noteDate()
 
 void ListRefresh::handleContent(const Content &content, const Check &check)
 {
-    if (!content.kept.isEmpty() && content.kept != m_owner.keptMark()) {
-        readContent(content.body, check); // another list was taken over meanwhile
+    if (!content.kept.isEmpty() && content.kept != m_owner.kept().mark) {
+        // Another list was taken over meanwhile.
+        content.body.isEmpty() ? ask({}, check) : readContent(content.body, content.validator, check);
         return;
     }
     if (content.take) {

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "catalogue/KeptList.h"
 #include "foundation/BrevokError.h"
 #include "foundation/Tasks.h"
 
@@ -40,14 +41,15 @@ public:
     using Taking = std::function<void(const Task &taken)>;
     /// What becomes of a list is its owner's concern.
     struct Owner {
-        /// Makes a good list ready, in the background and with values only.
-        std::function<Taking(const QJsonArray &list, const QByteArray &mark)> read;
+        /// Makes a good list ready, in the background and with values only. Once it is stored, it is kept()
+        /// as the owner is told here.
+        std::function<Taking(const QJsonArray &list, const KeptList &as)> read;
         /// The same of the text, where that costs less. Nothing when it has to be decoded to be judged.
-        std::function<Taking(const QByteArray &json, const QByteArray &mark)> readText{};
-        /// The mark of the list that is kept already; a list with this mark need not be read again.
-        std::function<QByteArray()> keptMark{};
-        /// Such a list came.
-        Taking keep{};
+        std::function<Taking(const QByteArray &json, const KeptList &as)> readText{};
+        /// The list that is kept already, which is not asked for or read again.
+        std::function<KeptList()> kept;
+        /// This list came once more, maybe under another validator.
+        std::function<void(const KeptList &as, const Task &taken)> keep;
     };
     /// Told the end of one check: nothing when it brought a usable list, else what kept it from that.
     using CheckHandler = std::function<void(const std::optional<BrevokError> &error)>;
@@ -75,10 +77,11 @@ Q_SIGNALS:
     void finished(bool ok);
 
 private:
-    /// What a body holds.
+    /// What a reply holds.
     struct Content {
         Taking take{}; ///< nothing when it is no list
-        QByteArray body{};
+        QByteArray body{}; ///< nothing when the service said only that it is the list that is kept
+        Validator validator{};
         QByteArray kept{}; ///< the mark, when it is the list that is kept
         std::optional<BrevokError> error{};
     };
@@ -89,11 +92,13 @@ private:
         Voice voice = Voice::Aloud;
     };
 
-    void handle(const ServiceReply &reply, const Check &check);
+    void ask(const KeptList &kept, const Check &check);
+    void handle(const ServiceReply &reply, const QByteArray &askedMark, const Check &check);
     void handleTransportError(const ServiceReply &reply, Voice voice);
-    void readContent(const QByteArray &body, const Check &check);
+    void readContent(const QByteArray &body, const Validator &validator, const Check &check);
+    void inTurn(const std::function<Content()> &read, const Check &check);
     [[nodiscard]] static Content contentOf(
-        const QByteArray &body, const QByteArray &kept, const Owner &owner);
+        const QByteArray &body, const Validator &validator, const QByteArray &keptMark, const Owner &owner);
     void handleContent(const Content &content, const Check &check);
     void noteDate();
     void schedule(int seconds);

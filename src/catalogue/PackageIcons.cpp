@@ -137,21 +137,24 @@ void PackageIcons::startDownloads()
             continue;
         }
         ++m_running;
-        m_service.fetchFile(url, this, [this, package, address](const ServiceReply &reply) {
-            if (!reply.error && !reply.body.isEmpty() && m_addresses.value(package) == address) {
-                show(package, reply.body);
-                store(package, address, reply.body);
-            } else {
-                downloadEnds();
-            }
-        });
+        const PackageIcon known = m_icons.value(package);
+        m_service.fetchFile(
+            url, known.validator, this, [this, package, address, known](const ServiceReply &reply) {
+                const PackageIcon icon = reply.notModified ? known : PackageIcon{reply.body, reply.validator};
+                if (!reply.error && !icon.data.isEmpty() && m_addresses.value(package) == address) {
+                    show(package, icon);
+                    store(package, address, icon.data);
+                } else {
+                    downloadEnds();
+                }
+            });
     }
 }
 
-void PackageIcons::show(const QString &package, const QByteArray &data)
+void PackageIcons::show(const QString &package, const PackageIcon &icon)
 {
-    if (m_formsImage(data)) {
-        m_icons.insert(package, {data});
+    if (m_formsImage(icon.data)) {
+        m_icons.insert(package, icon);
         Q_EMIT iconChanged();
     }
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "foundation/Tasks.h"
+#include "service/Validator.h"
 
 #include <QByteArray>
 #include <QHash>
@@ -20,7 +21,8 @@ class ServiceClient;
 
 /// A package's icon: the bytes of an image file, or the built-in generic one.
 struct PackageIcon {
-    QByteArray data; ///< empty for the generic icon
+    QByteArray data{}; ///< empty for the generic icon
+    Validator validator{}; ///< of these bytes, where they were downloaded in this run
     [[nodiscard]] bool isGeneric() const { return data.isEmpty(); }
 };
 
@@ -78,7 +80,7 @@ private:
     void readUnread();
     void take(const QList<StoredIcon> &icons);
     void startDownloads();
-    void show(const QString &package, const QByteArray &data);
+    void show(const QString &package, const PackageIcon &icon);
     void store(const QString &package, const QString &address, const QByteArray &data);
     void downloadEnds();
 

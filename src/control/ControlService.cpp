@@ -112,6 +112,9 @@ QString ControlService::Status()
         checked.isValid()) {
         document.insert(u"lastCheck"_s, checked.toUTC().toString(Qt::ISODate));
     }
+    if (!m_with->packages.isSettled()) {
+        document.insert(u"calculating"_s, true);
+    }
     if (const QString problem = m_with->storage.problem(); !problem.isEmpty()) {
         document.insert(u"warnings"_s, QJsonArray{storageWarning(problem)});
     }

@@ -44,15 +44,18 @@ std::optional<BrevokError> redirectFault(
     return std::nullopt;
 }
 
-// What proves who the user is stays with the host it was meant for.
+// What proves who the user is stays with the host it was meant for, a condition with its address.
 ExchangeRequest redirected(ExchangeRequest request, const QUrl &target, int status)
 {
     const bool away = !sameOrigin(request.url, target);
     const bool stays = keepsMethod(status, request.method);
-    request.url = target.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
-    request.headers.removeIf([away, stays](const auto &field) {
+    const QUrl url = target.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
+    const bool elsewhere = url != request.url;
+    request.url = url;
+    request.headers.removeIf([away, stays, elsewhere](const auto &field) {
         const QByteArray name = field.first.toLower();
-        return (away && (name == "cookie" || name == "authorization")) || (!stays && name == "content-type");
+        return (away && (name == "cookie" || name == "authorization")) || (!stays && name == "content-type")
+            || (elsewhere && isCondition(field.first));
     });
     if (!stays) {
         request.method = "GET"_ba;

@@ -8,11 +8,14 @@
 #include "service/ReplyDecoding.h"
 #include "service/TransportErrors.h"
 
+#include <QCryptographicHash>
+
 namespace brevok {
 
 namespace {
 
 constexpr int httpOk = 200;
+constexpr int httpNotModified = 304;
 // An archive has all the time there is, but others wait for its turn.
 constexpr qint64 leastProgress = 32LL * 1024;
 
@@ -35,26 +38,49 @@ bool HttpServiceClient::checkNetworkReachability()
     return m_reachable();
 }
 
-void HttpServiceClient::getList(const QString &path, QObject *context, ReplyHandler handler)
+void HttpServiceClient::getList(
+    const QString &path, const Validator &known, QObject *context, ReplyHandler handler)
 {
     ExchangeRequest request = m_network.request(m_network.configuration().url(path));
     request.headers.emplaceBack(versionHeader, versionHeaderValue);
-    if (const QString sessionId = m_sessionId(); !sessionId.isEmpty()) {
+    const QString sessionId = m_sessionId();
+    if (!sessionId.isEmpty()) {
         request.headers.append({"Cookie", "SessionId=" + sessionId.toUtf8()});
     }
     request.cookies = CookieRule::TakeAndSend;
     request.limits.bodyBytes = m_limits.listBytes;
-    m_network.send(request, context, std::move(handler));
+    sendIfOther(std::move(request), sessionId, known, context, std::move(handler));
 }
 
-void HttpServiceClient::fetchFile(const QUrl &url, QObject *context, ReplyHandler handler)
+void HttpServiceClient::fetchFile(
+    const QUrl &url, const Validator &known, QObject *context, ReplyHandler handler)
 {
     ExchangeRequest request = m_network.request(url);
     request.headers = {{"Cache-Control", "no-cache"}, {"Pragma", "no-cache"}};
     request.limits.bodyBytes = m_limits.fileBytes;
     request.limits.wholeMs = m_limits.fileMs;
     request.takesTurns = true;
-    m_network.send(request, context, std::move(handler));
+    sendIfOther(std::move(request), {}, known, context, std::move(handler));
+}
+
+// What another address says, to which the request was led, is not known to be the same the next time.
+void HttpServiceClient::sendIfOther(ExchangeRequest request, const QString &sessionId, const Validator &known,
+    QObject *context, ReplyHandler handler)
+{
+    const QByteArray scope = QCryptographicHash::hash(
+        request.url.toEncoded() + '\n' + sessionId.toUtf8(), QCryptographicHash::Blake2b_256)
+                                 .toHex();
+    const HeaderFields condition = known.scope == scope ? conditionOf(known) : HeaderFields();
+    request.headers += condition;
+    const auto judge = [url = request.url, scope, asked = !condition.isEmpty(), handler = std::move(handler)](
+                           ServiceReply reply) {
+        if (!reply.error && reply.url == url) {
+            reply.notModified = asked && reply.status == httpNotModified;
+            reply.validator = reply.status == httpOk ? validatorIn(reply.headers, scope) : Validator();
+        }
+        handler(reply);
+    };
+    m_network.send(request, context, judge);
 }
 
 // An archive's host is none of the service's business: it neither gets nor gives cookies.

@@ -7,6 +7,7 @@
 
 namespace brevok {
 
+struct ExchangeRequest;
 class NetworkFactory;
 
 /// How much and how long other rooms' requests wait for.
@@ -29,12 +30,16 @@ public:
     ~HttpServiceClient() override;
 
     [[nodiscard]] bool checkNetworkReachability() override;
-    void getList(const QString &path, QObject *context, ReplyHandler handler) override;
-    void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) override;
+    void getList(
+        const QString &path, const Validator &known, QObject *context, ReplyHandler handler) override;
+    void fetchFile(const QUrl &url, const Validator &known, QObject *context, ReplyHandler handler) override;
     void download(const DownloadOrder &order, QObject *context, ProgressHandler progress,
         DownloadHandler handler) override;
 
 private:
+    void sendIfOther(ExchangeRequest request, const QString &sessionId, const Validator &known,
+        QObject *context, ReplyHandler handler);
+
     NetworkFactory &m_network;
     std::function<QString()> m_sessionId;
     std::function<bool()> m_reachable;

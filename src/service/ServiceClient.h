@@ -4,7 +4,7 @@
 #pragma once
 
 #include "foundation/BrevokError.h"
-#include "platform/HttpTransfers.h"
+#include "service/Validator.h"
 
 #include <QObject>
 
@@ -35,6 +35,8 @@ struct ServiceReply {
     HeaderFields headers{};
     qint64 received = 0; ///< bytes of the body, wherever it went
     std::optional<BrevokError> error{}; ///< transport errors only; an HTTP status is none
+    Validator validator{}; ///< of what came, for the next request of a list or small file
+    bool notModified = false; ///< it is what the request's validator stands for; there is no body
 
     /// See headerValue().
     [[nodiscard]] QByteArray header(const QByteArray &name) const { return headerValue(headers, name); }
@@ -72,11 +74,14 @@ public:
     [[nodiscard]] virtual bool checkNetworkReachability() = 0;
 
     /// GET of a list at @p path on the service, with the version header and, when signed in, the session
-    /// cookie.
-    virtual void getList(const QString &path, QObject *context, ReplyHandler handler) = 0;
+    /// cookie; only if it is another than @p known, when that came for this session from this service.
+    virtual void getList(
+        const QString &path, const Validator &known, QObject *context, ReplyHandler handler) = 0;
 
-    /// GET of a small file (an icon) past any cache, at most 60 seconds and 8 MiB.
-    virtual void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) = 0;
+    /// GET of a small file (an icon) past any cache, at most 60 seconds and 8 MiB; only if it is another than
+    /// @p known, when that came from this address.
+    virtual void fetchFile(
+        const QUrl &url, const Validator &known, QObject *context, ReplyHandler handler) = 0;
 
     /// GET of an archive, without headers or cookies of ours, streamed to a temporary file beside its
     /// destination while it arrives. Only a body of exactly the expected size, with that checksum, is renamed

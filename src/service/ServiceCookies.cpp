@@ -5,9 +5,7 @@
 
 #include "foundation/Secrets.h"
 #include "foundation/UntrustedText.h"
-
-#include <QLocale>
-#include <QTimeZone>
+#include "service/HttpDate.h"
 
 namespace brevok {
 
@@ -19,15 +17,6 @@ constexpr auto sessionCookie = "SessionId";
 constexpr qsizetype longestCookie = 4096;
 constexpr qsizetype mostCookies = 50;
 constexpr qsizetype longestHeader = 8192; // what servers take
-
-// Two spellings are in use: "Sun, 06 Nov 1994 08:49:37 GMT" and "Sun, 06-Nov-1994 08:49:37 GMT".
-QDateTime dateOf(const QByteArray &text)
-{
-    const QString plain = QString::fromLatin1(text).replace(u'-', u' ').section(u", "_s, 1);
-    QDateTime date = QLocale::c().toDateTime(plain, u"dd MMM yyyy HH:mm:ss 'GMT'"_s);
-    date.setTimeZone(QTimeZone::utc());
-    return date;
-}
 
 QByteArray defaultPath(const QUrl &url)
 {
@@ -68,7 +57,7 @@ void ServiceCookies::take(const HeaderFields &headers, const QUrl &url)
                 cookie.expires = QDateTime::currentDateTimeUtc().addSecs(value.toLongLong());
                 ageGiven = true;
             } else if (key == "expires" && !ageGiven) {
-                cookie.expires = dateOf(value);
+                cookie.expires = httpDate(value);
             }
         }
         if (!cookie.name.isEmpty() && cookie.name != sessionCookie) {

@@ -120,7 +120,7 @@ void BrevokSelfUpdater::fetchFeed()
 {
     logLine(u"Checking for updates of Tolvane Brevok."_s);
     m_with.service.fetchFile(
-        m_with.source.feed, m_exchange.get(), [this](const ServiceReply &reply) { feedArrived(reply); });
+        m_with.source.feed, {}, m_exchange.get(), [this](const ServiceReply &reply) { feedArrived(reply); });
 }
 
 void BrevokSelfUpdater::feedArrived(const ServiceReply &reply)
@@ -172,7 +172,7 @@ void BrevokSelfUpdater::fetchNotes(const AppcastItem &item)
         return;
     }
     m_with.service.fetchFile(
-        item.releaseNotesLink, m_exchange.get(), [this, item](const ServiceReply &reply) {
+        item.releaseNotesLink, {}, m_exchange.get(), [this, item](const ServiceReply &reply) {
             if (reply.error || reply.status != httpOk || reply.body.size() > notesSizeLimit) {
                 logLine(u"The release notes of version %1 cannot be shown."_s.arg(item.shownVersion()));
                 offer(item, item.description);

@@ -6,8 +6,10 @@
 #include "service/NetworkFactory.h"
 #include "support/FakeRouteLookup.h"
 
+#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -18,6 +20,7 @@ class NetworkReturnTest : public QObject {
 private Q_SLOTS:
     void tellsOnceForEachLoss_data();
     void tellsOnceForEachLoss();
+    void manyMachinesDoNotComeAtOnce();
 };
 
 void NetworkReturnTest::tellsOnceForEachLoss_data()
@@ -48,7 +51,7 @@ void NetworkReturnTest::tellsOnceForEachLoss()
                                      : Reachable | ConnectionRequired;
     };
     show(seen.front());
-    NetworkReturn watch(routes, connectivity);
+    NetworkReturn watch(routes, connectivity, 0);
     const QSignalSpy returned(&watch, &NetworkReturn::returned);
     QVERIFY(routes.notifying);
     for (const QChar state : seen) {
@@ -63,6 +66,28 @@ void NetworkReturnTest::tellsOnceForEachLoss()
     show(u'+');
     Q_EMIT routes.routesChanged();
     QTRY_COMPARE(returned.size(), returns + 1);
+}
+
+// Each waits for a moment of its own, and no longer than it is told.
+void NetworkReturnTest::manyMachinesDoNotComeAtOnce()
+{
+    constexpr int machines = 200;
+    constexpr int spreadMs = 60000;
+    FakeRouteLookup routes;
+    NetworkFactory network(
+        {.baseUrl = {}, .extraAuthorities = {}, .reachabilityHost = QStringLiteral("public.example")});
+    Connectivity connectivity(network, routes);
+    QSet<int> seconds;
+    for (int i = 0; i < machines; ++i) {
+        routes.flags = ReachabilityFlags();
+        NetworkReturn watch(routes, connectivity, spreadMs);
+        routes.flags = ReachabilityFlags(Reachable);
+        Q_EMIT routes.routesChanged();
+        const QTimer *turn = watch.findChild<QTimer *>();
+        QVERIFY(turn->isActive() && turn->interval() >= 1000 && turn->interval() <= 1000 + spreadMs);
+        seconds.insert(turn->interval() / 1000);
+    }
+    QVERIFY2(seconds.size() > 30, qPrintable(QString::number(seconds.size())));
 }
 
 QTEST_GUILESS_MAIN(NetworkReturnTest)

@@ -32,6 +32,7 @@ QByteArray readFile(const QString &path)
 struct Answer {
     int status = 0;
     QByteArray body;
+    QByteArray tag{};
 
     [[nodiscard]] QJsonObject object() const { return QJsonDocument::fromJson(body).object(); }
     [[nodiscard]] int errorCode() const { return object().value(u"ErrorCode"_s).toInt(-1); }
@@ -66,7 +67,7 @@ public:
     }
 
     QNetworkReply *send(const QByteArray &method, const QString &target, const QByteArray &body = {},
-        const QByteArray &cookie = {})
+        const QByteArray &cookie = {}, const QByteArray &knownTag = {})
     {
         QNetworkRequest request(QUrl(target.startsWith(u'/') ? m_url + target : target));
         QSslConfiguration tlsConfiguration = request.sslConfiguration();
@@ -77,18 +78,22 @@ public:
         if (!cookie.isEmpty()) {
             request.setRawHeader("Cookie"_ba, cookie);
         }
+        if (!knownTag.isEmpty()) {
+            request.setRawHeader("If-None-Match"_ba, knownTag);
+        }
         return m_manager.sendCustomRequest(request, method, body);
     }
 
     Answer ask(const QByteArray &method, const QString &target, const QByteArray &body = {},
-        const QByteArray &cookie = {})
+        const QByteArray &cookie = {}, const QByteArray &knownTag = {})
     {
-        const std::unique_ptr<QNetworkReply> reply(send(method, target, body, cookie));
+        const std::unique_ptr<QNetworkReply> reply(send(method, target, body, cookie, knownTag));
         if (!QTest::qWaitFor([&reply] { return reply->isFinished(); }, 30000)) {
             return {};
         }
         return {.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(),
-            .body = reply->readAll()};
+            .body = reply->readAll(),
+            .tag = reply->rawHeader("ETag"_ba)};
     }
 
     QJsonArray list(const QString &target)
@@ -336,6 +341,29 @@ private Q_SLOTS:
         QCOMPARE(service.standardError().count("plugins.json"), 2);
         QVERIFY2(
             service.start() && !QFile::exists(file), "a catalogue that somebody has edited is made again");
+    }
+
+    void whatAClientHasIsNotSentAgain()
+    {
+        Service service;
+        QVERIFY(service.start());
+        const QString icon = service.list(u"/api/product/list"_s)[0][u"Icon"_s].toString();
+        const QString iconFile = service.path(QUrl(icon).path());
+        for (const QString &target : {u"/api/plugin/list"_s, u"/api/product/list"_s, icon}) {
+            const Answer first = service.ask("GET", target);
+            QVERIFY(!first.tag.isEmpty() && !first.body.isEmpty());
+            const Answer again = service.ask("GET", target, {}, {}, "\"other\", W/" + first.tag);
+            QCOMPARE(again.status, 304);
+            QCOMPARE(again.body, QByteArray());
+            QCOMPARE(again.tag, first.tag);
+            QCOMPARE(service.ask("GET", target, {}, {}, "\"other\"").body, first.body);
+            const QString file =
+                target == icon ? iconFile : service.path(target.section(u'/', 2, 2) + u"s.json"_s);
+            QVERIFY(writeFile(file, "[\"another\"]"));
+            const Answer changed = service.ask("GET", target, {}, {}, first.tag);
+            QCOMPARE(changed.status, 200);
+            QVERIFY(changed.tag != first.tag);
+        }
     }
 
     void onlyFilesOfTheCatalogueAreServed_data()

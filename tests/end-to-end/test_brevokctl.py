@@ -61,6 +61,40 @@ class Output(unittest.TestCase):
             with self.subTest(words=words):
                 self.assert_failure_document(self.session.ctl(*words, check=False), FAILED)
 
+    def test_lists_that_are_kept_are_asked_for_on_condition(self):
+        session = self.session
+        session.publish("Plain", "0xE", "1.0", 140)
+        session.start_application()
+        wait_for(lambda: session.status().get("lastCheck"), "the first lists are there")
+        self.assertEqual(self.conditions(), [False, False])
+        session.ctl("check")
+        self.assertEqual(self.conditions(), [True, True])
+        session.stop_application()
+        session.start_application()
+        session.ctl("check")
+        self.assertEqual(self.conditions(), [True] * 4, "also after a restart, by its own check and by this one")
+        date = session.status()["lastCheck"]
+        wait_for(lambda: session.ctl("check") and session.status()["lastCheck"] > date, "a kept list counts as checked")
+        session.publish("Plain", "0xE", "1.1", 140)
+        session.ctl("check")
+        self.assertEqual(session.status()["packages"][0]["version"], "1.1")
+        self.conditions()
+        session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+        session.ctl("check")
+        self.assertEqual(self.conditions(), [False, False], "what one account was told counts for no other")
+        session.ctl("check")
+        self.assertEqual(self.conditions(), [True, True])
+        session.ctl("signout")
+        session.ctl("check")
+        self.assertEqual(self.conditions(), [False, False])
+
+    def conditions(self):
+        """Whether the requests for lists since the last call were conditional."""
+        lines = (self.session.service_root / "requests.jsonl").read_text().splitlines()
+        lines, self.read = lines[getattr(self, "read", 0):], len(lines)
+        return ["if-none-match" in request["headers"] for request in map(json.loads, lines)
+                if request["path"].endswith("/list")]
+
     def test_a_service_does_not_steer_the_terminal(self):
         session = self.session
         session.publish("Plain", "0xE", "1.0", 140)

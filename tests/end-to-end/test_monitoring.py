@@ -80,6 +80,22 @@ class Monitoring(unittest.TestCase):
         self.assertTrue(status["packages"][1]["failures"])
         self.assertNotEqual(faults(schema, {**status, "updates": -1}), [])
 
+    def test_what_is_not_known_yet_is_not_told_as_known(self):
+        session = self.session
+        self.start()
+        session.ctl("check")
+
+        def statuses(status):
+            return [package["statusName"] for package in status["packages"]]
+        known = statuses(wait_for(lambda: not session.status().get("calculating") and session.status(), "all is known"))
+        self.assertNotIn("Missing Data", known)
+        session.stop_application()
+        session.start_application(wait=False)
+        early = wait_for(lambda: session.ctl("status", "--json", check=False).stdout, "the application answers")
+        early = json.loads(early)
+        self.assertTrue(early.get("calculating") or early.get("ok") is False or statuses(early) == known, early)
+        wait_for(lambda: statuses(session.status()) == known, "all is known again")
+
     def test_metrics_tell_the_status(self):
         session = self.session
         self.start()

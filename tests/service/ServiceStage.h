@@ -69,15 +69,17 @@ struct Stage {
         QObject context;
         return awaited<ServiceReply>([&](auto handler) { network.send(request, &context, handler); });
     }
-    ServiceReply list(const QString &path)
+    ServiceReply list(const QString &path, const Validator &known = {})
     {
-        return get(
-            [&](auto &client, auto *context, auto handler) { client.getList(path, context, handler); });
+        return get([&](auto &client, auto *context, auto handler) {
+            client.getList(path, known, context, handler);
+        });
     }
-    ServiceReply file(const QUrl &url)
+    ServiceReply file(const QUrl &url, const Validator &known = {})
     {
-        return get(
-            [&](auto &client, auto *context, auto handler) { client.fetchFile(url, context, handler); });
+        return get([&](auto &client, auto *context, auto handler) {
+            client.fetchFile(url, known, context, handler);
+        });
     }
     DownloadResult download(
         const QUrl &url, const QString &destination, qint64 size, const QByteArray &checksum = {})

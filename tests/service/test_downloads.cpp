@@ -242,7 +242,7 @@ void DownloadTest::aDownloadNobodyWaitsForIsGivenUp()
     const auto fail = [&called](const auto &) {
         called = true;
     };
-    client.getList(u"/a.zip"_s, context.get(), fail);
+    client.getList(u"/a.zip"_s, {}, context.get(), fail);
     client.download(
         {stage.server.url(u"/a.zip"_s), folder.filePath(u"a.zip"_s), 100000000000}, context.get(),
         [&context](qint64, qint64) { context.reset(); }, fail);

@@ -18,11 +18,13 @@ class FakeServiceClient final : public ServiceClient {
 public:
     struct ListRequest {
         QString path;
+        Validator known;
         QPointer<QObject> context;
         ReplyHandler handler;
     };
     struct FileRequest {
         QUrl url;
+        Validator known;
         QPointer<QObject> context;
         ReplyHandler handler;
     };
@@ -42,13 +44,13 @@ public:
     QList<DownloadRequest> downloads;
 
     [[nodiscard]] bool checkNetworkReachability() override { return reachable; }
-    void getList(const QString &path, QObject *context, ReplyHandler handler) override
+    void getList(const QString &path, const Validator &known, QObject *context, ReplyHandler handler) override
     {
-        lists.append({path, context, std::move(handler)});
+        lists.append({path, known, context, std::move(handler)});
     }
-    void fetchFile(const QUrl &url, QObject *context, ReplyHandler handler) override
+    void fetchFile(const QUrl &url, const Validator &known, QObject *context, ReplyHandler handler) override
     {
-        files.append({url, context, std::move(handler)});
+        files.append({url, known, context, std::move(handler)});
     }
     void download(const DownloadOrder &order, QObject *context, ProgressHandler progress,
         DownloadHandler handler) override

@@ -6,6 +6,7 @@ import contextlib
 import json
 import os
 import subprocess
+import time
 
 from ansible.module_utils.basic import AnsibleModule
 
@@ -139,6 +140,10 @@ class Control:
 
     def statuses(self):
         document = self.call("status")
+        end = time.monotonic() + self.timeout
+        while document.get("calculating") and time.monotonic() < end:  # the program may have just been started
+            time.sleep(0.2)
+            document = self.call("status")
         if not document["session"]["signedIn"]:
             raise CallFailed(["nobody is signed in: brevokctl signin EMAIL"])
         return {package["prefix"]: package["statusName"] for package in document["packages"]}

@@ -24,8 +24,9 @@ QString tiny(int number)
 
 } // namespace
 
-InstallWorkload::InstallWorkload(int definitions)
+InstallWorkload::InstallWorkload(int definitions, int plugins)
     : m_target(m_rig.addTarget(u"InDesign 2019"_s, u"140"_s))
+    , m_plugins(plugins)
 {
     QJsonArray builds = QJsonDocument::fromJson(pluginList(definitions - plugins)).array();
     QJsonArray products;
@@ -52,19 +53,19 @@ InstallWorkload::InstallWorkload(int definitions)
 
 qsizetype InstallWorkload::install()
 {
-    for (int i = 0; i < plugins; ++i) {
+    for (int i = 0; i < m_plugins; ++i) {
         m_rig.flow.installWithPrefix(tiny(i), false, [this](const auto &) { ++m_ended; });
     }
-    waitUntilSettled(plugins);
+    waitUntilSettled(m_plugins);
     return QDir(m_target + u"/Tolvane"_s).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
 }
 
 void InstallWorkload::remove()
 {
-    for (int i = 0; i < plugins; ++i) {
+    for (int i = 0; i < m_plugins; ++i) {
         m_rig.flow.uninstallWithPrefix(tiny(i), [this](const auto &) { ++m_ended; });
     }
-    waitUntilSettled(plugins);
+    waitUntilSettled(m_plugins);
     QDir(m_rig.dataFolder() + u"/140"_s).removeRecursively();
 }
 

@@ -10,9 +10,9 @@ namespace brevok::bench {
 /// Installs and removes tiny plug-ins, each a package of its own, beside a catalogue of any size.
 class InstallWorkload {
 public:
-    static constexpr int plugins = 40;
+    static constexpr int several = 40;
 
-    explicit InstallWorkload(int definitions);
+    explicit InstallWorkload(int definitions, int plugins = several);
     /// Downloads and installs them. @return how many are there then
     qsizetype install();
     /// Removes them and their archives.
@@ -25,6 +25,7 @@ private:
 
     testing::InstallRig m_rig;
     QString m_target;
+    int m_plugins;
     int m_ended = 0;
 };
 

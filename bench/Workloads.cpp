@@ -15,6 +15,7 @@
 #include <plist/plist.h>
 
 #include <array>
+#include <span>
 
 namespace brevok::bench {
 
@@ -82,9 +83,8 @@ qsizetype ListWorkload::runAgain(const QByteArray &list)
     return loop.exec() == 0 ? m_plugins->pluginIndex().size() : 0;
 }
 
-StatusWorkload::StatusWorkload()
+StatusWorkload::StatusWorkload(int packageCount, size_t targetCount)
 {
-    constexpr int packageCount = 300;
     QJsonArray builds;
     QJsonArray products;
     for (int package = 0; package < packageCount; ++package) {
@@ -99,7 +99,7 @@ StatusWorkload::StatusWorkload()
     m_scratch.store.setValue(u"OrlecTargetsGathered"_s, true);
     m_alerts.emplace(m_presenter, m_panel);
     m_targets.emplace(m_scratch.store, m_search);
-    for (const int hostVersion : hostVersions) {
+    for (const int hostVersion : std::span(hostVersions).last(targetCount)) {
         const QString target = m_folder.filePath(u"%1/Plug-Ins/"_s.arg(hostVersion));
         m_targets->insertTarget(target, u"Adobe InDesign"_s, QString::number(hostVersion));
         for (int package = 0; package < packageCount; ++package) {

@@ -42,10 +42,10 @@ private:
     int m_runs = 0;
 };
 
-/// 300 packages over 10 targets with 3,000 installed bundles on disk.
+/// Packages over targets, with a bundle of each in each installed on disk.
 class StatusWorkload {
 public:
-    StatusWorkload();
+    explicit StatusWorkload(int packageCount = 300, size_t targetCount = 10);
     /// Calculates every status again, with nothing changed on disk. @return how many packages are up to date
     qsizetype run();
     /// The same with packages made anew.

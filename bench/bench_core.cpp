@@ -61,7 +61,7 @@ void install(benchmark::State &state, int definitions)
 {
     bench::InstallWorkload workload(definitions);
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.install() == bench::InstallWorkload::plugins);
+        require(workload.install() == bench::InstallWorkload::several);
         state.PauseTiming();
         workload.remove();
         state.ResumeTiming();

@@ -4,16 +4,18 @@
 // desktop_timer COMMAND...: is the tray of an X11 bar, starts COMMAND and prints the milliseconds from exec
 // until its item is docked, and its process id. For every line on standard input it clicks the item, prints
 // the milliseconds until the first frame of the panel is painted, and clicks again. Clicks are further apart
-// than those of a double click. Ends COMMAND when standard input does.
+// than those of a double click. Ends COMMAND when standard input does. Fails when no item comes.
 
 #include "support/XembedTray.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QProcess>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 #include <span>
 #include <thread>
 
@@ -107,8 +109,14 @@ int main(int argc, char *argv[])
     QElapsedTimer timer;
     timer.start();
     process.start();
+    QTimer::singleShot(patienceMs, &application, [] {}); // so that the wait below ends
     while (tray.items() == 0 && timer.elapsed() < patienceMs) {
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+    if (tray.items() == 0) {
+        process.terminate();
+        process.waitForFinished();
+        return EXIT_FAILURE;
     }
     std::printf("%.3f %lld\n", milliseconds(timer), static_cast<long long>(process.processId()));
     std::fflush(stdout);

@@ -19,7 +19,8 @@ inline constexpr qint64 longestLog = 5'000'000;
 bool moveLongLogAside(const QString &path);
 
 /// Appends standard error to the file at @p path, whose folder is created. When it grows longer than
-/// longestLog, moveLongLogAside() and a new file follow, on a worker; no line is lost. Main thread.
+/// longestLog, moveLongLogAside() and a new file follow, on a worker, and a new file when another program has
+/// moved or deleted the old one; no line is lost. Main thread.
 /// On failure, as with what is no regular file at @p path, standard error stays as it was, which is logged.
 bool redirectStandardError(const QString &path);
 

@@ -176,8 +176,11 @@ class Session:
         self.application = None
         return status
 
+    def log_file(self):
+        return self.folder / "state" / "tolvane-brevok" / "Logs" / "orlec.log"
+
     def log(self):
-        path = self.folder / "state" / "tolvane-brevok" / "Logs" / "orlec.log"
+        path = self.log_file()
         return path.read_text(errors="replace") if path.exists() else ""
 
     def settings_file(self):

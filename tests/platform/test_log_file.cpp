@@ -102,6 +102,7 @@ private Q_SLOTS:
     void whatIsNoFileIsLeftAlone_data();
     void whatIsNoFileIsLeftAlone();
     void aLogThatGrowsMakesWay();
+    void aLogThatIsMovedAwayIsBegunAnew();
     void obstaclesToMovingAside_data();
     void obstaclesToMovingAside();
 };
@@ -211,6 +212,29 @@ void LogFileTest::aLogThatGrowsMakesWay()
     QVERIFY(finishBackgroundWork(10000));
     QVERIFY(QFileInfo(path).size() + QFileInfo(older).size() < 3 * longestLog);
     QCOMPARE(QDir(folder.filePath(u"Logs"_s)).entryList(QDir::Files).size(), 2);
+}
+
+void LogFileTest::aLogThatIsMovedAwayIsBegunAnew()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"orlec.log"_s);
+    const StandardError restored;
+    QVERIFY(redirectStandardError(path));
+    QStringList files;
+    int written = 0;
+    for (const char *name : {"orlec.log.2", "orlec.log.3"}) { // as often as it happens
+        logLines(0, written++, 1);
+        files.append(folder.filePath(QString::fromLatin1(name)));
+        QVERIFY(QFile::rename(path, files.last()));
+        QTRY_VERIFY(QFile::exists(path)); // without a line that goes to the old one
+        QVERIFY(finishBackgroundWork(10000));
+        logLines(0, written++, 1);
+        QVERIFY(QFileInfo(path).size() > lineLength);
+    }
+    QList<int> all(written);
+    std::iota(all.begin(), all.end(), 0);
+    files.append(path);
+    QCOMPARE(numbers(files, 0), all);
 }
 
 void LogFileTest::obstaclesToMovingAside_data()

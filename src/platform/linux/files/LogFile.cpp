@@ -11,6 +11,8 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QFileSystemWatcher>
+#include <QPointer>
 
 #include <atomic>
 #include <cerrno>
@@ -25,7 +27,7 @@ namespace brevok {
 namespace {
 
 // The log file that standard error was sent to, and above how many bytes it makes way; 0 while there is none,
-// or while it is being moved.
+// or while it is being looked after.
 QString logFile;
 std::atomic<qint64> moveAsideAbove = 0;
 
@@ -55,27 +57,47 @@ std::optional<QString> appendStandardErrorTo(const QString &path)
     return std::nullopt;
 }
 
-// A log that cannot be moved is tried again when it has grown as much once more.
-void beginNewLog()
+// Begins a new log when the old one is longer than @p limit, or when another program has moved it. A log that
+// cannot be moved is tried again when it has grown as much once more.
+void lookAfterLog(qint64 limit)
 {
     struct stat facts = {};
     ::fstat(STDERR_FILENO, &facts);
-    // Another program may have moved it already; then there is only a new one to begin.
-    const bool moved = !standardErrorGoesTo(logFile) || moveLongLogAside(logFile);
-    const bool begun = moved && !appendStandardErrorTo(logFile);
-    moveAsideAbove.store(begun ? longestLog : facts.st_size + longestLog, std::memory_order_release);
+    const bool isOurs = standardErrorGoesTo(logFile);
+    if (!isOurs || facts.st_size > limit) {
+        const bool moved = !isOurs || moveLongLogAside(logFile);
+        const bool begun = moved && !appendStandardErrorTo(logFile);
+        limit = begun ? longestLog : facts.st_size + longestLog;
+    }
+    moveAsideAbove.store(limit, std::memory_order_release);
 }
 
 // On a worker, since it may be the main thread that logs.
+void lookAfterLogSoon()
+{
+    const qint64 limit = moveAsideAbove.exchange(0);
+    if (limit > 0) {
+        inBackground([limit] { lookAfterLog(limit); });
+    }
+}
+
 void keepLogShort()
 {
-    qint64 limit = moveAsideAbove.load(std::memory_order_acquire);
+    const qint64 limit = moveAsideAbove.load(std::memory_order_acquire);
     struct stat facts = {};
     const bool isLong = limit > 0 && ::fstat(STDERR_FILENO, &facts) == 0 && facts.st_size > limit;
-    if (isLong && QCoreApplication::instance() != nullptr
-        && moveAsideAbove.compare_exchange_strong(limit, 0)) {
-        inBackground(beginNewLog);
+    if (isLong && QCoreApplication::instance() != nullptr) {
+        lookAfterLogSoon();
     }
+}
+
+// Tells when another program moves the log.
+void watchFolderOfLog()
+{
+    static QPointer<QFileSystemWatcher> watcher;
+    delete watcher;
+    watcher = new QFileSystemWatcher({QFileInfo(logFile).path()}, QCoreApplication::instance());
+    QObject::connect(watcher, &QFileSystemWatcher::directoryChanged, watcher, lookAfterLogSoon);
 }
 
 } // namespace
@@ -105,6 +127,7 @@ bool redirectStandardError(const QString &path)
     logFile = path;
     moveAsideAbove.store(longestLog, std::memory_order_release);
     callAfterEachLine(keepLogShort);
+    watchFolderOfLog();
     return true;
 }
 

@@ -112,8 +112,9 @@ function(brevok_test name)
         list(APPEND TEST_LABELS threaded)
         add_dependencies(threaded_tests test_${name})
     endif()
-    # A function that hangs is ended and named before the test as a whole is; sanitizers take their time.
-    set(milliseconds 100000)
+    # A function that hangs is ended and named before the test as a whole is. What the macros wait for in vain takes
+    # three times what they are given.
+    set(milliseconds 150000)
     if(BREVOK_SANITIZE)
         set(milliseconds 250000)
     endif()

@@ -9,6 +9,7 @@
 #include <QString>
 #include <QUrl>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -100,7 +101,8 @@ public:
 /// What all requests share.
 struct HttpSetup {
     QByteArray userAgent;
-    QByteArray extraAuthorities; ///< certificates in PEM form, trusted beside the system's
+    QByteArray extraAuthorities{}; ///< certificates in PEM form, trusted beside the system's
+    std::chrono::milliseconds proxyRemembered = std::chrono::minutes(1); ///< before the system is asked again
 };
 
 /// Costs nothing before the first request.

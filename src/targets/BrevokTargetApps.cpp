@@ -128,8 +128,8 @@ void BrevokTargetApps::load()
 
 void BrevokTargetApps::save(const QString &path)
 {
-    if (const auto record = m_records.constFind(path); record != m_records.cend()) {
-        m_state.commit({{TargetSettings::data, path, *record}});
+    if (const std::optional<QString> known = recordPath(path)) {
+        m_state.commit({{TargetSettings::data, *known, m_records[*known]}});
     }
 }
 

@@ -245,10 +245,12 @@ class Faults(unittest.TestCase):
                 "PluginsUpdateDate", "ProductsUpdateDate", "NotifiedPackages", "InstallNotificationDate%2Fa"]
         for rubbish in ("@ByteArray(\\0\\x1\\xff)", "@Variant(\\0\\0)", "\"\"", "x" * 100000):
             session.settings_file().parent.mkdir(exist_ok=True)
-            session.settings_file().write_text("[General]\n" + "".join(f"Orlec{key}={rubbish}\n" for key in keys))
+            session.settings_file().write_text("[General]\nstartAtLogin=no\n"
+                                               + "".join(f"Orlec{key}={rubbish}\n" for key in keys))
             session.start_application()
             session.ctl("check")
             self.assertEqual(session.package_status("0xA"), "Up To Date", rubbish[:20])
+            self.assertEqual(session.ctl("settings", "get", "startAtLogin").stdout.strip(), "no")  # under its old key
             self.assertEqual(session.stop_application(), 0, session.log()[-6000:])
 
     def test_a_torn_and_a_hostile_settings_file(self):

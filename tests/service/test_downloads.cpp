@@ -67,6 +67,13 @@ void DownloadTest::downloads_data()
     row("gzip on the way", {.body = body, .gzip = true}, 0, none, 0);
     row("empty", Response::ok({}), 0, none, 0);
     row("redirect", Response::redirect("/elsewhere"), 3, none, 0);
+    row("redirect, with a body that never ends",
+        {.status = 302,
+            .headers = {{"Location", "/elsewhere"}},
+            .body = body,
+            .fault = Fault::Stall,
+            .faultAfter = 2000000},
+        3 - body.size(), none, 0);
 
     row("one byte too long", Response::ok(body), -1, content, 200);
     row("one byte too short", Response::ok(body), 1, content, 200);

@@ -243,6 +243,7 @@ void ExchangeTest::whatExpandsIsStopped()
 void ExchangeTest::aDrippingBodyEnds()
 {
     Stage stage;
+    QVERIFY(stage.network.request({}).limits.wholeMs > 0); // where nobody asks for one, too
     stage.server.on(u"/drip"_s, {.body = QByteArray(1000000, ' '), .dripMs = 20});
     const ServiceReply reply = post(
         stage, stage.server.url(u"/drip"_s), [](ExchangeRequest &request) { request.limits.wholeMs = 500; });

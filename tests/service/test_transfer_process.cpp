@@ -9,7 +9,10 @@
 #include <QFile>
 #include <QTest>
 
+#include <chrono>
 #include <csignal>
+#include <semaphore>
+#include <thread>
 
 #include <unistd.h>
 
@@ -78,12 +81,24 @@ void TransferProcessTest::itsEndEndsTheRequests()
 // Whoever quits waits for the thread that gives the orders.
 void TransferProcessTest::itsStandstillHoldsNobody()
 {
+    std::binary_semaphore ended{0};
+    std::thread rescue;
+    bool rescued = false;
     {
         Stage stage;
         stage.server.on(u"/list"_s, Response::ok("[]"));
         QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
-        ::kill(processThatMovesData(), SIGSTOP);
+        const pid_t process = processThatMovesData();
+        ::kill(process, SIGSTOP);
+        rescue = std::thread([&ended, &rescued, process] {
+            if (!ended.try_acquire_for(std::chrono::milliseconds(patient))) {
+                rescued = ::kill(process, SIGKILL) == 0;
+            }
+        });
     }
+    ended.release();
+    rescue.join();
+    QVERIFY2(!rescued, "the program would never have ended");
     QTRY_COMPARE_WITH_TIMEOUT(processThatMovesData(), 0, patient);
 }
 

@@ -16,6 +16,7 @@
 using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -74,6 +75,7 @@ private Q_SLOTS:
     void waitingForATurnCounts();
     void archivesThatDripLoseTheirTurns();
     void aLookUpThatHangsHoldsNothingUp();
+    void proxiesMayChange();
 
 private:
     /// Sends it, and notes the error that it ends with (0: none) behind its path.
@@ -226,6 +228,18 @@ void WaitingTest::aLookUpThatHangsHoldsNothingUp()
     QStringList hosts = lookedUp();
     hosts.sort();
     QCOMPARE(hosts, (QStringList{u"one.example"_s, u"three.example"_s, u"two.example"_s}));
+}
+
+void WaitingTest::proxiesMayChange()
+{
+    const auto transfers = createHttpTransfers({.userAgent = {}, .proxyRemembered = 1ms});
+    const qsizetype before = lookedUp().size();
+    lookUps().ends.release(2);
+    const auto again = [&] {
+        transfers->start({.url = QUrl(u"https://four.example/"_s)}, {}, [](const HttpReply &) {});
+        return lookedUp().size() == before + 2;
+    };
+    QTRY_VERIFY(again());
 }
 
 QTEST_GUILESS_MAIN(WaitingTest)

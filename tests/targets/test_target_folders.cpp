@@ -20,6 +20,7 @@ private Q_SLOTS:
 
     void oneFolderIsOneTarget_data();
     void oneFolderIsOneTarget();
+    void oneFolderWithTwoNamesIsOne();
     void whatALinkLeadsToIsKnownWithoutAsking();
     void aFolderAddedByHandIsNotFoundTwice();
     void spellingsOfEarlierVersionsAreMerged();
@@ -74,10 +75,24 @@ void TargetFoldersTest::oneFolderIsOneTarget()
         QCOMPARE(targets.allRecords().keys(), QStringList{path});
         QCOMPARE(targets.validTargets().value(path).value(TargetKeys::path), QJsonValue(path));
         QCOMPARE(targets.validTargets().value(path).value(TargetKeys::version), QJsonValue(u"75"_s));
+        QCOMPARE(Record(house.stored().value(path)), targets.validTargets().value(path));
         targets.removeTarget(spelled);
         QVERIFY(targets.targets().isEmpty());
+        QCOMPARE(Record(house.stored().value(path)), targets.allRecords().value(path));
     });
     QTRY_VERIFY(answered);
+}
+
+// As where a disk is mounted twice.
+void TargetFoldersTest::oneFolderWithTwoNamesIsOne()
+{
+    const FolderLook one{.exists = true, .isFolder = true, .resolved = u"/a"_s, .device = 1, .inode = 2};
+    FolderLook other = one;
+    other.resolved = u"/b"_s;
+    QVERIFY(isSameFolder(one, other));
+    other.device = 3;
+    QVERIFY(!isSameFolder(one, other));
+    QVERIFY(!isSameFolder({.resolved = u"/a"_s}, {.resolved = u"/b"_s})); // neither is there
 }
 
 void TargetFoldersTest::whatALinkLeadsToIsKnownWithoutAsking()

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void openAnswersHoldNothingUp();
     void aBuildWithoutKey();
     void automaticChecks();
+    void checksComeDaily();
 };
 
 void SelfUpdaterTest::failingChecks_data()
@@ -187,6 +188,19 @@ void SelfUpdaterTest::automaticChecks()
     QCOMPARE(stage.server.requests(feedPath).size(), 2);
     stage.updater->setAutomaticallyChecksForUpdates(false);
     QVERIFY(!stage.updater->findChild<QTimer *>(u"automaticUpdateChecks"_s)->isActive());
+}
+
+// As the program does it.
+void SelfUpdaterTest::checksComeDaily()
+{
+    using namespace std::chrono_literals;
+    UpdaterStage stage;
+    stage.updater->setAutomaticallyChecksForUpdates(true);
+    const auto *timer = stage.updater->findChild<QTimer *>(u"automaticUpdateChecks"_s);
+    QVERIFY(timer->isActive() && timer->intervalAsDuration() > 0s && timer->intervalAsDuration() < 5min);
+    const QDateTime now = QDateTime::currentDateTimeUtc();
+    QVERIFY(AutomaticChecks::isDue(now.addDays(-1), now, stage.times.period));
+    QVERIFY(!AutomaticChecks::isDue(now.addDays(-1).addSecs(3600), now, stage.times.period));
 }
 
 QTEST_GUILESS_MAIN(SelfUpdaterTest)

@@ -199,7 +199,9 @@ void UpdateInstallTest::refusedPackages()
     stage.updater->checkForUpdates();
     QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
     stage.updater->installUpdate();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Failed, patient);
+    // Whatever becomes of it: a phase that is waited for in vain takes minutes to fail.
+    QTRY_VERIFY_WITH_TIMEOUT(stage.phase() == Phase::Failed || stage.phase() == Phase::Installed, patient);
+    QCOMPARE(stage.phase(), Phase::Failed);
     if (text.isEmpty()) {
         QVERIFY(!stage.error().isEmpty());
     } else {

@@ -7,7 +7,7 @@
 // Does what the owner of a folder could do at the worst moment: with ATTACK_DECOY it swaps each hidden
 // folder, as soon as that is made, for the one of this name beside it, and each link for the file
 // ATTACK_SECRET; with ATTACK_PIPE, the file "swapped" for that pipe when it has been looked at. While there
-// is a file STALL_WHILE, folders of its owner stand still.
+// is a file STALL_WHILE, folders of its owner stand still; one that does makes that file executable.
 
 #define _GNU_SOURCE
 #include <dlfcn.h>
@@ -56,6 +56,7 @@ static void stall(int folder)
     struct stat whose;
     while (getenv("STALL_WHILE") != NULL && stat(getenv("STALL_WHILE"), &whose) == 0
         && fstat(folder, &facts) == 0 && facts.st_uid == whose.st_uid) {
+        chmod(getenv("STALL_WHILE"), S_IRUSR | S_IXUSR);
         usleep(10000);
     }
 }
@@ -99,6 +100,7 @@ int mkdirat(int folder, const char *name, mode_t mode)
 
 int fstatat(int folder, const char *name, struct stat *facts, int flags)
 {
+    stall(folder);
     const int result =
         REAL(fstatat, int (*)(int, const char *, struct stat *, int))(folder, name, facts, flags);
     if (result == 0 && strcmp(name, "swapped") == 0 && getenv("ATTACK_PIPE") != NULL) {

@@ -12,18 +12,13 @@
 #include <QPointer>
 #include <QTimer>
 
-#include <chrono>
-
 #include <sys/eventfd.h>
 
 namespace brevok {
 
 using namespace Qt::StringLiterals;
-using namespace std::chrono_literals;
 
 namespace {
-
-constexpr auto proxyRemembered = 60s;
 
 // Proxies may differ by scheme, host and port; by path they do so in no setting worth a look-up a request.
 QString originOf(const QUrl &url)
@@ -79,7 +74,7 @@ void TransferThread::askForProxy(TransferOrder order)
 {
     const QString origin = originOf(order.request.url);
     Proxy &proxy = m_proxies[origin];
-    if (proxy.age.isValid() && !proxy.age.hasExpired(proxyRemembered / 1ms)) {
+    if (proxy.age.isValid() && !proxy.age.hasExpired(m_setup.proxyRemembered.count())) {
         order.proxy = proxy.address;
         give(std::move(order));
         return;

@@ -198,21 +198,8 @@ void BrevokPackages::checkQuietly(const ListRefresh::CheckHandler &ended)
 void BrevokPackages::updateWithArray(const QJsonArray &list)
 {
     Q_EMIT packagesWillChange();
-    for (const QJsonValue element : list) {
-        if (!element.isObject()) {
-            logLine(u"package is not nsdirectory!"_s);
-            continue;
-        }
-        const Record package = element.toObject();
-        if (package.value(PackageKeys::platform).toString() != PluginKeys::mac) {
-            continue;
-        }
-        const QString name = nonEmptyString(package.value(PackageKeys::name));
-        if (name.isNull() || nonEmptyString(package.value(PackageKeys::published)).isNull()
-            || nonEmptyString(package.value(PackageKeys::version)).isNull()) {
-            logLine(u"package data do not containe name!"_s);
-            continue;
-        }
+    const QList<ListedPackage> packages = listedPackages(list);
+    for (const auto &[name, package] : packages) {
         enter(package, name);
     }
     Q_EMIT packagesChanged();

@@ -3,11 +3,39 @@
 
 #include "catalogue/PackageRecords.h"
 
+#include "catalogue/PluginDefinition.h"
+#include "foundation/Log.h"
+
 #include <QSet>
 
 #include <algorithm>
 
 namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+QList<ListedPackage> listedPackages(const QJsonArray &list)
+{
+    QList<ListedPackage> packages;
+    for (const QJsonValue element : list) {
+        if (!element.isObject()) {
+            logLine(u"package is not nsdirectory!"_s);
+            continue;
+        }
+        const Record package = element.toObject();
+        if (package.value(PackageKeys::platform).toString() != PluginKeys::mac) {
+            continue;
+        }
+        const QString name = nonEmptyString(package.value(PackageKeys::name));
+        if (name.isNull() || nonEmptyString(package.value(PackageKeys::published)).isNull()
+            || nonEmptyString(package.value(PackageKeys::version)).isNull()) {
+            logLine(u"package data do not containe name!"_s);
+            continue;
+        }
+        packages.append({name, package});
+    }
+    return packages;
+}
 
 bool PackageRecords::Order::operator()(const QString &a, const QString &b) const
 {

@@ -9,6 +9,7 @@
 #include <QStringList>
 
 #include <map>
+#include <utility>
 
 namespace brevok {
 
@@ -23,6 +24,12 @@ inline constexpr QLatin1StringView iconPath("IconPath");
 inline constexpr QLatin1StringView prefix("Prefix");
 inline constexpr QLatin1StringView info("Info");
 } // namespace PackageKeys
+
+/// A usable element of the list that the service sends, and the name that it goes by.
+using ListedPackage = std::pair<QString, Record>;
+/// Those of @p list, in its order. Elements for other platforms are skipped, unusable ones with a log line.
+/// Any thread.
+[[nodiscard]] QList<ListedPackage> listedPackages(const QJsonArray &list);
 
 /// The package records by name, case-insensitively (names that differ in case only are two names), and by
 /// prefix. Values only.

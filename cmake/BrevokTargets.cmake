@@ -27,8 +27,10 @@ target_compile_definitions(brevok_options INTERFACE
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT QT_STRICT_ITERATORS QT_DISABLE_DEPRECATED_BEFORE=0x060400)
 if(BREVOK_SANITIZE)
     # Not optimized and with line numbers only: it builds in half the time, and the tests mostly wait for processes.
+    # Fuzzers do not wait.
     target_compile_options(brevok_options INTERFACE
-        -fsanitize=${BREVOK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -O0 -g1)
+        -fsanitize=${BREVOK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1
+        $<IF:$<BOOL:${BREVOK_FUZZERS}>,-O1,-O0>)
     target_link_options(brevok_options INTERFACE -fsanitize=${BREVOK_SANITIZE})
 endif()
 

@@ -4,6 +4,7 @@
 #include "app/Policy.h"
 
 #include "foundation/Settings.h"
+#include "foundation/UntrustedText.h"
 #include "platform/RegularFile.h"
 
 #include <QDir>
@@ -196,7 +197,7 @@ std::variant<Policy, QString> readPolicy(const QString &file)
     Reader reader;
     for (const QString &each : std::as_const(files)) {
         if (auto wrong = readFile(each, reader)) {
-            return *wrong;
+            return oneLine(*wrong);
         }
     }
     Policy policy = reader.policy();

@@ -206,30 +206,13 @@ void BrevokPackages::updateWithArray(const QJsonArray &list)
 void BrevokPackages::takeList(const QJsonArray &list, const KeptList &as)
 {
     Q_EMIT packagesWillChange();
+    const PackageList listed = listedPackages(list);
     QSet<QString> names;
-    bool tellsAllAgain = true; // the records do, from which the list can be taken another time
-    for (const QJsonValue element : list) {
-        if (!element.isObject()) {
-            logLine(u"package is not nsdirectory!"_s);
-            tellsAllAgain = false;
-            continue;
-        }
-        const Record package = element.toObject();
-        if (package.value(PackageKeys::platform).toString() != PluginKeys::mac) {
-            continue;
-        }
-        const QString name = nonEmptyString(package.value(PackageKeys::name));
-        if (name.isNull() || nonEmptyString(package.value(PackageKeys::published)).isNull()
-            || nonEmptyString(package.value(PackageKeys::version)).isNull()) {
-            logLine(u"package data do not containe name!"_s);
-            tellsAllAgain = false;
-            continue;
-        }
-        tellsAllAgain = tellsAllAgain && !package.contains(PackageKeys::iconPath);
+    for (const auto &[name, package] : listed.packages) {
         names.insert(name);
         enter(package, name);
     }
-    m_packages.setKept(tellsAllAgain ? as : KeptList(), names);
+    m_packages.setKept(listed.tellsAllAgain ? as : KeptList(), names);
     Q_EMIT packagesChanged();
     save();
 }

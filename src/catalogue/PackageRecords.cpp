@@ -3,11 +3,44 @@
 
 #include "catalogue/PackageRecords.h"
 
+#include "catalogue/PluginDefinition.h"
+#include "foundation/Log.h"
+
 #include <QSet>
 
 #include <algorithm>
 
 namespace brevok {
+
+using namespace Qt::StringLiterals;
+
+PackageList listedPackages(const QJsonArray &list)
+{
+    PackageList listed;
+    const auto refuse = [&listed](const QString &line) {
+        logLine(line);
+        listed.tellsAllAgain = false;
+    };
+    for (const QJsonValue element : list) {
+        if (!element.isObject()) {
+            refuse(u"package is not nsdirectory!"_s);
+            continue;
+        }
+        const Record package = element.toObject();
+        if (package.value(PackageKeys::platform).toString() != PluginKeys::mac) {
+            continue;
+        }
+        const QString name = nonEmptyString(package.value(PackageKeys::name));
+        if (name.isNull() || nonEmptyString(package.value(PackageKeys::published)).isNull()
+            || nonEmptyString(package.value(PackageKeys::version)).isNull()) {
+            refuse(u"package data do not containe name!"_s);
+            continue;
+        }
+        listed.tellsAllAgain = listed.tellsAllAgain && !package.contains(PackageKeys::iconPath);
+        listed.packages.append({name, package});
+    }
+    return listed;
+}
 
 bool PackageRecords::Order::operator()(const QString &a, const QString &b) const
 {

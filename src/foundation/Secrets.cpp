@@ -128,9 +128,9 @@ Character percentDecoded(QStringView text)
         return {};
     }
     for (qsizetype length = 3; length <= std::min(longest, text.size()); length += 3) {
-        const QList<uint> codes =
-            QString::fromUtf8(QByteArray::fromPercentEncoding(text.first(length).toLatin1())).toUcs4();
-        if (codes.size() == 1 && codes.front() != QChar::ReplacementCharacter) {
+        const QByteArray bytes = QByteArray::fromPercentEncoding(text.first(length).toLatin1());
+        const QList<uint> codes = QString::fromUtf8(bytes).toUcs4();
+        if (codes.size() == 1 && (codes.front() != QChar::ReplacementCharacter || bytes == "\xEF\xBF\xBD")) {
             return {codes.front(), length};
         }
     }

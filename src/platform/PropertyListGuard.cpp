@@ -146,12 +146,33 @@ private:
         qint64 sum = nodeSize;
         for (qint64 i = 0; i < references; ++i) {
             const auto child = number(place + i * m_referenceSize, m_referenceSize);
+            const bool isKey = kind == dictionary && i < *count;
             const auto size = child ? unfolded(*child, depth + 1) : std::nullopt;
-            if (!size || (sum += *size) > unfoldedLimit) {
+            if (!size || (isKey && !isUsableKey(*child)) || (sum += *size) > unfoldedLimit) {
                 return std::nullopt;
             }
         }
         return sum;
+    }
+
+    // A text without NUL: the library ends the program over any other.
+    [[nodiscard]] bool isUsableKey(qint64 object) const
+    {
+        constexpr qint64 latin = 0x5;
+        constexpr qint64 utf16 = 0x6;
+        qint64 place = number(m_table + object * m_offsetSize, m_offsetSize).value_or(-1);
+        const qint64 kind = number(place, 1).value_or(0) >> 4;
+        const qint64 unit = kind == utf16 ? 2 : 1;
+        const qint64 units = length(&place).value_or(-1);
+        if ((kind != latin && kind != utf16) || units < 0 || units > (m_bytes.size() - place) / unit) {
+            return false;
+        }
+        for (qint64 i = 0; i < units; ++i) {
+            if (number(place + i * unit, unit) == 0) {
+                return false;
+            }
+        }
+        return true;
     }
 
     QByteArrayView m_bytes;

@@ -122,6 +122,7 @@ void PolicyTest::whatCannotBeUsedIsNamed_data()
         u", line 1: there is no group '[service]'"_s);
     row("no group", "URL=https://firm.example", u", line 1: URL: is in no group"_s);
     row("no key", "[Service]\nhttps", u", line 2: 'https' is neither [GROUP] nor KEY=VALUE"_s);
+    row("no text", "[Service]\nhttp\x1b[2J\rs", u", line 2: 'http [2J s' is neither [GROUP] nor KEY=VALUE"_s);
     row("no value", "[Service]\nURL=", u", line 2: URL: the value is missing"_s);
     row("twice", "[Service]\nURL=https://a.example\nURL=https://b.example",
         u", line 3: URL: is given twice"_s);

@@ -141,6 +141,11 @@ void PropertyListsTest::whatIsNoDictionaryReadsAsAbsent_data()
     QTest::newRow("unfolds without end") << nestedArrays(30, 14);
     QTest::newRow("holds itself") << binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(0, 4), "\x51k"_ba});
     QTest::newRow("objects outside") << binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(77, 4), "\x51k"_ba});
+    for (const char kind : {'\x53', '\x61', '\x13', '\x43'}) {
+        const QByteArray key = kind + "a\0b"_ba;
+        QTest::addRow("key of kind %x with a NUL", unsigned(kind)) << binaryOf(
+            {"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), kind == '\x61' ? "\x61\0\0"_ba : key, "\x51v"_ba});
+    }
     QTest::newRow("endless text") << binaryOf(
         {"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), "\x51k"_ba, "\x5f\x13\x7f" + QByteArray(7, '\xff')});
 }

@@ -182,6 +182,11 @@ void SettingsFaultsTest::oddFilesAreRead_data()
     QTest::newRow("both") << "\xEF\xBB\xBF[General]\r\na=7\r\nb=1\r\n"_ba << false;
     QTest::newRow("no end of line, no group") << "a=7"_ba << false;
     QTest::newRow("comments and groups of others") << "; mine\n[Other]\nx=1\n[General]\na=7\n"_ba << false;
+    // Of QSettings' own forms; this one would take 100 GB.
+    QTest::newRow("object") << "[General]\na=7\nb=@Variant(\\0\\0\\0\\xb\\xff\\xff\\xff\\xf0)\n"_ba << false;
+    QTest::newRow("object in other letters")
+        << "a=7\nb=\"\"\\x40Variant(\\0\\0\\0\\xb\\xff\\xff\\xff\\xf0)\nc=@Size(1 2)\n"_ba << false;
+    QTest::newRow("value without a key") << "a=7\n=2\n"_ba << false;
     QTest::newRow("behind a link") << "[General]\na=7\n"_ba << true;
 }
 

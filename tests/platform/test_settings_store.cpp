@@ -84,11 +84,14 @@ void SettingsStoreTest::valuesSurvive_data()
     QTest::newRow("long") << u"long"_s << QVariant(qint64(1) << 40);
     QTest::newRow("double") << u"OrlecSessionVersion"_s << QVariant(1.5);
     QTest::newRow("text") << u"text"_s << QVariant(u"true, \"5\" \\ @Variant(\n) ä 😀"_s);
+    QTest::newRow("text like a form of others") << u"form"_s << QVariant(u"@Rect(1 2 3 4)"_s);
     QTest::newRow("number as text") << u"digits"_s << QVariant(u"0042"_s);
     QTest::newRow("bytes") << u"OrlecSessionData"_s << QVariant("\0\xff[General]\n\0"_ba);
     QTest::newRow("large") << u"OrlecPluginsData"_s << QVariant(QByteArray(5'000'000, '\xf7'));
     QTest::newRow("half a character") << u"half"_s << QVariant(u"a\uFFFD"_s);
     QTest::newRow("list") << u"OrlecNotifiedPackages"_s << QVariant(QStringList{u"a, b"_s, u""_s, u"ü"_s});
+    QTest::newRow("list like a form of others")
+        << u"forms"_s << QVariant(QStringList{u"@Variant(x)"_s, u"a=, b"_s, u"@@"_s, u" =\uFDD0"_s});
     QTest::newRow("list of one") << u"one"_s << QVariant(QStringList{u"2019"_s});
     QTest::newRow("empty list") << u"none"_s << QVariant(QStringList());
     QTest::newRow("date") << u"OrlecPluginsUpdateDate"_s

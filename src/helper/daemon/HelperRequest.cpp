@@ -3,9 +3,17 @@
 
 #include "daemon/HelperRequest.h"
 
+#include "daemon/TargetPath.h"
+
 namespace brevok {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr quint32 plainPermissions = 0777;
+
+} // namespace
 
 QString HelperRequest::name() const
 {
@@ -36,6 +44,24 @@ QString HelperRequest::action() const
 {
     return operation == Operation::Remove ? u"com.tolvane.brevok.helper.remove"_s
                                           : u"com.tolvane.brevok.helper.install"_s;
+}
+
+QString objectionTo(const HelperRequest &request, quint32 caller)
+{
+    if (targetPath(request.target) != request.target) {
+        return u"the path cannot belong to an install target"_s;
+    }
+    if (request.operation == HelperRequest::Operation::Install
+        && plainPath(request.source) != request.source) {
+        return u"the source is not an absolute path"_s;
+    }
+    if (request.namesUser() && request.user != caller) {
+        return u"the user id %1 is not the caller's own"_s.arg(request.user);
+    }
+    if ((request.permissions & ~plainPermissions) != 0) {
+        return u"the permissions %1 are more than permissions"_s.arg(request.permissions, 0, 8);
+    }
+    return {};
 }
 
 } // namespace brevok

@@ -50,6 +50,9 @@ struct HelperRequest {
 };
 using HelperRequestPtr = std::shared_ptr<const HelperRequest>;
 
+/// What is wrong with a request of the user @p caller whoever agrees to it; empty when nothing is.
+[[nodiscard]] QString objectionTo(const HelperRequest &request, quint32 caller);
+
 /// What a request came to.
 struct HelperAnswer {
     enum class Refusal {

@@ -3,7 +3,6 @@
 
 #include "daemon/RequestDesk.h"
 
-#include "daemon/TargetPath.h"
 #include "foundation/Log.h"
 #include "foundation/Paths.h"
 #include "foundation/Tasks.h"
@@ -25,7 +24,6 @@ constexpr auto busPath = "/org/freedesktop/DBus"_L1;
 constexpr int openPerConnection = 8;
 constexpr int openPerUser = 64;
 constexpr int questionsPerUser = 4; ///< more than anybody can answer at once
-constexpr quint32 plainPermissions = 0777;
 
 /// A caller's text as one harmless piece of a log line.
 QString quoted(const QString &text)
@@ -131,18 +129,9 @@ void RequestDesk::identify(const OpenPtr &open)
 QString RequestDesk::objection(const Open &open) const
 {
     const HelperRequest &request = *open.request;
-    if (targetPath(request.target) != request.target) {
-        return u"the path cannot belong to an install target"_s;
-    }
-    if (request.operation == HelperRequest::Operation::Install
-        && plainPath(request.source) != request.source) {
-        return u"the source is not an absolute path"_s;
-    }
-    if (request.namesUser() && request.user != open.caller.user) {
-        return u"the user id %1 is not the caller's own"_s.arg(request.user);
-    }
-    if ((request.permissions & ~plainPermissions) != 0) {
-        return u"the permissions %1 are more than permissions"_s.arg(request.permissions, 0, 8);
+    const QString own = objectionTo(request, open.caller.user);
+    if (!own.isEmpty()) {
+        return own;
     }
     const bool twice =
         request.changesFiles() && std::any_of(m_open.cbegin(), m_open.cend(), [&](const OpenPtr &other) {

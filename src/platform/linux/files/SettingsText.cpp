@@ -8,6 +8,7 @@
 
 #include <QDateTime>
 #include <QFile>
+#include <QRegularExpression>
 #include <QSettings>
 
 #include <array>
@@ -37,6 +38,60 @@ FileDescriptor memoryFile(const QByteArray &text)
     const std::array times{time, time};
     ::futimens(file.get(), times.data());
     return file;
+}
+
+// QSettings makes an object of any kind and size of a value that begins with "@Variant(", which has many
+// spellings. With U+FDD0, a noncharacter, before it, a value is a text or a list of texts.
+QByteArray guarded(const QByteArray &text)
+{
+    QByteArray result;
+    for (qsizetype at = 0; at < text.size();) {
+        const char c = text[at++];
+        result += c;
+        if (c == '=' || c == ',') {
+            for (; at < text.size() && (text[at] == ' ' || text[at] == '\t'); ++at) {
+                result += text[at];
+            }
+            result += "\uFDD0";
+        }
+    }
+    return result;
+}
+
+QString withoutGuard(QString text)
+{
+    static const QRegularExpression guards(u"(^|[=,][ \t]*)\uFDD0"_s);
+    return text.replace(guards, u"\\1"_s);
+}
+
+// What QSettings makes of a text of those kinds that it was given to write.
+QVariant plainValue(const QString &guardedText)
+{
+    const QString text = withoutGuard(guardedText);
+    const auto inside = [&text](QLatin1StringView kind) -> std::optional<QString> {
+        const bool is = text.startsWith(kind) && text.endsWith(u')');
+        return is ? std::optional(text.sliced(kind.size()).chopped(1)) : std::nullopt;
+    };
+    if (const auto bytes = inside("@ByteArray("_L1)) {
+        return bytes->toLatin1();
+    }
+    if (const auto characters = inside("@String("_L1)) {
+        return *characters;
+    }
+    return text == "@Invalid()"_L1 ? QVariant() : QVariant(text.startsWith("@@"_L1) ? text.sliced(1) : text);
+}
+
+QVariant plainValue(const QVariant &value)
+{
+    if (value.typeId() != QMetaType::QStringList) {
+        return plainValue(value.toString());
+    }
+    QStringList list;
+    const QStringList elements = value.toStringList();
+    for (const QString &element : elements) {
+        list.append(plainValue(element).toString());
+    }
+    return list;
 }
 
 QString encodedKey(QString key)
@@ -116,22 +171,23 @@ std::optional<QVariantMap> settingsValues(const QByteArray &text, QString *short
     }
     const QByteArray byteOrderMark("\xEF\xBB\xBF"); // which some editors begin a file with
     const FileDescriptor file =
-        memoryFile(text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text);
+        memoryFile(guarded(text.startsWith(byteOrderMark) ? text.sliced(byteOrderMark.size()) : text));
     if (!file) {
         *shortage = qt_error_string(errno);
         return std::nullopt;
     }
     const QSettings settings(u"/proc/self/fd/%1"_s.arg(file.get()), QSettings::IniFormat);
     QVariantMap values;
-    const QStringList keys = settings.allKeys(); // parses: the status says more only after this
+    QStringList keys = settings.allKeys(); // parses: the status says more only after this
+    keys.removeAll(QString()); // which QSettings reads, but nobody can ask it for
     if (settings.status() == QSettings::AccessError) {
         *shortage = u"it cannot be opened"_s;
     }
     if (settings.status() != QSettings::NoError) {
         return std::nullopt;
     }
-    for (const QString &key : keys) {
-        values.insert(decodedKey(key), settings.value(key));
+    for (const QString &key : std::as_const(keys)) {
+        values.insert(decodedKey(withoutGuard(key)), plainValue(settings.value(key)));
     }
     return values;
 }

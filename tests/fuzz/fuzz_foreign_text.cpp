@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
+// SPDX-License-Identifier: MIT
+
+#include "foundation/Log.h"
+#include "foundation/Secrets.h"
+#include "foundation/UntrustedText.h"
+#include "fuzz/Fuzz.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QUrl>
+
+#include <algorithm>
+
+using namespace brevok;
+using namespace Qt::StringLiterals;
+
+namespace {
+
+const QString mark = u"(not logged)"_s;
+
+QString eachUnit(const QString &text, const QString &format, int digits, int base)
+{
+    QString result;
+    for (const QChar unit : text) {
+        result += format.arg(uint(unit.unicode()), digits, base, QChar(u'0'));
+    }
+    return result;
+}
+
+QStringList spellings(const QString &secret, const QByteArray &before, const QByteArray &after)
+{
+    const QByteArray utf8 = secret.toUtf8();
+    const auto json = QString::fromUtf8(QJsonDocument(QJsonArray{secret}).toJson(QJsonDocument::Compact));
+    QString html;
+    for (const uint code : secret.toUcs4()) {
+        html += u"&#%1;"_s.arg(code);
+    }
+    return {secret, json.chopped(2).sliced(2), eachUnit(secret, u"\\u%1"_s, 4, 16), secret.toHtmlEscaped(),
+        html, QString::fromLatin1(QUrl::toPercentEncoding(secret)), QString::fromLatin1(utf8.toBase64()),
+        QString::fromLatin1(utf8.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals)),
+        QString::fromLatin1((before + utf8 + after).toBase64())};
+}
+
+bool isClean(const QString &text, bool severalLines)
+{
+    return std::all_of(text.cbegin(), text.cend(), [&](QChar c) {
+        const bool breaks = c == u'\n' || c == u'\t';
+        return (breaks && severalLines)
+            || (c.category() != QChar::Other_Control && c != QChar::LineSeparator
+                && c != QChar::ParagraphSeparator && (c < u'\u202A' || c > u'\u202E')
+                && (c < u'\u2066' || c > u'\u206F'));
+    });
+}
+
+void checkLimits(const QString &text, qsizetype most)
+{
+    const QString one = oneLine(text, most);
+    const QString several = severalLines(text, most);
+    HOLDS(one.size() <= most && several.size() <= most);
+    HOLDS(one.isValidUtf16() && several.isValidUtf16());
+    HOLDS(isClean(one, false) && isClean(several, true) && isHarmless(one));
+    HOLDS(oneLine(one, most) == one && severalLines(several, most) == several);
+    HOLDS(!isHarmless(text) || text.size() > most || one == text);
+    HOLDS(!isCookieValue(text) || isHarmless(text));
+    HOLDS(isClean(messageForLog(text), true) && messageForLog(text).size() <= 20'000);
+}
+
+} // namespace
+
+// A secret, what stands before it and what behind it, in one line each, and a text.
+void fuzz::check(const QByteArray &input)
+{
+    const QList<QByteArray> all = parts(input, 4);
+    const auto text = QString::fromUtf8(all[3]);
+    checkLimits(text, 2 + all[3].size() % 300);
+    checkLimits(text, 1000);
+    const auto secret = QString::fromUtf8(all[0].trimmed());
+    if (secret.size() < 4) {
+        return;
+    }
+    keepSecret(secret);
+    const QStringList spelled = spellings(secret, all[1].trimmed(), all[2].trimmed());
+    const QString &spelling = spelled[all[1].size() % spelled.size()]; // one at a time: this is slow
+    const QStringList left = withoutSecrets(text + spelling + QString::fromUtf8(all[2])).split(mark);
+    HOLDS(left.size() > 1);
+    HOLDS(std::none_of(left.cbegin(), left.cend(),
+        [&](const QString &piece) { return piece.contains(secret) || piece.contains(spelling); }));
+    HOLDS(isClean(excerpt(all[3]), false));
+    const QStringList shown = excerpt(all[3]).split(mark);
+    HOLDS(std::none_of(
+        shown.cbegin(), shown.cend(), [&](const QString &piece) { return piece.contains(secret); }));
+}

@@ -220,9 +220,15 @@ def removable(disk, state, prefix):
 
 # targets
 
+def is_searched(path):
+    """Whether the search tells when the application beside a target comes or goes."""
+    return SEARCHED_NAMES.fullmatch(os.path.basename(os.path.dirname(path.rstrip("/")))) is not None
+
+
 def after_search(targets, hosts, exists):
     """`hosts` are the applications that lie in the searched folders: (target path, name, type, version)."""
-    targets = {path: dict(target, invalid=target["invalid"] or not exists(path)) for path, target in targets.items()}
+    targets = {path: dict(target, invalid=target["invalid"] or not exists(path)) if is_searched(path) else target
+               for path, target in targets.items()}
     for path, name, kind, version in hosts:
         if not SEARCHED_NAMES.fullmatch(name):
             continue
@@ -231,8 +237,14 @@ def after_search(targets, hosts, exists):
         if (known is None or known["version"] != code) and exists(path):
             targets[path] = new_target(kind, code)
         elif known is not None:
-            known["invalid"] = False
+            targets[path] = dict(known, invalid=False)
     return targets
+
+
+def after_look(targets, exists):
+    """The other targets are looked at when the search has something else to tell."""
+    return {path: target if is_searched(path) else dict(target, invalid=not exists(path))
+            for path, target in targets.items()}
 
 
 def new_target(kind, version):
@@ -275,10 +287,10 @@ class Oracle:
         self.now = self.stored = states
         self.since = []
 
-    def keep(self, shown):
-        """Forgets what does not agree with what the program shows. @return whether any state does"""
+    def agrees(self, shown, final):
+        """Whether any state does; when what is shown is final, the others are forgotten."""
         agreeing = [state for state in self.now if shown(state)]
-        if agreeing:
+        if agreeing and (final or len(self.now) > 100):
             self.now = agreeing
         return bool(agreeing)
 

@@ -106,8 +106,11 @@ class Service(http.server.ThreadingHTTPServer):
     # what goes wrong
 
     def spoil(self, place, fault):
+        """Nothing goes wrong there when there is no fault."""
         with self.changed:
-            self.faults[place] = fault
+            self.faults.pop(place, None)
+            self.faults |= {place: fault} if fault else {}
+            self.changed.notify_all()
 
     def mend(self):
         with self.changed:

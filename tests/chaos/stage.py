@@ -34,13 +34,14 @@ class Stage(World):
         super().__init__(programs, library, story)
         self.oracle = oracles.Oracle()
         self.strikes = self.lists_read = 0
+        self.lethal = False  # the latest strike
         self.log_start = 0  # of the copy that runs
         self.signed_in, self.settings = {False}, {}  # what may be
         self.said = []  # everything that the programs said to a person
         self.notes = []  # about the step
         self.looks = []  # what lay on the disk whenever the program may have looked at the bundles for the last time
+        self.in_flight = False  # lists may be on their way that no call waits for
         self.network_struck = False  # which leaves a part of a file, until the next one or the next start
-        self.uncertain = False  # a call was given up, so what it does may not be done yet
         self.callback(self.end_application)
 
     def end_application(self):
@@ -65,31 +66,33 @@ class Stage(World):
             hosts = self.hosts_on_disk()
             there = {path for state in self.oracle.now for path in (*state["targets"], *(host[0] for host in hosts))}
             there = {path for path in there if os.path.exists(path)}
-            change = lambda targets: oracles.after_search(targets, hosts, there.__contains__)  # noqa: E731
-            if any(change(state["targets"]) != state["targets"] for state in self.oracle.now):
-                self.oracle.happened("targets", change)
+            for change, happened in (
+                    (lambda targets: oracles.after_search(targets, hosts, there.__contains__), self.oracle.happened),
+                    (lambda targets: oracles.after_look(targets, there.__contains__), self.oracle.may_have_happened)):
+                if any(change(state["targets"]) != state["targets"] for state in self.oracle.now):
+                    happened("targets", change)
 
     def notice_end(self):
         """The program may end only where the story ends it."""
         struck = self.world / "struck"
-        if self.is_running() and self.session.application.poll() is not None:
-            told = struck.read_text().strip() if struck.exists() else ""
-            if not told or self.session.application.returncode != -signal.SIGKILL:
-                raise Broken(f"the program ended by itself: {self.session.application.returncode}")
-            self.session.stop_application(signal.SIGKILL)
-            self.program_ended()
-        if struck.exists():
-            told = struck.read_text().strip()
-            self.notes.append("struck " + told)
-            self.network_struck = self.network_struck or told.startswith(PROCESSES["network"])
+        told = struck.read_text().strip() if struck.exists() else ""
+        if told:
             struck.unlink()
+            self.notes.append("struck " + told)
             self.full = self.full or (self.world / "full").exists()
+            self.network_struck = self.network_struck or told.startswith(PROCESSES["network"] + ":")
+        if self.is_running() and told.startswith(PROCESSES["application"] + ":") and self.lethal:
+            self.do_kill()  # it is on its way
+            if str(self.disks["targets"]) in told and not self.full and not self.unfinished():
+                raise Broken("killed amid a change of a target, and no unfinished command tells of it")
+        elif self.is_running() and self.session.application.poll() is not None:
+            raise Broken(f"the program ended by itself: {self.session.application.returncode}")
 
     def program_ended(self):
+        self.caller.asked = None
         self.hear(False)
         self.oracle.program_ended()
         self.looks.clear()
-        self.uncertain = False
 
     def unfinished(self):
         """The keys of the builds that have commands, as they are stored."""
@@ -108,7 +111,7 @@ class Stage(World):
         troubled = bool(meanwhile) or self.full or bool(self.service.faults)
         if "strike" in meanwhile:
             program, disk, number, what = meanwhile["strike"]
-            self.strikes += 1
+            self.strikes, self.lethal = self.strikes + 1, what == "kill"
             (self.world / "strike").write_text(
                 f"{self.strikes} {PROCESSES[program]} {self.disks[disk]} {number} {what}\n")
         before = self.service.faults.get(meanwhile.get("silent"))
@@ -139,11 +142,13 @@ class Stage(World):
             self.oracle.all_is_stored()
             if words[0] in LOOKING:
                 self.looks.clear()
+            self.in_flight = self.in_flight and words[0] != "check"
         elif not troubled and process.returncode != 1:
             raise Broken(f"brevokctl {' '.join(map(str, words))}: {process.returncode} {err}")
         return Answer(process.returncode, out + err, document, troubled)
 
     def interrupt(self, how, process):
+        self.in_flight = True
         if how == "kill":
             self.do_kill()
         elif how == "quit":
@@ -151,10 +156,8 @@ class Stage(World):
         elif how == "give up":
             process.send_signal(signal.SIGINT)
             process.wait(PATIENCE)
-            self.uncertain = True
         elif how == "bus":
             self.do_bus()
-            self.uncertain = True
 
     def must_succeed(self, answer, what):
         if answer.status != 0 and not answer.troubled:
@@ -165,16 +168,18 @@ class Stage(World):
     def do_start(self):
         if self.is_running():
             return "runs"
-        self.log_start, self.network_struck = len(self.session.log()), False
+        self.log_start, self.network_struck, self.in_flight = len(self.session.log()), False, True
         before = dict(self.service.asked)
         self.session.start_application()
         wait_for(lambda: all(count > before[place] for place, count in self.service.asked.items()),
                  "the lists are asked for")
+        self.caller.asked, self.caller.bus = self.session.application.pid, self.road.bus.pid
         return None
 
     def do_quit(self):
         if not self.is_running():
             return "passed over"
+        self.caller.asked = None
         status = self.session.stop_application()
         self.program_ended()
         if status != 0:
@@ -281,8 +286,6 @@ class Stage(World):
             return "passed over"
         disk, states, pending = self.disk(), list(self.oracle.now), self.unfinished()
         answer = self.call(*words, meanwhile=meanwhile)
-        told = {(bundle["plugin"], bundle["target"]): bundle["result"] for bundle in answer.document.get("outcome", [])}
-        del told
         for state in states + self.oracle.now:
             for prefix in installs:
                 for path, builds in oracles.planned(disk if not pending else {}, state, prefix).items():
@@ -295,7 +298,35 @@ class Stage(World):
                     for state in states for one in state["packages"].values())
         if words[0] in ("install", "remove") and known and not pending:
             self.must_succeed(answer, " ".join(words))
+        if self.is_running():
+            self.road.start_helper()  # which makes good what one that was killed has left
+        entries = [one for key in ("outcome", "changed", "deferred", "failed") for one in answer.document.get(key, [])]
+        self.compare_with_outcome(entries, disk)
+        if answer.status == 0 and words[0] in ("install", "update"):
+            self.compare_with_plan(installs, disk, states if words[0] == "install" else [])
         return None
+
+    def compare_with_outcome(self, entries, before):
+        """What a person is told has become of the bundles is what became of them."""
+        now = self.disk()
+        for entry in entries:
+            if not entry.get("target") or not entry.get("plugin"):
+                continue
+            path = oracles.bundle_in(entry["target"], entry["plugin"])
+            right = {"installed": path in now, "removed": path not in now, "skipped": now.get(path) == before.get(path),
+                     "failed": now.get(path) == before.get(path), "left alone": path in now}
+            # Two of its packages may have worked on the same bundle.
+            if not right[entry["result"]] and sum(path == oracles.bundle_in(one.get("target", ""), one.get("plugin", ""))
+                                                  for one in entries) == 1:
+                raise Broken(f"told is {entry}, but there is {now.get(path)} where {before.get(path)} was")
+
+    def compare_with_plan(self, prefixes, before, states):
+        """A success has done everything that was to do."""
+        now = self.bundles()
+        for prefix in prefixes if len(states) == 1 else ():
+            for path, builds in oracles.planned(before, states[0], prefix).items():
+                if now.get(path) not in {(one["Name"], one["Version"], one["HostVersion"]) for one in builds}:
+                    raise Broken(f"an install that succeeded left {now.get(path)} in {path}")
 
     def may_become(self, path, what):
         self.expected[path] = self.expected.get(path, {None}) | what

@@ -31,9 +31,10 @@ class Teller:
 
     def __init__(self, seed):
         self.random = random.Random(seed)
+        self.road = self.pick(("own", "own", "helper"))
         self.steps = []
         self.hosts, self.moved, self.mounted, self.busy = {}, set(), set(), set()
-        self.listed = []
+        self.listed, self.wanted = [], []
         self.runs = self.signed_in = self.troubled = False
 
     def pick(self, choices):
@@ -131,16 +132,18 @@ class Teller:
 
     def meanwhile(self):
         """What goes wrong during a call, if anything does."""
-        if self.chance(0.6):
+        worker = "helper" if self.road == "helper" else "application"
+        if self.chance(0.5):
             return {}
         if self.chance(0.25):
             how = {"silent": self.pick(SILENT_PLACES), "then": self.pick(("kill", "quit", "give up", "bus", "well"))}
             self.runs = self.runs and how["then"] not in ("kill", "quit")
             return how
-        program = self.pick(("application", "application", "helper", "network"))
+        changes = self.pick(((worker, "targets", 120),) * 3 + (("application", "data", 60), ("network", "data", 8)))
         what = self.pick(("kill", "kill", "full"))
         self.troubled = self.troubled or what == "full"
-        return {"strike": [program, self.pick(("targets", "targets", "data")), self.random.randint(1, 90), what]}
+        number = int(changes[2] ** self.random.random())  # what is short has to be struck, too
+        return {"strike": [*changes[:2], number, what]}
 
     def start(self):
         self.runs = True
@@ -150,6 +153,10 @@ class Teller:
         self.runs = False
         self.tell(word)
 
+    def install(self, prefix):
+        self.wanted.append(prefix)
+        self.tell("install", prefix, self.meanwhile())
+
     def converge(self):
         if self.chance(0.5):
             self.tell("signin", True, {})
@@ -158,16 +165,16 @@ class Teller:
     def person(self):
         if not self.runs or self.chance(0.1):  # it may have been struck
             self.start()
-        prefix = self.pick(PREFIXES)
+        prefix = self.pick([row[0][1] for row in self.listed] or PREFIXES)
         key = self.pick(SETTINGS)
         self.weighed(
             (1, lambda: self.leave("quit")), (1, lambda: self.leave("kill")),
             (2, lambda: self.tell("signin", self.chance(0.8), self.meanwhile())),
             (1, lambda: self.tell("signout", self.meanwhile())),
             (4, lambda: self.tell("check", self.meanwhile())),
-            (7, lambda: self.tell("install", prefix, self.meanwhile())),
+            (7, lambda: self.install(prefix)),
             (3, lambda: self.tell("update", self.meanwhile())),
-            (3, lambda: self.tell("remove", prefix, self.meanwhile())),
+            (4, lambda: self.tell("remove", self.pick(self.wanted or PREFIXES), self.meanwhile())),
             (3, self.converge),
             (2, lambda: self.tell("discard")),
             (2, lambda: self.tell("set", key, self.pick(SETTINGS[key]))),
@@ -185,7 +192,7 @@ def story_of(seed):
         teller.publish()
     for _ in range(teller.random.randint(12, 32)):
         teller.weighed((35, teller.world), (10, teller.trouble), (55, teller.person))
-    return {"seed": seed, "road": "helper" if teller.chance(0.3) else "own", "steps": teller.steps}
+    return {"seed": seed, "road": teller.road, "steps": teller.steps}
 
 
 def read_aloud(step):

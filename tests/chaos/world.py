@@ -11,6 +11,7 @@ import tempfile
 
 import oracle as oracles
 import service as services
+from caller import Caller
 from story import HOSTS
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "end-to-end"))
@@ -98,6 +99,9 @@ class World(contextlib.ExitStack):
             self.socket = self.folder / "runtime" / "bus"
             self.road.rig.serve_by({"LD_PRELOAD": self.session.preloaded, "CHAOS_WORLD": self.world})
         self.session.environment["DBUS_SESSION_BUS_ADDRESS"] = f"unix:path={self.socket}"
+        self.caller = Caller(f"unix:path={self.socket}")
+        self.caller.start()
+        self.callback(self.caller.close)
         self.callback(self.end_worldly)
 
     def installed(self, programs):
@@ -138,6 +142,8 @@ class World(contextlib.ExitStack):
         """By path what stands there: (plug-in, version, host), or the files of a torn one."""
         found = {}
         for path in self.session.applications.glob("*/Plug-Ins/Tolvane/*.InDesignPlugin"):
+            if path.name.startswith("."):
+                continue  # it bears no bundle's name yet, or no more
             files = {str(file.relative_to(path)): file.read_bytes() for file in path.rglob("*") if file.is_file()}
             found[str(path)] = identity(path.stem, files)
         return found
@@ -264,11 +270,13 @@ class World(contextlib.ExitStack):
         self.policy = (required, forbidden)
 
     def do_bus(self):
+        self.caller.asked = None
         end_process(self.road.bus, signal.SIGKILL)
         self.socket.unlink(missing_ok=True)
         self.road.bus, _ = start_bus(self, f"unix:path={self.socket}", **self.session.user)
         if self.is_running():
             wait_for(lambda: self.session.ctl("status", check=False).returncode == 0, "the program is on the new bus")
+            self.caller.asked, self.caller.bus = self.session.application.pid, self.road.bus.pid
 
     def workspace(self):
         """What the file of that name beside each target holds."""

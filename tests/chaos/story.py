@@ -132,18 +132,23 @@ class Teller:
 
     def meanwhile(self):
         """What goes wrong during a call, if anything does."""
-        worker = "helper" if self.road == "helper" else "application"
         if self.chance(0.5):
             return {}
         if self.chance(0.25):
             how = {"silent": self.pick(SILENT_PLACES), "then": self.pick(("kill", "quit", "give up", "bus", "well"))}
             self.runs = self.runs and how["then"] not in ("kill", "quit")
             return how
-        changes = self.pick(((worker, "targets", 120),) * 3 + (("application", "data", 60), ("network", "data", 8)))
+        return self.strike(*self.pick(((self.worker(), "targets", 120),) * 3
+                                      + (("application", "data", 60), ("network", "data", 8))))
+
+    def worker(self):
+        return "helper" if self.road == "helper" else "application"
+
+    def strike(self, program, disk, longest):
         what = self.pick(("kill", "kill", "full"))
         self.troubled = self.troubled or what == "full"
-        number = int(changes[2] ** self.random.random())  # what is short has to be struck, too
-        return {"strike": [*changes[:2], number, what]}
+        number = int(longest ** self.random.random())  # what is short has to be struck, too
+        return {"strike": [program, disk, number, what]}
 
     def start(self):
         self.runs = True
@@ -156,6 +161,11 @@ class Teller:
     def install(self, prefix):
         self.wanted.append(prefix)
         self.tell("install", prefix, self.meanwhile())
+
+    def regret(self, prefix):
+        self.tell("install", prefix, {})
+        self.tell("remove", prefix, self.strike(self.worker(), "targets", 30))
+        self.start()
 
     def converge(self):
         if self.chance(0.5):
@@ -175,6 +185,7 @@ class Teller:
             (7, lambda: self.install(prefix)),
             (3, lambda: self.tell("update", self.meanwhile())),
             (4, lambda: self.tell("remove", self.pick(self.wanted or PREFIXES), self.meanwhile())),
+            (2, lambda: self.regret(prefix)),
             (3, self.converge),
             (2, lambda: self.tell("discard")),
             (2, lambda: self.tell("set", key, self.pick(SETTINGS[key]))),

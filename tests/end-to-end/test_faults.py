@@ -299,6 +299,15 @@ class Faults(unittest.TestCase):
         self.assertIn(str(folder), [target["path"] for target in session.status()["targets"]])
         self.assertTrue(session.status()["session"]["signedIn"])
 
+    def test_a_login_item_that_failed_at_the_start_fails_no_other_call(self):
+        session = self.session
+        autostart = session.folder / "config" / "autostart"
+        autostart.write_text("a file where the folder belongs")
+        session.start_application()
+        wait_for(lambda: "The login item cannot be written" in session.log(), "it is logged")
+        session.ctl("settings", "set", "showNotifications", "no")
+        self.assertEqual(session.ctl("settings", "set", "startAtLogin", "yes", check=False).returncode, 1)
+
     def test_a_start_without_room_for_temporary_files(self):
         session = self.session
         session.start_application()

@@ -17,10 +17,8 @@ import time
 import unittest
 import zipfile
 
-from brevok_session import PATIENCE, Session, end_process, information, start_bus, wait_for
-
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "helper" / "system"))
-import rig as rigs  # noqa: E402
+from brevok_session import PATIENCE, information, wait_for
+from roads import HelperRoad, OwnRoad, rigs
 
 KILLS = int(os.environ.get("KILLS", "4"))
 SEED = int(os.environ.get("KILLS_SEED", random.SystemRandom().getrandbits(32)))
@@ -39,73 +37,11 @@ def tree(folder):
     return {str(path.relative_to(folder)): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
 
 
-class OwnRoad:
-    """The application changes the targets itself."""
-    victims = ("application",)
-
-    def __init__(self, test):
-        self.session = test.enterContext(Session(PROGRAMS))
-        self.temporary = self.session.folder / "temporary"
-        self.temporary.mkdir()
-        self.session.environment["TMPDIR"] = str(self.temporary)
-
-    def belongs_to_root(self, folder):
-        """Which is nothing here."""
-
-    def helper_process(self):
-        return None
-
-    def start_helper(self):
-        """There is none."""
-
-    def leftovers(self):
-        return list(self.temporary.iterdir())
-
-
-class HelperRoad(OwnRoad):
-    """Targets of root's, and an application of somebody else's."""
-    victims = ("application", "helper", "both")
-
-    def __init__(self, test):  # pylint: disable=super-init-not-called
-        self.rig = rigs.Rig(PROGRAMS / "tolvane-brevok-helper")
-        test.addCleanup(self.rig.close)
-        for name in ("bin", "lib", "share"):  # the build's own folder may be closed to other users
-            shutil.copytree(PROGRAMS.parent / name, self.rig.root / "build" / name)
-        folder = self.rig.root / "session"
-        folder.mkdir()
-        user = {"user": rigs.ALLOWED, "group": 65534, "extra_groups": []}
-        self.session = test.enterContext(Session(self.rig.root / "build" / "bin", folder, **user))
-        own = {"TMPDIR": "temporary", "XDG_RUNTIME_DIR": "runtime"}
-        for name in own.values():
-            (folder / name).mkdir(mode=0o700)
-        for name in (*own.values(), "config", "data", "state", "home"):
-            os.chown(folder / name, rigs.ALLOWED, 65534)
-        self.temporary = folder / "temporary"
-        _, bus = start_bus(test, f"unix:path={folder}/runtime/bus", **user)
-        self.session.environment.update({name: str(folder / place) for name, place in own.items()},
-                                        DBUS_SESSION_BUS_ADDRESS=bus, DBUS_SYSTEM_BUS_ADDRESS=self.rig.address)
-        self.caller = self.rig.caller()
-
-    def belongs_to_root(self, folder):
-        for path in (folder, *folder.rglob("*")):
-            os.chown(path, 0, 0)
-
-    def helper_process(self):
-        return self.rig.helper_process()
-
-    def start_helper(self):
-        self.caller.call("Version")
-        self.rig.settle()
-
-    def leftovers(self):
-        return super().leftovers() + list(self.rig.state.iterdir())
-
-
 class Kills(unittest.TestCase):
     def setUp(self):
         print(f"KILLS_SEED={SEED}")
         self.random = random.Random(SEED)
-        self.road = HelperRoad(self) if ROAD == "helper" else OwnRoad(self)
+        self.road = (HelperRoad if ROAD == "helper" else OwnRoad)(self, PROGRAMS)
         self.session = self.road.session
         session = self.session
         for host in HOSTS:

@@ -7,7 +7,10 @@
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 
+#include <QDir>
 #include <QTest>
+
+#include <cerrno>
 
 #include <sys/stat.h>
 
@@ -25,6 +28,7 @@ private Q_SLOTS:
     void loginItemsAreDesktopEntries();
     void whatIsNoLoginItemCountsAsAbsent_data();
     void whatIsNoLoginItemCountsAsAbsent();
+    void loginItemsFailWithOneLine_data();
     void loginItemsFailWithOneLine();
 };
 
@@ -93,15 +97,26 @@ void LoginItemsTest::whatIsNoLoginItemCountsAsAbsent()
         QFileInfo(file).isFile() ? AutostartLoginItems(file, {}).contains(application) : false, true);
 }
 
+void LoginItemsTest::loginItemsFailWithOneLine_data()
+{
+    QTest::addColumn<QString>("folder");
+
+    QTest::newRow("a file in the folder's place") << u"file"_s;
+    QTest::newRow("a folder that cannot be made") << u"/sys/tolvane-brevok"_s;
+}
+
 void LoginItemsTest::loginItemsFailWithOneLine()
 {
+    QFETCH(const QString, folder);
     QVERIFY(writeFile(path(u"file"_s), "x"));
     const LogCapture log;
-    AutostartLoginItems items(path(u"file/com.tolvane.brevok.desktop"_s), u"Tolvane Brevok"_s);
+    AutostartLoginItems items(
+        QDir(path()).absoluteFilePath(folder + u"/com.tolvane.brevok.desktop"_s), u"Tolvane Brevok"_s);
     items.insert(QUrl::fromLocalFile(u"/usr/bin/tolvane-brevok"_s));
     QString problem;
     items.whenWritten(this, [&problem](const QString &said) { problem = said; });
     QTRY_VERIFY(problem.startsWith(u"The login item cannot be written to "_s));
+    QVERIFY2(!problem.contains(qt_error_string(ENOENT)), "that the folder is missing is not the reason");
     QVERIFY(log.mentions(problem));
     QCOMPARE(log.lines().size(), 1);
 }

@@ -7,11 +7,13 @@
 #include "platform/RegularFile.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QFileInfo>
 #include <QMap>
 #include <QPointer>
 #include <QSaveFile>
+
+#include <filesystem>
+#include <system_error>
 
 namespace brevok {
 
@@ -79,13 +81,14 @@ QMap<QString, QString> readEntry(const QString &path)
 // Why it failed, or nothing.
 QString writeEntry(const QString &path, const QByteArray &bytes)
 {
-    QDir().mkpath(QFileInfo(path).absolutePath());
+    std::error_code noFolder;
+    std::filesystem::create_directories(QFileInfo(path).filesystemAbsolutePath(), noFolder);
     QSaveFile file(path);
     const bool written =
-        file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-    return written
-        ? QString()
-        : QStringLiteral("The login item cannot be written to %1: %2").arg(path, file.errorString());
+        !noFolder && file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
+    return written ? QString()
+                   : QStringLiteral("The login item cannot be written to %1: %2")
+                         .arg(path, noFolder ? qt_error_string(noFolder.value()) : file.errorString());
 }
 
 QString removeEntry(const QString &path)

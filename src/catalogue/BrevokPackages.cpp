@@ -206,7 +206,7 @@ void BrevokPackages::updateWithArray(const QJsonArray &list)
 void BrevokPackages::takeList(const QJsonArray &list, const KeptList &as)
 {
     Q_EMIT packagesWillChange();
-    const PackageList listed = listedPackages(list);
+    const ListedPackages listed = listedPackages(list);
     QSet<QString> names;
     for (const auto &[name, package] : listed.packages) {
         names.insert(name);

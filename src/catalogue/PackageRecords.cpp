@@ -14,9 +14,9 @@ namespace brevok {
 
 using namespace Qt::StringLiterals;
 
-PackageList listedPackages(const QJsonArray &list)
+ListedPackages listedPackages(const QJsonArray &list)
 {
-    PackageList listed;
+    ListedPackages listed;
     const auto refuse = [&listed](const QString &line) {
         logLine(line);
         listed.tellsAllAgain = false;

@@ -26,14 +26,14 @@ inline constexpr QLatin1StringView info("Info");
 } // namespace PackageKeys
 
 /// The usable elements of a list that the service sends, each with the name that it goes by.
-struct PackageList {
+struct ListedPackages {
     QList<std::pair<QString, Record>> packages{};
     /// The records hold all that the list says: nothing was left out with a line in the log, or will change.
     bool tellsAllAgain = true;
 };
 /// In the order of @p list. Elements for other platforms are skipped, unusable ones with a log line. Any
 /// thread.
-[[nodiscard]] PackageList listedPackages(const QJsonArray &list);
+[[nodiscard]] ListedPackages listedPackages(const QJsonArray &list);
 
 /// The package records by name, case-insensitively (names that differ in case only are two names), and by
 /// prefix. Values only.

@@ -52,8 +52,9 @@ def idle_rows(session, where, process=None):
 @contextlib.contextmanager
 def virtual_display():
     reading, writing = os.pipe()
-    server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1440x900x24", "-nolisten", "tcp"],
-                              pass_fds=[writing], stderr=subprocess.DEVNULL)
+    # Without a reset, which would close the connection of who comes while it lasts.
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(writing), "-screen", "0", "1440x900x24", "-nolisten", "tcp",
+                               "-noreset"], pass_fds=[writing], stderr=subprocess.DEVNULL)
     os.close(writing)
     try:
         yield ":" + os.read(reading, 20).decode().strip()

@@ -145,9 +145,7 @@ PackedRecord keptRecord(std::string_view element, const Fields &fields)
     const auto end = static_cast<qsizetype>(element.rfind('}'));
     QByteArray json = QByteArrayView(element.data(), end).sliced(start).toByteArray();
     json += plain ? ",\"Prefixes\":[" + simdjson::minify(*fields[Prefix]) + "]}" : std::string("}");
-    if (element.find(byteOrderMark) != std::string_view::npos) {
-        json.replace(byteOrderMark.data(), "\\ufeff");
-    }
+    json.replace(byteOrderMark.data(), "\\ufeff"); // its own, and the prefix's that was an escape
     if (plain) {
         return PackedRecord::fromJson(json);
     }

@@ -43,8 +43,9 @@ QList<testing::ZipMember> members(const QByteArray &recipe)
 
 bool climbs(const QByteArray &stored)
 {
-    const QByteArray name(stored.constData()); // which a NUL ends
-    return name.isEmpty() || name.startsWith('/') || name.contains('\\') || name.split('/').contains("..");
+    QByteArray name(stored.constData()); // which a NUL ends
+    name.replace('\\', '/'); // as some archivers write it
+    return name.isEmpty() || name.startsWith('/') || name.split('/').contains("..");
 }
 
 // What stands in the folder is harmless wherever it is put.

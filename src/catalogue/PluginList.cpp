@@ -177,9 +177,7 @@ PackedRecord keptRecord(std::string_view element, const Fields &fields)
         json.append(",\"Prefixes\":[").append(prefix).append(']');
     }
     json.append('}');
-    if (element.find(byteOrderMark) != std::string_view::npos) {
-        json.replace(byteOrderMark.data(), "\\ufeff");
-    }
+    json.replace(byteOrderMark.data(), "\\ufeff"); // its own, and the prefix's that was an escape
     if (plain) {
         return PackedRecord::fromJson(json);
     }

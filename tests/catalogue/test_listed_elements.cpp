@@ -49,9 +49,10 @@ void ListedElementsTest::whatAnElementSaysStays()
     QFETCH(QString, name);
     QFETCH(QByteArray, kept);
     Fixture f;
+    const QString prefix = QChar(0xfeff) + u"P"_s;
     const QByteArray list =
         R"( ["]",[{"a":"]"}],{"Platform":"Win"} , {"Platform":"Mac","Size":true,"Link":"l",)"
-        R"("Published":"p","Prefix":"P","Version":"1","HostVersion":140,)"
+        R"("Published":"p","Prefix":"\ufeffP","Version":"1","HostVersion":140,)"
         + said + "},null]";
     Record first;
     for (int start = 0; start < 2; ++start) {
@@ -61,10 +62,10 @@ void ListedElementsTest::whatAnElementSaysStays()
         QVERIFY(f.flushed());
         const DefinitionPtr definition = plugins.definition(u"140:%1_1"_s.arg(name));
         QVERIFY(definition);
-        QCOMPARE(plugins.pluginIndex().value(u"P"_s), QList{definition});
+        QCOMPARE(plugins.pluginIndex().value(prefix), QList{definition});
         const Record record = definition->record;
         QCOMPARE(record.value(PluginKeys::name).toString(), name);
-        QCOMPARE(record.value(PluginKeys::prefixes).toArray(), QJsonArray{u"P"_s});
+        QCOMPARE(record.value(PluginKeys::prefixes).toArray(), QJsonArray{prefix});
         QVERIFY(!record.contains(PluginKeys::savedVersion) && !plugins.hasUnfinishedActions());
         QVERIFY2(definition->record.json().contains(kept), definition->record.json().constData());
         QCOMPARE(record, start == 0 ? record : first);

@@ -43,8 +43,9 @@ QList<testing::ZipMember> members(const QByteArray &recipe)
 
 bool climbs(const QByteArray &stored)
 {
-    const QByteArray name(stored.constData()); // which a NUL ends
-    return name.isEmpty() || name.startsWith('/') || name.contains('\\') || name.split('/').contains("..");
+    QByteArray name(stored.constData()); // which a NUL ends
+    name.replace('\\', '/'); // as some archivers write it
+    return name.isEmpty() || name.startsWith('/') || name.split('/').contains("..");
 }
 
 // What stands in the folder is harmless wherever it is put.
@@ -53,9 +54,9 @@ void checkEntry(
 {
     const auto mode = static_cast<unsigned>(entry.symlink_status().permissions());
     if (entry.is_symlink()) {
-        const fs::path target = fs::weakly_canonical(entry.path());
-        HOLDS(fs::read_symlink(entry.path()).is_relative());
-        HOLDS(target.string().starts_with((root / bundle.toStdString()).string() + "/"));
+        const fs::path link = fs::read_symlink(entry.path());
+        const fs::path leads = (entry.path().parent_path() / link).lexically_normal(); // to something or not
+        HOLDS(link.is_relative() && leads.string().starts_with((root / bundle.toStdString()).string() + "/"));
         return;
     }
     HOLDS(entry.is_regular_file() || entry.is_directory());

@@ -48,8 +48,8 @@ bool isClean(const QString &text, bool severalLines)
         const bool breaks = c == u'\n' || c == u'\t';
         return (breaks && severalLines)
             || (c.category() != QChar::Other_Control && c != QChar::LineSeparator
-                && c != QChar::ParagraphSeparator && (c < u'\u202A' || c > u'\u202E')
-                && (c < u'\u2066' || c > u'\u206F'));
+                && c != QChar::ParagraphSeparator && c != u'\u061C' && c != u'\u200E' && c != u'\u200F'
+                && (c < u'\u202A' || c > u'\u202E') && (c < u'\u2066' || c > u'\u206F'));
     });
 }
 

@@ -129,7 +129,7 @@ void RequestDesk::identify(const OpenPtr &open)
 QString RequestDesk::objection(const Open &open) const
 {
     const HelperRequest &request = *open.request;
-    const QString own = objectionTo(request, open.caller.user);
+    QString own = objectionTo(request, open.caller.user);
     if (!own.isEmpty()) {
         return own;
     }

@@ -115,8 +115,8 @@ class World(contextlib.ExitStack):
     def end_worldly(self):
         for host in list(self.running):
             self.do_rest(host)
-        for host in list(self.mounted):
-            self.do_unmount(host)
+        for host in self.mounted:
+            subprocess.run(["umount", "--lazy", self.folder_of(host)], check=False)
 
     def is_running(self):
         return self.session.application is not None
@@ -156,6 +156,11 @@ class World(contextlib.ExitStack):
         """What others do to the bundles is as it should be."""
         self.expected = {path: {what} for path, what in self.bundles().items()}
 
+    @staticmethod
+    def is_in_disorder(folder):
+        """Whether a program that was killed has left something there, which is looked for where it was left."""
+        return any(folder.rglob(".tolvane-*"))
+
     # the world
 
     def do_publish(self, package, prefix, name, version, host, hashed):
@@ -186,7 +191,7 @@ class World(contextlib.ExitStack):
     def do_move(self, name):
         """To another name, or back."""
         there, elsewhere = self.folder_of(name), self.folder_of(name + " moved")
-        if name in self.mounted or there.exists() == elsewhere.exists():
+        if name in self.mounted or there.exists() == elsewhere.exists() or self.is_in_disorder(there):
             return "passed over"
         self.do_rest(name)
         there.rename(elsewhere) if there.exists() else elsewhere.rename(there)
@@ -207,7 +212,7 @@ class World(contextlib.ExitStack):
         return None
 
     def do_unmount(self, name):
-        if name not in self.mounted:
+        if name not in self.mounted or self.is_in_disorder(self.folder_of(name)):
             return "passed over"
         self.do_rest(name)
         subprocess.run(["umount", "--lazy", self.folder_of(name)], check=True)

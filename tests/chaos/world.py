@@ -16,7 +16,7 @@ from story import HOSTS
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "end-to-end"))
 from brevok_session import Session, end_process, start_bus, wait_for  # noqa: E402
-from roads import HelperRoad, OwnRoad  # noqa: E402
+from roads import HelperRoad, OwnRoad, rigs  # noqa: E402,F401
 
 class Broken(Exception):
     """Something that must hold does not."""
@@ -200,7 +200,7 @@ class World(contextlib.ExitStack):
 
     def do_mount(self, name):
         """The host lies on a volume that comes now; what lay in its place is out of sight."""
-        if os.geteuid() != 0 or name in self.mounted or name in self.running:
+        if "BREVOK_TEST_NAMESPACE" not in os.environ or name in self.mounted or name in self.running:
             return "passed over"
         volume = self.volumes / name
         (volume / f"{name}.app").mkdir(parents=True, exist_ok=True)

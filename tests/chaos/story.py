@@ -185,7 +185,7 @@ class Teller:
             (7, lambda: self.install(prefix)),
             (3, lambda: self.tell("update", self.meanwhile())),
             (4, lambda: self.tell("remove", self.pick(self.wanted or PREFIXES), self.meanwhile())),
-            (2, lambda: self.regret(prefix)),
+            (4, lambda: self.regret(prefix)),
             (3, self.converge),
             (2, lambda: self.tell("discard")),
             (2, lambda: self.tell("set", key, self.pick(SETTINGS[key]))),

@@ -234,10 +234,10 @@ void WaitingTest::proxiesMayChange()
 {
     const auto transfers = createHttpTransfers({.userAgent = {}, .proxyRemembered = 1ms});
     const qsizetype before = lookedUp().size();
-    lookUps().ends.release(2);
+    lookUps().ends.release(1000); // one may begin while the one before is still to be counted
     const auto again = [&] {
         transfers->start({.url = QUrl(u"https://four.example/"_s)}, {}, [](const HttpReply &) {});
-        return lookedUp().size() == before + 2;
+        return lookedUp().size() >= before + 2;
     };
     QTRY_VERIFY(again());
 }

@@ -27,6 +27,7 @@
 #include <QDateTime>
 #include <QTimer>
 
+#include <cstdlib>
 #include <tuple>
 
 namespace brevok {
@@ -78,8 +79,15 @@ void BrevokAppDelegate::applicationDidFinishLaunching()
     m_shared->activation.emplace();
     joinBus();
     connect(m_with.platform.bus.get(), &SessionBus::returned, this, &BrevokAppDelegate::joinBus);
-    m_shared->onlyCopy.emplace(OnlyCopy::Collaborators{*m_with.platform.bus,
-        *m_with.platform.runningApplications, m_with.bundle, m_with.folders, m_with.headless});
+    connect(m_with.platform.bus.get(), &SessionBus::gone, this, [this] {
+        if (isForCallers()) {
+            logLine(u"Nobody can call this copy any more: it ends when its work is done."_s);
+            leaveWhenDone();
+        }
+    });
+    m_shared->onlyCopy.emplace(
+        OnlyCopy::Collaborators{*m_with.platform.bus, *m_with.platform.runningApplications, m_with.bundle,
+            m_with.folders, m_with.headless, isForCallers()});
     m_shared->onlyCopy->decide([this](bool stays) { stays ? finishLaunching() : giveWayToTheOtherCopy(); });
 }
 
@@ -120,7 +128,8 @@ void BrevokAppDelegate::finishLaunching()
 void BrevokAppDelegate::giveWayToTheOtherCopy()
 {
     if (m_with.background) {
-        terminateSoon();
+        // The bus would let its caller wait for a copy that ended well.
+        terminateSoonWith(isForCallers() ? EXIT_FAILURE : EXIT_SUCCESS);
         return;
     }
     m_with.platform.notifications->post(m_with.bundle.identifier(), openPanelObject);
@@ -401,9 +410,14 @@ bool BrevokAppDelegate::applicationShouldTerminate()
 
 void BrevokAppDelegate::terminateSoon()
 {
-    QTimer::singleShot(0, this, [this] {
+    terminateSoonWith(EXIT_SUCCESS);
+}
+
+void BrevokAppDelegate::terminateSoonWith(int status)
+{
+    QTimer::singleShot(0, this, [this, status] {
         if (applicationShouldTerminate()) {
-            QCoreApplication::exit(); // unlike quit(), no window is asked whether it agrees
+            QCoreApplication::exit(status); // unlike quit(), no window is asked whether it agrees
         }
     });
 }
@@ -414,6 +428,16 @@ void BrevokAppDelegate::handOver()
         return;
     }
     logLine(u"A copy with windows starts: this one ends when its work is done."_s);
+    leaveWhenDone();
+}
+
+bool BrevokAppDelegate::isForCallers() const
+{
+    return m_with.headless && m_with.background && SessionBus::startedThisProgram();
+}
+
+void BrevokAppDelegate::leaveWhenDone()
+{
     connect(&*m_shared->control, &ControlService::becameIdle, this, &BrevokAppDelegate::leaveWhenIdle);
     if (m_shared->flow) {
         connect(&*m_shared->flow, &InstallFlow::becameIdle, this, &BrevokAppDelegate::leaveWhenIdle);

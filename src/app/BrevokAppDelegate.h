@@ -122,7 +122,11 @@ private:
     void createMenubarController();
     void observeNotices();
     void observeOtherProcesses();
+    void terminateSoonWith(int status);
+    void leaveWhenDone();
     void leaveWhenIdle();
+    /// Whether the bus started this copy, without windows, for those who call on it.
+    [[nodiscard]] bool isForCallers() const;
 
     Environment m_with;
     std::unique_ptr<Shared> m_shared;

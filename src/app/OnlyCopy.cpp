@@ -26,7 +26,6 @@ OnlyCopy::OnlyCopy(const Collaborators &with, QObject *parent)
     connect(&m_files, &CopyLock::holderEnded, this, &OnlyCopy::begin);
     connect(&m_session, &CopyLock::holderEnded, this, &OnlyCopy::begin);
     m_patience.setSingleShot(true);
-    m_patience.setInterval(1s);
     connect(&m_patience, &QTimer::timeout, this, [this] { end(false); });
     connect(&with.bus, &SessionBus::nameAcquired, this, [this] { end(true); });
 }
@@ -41,6 +40,9 @@ void OnlyCopy::decide(std::function<void(bool)> decided)
 
 void OnlyCopy::begin()
 {
+    if (!m_decided) {
+        return;
+    }
     switch (m_files.take(m_with.headless)) {
     case CopyLock::State::Ours:
         takeName();
@@ -62,7 +64,7 @@ void OnlyCopy::takeName()
         return;
     case SessionBus::Name::Theirs:
         // With the lock ours, its owner works on other files, or the bus has yet to notice its end.
-        m_patience.start();
+        m_patience.start(1s);
         return;
     case SessionBus::Name::NoBus:
         decideWithoutBus();
@@ -87,6 +89,10 @@ void OnlyCopy::decideWithoutBus()
 
 void OnlyCopy::giveWayTo(CopyLock &lock)
 {
+    if (m_with.forCallers && lock.awaitHolder()) {
+        m_patience.start(30s);
+        return;
+    }
     if (m_with.headless || !lock.askHolderToLeave()) {
         end(false);
         return;

@@ -19,7 +19,8 @@ class SessionBus;
 /// user's. Main thread.
 ///
 /// Of the copies that would work on the same files the lock lets one pass; of the copies on one bus the name
-/// does. A copy with windows asks one without them to leave and waits for its end.
+/// does. A copy with windows asks one without them to leave and waits for its end. A copy for callers waits
+/// for a moment for one without windows, which leaves when its own bus has ended.
 class OnlyCopy final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(OnlyCopy)
@@ -31,6 +32,7 @@ public:
         const MainBundle &bundle;
         const StandardFolders &folders;
         bool headless = false;
+        bool forCallers = false; ///< started by the bus, for those who call on it
     };
 
     /// References outlive this object.
@@ -50,7 +52,7 @@ private:
     Collaborators m_with;
     CopyLock m_files;
     CopyLock m_session;
-    QTimer m_patience; // with a name whose owner may just be ending
+    QTimer m_patience; // with another copy that may just be ending
     std::function<void(bool)> m_decided;
 };
 

@@ -32,8 +32,10 @@ public:
     /// process.
     [[nodiscard]] State take(bool givesWay);
 
-    /// Asks the copy that holds the lock to leave. @return false when that is none that gives way; else
-    /// holderEnded() follows, however long its work takes
+    /// Waits for the end of the copy that holds the lock. @return false when that is none that gives way;
+    /// else holderEnded() follows, however long its work takes
+    [[nodiscard]] bool awaitHolder();
+    /// The same, and asks that copy to leave.
     [[nodiscard]] bool askHolderToLeave();
 
 Q_SIGNALS:
@@ -41,6 +43,7 @@ Q_SIGNALS:
 
 private:
     [[nodiscard]] qint64 holderOf(qint64 byte) const;
+    [[nodiscard]] bool awaitHolder(int signal);
     void tellLater();
 
     QString m_path;

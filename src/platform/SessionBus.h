@@ -26,6 +26,9 @@ public:
     explicit SessionBus(QObject *parent = nullptr);
     ~SessionBus() override;
 
+    /// Whether the bus started this program, because somebody called it.
+    [[nodiscard]] static bool startedThisProgram();
+
     /// The connection as it is now; another one after returned().
     [[nodiscard]] const QDBusConnection &connection() const { return m_connection; }
 
@@ -38,6 +41,8 @@ public:
 
 Q_SIGNALS:
     void nameAcquired();
+    /// The bus has ended; it may return.
+    void gone();
     /// There is a new connection, on which nothing of ours is registered yet.
     void returned();
 

@@ -1,5 +1,7 @@
 """Which of several copies stays, with the real programs and buses that come and go."""
 import pathlib
+import re
+import shutil
 import signal
 import subprocess
 import sys
@@ -148,6 +150,39 @@ class Copies(unittest.TestCase):
         start_bus(self, address)
         wait_for(lambda: self.answers({"DBUS_SESSION_BUS_ADDRESS": address}), "the copy answers on it")
         self.assertEqual(end_process(copy, signal.SIGTERM), 0)
+
+    def call_on_a_bus_of_its_own(self, *words):
+        """As cron does it: the bus starts the program, and ends with the call."""
+        session = self.session
+        services = session.folder / "data" / "dbus-1" / "services"
+        services.mkdir(parents=True, exist_ok=True)
+        shipped = PROGRAMS.resolve().parent / "share" / "dbus-1" / "services" / "com.tolvane.brevok.service"
+        shutil.copy(shipped, services)
+        environment = {name: value for name, value in session.environment.items()
+                       if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
+        environment |= {"BREVOK_SERVICE_URL": session.service_url, "BREVOK_SERVICE_CA": str(session.service_ca),
+                        "BREVOK_REACHABILITY_HOST": "localhost", "BREVOK_APPLICATIONS": str(session.applications),
+                        "BREVOK_PASSWORD": "analytical-engine"}
+        return subprocess.run(["dbus-run-session", "--", PROGRAMS / "brevokctl", *words], env=environment,
+                              capture_output=True, text=True, timeout=PATIENCE)
+
+    def test_one_bus_after_the_other(self):
+        session = self.session
+        session.publish("Alpha", "0xA", "1.0", 140)
+        for words in (["signin", "ada@example.com"], ["check"], ["install", "0xA"], ["quit"], ["status"]):
+            result = self.call_on_a_bus_of_its_own(*words)
+            self.assertEqual(result.returncode, 0, result.stderr)
+        self.assertIn("Up To Date", result.stdout)
+        last = re.findall(r"Tolvane Brevok\[(\d+):", session.log())[-1]
+        wait_for(lambda: not pathlib.Path(f"/proc/{last}").exists(), "the copy ends that nobody can call any more")
+
+    def test_a_bus_hears_of_the_copy_that_stays_elsewhere(self):
+        stays = self.start(self.no_bus, headless=False)
+        self.wait_until_started(stays)
+        result = self.call_on_a_bus_of_its_own("status")
+        self.assertEqual(result.returncode, 3)
+        self.assertIn("exited with status 1", result.stderr)
+        self.assertEqual(end_process(stays, signal.SIGTERM), 0)
 
     def test_a_display_that_is_not_there(self):
         environment = {name: value for name, value in self.session.environment.items()

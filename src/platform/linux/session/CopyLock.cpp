@@ -112,7 +112,18 @@ void CopyLock::tellLater()
     QMetaObject::invokeMethod(this, &CopyLock::holderEnded, Qt::QueuedConnection);
 }
 
+bool CopyLock::awaitHolder()
+{
+    constexpr int none = 0;
+    return awaitHolder(none);
+}
+
 bool CopyLock::askHolderToLeave()
+{
+    return awaitHolder(SIGUSR1);
+}
+
+bool CopyLock::awaitHolder(int signal)
 {
     struct flock whole = range(lockByte, 1);
     if (::fcntl(m_file, F_GETLK, &whole) == 0 && whole.l_type == F_UNLCK) {
@@ -124,7 +135,7 @@ bool CopyLock::askHolderToLeave()
         holder != 0 ? ::pidfd_open(static_cast<pid_t>(holder), 0) : -1);
     // Once more: from here on the descriptor stands for the process, whoever gets its number.
     if (!*process || holderOf(givesWayByte) != holder
-        || ::pidfd_send_signal(process->get(), SIGUSR1, nullptr, 0) != 0) {
+        || ::pidfd_send_signal(process->get(), signal, nullptr, 0) != 0) {
         return false;
     }
     auto *notifier = new QSocketNotifier(process->get(), QSocketNotifier::Read, this);

@@ -69,6 +69,11 @@ SessionBus::SessionBus(QObject *parent)
 
 SessionBus::~SessionBus() = default;
 
+bool SessionBus::startedThisProgram()
+{
+    return qEnvironmentVariableIsSet("DBUS_STARTER_ADDRESS");
+}
+
 void SessionBus::listen()
 {
     m_connection.connect({}, u"/org/freedesktop/DBus/Local"_s, u"org.freedesktop.DBus.Local"_s,
@@ -107,6 +112,7 @@ void SessionBus::lost()
     watchSocket();
     m_attempts = 0;
     attemptSoon();
+    Q_EMIT gone();
 }
 
 void SessionBus::watchSocket()

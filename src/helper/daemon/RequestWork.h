@@ -4,9 +4,9 @@
 #pragma once
 
 #include "daemon/HelperRequest.h"
-#include "platform/linux/privileges/BorrowedRights.h"
 #include "platform/linux/files/GuardedFileOperations.h"
 #include "platform/linux/files/WorkJournal.h"
+#include "platform/linux/privileges/BorrowedRights.h"
 
 #include <functional>
 

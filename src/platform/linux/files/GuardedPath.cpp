@@ -3,8 +3,8 @@
 
 #include "platform/linux/files/GuardedPath.h"
 
-#include "platform/linux/privileges/BorrowedRights.h"
 #include "platform/linux/files/SafePath.h"
+#include "platform/linux/privileges/BorrowedRights.h"
 
 #include <QByteArrayList>
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "platform/linux/privileges/BorrowedRights.h"
 #include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/privileges/BorrowedRights.h"
 
 #include <QByteArray>
 

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "platform/linux/files/Sha256.h"
 #include "platform/linux/network/Gunzip.h"
 #include "platform/linux/network/PartFile.h"
-#include "platform/linux/files/Sha256.h"
 #include "platform/linux/network/TransferWork.h"
 
 #include <array>

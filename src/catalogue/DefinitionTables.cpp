@@ -110,6 +110,18 @@ int removeUnusableState(Record &record)
     return removed;
 }
 
+// What is stored of a prefix, as text: there may be thousands.
+PackedRecord listOf(const QList<DefinitionPtr> &definitions)
+{
+    QByteArrayList keys;
+    keys.reserve(definitions.size());
+    for (const DefinitionPtr &definition : definitions) {
+        keys.append(jsonString(definition->key));
+    }
+    return PackedRecord::fromJson(
+        "{\"" + QByteArray(buildsKey.data(), buildsKey.size()) + "\":[" + keys.join(',') + "]}");
+}
+
 } // namespace
 
 bool hasPendingCommands(const PluginDefinition &definition)
@@ -234,11 +246,7 @@ StateChanges DefinitionTables::changes()
             definition->places > 0 ? std::optional(definition->record) : std::nullopt});
     }
     for (const QString &prefix : std::as_const(m_changedPrefixes)) {
-        QJsonArray builds;
-        for (const DefinitionPtr &definition : m_byPrefix.value(prefix)) {
-            builds.append(definition->key);
-        }
-        changes.append({CatalogueKeys::pluginPrefixes, prefix, Record{{buildsKey, builds}}});
+        changes.append({CatalogueKeys::pluginPrefixes, prefix, listOf(m_byPrefix.value(prefix))});
     }
     m_changed.clear();
     m_changedPrefixes.clear();
@@ -283,16 +291,19 @@ void DefinitionTables::merge(const ListedPrefix &listed)
         }
         return;
     }
-    Places places = placesIn(definitions);
     const auto notePlaced = [&](const DefinitionPtr &definition) {
         m_changedPrefixes.insert(listed.prefix);
         noteChange(definition);
     };
+    const bool allNew = definitions.isEmpty() && listed.onePlaceEach;
+    Places places = placesIn(definitions);
     for (const ListedBuild &build : listed.builds) {
         const DefinitionPtr definition = mergedBuild(build);
         const PlaceKey place = placeKey(*build.definition);
         if (const auto known = places.constFind(place); known == places.cend()) {
-            places.insert(place, definitions.size());
+            if (!allNew) {
+                places.insert(place, definitions.size());
+            }
             definitions.append(definition);
             ++definition->places;
             notePlaced(definition);

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <compare>
+#include <cstring>
 #include <memory_resource>
 #include <string_view>
 #include <utility>
@@ -106,36 +107,51 @@ QString buildKeyOf(const QString &host, const QString &name, const QString &vers
 class ElementTexts final {
 public:
     explicit ElementTexts(std::string_view array)
-        : m_array(array)
-        , m_at(array.find('['))
+        : m_at(array.data() + array.find('['))
+        , m_end(array.data() + array.size())
     {
     }
 
     [[nodiscard]] std::string_view next()
     {
-        const size_t start = ++m_at;
-        for (int depth = 0; depth > 0 || (m_array[m_at] != ',' && m_array[m_at] != ']'); ++m_at) {
-            if (const char c = m_array[m_at]; c == '"') {
-                skipString();
-            } else if (c == '{' || c == '[') {
+        const char *const start = m_at + 1;
+        const char *at = start;
+        for (int depth = 0; depth > 0 || (*at != ',' && *at != ']'); ++at) {
+            switch (*at) {
+            case '"':
+                at = endOfString(at);
+                break;
+            case '{':
+            case '[':
                 ++depth;
-            } else if (c == '}' || c == ']') {
+                break;
+            case '}':
+            case ']':
                 --depth;
+                break;
+            default:
+                break;
             }
         }
-        return m_array.substr(start, m_at - start);
+        m_at = at;
+        return {start, at};
     }
 
 private:
-    void skipString()
+    // A quote after an odd number of backslashes is part of the string.
+    [[nodiscard]] const char *endOfString(const char *quote) const
     {
-        while (m_array[++m_at] != '"') {
-            m_at += m_array[m_at] == '\\' ? 1 : 0;
-        }
+        const char *escapes = nullptr;
+        do {
+            quote = static_cast<const char *>(
+                std::memchr(quote + 1, '"', static_cast<size_t>(m_end - quote - 1)));
+            for (escapes = quote; escapes[-1] == '\\'; --escapes) { }
+        } while ((quote - escapes) % 2 == 1);
+        return quote;
     }
 
-    std::string_view m_array;
-    size_t m_at;
+    const char *m_at;
+    const char *m_end;
 };
 
 // The builds of one plug-in stand together in a list, and share the texts that they have in common.
@@ -155,29 +171,19 @@ private:
     QString m_string;
 };
 
-std::string jsonOf(dom::element value)
-{
-    const std::string_view text = textOf(value);
-    const bool plain = std::all_of(
-        text.begin(), text.end(), [](unsigned char c) { return c >= ' ' && c != '"' && c != '\\'; });
-    return plain ? '"' + std::string(text) + '"' : simdjson::minify(value);
-}
-
 // The element as it is kept: word for word, so that numbers and keys stay as they are.
-PackedRecord keptRecord(std::string_view element, const Fields &fields)
+PackedRecord keptRecord(std::string_view element, const Fields &fields, const QString &prefix)
 {
     const bool plain = !fields[Prefixes] && !fields[CommandQueue] && !fields[SavedVersion];
     const size_t start = element.find('{');
     const std::string_view entries = element.substr(start, element.rfind('}') - start);
-    const std::string prefix = plain ? jsonOf(*fields[Prefix]) : std::string();
+    const QByteArray rest = plain ? ",\"Prefixes\":[" + jsonString(prefix) + "]}" : QByteArray("}");
     QByteArray json;
-    json.reserve(static_cast<qsizetype>(entries.size() + prefix.size()) + 20);
-    json.append(entries.data(), static_cast<qsizetype>(entries.size()));
-    if (plain) {
-        json.append(",\"Prefixes\":[").append(prefix).append(']');
+    json.reserve(static_cast<qsizetype>(entries.size()) + rest.size());
+    json.append(entries.data(), static_cast<qsizetype>(entries.size())).append(rest);
+    if (entries.find(byteOrderMark) != std::string_view::npos) {
+        json.replace(byteOrderMark.data(), "\\ufeff");
     }
-    json.append('}');
-    json.replace(byteOrderMark.data(), "\\ufeff"); // its own, and the prefix's that was an escape
     if (plain) {
         return PackedRecord::fromJson(json);
     }
@@ -265,13 +271,14 @@ private:
     {
         const QString &name = m_name.of(fields[Name]);
         const QString &version = m_version.of(fields[Version]);
-        return {.prefix = m_prefix.of(fields[Prefix]),
+        const QString &prefix = m_prefix.of(fields[Prefix]);
+        return {.prefix = prefix,
             .definition =
                 std::make_shared<PluginDefinition>(PluginDefinition{.key = buildKeyOf(host, name, version),
                     .name = name,
                     .version = version,
                     .hostVersion = integerValue(numberOf(fields[HostVersion])),
-                    .record = keptRecord(text, fields)})};
+                    .record = keptRecord(text, fields, prefix)})};
     }
 
     ElementTexts m_texts;

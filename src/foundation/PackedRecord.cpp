@@ -5,7 +5,26 @@
 
 #include <QJsonDocument>
 
+#include <algorithm>
+
 namespace brevok {
+
+namespace {
+
+// Qt takes a mark of byte order at the start of a text away, and here it may be part of a name.
+QByteArray textOf(const QJsonDocument &document)
+{
+    return document.toJson(QJsonDocument::Compact).replace("\xEF\xBB\xBF", "\\ufeff");
+}
+
+} // namespace
+
+QByteArray jsonString(const QString &text)
+{
+    const bool plain = std::all_of(text.cbegin(), text.cend(),
+        [](QChar c) { return c >= u' ' && c < u'\x7f' && c != u'"' && c != u'\\'; });
+    return plain ? '"' + text.toLatin1() + '"' : textOf(QJsonDocument(QJsonArray{text})).sliced(1).chopped(1);
+}
 
 PackedRecord PackedRecord::fromJson(QByteArray json)
 {
@@ -14,12 +33,9 @@ PackedRecord PackedRecord::fromJson(QByteArray json)
     return packed;
 }
 
-// Qt takes a mark of byte order at the start of a text away, and here it may be part of a name.
 QByteArray PackedRecord::json() const
 {
-    return isPacked()
-        ? m_json
-        : QJsonDocument(m_record).toJson(QJsonDocument::Compact).replace("\xEF\xBB\xBF", "\\ufeff");
+    return isPacked() ? m_json : textOf(QJsonDocument(m_record));
 }
 
 Record PackedRecord::record() const

@@ -13,6 +13,9 @@
 
 namespace brevok {
 
+/// @p text as a string in JSON, in quotes.
+[[nodiscard]] QByteArray jsonString(const QString &text);
+
 /// A record that stays the JSON text it came as until somebody changes it: of thousands most are only kept,
 /// and stored as they came. Reading one builds the record each time.
 class PackedRecord final {

@@ -15,6 +15,7 @@
 #include <plist/plist.h>
 
 #include <array>
+#include <cstdlib>
 #include <span>
 
 namespace brevok::bench {
@@ -40,6 +41,13 @@ Record definition(int number, int hostVersion, int edition = 2)
 }
 
 } // namespace
+
+void require(bool condition)
+{
+    if (!condition) {
+        std::abort();
+    }
+}
 
 QByteArray pluginList(int count, int edition)
 {

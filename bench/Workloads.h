@@ -15,6 +15,9 @@
 
 namespace brevok::bench {
 
+/// Ends the program unless @p condition holds: a benchmark that measures nothing must not report.
+void require(bool condition);
+
 /// A list of plug-ins as the service sends it, with @p count elements.
 [[nodiscard]] QByteArray pluginList(int count, int edition = 2);
 

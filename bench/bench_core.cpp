@@ -9,23 +9,13 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
 #include <QJsonDocument>
-
-#include <cstdlib>
 
 using namespace brevok;
 
 namespace {
 
 constexpr int listLength = 20000;
-
-void require(bool condition)
-{
-    if (!condition) {
-        std::abort(); // a benchmark that measures nothing must not report
-    }
-}
 
 void pluginListYardstick(benchmark::State &state)
 {
@@ -43,7 +33,7 @@ void pluginListOurs(benchmark::State &state)
         state.PauseTiming();
         workload.startAnew();
         state.ResumeTiming();
-        require(workload.runAgain(list) == listLength / 10);
+        bench::require(workload.runAgain(list) == listLength / 10);
     }
 }
 
@@ -53,7 +43,7 @@ void pluginListAgain(benchmark::State &state)
     bench::ListWorkload workload;
     workload.run(list);
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.runAgain(list) == listLength / 10);
+        bench::require(workload.runAgain(list) == listLength / 10);
     }
 }
 
@@ -61,7 +51,7 @@ void install(benchmark::State &state, int definitions)
 {
     bench::InstallWorkload workload(definitions);
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.install() == bench::InstallWorkload::several);
+        bench::require(workload.install() == bench::InstallWorkload::several);
         state.PauseTiming();
         workload.remove();
         state.ResumeTiming();
@@ -88,7 +78,7 @@ void statusYardstick(benchmark::State &state)
 {
     const bench::StatusWorkload &workload = statusWorkload();
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.readPropertyLists() == 3000);
+        bench::require(workload.readPropertyLists() == 3000);
     }
 }
 
@@ -96,7 +86,7 @@ void statusFirst(benchmark::State &state)
 {
     const bench::StatusWorkload &workload = statusWorkload();
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.runFirst() == 300);
+        bench::require(workload.runFirst() == 300);
     }
 }
 
@@ -104,7 +94,7 @@ void statusAgain(benchmark::State &state)
 {
     bench::StatusWorkload &workload = statusWorkload();
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.run() == 300);
+        bench::require(workload.run() == 300);
     }
 }
 
@@ -118,12 +108,3 @@ BENCHMARK(statusFirst)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->
 BENCHMARK(statusAgain)->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime();
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

@@ -9,22 +9,11 @@
 
 #include <benchmark/benchmark.h>
 
-#include <QCoreApplication>
-
-#include <cstdlib>
-
 using namespace brevok;
 
 namespace {
 
 constexpr int buildsOfPackage = 10;
-
-void require(bool condition)
-{
-    if (!condition) {
-        std::abort(); // a benchmark that measures nothing must not report
-    }
-}
 
 int packages(const benchmark::State &state)
 {
@@ -39,7 +28,7 @@ void refreshAllNew(benchmark::State &state)
         state.PauseTiming();
         workload.startAnew();
         state.ResumeTiming();
-        require(workload.runAgain(list) == packages(state));
+        bench::require(workload.runAgain(list) == packages(state));
     }
 }
 
@@ -49,7 +38,7 @@ void refreshUnchanged(benchmark::State &state)
     bench::ListWorkload workload;
     workload.run(list);
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.runAgain(list) == packages(state));
+        bench::require(workload.runAgain(list) == packages(state));
     }
 }
 
@@ -57,7 +46,7 @@ void statusFirst(benchmark::State &state)
 {
     const bench::StatusWorkload workload(packages(state), 1);
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.runFirst() == packages(state));
+        bench::require(workload.runFirst() == packages(state));
     }
 }
 
@@ -65,7 +54,7 @@ void statusAgain(benchmark::State &state)
 {
     bench::StatusWorkload workload(packages(state), 1);
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.run() == packages(state));
+        bench::require(workload.run() == packages(state));
     }
 }
 
@@ -73,7 +62,7 @@ void installOne(benchmark::State &state)
 {
     bench::InstallWorkload workload(packages(state) * buildsOfPackage, 1);
     for ([[maybe_unused]] auto _ : state) {
-        require(workload.install() == 1);
+        bench::require(workload.install() == 1);
         state.PauseTiming();
         workload.remove();
         state.ResumeTiming();
@@ -94,12 +83,3 @@ BENCHMARK(statusAgain)->Apply(inSizes);
 BENCHMARK(installOne)->Apply(inSizes);
 
 } // namespace
-
-int main(int argc, char *argv[])
-{
-    const QCoreApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    benchmark::Shutdown();
-    return 0;
-}

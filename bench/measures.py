@@ -37,7 +37,7 @@ def idle_rows(session, where, process=None):
 
     The whole run waits first until the first usage report has been sent.
     """
-    settles, seconds = (5, 10) if QUICK else (185, 60)
+    settles, seconds = (15, 10) if QUICK else (185, 60)
     time.sleep(settles)
     before = session.activity(process)
     time.sleep(seconds)
@@ -110,5 +110,3 @@ def publish_many(session, count, builds=1):
     session.start_application()
     session.ctl("check")
     session.stop_application()
-
-

@@ -7,13 +7,13 @@ Each has a home of its own, in which it was never started before, a session bus 
 none looks for its updates meanwhile.
 """
 import os
+import pathlib
 import random
 import shutil
 import statistics
 import subprocess
 import tempfile
 import time
-import pathlib
 import zipfile
 
 from measures import PAIRS, QUICK, brevok_session, docked, row, virtual_display

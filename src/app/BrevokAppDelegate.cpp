@@ -4,27 +4,18 @@
 #include "app/BrevokAppDelegate.h"
 
 #include "app/EarlierKeys.h"
-#include "app/Policy.h"
 #include "app/Shared.h"
-#include "foundation/BoundedWork.h"
 #include "foundation/Log.h"
 #include "foundation/Texts.h"
-#include "platform/ApplicationSearch.h"
-#include "platform/CurrentUser.h"
 #include "platform/DistributedNotifications.h"
-#include "platform/FileOperations.h"
-#include "platform/HelperTool.h"
 #include "platform/LogFile.h"
 #include "platform/LoginItems.h"
-#include "platform/PartFiles.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
 #include "platform/SessionBus.h"
 #include "platform/SettingsStore.h"
-#include "platform/SoftwareInstaller.h"
 #include "platform/TimerRuns.h"
 
-#include <QDateTime>
 #include <QTimer>
 
 #include <cstdlib>
@@ -114,7 +105,9 @@ void BrevokAppDelegate::finishLaunching()
     brevok::setLogLevel(logLevel());
     moveLongLogAside(m_with.folders.logFile());
     redirectStandardError(m_with.folders.logFile());
-    createSharedObjects();
+    m_shared->compose(m_with);
+    connectSharedObjects();
+    attachSurfaces();
     setStartAtLogin(m_with.platform.settings->boolValue(SettingKeys::startAtLogin));
     // Nobody asked for that: the log tells why it failed, and no later call does.
     m_with.platform.loginItems->whenWritten(this, [](const QString &) {});
@@ -167,125 +160,20 @@ void BrevokAppDelegate::registerDefaults()
     });
 }
 
-void BrevokAppDelegate::createSharedObjects()
-{
-    Shared &shared = *m_shared;
-    Platform &platform = m_with.platform;
-    shared.network.emplace(m_with.service);
-    shared.connectivity.emplace(*shared.network, *platform.routeLookup);
-    shared.service.emplace(
-        *shared.network, [this] { return m_shared->session->sessionId(); },
-        [this] { return m_shared->connectivity->checkNetworkReachability(); });
-    createUpdater();
-
-    shared.targets.emplace(*platform.state, *platform.applicationSearch);
-    connect(&*shared.targets, &BrevokTargetApps::reviewWanted, this,
-        [this] { m_with.surfaces.showTargetsPreferences(); });
-    shared.session.emplace(
-        *platform.state, *shared.network, *shared.connectivity, *shared.alerts, *shared.updater);
-    shared.plugins.emplace(*platform.state, *shared.service, *shared.alerts);
-    shared.packages.emplace(BrevokPackages::Collaborators{*platform.state, *shared.service, *shared.alerts,
-        *shared.plugins, *shared.targets, m_with.folders.dataFolder(), looksLikeImage});
-    createInstaller();
-    createReporters();
-    connectSharedObjects();
-    attachSurfaces();
-}
-
-void BrevokAppDelegate::createUpdater()
-{
-    Platform &platform = m_with.platform;
-    m_shared->updater.emplace(BrevokSelfUpdater::Collaborators{
-        .settings = *platform.settings,
-        .state = *platform.state,
-        .service = *m_shared->service,
-        .installer = *platform.softwareInstaller,
-        .source = updateSourceOfBuild(m_with.service),
-        .folder = m_with.folders.updatesFolder(),
-        .version = m_with.bundle.version(),
-        .shownVersion = m_with.bundle.shortVersion(),
-        .systemVersion = systemVersion(),
-    });
-}
-
-void BrevokAppDelegate::createInstaller()
-{
-    Shared &shared = *m_shared;
-    Platform &platform = m_with.platform;
-    shared.installer.emplace(BrevokAppInstaller::Collaborators{
-        .files = *platform.fileOperations,
-        .helper = *platform.helperTool,
-        .applications = *platform.runningApplications,
-        .state = *platform.state,
-        .alerts = *shared.alerts,
-        .plugins = *shared.plugins,
-        .packages = *shared.packages,
-        .workspaceFile = m_with.bundle.resourcePath(u"Tolvane"_s, u"xml"_s),
-        .user = currentUserId(),
-    });
-    clearLeftovers();
-    shared.flow.emplace(InstallFlow::Collaborators{*shared.plugins, *shared.packages, *shared.targets,
-        *shared.installer, *shared.alerts, m_with.folders.dataFolder()});
-    shared.updates.emplace(*shared.flow, *shared.packages);
-    shared.converger.emplace(Converger::Collaborators{
-        .session = *shared.session,
-        .plugins = *shared.plugins,
-        .packages = *shared.packages,
-        .flow = *shared.flow,
-        .state = *platform.state,
-        .readWishes = [file = m_with.policyFile] { return readWishes(file); },
-        .autoUpdate = [this] { return autoUpdate(); },
-    });
-    if (!m_with.headless) {
-        shared.convergeNotices.emplace(ConvergeNotices::Collaborators{*platform.settings, *platform.state,
-            *platform.userNotifications, *shared.packages, *shared.converger});
-    }
-}
-
-// What killed runs left in the targets and among the archives.
-void BrevokAppDelegate::clearLeftovers()
-{
-    m_shared->installer->clearLeftovers(m_shared->targets->allRecords().keys());
-    inBackground([folder = m_with.folders.dataFolder(), now = QDateTime::currentDateTimeUtc()] {
-        runBounded(folder, [folder, now](Pulse &) { removePartsOf(folder, now); });
-    });
-}
-
-void BrevokAppDelegate::createReporters()
-{
-    Shared &shared = *m_shared;
-    const auto sessionId = [this] {
-        return m_shared->session->sessionId();
-    };
-    shared.usageReporter->setCollaborators({.network = *shared.network,
-        .targets = *shared.targets,
-        .plugins = *shared.plugins,
-        .sessionId = sessionId,
-        .appVersion = m_with.bundle.version()});
-    shared.bugReporter.emplace(BugReporter::Collaborators{
-        .network = *shared.network,
-        .connectivity = *shared.connectivity,
-        .packages = &*shared.packages,
-        .plugins = &*shared.plugins,
-        .targets = &*shared.targets,
-        .sessionId = sessionId,
-        .bundle = m_with.bundle,
-        .folders = m_with.folders,
-    });
-}
-
 void BrevokAppDelegate::connectSharedObjects()
 {
     Shared &shared = *m_shared;
     // Who has no list yet is not kept waiting.
-    const int spreadMs = shared.plugins->lastUpdate().isValid() ? networkReturnSpreadMs : 0;
-    shared.networkReturn.emplace(*m_with.platform.routeLookup, *shared.connectivity, spreadMs);
+    shared.networkReturn.emplace(*m_with.platform.routeLookup, *shared.connectivity,
+        [&shared] { return shared.plugins->lastUpdate().isValid() ? networkReturnSpreadMs : 0; });
     connect(&*shared.networkReturn, &NetworkReturn::returned, this, [&shared] {
         if (!shared.plugins->asksAboutUnfinishedActions()) { // then the first check is still to come
             shared.plugins->checkForUpdates();
             shared.packages->checkForUpdates();
         }
     });
+    connect(&*shared.targets, &BrevokTargetApps::reviewWanted, this,
+        [this] { m_with.surfaces.showTargetsPreferences(); });
     connect(&*shared.packages, &BrevokPackages::updatesChanged, this, [this](int updates) {
         if (m_menubarController) {
             m_menubarController->setUpdates(updates);

@@ -112,11 +112,6 @@ private:
     void openSettings();
     void registerDefaults();
     void tellOfDamage();
-    void createSharedObjects();
-    void createUpdater();
-    void createInstaller();
-    void clearLeftovers();
-    void createReporters();
     void connectSharedObjects();
     void attachSurfaces();
     void createMenubarController();

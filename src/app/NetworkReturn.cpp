@@ -7,6 +7,8 @@
 
 #include <QRandomGenerator>
 
+#include <utility>
+
 namespace brevok {
 
 namespace {
@@ -17,11 +19,11 @@ constexpr int settlingMs = 1000;
 } // namespace
 
 NetworkReturn::NetworkReturn(
-    RouteLookup &routes, const Connectivity &connectivity, int spreadMs, QObject *parent)
+    RouteLookup &routes, const Connectivity &connectivity, std::function<int()> spread, QObject *parent)
     : QObject(parent)
     , m_connectivity(connectivity)
     , m_reachability(Reachability::reachabilityForInternetConnection(routes))
-    , m_spreadMs(spreadMs)
+    , m_spread(std::move(spread))
     , m_settled(this)
     , m_lost(!connectivity.checkNetworkReachability())
 {
@@ -43,7 +45,7 @@ void NetworkReturn::look()
         m_lost = true;
         m_settled.stop();
     } else if (m_lost && !m_settled.isActive()) {
-        m_settled.start(settlingMs + static_cast<int>(QRandomGenerator::global()->bounded(m_spreadMs + 1)));
+        m_settled.start(settlingMs + static_cast<int>(QRandomGenerator::global()->bounded(m_spread() + 1)));
     }
 }
 

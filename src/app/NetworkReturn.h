@@ -7,6 +7,8 @@
 
 #include <QTimer>
 
+#include <functional>
+
 namespace brevok {
 
 class Connectivity;
@@ -18,9 +20,10 @@ class NetworkReturn final : public QObject {
 
 public:
     /// @p routes and @p connectivity outlive it. What comes back for a whole house is told to its machines
-    /// at moments of their own within @p spreadMs, so that they do not all ask the service at once.
-    NetworkReturn(
-        RouteLookup &routes, const Connectivity &connectivity, int spreadMs, QObject *parent = nullptr);
+    /// at moments of their own within the milliseconds that @p spread gives then, so that they do not all
+    /// ask the service at once.
+    NetworkReturn(RouteLookup &routes, const Connectivity &connectivity, std::function<int()> spread,
+        QObject *parent = nullptr);
     ~NetworkReturn() override;
 
 Q_SIGNALS:
@@ -32,7 +35,7 @@ private:
 
     const Connectivity &m_connectivity;
     std::unique_ptr<Reachability> m_reachability;
-    const int m_spreadMs;
+    std::function<int()> m_spread;
     QTimer m_settled;
     bool m_lost;
 };

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "alerts/BrevokAlertQueue.h"
+#include "app/BrevokAppDelegate.h"
 #include "app/ConvergeNotices.h"
 #include "app/NetworkReturn.h"
 #include "app/OnlyCopy.h"
@@ -31,6 +32,9 @@ namespace brevok {
 
 /// Everything that start-up builds, in the order of building; it goes in the reverse order.
 struct Shared {
+    /// Builds everything from the network on, which needs the stores and the alerts.
+    void compose(const BrevokAppDelegate::Environment &with);
+
     std::optional<BrevokAlertQueue> alerts;
     std::optional<ControlService> control;
     std::optional<DesktopActivation> activation;

@@ -51,7 +51,7 @@ void NetworkReturnTest::tellsOnceForEachLoss()
                                      : Reachable | ConnectionRequired;
     };
     show(seen.front());
-    NetworkReturn watch(routes, connectivity, 0);
+    NetworkReturn watch(routes, connectivity, [] { return 0; });
     const QSignalSpy returned(&watch, &NetworkReturn::returned);
     QVERIFY(routes.notifying);
     for (const QChar state : seen) {
@@ -80,7 +80,9 @@ void NetworkReturnTest::manyMachinesDoNotComeAtOnce()
     QSet<int> seconds;
     for (int i = 0; i < machines; ++i) {
         routes.flags = ReachabilityFlags();
-        NetworkReturn watch(routes, connectivity, spreadMs);
+        int spread = 0;
+        NetworkReturn watch(routes, connectivity, [&spread] { return spread; });
+        spread = spreadMs; // a list has come meanwhile
         routes.flags = ReachabilityFlags(Reachable);
         Q_EMIT routes.routesChanged();
         const QTimer *turn = watch.findChild<QTimer *>();

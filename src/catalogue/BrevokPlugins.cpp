@@ -166,6 +166,17 @@ QSet<QString> BrevokPlugins::prefixesWith(const QString &name) const
     return m_prefixes.value(name);
 }
 
+QStringList BrevokPlugins::buildsOf(const QString &name, qint64 hostVersion) const
+{
+    QStringList keys;
+    for (const DefinitionPtr &definition : m_tables.byBuild()) {
+        if (definition->hostVersion == hostVersion && definition->name == name) {
+            keys.append(definition->key);
+        }
+    }
+    return keys;
+}
+
 QStringList BrevokPlugins::namesOf(const QStringList &keys) const
 {
     QStringList names;

@@ -38,6 +38,8 @@ public:
     [[nodiscard]] QList<Record> snapshotOf(const QString &prefix) const;
     /// The prefixes that list a build of the plug-in @p name.
     [[nodiscard]] QSet<QString> prefixesWith(const QString &name) const;
+    /// The keys of all builds of the plug-in @p name for that host version.
+    [[nodiscard]] QStringList buildsOf(const QString &name, qint64 hostVersion) const;
     /// The definition under a build key, null when there is none.
     [[nodiscard]] DefinitionPtr definition(const QString &key) const;
     [[nodiscard]] DefinitionPtr pluginWithPrefix(const QString &prefix, const QString &version) const;

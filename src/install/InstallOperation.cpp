@@ -206,6 +206,35 @@ void InstallOperation::startDownload(const QString &key)
         return;
     }
     m_takenPlaces.insert(download.destination);
+    const QStringList replaced = shared ? storedInPlaceOf(*shared) : QStringList();
+    if (replaced.isEmpty()) {
+        beginDownload(download);
+        return;
+    }
+    const auto forgetThem = [&] {
+        for (const QString &other : replaced) {
+            definition(other)->record.remove(PluginKeys::savedVersion);
+        }
+    };
+    // A crash must not leave the new archive under the version of the old one.
+    m_with.plugins.change(
+        replaced, forgetThem, this, [this, download](const auto & /*error*/) { beginDownload(download); });
+}
+
+// The other versions of the plug-in that are said to be stored where its archive goes.
+QStringList InstallOperation::storedInPlaceOf(const PluginDefinition &build) const
+{
+    QStringList stored = m_with.plugins.buildsOf(build.name, build.hostVersion);
+    stored.removeIf([this, &build](const QString &key) {
+        const PackedRecord &record = definition(key)->record;
+        return key == build.key || record.isPacked() || !record.contains(PluginKeys::savedVersion)
+            || isDownloading(record);
+    });
+    return stored;
+}
+
+void InstallOperation::beginDownload(const Download &download)
+{
     if (detailedLog()) {
         logLine(u"Downloading start %1"_s.arg(download.name));
     }

@@ -42,6 +42,8 @@ private:
     void discardArchive(const QString &key, const Task &done);
     void startDownloads();
     void startDownload(const QString &key);
+    [[nodiscard]] QStringList storedInPlaceOf(const PluginDefinition &build) const;
+    void beginDownload(const Download &download);
     void fetch(const Download &download);
     void downloadEnded(const Download &download, const DownloadResult &result);
     void downloadFailed(const Download &download, const std::optional<BrevokError> &reason);

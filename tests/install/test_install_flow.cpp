@@ -27,6 +27,7 @@ private Q_SLOTS:
     void commandsLeftBehindAreCleanedUp();
     void packageIsRemovedFromEveryTarget();
     void operationsOnSharedBuildsWaitForEachOther();
+    void anArchiveIsNotTakenForThatOfAnotherVersion();
     void everyPackageOfAPrefixIsTaken();
     void failuresAreReported_data();
     void failuresAreReported();
@@ -261,6 +262,27 @@ void InstallFlowTest::operationsOnSharedBuildsWaitForEachOther()
     order.removeOne(u"R 1 0"_s);
     QCOMPARE(order, (QStringList{u"P 1 0"_s, u"P again 0 0"_s, u"Q 0 0"_s}));
     QVERIFY(QFile::exists(pluginIn(a, u"Plug"_s)) && QFile::exists(pluginIn(a, u"Third"_s)));
+}
+
+// Two packages bring the same plug-in in two versions, which share the place of their archive.
+void InstallFlowTest::anArchiveIsNotTakenForThatOfAnotherVersion()
+{
+    InstallRig rig;
+    const QString a = rig.addTarget(u"InDesign 2019"_s, u"140"_s);
+    rig.plugins.updateWithArray({InstallRig::build(u"P"_s, u"Plug"_s, 140, u"1.0"_s),
+        InstallRig::build(u"Q"_s, u"Plug"_s, 140, u"2.0"_s)});
+    rig.addPackage(u"One"_s, u"P"_s);
+    rig.addPackage(u"Other"_s, u"Q"_s);
+    for (const auto &[prefix, version] :
+        {std::pair(u"P"_s, u"1.0"_s), std::pair(u"Q"_s, u"2.0"_s), std::pair(u"P"_s, u"1.0"_s)}) {
+        QVERIFY(QDir(pluginIn(a, u"Plug"_s)).removeRecursively());
+        Ended ended;
+        rig.flow.installWithPrefix(prefix, false, ended.here());
+        QTRY_COMPARE(rig.service.downloads.size(), 1);
+        rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140, version));
+        QTRY_COMPARE(ended.times, 1);
+        QCOMPARE(bundleInformation(pluginIn(a, u"Plug"_s))->value(u"CFBundleShortVersionString"_s), version);
+    }
 }
 
 void InstallFlowTest::everyPackageOfAPrefixIsTaken()

@@ -17,7 +17,8 @@ void removeParts(const QDir &folder, const QDateTime &before)
     const QFileInfoList parts =
         folder.entryInfoList({u"*%1*"_s.arg(partMark)}, QDir::Files | QDir::Hidden | QDir::NoSymLinks);
     for (const QFileInfo &part : parts) {
-        if (part.lastModified() < before) {
+        // The clock may have been set back since an earlier run.
+        if (part.lastModified() < before || part.lastModified() > QDateTime::currentDateTimeUtc()) {
             QFile::remove(part.filePath());
         }
     }

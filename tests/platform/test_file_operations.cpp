@@ -323,14 +323,14 @@ void FileOperationsTest::copiesThatAreRefused()
 
 void FileOperationsTest::partsOfEarlierRunsGo()
 {
-    const QStringList names{
-        u"140/a.zip"_s, u"140/a.zip.part-1-1"_s, u"state.part-1-1"_s, u"140/a.zip.part-2-1"_s};
+    const QStringList names{u"140/a.zip"_s, u"140/a.zip.part-1-1"_s, u"state.part-1-1"_s,
+        u"140/a.zip.part-2-1"_s, u"140/a.zip.part-3-1"_s};
     const QDateTime start = QDateTime::currentDateTime();
     for (const QString &name : names) {
         QVERIFY(writeFile(path(name), "x"));
         QFile file(path(name));
         QVERIFY(file.open(QIODevice::ReadWrite));
-        const int age = name.endsWith(u"2-1") ? 0 : 1;
+        const int age = name.endsWith(u"2-1") ? 0 : name.endsWith(u"3-1") ? -1 : 1;
         QVERIFY(file.setFileTime(start.addDays(-age), QFileDevice::FileModificationTime));
     }
     removePartsOf(m_scratch->path(), start);

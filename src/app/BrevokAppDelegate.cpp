@@ -174,6 +174,9 @@ void BrevokAppDelegate::connectSharedObjects()
     });
     connect(&*shared.targets, &BrevokTargetApps::reviewWanted, this,
         [this] { m_with.surfaces.showTargetsPreferences(); });
+    // A volume may have brought some, or no longer hide them.
+    connect(&*shared.targets, &BrevokTargetApps::looked, this,
+        [&shared] { shared.installer->clearLeftovers(shared.targets->allRecords().keys()); });
     connect(&*shared.packages, &BrevokPackages::updatesChanged, this, [this](int updates) {
         if (m_menubarController) {
             m_menubarController->setUpdates(updates);

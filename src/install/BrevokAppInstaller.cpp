@@ -165,7 +165,7 @@ void BrevokAppInstaller::clearLeftovers(const QStringList &targets)
             [this](bool found) {
                 jobEnded();
                 if (found) {
-                    m_with.packages.notifyPackageStatuses();
+                    m_with.packages.calculatePackageStatuses();
                 }
             });
     });

@@ -184,8 +184,11 @@ class Volumes(unittest.TestCase):
             for place in places:
                 run("umount", place)
             wait_for(lambda: invalid()[found] and invalid()[added], "its targets go with the volume")
+            left = host / "Plug-Ins" / "Tolvane" / ".tolvane-removed-0123456789abcdef"
+            left.mkdir(parents=True)
             mount()
             wait_for(lambda: not invalid()[found] and not invalid()[added], "and come back with it")
+            wait_for(lambda: not left.exists(), "what a killed run left there goes")
         # Its folders can be taken away only when nothing is mounted there, and the mounts end with the program.
         self.assertEqual(session.stop_application(), 0)
 

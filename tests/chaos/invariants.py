@@ -69,17 +69,16 @@ def leftovers(stage):
 # what the program says
 
 def shown_by(state, disk, pending, listed="prefixes"):
-    """The part of the status document that the rules know."""
+    """The part of the status document that the rules know; of each package every status that may be."""
     prefixes = {record["Prefix"] for record in state["packages"].values()}
-    statuses = {prefix: oracles.package_status(disk, state, prefix, pending, listed) for prefix in prefixes}
-    packages = [(name, record["Prefix"], record["Version"], NAMES[statuses[record["Prefix"]]])
+    statuses = {prefix: sorted(NAMES[status] for status in oracles.package_statuses(disk, state, prefix, pending, listed))
+                for prefix in prefixes}
+    packages = [(name, record["Prefix"], record["Version"], statuses[record["Prefix"]])
                 for name, record in state["packages"].items()]
     return {
         "packages": sorted(packages, key=lambda one: one[0].lower()),
         "targets": sorted((path, one["type"], one["version"], one["enabled"], one["removed"], one["invalid"])
                           for path, one in state["targets"].items()),
-        "updates": sum(status in (oracles.OLD, oracles.MIXED_OLD) for record in state["packages"].values()
-                       for status in [statuses[record["Prefix"]]]),
     }
 
 
@@ -88,8 +87,15 @@ def shown(document):
         "packages": [(one["name"], one["prefix"], one["version"], one["statusName"]) for one in document["packages"]],
         "targets": sorted((one["path"], one["type"], one["version"], one["enabled"], one["removed"], one["invalid"])
                           for one in document["targets"]),
-        "updates": document["updates"],
     }
+
+
+def agrees(document, rules):
+    said = shown(document)
+    waiting = sum(status in (NAMES[oracles.OLD], NAMES[oracles.MIXED_OLD]) for *_, status in said["packages"])
+    return (said["targets"] == rules["targets"] and document["updates"] == waiting
+            and [one[:3] for one in said["packages"]] == [one[:3] for one in rules["packages"]]
+            and all(one[3] in known[3] for one, known in zip(said["packages"], rules["packages"])))
 
 
 def settled(stage):
@@ -110,10 +116,11 @@ def settled(stage):
             stage.looks.append(now)
         views = [(disk, pending) for disk in stage.looks for pending in ([stored, set()] if troubled else [stored])]
         if not stage.oracle.agrees(lambda state: any(
-                shown_by(state, disk, pending, listed) == shown(document)
+                agrees(document, shown_by(state, disk, pending, listed))
                 for disk, pending in views for listed in ("prefixes", "undropped")), not stage.in_flight):
-            may_be = [shown_by(state, now, stored) for state in stage.oracle.now]
-            return f"shown is\n{lines(shown(document))}\nbut it should be\n" + "\nor\n".join(map(lines, may_be))
+            rules = [lines(shown_by(state, now, stored)) for state in stage.oracle.now]
+            return (f"shown is\n{lines(shown(document))}\n    updates: {document['updates']}\nbut it should be\n"
+                    + "\nor\n".join(rules))
         if document["session"]["signedIn"] not in stage.signed_in:
             return f"signed in: {document['session']['signedIn']}"
         if stored and QUESTION not in session.log()[stage.log_start:] and not troubled:

@@ -166,35 +166,53 @@ def is_valid(target):
     return target["enabled"] and not target["removed"] and not target["invalid"]
 
 
-def package_status(disk, state, prefix, pending, listed="prefixes"):
-    """`pending` has the keys of the builds with unfinished commands."""
-    status = MISSING
-    for path, target in state["targets"].items():
-        if not is_valid(target):
+def package_statuses(disk, state, prefix, pending, listed="prefixes"):
+    """What may be shown, as no rule says which target comes first. `pending` has the keys of the builds with unfinished
+    commands."""
+    targets = [results_in(path, int(target["version"]), disk, state, state[listed].get(prefix, []), pending)
+               for path, target in state["targets"].items() if is_valid(target)]
+    orders = [targets]
+    if any(result in (PENDING, MISSING) for results in targets for result, _ in results):
+        orders = set(itertools.permutations(targets))  # else it makes no difference
+    return {status_over(itertools.chain(*order), prefix) for order in orders}
+
+
+def results_in(path, version, disk, state, keys, pending):
+    """Of the builds that are looked at in a target: (result, name)."""
+    results = []
+    for key in keys:
+        build = state["builds"][key]
+        if not fits(version, build["HostVersion"]):
             continue
-        version = int(target["version"])
-        for key in state[listed].get(prefix, []):
-            build = state["builds"][key]
-            if not fits(version, build["HostVersion"]):
-                continue
-            if key in pending:
-                status = PENDING
-                break
-            result = status_of_build(disk, path, version, build)
-            status = combined(status, result, build["Name"], prefix)
+        if key in pending:
+            return (*results, (PENDING, build["Name"]))
+        results.append((status_of_build(disk, path, version, build), build["Name"]))
+    return tuple(results)
+
+
+def status_over(results, prefix):
+    status = MISSING
+    for result, name in results:
+        status = PENDING if result == PENDING else combined(status, result, name, prefix)
     return status
 
 
 # operations
 
-def planned(disk, state, prefix):
-    """The bundles that an install may make, by path: the builds that may stand there afterwards."""
-    result = {}
-    for path, target in state["targets"].items():
-        for build in builds_of(state, prefix) if is_valid(target) else ():
-            if is_planned(int(target["version"]), build["HostVersion"]) and not is_up_to_date(disk, path, build):
-                result.setdefault(bundle_in(path, build["Name"]), []).append(build)
-    return result
+def planned(disk, state, prefix, must=False):
+    """The bundles that an install makes, by path: the builds that may stand there afterwards. A build that one target
+    needs goes into every other that is looked at after that one, too, even where it is up to date: so it may, but
+    need not."""
+    result, others = {}, {}
+    for build in builds_of(state, prefix):
+        fitting = [path for path, target in state["targets"].items() if is_valid(target)
+                   and is_planned(int(target["version"]), build["HostVersion"])]
+        needing = [path for path in fitting if not is_up_to_date(disk, path, build)]
+        for path in fitting if needing else ():
+            (result if path in needing else others).setdefault(bundle_in(path, build["Name"]), []).append(build)
+    if must:
+        return {path: builds + others.get(path, []) for path, builds in result.items()}
+    return {path: result.get(path, []) + others.get(path, []) for path in {**result, **others}}
 
 
 def may_be_removed(disk, state, name, target, prefix):

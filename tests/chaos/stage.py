@@ -15,7 +15,7 @@ from world import Broken, World, end_process, wait_for
 
 PATIENCE = 100  # seconds until a call counts as hanging
 WRONG_PASSWORD = "engine-of-indifference-51"
-LOOKING = ("check", "install", "update", "remove", "converge")  # calls after which the statuses are true
+LOOKING = ("check", "install", "remove", "converge")  # calls after which the statuses are true
 PROCESSES = {"application": "tolvane-brevok", "helper": "tolvane-brevok-helper", "network": "tolvane-brevok-network"}
 
 
@@ -326,7 +326,7 @@ class Stage(World):
         """A success has done everything that was to do."""
         now = self.bundles()
         for prefix in prefixes if len(states) == 1 else ():
-            for path, builds in oracles.planned(before, states[0], prefix).items():
+            for path, builds in oracles.planned(before, states[0], prefix, must=True).items():
                 if now.get(path) not in {(one["Name"], one["Version"], one["HostVersion"]) for one in builds}:
                     raise Broken(f"an install that succeeded left {now.get(path)} in {path}")
 

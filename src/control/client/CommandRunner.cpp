@@ -26,6 +26,8 @@ namespace {
 
 constexpr auto busName = "com.tolvane.brevok";
 constexpr auto objectPath = "/com/tolvane/brevok/Control";
+constexpr int askAgainMs = 100;
+constexpr int mostTimesAsked = 100;
 constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
 
 QJsonObject documentOf(const QDBusMessage &reply)
@@ -75,9 +77,17 @@ void CommandRunner::start()
             u"com.tolvane.brevok.Control1"_s, u"Progress"_s, this,
             SLOT(showProgress(QString, QString, qint64, qint64)));
     }
-    auto *watcher = new QDBusPendingCallWatcher(call(), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] { handle(watcher->reply()); });
+    ask();
     m_timeout->start(std::chrono::seconds(m_command.timeoutSeconds));
+}
+
+void CommandRunner::ask()
+{
+    auto *watcher = new QDBusPendingCallWatcher(call(), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        handle(watcher->reply());
+        watcher->deleteLater();
+    });
 }
 
 QDBusPendingCall CommandRunner::call()
@@ -182,7 +192,12 @@ void CommandRunner::handleResult(const QDBusMessage &reply)
         handleConverged(reply);
         break;
     case Verb::Metrics:
-        handleMetrics(metricsText(document, userName()));
+        // A program that has just started would count no update yet.
+        if (document[u"calculating"_s].toBool() && ++m_timesAsked <= mostTimesAsked) {
+            QTimer::singleShot(askAgainMs, this, &CommandRunner::ask);
+        } else {
+            handleMetrics(metricsText(document, userName()));
+        }
         break;
     case Verb::ShowReport:
     case Verb::ShowUsage: // a document of its own

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void showProgress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
 
 private:
+    void ask();
     [[nodiscard]] QDBusPendingCall call();
     void handle(const QDBusMessage &reply);
     void handleError(const QDBusMessage &error);
@@ -56,6 +57,7 @@ private:
     bool m_showProgress;
     bool m_progressShown = false;
     std::optional<QJsonArray> m_outcome; ///< of a call that installs or removes
+    int m_timesAsked = 0; ///< again
     bool m_ended = false;
     QTimer *m_timeout;
 };

@@ -17,7 +17,6 @@ except (ImportError, ValueError):
 from brevok_session import PATIENCE, Session, wait_for
 from virtual_desktop import VirtualDesktop, missing_programs
 
-EMAIL, PASSWORD = "ada@example.com", "analytical-engine"
 PANEL_WIDTH, PANEL_HEIGHT, MARGIN = 446, 694, 8
 HERE = pathlib.Path(__file__).resolve().parent
 SKIPPED = 77  # what ctest counts as skipped
@@ -47,9 +46,6 @@ class WindowSession(Session):
         self.environment |= {"DISPLAY": desktop.environment["DISPLAY"], "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
         self.environment.pop("QT_QPA_PLATFORM", None)
 
-    def port(self):
-        return int(self.service_url.rsplit(":", 1)[1].strip("/"))
-
 
 class OnDesktop(unittest.TestCase):
     """A desktop of its own for each test; `session` runs on it."""
@@ -71,7 +67,7 @@ class OnDesktop(unittest.TestCase):
     def start(self, signed_in=False):
         self.session.start_application()
         if signed_in:
-            self.session.ctl("signin", EMAIL, BREVOK_PASSWORD=PASSWORD)
+            self.session.sign_in()
             self.wait("the lists", lambda: self.session.package_status("0xA"))
         return wait_for(self.desktop.tray_item, "the item is in the tray")
 

@@ -56,8 +56,7 @@ class Kills(unittest.TestCase):
                     archive.writestr(f"{name}.InDesignPlugin/{file}", content)
             self.archives[f"{name}.zip"] = path.read_bytes()
             session.publish(name, "0xA", "2.0", 140, archive=path, package="Pair")
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         self.workspace = None
 
     def bundles(self):

@@ -91,4 +91,15 @@ struct CatalogueFixture {
     }
 };
 
+/// With the plug-ins as the program starts them.
+struct PluginsFixture : CatalogueFixture {
+    PluginsFixture() { plugins.start(); }
+    /// Says of the build @p key what happened to it here.
+    void set(const QString &key, const QString &name, const QJsonValue &value)
+    {
+        plugins.change({key}, [&] { plugins.definition(key)->record.insert(name, value); });
+    }
+    BrevokPlugins plugins{state, service, alerts};
+};
+
 } // namespace brevok::testing

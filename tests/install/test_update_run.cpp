@@ -3,6 +3,7 @@
 
 #include "FlowRig.h"
 #include "install/UpdateRun.h"
+#include "support/Columns.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -48,6 +49,8 @@ struct UpdateRig : InstallRig {
 
 } // namespace
 
+using FailuresAreToldInOneAlert = Columns<int, QString>;
+
 class UpdateRunTest : public QObject {
     Q_OBJECT
 
@@ -56,8 +59,7 @@ private Q_SLOTS:
 
     void failuresAreToldInOneAlert_data()
     {
-        QTest::addColumn<int>("failing");
-        QTest::addColumn<QString>("text");
+        FailuresAreToldInOneAlert::declare();
         QTest::newRow("none") << 0 << QString();
         QTest::newRow("one") << 1 << u"Error: Failed to download P0, from https://host/P0-140.zip"_s;
         QTest::newRow("five") << 5 << u"Multiple errors have occured. Please contact Tolvane support."_s;
@@ -65,8 +67,7 @@ private Q_SLOTS:
 
     void failuresAreToldInOneAlert()
     {
-        QFETCH(int, failing);
-        QFETCH(QString, text);
+        const auto [failing, text] = FailuresAreToldInOneAlert::row();
         UpdateRig rig(5);
         QVERIFY(rig.waits);
         Ended ended;

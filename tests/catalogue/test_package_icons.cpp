@@ -77,14 +77,14 @@ private Q_SLOTS:
 
     void iconsThatCannotBeCached_data()
     {
-        IconsThatCannotBeCached::declare();
-        QTest::addRow("transport error") << u"https://x/a.png"_s << png << true << false;
-        QTest::addRow("empty") << u"https://x/a.png"_s << QByteArray() << false << false;
-        QTest::addRow("parent for name") << u"https://x/y/%2E%2E"_s << png << false << true;
-        QTest::addRow("no name") << u"https://x/"_s << png << false << true;
-        QTest::addRow("folder in the way") << u"https://x/taken"_s << png << false << true;
-        QTest::addRow("folder of the updater") << u"https://x/Updates"_s << png << false << true;
-        QTest::addRow("too long") << u"https://x/"_s + QString(300, u'a') << png << false << true;
+        const auto row = IconsThatCannotBeCached::declare();
+        row("transport error", "https://x/a.png", png, true, false);
+        row("empty", "https://x/a.png", {}, false, false);
+        row("parent for name", "https://x/y/%2E%2E", png, false, true);
+        row("no name", "https://x/", png, false, true);
+        row("folder in the way", "https://x/taken", png, false, true);
+        row("folder of the updater", "https://x/Updates", png, false, true);
+        row("too long", u"https://x/"_s + QString(300, u'a'), png, false, true);
     }
 
     void iconsThatCannotBeCached()
@@ -156,24 +156,24 @@ private Q_SLOTS:
 
     void iconFileNames_data()
     {
-        IconFileNames::declare();
-        QTest::addRow("plain") << u"https://x/y/icon.png"_s << u"icon.png"_s;
-        QTest::addRow("encoded") << u"https://x/my%20icon.png?v=2#a"_s << u"my icon.png"_s;
-        QTest::addRow("folder") << u"https://x/y/"_s << QString();
-        QTest::addRow("parent") << u"https://x/y/%2E%2E"_s << QString();
-        QTest::addRow("separator") << u"https://x/..%2f..%2fetc"_s << u"etc"_s;
-        QTest::addRow("zero") << u"https://x/a%00b"_s << QString();
-        QTest::addRow("hidden") << u"https://x/.png"_s << u".png"_s;
-        QTest::addRow("other script") << u"https://x/%F0%9F%90%98 \u00e4.png"_s << u"\U0001F418 \u00e4.png"_s;
+        const auto row = IconFileNames::declare();
+        row("plain", "https://x/y/icon.png", "icon.png");
+        row("encoded", "https://x/my%20icon.png?v=2#a", "my icon.png");
+        row("folder", "https://x/y/", QString());
+        row("parent", "https://x/y/%2E%2E", QString());
+        row("separator", "https://x/..%2f..%2fetc", "etc");
+        row("zero", "https://x/a%00b", QString());
+        row("hidden", "https://x/.png", ".png");
+        row("other script", u"https://x/%F0%9F%90%98 \u00e4.png"_s, u"\U0001F418 \u00e4.png"_s);
         for (const char *taken : {"160", "16.5", "-3", "1e+20", "Updates", "updates", "state.sqlite",
                  "State.sqlite-wal", "any.lock"}) {
-            QTest::addRow("%s", taken) << u"https://x/y/"_s + QString::fromLatin1(taken) << QString();
+            row(taken, u"https://x/y/"_s + QString::fromLatin1(taken), QString());
         }
-        QTest::addRow("begins like one that is taken") << u"https://x/Updates.png"_s << u"Updates.png"_s;
-        QTest::addRow("line break") << u"https://x/a%0Ab.png"_s << QString();
-        QTest::addRow("escape") << u"https://x/a%1B[31m.png"_s << QString();
-        QTest::addRow("turned round") << u"https://x/%E2%80%AEgnp.exe"_s << QString();
-        QTest::addRow("empty") << QString() << QString();
+        row("begins like one that is taken", "https://x/Updates.png", "Updates.png");
+        row("line break", "https://x/a%0Ab.png", QString());
+        row("escape", "https://x/a%1B[31m.png", QString());
+        row("turned round", "https://x/%E2%80%AEgnp.exe", QString());
+        row("empty", QString(), QString());
     }
 
     void iconFileNames()
@@ -184,22 +184,22 @@ private Q_SLOTS:
 
     void imagesAreRecognised_data()
     {
-        ImagesAreRecognised::declare();
-        QTest::addRow("png") << png << true;
-        QTest::addRow("jpeg") << QByteArray("\xff\xd8\xff\xe0") << true;
-        QTest::addRow("gif") << QByteArray("GIF89a...") << true;
-        QTest::addRow("bmp") << QByteArray("BM..........\0\0\x28\0\0\0", 18) << true;
-        QTest::addRow("tiff, little") << QByteArray("II*\0....", 8) << true;
-        QTest::addRow("tiff, big") << QByteArray("MM\0*....", 8) << true;
-        QTest::addRow("webp") << QByteArray("RIFF\1\2\3\4WEBPVP8 ") << true;
-        QTest::addRow("wave") << QByteArray("RIFF\1\2\3\4WAVEfmt ") << false;
-        QTest::addRow("icns") << QByteArray("icns....") << true;
-        QTest::addRow("svg") << QByteArray("\xef\xbb\xbf\n<svg xmlns=''/>") << true;
-        QTest::addRow("svg in xml") << QByteArray("<?xml version='1.0'?><svg/>") << true;
-        QTest::addRow("other xml") << QByteArray("<?xml version='1.0'?><plist/>") << false;
-        QTest::addRow("page") << QByteArray("<html>Not found") << false;
-        QTest::addRow("short") << QByteArray("\x89P") << false;
-        QTest::addRow("empty") << QByteArray() << false;
+        const auto row = ImagesAreRecognised::declare();
+        row("png", png, true);
+        row("jpeg", "\xff\xd8\xff\xe0", true);
+        row("gif", "GIF89a...", true);
+        row("bmp", QByteArray("BM..........\0\0\x28\0\0\0", 18), true);
+        row("tiff, little", QByteArray("II*\0....", 8), true);
+        row("tiff, big", QByteArray("MM\0*....", 8), true);
+        row("webp", "RIFF\1\2\3\4WEBPVP8 ", true);
+        row("wave", "RIFF\1\2\3\4WAVEfmt ", false);
+        row("icns", "icns....", true);
+        row("svg", "\xef\xbb\xbf\n<svg xmlns=''/>", true);
+        row("svg in xml", "<?xml version='1.0'?><svg/>", true);
+        row("other xml", "<?xml version='1.0'?><plist/>", false);
+        row("page", "<html>Not found", false);
+        row("short", "\x89P", false);
+        row("empty", {}, false);
     }
 
     void imagesAreRecognised()

@@ -35,25 +35,23 @@ private Q_SLOTS:
 
     void elementsAreChecked_data()
     {
-        ElementsAreChecked::declare();
+        const auto row = ElementsAreChecked::declare();
         const QString notDictionary = u"package is not nsdirectory!"_s;
         const QString incomplete = u"package data do not containe name!"_s;
         const Record good = Fixture::package(u"A"_s, u"P"_s);
         const auto mutated = [&](const char *key, const QJsonValue &value) {
             return QJsonValue(Fixture::with(good, QString::fromLatin1(key), value));
         };
-        QTest::addRow("good") << QJsonValue(good) << true << QString();
-        QTest::addRow("without prefix")
-            << mutated("Prefix", QJsonValue(QJsonValue::Undefined)) << true << QString();
-        QTest::addRow("number") << QJsonValue(1) << false << notDictionary;
-        QTest::addRow("list") << QJsonValue(QJsonArray{good}) << false << notDictionary;
-        QTest::addRow("other platform") << mutated("Platform", u"Win"_s) << false << QString();
-        QTest::addRow("nameless, other platform")
-            << QJsonValue(QJsonObject{{u"Platform"_s, u"Win"_s}}) << false << QString();
-        QTest::addRow("no name") << mutated("Name", u""_s) << false << incomplete;
-        QTest::addRow("number for name") << mutated("Name", 3) << false << incomplete;
-        QTest::addRow("no publication") << mutated("Published", QJsonValue()) << false << incomplete;
-        QTest::addRow("number for version") << mutated("Version", 1.5) << false << incomplete;
+        row("good", QJsonValue(good), true, QString());
+        row("without prefix", mutated("Prefix", QJsonValue(QJsonValue::Undefined)), true, QString());
+        row("number", QJsonValue(1), false, notDictionary);
+        row("list", QJsonValue(QJsonArray{good}), false, notDictionary);
+        row("other platform", mutated("Platform", u"Win"_s), false, QString());
+        row("nameless, other platform", QJsonValue(QJsonObject{{u"Platform"_s, u"Win"_s}}), false, QString());
+        row("no name", mutated("Name", u""_s), false, incomplete);
+        row("number for name", mutated("Name", 3), false, incomplete);
+        row("no publication", mutated("Published", QJsonValue()), false, incomplete);
+        row("number for version", mutated("Version", 1.5), false, incomplete);
     }
 
     void elementsAreChecked()
@@ -263,12 +261,10 @@ private Q_SLOTS:
 
     void usersCheckTellsOfNewUpdates_data()
     {
-        UsersCheckTellsOfNewUpdates::declare();
-        QTest::addRow("none") << 0 << u"You're up-to-date!"_s
-                              << u"There are no new Plug-In updates available."_s;
-        QTest::addRow("one") << 1 << u"Plug-In update available!"_s << u"p0 Plug-In update is available."_s;
-        QTest::addRow("three") << 3 << u"Plug-In updates available!"_s
-                               << u"You have 3 Plug-In updates available."_s;
+        const auto row = UsersCheckTellsOfNewUpdates::declare();
+        row("none", 0, "You're up-to-date!", "There are no new Plug-In updates available.");
+        row("one", 1, "Plug-In update available!", "p0 Plug-In update is available.");
+        row("three", 3, "Plug-In updates available!", "You have 3 Plug-In updates available.");
     }
 
     void usersCheckTellsOfNewUpdates()
@@ -356,13 +352,12 @@ private Q_SLOTS:
 
     void failedOwnCheckHasNoResult_data()
     {
-        FailedOwnCheckHasNoResult::declare();
-        QTest::addRow("no list") << 0 << 200 << u"Unexpected server response."_s;
-        QTest::addRow("no list of packages") << 1 << 200 << u"Unexpected server response."_s;
-        QTest::addRow("status") << 0 << 503 << u"Server responded with HTTP code: 503."_s;
-        QTest::addRow("transport") << 1 << 0 << u"it broke"_s;
-        QTest::addRow("no network") << -1 << 0
-                                    << u"Network is unreachable. Is your internet connection down?"_s;
+        const auto row = FailedOwnCheckHasNoResult::declare();
+        row("no list", 0, 200, "Unexpected server response.");
+        row("no list of packages", 1, 200, "Unexpected server response.");
+        row("status", 0, 503, "Server responded with HTTP code: 503.");
+        row("transport", 1, 0, "it broke");
+        row("no network", -1, 0, "Network is unreachable. Is your internet connection down?");
     }
 
     void failedOwnCheckHasNoResult()

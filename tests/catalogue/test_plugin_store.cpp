@@ -225,11 +225,11 @@ private Q_SLOTS:
 
     void unfinishedActionsAreAskedAbout_data()
     {
-        UnfinishedActionsAreAskedAbout::declare();
-        QTest::addRow("nothing to ask") << false << alertFirstButton << false;
-        QTest::addRow("discard") << true << alertFirstButton << false;
-        QTest::addRow("not shown") << true << alertNotShown << true;
-        QTest::addRow("second button") << true << alertSecondButton << true;
+        const auto row = UnfinishedActionsAreAskedAbout::declare();
+        row("nothing to ask", false, alertFirstButton, false);
+        row("discard", true, alertFirstButton, false);
+        row("not shown", true, alertNotShown, true);
+        row("second button", true, alertSecondButton, true);
     }
 
     void unfinishedActionsAreAskedAbout()

@@ -38,26 +38,23 @@ private Q_SLOTS:
 
     void elementsAreChecked_data()
     {
-        ElementsAreChecked::declare();
+        const auto row = ElementsAreChecked::declare();
         const Record good = Fixture::build(u"A"_s, u"P"_s, u"1.0"_s, 140);
-        const auto row = [](const char *title, const QJsonValue &element, bool taken, const char *line = "") {
-            QTest::addRow("%s", title) << element << taken << QString::fromLatin1(line);
-        };
         const auto mutated = [&](const char *key, const QJsonValue &value) {
             return QJsonValue(Fixture::with(good, QString::fromLatin1(key), value));
         };
         const QJsonValue absent(QJsonValue::Undefined);
-        row("good", good, true);
+        row("good", good, true, "");
         row("text", u"x"_s, false, notDictionary);
         row("nothing", QJsonValue(), false, notDictionary);
         row("list", QJsonArray{good}, false, notDictionary);
-        row("other platform", mutated("Platform", u"Win"_s), false);
-        row("no platform", mutated("Platform", absent), false);
-        row("numeric platform", mutated("Platform", 1), false);
+        row("other platform", mutated("Platform", u"Win"_s), false, "");
+        row("no platform", mutated("Platform", absent), false, "");
+        row("numeric platform", mutated("Platform", 1), false, "");
         row("number for name", mutated("Name", 7), false, incomplete);
         row("empty name", mutated("Name", u""_s), false, incomplete);
         row("text for size", mutated("Size", u"10"_s), false, incomplete);
-        row("boolean for size", mutated("Size", true), true);
+        row("boolean for size", mutated("Size", true), true, "");
         row("no prefix", mutated("Prefix", absent), false, incomplete);
         row("empty link", mutated("Link", u""_s), false, incomplete);
         row("number for version", mutated("Version", 1.0), false, incomplete);
@@ -77,11 +74,11 @@ private Q_SLOTS:
 
     void newestBuildIsSelected_data()
     {
-        NewestBuildIsSelected::declare();
-        QTest::addRow("later is newer") << u"1.9"_s << u"1.10"_s << u"second"_s;
-        QTest::addRow("earlier is newer") << u"1.10"_s << u"1.9"_s << u"first"_s;
-        QTest::addRow("same") << u"1.0"_s << u"1.0"_s << u"second"_s;
-        QTest::addRow("same but for zeros") << u"1.0"_s << u"1.0.0"_s << u"second"_s;
+        const auto row = NewestBuildIsSelected::declare();
+        row("later is newer", "1.9", "1.10", "second");
+        row("earlier is newer", "1.10", "1.9", "first");
+        row("same", "1.0", "1.0", "second");
+        row("same but for zeros", "1.0", "1.0.0", "second");
     }
 
     void newestBuildIsSelected()
@@ -124,15 +121,15 @@ private Q_SLOTS:
 
     void unlistedBuildsAreDropped_data()
     {
-        UnlistedBuildsAreDropped::declare();
+        const auto row = UnlistedBuildsAreDropped::declare();
         const Record a = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
         const Record c = Fixture::build(u"C"_s, u"P"_s, u"1"_s, 140);
-        QTest::addRow("shorter") << QJsonArray{a} << QStringList{u"140:A_1"_s};
-        QTest::addRow("another build") << QJsonArray{c, a} << QStringList{u"140:A_1"_s, u"140:C_1"_s};
-        QTest::addRow("nothing listed") << QJsonArray() << QStringList{u"140:A_1"_s, u"140:B_1"_s};
+        row("shorter", QJsonArray{a}, {u"140:A_1"_s});
+        row("another build", QJsonArray{c, a}, {u"140:A_1"_s, u"140:C_1"_s});
+        row("nothing listed", {}, {u"140:A_1"_s, u"140:B_1"_s});
         // Both elements belong at one place, so the counts agree although B is not listed.
-        QTest::addRow("as long") << QJsonArray{a, Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140.5)}
-                                 << QStringList{u"140.5:A_1"_s, u"140:B_1"_s};
+        row("as long", QJsonArray{a, Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140.5)},
+            {u"140.5:A_1"_s, u"140:B_1"_s});
     }
 
     void unlistedBuildsAreDropped()
@@ -154,11 +151,11 @@ private Q_SLOTS:
 
     void buildForAHost_data()
     {
-        BuildForAHost::declare();
-        QTest::addRow("first match wins") << u"75"_s << u"70:A_1"_s;
-        QTest::addRow("lower major") << u"69"_s << QString();
-        QTest::addRow("second major") << u"83"_s << u"80:A_1"_s;
-        QTest::addRow("no number") << u"CC"_s << QString();
+        const auto row = BuildForAHost::declare();
+        row("first match wins", "75", "70:A_1");
+        row("lower major", "69", QString());
+        row("second major", "83", "80:A_1");
+        row("no number", "CC", QString());
     }
 
     void buildForAHost()
@@ -174,46 +171,33 @@ private Q_SLOTS:
 
     void repliesAreHandled_data()
     {
-        RepliesAreHandled::declare();
-        const auto response = [](const QString &text) {
-            return u"Response string: "_s + text;
-        };
+        const auto row = RepliesAreHandled::declare();
         const QStringList failed{u"Plugins update failed with error"_s};
-        const QStringList bad{u"Plugins definitions update failed!"_s};
         const QStringList reset{u"Error: reset"_s, u"  {Description = \"reset\"}"_s};
-        QTest::addRow("error") << 0 << QByteArray() << -30.0 << 60 << QString() << failed + reset;
-        QTest::addRow("error, date ahead") << 0 << QByteArray() << 8.5 << 60 << u"8"_s << failed;
-        QTest::addRow("error, not far ahead")
-            << 0 << QByteArray() << 6.9 << 60 << QString() << failed + reset;
-        QTest::addRow("empty list") << 200 << QByteArray("[]") << -30.0 << 3600 << QString() << QStringList();
-        QTest::addRow("dictionary") << 200 << QByteArray("{\"a\":1}") << -10.5 << 3600 << u"-10"_s
-                                    << bad
-                + QStringList{u"Received 7 bytes of data"_s, response(u"{\"a\":1}"_s)};
-        QTest::addRow("256 characters") << 200 << QByteArray(256, 'x') << 0.5 << 3600 << u"0"_s
-                                        << bad
-                + QStringList{u"Received 256 bytes of data"_s, response(QString(256, u'x')),
-                    u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
-        QTest::addRow("257 characters")
-            << 200 << QByteArray("\xc3\xa4").repeated(257) << 0.5 << 3600 << u"0"_s
-            << bad
-                + QStringList{u"Received 514 bytes of data"_s, response(QString(256, QChar(0xe4))),
-                    u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
+        const QStringList illegal{u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
+        const auto bad = [](int bytes, const QString &text) {
+            return QStringList{u"Plugins definitions update failed!"_s,
+                u"Received %1 bytes of data"_s.arg(bytes), u"Response string: "_s + text};
+        };
+        row("error", 0, {}, -30.0, 60, QString(), failed + reset);
+        row("error, date ahead", 0, {}, 8.5, 60, "8", failed);
+        row("error, not far ahead", 0, {}, 6.9, 60, QString(), failed + reset);
+        row("empty list", 200, "[]", -30.0, 3600, QString(), {});
+        row("dictionary", 200, "{\"a\":1}", -10.5, 3600, "-10", bad(7, u"{\"a\":1}"_s));
+        row("256 characters", 200, QByteArray(256, 'x'), 0.5, 3600, "0",
+            bad(256, QString(256, u'x')) + illegal);
+        row("257 characters", 200, QByteArray("\xc3\xa4").repeated(257), 0.5, 3600, "0",
+            bad(514, QString(256, QChar(0xe4))) + illegal);
         keepSecret(u"the session-7"_s);
-        QTest::addRow("page that repeats the request")
-            << 200 << QByteArray("<pre>Cookie:\x1b SessionId=the session-7\n\"the+session-7\"</pre>") << 0.5
-            << 3600 << u"0"_s
-            << bad
-                + QStringList{u"Received 59 bytes of data"_s,
-                    response(u"<pre>Cookie:  SessionId=(not logged) \"(not logged)\"</pre>"_s),
-                    u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
-        QTest::addRow("304") << 304 << QByteArray("[]") << -30.0 << -1 << QString()
-                             << QStringList{u"Plugins update failed with response: 304 - not modified"_s};
-        QTest::addRow("500") << 500 << QByteArray("[]") << -30.0 << -1 << QString()
-                             << QStringList{
-                                    u"Plugins update failed with response: 500 - internal server error"_s};
-        QTest::addRow("short code") << 7 << QByteArray() << -30.0 << -1 << QString()
-                                    << QStringList{u"Plugins update failed with response: 007 - "_s
-                                           + localizedStringForStatusCode(7)};
+        row("page that repeats the request", 200,
+            "<pre>Cookie:\x1b SessionId=the session-7\n\"the+session-7\"</pre>", 0.5, 3600, "0",
+            bad(59, u"<pre>Cookie:  SessionId=(not logged) \"(not logged)\"</pre>"_s) + illegal);
+        row("304", 304, "[]", -30.0, -1, QString(),
+            {u"Plugins update failed with response: 304 - not modified"_s});
+        row("500", 500, "[]", -30.0, -1, QString(),
+            {u"Plugins update failed with response: 500 - internal server error"_s});
+        row("short code", 7, {}, -30.0, -1, QString(),
+            {u"Plugins update failed with response: 007 - "_s + localizedStringForStatusCode(7)});
     }
 
     void repliesAreHandled()

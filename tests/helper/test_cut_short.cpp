@@ -133,13 +133,13 @@ class CutShortTest : public QObject {
 private Q_SLOTS:
     void failing_data()
     {
-        Failing::declare();
+        const auto row = Failing::declare();
         for (const Road road : roads) {
-            const char *name = road == Road::Own ? "own" : "helper";
-            QTest::addRow("%s, full", name) << road << ENOSPC << true;
-            QTest::addRow("%s, full once", name) << road << ENOSPC << false;
-            QTest::addRow("%s, broken", name) << road << EIO << false;
-            QTest::addRow("%s, forbidden", name) << road << EACCES << false;
+            const QByteArray name = road == Road::Own ? "own" : "helper";
+            row(name + ", full", road, ENOSPC, true);
+            row(name + ", full once", road, ENOSPC, false);
+            row(name + ", broken", road, EIO, false);
+            row(name + ", forbidden", road, EACCES, false);
         }
     }
 
@@ -189,10 +189,10 @@ private Q_SLOTS:
 
     void changedMeanwhile_data()
     {
-        ChangedMeanwhile::declare();
-        const auto row = [](const char *name, Change change) {
-            QTest::addRow("own, %s", name) << Road::Own << change;
-            QTest::addRow("helper, %s", name) << Road::Helper << change;
+        const auto add = ChangedMeanwhile::declare();
+        const auto row = [&add](const QByteArray &name, Change change) {
+            add("own, " + name, Road::Own, change);
+            add("helper, " + name, Road::Helper, change);
         };
         row("application gone", [](void *host) { static_cast<Host *>(host)->move(u"App"_s); });
         row("folder gone", [](void *host) { static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s); });

@@ -58,15 +58,11 @@ private Q_SLOTS:
 
     void wrongInputTouchesNothing_data()
     {
-        WrongInputTouchesNothing::declare();
-        QTest::newRow("no source") << QString() << u"T/A.InDesignPlugin"_s
-                                   << u"install failed, source path is wrong: -"_s;
-        QTest::newRow("empty source")
-            << u""_s << u"T/A.InDesignPlugin"_s << u"install failed, source path is wrong: "_s;
-        QTest::newRow("no target") << u"/a.zip"_s << QString()
-                                   << u"install failed, target path is wrong: -"_s;
-        QTest::newRow("target without folder")
-            << u"/a.zip"_s << u"A.InDesignPlugin/"_s << u"install failed, target path is wrong: "_s;
+        const auto row = WrongInputTouchesNothing::declare();
+        row("no source", QString(), "T/A.InDesignPlugin", "install failed, source path is wrong: -");
+        row("empty source", "", "T/A.InDesignPlugin", "install failed, source path is wrong: ");
+        row("no target", "/a.zip", QString(), "install failed, target path is wrong: -");
+        row("target without folder", "/a.zip", "A.InDesignPlugin/", "install failed, target path is wrong: ");
     }
 
     void wrongInputTouchesNothing()
@@ -122,11 +118,11 @@ private Q_SLOTS:
 
     void failuresThatStillAnswerYes_data()
     {
-        FailuresThatStillAnswerYes::declare();
-        QTest::newRow("archive that is none") << u"broken.zip"_s << false;
-        QTest::newRow("archive that is missing") << u"missing.zip"_s << false;
-        QTest::newRow("file that is missing") << u"missing.xml"_s << true;
-        QTest::newRow("hidden file, no archive") << u".zip"_s << true;
+        const auto row = FailuresThatStillAnswerYes::declare();
+        row("archive that is none", "broken.zip", false);
+        row("archive that is missing", "missing.zip", false);
+        row("file that is missing", "missing.xml", true);
+        row("hidden file, no archive", ".zip", true);
     }
 
     void failuresThatStillAnswerYes()
@@ -155,16 +151,14 @@ private Q_SLOTS:
 
     void removing_data()
     {
-        Removing::declare();
+        const auto row = Removing::declare();
         const QString wrong = u"remove item at path failed, wrong data: "_s;
-        QTest::newRow("bundle") << u"A.InDesignPlugin"_s << true
-                                << QStringList{
-                                       u"removeItemAtPath"_s, u"removedItemAtPath: A.InDesignPlugin"_s};
-        QTest::newRow("nothing there") << u"B.InDesignPlugin"_s << true << QStringList{u"removeItemAtPath"_s};
-        QTest::newRow("other kind") << u"Tolvane.xml"_s << false << QStringList{wrong + u"Tolvane.xml"_s};
-        QTest::newRow("trailing slash")
-            << u"A.InDesignPlugin/"_s << false << QStringList{wrong + u"A.InDesignPlugin/"_s};
-        QTest::newRow("no path") << QString() << false << QStringList{wrong + u'-'};
+        row("bundle", "A.InDesignPlugin", true,
+            {u"removeItemAtPath"_s, u"removedItemAtPath: A.InDesignPlugin"_s});
+        row("nothing there", "B.InDesignPlugin", true, {u"removeItemAtPath"_s});
+        row("other kind", "Tolvane.xml", false, {wrong + u"Tolvane.xml"_s});
+        row("trailing slash", "A.InDesignPlugin/", false, {wrong + u"A.InDesignPlugin/"_s});
+        row("no path", QString(), false, {wrong + u'-'});
     }
 
     void removing()

@@ -82,13 +82,13 @@ private Q_SLOTS:
 
     void answersAreCollected_data()
     {
-        AnswersAreCollected::declare();
+        const auto row = AnswersAreCollected::declare();
         for (const bool installs : {true, false}) {
-            const char *what = installs ? "install" : "removal";
-            QTest::addRow("%s: yes, with an error", what) << installs << true << true << 1 << 1;
-            QTest::addRow("%s: no, with an error", what) << installs << false << true << 0 << 1;
-            QTest::addRow("%s: no, without one", what) << installs << false << false << 0 << 1;
-            QTest::addRow("%s: yes", what) << installs << true << false << 0 << 0;
+            const QByteArray what = installs ? "install" : "removal";
+            row(what + ": yes, with an error", installs, true, true, 1, 1);
+            row(what + ": no, with an error", installs, false, true, 0, 1);
+            row(what + ": no, without one", installs, false, false, 0, 1);
+            row(what + ": yes", installs, true, false, 0, 0);
         }
     }
 
@@ -109,12 +109,11 @@ private Q_SLOTS:
 
     void failuresAreJudged_data()
     {
-        FailuresAreJudged::declare();
-        const auto row = [](const char *name, int code, bool answer, const char *reason, bool bad) {
-            QTest::addRow("%s", name) << BrevokError{.domain = QString::fromLatin1(fileErrorDomain),
-                .code = code,
-                .description = u"the system's words"_s}
-                                      << answer << QString::fromLatin1(reason) << bad;
+        const auto add = FailuresAreJudged::declare();
+        const auto row = [&add](const char *name, int code, bool answer, const char *reason, bool bad) {
+            const QString domain = QString::fromLatin1(fileErrorDomain);
+            add(name, {.domain = domain, .code = code, .description = u"the system's words"_s}, answer,
+                reason, bad);
         };
         row("full disk", ENOSPC, true, "no space left on the disk", false);
         row("quota", EDQUOT, true, "no space left on the disk", false);
@@ -125,11 +124,9 @@ private Q_SLOTS:
         row("archive that may not be unpacked", EBADMSG, true, "the system's words", true);
         row("protected folder", EPERM, true, "the system's words", false);
         row("another archive than the catalogue's", EBADMSG, false, "the system's words", true);
-        QTest::addRow("looked into") << installerError(u"holds something else"_s) << true
-                                     << u"holds something else"_s << true;
-        QTest::addRow("not looked into")
-            << installerError(u"nobody agreed"_s) << false << u"nobody agreed"_s << false;
-        QTest::addRow("without a word") << BrevokError{} << false << u"the reason is not known"_s << false;
+        add("looked into", installerError(u"holds something else"_s), true, "holds something else", true);
+        add("not looked into", installerError(u"nobody agreed"_s), false, "nobody agreed", false);
+        add("without a word", {}, false, "the reason is not known", false);
     }
 
     void failuresAreJudged()
@@ -231,22 +228,18 @@ private Q_SLOTS:
 
     void sharedPluginsStay_data()
     {
-        SharedPluginsStay::declare();
+        const auto row = SharedPluginsStay::declare();
         const QString path = u"/T/Tolvane/Plug.InDesignPlugin"_s;
         const QStringList all{u"Plug"_s, u"Extra"_s};
-        const auto row = [](const char *name) -> QTestData & {
-            return QTest::addRow("%s", name);
-        };
-        row("other package complete") << u"Plug"_s << path << u"P"_s << all << u"Q"_s << false;
-        row("other package lacks one")
-            << u"Plug"_s << path << u"P"_s << QStringList{u"Plug"_s} << u"Q"_s << true;
-        row("not in the other package") << u"Own"_s << path << u"P"_s << all << u"Q"_s << true;
-        row("the package itself") << u"Plug"_s << path << u"Q"_s << all << u"Q"_s << true;
-        row("support package") << u"Plug"_s << path << u"P"_s << all << u"KM#xR57"_s << true;
-        row("other support package") << u"Plug"_s << path << u"P"_s << all << u"0xr5700"_s << true;
-        row("no name") << QString() << path << u"P"_s << QStringList() << u"Q"_s << false;
-        row("no path") << u"Plug"_s << QString() << u"P"_s << QStringList() << u"Q"_s << false;
-        row("no prefix") << u"Plug"_s << path << QString() << QStringList() << u"Q"_s << false;
+        row("other package complete", "Plug", path, "P", all, "Q", false);
+        row("other package lacks one", "Plug", path, "P", {u"Plug"_s}, "Q", true);
+        row("not in the other package", "Own", path, "P", all, "Q", true);
+        row("the package itself", "Plug", path, "Q", all, "Q", true);
+        row("support package", "Plug", path, "P", all, "KM#xR57", true);
+        row("other support package", "Plug", path, "P", all, "0xr5700", true);
+        row("no name", "", path, "P", {}, "Q", false);
+        row("no path", "Plug", "", "P", {}, "Q", false);
+        row("no prefix", "Plug", path, "", {}, "Q", false);
     }
 
     void sharedPluginsStay()
@@ -257,8 +250,8 @@ private Q_SLOTS:
             {{{PackageKeys::prefix, u"P"_s}}, {{PackageKeys::prefix, otherPrefix}}},
             {{u"P"_s, {{{PluginKeys::name, u"Own"_s}}}},
                 {otherPrefix, {{{PluginKeys::name, u"Plug"_s}}, {{PluginKeys::name, u"Extra"_s}}}}}};
-        const auto exists = [&](const QString &asked) {
-            return installed.contains(QString(asked).remove(u"/T/Tolvane/"_s).remove(u".InDesignPlugin"_s));
+        const auto exists = [&there = installed](const QString &asked) {
+            return there.contains(QString(asked).remove(u"/T/Tolvane/"_s).remove(u".InDesignPlugin"_s));
         };
         QCOMPARE(canRemovePlugin(name, path, prefix, catalogue, exists), removable);
         const bool missing = name.isEmpty() || path.isEmpty() || prefix.isEmpty();

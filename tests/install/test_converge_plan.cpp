@@ -66,21 +66,18 @@ private Q_SLOTS:
 
     void wishesDecide_data()
     {
-        WishesDecide::declare();
-        const auto row = [](const char *name, const PackageWishes &wishes, bool autoUpdate,
-                             const QString &plan) {
-            QTest::newRow(name) << wishes << autoUpdate << plan;
-        };
-        row("no wish", {}, false, u"remove , install , wait old, unknown , notes "_s);
-        row("updates", {}, true, u"remove , install old, wait , unknown , notes "_s);
+        const auto row = WishesDecide::declare();
+        row("no wish", {}, false, "remove , install , wait old, unknown , notes ");
+        row("updates", {}, true, "remove , install old, wait , unknown , notes ");
         row("a required one is updated anyway", {.required = {u"old"_s}}, false,
-            u"remove , install old, wait , unknown , notes "_s);
+            "remove , install old, wait , unknown , notes ");
         row("once each", {.required = {u"new"_s, u"old"_s, u"new"_s}}, true,
-            u"remove , install new old, wait , unknown , notes "_s);
+            "remove , install new old, wait , unknown , notes ");
         row("a forbidden one is not updated", {.forbidden = {u"old"_s, u"old"_s}}, true,
-            u"remove old, install , wait , unknown , notes "_s);
+            "remove old, install , wait , unknown , notes ");
         row("unknown ones", {.required = {u"x"_s, u"x"_s}, .forbidden = {u"y"_s}}, true,
-            u"remove , install old, wait , unknown x, notes 'y' is forbidden, but no package has this prefix."_s);
+            "remove , install old, wait , unknown x, notes 'y' is forbidden, but no package has this "
+            "prefix.");
         row("both", {.required = {u"new"_s, u"old"_s}, .forbidden = {u"old"_s}}, true,
             u"remove old, install new, wait , unknown , notes 'old' is both required and forbidden: "
             u"forbidden "

@@ -23,30 +23,23 @@ private Q_SLOTS:
 
     void isKeptReplacedOrInstalled_data()
     {
-        IsKeptReplacedOrInstalled::declare();
+        const auto row = IsKeptReplacedOrInstalled::declare();
         const QString start = u"start helper"_s;
         const QString running = u"up to date version already running"_s;
         const QString updated = u"updated and restarted"_s;
-        QTest::addRow("current") << 15 << QString() << true << QStringList() << QStringList{start, running};
-        QTest::addRow("newer") << 16 << QString() << true << QStringList() << QStringList{start, running};
-        QTest::addRow("older") << 14 << QString() << true
-                               << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s, u"bless"_s}
-                               << QStringList{start, updated};
-        QTest::addRow("none") << 0 << QString() << true
-                              << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
-                              << QStringList{start, updated};
-        QTest::addRow("no rights") << 14 << u"authorize"_s << false << QStringList{u"authorize"_s}
-                                   << QStringList{start, u"AuthorizationCreate failed! -60006\n"_s};
-        QTest::addRow("no external form")
-            << 14 << u"externalForm"_s << false << QStringList{u"authorize"_s, u"externalForm"_s}
-            << QStringList{start, u"AuthorizationMakeExternalForm failed! -60006\n"_s};
-        QTest::addRow("not removed") << 14 << u"remove"_s << false
-                                     << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s}
-                                     << QStringList{start, u"Failed to remove installer helper!\n"_s,
-                                            u"Error: not today"_s};
-        QTest::addRow("not installed")
-            << 0 << u"bless"_s << false << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
-            << QStringList{start, u"Failed to install installer helper!\n"_s, u"Error: not today"_s};
+        row("current", 15, QString(), true, {}, {start, running});
+        row("newer", 16, QString(), true, {}, {start, running});
+        row("older", 14, QString(), true, {u"authorize"_s, u"externalForm"_s, u"remove"_s, u"bless"_s},
+            {start, updated});
+        row("none", 0, QString(), true, {u"authorize"_s, u"externalForm"_s, u"bless"_s}, {start, updated});
+        row("no rights", 14, "authorize", false, {u"authorize"_s},
+            {start, u"AuthorizationCreate failed! -60006\n"_s});
+        row("no external form", 14, "externalForm", false, {u"authorize"_s, u"externalForm"_s},
+            {start, u"AuthorizationMakeExternalForm failed! -60006\n"_s});
+        row("not removed", 14, "remove", false, {u"authorize"_s, u"externalForm"_s, u"remove"_s},
+            {start, u"Failed to remove installer helper!\n"_s, u"Error: not today"_s});
+        row("not installed", 0, "bless", false, {u"authorize"_s, u"externalForm"_s, u"bless"_s},
+            {start, u"Failed to install installer helper!\n"_s, u"Error: not today"_s});
     }
 
     void isKeptReplacedOrInstalled()
@@ -96,16 +89,13 @@ private Q_SLOTS:
 
     void isUsedWhereItCanBe_data()
     {
-        IsUsedWhereItCanBe::declare();
-        QTest::addRow("all well") << true << true << true << true << QString();
-        QTest::addRow("invalid") << false << true << true << true << u"Installer helper invalid!"_s;
-        QTest::addRow("unreachable") << true << false << false << false
-                                     << u"Installer helper connection failed!"_s;
-        QTest::addRow("no proxy") << true << true << false << false
-                                  << u"Installer helper failed to get proxy!"_s;
-        QTest::addRow("other interface")
-            << true << true << true << false
-            << u"Installer helper is missing selector 'installPluginFromSource:target:user:error:'!"_s;
+        const auto row = IsUsedWhereItCanBe::declare();
+        row("all well", true, true, true, true, QString());
+        row("invalid", false, true, true, true, "Installer helper invalid!");
+        row("unreachable", true, false, false, false, "Installer helper connection failed!");
+        row("no proxy", true, true, false, false, "Installer helper failed to get proxy!");
+        row("other interface", true, true, true, false,
+            "Installer helper is missing selector 'installPluginFromSource:target:user:error:'!");
     }
 
     void isUsedWhereItCanBe()

@@ -70,12 +70,12 @@ private Q_SLOTS:
 
     void failedDownloadLosesNothingElse_data()
     {
-        FailedDownloadLosesNothingElse::declare();
+        const auto row = FailedDownloadLosesNothingElse::declare();
         const BrevokError broken{.domain = u"com.tolvane.brevok.transport"_s, .description = u"broken"_s};
-        QTest::addRow("transfer error") << DownloadResult{7, false, broken} << 1;
-        QTest::addRow("one byte short") << DownloadResult{99, true, std::nullopt} << 0;
-        QTest::addRow("one byte long") << DownloadResult{101, true, std::nullopt} << 0;
-        QTest::addRow("not stored") << DownloadResult{100, false, std::nullopt} << 0;
+        row("transfer error", DownloadResult{7, false, broken}, 1);
+        row("one byte short", DownloadResult{99, true, std::nullopt}, 0);
+        row("one byte long", DownloadResult{101, true, std::nullopt}, 0);
+        row("not stored", DownloadResult{100, false, std::nullopt}, 0);
     }
 
     void failedDownloadLosesNothingElse()

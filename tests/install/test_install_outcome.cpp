@@ -129,21 +129,18 @@ private Q_SLOTS:
 
     void targetThatChangesIsTold_data()
     {
-        TargetThatChangesIsTold::declare();
-        const auto row = [](const char *name, const Change &change, const QString &reason) {
-            QTest::addRow("%s", name) << change << reason;
-        };
+        const auto row = TargetThatChangesIsTold::declare();
         row(
-            "vanishes", [](const QString &) {}, u"the folder no longer exists"_s);
+            "vanishes", [](const QString &) {}, "the folder no longer exists");
         row(
             "turns into a file", [](const QString &path) { writeFile(path, "file"); },
-            u"something else has taken the folder's place"_s);
+            "something else has taken the folder's place");
         row(
             "turns into a FIFO", [](const QString &path) { ::mkfifo(qPrintable(path), 0600); },
-            u"something else has taken the folder's place"_s);
+            "something else has taken the folder's place");
         row(
             "turns into a link to nothing", [](const QString &path) { QFile::link(u"/nowhere"_s, path); },
-            u"the folder no longer exists"_s);
+            "the folder no longer exists");
     }
 
     void targetThatChangesIsTold()
@@ -167,11 +164,11 @@ private Q_SLOTS:
 
     void helperIsAskedWhereItIsNeeded_data()
     {
-        HelperIsAskedWhereItIsNeeded::declare();
-        QTest::addRow("the user's own folder") << u"Other"_s << false;
-        QTest::addRow("another's folder") << u"InDesign 2019/Plug-Ins"_s << true;
-        QTest::addRow("another's bundle in the user's own folder")
-            << u"InDesign 2019/Plug-Ins/Tolvane/Plug.InDesignPlugin"_s << true;
+        const auto row = HelperIsAskedWhereItIsNeeded::declare();
+        row("the user's own folder", "Other", false);
+        row("another's folder", "InDesign 2019/Plug-Ins", true);
+        row("another's bundle in the user's own folder", "InDesign 2019/Plug-Ins/Tolvane/Plug.InDesignPlugin",
+            true);
     }
 
     // Nobody asks for rights that are not needed, so that whoever would be denied them is not hindered.

@@ -59,10 +59,10 @@ private Q_SLOTS:
 
     void failuresAreToldInOneAlert_data()
     {
-        FailuresAreToldInOneAlert::declare();
-        QTest::newRow("none") << 0 << QString();
-        QTest::newRow("one") << 1 << u"Error: Failed to download P0, from https://host/P0-140.zip"_s;
-        QTest::newRow("five") << 5 << u"Multiple errors have occured. Please contact Tolvane support."_s;
+        const auto row = FailuresAreToldInOneAlert::declare();
+        row("none", 0, QString());
+        row("one", 1, "Error: Failed to download P0, from https://host/P0-140.zip");
+        row("five", 5, "Multiple errors have occured. Please contact Tolvane support.");
     }
 
     void failuresAreToldInOneAlert()

@@ -181,7 +181,7 @@ private Q_SLOTS:
         QVERIFY(f.flushed());
         f.begin();
         QCOMPARE(f.nextTag(), R"("3")"_ba);
-        f.service.answerList(Fixture::good(QJsonDocument::fromJson(f.list({u"A"_s, u"B"_s})).array()));
+        f.service.answerList(good(QJsonDocument::fromJson(f.list({u"A"_s, u"B"_s})).array()));
         QCOMPARE(f.nextTag(), QByteArray()); // it does not tell any more
     }
 
@@ -239,7 +239,7 @@ private Q_SLOTS:
         const auto listed = [](const QStringList &names) {
             QJsonArray list;
             for (const QString &name : names) {
-                list.append(PackagesFixture::package(name, u"P"_s, u"https://x/"_s + name));
+                list.append(package(name, u"P"_s, u"https://x/"_s + name));
             }
             return QJsonDocument(list).toJson();
         };

@@ -56,7 +56,7 @@ void ListedElementsTest::whatAnElementSaysStays()
     for (int start = 0; start < 2; ++start) {
         BrevokPlugins plugins(f.state, f.service, f.alerts);
         plugins.start();
-        f.service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
+        f.service.answerList({.status = 200, .body = list});
         QVERIFY(f.flushed());
         const DefinitionPtr definition = plugins.definition(u"140:%1_1"_s.arg(name));
         QVERIFY(definition);

@@ -39,9 +39,8 @@ private Q_SLOTS:
         BrevokPackages &packages = f.start();
         const QSignalSpy changed(&packages, &BrevokPackages::packagesIconsChanged);
         const QString address = u"https://icons.test/a/b/one.png?x=1"_s;
-        const QJsonArray list{Fixture::package(u"A"_s, u"P"_s, address),
-            Fixture::package(u"B"_s, u"Q"_s, u"https://icons.test/two.png"_s),
-            Fixture::package(u"C"_s, u"R"_s)};
+        const QJsonArray list{package(u"A"_s, u"P"_s, address),
+            package(u"B"_s, u"Q"_s, u"https://icons.test/two.png"_s), package(u"C"_s, u"R"_s)};
         packages.updateWithArray(list);
         QCOMPARE(f.service.files.size(), 2);
         QCOMPARE(f.service.files[0].url, QUrl(address));
@@ -65,13 +64,12 @@ private Q_SLOTS:
         QCOMPARE(packages.packagesIcons().value(u"A"_s).data, png);
         QCOMPARE(f.service.files.size(), 2);
         // A path that the service gives itself is used in place of a download.
-        packages.updateWithArray({Fixture::with(
-            Fixture::package(u"B"_s, u"Q"_s, address), u"IconPath"_s, f.dataFolder + u"/one.png"_s)});
+        packages.updateWithArray(
+            {with(package(u"B"_s, u"Q"_s, address), u"IconPath"_s, f.dataFolder + u"/one.png"_s)});
         QTRY_COMPARE(packages.packagesIcons().value(u"B"_s).data, png);
         QCOMPARE(f.service.files.size(), 2);
         // Where it names no image, the download follows.
-        packages.updateWithArray(
-            {Fixture::with(Fixture::package(u"C"_s, u"R"_s, address), u"IconPath"_s, f.dataFolder)});
+        packages.updateWithArray({with(package(u"C"_s, u"R"_s, address), u"IconPath"_s, f.dataFolder)});
         QTRY_COMPARE(f.service.files.size(), 3);
     }
 
@@ -92,8 +90,8 @@ private Q_SLOTS:
         const auto [address, body, failed, shown] = IconsThatCannotBeCached::row();
         Fixture f;
         QVERIFY(QDir().mkpath(f.dataFolder + u"/taken"_s));
-        f.start().updateWithArray({Fixture::package(u"A"_s, u"P"_s, address),
-            Fixture::package(u"next"_s, u"P"_s, u"https://x/next.png"_s)});
+        f.start().updateWithArray(
+            {package(u"A"_s, u"P"_s, address), package(u"next"_s, u"P"_s, u"https://x/next.png"_s)});
         f.answerFile(200, body, failed ? std::optional(BrevokError{}) : std::nullopt);
         QCOMPARE(!f.packages->packagesIcons().value(u"A"_s).isGeneric(), shown);
         f.answerFile(200, png);
@@ -108,9 +106,9 @@ private Q_SLOTS:
     {
         Fixture f;
         QVERIFY(writeFile(f.dataFolder, "a file in place of the folder"));
-        QJsonArray list{Fixture::package(u"local"_s, u"P"_s, u"file:///etc/hostname"_s)};
+        QJsonArray list{package(u"local"_s, u"P"_s, u"file:///etc/hostname"_s)};
         for (int i = 0; i < 100; ++i) {
-            list.append(Fixture::package(u"p%1"_s.arg(i), u"P"_s, u"https://x/%1.png"_s.arg(i)));
+            list.append(package(u"p%1"_s.arg(i), u"P"_s, u"https://x/%1.png"_s.arg(i)));
         }
         f.start().updateWithArray(list);
         int answered = 0;
@@ -135,15 +133,11 @@ private Q_SLOTS:
             large.open(QIODevice::WriteOnly) && large.write(png) && large.resize(qint64{9} * 1024 * 1024));
         QJsonObject stored;
         for (const QString &name : {u"good"_s, u"bad"_s, u"large"_s, u"missing"_s}) {
-            stored.insert(name,
-                Fixture::with(
-                    Fixture::package(name, u"P"_s), u"IconPath"_s, f.dataFolder + u'/' + name + u".png"_s));
+            stored.insert(name, with(package(name), u"IconPath"_s, f.dataFolder + u'/' + name + u".png"_s));
         }
-        stored.insert(
-            u"dir"_s, Fixture::with(Fixture::package(u"dir"_s, u"P"_s), u"IconPath"_s, f.dataFolder));
-        stored.insert(
-            u"zero"_s, Fixture::with(Fixture::package(u"zero"_s, u"P"_s), u"IconPath"_s, u"/dev/zero"_s));
-        stored.insert(u"odd"_s, Fixture::with(Fixture::package(u"odd"_s, u"P"_s), u"IconPath"_s, 8));
+        stored.insert(u"dir"_s, with(package(u"dir"_s), u"IconPath"_s, f.dataFolder));
+        stored.insert(u"zero"_s, with(package(u"zero"_s), u"IconPath"_s, u"/dev/zero"_s));
+        stored.insert(u"odd"_s, with(package(u"odd"_s), u"IconPath"_s, 8));
         f.storePackages(stored);
         const BrevokPackages &packages = f.start();
         QTRY_VERIFY(!packages.packagesIcons().value(u"good"_s).isGeneric());

@@ -99,8 +99,8 @@ private Q_SLOTS:
     void bundlesHaveAStatus()
     {
         const auto [host, installed, target, offered, status] = BundlesHaveAStatus::row();
-        Record information = Fixture::with({}, u"TolvaneHostAppShortVersion"_s, host);
-        information = Fixture::with(information, u"CFBundleShortVersionString"_s, installed);
+        Record information = with({}, u"TolvaneHostAppShortVersion"_s, host);
+        information = with(information, u"CFBundleShortVersionString"_s, installed);
         QCOMPARE(statusOfBundle(bundleFacts(true, information), HostCode(target), offered), status);
         QCOMPARE(statusOfBundle(bundleFacts(true, {}), HostCode(target), offered), NotUpdated);
         QCOMPARE(statusOfBundle(bundleFacts(false, {}), HostCode(target), offered), NotInstalled);
@@ -172,7 +172,7 @@ private Q_SLOTS:
         };
         install(one, first, u"14.0"_s);
         install(two, second, u"15.0"_s);
-        Record last = Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 150);
+        Record last = build(u"A"_s, u"P"_s, u"2.0"_s, 150);
         if (pending) {
             last.insert(PluginKeys::commandQueue, QJsonArray{QJsonArray{u"removeStart"_s, u"/x"_s}});
         }
@@ -180,8 +180,8 @@ private Q_SLOTS:
             return Record{{TargetKeys::path, path}, {TargetKeys::version, version}};
         };
         StatusInput input{.prefixes = {u"P"_s, u"Q"_s},
-            .builds = {{u"P"_s, builds({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140), last})},
-                {u"Q"_s, builds({Fixture::build(u"A"_s, u"Q"_s, u"2.0"_s, 190)})}},
+            .builds = {{u"P"_s, builds({build(u"A"_s, u"P"_s, u"2.0"_s), last})},
+                {u"Q"_s, builds({build(u"A"_s, u"Q"_s, u"2.0"_s, 190)})}},
             .validTargets = {{one, target(one, u"140"_s)}, {two, target(two, u"150"_s)}}};
         const StatusResult result = calculatedStatuses(input);
         QCOMPARE(result.statuses.value(u"P"_s), status);
@@ -197,8 +197,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         StatusInput input{.prefixes = {u"P"_s},
             .builds = {{u"P"_s,
-                builds({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140),
-                    Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 150)})}},
+                builds({build(u"A"_s, u"P"_s, u"2.0"_s), build(u"A"_s, u"P"_s, u"2.0"_s, 150)})}},
             .validTargets = {{folder.path(), Record{{TargetKeys::version, u"142"_s}}}}};
         const LogCapture log;
         QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), NotInstalled);

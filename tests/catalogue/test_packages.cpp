@@ -38,9 +38,9 @@ private Q_SLOTS:
         const auto row = ElementsAreChecked::declare();
         const QString notDictionary = u"package is not nsdirectory!"_s;
         const QString incomplete = u"package data do not containe name!"_s;
-        const Record good = Fixture::package(u"A"_s, u"P"_s);
+        const Record good = package(u"A"_s);
         const auto mutated = [&](const char *key, const QJsonValue &value) {
-            return QJsonValue(Fixture::with(good, QString::fromLatin1(key), value));
+            return QJsonValue(with(good, QString::fromLatin1(key), value));
         };
         row("good", QJsonValue(good), true, QString());
         row("without prefix", mutated("Prefix", QJsonValue(QJsonValue::Undefined)), true, QString());
@@ -69,12 +69,12 @@ private Q_SLOTS:
     void recordsAreOrderedAndKept()
     {
         Fixture f;
-        f.start().updateWithArray({Fixture::package(u"gamma"_s, u"1"_s), Fixture::package(u"Beta"_s, u"2"_s),
-            Fixture::package(u"alpha"_s, u"3"_s), Fixture::package(u"Beta"_s, u"4"_s)});
+        f.start().updateWithArray({package(u"gamma"_s, u"1"_s), package(u"Beta"_s, u"2"_s),
+            package(u"alpha"_s, u"3"_s), package(u"Beta"_s, u"4"_s)});
         QCOMPARE(f.names(), (QStringList{u"alpha"_s, u"Beta"_s, u"gamma"_s}));
         QCOMPARE(f.packages->packageRecords()[1].value(PackageKeys::prefix).toString(), u"4"_s);
 
-        const Record extra = Fixture::with(Fixture::package(u"delta"_s, u"5"_s), u"Unknown"_s, QJsonArray{1});
+        const Record extra = with(package(u"delta"_s, u"5"_s), u"Unknown"_s, QJsonArray{1});
         f.packages->updateWithArray({extra});
         QCOMPARE(f.start().packageRecords().size(), 4);
         QCOMPARE(f.packages->packageRecords()[2], extra);
@@ -90,7 +90,7 @@ private Q_SLOTS:
         QCOMPARE(f.service.lists[0].path, u"/api/product/list"_s);
         const QSignalSpy finished(&packages, &BrevokPackages::checkFinished);
         const LogCapture log;
-        f.service.answerList({.status = 0, .body = {}, .headers = {}, .error = BrevokError{}});
+        f.service.answerList({.status = 0, .error = BrevokError{}});
         QCOMPARE(packages.updateTimer()->interval(), 60000);
         QCOMPARE(f.presenter.shown.size(), 1);
         QCOMPARE(f.presenter.shown[0].messageText, u"Failed to update Products data"_s);
@@ -100,16 +100,16 @@ private Q_SLOTS:
 
         packages.updateTimer()->start(0);
         QTRY_COMPARE(f.service.lists.size(), 1);
-        f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
+        f.service.answerList(good({package(u"A"_s)}));
         QCOMPARE(packages.updateTimer()->interval(), 3600000);
         QVERIFY(f.state.date(CatalogueKeys::productsUpdateDate) < QDateTime::currentDateTimeUtc().addDays(1));
 
         packages.checkForUpdates();
-        f.service.answerList({.status = 200, .body = "{}", .headers = {}, .error = {}});
+        f.service.answerList({.status = 200, .body = "{}"});
         QVERIFY(LogCapture::contains(u"Packages definitions update failed!"_s));
         QVERIFY(packages.updateTimer()->isActive());
         packages.checkForUpdates();
-        f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
+        f.service.answerList({.status = 500});
         QVERIFY(LogCapture::contains(u"Packages update failed with response: 500 - internal server error"_s));
         QVERIFY(!packages.updateTimer()->isActive());
         f.service.reachable = false;
@@ -122,8 +122,8 @@ private Q_SLOTS:
     void storedRubbishIsSurvived()
     {
         Fixture f;
-        f.storePackages({{u"A"_s, Fixture::package(u"A"_s, u"P"_s)}, {u"C"_s, QJsonObject()},
-            {u"D"_s, QJsonObject{{u"Name"_s, 4}}}});
+        f.storePackages(
+            {{u"A"_s, package(u"A"_s)}, {u"C"_s, QJsonObject()}, {u"D"_s, QJsonObject{{u"Name"_s, 4}}}});
         f.state.commit({{CatalogueKeys::productsUpdateDate, QString(), Record{{u"Value"_s, u"soon"_s}}},
             {CatalogueKeys::notifiedPackages, u"gone"_s, Record()}});
         const LogCapture log;
@@ -143,7 +143,7 @@ private Q_SLOTS:
             R"([{"Name":"\ufeffMarked","Prefix":"M","Version":"1","Published":"1","Platform":"Mac"},)"
             R"({"Name":"Half \ud83d","Prefix":"H\uDC00","Version":"1","Published":"1","Platform":"Mac"}])";
         for (int start = 0; start < 3; ++start) {
-            f.service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
+            f.service.answerList({.status = 200, .body = list});
             QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
             QVERIFY(f.flushed());
             f.start();
@@ -156,8 +156,7 @@ private Q_SLOTS:
     {
         Fixture f;
         BrevokPackages &packages = f.start();
-        const QJsonArray list{
-            Fixture::package(u"A"_s, u"P"_s, u"https://x/a.png"_s), Fixture::package(u"B"_s, u"P"_s)};
+        const QJsonArray list{package(u"A"_s, u"P"_s, u"https://x/a.png"_s), package(u"B"_s)};
         packages.updateWithArray(list);
         f.answerFile(200, "GIF89a...");
         QTRY_VERIFY(!f.iconPath(u"A"_s).isEmpty());
@@ -184,11 +183,11 @@ private Q_SLOTS:
         const auto status = [&] {
             return packages.packagesStatus().value(u"P"_s, PackageStatus::MissingData);
         };
-        packages.updateWithArray({Fixture::package(u"A"_s, u"P"_s)});
+        packages.updateWithArray({package(u"A"_s)});
         QVERIFY(packages.updating());
         QTRY_VERIFY(!settled.isEmpty());
         QCOMPARE(status(), PackageStatus::MissingData);
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)});
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"2.0"_s)});
         const QString target = f.target(u"A"_s, u"1.0"_s);
         QTRY_COMPARE(status(), PackageStatus::NotUpdated);
         writeInstalledPlugin(target, u"A"_s, u"2.0"_s, u"14.0"_s);
@@ -206,11 +205,10 @@ private Q_SLOTS:
         BrevokPackages &packages = f.start();
         const QString target = f.target(u"A"_s, u"1.0"_s);
         f.target(u"C"_s, u"1.0"_s);
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1.0"_s, 140),
-            Fixture::build(u"A"_s, u"Q"_s, u"2.0"_s, 140), Fixture::build(u"C"_s, u"R"_s, u"2.0"_s, 140),
-            Fixture::build(u"A"_s, u"unpublished"_s, u"2.0"_s, 140)});
-        packages.updateWithArray({Fixture::package(u"a"_s, u"P"_s), Fixture::package(u"b"_s, u"Q"_s),
-            Fixture::package(u"c"_s, u"R"_s), Fixture::package(u"d"_s, u"R"_s)});
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"1.0"_s), build(u"A"_s, u"Q"_s, u"2.0"_s),
+            build(u"C"_s, u"R"_s, u"2.0"_s), build(u"A"_s, u"unpublished"_s, u"2.0"_s)});
+        packages.updateWithArray(
+            {package(u"a"_s), package(u"b"_s, u"Q"_s), package(u"c"_s, u"R"_s), package(u"d"_s, u"R"_s)});
         const auto statuses = [&] {
             const auto &all = packages.packagesStatus();
             return QList{all.value(u"P"_s), all.value(u"Q"_s), all.value(u"R"_s)};
@@ -242,7 +240,7 @@ private Q_SLOTS:
     void callsDuringACalculationAreServedAfterIt()
     {
         Fixture f;
-        f.storePackages({{u"A"_s, Fixture::package(u"A"_s, u"P"_s)}});
+        f.storePackages({{u"A"_s, package(u"A"_s)}});
         BrevokPackages &packages = f.start();
         QVERIFY(!packages.updating());
         const QSignalSpy changed(&packages, &BrevokPackages::packagesStatusChanged);
@@ -272,13 +270,13 @@ private Q_SLOTS:
         const auto [outdated, title, label] = UsersCheckTellsOfNewUpdates::row();
         Fixture f;
         BrevokPackages &packages = f.start();
-        QJsonArray list{Fixture::package(u"current"_s, u"C"_s)};
-        QJsonArray builds{Fixture::build(u"C"_s, u"C"_s, u"1.0"_s, 140)};
+        QJsonArray list{package(u"current"_s, u"C"_s)};
+        QJsonArray builds{build(u"C"_s, u"C"_s, u"1.0"_s)};
         f.target(u"C"_s, u"1.0"_s);
         for (int i = 0; i < outdated; ++i) {
             const QString name = u"p%1"_s.arg(i);
-            list.append(Fixture::package(name, name));
-            builds.append(Fixture::build(name, name, u"2.0"_s, 140));
+            list.append(package(name, name));
+            builds.append(build(name, name, u"2.0"_s));
             f.target(name, u"1.0"_s);
         }
         const QSignalSpy progress(&packages, &BrevokPackages::updateProgressWanted);
@@ -287,8 +285,8 @@ private Q_SLOTS:
         packages.checkForUpdates(false);
         QCOMPARE(progress.size(), 1);
         f.service.lists.removeFirst(); // of the start
-        f.service.answerList(Fixture::good(builds));
-        f.service.answerList(Fixture::good(list));
+        f.service.answerList(good(builds));
+        f.service.answerList(good(list));
         QTRY_COMPARE(result.size(), 1); // by way of the lazy notification
         QCOMPARE(result[0][0].toString(), title);
         QCOMPARE(result[0][1].toString(), label);
@@ -305,17 +303,17 @@ private Q_SLOTS:
     {
         Fixture f;
         BrevokPackages &packages = f.start();
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)});
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"2.0"_s)});
         f.target(u"A"_s, u"1.0"_s);
-        packages.updateWithArray({Fixture::package(u"A"_s, u"P"_s)});
+        packages.updateWithArray({package(u"A"_s)});
         QTRY_COMPARE(packages.packagesStatus().value(u"P"_s), PackageStatus::NotUpdated);
         const QSignalSpy result(&packages, &BrevokPackages::updateResult);
         f.service.lists.clear();
         for (const QString &title : {u"Plug-In update available!"_s, u"You're up-to-date!"_s}) {
             packages.checkForUpdates(false);
             packages.notifyPackageStatuses(); // is too early: nobody has answered
-            f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)}));
-            f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
+            f.service.answerList(good({build(u"A"_s, u"P"_s, u"2.0"_s)}));
+            f.service.answerList(good({package(u"A"_s)}));
             QTRY_COMPARE(result.value(result.size() - 1).value(0).toString(), title);
             QCOMPARE(packages.updates(), 1);
         }
@@ -332,18 +330,18 @@ private Q_SLOTS:
         const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
         const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
         packages.checkForUpdates(false);
-        f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
+        f.service.answerList({.status = 500});
         packages.checkForUpdates(false); // takes the place of the first one, whose end tells nothing
-        f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
-        f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)}));
+        f.service.answerList(good({package(u"A"_s)}));
+        f.service.answerList(good({build(u"A"_s, u"P"_s, u"2.0"_s)}));
         QTRY_VERIFY(!settled.isEmpty() && !packages.updating() && !packages.needUpdate());
         packages.notifyPackageStatuses();
         QCOMPARE(packages.updates(), 1);
         QVERIFY(result.isEmpty());
         packages.checkForUpdates(); // nor does an automatic check end it
         f.service.lists.swapItemsAt(0, 1);
-        f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
-        f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
+        f.service.answerList({.status = 500});
+        f.service.answerList(good({package(u"A"_s)}));
         QTRY_COMPARE(result.size(), 1);
         // What became known while the check was under way is new.
         QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
@@ -377,7 +375,7 @@ private Q_SLOTS:
                 .headers = {},
                 .error =
                     status == 0 ? std::optional(BrevokError{.description = u"it broke"_s}) : std::nullopt};
-            f.service.answerList(i == failing ? bad : Fixture::good({}));
+            f.service.answerList(i == failing ? bad : good({}));
         }
         QTRY_COMPARE(failed.size(), 1);
         QCOMPARE(failed[0][0].toString(), cause);
@@ -391,21 +389,20 @@ private Q_SLOTS:
         Fixture f;
         BrevokPackages &packages = f.start();
         f.target(u"p"_s, u"1.0"_s);
-        const QJsonArray builds{Fixture::build(u"p"_s, u"p"_s, u"2.0"_s, 140)};
+        const QJsonArray builds{build(u"p"_s, u"p"_s, u"2.0"_s)};
         const QSignalSpy result(&packages, &BrevokPackages::updateResult);
         const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
-        f.service.answerList(
-            Fixture::good({Fixture::package(u"p"_s, u"p"_s)})); // at the start, with no build for it
+        f.service.answerList(good({package(u"p"_s, u"p"_s)})); // at the start, with no build for it
         f.service.lists.clear();
         packages.checkForUpdates(false);
-        f.service.answerList(Fixture::good(builds));
-        f.service.answerList({.status = 503, .body = {}, .headers = {}, .error = {}});
+        f.service.answerList(good(builds));
+        f.service.answerList({.status = 503});
         QTRY_COMPARE(failed.size(), 1);
         QTRY_COMPARE(packages.updates(), 1);
         QVERIFY(result.isEmpty());
         packages.checkForUpdates(false);
-        f.service.answerList(Fixture::good(builds));
-        f.service.answerList(Fixture::good({Fixture::package(u"p"_s, u"p"_s)}));
+        f.service.answerList(good(builds));
+        f.service.answerList(good({package(u"p"_s, u"p"_s)}));
         QTRY_COMPARE(result.size(), 1);
         QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
     }

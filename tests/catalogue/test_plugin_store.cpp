@@ -42,8 +42,7 @@ private Q_SLOTS:
         QJsonArray list;
         for (const int count : {100, 20000}) {
             while (list.size() < count) {
-                list.append(
-                    Fixture::build(u"N%1"_s.arg(list.size()), u"P%1"_s.arg(list.size() / 10), u"1"_s, 140));
+                list.append(build(u"N%1"_s.arg(list.size()), u"P%1"_s.arg(list.size() / 10), u"1"_s, 140));
             }
             QVERIFY(cost([&] { plugins.updateWithArray(list); }) > 0);
             QCOMPARE(cost([&] { plugins.updateWithArray(list); }), 0);
@@ -63,8 +62,7 @@ private Q_SLOTS:
     void aKeptListIsNotTakenAgain()
     {
         Fixture f;
-        const ServiceReply reply = Fixture::good(
-            {Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140)});
+        const ServiceReply reply = good({build(u"A"_s), build(u"B"_s)});
         for (int start = 0; start < 2; ++start) {
             BrevokPlugins plugins(f.state, f.service, f.alerts);
             plugins.start();
@@ -87,7 +85,7 @@ private Q_SLOTS:
             QVERIFY(f.flushed());
             QCOMPARE(FailingDisk::bytes(), dateAlone);
             QCOMPARE(changed.size(), 2);
-            QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), (QStringList{u"140:A_1"_s, u"140:B_1"_s}));
+            QCOMPARE(buildsOf(plugins, u"P"_s), (QStringList{u"140:A_1"_s, u"140:B_1"_s}));
             QCOMPARE(plugins.definition(u"140:B_1"_s)->record.value(PluginKeys::link).toString(), u"mine"_s);
         }
     }
@@ -105,8 +103,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, what);
         Fixture f;
-        QJsonArray list{
-            Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"Q"_s, u"1"_s, 140)};
+        QJsonArray list{build(u"A"_s), build(u"B"_s, u"Q"_s)};
         const bool invalid = what.contains(u"invalid"_s);
         if (invalid) {
             list.append(7);
@@ -115,11 +112,10 @@ private Q_SLOTS:
         {
             BrevokPlugins plugins(f.state, f.service, f.alerts);
             plugins.start();
-            f.service.answerList(Fixture::good(list));
+            f.service.answerList(good(list));
             if (what.contains(u"another"_s)) {
                 plugins.checkForUpdates();
-                f.service.answerList(
-                    Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/other.zip"_s)}));
+                f.service.answerList(good({build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/other.zip"_s)}));
             }
         }
         f.state.commit(what == u"a build"_s ? StateChanges{{CatalogueKeys::pluginsData, u"140:B_1"_s, {}}}
@@ -128,8 +124,8 @@ private Q_SLOTS:
                                             : StateChanges());
         BrevokPlugins plugins(f.state, f.service, f.alerts);
         plugins.start();
-        f.service.answerList(Fixture::good(list));
-        QCOMPARE(Fixture::buildsOf(plugins, u"Q"_s), QStringList{u"140:B_1"_s});
+        f.service.answerList(good(list));
+        QCOMPARE(buildsOf(plugins, u"Q"_s), QStringList{u"140:B_1"_s});
         QCOMPARE(plugins.definition(u"140:A_1"_s)->record.value(PluginKeys::link).toString(),
             u"https://x/a.zip"_s);
         QCOMPARE(LogCapture::count(u"plugin is not nsdirectory!"_s), invalid ? 2 : 0);
@@ -139,7 +135,7 @@ private Q_SLOTS:
     {
         PluginsFixture f;
         const auto listWith = [](const QString &link) {
-            return Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140, link)});
+            return good({build(u"A"_s, u"P"_s, u"1"_s, 140, link)});
         };
         f.service.answerList(listWith(u"first"_s));
         int ended = 0;
@@ -155,7 +151,7 @@ private Q_SLOTS:
     {
         Fixture f;
         const auto listed = [](const QString &name, const QString &prefix, const QString &version) {
-            return Fixture::build(name, prefix, version, 140);
+            return build(name, prefix, version);
         };
         {
             BrevokPlugins plugins(f.state, f.service, f.alerts);
@@ -171,7 +167,7 @@ private Q_SLOTS:
         }
         BrevokPlugins plugins(f.state, f.service, f.alerts);
         plugins.start();
-        QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), (QStringList{u"140:C_1"_s, u"140:A_2"_s}));
+        QCOMPARE(buildsOf(plugins, u"P"_s), (QStringList{u"140:C_1"_s, u"140:A_2"_s}));
         QCOMPARE(plugins.pluginIndex().value(u"Q"_s), QList{plugins.definition(u"140:A_1"_s)});
         QVERIFY(plugins.definition(u"140:A_1"_s)->record.contains(PluginKeys::savedVersion));
         QVERIFY(!plugins.definition(u"140:B_1"_s)); // as every start forgot what no prefix lists
@@ -184,8 +180,7 @@ private Q_SLOTS:
     void aVanishedFileIsWrittenWhole()
     {
         PluginsFixture f;
-        f.plugins.updateWithArray(
-            {Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140)});
+        f.plugins.updateWithArray({build(u"A"_s), build(u"B"_s)});
         QVERIFY(f.flushed());
         QVERIFY(QDir(f.scratch.folder.filePath(u"data"_s)).removeRecursively());
         const LogCapture log;
@@ -198,24 +193,24 @@ private Q_SLOTS:
     void wrongShapesInsideAreLeftOut()
     {
         Fixture f;
-        const Record good = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
-        Record odd = Fixture::with(good, u"Name"_s, u"B"_s);
+        const Record good = build(u"A"_s);
+        Record odd = with(good, u"Name"_s, u"B"_s);
         for (const char *key : {"CommandQueue", "Prefixes", "SavedVersion"}) {
-            odd = Fixture::with(odd, QString::fromLatin1(key), 5);
+            odd = with(odd, QString::fromLatin1(key), 5);
         }
-        const QJsonArray queue{7, QJsonArray(), QJsonArray{1, 2}, Fixture::queueOf(u"/a"_s)[0]};
+        const QJsonArray queue{7, QJsonArray(), QJsonArray{1, 2}, queueOf(u"/a"_s)[0]};
         f.state.commit(storedDefinitions(QJsonObject{{u"N"_s, 3}, {u"O"_s, QJsonObject{{u"x"_s, good}}},
             {u"P"_s,
                 QJsonArray{1, u"x"_s, QJsonValue(), QJsonArray{good}, QJsonObject(), good, odd,
-                    Fixture::with(Fixture::with(good, u"Name"_s, u"C"_s), u"HostVersion"_s, u"150"_s),
-                    Fixture::with(Fixture::with(good, u"Name"_s, u"D"_s), u"CommandQueue"_s, queue)}}}));
+                    with(with(good, u"Name"_s, u"C"_s), u"HostVersion"_s, u"150"_s),
+                    with(with(good, u"Name"_s, u"D"_s), u"CommandQueue"_s, queue)}}}));
         const LogCapture log;
         BrevokPlugins plugins(f.state, f.service, f.alerts);
         plugins.start();
         QVERIFY(LogCapture::contains(u"Stored plug-in definitions: 11 unusable values left out."_s));
         QCOMPARE(plugins.pluginIndex().keys(), QStringList{u"P"_s});
-        QCOMPARE(Fixture::buildsOf(plugins, u"P"_s),
-            (QStringList{u"140:A_1"_s, u"140:B_1"_s, u"150:C_1"_s, u"140:D_1"_s}));
+        QCOMPARE(
+            buildsOf(plugins, u"P"_s), (QStringList{u"140:A_1"_s, u"140:B_1"_s, u"150:C_1"_s, u"140:D_1"_s}));
         const Record repaired = plugins.definition(u"140:B_1"_s)->record;
         QCOMPARE(repaired.value(PluginKeys::prefixes).toArray(), QJsonArray{u"P"_s});
         QVERIFY(!repaired.contains(PluginKeys::commandQueue) && !repaired.contains(PluginKeys::savedVersion));
@@ -241,10 +236,9 @@ private Q_SLOTS:
         f.presenter.whileShown = [&](const AlertContent &) {
             askedBeforeRequest = f.service.lists.isEmpty();
         };
-        Record one = Fixture::with(Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), u"SavedVersion"_s, u"1"_s);
-        one = Fixture::with(one, u"CommandQueue"_s, queued ? Fixture::queueOf(u"/a"_s) : QJsonArray());
-        const Record two =
-            Fixture::with(Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), u"SavedVersion"_s, u"Downloading"_s);
+        Record one = with(build(u"A"_s), u"SavedVersion"_s, u"1"_s);
+        one = with(one, u"CommandQueue"_s, queued ? queueOf(u"/a"_s) : QJsonArray());
+        const Record two = with(build(u"B"_s), u"SavedVersion"_s, u"Downloading"_s);
         f.state.commit(storedDefinitions({{u"P"_s, QJsonArray{one, two}}}));
         const LogCapture log;
         BrevokPlugins plugins(f.state, f.service, f.alerts);
@@ -278,7 +272,7 @@ private Q_SLOTS:
     void changesAreHandedOverBeforeTheyAreAnnounced()
     {
         PluginsFixture f;
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140)});
+        f.plugins.updateWithArray({build(u"A"_s)});
         QStringList order;
         const auto savedVersion = [&] {
             return definitionsIn(f.state, u"P"_s)[0].toObject().value("SavedVersion"_L1).toString(u"none"_s);

@@ -39,9 +39,9 @@ private Q_SLOTS:
     void elementsAreChecked_data()
     {
         const auto row = ElementsAreChecked::declare();
-        const Record good = Fixture::build(u"A"_s, u"P"_s, u"1.0"_s, 140);
+        const Record good = build(u"A"_s, u"P"_s, u"1.0"_s);
         const auto mutated = [&](const char *key, const QJsonValue &value) {
-            return QJsonValue(Fixture::with(good, QString::fromLatin1(key), value));
+            return QJsonValue(with(good, QString::fromLatin1(key), value));
         };
         const QJsonValue absent(QJsonValue::Undefined);
         row("good", good, true, "");
@@ -85,9 +85,9 @@ private Q_SLOTS:
     {
         const auto [first, second, link] = NewestBuildIsSelected::row();
         PluginsFixture f;
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, first, 140, u"first"_s),
-            Fixture::build(u"A"_s, u"P"_s, second, 140, u"second"_s),
-            Fixture::build(u"A"_s, u"P"_s, u"0.1"_s, 150, u"other"_s)});
+        f.plugins.updateWithArray(
+            {build(u"A"_s, u"P"_s, first, 140, u"first"_s), build(u"A"_s, u"P"_s, second, 140, u"second"_s),
+                build(u"A"_s, u"P"_s, u"0.1"_s, 150, u"other"_s)});
         const QList<DefinitionPtr> definitions = f.plugins.pluginIndex().value(u"P"_s);
         QCOMPARE(definitions.size(), 2);
         QCOMPARE(definitions[0]->record.value(PluginKeys::link).toString(), link);
@@ -96,8 +96,7 @@ private Q_SLOTS:
     void oneDefinitionPerBuild()
     {
         PluginsFixture f;
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
-            Fixture::with(Fixture::build(u"A"_s, u"Q"_s, u"1"_s, 140), u"Extra"_s, 5)});
+        f.plugins.updateWithArray({build(u"A"_s), with(build(u"A"_s, u"Q"_s), u"Extra"_s, 5)});
         const DefinitionPtr shared = f.plugins.definition(u"140:A_1"_s);
         QVERIFY(shared);
         QCOMPARE(f.plugins.pluginIndex().value(u"P"_s), QList{shared});
@@ -105,16 +104,16 @@ private Q_SLOTS:
         QCOMPARE(shared->record.value(PluginKeys::prefixes).toArray(), (QJsonArray{u"P"_s, u"Q"_s}));
 
         f.plugins.change({u"140:A_1"_s}, [&] {
-            shared->record.insert(PluginKeys::commandQueue, Fixture::queueOf(u"/a"_s));
+            shared->record.insert(PluginKeys::commandQueue, queueOf(u"/a"_s));
             shared->record.insert(PluginKeys::savedVersion, u"1"_s);
         });
-        Record again = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/new.zip"_s);
-        again = Fixture::with(Fixture::with(again, u"Size"_s, 99), u"Published"_s, u"later"_s);
+        Record again = build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/new.zip"_s);
+        again = with(with(again, u"Size"_s, 99), u"Published"_s, u"later"_s);
         f.plugins.updateWithArray({again});
         QCOMPARE(shared->record.value(PluginKeys::link).toString(), u"https://x/new.zip"_s);
         QCOMPARE(shared->record.value(PluginKeys::size).toInt(), 99);
         QCOMPARE(shared->record.value(PluginKeys::published).toString(), u"2024-01-01"_s);
-        QCOMPARE(shared->record.value(PluginKeys::commandQueue).toArray(), Fixture::queueOf(u"/a"_s));
+        QCOMPARE(shared->record.value(PluginKeys::commandQueue).toArray(), queueOf(u"/a"_s));
         QCOMPARE(shared->record.value(PluginKeys::savedVersion).toString(), u"1"_s);
         QCOMPARE(f.plugins.pluginIndex().value(u"Q"_s), QList{shared});
     }
@@ -122,29 +121,27 @@ private Q_SLOTS:
     void unlistedBuildsAreDropped_data()
     {
         const auto row = UnlistedBuildsAreDropped::declare();
-        const Record a = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
-        const Record c = Fixture::build(u"C"_s, u"P"_s, u"1"_s, 140);
+        const Record a = build(u"A"_s);
+        const Record c = build(u"C"_s);
         row("shorter", QJsonArray{a}, {u"140:A_1"_s});
         row("another build", QJsonArray{c, a}, {u"140:A_1"_s, u"140:C_1"_s});
         row("nothing listed", {}, {u"140:A_1"_s, u"140:B_1"_s});
         // Both elements belong at one place, so the counts agree although B is not listed.
-        row("as long", QJsonArray{a, Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140.5)},
-            {u"140.5:A_1"_s, u"140:B_1"_s});
+        row("as long", QJsonArray{a, build(u"A"_s, u"P"_s, u"1"_s, 140.5)}, {u"140.5:A_1"_s, u"140:B_1"_s});
     }
 
     void unlistedBuildsAreDropped()
     {
         const auto [reply, left] = UnlistedBuildsAreDropped::row();
         PluginsFixture f;
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
-            Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"Z"_s, u"Q"_s, u"1"_s, 140)});
+        f.plugins.updateWithArray({build(u"A"_s), build(u"B"_s), build(u"Z"_s, u"Q"_s)});
         bool seenByObservers = false;
         connect(&f.plugins, &BrevokPlugins::pluginsChanged, this,
-            [&] { seenByObservers = Fixture::buildsOf(f.plugins, u"P"_s).contains(u"140:B_1"_s); });
+            [&] { seenByObservers = buildsOf(f.plugins, u"P"_s).contains(u"140:B_1"_s); });
         f.plugins.updateWithArray(reply);
         QVERIFY(seenByObservers);
-        QCOMPARE(Fixture::buildsOf(f.plugins, u"P"_s), left);
-        QCOMPARE(Fixture::buildsOf(f.plugins, u"Q"_s), QStringList{u"140:Z_1"_s});
+        QCOMPARE(buildsOf(f.plugins, u"P"_s), left);
+        QCOMPARE(buildsOf(f.plugins, u"Q"_s), QStringList{u"140:Z_1"_s});
         QVERIFY(f.plugins.definition(u"140:B_1"_s));
         QCOMPARE(definitionsIn(f.state, u"P"_s).size(), left.size());
     }
@@ -162,8 +159,8 @@ private Q_SLOTS:
     {
         const auto [version, key] = BuildForAHost::row();
         PluginsFixture f;
-        f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 70),
-            Fixture::build(u"A"_s, u"P"_s, u"1"_s, 75), Fixture::build(u"A"_s, u"P"_s, u"1"_s, 80)});
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"1"_s, 70), build(u"A"_s, u"P"_s, u"1"_s, 75),
+            build(u"A"_s, u"P"_s, u"1"_s, 80)});
         const DefinitionPtr found = f.plugins.pluginWithPrefix(u"P"_s, version);
         QCOMPARE(found ? buildKey(found->record) : QString(), key);
         QVERIFY(!f.plugins.pluginWithPrefix(u"Q"_s, version));
@@ -219,7 +216,7 @@ private Q_SLOTS:
 
         const QSignalSpy finished(&plugins, &BrevokPlugins::checkFinished);
         const LogCapture log;
-        ServiceReply reply{.status = status, .body = body, .headers = {}, .error = {}};
+        ServiceReply reply{.status = status, .body = body};
         if (status == 0) {
             reply.error = BrevokError{.description = u"reset"_s};
         }
@@ -247,6 +244,8 @@ private Q_SLOTS:
         QCOMPARE(LogCapture::lines(), expected);
         const QDateTime kept = f.state.date(CatalogueKeys::pluginsUpdateDate);
         QCOMPARE(kept == date, !good);
+        plugins.updateTimer()->start(0);
+        QTRY_COMPARE(f.service.lists.size(), 1); // asked for again
     }
 
     void veryLongListsAreTaken()
@@ -254,11 +253,11 @@ private Q_SLOTS:
         PluginsFixture f;
         QJsonArray list;
         for (int i = 0; i < 100000; ++i) {
-            list.append(i % 10 == 0 ? QJsonValue(i)
-                                    : QJsonValue(Fixture::build(QString::number(i), u"P"_s, u"1"_s, 140)));
+            list.append(
+                i % 10 == 0 ? QJsonValue(i) : QJsonValue(build(QString::number(i), u"P"_s, u"1"_s, 140)));
         }
         const LogCapture log;
-        f.service.answerList(Fixture::good(list));
+        f.service.answerList(good(list));
         QTRY_COMPARE(f.plugins.pluginIndex().value(u"P"_s).size(), 90000);
         QCOMPARE(LogCapture::count(QString::fromLatin1(notDictionary)), 10000);
         f.plugins.updateWithArray(list);

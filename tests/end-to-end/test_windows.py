@@ -102,23 +102,6 @@ class Panel(OnDesktop):
                       f"\tMenu is on screen {{{{0, 0}}, {{1440, 900}}}}\n\tWill be animated to {panel}",
                       self.session.log())
 
-    def test_an_alert_leaves_the_panel_open(self):
-        self.start()
-        self.open_panel()
-        self.session.stop_service()
-        self.desktop.write(EMAIL)
-        self.desktop.press("Tab")
-        self.desktop.write("anything")
-        self.desktop.press("Return")
-        answer = self.wait_for_control("OK", "push button", focused=True)
-        self.assertIsNotNone(self.desktop.panel(), "the panel stays under its alert")
-        self.desktop.click(*answer.middle())
-        self.wait_until_gone("OK")
-        self.wait_for_open_panel()
-        self.wait_for_control("Sign In", "push button", enabled=True)
-        self.desktop.press("Escape")
-        self.wait_for_closed_panel()
-
     def test_what_fails_is_told_where_the_user_acted(self):
         session, desktop = self.session, self.desktop
         opener = session.folder / "programs" / "xdg-open"
@@ -230,6 +213,7 @@ class Alerts(OnDesktop):
         for raise_alert, button, answer in (("Return", "OK", "Return"), ("ctrl+q", "Cancel", "alt+F4")):
             self.desktop.press(raise_alert)
             self.wait_for_control(button, "push button", focused=True)
+            self.assertIsNotNone(self.desktop.panel(), "the panel stays under its alert")
             window, allowed = self.wait("the alert", self.alert_window)
             self.assertNotIn("MAXIMIZE", allowed)
             self.desktop.run("xdotool", "windowminimize", window)

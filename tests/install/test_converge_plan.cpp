@@ -93,20 +93,6 @@ private Q_SLOTS:
         QCOMPARE(text(planConvergence({}, autoUpdate, {})), nothing());
     }
 
-    void manyPrefixes()
-    {
-        PackageWishes wishes;
-        QMap<QString, Status> statuses;
-        for (int i = 0; i < 5000; ++i) {
-            wishes.required.append(QString::number(i));
-            statuses.insert(QString::number(i), i % 2 == 0 ? Status::UpToDate : Status::NotInstalled);
-        }
-        wishes.required.append(wishes.required);
-        const ConvergePlan plan = planConvergence(wishes, true, statuses);
-        QCOMPARE(plan.installs.size(), 2500);
-        QCOMPARE(plan.installs.constFirst(), u"1"_s);
-    }
-
     // Each build of a plug-in has a command of its own for the same place.
     void placesAreToldOnce()
     {

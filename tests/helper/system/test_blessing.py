@@ -40,7 +40,7 @@ class ClientTest(RigTest):
         workspace = self.target.parents[2] / "Presets" / "InDesign Workspaces" / "Tolvane.xml"
         (self.rig.root / "Tolvane.xml").write_text("root's")
         self.assertEqual(self.client("install", self.rig.root / "Tolvane.xml", workspace)[0], "yes ")
-        self.assertEqual(workspace.read_text(), "root's")
+        self.assertEqual((workspace.read_text(), workspace.stat().st_uid), ("root's", ALLOWED))
         (self.rig.home(ALLOWED) / "link").symlink_to(self.target.parents[2])
         linked = self.rig.home(ALLOWED) / "link" / "Plug-Ins" / "Tolvane" / "A.InDesignPlugin"
         self.assertEqual(self.client("exists", linked)[0], "yes ")

@@ -34,15 +34,6 @@ class RequestTest(HelperCase):
         self.assertEqual(os.listdir(self.target.parent), [])
         self.assertEqual(self.allowed.call("FileExistsAtPath", "s", str(self.target))["result"], [False])
 
-    def test_workspace_file_is_written_once(self):
-        target = self.target.parents[2] / "Presets" / "InDesign Workspaces" / "Tolvane.xml"
-        source = self.home / "Tolvane.xml"
-        for content, installed in (("first", True), ("second", False)):
-            source.write_text(content)
-            self.own(source)
-            self.assertEqual(self.allowed.install(source, target)["result"][0], installed)
-            self.assertEqual((target.read_text(), target.stat().st_uid), ("first", ALLOWED))
-
     def test_unauthorized_callers_change_nothing(self):
         for user, error in ((DENIED, NOT_AUTHORIZED),
                             (ASKED, "org.freedesktop.DBus.Error.InteractiveAuthorizationRequired")):

@@ -7,6 +7,7 @@ import json
 import os
 import pathlib
 import plistlib
+import queue
 import resource
 import shutil
 import signal
@@ -14,6 +15,7 @@ import sqlite3
 import subprocess
 import sys
 import tempfile
+import threading
 import time
 import unittest
 import zipfile
@@ -196,6 +198,16 @@ class Session:
             end_process(install, signal.SIGKILL)
             install.stderr.close()
 
+    def mount_dead(self, library, mount):
+        """@return the file as long as which exists nothing below `mount` answers the application, and the one that
+        tells what its main thread asked there"""
+        gate, asked = self.folder / "gate", self.folder / "asked-by-the-main-thread"
+        # The loader takes a blank in a path for the end of a name.
+        self.environment |= {"LD_PRELOAD": shutil.copy(library, self.folder), "DEAD_MOUNT": str(mount),
+                             "ASAN_OPTIONS": "verify_asan_link_order=0", "DEAD_MOUNT_GATE": str(gate),
+                             "DEAD_MOUNT_LOG": str(asked)}
+        return gate, asked
+
     def fill_disk(self, full):
         """To the application, whom a limit on the size of files tells what a full disk tells."""
         limit = 0 if full else resource.RLIM_INFINITY
@@ -293,6 +305,30 @@ def start_bus(test, address, **user):
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **user)
     test.addCleanup(end_process, daemon, signal.SIGKILL)
     return daemon, daemon.stdout.readline().strip()
+
+
+class Played:
+    """A service of the desktop on a session bus, played by a process of its own until the test ends."""
+
+    def __init__(self, test, script, *words, environment=None):
+        self.process = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name(script), *map(str, words)],
+                                        env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        test.addCleanup(self.close)
+        self.lines = queue.Queue()  # that it has said
+        self.reader = threading.Thread(target=lambda: [self.lines.put(line.strip()) for line in self.process.stdout])
+        self.reader.start()
+        assert self.lines.get(timeout=PATIENCE) == "ready"
+
+    def say(self, line):
+        self.process.stdin.write(f"{line}\n")
+        self.process.stdin.flush()
+
+    def close(self):
+        self.process.kill()
+        self.process.wait()
+        self.reader.join()
+        self.process.stdin.close()
+        self.process.stdout.close()
 
 
 def ask_bus(method):

@@ -125,7 +125,8 @@ class Journey(SessionTest):
         session = self.session
         shipped = (session.programs.parent / "share/dbus-1/services/com.tolvane.brevok.service").read_text()
         self.assertIn(f'Exec="{session.programs}"/tolvane-brevok --background\n', shipped)
-        variables = session.variables() | {name: session.environment[name] for name in session.environment if name.startswith("XDG_")}
+        variables = session.variables() | {name: value for name, value in session.environment.items()
+                                           if name.startswith("XDG_")}
         words = " ".join(f"{name}={value}" for name, value in variables.items())
         offer_to_the_bus(self, shipped.replace("Exec=", f"Exec=/usr/bin/env {words} "))
         wait_for(lambda: [t["label"] for t in session.status()["targets"]] == ["Adobe InDesign CC 2019"],

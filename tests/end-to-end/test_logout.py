@@ -82,16 +82,17 @@ class ReturningBus(OwnBus):
     def test_the_item_registers_on_every_bus(self):
         self.start()
         for _ in range(3):
-            with StatusNotifierHost(self.session.environment) as host:
-                item = self.wait("the item registers", host.item)
-                self.wait("the other tray has it no more", lambda: not self.desktop.tray_item())
-                host.activate(item, 700, 12)
-                self.wait("the panel is open", self.is_open)
-                x, _, width, _ = self.panel_rectangle()
-                self.assertLessEqual(abs(x + width // 2 - 700), 1, "it is centred under the click")
-                host.activate(item, 700, 12)
-                self.wait_for_closed_panel()
-                self.end_bus()
+            host = StatusNotifierHost(self, self.session.environment)
+            item = self.wait("the item registers", host.item)
+            self.wait("the other tray has it no more", lambda: not self.desktop.tray_item())
+            host.activate(item, 700, 12)
+            self.wait("the panel is open", self.is_open)
+            x, _, width, _ = self.panel_rectangle()
+            self.assertLessEqual(abs(x + width // 2 - 700), 1, "it is centred under the click")
+            host.activate(item, 700, 12)
+            self.wait_for_closed_panel()
+            self.end_bus()
+            host.close()
             self.wait("the other tray has it meanwhile", self.desktop.tray_item)
             self.start_bus_again()
 
@@ -112,7 +113,7 @@ class ReturningBus(OwnBus):
             self.start_bus_again()
             portal = self.start_settings_portal(0)
             for scheme in first, second:
-                portal.announce(scheme)
+                portal.say(scheme)
                 wait_until_dark(scheme == 1)
 
 

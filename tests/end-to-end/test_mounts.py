@@ -1,6 +1,5 @@
 """Disks that do not answer, and volumes that come and go, with the real programs."""
 import pathlib
-import shutil
 import subprocess
 import sys
 import unittest
@@ -14,13 +13,7 @@ class DeadMount(SessionTest):
     def setUp(self):
         super().setUp()
         self.mount = self.session.folder / "mount"
-        self.gate = self.session.folder / "gate"
-        self.asked = self.session.folder / "asked-by-the-main-thread"
-        # The loader takes a blank in a path for the end of a name.
-        library = shutil.copy(DEAD_MOUNT, self.session.folder)
-        self.session.environment |= {
-            "LD_PRELOAD": library, "ASAN_OPTIONS": "verify_asan_link_order=0", "DEAD_MOUNT": str(self.mount),
-            "DEAD_MOUNT_GATE": str(self.gate), "DEAD_MOUNT_LOG": str(self.asked)}
+        self.gate, self.asked = self.session.mount_dead(DEAD_MOUNT, self.mount)
         # The session ends its programs before its folder goes, and they are to end well.
         self.addCleanup(self.gate.unlink, missing_ok=True)
 
@@ -48,7 +41,8 @@ class DeadMount(SessionTest):
         session.ctl("settings", "set", "logLevel", "1")
         self.asked.write_text("")
         self.gate.touch()
-        waits = subprocess.Popen([session.programs / "brevokctl", "settings", "set", "logLevel", "2"], env=session.environment)
+        waits = subprocess.Popen([session.programs / "brevokctl", "settings", "set", "logLevel", "2"],
+                                 env=session.environment)
         wait_for(lambda: session.ctl("settings", "get", "logLevel").stdout.strip() == "2", "it counts at once")
         self.assertIsNone(waits.poll(), "what is not stored is not confirmed")
         self.assert_main_thread_never_asked()

@@ -1,50 +1,26 @@
 """The notice about brevokctl converge: the real programs, a real session bus, a scripted notification service."""
 import json
-import pathlib
-import queue
 import shlex
-import subprocess
 import sys
-import threading
 
-from brevok_session import PATIENCE, SessionTest, ask_bus, offer_to_the_bus, run_tests, wait_for
+from brevok_session import PATIENCE, Played, SessionTest, ask_bus, offer_to_the_bus, run_tests, wait_for
 
 SKIPPED = 77
 
 
-class NotificationService:
-    def __init__(self, test):
-        self.process = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("notification_service.py")],
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        test.addCleanup(self.close)
-        assert self.process.stdout.readline() == "ready\n"
-        self.lines = queue.Queue()
-        self.reader = threading.Thread(target=self.read, daemon=True)
-        self.reader.start()
-
-    def read(self):
-        for line in self.process.stdout:
-            self.lines.put(line)
-
-    def close(self):
-        self.process.stdin.close()
-        self.process.wait(PATIENCE)
-        self.reader.join(PATIENCE)
-        self.process.stdout.close()
-
+class NotificationService(Played):
     def next(self):
         return json.loads(self.lines.get(timeout=PATIENCE))
 
     def click(self, notice, action):
-        self.process.stdin.write(f"{notice['number']} {action}\n")
-        self.process.stdin.flush()
+        self.say(f"{notice['number']} {action}")
 
 
 class Notices(SessionTest):
     def setUp(self):
         super().setUp()
         self.session.headless = ["--background"]  # with the windows of a display that is not there
-        self.service = NotificationService(self)
+        self.service = NotificationService(self, "notification_service.py")
         for name, prefix in (("Alpha", "0xA"), ("Beta", "0xB")):
             self.session.publish(name, prefix, "1.0", 140)
         self.session.start_application()

@@ -1,20 +1,16 @@
 """The preferences as a user has them: where their windows come up, and who has the keyboard's focus."""
-import pathlib
-import shutil
 import sys
 
 from on_desktop import OnDesktop, run_tests
 
-DEAD_MOUNT = pathlib.Path(sys.argv.pop(2))
+DEAD_MOUNT = sys.argv.pop(2)
 
 
 class Targets(OnDesktop):
     def test_a_target_behind_a_dead_mount(self):
         session = self.session
-        mount, gate, asked = (session.folder / name for name in ("A", "gate", "asked-by-the-main-thread"))
-        session.environment |= {
-            "LD_PRELOAD": shutil.copy(DEAD_MOUNT, session.folder), "ASAN_OPTIONS": "verify_asan_link_order=0",
-            "DEAD_MOUNT": str(mount), "DEAD_MOUNT_GATE": str(gate), "DEAD_MOUNT_LOG": str(asked)}
+        mount = session.folder / "A"
+        gate, asked = session.mount_dead(DEAD_MOUNT, mount)
         self.addCleanup(gate.unlink, missing_ok=True)
         for name in "One", "Two":
             (mount / name / "Plug-Ins").mkdir(parents=True)
@@ -55,10 +51,8 @@ class Targets(OnDesktop):
         self.assertIsNotNone(self.find("Preferences"))
 
     def open_targets(self):
-        self.start(signed_in=True)
-        self.open_panel()
-        self.desktop.press("ctrl+comma")
-        self.wait_for_control("Preferences", None, active=True)
+        self.start_with_panel(signed_in=True)
+        self.open_preferences()
         self.desktop.press("ctrl+2")
         self.wait_for_control("Targets", "table")
 

@@ -1,7 +1,6 @@
 """The windows as a user has them: a virtual display with a window manager and a tray, the real programs, keyboard and
 pointer. What the windows show is read as assistive technology reads it, so names, roles and places are tested too."""
 import base64
-import pathlib
 import signal
 import subprocess
 
@@ -49,15 +48,13 @@ class Panel(OnDesktop):
         desktop.press("Tab", "space")
         self.wait_for_control("Install Alpha", "push button", enabled=True)
         self.assertIsNone(session.installed_version("Alpha"))
-        desktop.press("Escape")
-        self.wait_for_closed_panel()
+        self.close_panel()
 
     def test_a_failed_install_says_why_in_its_row(self):
         session = self.session
         archive = session.service_root / session.plugins[0]["Link"].lstrip("/")
         whole = archive.read_bytes()
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.wait_for_control("Install Alpha", "push button", enabled=True)
         archive.write_bytes(whole.replace(b"1.0", b"1.1"))
         self.press_button("Install Alpha")
@@ -109,8 +106,7 @@ class Panel(OnDesktop):
         opener.write_text("#!/bin/sh\nexit 3\n")
         opener.chmod(0o755)
         session.environment["PATH"] = f"{opener.parent}:{session.environment['PATH']}"
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         desktop.press("F1")
         self.wait_for_control("Address", "text", focused=True)
         self.assertIsNotNone(desktop.panel(), "the panel stays below")
@@ -155,8 +151,7 @@ class Panel(OnDesktop):
             condition()
 
     def test_signed_out_by_the_service_while_open(self):
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.wait_for_control("Install Alpha")
         self.session.stop_service()
         self.session.start_service(self.session.port())  # it knows no session any more
@@ -164,8 +159,7 @@ class Panel(OnDesktop):
         self.wait_for_control("You are signed out")
         self.assertIsNone(self.find("Password"), "the page does not change under the user's eyes")
         self.wait_for_control("Not signed in", "label")
-        self.desktop.press("Escape")
-        self.wait_for_closed_panel()
+        self.close_panel()
         self.open_panel()
         self.wait_for_control("Password", "text", focused=True)
 
@@ -180,8 +174,7 @@ class Panel(OnDesktop):
             if status is None:
                 self.wait_until_gone("Quit")
                 self.wait_for_open_panel()
-                self.desktop.press("Escape")
-                self.wait_for_closed_panel()
+                self.close_panel()
         self.assertEqual(self.exit_status(), 0)
 
 
@@ -200,10 +193,8 @@ class Alerts(OnDesktop):
         return None
 
     def test_the_focus_goes_back_to_the_panel(self):
-        self.start()
-        self.open_panel()
-        self.desktop.press("ctrl+comma")
-        self.wait_for_control("Preferences", None, active=True)
+        self.start_with_panel()
+        self.open_preferences()
         self.wait_for_closed_panel()
         self.open_panel()
         self.session.stop_service()
@@ -230,8 +221,7 @@ class HostApplication(OnDesktop):
         host = self.enterContext(self.session.running_host())
         bystander = subprocess.Popen(["sleep", "600"])
         self.addCleanup(lambda: (bystander.kill(), bystander.wait()))
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.press_button("Install Alpha")
         self.wait_for_control("Continue", "push button")
         self.wait("the install did not wait for the answer", lambda: self.session.installed_version("Alpha"))
@@ -256,8 +246,7 @@ class Item(OnDesktop):
             self.wait("no item", lambda: not self.desktop.tray_item())
             self.desktop.start_tray()
             self.open_panel()
-            self.desktop.press("Escape")
-            self.wait_for_closed_panel()
+            self.close_panel()
 
 
 class BadInput(OnDesktop):
@@ -285,8 +274,7 @@ class BadInput(OnDesktop):
                 + b'</defs><use href="#a11"/></svg>')
         for prefix, data in (("0x1", png), ("0x2", huge), ("0x3", png[:40]), ("0x4", bomb), ("0x5", b"no image")):
             self.publish_icon(prefix, data)
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.wait_for_control("Install " + names["0x5"], "push button", enabled=True)
         self.wait_for_control("Install two lines tab", "push button", enabled=True)
         rows = [c for c in self.controls() if c.role == "list item"]
@@ -318,8 +306,7 @@ class BadInput(OnDesktop):
 
 class Ends(OnDesktop):
     def test_a_signal_ends_it_with_the_panel_open(self):
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.assertEqual(self.session.stop_application(), 0)
 
 

@@ -85,7 +85,8 @@ class InterruptedTest(RigTest):
         when = self.rig.root / "now"
         when.unlink(missing_ok=True)
         self.rig.end_helper()
-        self.rig.serve_by({"LD_PRELOAD": self.built / "libhelper_fault.so", "FAULT_WHEN": when, **faults} if faults else None)
+        preloaded = {"LD_PRELOAD": self.built / "libhelper_fault.so", "FAULT_WHEN": when}
+        self.rig.serve_by({**preloaded, **faults} if faults else None)
         self.caller.call("Version")
         self.rig.settle()  # it repairs what the one before it left
         if faults:

@@ -54,7 +54,7 @@ struct OnePackage : InstallRig {
         const QString build = QStringLiteral("140:Plug_2.0");
         plugins.change({build}, [&] { plugins.definition(build)->record.insert(key, value); });
     }
-    /// Whether an install of the package asks for its archive, gets @p archive, and ends.
+    /// Whether an install of the package asks for its archive, gets @p body, and ends.
     [[nodiscard]] bool install(Ended &ended, const Manner &manner = {},
         const QByteArray &body = archiveOf(QStringLiteral("Plug"), 140))
     {

@@ -34,7 +34,7 @@ struct PackagesFixture : CatalogueFixture {
     void answerFile(int status, const QByteArray &body, std::optional<BrevokError> error = {})
     {
         const FakeServiceClient::FileRequest request = service.files.takeFirst();
-        request.handler({.status = status, .body = body, .headers = {}, .error = std::move(error)});
+        request.handler({.status = status, .body = body, .error = std::move(error)});
     }
     [[nodiscard]] QStringList names() const
     {

@@ -102,15 +102,176 @@ private Q_SLOTS:
     void cleanup() { QVERIFY(finishBackgroundWork(10000)); }
 
     void theKeptListCountsAsAnswered_data() { lists(); }
-    void theKeptListCountsAsAnswered();
+    // With all that a list answered with 200 brings, also in the next run of the program.
+    void theKeptListCountsAsAnswered()
+    {
+        QFETCH(QString, which);
+        Fixture f(which);
+        f.begin();
+        QVERIFY(f.service.lists[0].known.isEmpty());
+        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
+        for (int start = 0; start < 2; ++start) {
+            QVERIFY(f.flushed());
+            f.begin();
+            QCOMPARE(f.service.lists[0].known, tagged("1"));
+            const QDateTime before = QDateTime::currentDateTimeUtc();
+            const QSignalSpy finished(f.owner(), SIGNAL(checkFinished(bool)));
+            const QSignalSpy changed(
+                f.owner(), f.own ? SIGNAL(pluginsChanged(QStringList)) : SIGNAL(packagesChanged()));
+            f.service.answerList(notModified());
+            QCOMPARE(finished.size(), 1);
+            QVERIFY(finished[0][0].toBool());
+            QCOMPARE(changed.size(), 1);
+            QCOMPARE(f.timer()->interval(), 3600000);
+            QVERIFY(f.timer()->isActive() && f.date() >= before);
+            QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
+            QVERIFY(f.presenter.shown.isEmpty());
+        }
+        // Unasked it is what it always was: the end of the cycle.
+        const LogCapture log;
+        f.check();
+        f.service.answerList({.status = 304});
+        QVERIFY(!f.timer()->isActive());
+        QCOMPARE(LogCapture::lines().size(), 1);
+        QVERIFY(LogCapture::lines().value(0).endsWith(u"update failed with response: 304 - not modified"_s));
+        QCOMPARE(f.nextTag(), R"("1")"_ba);
+    }
+
     void whatIsNotWholeIsAskedForWhole_data() { lists(); }
-    void whatIsNotWholeIsAskedForWhole();
+    void whatIsNotWholeIsAskedForWhole()
+    {
+        QFETCH(QString, which);
+        Fixture f(which);
+        f.begin();
+        const LogCapture log;
+        f.service.answerList(taggedReply(f.list({u"A"_s}, {7}), "invalid"));
+        QCOMPARE(f.nextTag(), QByteArray()); // so that what is wrong is told of each time
+        f.service.answerList(taggedReply("{}", "no list"));
+        QCOMPARE(f.nextTag(), QByteArray());
+        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
+        QCOMPARE(f.nextTag(), R"("1")"_ba);
+        f.service.answerList(taggedReply("{}", "no list"));
+        QCOMPARE(f.nextTag(), R"("1")"_ba); // what is stored is still that list
+
+        // A record that the disk has lost comes back.
+        const QStringList entries = f.state.entries(f.dataKey()).keys();
+        f.state.commit({{f.dataKey(), entries.constFirst(), std::nullopt}});
+        QVERIFY(f.flushed());
+        f.begin();
+        QVERIFY(f.service.lists[0].known.isEmpty());
+        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
+        QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
+        QCOMPARE(f.nextTag(), R"("1")"_ba);
+        // Nor does one that somebody else gave count as the service's.
+        f.own ? f.own->updateWithArray({}) : f.packages->updateWithArray({});
+        QCOMPARE(f.nextTag(), QByteArray());
+    }
+
     void whatTheServiceSaidLastCounts_data() { lists(); }
-    void whatTheServiceSaidLastCounts();
+    void whatTheServiceSaidLastCounts()
+    {
+        QFETCH(QString, which);
+        Fixture f(which);
+        f.begin();
+        for (const char *tag : {"1", "2", "1"}) { // the list is the same each time
+            f.service.answerList(taggedReply(f.list({u"A"_s}), tag));
+            QCOMPARE(f.nextTag(), '"' + QByteArray(tag) + '"');
+        }
+        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "3"));
+        QVERIFY(f.flushed());
+        f.begin();
+        QCOMPARE(f.nextTag(), R"("3")"_ba);
+        f.service.answerList(good(QJsonDocument::fromJson(f.list({u"A"_s, u"B"_s})).array()));
+        QCOMPARE(f.nextTag(), QByteArray()); // it does not tell any more
+    }
+
     void anotherListCameMeanwhile_data() { lists(); }
-    void anotherListCameMeanwhile();
-    void theOwnCheckEndsWithIt();
-    void packagesGetTheirIconsAgain();
+    // The answer is about the list that was kept when the question was put.
+    void anotherListCameMeanwhile()
+    {
+        QFETCH(QString, which);
+        Fixture f(which);
+        f.begin();
+        f.service.answerList(taggedReply(f.list({u"A"_s}), "1"));
+        for (const bool beingRead : {false, true}) {
+            f.service.lists.clear();
+            f.check();
+            f.check();
+            const QSignalSpy finished(f.owner(), SIGNAL(checkFinished(bool)));
+            const auto other = taggedReply(f.list({u"A"_s, beingRead ? u"C"_s : u"B"_s}), "2");
+            if (beingRead) {
+                f.service.lists.takeFirst().handler(other);
+            } else {
+                f.service.answerList(other);
+            }
+            f.service.answerList(notModified());
+            QTRY_COMPARE(f.service.lists.size(), 1);
+            QVERIFY(f.service.lists[0].known.isEmpty());
+            QCOMPARE(finished.size(), 1);
+            f.service.answerList(taggedReply(f.list({u"A"_s}), "1"));
+            QCOMPARE(finished.size(), 2);
+            QCOMPARE(f.nextTag(), R"("1")"_ba);
+        }
+    }
+
+    void theOwnCheckEndsWithIt()
+    {
+        PackagesFixture f;
+        f.plugins.start();
+        f.service.answerList(taggedReply("[]", "1"));
+        BrevokPackages &packages = f.start();
+        f.service.answerList(taggedReply("[]", "1"));
+        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+        std::optional<OwnCheck::End> end;
+        packages.checkForUpdates(false, [&end](const OwnCheck::End &how) { end = how; });
+        f.service.answerList(notModified());
+        QVERIFY(!end);
+        f.service.answerList(notModified());
+        QVERIFY(end && !end->plugins && !end->packages);
+        QTRY_COMPARE(result.size(), 1);
+    }
+
+    // As after each list; they too come only when they are others. What a list left out keeps its own.
+    void packagesGetTheirIconsAgain()
+    {
+        PackagesFixture f;
+        f.start();
+        const auto listed = [](const QStringList &names) {
+            QJsonArray list;
+            for (const QString &name : names) {
+                list.append(package(name, u"P"_s, u"https://x/"_s + name));
+            }
+            return QJsonDocument(list).toJson();
+        };
+        const auto answer = [&f](ServiceReply reply, const QByteArray &tag = {}) {
+            reply.validator = tag.isEmpty() ? Validator() : tagged(tag);
+            f.service.files.takeFirst().handler(reply);
+        };
+        f.service.answerList(taggedReply(listed({u"gone"_s}), "1"));
+        answer({.status = 200, .body = png});
+        f.packages->checkForUpdates();
+        f.service.answerList(taggedReply(listed({u"a"_s, u"b"_s}), "2"));
+        QCOMPARE(f.service.files.size(), 2);
+        answer({.status = 200, .body = png}, "a");
+        answer({.error = BrevokError{}});
+        QTRY_COMPARE(f.iconPath(u"a"_s), f.dataFolder + u"/a"_s);
+        QTRY_COMPARE(f.iconPath(u"gone"_s), f.dataFolder + u"/gone"_s);
+
+        QVERIFY(QFile::remove(f.iconPath(u"a"_s)));
+        f.packages->checkForUpdates();
+        f.service.answerList(notModified());
+        QVERIFY(!f.packages->packageRecords()[0].contains(PackageKeys::iconPath));
+        QCOMPARE(f.service.files.size(), 2);
+        QCOMPARE(f.service.files[0].known, tagged("a"));
+        QVERIFY(f.service.files[1].known.isEmpty());
+        answer(notModified());
+        answer({.status = 304}); // that nobody asked for
+        QTRY_VERIFY(QFile::exists(f.dataFolder + u"/a"_s));
+        QTRY_VERIFY(f.packages->packageRecords()[0].contains(PackageKeys::iconPath));
+        QCOMPARE(f.packages->packagesIcons().value(u"a"_s).data, png);
+        QVERIFY(f.packages->packagesIcons().value(u"b"_s).isGeneric());
+        QVERIFY(f.packages->packageRecords()[2].contains(PackageKeys::iconPath));
+    }
 
 private:
     static void lists()
@@ -120,174 +281,6 @@ private:
         QTest::newRow("packages") << u"packages"_s;
     }
 };
-
-// With all that a list answered with 200 brings, also in the next run of the program.
-void KeptListsTest::theKeptListCountsAsAnswered()
-{
-    QFETCH(QString, which);
-    Fixture f(which);
-    f.begin();
-    QVERIFY(f.service.lists[0].known.isEmpty());
-    f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
-    for (int start = 0; start < 2; ++start) {
-        QVERIFY(f.flushed());
-        f.begin();
-        QCOMPARE(f.service.lists[0].known, tagged("1"));
-        const QDateTime before = QDateTime::currentDateTimeUtc();
-        const QSignalSpy finished(f.owner(), SIGNAL(checkFinished(bool)));
-        const QSignalSpy changed(
-            f.owner(), f.own ? SIGNAL(pluginsChanged(QStringList)) : SIGNAL(packagesChanged()));
-        f.service.answerList(notModified());
-        QCOMPARE(finished.size(), 1);
-        QVERIFY(finished[0][0].toBool());
-        QCOMPARE(changed.size(), 1);
-        QCOMPARE(f.timer()->interval(), 3600000);
-        QVERIFY(f.timer()->isActive() && f.date() >= before);
-        QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
-        QVERIFY(f.presenter.shown.isEmpty());
-    }
-    // Unasked it is what it always was: the end of the cycle.
-    const LogCapture log;
-    f.check();
-    f.service.answerList({.status = 304});
-    QVERIFY(!f.timer()->isActive());
-    QCOMPARE(LogCapture::lines().size(), 1);
-    QVERIFY(LogCapture::lines().value(0).endsWith(u"update failed with response: 304 - not modified"_s));
-    QCOMPARE(f.nextTag(), R"("1")"_ba);
-}
-
-void KeptListsTest::whatIsNotWholeIsAskedForWhole()
-{
-    QFETCH(QString, which);
-    Fixture f(which);
-    f.begin();
-    const LogCapture log;
-    f.service.answerList(taggedReply(f.list({u"A"_s}, {7}), "invalid"));
-    QCOMPARE(f.nextTag(), QByteArray()); // so that what is wrong is told of each time
-    f.service.answerList(taggedReply("{}", "no list"));
-    QCOMPARE(f.nextTag(), QByteArray());
-    f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
-    QCOMPARE(f.nextTag(), R"("1")"_ba);
-    f.service.answerList(taggedReply("{}", "no list"));
-    QCOMPARE(f.nextTag(), R"("1")"_ba); // what is stored is still that list
-
-    // A record that the disk has lost comes back.
-    const QStringList entries = f.state.entries(f.dataKey()).keys();
-    f.state.commit({{f.dataKey(), entries.constFirst(), std::nullopt}});
-    QVERIFY(f.flushed());
-    f.begin();
-    QVERIFY(f.service.lists[0].known.isEmpty());
-    f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
-    QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
-    QCOMPARE(f.nextTag(), R"("1")"_ba);
-    // Nor does one that somebody else gave count as the service's.
-    f.own ? f.own->updateWithArray({}) : f.packages->updateWithArray({});
-    QCOMPARE(f.nextTag(), QByteArray());
-}
-
-void KeptListsTest::whatTheServiceSaidLastCounts()
-{
-    QFETCH(QString, which);
-    Fixture f(which);
-    f.begin();
-    for (const char *tag : {"1", "2", "1"}) { // the list is the same each time
-        f.service.answerList(taggedReply(f.list({u"A"_s}), tag));
-        QCOMPARE(f.nextTag(), '"' + QByteArray(tag) + '"');
-    }
-    f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "3"));
-    QVERIFY(f.flushed());
-    f.begin();
-    QCOMPARE(f.nextTag(), R"("3")"_ba);
-    f.service.answerList(Fixture::good(QJsonDocument::fromJson(f.list({u"A"_s, u"B"_s})).array()));
-    QCOMPARE(f.nextTag(), QByteArray()); // it does not tell any more
-}
-
-// The answer is about the list that was kept when the question was put.
-void KeptListsTest::anotherListCameMeanwhile()
-{
-    QFETCH(QString, which);
-    Fixture f(which);
-    f.begin();
-    f.service.answerList(taggedReply(f.list({u"A"_s}), "1"));
-    for (const bool beingRead : {false, true}) {
-        f.service.lists.clear();
-        f.check();
-        f.check();
-        const QSignalSpy finished(f.owner(), SIGNAL(checkFinished(bool)));
-        const auto other = taggedReply(f.list({u"A"_s, beingRead ? u"C"_s : u"B"_s}), "2");
-        if (beingRead) {
-            f.service.lists.takeFirst().handler(other);
-        } else {
-            f.service.answerList(other);
-        }
-        f.service.answerList(notModified());
-        QTRY_COMPARE(f.service.lists.size(), 1);
-        QVERIFY(f.service.lists[0].known.isEmpty());
-        QCOMPARE(finished.size(), 1);
-        f.service.answerList(taggedReply(f.list({u"A"_s}), "1"));
-        QCOMPARE(finished.size(), 2);
-        QCOMPARE(f.nextTag(), R"("1")"_ba);
-    }
-}
-
-void KeptListsTest::theOwnCheckEndsWithIt()
-{
-    PackagesFixture f;
-    f.plugins.start();
-    f.service.answerList(taggedReply("[]", "1"));
-    BrevokPackages &packages = f.start();
-    f.service.answerList(taggedReply("[]", "1"));
-    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-    std::optional<OwnCheck::End> end;
-    packages.checkForUpdates(false, [&end](const OwnCheck::End &how) { end = how; });
-    f.service.answerList(notModified());
-    QVERIFY(!end);
-    f.service.answerList(notModified());
-    QVERIFY(end && !end->plugins && !end->packages);
-    QTRY_COMPARE(result.size(), 1);
-}
-
-// As after each list; they too come only when they are others. What a list left out keeps its own.
-void KeptListsTest::packagesGetTheirIconsAgain()
-{
-    PackagesFixture f;
-    f.start();
-    const auto listed = [](const QStringList &names) {
-        QJsonArray list;
-        for (const QString &name : names) {
-            list.append(PackagesFixture::package(name, u"P"_s, u"https://x/"_s + name));
-        }
-        return QJsonDocument(list).toJson();
-    };
-    const auto answer = [&f](ServiceReply reply, const QByteArray &tag = {}) {
-        reply.validator = tag.isEmpty() ? Validator() : tagged(tag);
-        f.service.files.takeFirst().handler(reply);
-    };
-    f.service.answerList(taggedReply(listed({u"gone"_s}), "1"));
-    answer({.status = 200, .body = png});
-    f.packages->checkForUpdates();
-    f.service.answerList(taggedReply(listed({u"a"_s, u"b"_s}), "2"));
-    QCOMPARE(f.service.files.size(), 2);
-    answer({.status = 200, .body = png}, "a");
-    answer({.error = BrevokError{}});
-    QTRY_COMPARE(f.iconPath(u"a"_s), f.dataFolder + u"/a"_s);
-    QTRY_COMPARE(f.iconPath(u"gone"_s), f.dataFolder + u"/gone"_s);
-
-    QVERIFY(QFile::remove(f.iconPath(u"a"_s)));
-    f.packages->checkForUpdates();
-    f.service.answerList(notModified());
-    QVERIFY(!f.packages->packageRecords()[0].contains(PackageKeys::iconPath));
-    QCOMPARE(f.service.files.size(), 2);
-    QCOMPARE(f.service.files[0].known, tagged("a"));
-    QVERIFY(f.service.files[1].known.isEmpty());
-    answer(notModified());
-    answer({.status = 304}); // that nobody asked for
-    QTRY_VERIFY(QFile::exists(f.dataFolder + u"/a"_s));
-    QTRY_VERIFY(f.packages->packageRecords()[0].contains(PackageKeys::iconPath));
-    QCOMPARE(f.packages->packagesIcons().value(u"a"_s).data, png);
-    QVERIFY(f.packages->packagesIcons().value(u"b"_s).isGeneric());
-    QVERIFY(f.packages->packageRecords()[2].contains(PackageKeys::iconPath));
-}
 
 QTEST_GUILESS_MAIN(KeptListsTest)
 #include "test_kept_lists.moc"

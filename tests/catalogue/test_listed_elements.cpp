@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CatalogueFixture.h"
+#include "support/Columns.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -21,11 +22,10 @@ private Q_SLOTS:
     void whatAnElementSaysStays();
 };
 
+using WhatAnElementSaysStays = Columns<QByteArray, QString, QByteArray>;
 void ListedElementsTest::whatAnElementSaysStays_data()
 {
-    QTest::addColumn<QByteArray>("said");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QByteArray>("kept");
+    WhatAnElementSaysStays::declare();
     const auto row = [](const char *tag, const QByteArray &said, const QString &name,
                          const QByteArray &kept = {}) {
         QTest::newRow(tag) << said << name << (kept.isEmpty() ? said : kept);
@@ -45,9 +45,7 @@ void ListedElementsTest::whatAnElementSaysStays_data()
 // Whatever stands around it.
 void ListedElementsTest::whatAnElementSaysStays()
 {
-    QFETCH(QByteArray, said);
-    QFETCH(QString, name);
-    QFETCH(QByteArray, kept);
+    const auto [said, name, kept] = WhatAnElementSaysStays::row();
     Fixture f;
     const QString prefix = QChar(0xfeff) + u"P"_s;
     const QByteArray list =
@@ -58,7 +56,7 @@ void ListedElementsTest::whatAnElementSaysStays()
     for (int start = 0; start < 2; ++start) {
         BrevokPlugins plugins(f.state, f.service, f.alerts);
         plugins.start();
-        f.service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
+        f.service.answerList({.status = 200, .body = list});
         QVERIFY(f.flushed());
         const DefinitionPtr definition = plugins.definition(u"140:%1_1"_s.arg(name));
         QVERIFY(definition);

@@ -3,6 +3,7 @@
 
 #include "foundation/Tasks.h"
 #include "PackagesFixture.h"
+#include "support/Columns.h"
 #include "support/LogCapture.h"
 
 #include <QRegularExpression>
@@ -21,6 +22,10 @@ const QByteArray png("\x89PNG\r\n\x1a\nrest");
 
 } // namespace
 
+using IconsThatCannotBeCached = Columns<QString, QByteArray, bool, bool>;
+using IconFileNames = Columns<QString, QString>;
+using ImagesAreRecognised = Columns<QByteArray, bool>;
+
 class PackageIconsTest : public QObject {
     Q_OBJECT
 
@@ -28,197 +33,175 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { QVERIFY(finishBackgroundWork(10000)); }
 
-    void iconsAreDownloadedAndCached();
-    void iconsThatCannotBeCached_data();
-    void iconsThatCannotBeCached();
-    void manyIconsAreDownloadedFewAtATime();
-    void storedIconsAreLoaded();
-    void iconFileNames_data();
-    void iconFileNames();
-    void imagesAreRecognised_data();
-    void imagesAreRecognised();
-};
+    void iconsAreDownloadedAndCached()
+    {
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        const QSignalSpy changed(&packages, &BrevokPackages::packagesIconsChanged);
+        const QString address = u"https://icons.test/a/b/one.png?x=1"_s;
+        const QJsonArray list{package(u"A"_s, u"P"_s, address),
+            package(u"B"_s, u"Q"_s, u"https://icons.test/two.png"_s), package(u"C"_s, u"R"_s)};
+        packages.updateWithArray(list);
+        QCOMPARE(f.service.files.size(), 2);
+        QCOMPARE(f.service.files[0].url, QUrl(address));
+        QVERIFY(packages.packagesIcons().value(u"A"_s).isGeneric());
 
-void PackageIconsTest::iconsAreDownloadedAndCached()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    const QSignalSpy changed(&packages, &BrevokPackages::packagesIconsChanged);
-    const QString address = u"https://icons.test/a/b/one.png?x=1"_s;
-    const QJsonArray list{Fixture::package(u"A"_s, u"P"_s, address),
-        Fixture::package(u"B"_s, u"Q"_s, u"https://icons.test/two.png"_s), Fixture::package(u"C"_s, u"R"_s)};
-    packages.updateWithArray(list);
-    QCOMPARE(f.service.files.size(), 2);
-    QCOMPARE(f.service.files[0].url, QUrl(address));
-    QVERIFY(packages.packagesIcons().value(u"A"_s).isGeneric());
-
-    f.answerFile(200, png);
-    QCOMPARE(changed.size(), 1);
-    QCOMPARE(packages.packagesIcons().value(u"A"_s).data, png);
-    f.answerFile(200, "no image");
-    QCOMPARE(changed.size(), 1);
-    QVERIFY(packages.packagesIcons().value(u"B"_s).isGeneric());
-    QTRY_COMPARE(f.iconPath(u"B"_s), f.dataFolder + u"/two.png"_s);
-    QCOMPARE(f.iconPath(u"A"_s), f.dataFolder + u"/one.png"_s);
-    QFile file(f.iconPath(u"A"_s));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), png);
-
-    // The next list forgets the path and fetches again; what is shown stays.
-    packages.updateWithArray(list);
-    QVERIFY(!packages.packageRecords()[0].contains(PackageKeys::iconPath));
-    QCOMPARE(packages.packagesIcons().value(u"A"_s).data, png);
-    QCOMPARE(f.service.files.size(), 2);
-    // A path that the service gives itself is used in place of a download.
-    packages.updateWithArray({Fixture::with(
-        Fixture::package(u"B"_s, u"Q"_s, address), u"IconPath"_s, f.dataFolder + u"/one.png"_s)});
-    QTRY_COMPARE(packages.packagesIcons().value(u"B"_s).data, png);
-    QCOMPARE(f.service.files.size(), 2);
-    // Where it names no image, the download follows.
-    packages.updateWithArray(
-        {Fixture::with(Fixture::package(u"C"_s, u"R"_s, address), u"IconPath"_s, f.dataFolder)});
-    QTRY_COMPARE(f.service.files.size(), 3);
-}
-
-void PackageIconsTest::iconsThatCannotBeCached_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<bool>("failed");
-    QTest::addColumn<bool>("shown");
-    QTest::addRow("transport error") << u"https://x/a.png"_s << png << true << false;
-    QTest::addRow("empty") << u"https://x/a.png"_s << QByteArray() << false << false;
-    QTest::addRow("parent for name") << u"https://x/y/%2E%2E"_s << png << false << true;
-    QTest::addRow("no name") << u"https://x/"_s << png << false << true;
-    QTest::addRow("folder in the way") << u"https://x/taken"_s << png << false << true;
-    QTest::addRow("folder of the updater") << u"https://x/Updates"_s << png << false << true;
-    QTest::addRow("too long") << u"https://x/"_s + QString(300, u'a') << png << false << true;
-}
-
-void PackageIconsTest::iconsThatCannotBeCached()
-{
-    QFETCH(QString, address);
-    QFETCH(QByteArray, body);
-    QFETCH(bool, failed);
-    QFETCH(bool, shown);
-    Fixture f;
-    QVERIFY(QDir().mkpath(f.dataFolder + u"/taken"_s));
-    f.start().updateWithArray({Fixture::package(u"A"_s, u"P"_s, address),
-        Fixture::package(u"next"_s, u"P"_s, u"https://x/next.png"_s)});
-    f.answerFile(200, body, failed ? std::optional(BrevokError{}) : std::nullopt);
-    QCOMPARE(!f.packages->packagesIcons().value(u"A"_s).isGeneric(), shown);
-    f.answerFile(200, png);
-    QTRY_VERIFY(!f.iconPath(u"next"_s).isEmpty()); // written after the first one
-    QVERIFY(f.iconPath(u"A"_s).isEmpty());
-    QCOMPARE(QDir(f.dataFolder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name),
-        (QStringList{u"next.png"_s, u"taken"_s}));
-}
-
-void PackageIconsTest::manyIconsAreDownloadedFewAtATime()
-{
-    Fixture f;
-    QVERIFY(writeFile(f.dataFolder, "a file in place of the folder"));
-    QJsonArray list{Fixture::package(u"local"_s, u"P"_s, u"file:///etc/hostname"_s)};
-    for (int i = 0; i < 100; ++i) {
-        list.append(Fixture::package(u"p%1"_s.arg(i), u"P"_s, u"https://x/%1.png"_s.arg(i)));
-    }
-    f.start().updateWithArray(list);
-    int answered = 0;
-    for (; answered < 100; ++answered) {
-        QTRY_VERIFY(!f.service.files.isEmpty());
-        QVERIFY(f.service.files.size() <= 8);
         f.answerFile(200, png);
+        QCOMPARE(changed.size(), 1);
+        QCOMPARE(packages.packagesIcons().value(u"A"_s).data, png);
+        f.answerFile(200, "no image");
+        QCOMPARE(changed.size(), 1);
+        QVERIFY(packages.packagesIcons().value(u"B"_s).isGeneric());
+        QTRY_COMPARE(f.iconPath(u"B"_s), f.dataFolder + u"/two.png"_s);
+        QCOMPARE(f.iconPath(u"A"_s), f.dataFolder + u"/one.png"_s);
+        QFile file(f.iconPath(u"A"_s));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), png);
+
+        // The next list forgets the path and fetches again; what is shown stays.
+        packages.updateWithArray(list);
+        QVERIFY(!packages.packageRecords()[0].contains(PackageKeys::iconPath));
+        QCOMPARE(packages.packagesIcons().value(u"A"_s).data, png);
+        QCOMPARE(f.service.files.size(), 2);
+        // A path that the service gives itself is used in place of a download.
+        packages.updateWithArray(
+            {with(package(u"B"_s, u"Q"_s, address), u"IconPath"_s, f.dataFolder + u"/one.png"_s)});
+        QTRY_COMPARE(packages.packagesIcons().value(u"B"_s).data, png);
+        QCOMPARE(f.service.files.size(), 2);
+        // Where it names no image, the download follows.
+        packages.updateWithArray({with(package(u"C"_s, u"R"_s, address), u"IconPath"_s, f.dataFolder)});
+        QTRY_COMPARE(f.service.files.size(), 3);
     }
-    QVERIFY(finishBackgroundWork(10000));
-    QVERIFY(f.service.files.isEmpty());
-    QVERIFY(!f.packages->packagesIcons().value(u"p99"_s).isGeneric());
-    QVERIFY(f.iconPath(u"p99"_s).isEmpty());
-}
 
-void PackageIconsTest::storedIconsAreLoaded()
-{
-    Fixture f;
-    QVERIFY(writeFile(f.dataFolder + u"/good.png"_s, png));
-    QVERIFY(writeFile(f.dataFolder + u"/bad.png"_s, "text"));
-    QFile large(f.dataFolder + u"/large.png"_s);
-    QVERIFY(large.open(QIODevice::WriteOnly) && large.write(png) && large.resize(qint64{9} * 1024 * 1024));
-    QJsonObject stored;
-    for (const QString &name : {u"good"_s, u"bad"_s, u"large"_s, u"missing"_s}) {
-        stored.insert(name,
-            Fixture::with(
-                Fixture::package(name, u"P"_s), u"IconPath"_s, f.dataFolder + u'/' + name + u".png"_s));
+    void iconsThatCannotBeCached_data()
+    {
+        const auto row = IconsThatCannotBeCached::declare();
+        row("transport error", "https://x/a.png", png, true, false);
+        row("empty", "https://x/a.png", {}, false, false);
+        row("parent for name", "https://x/y/%2E%2E", png, false, true);
+        row("no name", "https://x/", png, false, true);
+        row("folder in the way", "https://x/taken", png, false, true);
+        row("folder of the updater", "https://x/Updates", png, false, true);
+        row("too long", u"https://x/"_s + QString(300, u'a'), png, false, true);
     }
-    stored.insert(u"dir"_s, Fixture::with(Fixture::package(u"dir"_s, u"P"_s), u"IconPath"_s, f.dataFolder));
-    stored.insert(
-        u"zero"_s, Fixture::with(Fixture::package(u"zero"_s, u"P"_s), u"IconPath"_s, u"/dev/zero"_s));
-    stored.insert(u"odd"_s, Fixture::with(Fixture::package(u"odd"_s, u"P"_s), u"IconPath"_s, 8));
-    f.storePackages(stored);
-    const BrevokPackages &packages = f.start();
-    QTRY_VERIFY(!packages.packagesIcons().value(u"good"_s).isGeneric());
-    const QHash<QString, PackageIcon> icons = packages.packagesIcons();
-    QCOMPARE(icons.size(), stored.size());
-    for (auto icon = icons.cbegin(); icon != icons.cend(); ++icon) {
-        QCOMPARE(icon->isGeneric(), icon.key() != u"good");
+
+    void iconsThatCannotBeCached()
+    {
+        const auto [address, body, failed, shown] = IconsThatCannotBeCached::row();
+        Fixture f;
+        QVERIFY(QDir().mkpath(f.dataFolder + u"/taken"_s));
+        f.start().updateWithArray(
+            {package(u"A"_s, u"P"_s, address), package(u"next"_s, u"P"_s, u"https://x/next.png"_s)});
+        f.answerFile(200, body, failed ? std::optional(BrevokError{}) : std::nullopt);
+        QCOMPARE(!f.packages->packagesIcons().value(u"A"_s).isGeneric(), shown);
+        f.answerFile(200, png);
+        QTRY_VERIFY(!f.iconPath(u"next"_s).isEmpty()); // written after the first one
+        QVERIFY(f.iconPath(u"A"_s).isEmpty());
+        QCOMPARE(
+            QDir(f.dataFolder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden, QDir::Name),
+            (QStringList{u"next.png"_s, u"taken"_s}));
     }
-}
 
-void PackageIconsTest::iconFileNames_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<QString>("name");
-    QTest::addRow("plain") << u"https://x/y/icon.png"_s << u"icon.png"_s;
-    QTest::addRow("encoded") << u"https://x/my%20icon.png?v=2#a"_s << u"my icon.png"_s;
-    QTest::addRow("folder") << u"https://x/y/"_s << QString();
-    QTest::addRow("parent") << u"https://x/y/%2E%2E"_s << QString();
-    QTest::addRow("separator") << u"https://x/..%2f..%2fetc"_s << u"etc"_s;
-    QTest::addRow("zero") << u"https://x/a%00b"_s << QString();
-    QTest::addRow("hidden") << u"https://x/.png"_s << u".png"_s;
-    QTest::addRow("other script") << u"https://x/%F0%9F%90%98 \u00e4.png"_s << u"\U0001F418 \u00e4.png"_s;
-    for (const char *taken : {"160", "16.5", "-3", "1e+20", "Updates", "updates", "state.sqlite",
-             "State.sqlite-wal", "any.lock"}) {
-        QTest::addRow("%s", taken) << u"https://x/y/"_s + QString::fromLatin1(taken) << QString();
+    void manyIconsAreDownloadedFewAtATime()
+    {
+        Fixture f;
+        QVERIFY(writeFile(f.dataFolder, "a file in place of the folder"));
+        QJsonArray list{package(u"local"_s, u"P"_s, u"file:///etc/hostname"_s)};
+        for (int i = 0; i < 100; ++i) {
+            list.append(package(u"p%1"_s.arg(i), u"P"_s, u"https://x/%1.png"_s.arg(i)));
+        }
+        f.start().updateWithArray(list);
+        int answered = 0;
+        for (; answered < 100; ++answered) {
+            QTRY_VERIFY(!f.service.files.isEmpty());
+            QVERIFY(f.service.files.size() <= 8);
+            f.answerFile(200, png);
+        }
+        QVERIFY(finishBackgroundWork(10000));
+        QVERIFY(f.service.files.isEmpty());
+        QVERIFY(!f.packages->packagesIcons().value(u"p99"_s).isGeneric());
+        QVERIFY(f.iconPath(u"p99"_s).isEmpty());
     }
-    QTest::addRow("begins like one that is taken") << u"https://x/Updates.png"_s << u"Updates.png"_s;
-    QTest::addRow("line break") << u"https://x/a%0Ab.png"_s << QString();
-    QTest::addRow("escape") << u"https://x/a%1B[31m.png"_s << QString();
-    QTest::addRow("turned round") << u"https://x/%E2%80%AEgnp.exe"_s << QString();
-    QTest::addRow("empty") << QString() << QString();
-}
 
-void PackageIconsTest::iconFileNames()
-{
-    QFETCH(QString, address);
-    QFETCH(QString, name);
-    QCOMPARE(iconFileName(address), name);
-}
+    void storedIconsAreLoaded()
+    {
+        Fixture f;
+        QVERIFY(writeFile(f.dataFolder + u"/good.png"_s, png));
+        QVERIFY(writeFile(f.dataFolder + u"/bad.png"_s, "text"));
+        QFile large(f.dataFolder + u"/large.png"_s);
+        QVERIFY(
+            large.open(QIODevice::WriteOnly) && large.write(png) && large.resize(qint64{9} * 1024 * 1024));
+        QJsonObject stored;
+        for (const QString &name : {u"good"_s, u"bad"_s, u"large"_s, u"missing"_s}) {
+            stored.insert(name, with(package(name), u"IconPath"_s, f.dataFolder + u'/' + name + u".png"_s));
+        }
+        stored.insert(u"dir"_s, with(package(u"dir"_s), u"IconPath"_s, f.dataFolder));
+        stored.insert(u"zero"_s, with(package(u"zero"_s), u"IconPath"_s, u"/dev/zero"_s));
+        stored.insert(u"odd"_s, with(package(u"odd"_s), u"IconPath"_s, 8));
+        f.storePackages(stored);
+        const BrevokPackages &packages = f.start();
+        QTRY_VERIFY(!packages.packagesIcons().value(u"good"_s).isGeneric());
+        const QHash<QString, PackageIcon> icons = packages.packagesIcons();
+        QCOMPARE(icons.size(), stored.size());
+        for (auto icon = icons.cbegin(); icon != icons.cend(); ++icon) {
+            QCOMPARE(icon->isGeneric(), icon.key() != u"good");
+        }
+    }
 
-void PackageIconsTest::imagesAreRecognised_data()
-{
-    QTest::addColumn<QByteArray>("data");
-    QTest::addColumn<bool>("image");
-    QTest::addRow("png") << png << true;
-    QTest::addRow("jpeg") << QByteArray("\xff\xd8\xff\xe0") << true;
-    QTest::addRow("gif") << QByteArray("GIF89a...") << true;
-    QTest::addRow("bmp") << QByteArray("BM..........\0\0\x28\0\0\0", 18) << true;
-    QTest::addRow("tiff, little") << QByteArray("II*\0....", 8) << true;
-    QTest::addRow("tiff, big") << QByteArray("MM\0*....", 8) << true;
-    QTest::addRow("webp") << QByteArray("RIFF\1\2\3\4WEBPVP8 ") << true;
-    QTest::addRow("wave") << QByteArray("RIFF\1\2\3\4WAVEfmt ") << false;
-    QTest::addRow("icns") << QByteArray("icns....") << true;
-    QTest::addRow("svg") << QByteArray("\xef\xbb\xbf\n<svg xmlns=''/>") << true;
-    QTest::addRow("svg in xml") << QByteArray("<?xml version='1.0'?><svg/>") << true;
-    QTest::addRow("other xml") << QByteArray("<?xml version='1.0'?><plist/>") << false;
-    QTest::addRow("page") << QByteArray("<html>Not found") << false;
-    QTest::addRow("short") << QByteArray("\x89P") << false;
-    QTest::addRow("empty") << QByteArray() << false;
-}
+    void iconFileNames_data()
+    {
+        const auto row = IconFileNames::declare();
+        row("plain", "https://x/y/icon.png", "icon.png");
+        row("encoded", "https://x/my%20icon.png?v=2#a", "my icon.png");
+        row("folder", "https://x/y/", QString());
+        row("parent", "https://x/y/%2E%2E", QString());
+        row("separator", "https://x/..%2f..%2fetc", "etc");
+        row("zero", "https://x/a%00b", QString());
+        row("hidden", "https://x/.png", ".png");
+        row("other script", u"https://x/%F0%9F%90%98 \u00e4.png"_s, u"\U0001F418 \u00e4.png"_s);
+        for (const char *taken : {"160", "16.5", "-3", "1e+20", "Updates", "updates", "state.sqlite",
+                 "State.sqlite-wal", "any.lock"}) {
+            row(taken, u"https://x/y/"_s + QString::fromLatin1(taken), QString());
+        }
+        row("begins like one that is taken", "https://x/Updates.png", "Updates.png");
+        row("line break", "https://x/a%0Ab.png", QString());
+        row("escape", "https://x/a%1B[31m.png", QString());
+        row("turned round", "https://x/%E2%80%AEgnp.exe", QString());
+        row("empty", QString(), QString());
+    }
 
-void PackageIconsTest::imagesAreRecognised()
-{
-    QFETCH(QByteArray, data);
-    QFETCH(bool, image);
-    QCOMPARE(looksLikeImage(data), image);
-}
+    void iconFileNames()
+    {
+        const auto [address, name] = IconFileNames::row();
+        QCOMPARE(iconFileName(address), name);
+    }
+
+    void imagesAreRecognised_data()
+    {
+        const auto row = ImagesAreRecognised::declare();
+        row("png", png, true);
+        row("jpeg", "\xff\xd8\xff\xe0", true);
+        row("gif", "GIF89a...", true);
+        row("bmp", QByteArray("BM..........\0\0\x28\0\0\0", 18), true);
+        row("tiff, little", QByteArray("II*\0....", 8), true);
+        row("tiff, big", QByteArray("MM\0*....", 8), true);
+        row("webp", "RIFF\1\2\3\4WEBPVP8 ", true);
+        row("wave", "RIFF\1\2\3\4WAVEfmt ", false);
+        row("icns", "icns....", true);
+        row("svg", "\xef\xbb\xbf\n<svg xmlns=''/>", true);
+        row("svg in xml", "<?xml version='1.0'?><svg/>", true);
+        row("other xml", "<?xml version='1.0'?><plist/>", false);
+        row("page", "<html>Not found", false);
+        row("short", "\x89P", false);
+        row("empty", {}, false);
+    }
+
+    void imagesAreRecognised()
+    {
+        const auto [data, image] = ImagesAreRecognised::row();
+        QCOMPARE(looksLikeImage(data), image);
+    }
+};
 
 QTEST_GUILESS_MAIN(PackageIconsTest)
 #include "test_package_icons.moc"

@@ -5,6 +5,7 @@
 #include "catalogue/PluginList.h"
 #include "catalogue/StatusRun.h"
 #include "CatalogueFixture.h"
+#include "support/Columns.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
 
@@ -34,225 +35,180 @@ QList<StatusBuild> builds(const QList<Record> &records)
 
 } // namespace
 
+using BuildsMatchHosts = Columns<int, QList<int>, QList<int>>;
+using BundlesHaveAStatus = Columns<QJsonValue, QJsonValue, int, QString, PackageStatus>;
+using ResultsCombine = Columns<PackageStatus, PackageStatus, PackageStatus, PackageStatus>;
+using PackagesAreExaminedOnDisk = Columns<QString, QString, bool, PackageStatus, bool>;
+
 class PackageStatusTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void buildsMatchHosts_data();
-    void buildsMatchHosts();
-    void bundlesHaveAStatus_data();
-    void bundlesHaveAStatus();
-    void resultsCombine_data();
-    void resultsCombine();
-    void packagesAreExaminedOnDisk_data();
-    void packagesAreExaminedOnDisk();
-    void detailsAreLogged();
+    void buildsMatchHosts_data()
+    {
+        const auto row = BuildsMatchHosts::declare();
+        row("75", 75, {75, 79}, {70});
+        row("74", 74, {70}, {75});
+        row("70", 70, {74}, {});
+        row("162", 162, {160}, {163});
+        row("160", 160, {162}, {});
+        row("163", 163, {}, {162});
+        row("165", 165, {164, 166}, {});
+        row("140", 140, {140}, {142});
+        row("142", 142, {140}, {});
+        row("150", 150, {}, {140});
+        row("none", 0, {0}, {1});
+    }
+
+    void buildsMatchHosts()
+    {
+        const auto [target, matching, others] = BuildsMatchHosts::row();
+        for (const int build : matching + others) {
+            QCOMPARE(hostMatches(HostCode(target), HostCode(build)), matching.contains(build));
+        }
+    }
+
+    void bundlesHaveAStatus_data()
+    {
+        const auto row = BundlesHaveAStatus::declare();
+        const QJsonValue absent(QJsonValue::Undefined);
+        row("same", u"14.0"_s, u"2.1.0"_s, 140, "2.1.0", UpToDate);
+        row("rest after space", u"14.0"_s, u"2.1.0 (77) x"_s, 140, "2.1.0", UpToDate);
+        row("newer", u"14.0"_s, u"2.10"_s, 140, "2.9", UpToDate);
+        row("older", u"14.0"_s, u"2.9"_s, 140, "2.10", NotUpdated);
+        row("no host", absent, u"2.1"_s, 140, "2.1", NotUpdated);
+        row("other major", u"15.0"_s, u"2.1"_s, 140, "2.1", NotUpdated);
+        row("any minor", u"14.3"_s, u"2.1"_s, 140, "2.1", UpToDate);
+        row("16.3 in 163", u"16.3"_s, u"2.1"_s, 163, "2.1", UpToDate);
+        row("16.2 in 163", u"16.2"_s, u"2.1"_s, 163, "2.1", NotUpdated);
+        row("16.4 in 160", u"16.4"_s, u"2.1"_s, 160, "2.1", NotUpdated);
+        row("7.5 in 75", u"7.5"_s, u"2.1"_s, 75, "2.1", UpToDate);
+        row("7.0 in 75", u"7.0"_s, u"2.1"_s, 75, "2.1", NotUpdated);
+        row("host as number", 14.0, u"2.1"_s, 140, "2.1", UpToDate);
+        row("host as list", {}, u"2.1"_s, 140, "2.1", NotUpdated);
+        row("huge host", QString(300, u'9'), u"2.1"_s, 140, "2.1", NotUpdated);
+        row("no version", u"14.0"_s, absent, 140, "2.1", NotInstalled);
+        row("empty version", u"14.0"_s, u""_s, 140, "2.1", NotInstalled);
+        row("numeric version", u"14.0"_s, 2.1, 140, "2.1", NotInstalled);
+        row("blank first", u"14.0"_s, u" 2.1"_s, 140, "2.1", MissingData);
+        row("nothing offered", u"14.0"_s, u"2.1"_s, 140, "", MissingData);
+    }
+
+    void bundlesHaveAStatus()
+    {
+        const auto [host, installed, target, offered, status] = BundlesHaveAStatus::row();
+        Record information = with({}, u"TolvaneHostAppShortVersion"_s, host);
+        information = with(information, u"CFBundleShortVersionString"_s, installed);
+        QCOMPARE(statusOfBundle(bundleFacts(true, information), HostCode(target), offered), status);
+        QCOMPARE(statusOfBundle(bundleFacts(true, {}), HostCode(target), offered), NotUpdated);
+        QCOMPARE(statusOfBundle(bundleFacts(false, {}), HostCode(target), offered), NotInstalled);
+    }
+
+    void resultsCombine_data()
+    {
+        const auto add = ResultsCombine::declare();
+        const auto row = [&](PackageStatus before, PackageStatus result, auto plain, auto support) {
+            add(qPrintable(packageStatusName(before) + u" then "_s + packageStatusName(result)), before,
+                result, plain, support);
+        };
+        row(MissingData, NotInstalled, NotInstalled, NotInstalled);
+        row(MissingData, NotUpdated, NotUpdated, NotUpdated);
+        row(UpToDate, UpToDate, UpToDate, UpToDate);
+        row(UpToDate, NotInstalled, Mixed, Mixed);
+        row(UpToDate, NotUpdated, MixedNotUpdated, Mixed);
+        row(NotUpdated, UpToDate, MixedNotUpdated, Mixed);
+        row(NotUpdated, NotUpdated, NotUpdated, NotUpdated);
+        row(Mixed, NotUpdated, MixedNotUpdated, Mixed);
+        row(Mixed, UpToDate, Mixed, Mixed);
+        row(MixedNotUpdated, UpToDate, MixedNotUpdated, Mixed);
+        row(InProgress, UpToDate, Mixed, Mixed);
+        row(InProgress, NotUpdated, MixedNotUpdated, Mixed);
+        row(UpToDate, MissingData, Mixed, Mixed);
+    }
+
+    void resultsCombine()
+    {
+        // support: in a package of the maker's own
+        const auto [before, result, plain, support] = ResultsCombine::row();
+        QCOMPARE(combinedStatus(before, result, isSupportPlugin(u"MyPlugin"_s), u"P"_s), plain);
+        for (const QString &name : {u"Tolvane"_s, u"Vondrel Tools"_s}) {
+            for (const QString &prefix : {u"KM#xR57"_s, u"0xr5700"_s}) {
+                QCOMPARE(combinedStatus(before, result, isSupportPlugin(name), prefix), support);
+            }
+            QCOMPARE(combinedStatus(before, result, isSupportPlugin(name), u"P"_s), before);
+        }
+    }
+
+    void packagesAreExaminedOnDisk_data()
+    {
+        const auto row = PackagesAreExaminedOnDisk::declare();
+        row("installed everywhere", "2.0", "2.1", false, UpToDate, false);
+        row("nowhere", "", "", false, NotInstalled, false);
+        row("in one", "2.0", "", false, Mixed, false);
+        row("older in one", "2.0", "1.9", false, MixedNotUpdated, true);
+        row("broken in both", "-", "-", false, NotUpdated, true);
+        row("pending at last", "2.0", "2.0", true, InProgress, false);
+        row("pending at last, older before", "1.0", "2.0", true, InProgress, true);
+    }
+
+    void packagesAreExaminedOnDisk()
+    {
+        // first: installed version in a target 140; "-" for a broken bundle
+        // second: the same in a target 150
+        // pending: a command for the build of the second
+        const auto [first, second, pending, status, update] = PackagesAreExaminedOnDisk::row();
+        const QTemporaryDir folder;
+        const QString one = folder.path() + u"/1/Plug-Ins/"_s;
+        const QString two = folder.path() + u"/2/Plug-Ins/"_s;
+        const auto install = [](const QString &target, const QString &version, const QString &host) {
+            if (version == u"-") {
+                QVERIFY(
+                    writeFile(installedPluginPath(target, u"A"_s) + u"/Contents/Info.plist"_s, "<plist><di"));
+            } else if (!version.isEmpty()) {
+                writeInstalledPlugin(target, u"A"_s, version, host);
+            }
+        };
+        install(one, first, u"14.0"_s);
+        install(two, second, u"15.0"_s);
+        Record last = build(u"A"_s, u"P"_s, u"2.0"_s, 150);
+        if (pending) {
+            last.insert(PluginKeys::commandQueue, QJsonArray{QJsonArray{u"removeStart"_s, u"/x"_s}});
+        }
+        const auto target = [](const QString &path, const QString &version) {
+            return Record{{TargetKeys::path, path}, {TargetKeys::version, version}};
+        };
+        StatusInput input{.prefixes = {u"P"_s, u"Q"_s},
+            .builds = {{u"P"_s, builds({build(u"A"_s, u"P"_s, u"2.0"_s), last})},
+                {u"Q"_s, builds({build(u"A"_s, u"Q"_s, u"2.0"_s, 190)})}},
+            .validTargets = {{one, target(one, u"140"_s)}, {two, target(two, u"150"_s)}}};
+        const StatusResult result = calculatedStatuses(input);
+        QCOMPARE(result.statuses.value(u"P"_s), status);
+        QCOMPARE(result.updates.contains(u"P"_s), update);
+        QCOMPARE(result.statuses.value(u"Q"_s), MissingData); // no build fits
+
+        input.validTargets.clear();
+        QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), MissingData);
+    }
+
+    void detailsAreLogged()
+    {
+        const QTemporaryDir folder;
+        StatusInput input{.prefixes = {u"P"_s},
+            .builds = {{u"P"_s,
+                builds({build(u"A"_s, u"P"_s, u"2.0"_s), build(u"A"_s, u"P"_s, u"2.0"_s, 150)})}},
+            .validTargets = {{folder.path(), Record{{TargetKeys::version, u"142"_s}}}}};
+        const LogCapture log;
+        QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), NotInstalled);
+        QVERIFY(LogCapture::lines().isEmpty());
+        input.detailedLog = true;
+        QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), NotInstalled);
+        QCOMPARE(LogCapture::lines(),
+            (QStringList{
+                u"App version: 142"_s, u" Plugin: 140"_s, folder.path() + u"/Tolvane/A.InDesignPlugin"_s}));
+    }
 };
-
-void PackageStatusTest::buildsMatchHosts_data()
-{
-    QTest::addColumn<int>("target");
-    QTest::addColumn<int>("build");
-    QTest::addColumn<bool>("matches");
-    const auto row = [](int target, int build, bool matches) {
-        QTest::addRow("%d in %d", build, target) << target << build << matches;
-    };
-    row(75, 70, false);
-    row(75, 75, true);
-    row(75, 79, true);
-    row(74, 70, true);
-    row(70, 74, true);
-    row(74, 75, false);
-    row(162, 160, true);
-    row(160, 162, true);
-    row(162, 163, false);
-    row(163, 162, false);
-    row(165, 164, true);
-    row(165, 166, true);
-    row(140, 142, false);
-    row(140, 140, true);
-    row(142, 140, true);
-    row(150, 140, false);
-    row(0, 0, true);
-    row(0, 1, false);
-}
-
-void PackageStatusTest::buildsMatchHosts()
-{
-    QFETCH(int, target);
-    QFETCH(int, build);
-    QFETCH(bool, matches);
-    QCOMPARE(hostMatches(HostCode(target), HostCode(build)), matches);
-}
-
-void PackageStatusTest::bundlesHaveAStatus_data()
-{
-    QTest::addColumn<QJsonValue>("host");
-    QTest::addColumn<QJsonValue>("installed");
-    QTest::addColumn<int>("target");
-    QTest::addColumn<QString>("offered");
-    QTest::addColumn<PackageStatus>("status");
-    const QJsonValue absent(QJsonValue::Undefined);
-    const auto row = [](const char *title, const QJsonValue &host, const QJsonValue &installed, int target,
-                         const char *offered, PackageStatus status) {
-        QTest::addRow("%s", title) << host << installed << target << QString::fromLatin1(offered) << status;
-    };
-    row("same", u"14.0"_s, u"2.1.0"_s, 140, "2.1.0", UpToDate);
-    row("rest after space", u"14.0"_s, u"2.1.0 (77) x"_s, 140, "2.1.0", UpToDate);
-    row("newer", u"14.0"_s, u"2.10"_s, 140, "2.9", UpToDate);
-    row("older", u"14.0"_s, u"2.9"_s, 140, "2.10", NotUpdated);
-    row("no host", absent, u"2.1"_s, 140, "2.1", NotUpdated);
-    row("other major", u"15.0"_s, u"2.1"_s, 140, "2.1", NotUpdated);
-    row("any minor", u"14.3"_s, u"2.1"_s, 140, "2.1", UpToDate);
-    row("16.3 in 163", u"16.3"_s, u"2.1"_s, 163, "2.1", UpToDate);
-    row("16.2 in 163", u"16.2"_s, u"2.1"_s, 163, "2.1", NotUpdated);
-    row("16.4 in 160", u"16.4"_s, u"2.1"_s, 160, "2.1", NotUpdated);
-    row("7.5 in 75", u"7.5"_s, u"2.1"_s, 75, "2.1", UpToDate);
-    row("7.0 in 75", u"7.0"_s, u"2.1"_s, 75, "2.1", NotUpdated);
-    row("host as number", 14.0, u"2.1"_s, 140, "2.1", UpToDate);
-    row("host as list", QJsonArray(), u"2.1"_s, 140, "2.1", NotUpdated);
-    row("huge host", QString(300, u'9'), u"2.1"_s, 140, "2.1", NotUpdated);
-    row("no version", u"14.0"_s, absent, 140, "2.1", NotInstalled);
-    row("empty version", u"14.0"_s, u""_s, 140, "2.1", NotInstalled);
-    row("numeric version", u"14.0"_s, 2.1, 140, "2.1", NotInstalled);
-    row("blank first", u"14.0"_s, u" 2.1"_s, 140, "2.1", MissingData);
-    row("nothing offered", u"14.0"_s, u"2.1"_s, 140, "", MissingData);
-}
-
-void PackageStatusTest::bundlesHaveAStatus()
-{
-    QFETCH(QJsonValue, host);
-    QFETCH(QJsonValue, installed);
-    QFETCH(int, target);
-    QFETCH(QString, offered);
-    QFETCH(PackageStatus, status);
-    Record information = Fixture::with({}, u"TolvaneHostAppShortVersion"_s, host);
-    information = Fixture::with(information, u"CFBundleShortVersionString"_s, installed);
-    QCOMPARE(statusOfBundle(bundleFacts(true, information), HostCode(target), offered), status);
-    QCOMPARE(statusOfBundle(bundleFacts(true, {}), HostCode(target), offered), NotUpdated);
-    QCOMPARE(statusOfBundle(bundleFacts(false, {}), HostCode(target), offered), NotInstalled);
-}
-
-void PackageStatusTest::resultsCombine_data()
-{
-    QTest::addColumn<PackageStatus>("before");
-    QTest::addColumn<PackageStatus>("result");
-    QTest::addColumn<PackageStatus>("plain");
-    QTest::addColumn<PackageStatus>("support"); // in a package of the maker's own
-    const auto row = [](PackageStatus before, PackageStatus result, PackageStatus plain,
-                         PackageStatus support) {
-        QTest::addRow("%u then %u", static_cast<unsigned>(before), static_cast<unsigned>(result))
-            << before << result << plain << support;
-    };
-    row(MissingData, NotInstalled, NotInstalled, NotInstalled);
-    row(MissingData, NotUpdated, NotUpdated, NotUpdated);
-    row(UpToDate, UpToDate, UpToDate, UpToDate);
-    row(UpToDate, NotInstalled, Mixed, Mixed);
-    row(UpToDate, NotUpdated, MixedNotUpdated, Mixed);
-    row(NotUpdated, UpToDate, MixedNotUpdated, Mixed);
-    row(NotUpdated, NotUpdated, NotUpdated, NotUpdated);
-    row(Mixed, NotUpdated, MixedNotUpdated, Mixed);
-    row(Mixed, UpToDate, Mixed, Mixed);
-    row(MixedNotUpdated, UpToDate, MixedNotUpdated, Mixed);
-    row(InProgress, UpToDate, Mixed, Mixed);
-    row(InProgress, NotUpdated, MixedNotUpdated, Mixed);
-    row(UpToDate, MissingData, Mixed, Mixed);
-}
-
-void PackageStatusTest::resultsCombine()
-{
-    QFETCH(PackageStatus, before);
-    QFETCH(PackageStatus, result);
-    QFETCH(PackageStatus, plain);
-    QFETCH(PackageStatus, support);
-    QCOMPARE(combinedStatus(before, result, isSupportPlugin(u"MyPlugin"_s), u"P"_s), plain);
-    for (const QString &name : {u"Tolvane"_s, u"Vondrel Tools"_s}) {
-        for (const QString &prefix : {u"KM#xR57"_s, u"0xr5700"_s}) {
-            QCOMPARE(combinedStatus(before, result, isSupportPlugin(name), prefix), support);
-        }
-        QCOMPARE(combinedStatus(before, result, isSupportPlugin(name), u"P"_s), before);
-    }
-}
-
-void PackageStatusTest::packagesAreExaminedOnDisk_data()
-{
-    QTest::addColumn<QString>("first"); // installed version in a target 140; "-" for a broken bundle
-    QTest::addColumn<QString>("second"); // the same in a target 150
-    QTest::addColumn<bool>("pending"); // a command for the build of the second
-    QTest::addColumn<PackageStatus>("status");
-    QTest::addColumn<bool>("update");
-    const auto row = [](const char *title, const char *first, const char *second, bool pending,
-                         PackageStatus status, bool update) {
-        QTest::addRow("%s", title) << QString::fromLatin1(first) << QString::fromLatin1(second) << pending
-                                   << status << update;
-    };
-    row("installed everywhere", "2.0", "2.1", false, UpToDate, false);
-    row("nowhere", "", "", false, NotInstalled, false);
-    row("in one", "2.0", "", false, Mixed, false);
-    row("older in one", "2.0", "1.9", false, MixedNotUpdated, true);
-    row("broken in both", "-", "-", false, NotUpdated, true);
-    row("pending at last", "2.0", "2.0", true, InProgress, false);
-    row("pending at last, older before", "1.0", "2.0", true, InProgress, true);
-}
-
-void PackageStatusTest::packagesAreExaminedOnDisk()
-{
-    QFETCH(QString, first);
-    QFETCH(QString, second);
-    QFETCH(bool, pending);
-    QFETCH(PackageStatus, status);
-    QFETCH(bool, update);
-    const QTemporaryDir folder;
-    const QString one = folder.path() + u"/1/Plug-Ins/"_s;
-    const QString two = folder.path() + u"/2/Plug-Ins/"_s;
-    const auto install = [](const QString &target, const QString &version, const QString &host) {
-        if (version == u"-") {
-            QVERIFY(writeFile(installedPluginPath(target, u"A"_s) + u"/Contents/Info.plist"_s, "<plist><di"));
-        } else if (!version.isEmpty()) {
-            writeInstalledPlugin(target, u"A"_s, version, host);
-        }
-    };
-    install(one, first, u"14.0"_s);
-    install(two, second, u"15.0"_s);
-    Record last = Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 150);
-    if (pending) {
-        last.insert(PluginKeys::commandQueue, QJsonArray{QJsonArray{u"removeStart"_s, u"/x"_s}});
-    }
-    const auto target = [](const QString &path, const QString &version) {
-        return Record{{TargetKeys::path, path}, {TargetKeys::version, version}};
-    };
-    StatusInput input{.prefixes = {u"P"_s, u"Q"_s},
-        .builds = {{u"P"_s, builds({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140), last})},
-            {u"Q"_s, builds({Fixture::build(u"A"_s, u"Q"_s, u"2.0"_s, 190)})}},
-        .validTargets = {{one, target(one, u"140"_s)}, {two, target(two, u"150"_s)}}};
-    const StatusResult result = calculatedStatuses(input);
-    QCOMPARE(result.statuses.value(u"P"_s), status);
-    QCOMPARE(result.updates.contains(u"P"_s), update);
-    QCOMPARE(result.statuses.value(u"Q"_s), MissingData); // no build fits
-
-    input.validTargets.clear();
-    QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), MissingData);
-}
-
-void PackageStatusTest::detailsAreLogged()
-{
-    const QTemporaryDir folder;
-    StatusInput input{.prefixes = {u"P"_s},
-        .builds = {{u"P"_s,
-            builds({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140),
-                Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 150)})}},
-        .validTargets = {{folder.path(), Record{{TargetKeys::version, u"142"_s}}}}};
-    const LogCapture log;
-    QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), NotInstalled);
-    QVERIFY(LogCapture::lines().isEmpty());
-    input.detailedLog = true;
-    QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), NotInstalled);
-    QCOMPARE(LogCapture::lines(),
-        (QStringList{
-            u"App version: 142"_s, u" Plugin: 140"_s, folder.path() + u"/Tolvane/A.InDesignPlugin"_s}));
-}
 
 QTEST_GUILESS_MAIN(PackageStatusTest)
 #include "test_package_status.moc"

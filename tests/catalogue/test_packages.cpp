@@ -4,6 +4,7 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "PackagesFixture.h"
+#include "support/Columns.h"
 #include "support/FailingDisk.h"
 #include "support/LogCapture.h"
 
@@ -18,6 +19,10 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 using Fixture = PackagesFixture;
 
+using ElementsAreChecked = Columns<QJsonValue, bool, QString>;
+using UsersCheckTellsOfNewUpdates = Columns<int, QString, QString>;
+using FailedOwnCheckHasNoResult = Columns<int, int, QString>;
+
 class PackagesTest : public QObject {
     Q_OBJECT
 
@@ -28,432 +33,380 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { QVERIFY(finishBackgroundWork(10000)); }
 
-    void elementsAreChecked_data();
-    void elementsAreChecked();
-    void recordsAreOrderedAndKept();
-    void repliesAreHandled();
-    void storedRubbishIsSurvived();
-    void namesStayOneAcrossARestart();
-    void aListThatBringsNothingNewWritesNothing();
-    void statusesFollowEveryChange();
-    void aChangeOfOnePluginIsCalculatedAlone();
-    void callsDuringACalculationAreServedAfterIt();
-    void usersCheckTellsOfNewUpdates_data();
-    void usersCheckTellsOfNewUpdates();
-    void announcedOnceIsNotNew();
-    void ownCheckIsNotDoneBeforeItsLists();
-    void failedOwnCheckHasNoResult_data();
-    void failedOwnCheckHasNoResult();
-    void whatAFailedOwnCheckFoundIsToldLater();
-    void veryLongListsAreTaken();
-};
+    void elementsAreChecked_data()
+    {
+        const auto row = ElementsAreChecked::declare();
+        const QString notDictionary = u"package is not nsdirectory!"_s;
+        const QString incomplete = u"package data do not containe name!"_s;
+        const Record good = package(u"A"_s);
+        const auto mutated = [&](const char *key, const QJsonValue &value) {
+            return QJsonValue(with(good, QString::fromLatin1(key), value));
+        };
+        row("good", QJsonValue(good), true, QString());
+        row("without prefix", mutated("Prefix", QJsonValue(QJsonValue::Undefined)), true, QString());
+        row("number", QJsonValue(1), false, notDictionary);
+        row("list", QJsonValue(QJsonArray{good}), false, notDictionary);
+        row("other platform", mutated("Platform", u"Win"_s), false, QString());
+        row("nameless, other platform", QJsonValue(QJsonObject{{u"Platform"_s, u"Win"_s}}), false, QString());
+        row("no name", mutated("Name", u""_s), false, incomplete);
+        row("number for name", mutated("Name", 3), false, incomplete);
+        row("no publication", mutated("Published", QJsonValue()), false, incomplete);
+        row("number for version", mutated("Version", 1.5), false, incomplete);
+    }
 
-void PackagesTest::elementsAreChecked_data()
-{
-    QTest::addColumn<QJsonValue>("element");
-    QTest::addColumn<bool>("taken");
-    QTest::addColumn<QString>("line");
-    const QString notDictionary = u"package is not nsdirectory!"_s;
-    const QString incomplete = u"package data do not containe name!"_s;
-    const Record good = Fixture::package(u"A"_s, u"P"_s);
-    const auto mutated = [&](const char *key, const QJsonValue &value) {
-        return QJsonValue(Fixture::with(good, QString::fromLatin1(key), value));
-    };
-    QTest::addRow("good") << QJsonValue(good) << true << QString();
-    QTest::addRow("without prefix") << mutated("Prefix", QJsonValue(QJsonValue::Undefined)) << true
-                                    << QString();
-    QTest::addRow("number") << QJsonValue(1) << false << notDictionary;
-    QTest::addRow("list") << QJsonValue(QJsonArray{good}) << false << notDictionary;
-    QTest::addRow("other platform") << mutated("Platform", u"Win"_s) << false << QString();
-    QTest::addRow("nameless, other platform")
-        << QJsonValue(QJsonObject{{u"Platform"_s, u"Win"_s}}) << false << QString();
-    QTest::addRow("no name") << mutated("Name", u""_s) << false << incomplete;
-    QTest::addRow("number for name") << mutated("Name", 3) << false << incomplete;
-    QTest::addRow("no publication") << mutated("Published", QJsonValue()) << false << incomplete;
-    QTest::addRow("number for version") << mutated("Version", 1.5) << false << incomplete;
-}
+    void elementsAreChecked()
+    {
+        const auto [element, taken, line] = ElementsAreChecked::row();
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        const LogCapture log;
+        packages.updateWithArray({element});
+        QCOMPARE(packages.packageRecords().size(), taken ? 1 : 0);
+        QCOMPARE(packages.packagesIcons().size(), taken ? 1 : 0);
+        QCOMPARE(LogCapture::lines(), line.isEmpty() ? QStringList() : QStringList(line));
+    }
 
-void PackagesTest::elementsAreChecked()
-{
-    QFETCH(QJsonValue, element);
-    QFETCH(bool, taken);
-    QFETCH(QString, line);
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    const LogCapture log;
-    packages.updateWithArray({element});
-    QCOMPARE(packages.packageRecords().size(), taken ? 1 : 0);
-    QCOMPARE(packages.packagesIcons().size(), taken ? 1 : 0);
-    QCOMPARE(LogCapture::lines(), line.isEmpty() ? QStringList() : QStringList(line));
-}
+    void recordsAreOrderedAndKept()
+    {
+        Fixture f;
+        f.start().updateWithArray({package(u"gamma"_s, u"1"_s), package(u"Beta"_s, u"2"_s),
+            package(u"alpha"_s, u"3"_s), package(u"Beta"_s, u"4"_s)});
+        QCOMPARE(f.names(), (QStringList{u"alpha"_s, u"Beta"_s, u"gamma"_s}));
+        QCOMPARE(f.packages->packageRecords()[1].value(PackageKeys::prefix).toString(), u"4"_s);
 
-void PackagesTest::recordsAreOrderedAndKept()
-{
-    Fixture f;
-    f.start().updateWithArray({Fixture::package(u"gamma"_s, u"1"_s), Fixture::package(u"Beta"_s, u"2"_s),
-        Fixture::package(u"alpha"_s, u"3"_s), Fixture::package(u"Beta"_s, u"4"_s)});
-    QCOMPARE(f.names(), (QStringList{u"alpha"_s, u"Beta"_s, u"gamma"_s}));
-    QCOMPARE(f.packages->packageRecords()[1].value(PackageKeys::prefix).toString(), u"4"_s);
+        const Record extra = with(package(u"delta"_s, u"5"_s), u"Unknown"_s, QJsonArray{1});
+        f.packages->updateWithArray({extra});
+        QCOMPARE(f.start().packageRecords().size(), 4);
+        QCOMPARE(f.packages->packageRecords()[2], extra);
+        QCOMPARE(BrevokPackages::packages(), f.packages.get());
+    }
 
-    const Record extra = Fixture::with(Fixture::package(u"delta"_s, u"5"_s), u"Unknown"_s, QJsonArray{1});
-    f.packages->updateWithArray({extra});
-    QCOMPARE(f.start().packageRecords().size(), 4);
-    QCOMPARE(f.packages->packageRecords()[2], extra);
-    QCOMPARE(BrevokPackages::packages(), f.packages.get());
-}
+    void repliesAreHandled()
+    {
+        Fixture f;
+        f.state.setDate(
+            CatalogueKeys::productsUpdateDate, QDateTime::currentDateTimeUtc().addDays(9).addSecs(60));
+        BrevokPackages &packages = f.start();
+        QCOMPARE(f.service.lists[0].path, u"/api/product/list"_s);
+        const QSignalSpy finished(&packages, &BrevokPackages::checkFinished);
+        const LogCapture log;
+        f.service.answerList({.status = 0, .error = BrevokError{}});
+        QCOMPARE(packages.updateTimer()->interval(), 60000);
+        QCOMPARE(f.presenter.shown.size(), 1);
+        QCOMPARE(f.presenter.shown[0].messageText, u"Failed to update Products data"_s);
+        QCOMPARE(f.presenter.shown[0].informativeText,
+            u"Unable to contact the Tolvane Brevok server for 9 days."_s);
+        QVERIFY(LogCapture::contains(u"Packages update failed with error"_s));
 
-void PackagesTest::repliesAreHandled()
-{
-    Fixture f;
-    f.state.setDate(
-        CatalogueKeys::productsUpdateDate, QDateTime::currentDateTimeUtc().addDays(9).addSecs(60));
-    BrevokPackages &packages = f.start();
-    QCOMPARE(f.service.lists[0].path, u"/api/product/list"_s);
-    const QSignalSpy finished(&packages, &BrevokPackages::checkFinished);
-    const LogCapture log;
-    f.service.answerList({.status = 0, .body = {}, .headers = {}, .error = BrevokError{}});
-    QCOMPARE(packages.updateTimer()->interval(), 60000);
-    QCOMPARE(f.presenter.shown.size(), 1);
-    QCOMPARE(f.presenter.shown[0].messageText, u"Failed to update Products data"_s);
-    QCOMPARE(
-        f.presenter.shown[0].informativeText, u"Unable to contact the Tolvane Brevok server for 9 days."_s);
-    QVERIFY(LogCapture::contains(u"Packages update failed with error"_s));
+        packages.updateTimer()->start(0);
+        QTRY_COMPARE(f.service.lists.size(), 1);
+        f.service.answerList(good({package(u"A"_s)}));
+        QCOMPARE(packages.updateTimer()->interval(), 3600000);
+        QVERIFY(f.state.date(CatalogueKeys::productsUpdateDate) < QDateTime::currentDateTimeUtc().addDays(1));
 
-    packages.updateTimer()->start(0);
-    QTRY_COMPARE(f.service.lists.size(), 1);
-    f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
-    QCOMPARE(packages.updateTimer()->interval(), 3600000);
-    QVERIFY(f.state.date(CatalogueKeys::productsUpdateDate) < QDateTime::currentDateTimeUtc().addDays(1));
+        packages.checkForUpdates();
+        f.service.answerList({.status = 200, .body = "{}"});
+        QVERIFY(LogCapture::contains(u"Packages definitions update failed!"_s));
+        QVERIFY(packages.updateTimer()->isActive());
+        packages.checkForUpdates();
+        f.service.answerList({.status = 500});
+        QVERIFY(LogCapture::contains(u"Packages update failed with response: 500 - internal server error"_s));
+        QVERIFY(!packages.updateTimer()->isActive());
+        f.service.reachable = false;
+        packages.checkForUpdates();
+        QCOMPARE(finished.size(), 5);
+        QVERIFY(finished[1][0].toBool() && !finished[4][0].toBool());
+        QCOMPARE(packages.packageRecords().size(), 1);
+    }
 
-    packages.checkForUpdates();
-    f.service.answerList({.status = 200, .body = "{}", .headers = {}, .error = {}});
-    QVERIFY(LogCapture::contains(u"Packages definitions update failed!"_s));
-    QVERIFY(packages.updateTimer()->isActive());
-    packages.checkForUpdates();
-    f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
-    QVERIFY(LogCapture::contains(u"Packages update failed with response: 500 - internal server error"_s));
-    QVERIFY(!packages.updateTimer()->isActive());
-    f.service.reachable = false;
-    packages.checkForUpdates();
-    QCOMPARE(finished.size(), 5);
-    QVERIFY(finished[1][0].toBool() && !finished[4][0].toBool());
-    QCOMPARE(packages.packageRecords().size(), 1);
-}
+    void storedRubbishIsSurvived()
+    {
+        Fixture f;
+        f.storePackages(
+            {{u"A"_s, package(u"A"_s)}, {u"C"_s, QJsonObject()}, {u"D"_s, QJsonObject{{u"Name"_s, 4}}}});
+        f.state.commit({{CatalogueKeys::productsUpdateDate, QString(), Record{{u"Value"_s, u"soon"_s}}},
+            {CatalogueKeys::notifiedPackages, u"gone"_s, Record()}});
+        const LogCapture log;
+        BrevokPackages &packages = f.start();
+        QCOMPARE(packages.packageRecords().size(), 1);
+        QVERIFY(LogCapture::contains(u"Stored packages: 2 unusable values left out."_s));
+        packages.notifyPackageStatuses();
+        QVERIFY(f.state.entries(CatalogueKeys::notifiedPackages).isEmpty());
+    }
 
-void PackagesTest::storedRubbishIsSurvived()
-{
-    Fixture f;
-    f.storePackages({{u"A"_s, Fixture::package(u"A"_s, u"P"_s)}, {u"C"_s, QJsonObject()},
-        {u"D"_s, QJsonObject{{u"Name"_s, 4}}}});
-    f.state.commit({{CatalogueKeys::productsUpdateDate, QString(), Record{{u"Value"_s, u"soon"_s}}},
-        {CatalogueKeys::notifiedPackages, u"gone"_s, Record()}});
-    const LogCapture log;
-    BrevokPackages &packages = f.start();
-    QCOMPARE(packages.packageRecords().size(), 1);
-    QVERIFY(LogCapture::contains(u"Stored packages: 2 unusable values left out."_s));
-    packages.notifyPackageStatuses();
-    QVERIFY(f.state.entries(CatalogueKeys::notifiedPackages).isEmpty());
-}
-
-void PackagesTest::namesStayOneAcrossARestart()
-{
-    Fixture f;
-    f.start();
-    const QString marked = QChar(0xfeff) + u"Marked"_s;
-    const QByteArray list =
-        R"([{"Name":"\ufeffMarked","Prefix":"M","Version":"1","Published":"1","Platform":"Mac"},)"
-        R"({"Name":"Half \ud83d","Prefix":"H\uDC00","Version":"1","Published":"1","Platform":"Mac"}])";
-    for (int start = 0; start < 3; ++start) {
-        f.service.answerList({.status = 200, .body = list, .headers = {}, .error = {}});
-        QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
-        QVERIFY(f.flushed());
+    void namesStayOneAcrossARestart()
+    {
+        Fixture f;
         f.start();
-        QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
-        QCOMPARE(f.packages->packageRecords()[0].value(PackageKeys::prefix).toString(), u"H\uFFFD"_s);
+        const QString marked = QChar(0xfeff) + u"Marked"_s;
+        const QByteArray list =
+            R"([{"Name":"\ufeffMarked","Prefix":"M","Version":"1","Published":"1","Platform":"Mac"},)"
+            R"({"Name":"Half \ud83d","Prefix":"H\uDC00","Version":"1","Published":"1","Platform":"Mac"}])";
+        for (int start = 0; start < 3; ++start) {
+            f.service.answerList({.status = 200, .body = list});
+            QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
+            QVERIFY(f.flushed());
+            f.start();
+            QCOMPARE(f.names(), (QStringList{u"Half \uFFFD"_s, marked}));
+            QCOMPARE(f.packages->packageRecords()[0].value(PackageKeys::prefix).toString(), u"H\uFFFD"_s);
+        }
     }
-}
 
-void PackagesTest::aListThatBringsNothingNewWritesNothing()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    const QJsonArray list{
-        Fixture::package(u"A"_s, u"P"_s, u"https://x/a.png"_s), Fixture::package(u"B"_s, u"P"_s)};
-    packages.updateWithArray(list);
-    f.answerFile(200, "GIF89a...");
-    QTRY_VERIFY(!f.iconPath(u"A"_s).isEmpty());
-    const QString path = f.iconPath(u"A"_s);
-    QVERIFY(f.flushed());
-    FailingDisk::heal();
-    // The icon is dropped and comes again: the record ends as it was.
-    packages.updateWithArray(list);
-    f.answerFile(200, "GIF89a...");
-    QTRY_COMPARE(packages.packageRecords()[0].value(PackageKeys::iconPath).toString(), path);
-    QCOMPARE(f.iconPath(u"A"_s), path);
-    QVERIFY(f.flushed());
-    QCOMPARE(FailingDisk::bytes(), 0);
-    packages.updateWithArray(list);
-    f.answerFile(500, {});
-    QTRY_COMPARE(f.iconPath(u"A"_s), QString());
-}
+    void aListThatBringsNothingNewWritesNothing()
+    {
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        const QJsonArray list{package(u"A"_s, u"P"_s, u"https://x/a.png"_s), package(u"B"_s)};
+        packages.updateWithArray(list);
+        f.answerFile(200, "GIF89a...");
+        QTRY_VERIFY(!f.iconPath(u"A"_s).isEmpty());
+        const QString path = f.iconPath(u"A"_s);
+        QVERIFY(f.flushed());
+        FailingDisk::heal();
+        // The icon is dropped and comes again: the record ends as it was.
+        packages.updateWithArray(list);
+        f.answerFile(200, "GIF89a...");
+        QTRY_COMPARE(packages.packageRecords()[0].value(PackageKeys::iconPath).toString(), path);
+        QCOMPARE(f.iconPath(u"A"_s), path);
+        QVERIFY(f.flushed());
+        QCOMPARE(FailingDisk::bytes(), 0);
+        packages.updateWithArray(list);
+        f.answerFile(500, {});
+        QTRY_COMPARE(f.iconPath(u"A"_s), QString());
+    }
 
-void PackagesTest::statusesFollowEveryChange()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
-    const auto status = [&] {
-        return packages.packagesStatus().value(u"P"_s, PackageStatus::MissingData);
-    };
-    packages.updateWithArray({Fixture::package(u"A"_s, u"P"_s)});
-    QVERIFY(packages.updating());
-    QTRY_VERIFY(!settled.isEmpty());
-    QCOMPARE(status(), PackageStatus::MissingData);
-    f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)});
-    const QString target = f.target(u"A"_s, u"1.0"_s);
-    QTRY_COMPARE(status(), PackageStatus::NotUpdated);
-    writeInstalledPlugin(target, u"A"_s, u"2.0"_s, u"14.0"_s);
-    f.plugins.updateWithArray({});
-    QTRY_COMPARE(status(), PackageStatus::UpToDate);
-    f.targets.setTarget(target, false);
-    QTRY_COMPARE(status(), PackageStatus::MissingData);
-    QVERIFY(packages.statusTimer()->isActive());
-    QCOMPARE(packages.statusTimer()->interval(), 1000);
-}
-
-void PackagesTest::aChangeOfOnePluginIsCalculatedAlone()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    const QString target = f.target(u"A"_s, u"1.0"_s);
-    f.target(u"C"_s, u"1.0"_s);
-    f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1.0"_s, 140),
-        Fixture::build(u"A"_s, u"Q"_s, u"2.0"_s, 140), Fixture::build(u"C"_s, u"R"_s, u"2.0"_s, 140),
-        Fixture::build(u"A"_s, u"unpublished"_s, u"2.0"_s, 140)});
-    packages.updateWithArray({Fixture::package(u"a"_s, u"P"_s), Fixture::package(u"b"_s, u"Q"_s),
-        Fixture::package(u"c"_s, u"R"_s), Fixture::package(u"d"_s, u"R"_s)});
-    const auto statuses = [&] {
-        const auto &all = packages.packagesStatus();
-        return QList{all.value(u"P"_s), all.value(u"Q"_s), all.value(u"R"_s)};
-    };
-    using enum PackageStatus;
-    QTRY_COMPARE(statuses(), (QList{UpToDate, NotUpdated, NotUpdated}));
-    QTRY_VERIFY(!packages.updating() && !packages.needUpdate() && !packages.statusTimer()->isActive());
-    QCOMPARE(packages.updates(), 3);
-
-    // Another program updates both bundles; then one of them is told of.
-    writeInstalledPlugin(target, u"A"_s, u"2.0"_s, u"14.0"_s);
-    writeInstalledPlugin(target, u"C"_s, u"2.0"_s, u"14.0"_s);
-    setLogLevel(1);
-    LogCapture log;
-    f.plugins.announceChange({u"140:A_1.0"_s});
-    QTRY_VERIFY(!packages.updating());
-    setLogLevel(0);
-    QCOMPARE(statuses(), (QList{UpToDate, UpToDate, NotUpdated}));
-    QCOMPARE(packages.packagesStatus().size(), 3);
-    QCOMPARE(LogCapture::count(u"App version: 140"_s), 2); // whatever the catalogue's size
-    packages.notifyPackageStatuses();
-    QCOMPARE(packages.updates(), 2);
-    // When it is quiet, the rest is looked at too.
-    QTRY_COMPARE(statuses(), (QList{UpToDate, UpToDate, UpToDate}));
-    QTRY_COMPARE(packages.updates(), 0);
-    QVERIFY(f.state.entries(CatalogueKeys::notifiedPackages).isEmpty());
-}
-
-void PackagesTest::callsDuringACalculationAreServedAfterIt()
-{
-    Fixture f;
-    f.storePackages({{u"A"_s, Fixture::package(u"A"_s, u"P"_s)}});
-    BrevokPackages &packages = f.start();
-    QVERIFY(!packages.updating());
-    const QSignalSpy changed(&packages, &BrevokPackages::packagesStatusChanged);
-    const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
-    for (int i = 0; i < 10; ++i) {
-        packages.calculatePackageStatuses();
+    void statusesFollowEveryChange()
+    {
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
+        const auto status = [&] {
+            return packages.packagesStatus().value(u"P"_s, PackageStatus::MissingData);
+        };
+        packages.updateWithArray({package(u"A"_s)});
         QVERIFY(packages.updating());
+        QTRY_VERIFY(!settled.isEmpty());
+        QCOMPARE(status(), PackageStatus::MissingData);
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"2.0"_s)});
+        const QString target = f.target(u"A"_s, u"1.0"_s);
+        QTRY_COMPARE(status(), PackageStatus::NotUpdated);
+        writeInstalledPlugin(target, u"A"_s, u"2.0"_s, u"14.0"_s);
+        f.plugins.updateWithArray({});
+        QTRY_COMPARE(status(), PackageStatus::UpToDate);
+        f.targets.setTarget(target, false);
+        QTRY_COMPARE(status(), PackageStatus::MissingData);
+        QVERIFY(packages.statusTimer()->isActive());
+        QCOMPARE(packages.statusTimer()->interval(), 1000);
     }
-    QVERIFY(packages.needUpdate());
-    QTRY_COMPARE(settled.size(), 1);
-    QVERIFY(!packages.updating() && !packages.needUpdate());
-    QVERIFY(changed.size() <= 4);
-    packages.calculatePackageStatuses();
-    f.packages.reset(); // while it runs
-}
 
-void PackagesTest::usersCheckTellsOfNewUpdates_data()
-{
-    QTest::addColumn<int>("outdated");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("label");
-    QTest::addRow("none") << 0 << u"You're up-to-date!"_s << u"There are no new Plug-In updates available."_s;
-    QTest::addRow("one") << 1 << u"Plug-In update available!"_s << u"p0 Plug-In update is available."_s;
-    QTest::addRow("three") << 3 << u"Plug-In updates available!"_s
-                           << u"You have 3 Plug-In updates available."_s;
-}
+    void aChangeOfOnePluginIsCalculatedAlone()
+    {
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        const QString target = f.target(u"A"_s, u"1.0"_s);
+        f.target(u"C"_s, u"1.0"_s);
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"1.0"_s), build(u"A"_s, u"Q"_s, u"2.0"_s),
+            build(u"C"_s, u"R"_s, u"2.0"_s), build(u"A"_s, u"unpublished"_s, u"2.0"_s)});
+        packages.updateWithArray(
+            {package(u"a"_s), package(u"b"_s, u"Q"_s), package(u"c"_s, u"R"_s), package(u"d"_s, u"R"_s)});
+        const auto statuses = [&] {
+            const auto &all = packages.packagesStatus();
+            return QList{all.value(u"P"_s), all.value(u"Q"_s), all.value(u"R"_s)};
+        };
+        using enum PackageStatus;
+        QTRY_COMPARE(statuses(), (QList{UpToDate, NotUpdated, NotUpdated}));
+        QTRY_VERIFY(!packages.updating() && !packages.needUpdate() && !packages.statusTimer()->isActive());
+        QCOMPARE(packages.updates(), 3);
 
-void PackagesTest::usersCheckTellsOfNewUpdates()
-{
-    QFETCH(int, outdated);
-    QFETCH(QString, title);
-    QFETCH(QString, label);
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    QJsonArray list{Fixture::package(u"current"_s, u"C"_s)};
-    QJsonArray builds{Fixture::build(u"C"_s, u"C"_s, u"1.0"_s, 140)};
-    f.target(u"C"_s, u"1.0"_s);
-    for (int i = 0; i < outdated; ++i) {
-        const QString name = u"p%1"_s.arg(i);
-        list.append(Fixture::package(name, name));
-        builds.append(Fixture::build(name, name, u"2.0"_s, 140));
-        f.target(name, u"1.0"_s);
+        // Another program updates both bundles; then one of them is told of.
+        writeInstalledPlugin(target, u"A"_s, u"2.0"_s, u"14.0"_s);
+        writeInstalledPlugin(target, u"C"_s, u"2.0"_s, u"14.0"_s);
+        setLogLevel(1);
+        LogCapture log;
+        f.plugins.announceChange({u"140:A_1.0"_s});
+        QTRY_VERIFY(!packages.updating());
+        setLogLevel(0);
+        QCOMPARE(statuses(), (QList{UpToDate, UpToDate, NotUpdated}));
+        QCOMPARE(packages.packagesStatus().size(), 3);
+        QCOMPARE(LogCapture::count(u"App version: 140"_s), 2); // whatever the catalogue's size
+        packages.notifyPackageStatuses();
+        QCOMPARE(packages.updates(), 2);
+        // When it is quiet, the rest is looked at too.
+        QTRY_COMPARE(statuses(), (QList{UpToDate, UpToDate, UpToDate}));
+        QTRY_COMPARE(packages.updates(), 0);
+        QVERIFY(f.state.entries(CatalogueKeys::notifiedPackages).isEmpty());
     }
-    const QSignalSpy progress(&packages, &BrevokPackages::updateProgressWanted);
-    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-    const QSignalSpy count(&packages, &BrevokPackages::updatesChanged);
-    packages.checkForUpdates(false);
-    QCOMPARE(progress.size(), 1);
-    f.service.lists.removeFirst(); // of the start
-    f.service.answerList(Fixture::good(builds));
-    f.service.answerList(Fixture::good(list));
-    QTRY_COMPARE(result.size(), 1); // by way of the lazy notification
-    QCOMPARE(result[0][0].toString(), title);
-    QCOMPARE(result[0][1].toString(), label);
-    QCOMPARE(count.last()[0].toInt(), outdated);
-    QCOMPARE(packages.updates(), outdated);
-    QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), outdated);
-    packages.notifyPackageStatuses();
-    QCOMPARE(result.size(), 1);
-    packages.forgetNotified(u"p0"_s);
-    QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), qMax(outdated - 1, 0));
-}
 
-void PackagesTest::announcedOnceIsNotNew()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    f.plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)});
-    f.target(u"A"_s, u"1.0"_s);
-    packages.updateWithArray({Fixture::package(u"A"_s, u"P"_s)});
-    QTRY_COMPARE(packages.packagesStatus().value(u"P"_s), PackageStatus::NotUpdated);
-    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-    f.service.lists.clear();
-    for (const QString &title : {u"Plug-In update available!"_s, u"You're up-to-date!"_s}) {
+    void callsDuringACalculationAreServedAfterIt()
+    {
+        Fixture f;
+        f.storePackages({{u"A"_s, package(u"A"_s)}});
+        BrevokPackages &packages = f.start();
+        QVERIFY(!packages.updating());
+        const QSignalSpy changed(&packages, &BrevokPackages::packagesStatusChanged);
+        const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
+        for (int i = 0; i < 10; ++i) {
+            packages.calculatePackageStatuses();
+            QVERIFY(packages.updating());
+        }
+        QVERIFY(packages.needUpdate());
+        QTRY_COMPARE(settled.size(), 1);
+        QVERIFY(!packages.updating() && !packages.needUpdate());
+        QVERIFY(changed.size() <= 4);
+        packages.calculatePackageStatuses();
+        f.packages.reset(); // while it runs
+    }
+
+    void usersCheckTellsOfNewUpdates_data()
+    {
+        const auto row = UsersCheckTellsOfNewUpdates::declare();
+        row("none", 0, "You're up-to-date!", "There are no new Plug-In updates available.");
+        row("one", 1, "Plug-In update available!", "p0 Plug-In update is available.");
+        row("three", 3, "Plug-In updates available!", "You have 3 Plug-In updates available.");
+    }
+
+    void usersCheckTellsOfNewUpdates()
+    {
+        const auto [outdated, title, label] = UsersCheckTellsOfNewUpdates::row();
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        QJsonArray list{package(u"current"_s, u"C"_s)};
+        QJsonArray builds{build(u"C"_s, u"C"_s, u"1.0"_s)};
+        f.target(u"C"_s, u"1.0"_s);
+        for (int i = 0; i < outdated; ++i) {
+            const QString name = u"p%1"_s.arg(i);
+            list.append(package(name, name));
+            builds.append(build(name, name, u"2.0"_s));
+            f.target(name, u"1.0"_s);
+        }
+        const QSignalSpy progress(&packages, &BrevokPackages::updateProgressWanted);
+        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+        const QSignalSpy count(&packages, &BrevokPackages::updatesChanged);
         packages.checkForUpdates(false);
-        packages.notifyPackageStatuses(); // is too early: nobody has answered
-        f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)}));
-        f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
-        QTRY_COMPARE(result.value(result.size() - 1).value(0).toString(), title);
+        QCOMPARE(progress.size(), 1);
+        f.service.lists.removeFirst(); // of the start
+        f.service.answerList(good(builds));
+        f.service.answerList(good(list));
+        QTRY_COMPARE(result.size(), 1); // by way of the lazy notification
+        QCOMPARE(result[0][0].toString(), title);
+        QCOMPARE(result[0][1].toString(), label);
+        QCOMPARE(count.last()[0].toInt(), outdated);
+        QCOMPARE(packages.updates(), outdated);
+        QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), outdated);
+        packages.notifyPackageStatuses();
+        QCOMPARE(result.size(), 1);
+        packages.forgetNotified(u"p0"_s);
+        QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), qMax(outdated - 1, 0));
+    }
+
+    void announcedOnceIsNotNew()
+    {
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"2.0"_s)});
+        f.target(u"A"_s, u"1.0"_s);
+        packages.updateWithArray({package(u"A"_s)});
+        QTRY_COMPARE(packages.packagesStatus().value(u"P"_s), PackageStatus::NotUpdated);
+        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+        f.service.lists.clear();
+        for (const QString &title : {u"Plug-In update available!"_s, u"You're up-to-date!"_s}) {
+            packages.checkForUpdates(false);
+            packages.notifyPackageStatuses(); // is too early: nobody has answered
+            f.service.answerList(good({build(u"A"_s, u"P"_s, u"2.0"_s)}));
+            f.service.answerList(good({package(u"A"_s)}));
+            QTRY_COMPARE(result.value(result.size() - 1).value(0).toString(), title);
+            QCOMPARE(packages.updates(), 1);
+        }
+        QCOMPARE(result.size(), 2);
+    }
+
+    void ownCheckIsNotDoneBeforeItsLists()
+    {
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        f.target(u"A"_s, u"1.0"_s);
+        f.service.lists.clear();
+        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+        const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+        const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
+        packages.checkForUpdates(false);
+        f.service.answerList({.status = 500});
+        packages.checkForUpdates(false); // takes the place of the first one, whose end tells nothing
+        f.service.answerList(good({package(u"A"_s)}));
+        f.service.answerList(good({build(u"A"_s, u"P"_s, u"2.0"_s)}));
+        QTRY_VERIFY(!settled.isEmpty() && !packages.updating() && !packages.needUpdate());
+        packages.notifyPackageStatuses();
         QCOMPARE(packages.updates(), 1);
+        QVERIFY(result.isEmpty());
+        packages.checkForUpdates(); // nor does an automatic check end it
+        f.service.lists.swapItemsAt(0, 1);
+        f.service.answerList({.status = 500});
+        f.service.answerList(good({package(u"A"_s)}));
+        QTRY_COMPARE(result.size(), 1);
+        // What became known while the check was under way is new.
+        QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
+        QVERIFY(failed.isEmpty());
     }
-    QCOMPARE(result.size(), 2);
-}
 
-void PackagesTest::ownCheckIsNotDoneBeforeItsLists()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    f.target(u"A"_s, u"1.0"_s);
-    f.service.lists.clear();
-    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-    const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
-    const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
-    packages.checkForUpdates(false);
-    f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
-    packages.checkForUpdates(false); // takes the place of the first one, whose end tells nothing
-    f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
-    f.service.answerList(Fixture::good({Fixture::build(u"A"_s, u"P"_s, u"2.0"_s, 140)}));
-    QTRY_VERIFY(!settled.isEmpty() && !packages.updating() && !packages.needUpdate());
-    packages.notifyPackageStatuses();
-    QCOMPARE(packages.updates(), 1);
-    QVERIFY(result.isEmpty());
-    packages.checkForUpdates(); // nor does an automatic check end it
-    f.service.lists.swapItemsAt(0, 1);
-    f.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
-    f.service.answerList(Fixture::good({Fixture::package(u"A"_s, u"P"_s)}));
-    QTRY_COMPARE(result.size(), 1);
-    // What became known while the check was under way is new.
-    QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
-    QVERIFY(failed.isEmpty());
-}
-
-void PackagesTest::failedOwnCheckHasNoResult_data()
-{
-    QTest::addColumn<int>("failing"); // of the two requests
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QString>("cause");
-    QTest::addRow("no list") << 0 << 200 << u"Unexpected server response."_s;
-    QTest::addRow("no list of packages") << 1 << 200 << u"Unexpected server response."_s;
-    QTest::addRow("status") << 0 << 503 << u"Server responded with HTTP code: 503."_s;
-    QTest::addRow("transport") << 1 << 0 << u"it broke"_s;
-    QTest::addRow("no network") << -1 << 0 << u"Network is unreachable. Is your internet connection down?"_s;
-}
-
-void PackagesTest::failedOwnCheckHasNoResult()
-{
-    QFETCH(int, failing);
-    QFETCH(int, status);
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    f.service.lists.clear();
-    f.service.reachable = failing >= 0;
-    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-    const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
-    packages.checkForUpdates(false);
-    for (int i = 0; f.service.reachable && i < 2; ++i) {
-        const ServiceReply bad{.status = status,
-            .body = "<html></html>",
-            .headers = {},
-            .error = status == 0 ? std::optional(BrevokError{.description = u"it broke"_s}) : std::nullopt};
-        f.service.answerList(i == failing ? bad : Fixture::good({}));
+    void failedOwnCheckHasNoResult_data()
+    {
+        const auto row = FailedOwnCheckHasNoResult::declare();
+        row("no list", 0, 200, "Unexpected server response.");
+        row("no list of packages", 1, 200, "Unexpected server response.");
+        row("status", 0, 503, "Server responded with HTTP code: 503.");
+        row("transport", 1, 0, "it broke");
+        row("no network", -1, 0, "Network is unreachable. Is your internet connection down?");
     }
-    QTRY_COMPARE(failed.size(), 1);
-    QTEST(failed[0][0].toString(), "cause");
-    QTRY_VERIFY(!packages.updating());
-    packages.notifyPackageStatuses();
-    QVERIFY(result.isEmpty());
-}
 
-void PackagesTest::whatAFailedOwnCheckFoundIsToldLater()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    f.target(u"p"_s, u"1.0"_s);
-    const QJsonArray builds{Fixture::build(u"p"_s, u"p"_s, u"2.0"_s, 140)};
-    const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-    const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
-    f.service.answerList(
-        Fixture::good({Fixture::package(u"p"_s, u"p"_s)})); // at the start, with no build for it
-    f.service.lists.clear();
-    packages.checkForUpdates(false);
-    f.service.answerList(Fixture::good(builds));
-    f.service.answerList({.status = 503, .body = {}, .headers = {}, .error = {}});
-    QTRY_COMPARE(failed.size(), 1);
-    QTRY_COMPARE(packages.updates(), 1);
-    QVERIFY(result.isEmpty());
-    packages.checkForUpdates(false);
-    f.service.answerList(Fixture::good(builds));
-    f.service.answerList(Fixture::good({Fixture::package(u"p"_s, u"p"_s)}));
-    QTRY_COMPARE(result.size(), 1);
-    QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
-}
-
-void PackagesTest::veryLongListsAreTaken()
-{
-    Fixture f;
-    BrevokPackages &packages = f.start();
-    QJsonArray list;
-    for (int i = 0; i < 100000; ++i) {
-        list.append(i % 10 == 0 ? QJsonValue(u"x"_s)
-                                : QJsonValue(Fixture::package(QString::number(i), QString::number(i / 3))));
+    void failedOwnCheckHasNoResult()
+    {
+        // failing: of the two requests
+        const auto [failing, status, cause] = FailedOwnCheckHasNoResult::row();
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        f.service.lists.clear();
+        f.service.reachable = failing >= 0;
+        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+        const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+        packages.checkForUpdates(false);
+        for (int i = 0; f.service.reachable && i < 2; ++i) {
+            const ServiceReply bad{.status = status,
+                .body = "<html></html>",
+                .headers = {},
+                .error =
+                    status == 0 ? std::optional(BrevokError{.description = u"it broke"_s}) : std::nullopt};
+            f.service.answerList(i == failing ? bad : good({}));
+        }
+        QTRY_COMPARE(failed.size(), 1);
+        QCOMPARE(failed[0][0].toString(), cause);
+        QTRY_VERIFY(!packages.updating());
+        packages.notifyPackageStatuses();
+        QVERIFY(result.isEmpty());
     }
-    const LogCapture log;
-    f.service.lists.clear();
-    packages.checkForUpdates();
-    f.service.answerList(Fixture::good(list));
-    QCOMPARE(packages.packageRecords().size(), 90000);
-    QCOMPARE(LogCapture::count(u"package is not nsdirectory!"_s), 10000);
-    QTRY_VERIFY(!packages.updating());
-}
+
+    void whatAFailedOwnCheckFoundIsToldLater()
+    {
+        Fixture f;
+        BrevokPackages &packages = f.start();
+        f.target(u"p"_s, u"1.0"_s);
+        const QJsonArray builds{build(u"p"_s, u"p"_s, u"2.0"_s)};
+        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
+        const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+        f.service.answerList(good({package(u"p"_s, u"p"_s)})); // at the start, with no build for it
+        f.service.lists.clear();
+        packages.checkForUpdates(false);
+        f.service.answerList(good(builds));
+        f.service.answerList({.status = 503});
+        QTRY_COMPARE(failed.size(), 1);
+        QTRY_COMPARE(packages.updates(), 1);
+        QVERIFY(result.isEmpty());
+        packages.checkForUpdates(false);
+        f.service.answerList(good(builds));
+        f.service.answerList(good({package(u"p"_s, u"p"_s)}));
+        QTRY_COMPARE(result.size(), 1);
+        QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);
+    }
+};
 
 QTEST_GUILESS_MAIN(PackagesTest)
 #include "test_packages.moc"

@@ -4,6 +4,7 @@
 #include "CatalogueFixture.h"
 #include "foundation/Secrets.h"
 #include "service/ReplyDecoding.h"
+#include "support/Columns.h"
 #include "support/LogCapture.h"
 
 #include <QRegularExpression>
@@ -23,357 +24,246 @@ constexpr auto incomplete = "incomming plugin package do not containe necessary 
 
 } // namespace
 
+using ElementsAreChecked = Columns<QJsonValue, bool, QString>;
+using NewestBuildIsSelected = Columns<QString, QString, QString>;
+using UnlistedBuildsAreDropped = Columns<QJsonArray, QStringList>;
+using BuildForAHost = Columns<QString, QString>;
+using RepliesAreHandled = Columns<int, QByteArray, double, int, QString, QStringList>;
+
 class PluginsTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void elementsAreChecked_data();
-    void elementsAreChecked();
-    void newestBuildIsSelected_data();
-    void newestBuildIsSelected();
-    void oneDefinitionPerBuild();
-    void newVersionTakesThePlaceOfTheOld();
-    void serviceCannotSetLocalState();
-    void unlistedBuildsAreDropped_data();
-    void unlistedBuildsAreDropped();
-    void buildForAHost_data();
-    void buildForAHost();
-    void repliesAreHandled_data();
-    void repliesAreHandled();
-    void unreachableServiceIsNotAsked();
-    void timerAsksAgain();
-    void veryLongListsAreTaken();
+    void elementsAreChecked_data()
+    {
+        const auto row = ElementsAreChecked::declare();
+        const Record good = build(u"A"_s, u"P"_s, u"1.0"_s);
+        const auto mutated = [&](const char *key, const QJsonValue &value) {
+            return QJsonValue(with(good, QString::fromLatin1(key), value));
+        };
+        const QJsonValue absent(QJsonValue::Undefined);
+        row("good", good, true, "");
+        row("text", u"x"_s, false, notDictionary);
+        row("nothing", QJsonValue(), false, notDictionary);
+        row("list", QJsonArray{good}, false, notDictionary);
+        row("other platform", mutated("Platform", u"Win"_s), false, "");
+        row("no platform", mutated("Platform", absent), false, "");
+        row("numeric platform", mutated("Platform", 1), false, "");
+        row("number for name", mutated("Name", 7), false, incomplete);
+        row("empty name", mutated("Name", u""_s), false, incomplete);
+        row("text for size", mutated("Size", u"10"_s), false, incomplete);
+        row("boolean for size", mutated("Size", true), true, "");
+        row("no prefix", mutated("Prefix", absent), false, incomplete);
+        row("empty link", mutated("Link", u""_s), false, incomplete);
+        row("number for version", mutated("Version", 1.0), false, incomplete);
+        row("text for host", mutated("HostVersion", u"140"_s), false, incomplete);
+        row("list for published", mutated("Published", QJsonArray()), false, incomplete);
+    }
+
+    void elementsAreChecked()
+    {
+        const auto [element, taken, line] = ElementsAreChecked::row();
+        PluginsFixture f;
+        const LogCapture log;
+        f.plugins.updateWithArray({element});
+        QCOMPARE(f.plugins.pluginIndex().contains(u"P"_s), taken);
+        QCOMPARE(LogCapture::lines(), line.isEmpty() ? QStringList() : QStringList(line));
+    }
+
+    void newestBuildIsSelected_data()
+    {
+        const auto row = NewestBuildIsSelected::declare();
+        row("later is newer", "1.9", "1.10", "second");
+        row("earlier is newer", "1.10", "1.9", "first");
+        row("same", "1.0", "1.0", "second");
+        row("same but for zeros", "1.0", "1.0.0", "second");
+    }
+
+    void newestBuildIsSelected()
+    {
+        const auto [first, second, link] = NewestBuildIsSelected::row();
+        PluginsFixture f;
+        f.plugins.updateWithArray(
+            {build(u"A"_s, u"P"_s, first, 140, u"first"_s), build(u"A"_s, u"P"_s, second, 140, u"second"_s),
+                build(u"A"_s, u"P"_s, u"0.1"_s, 150, u"other"_s)});
+        const QList<DefinitionPtr> definitions = f.plugins.pluginIndex().value(u"P"_s);
+        QCOMPARE(definitions.size(), 2);
+        QCOMPARE(definitions[0]->record.value(PluginKeys::link).toString(), link);
+    }
+
+    void oneDefinitionPerBuild()
+    {
+        PluginsFixture f;
+        f.plugins.updateWithArray({build(u"A"_s), with(build(u"A"_s, u"Q"_s), u"Extra"_s, 5)});
+        const DefinitionPtr shared = f.plugins.definition(u"140:A_1"_s);
+        QVERIFY(shared);
+        QCOMPARE(f.plugins.pluginIndex().value(u"P"_s), QList{shared});
+        QCOMPARE(f.plugins.pluginIndex().value(u"Q"_s), QList{shared});
+        QCOMPARE(shared->record.value(PluginKeys::prefixes).toArray(), (QJsonArray{u"P"_s, u"Q"_s}));
+
+        f.plugins.change({u"140:A_1"_s}, [&] {
+            shared->record.insert(PluginKeys::commandQueue, queueOf(u"/a"_s));
+            shared->record.insert(PluginKeys::savedVersion, u"1"_s);
+        });
+        Record again = build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/new.zip"_s);
+        again = with(with(again, u"Size"_s, 99), u"Published"_s, u"later"_s);
+        f.plugins.updateWithArray({again});
+        QCOMPARE(shared->record.value(PluginKeys::link).toString(), u"https://x/new.zip"_s);
+        QCOMPARE(shared->record.value(PluginKeys::size).toInt(), 99);
+        QCOMPARE(shared->record.value(PluginKeys::published).toString(), u"2024-01-01"_s);
+        QCOMPARE(shared->record.value(PluginKeys::commandQueue).toArray(), queueOf(u"/a"_s));
+        QCOMPARE(shared->record.value(PluginKeys::savedVersion).toString(), u"1"_s);
+        QCOMPARE(f.plugins.pluginIndex().value(u"Q"_s), QList{shared});
+    }
+
+    void unlistedBuildsAreDropped_data()
+    {
+        const auto row = UnlistedBuildsAreDropped::declare();
+        const Record a = build(u"A"_s);
+        const Record c = build(u"C"_s);
+        row("shorter", QJsonArray{a}, {u"140:A_1"_s});
+        row("another build", QJsonArray{c, a}, {u"140:A_1"_s, u"140:C_1"_s});
+        row("nothing listed", {}, {u"140:A_1"_s, u"140:B_1"_s});
+        // Both elements belong at one place, so the counts agree although B is not listed.
+        row("as long", QJsonArray{a, build(u"A"_s, u"P"_s, u"1"_s, 140.5)}, {u"140.5:A_1"_s, u"140:B_1"_s});
+    }
+
+    void unlistedBuildsAreDropped()
+    {
+        const auto [reply, left] = UnlistedBuildsAreDropped::row();
+        PluginsFixture f;
+        f.plugins.updateWithArray({build(u"A"_s), build(u"B"_s), build(u"Z"_s, u"Q"_s)});
+        bool seenByObservers = false;
+        connect(&f.plugins, &BrevokPlugins::pluginsChanged, this,
+            [&] { seenByObservers = buildsOf(f.plugins, u"P"_s).contains(u"140:B_1"_s); });
+        f.plugins.updateWithArray(reply);
+        QVERIFY(seenByObservers);
+        QCOMPARE(buildsOf(f.plugins, u"P"_s), left);
+        QCOMPARE(buildsOf(f.plugins, u"Q"_s), QStringList{u"140:Z_1"_s});
+        QVERIFY(f.plugins.definition(u"140:B_1"_s));
+        QCOMPARE(definitionsIn(f.state, u"P"_s).size(), left.size());
+    }
+
+    void buildForAHost_data()
+    {
+        const auto row = BuildForAHost::declare();
+        row("first match wins", "75", "70:A_1");
+        row("lower major", "69", QString());
+        row("second major", "83", "80:A_1");
+        row("no number", "CC", QString());
+    }
+
+    void buildForAHost()
+    {
+        const auto [version, key] = BuildForAHost::row();
+        PluginsFixture f;
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"1"_s, 70), build(u"A"_s, u"P"_s, u"1"_s, 75),
+            build(u"A"_s, u"P"_s, u"1"_s, 80)});
+        const DefinitionPtr found = f.plugins.pluginWithPrefix(u"P"_s, version);
+        QCOMPARE(found ? buildKey(found->record) : QString(), key);
+        QVERIFY(!f.plugins.pluginWithPrefix(u"Q"_s, version));
+    }
+
+    void repliesAreHandled_data()
+    {
+        const auto row = RepliesAreHandled::declare();
+        const QStringList failed{u"Plugins update failed with error"_s};
+        const QStringList reset{u"Error: reset"_s, u"  {Description = \"reset\"}"_s};
+        const QStringList illegal{u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
+        const auto bad = [](int bytes, const QString &text) {
+            return QStringList{u"Plugins definitions update failed!"_s,
+                u"Received %1 bytes of data"_s.arg(bytes), u"Response string: "_s + text};
+        };
+        row("error", 0, {}, -30.0, 60, QString(), failed + reset);
+        row("error, date ahead", 0, {}, 8.5, 60, "8", failed);
+        row("error, not far ahead", 0, {}, 6.9, 60, QString(), failed + reset);
+        row("empty list", 200, "[]", -30.0, 3600, QString(), {});
+        row("dictionary", 200, "{\"a\":1}", -10.5, 3600, "-10", bad(7, u"{\"a\":1}"_s));
+        row("256 characters", 200, QByteArray(256, 'x'), 0.5, 3600, "0",
+            bad(256, QString(256, u'x')) + illegal);
+        row("257 characters", 200, QByteArray("\xc3\xa4").repeated(257), 0.5, 3600, "0",
+            bad(514, QString(256, QChar(0xe4))) + illegal);
+        keepSecret(u"the session-7"_s);
+        row("page that repeats the request", 200,
+            "<pre>Cookie:\x1b SessionId=the session-7\n\"the+session-7\"</pre>", 0.5, 3600, "0",
+            bad(59, u"<pre>Cookie:  SessionId=(not logged) \"(not logged)\"</pre>"_s) + illegal);
+        row("304", 304, "[]", -30.0, -1, QString(),
+            {u"Plugins update failed with response: 304 - not modified"_s});
+        row("500", 500, "[]", -30.0, -1, QString(),
+            {u"Plugins update failed with response: 500 - internal server error"_s});
+        row("short code", 7, {}, -30.0, -1, QString(),
+            {u"Plugins update failed with response: 007 - "_s + localizedStringForStatusCode(7)});
+    }
+
+    void repliesAreHandled()
+    {
+        // daysAhead: of the stored date
+        // seconds: until the next check
+        // alert: days it tells
+        const auto [status, body, daysAhead, seconds, alert, lines] = RepliesAreHandled::row();
+        Fixture f;
+        const QDateTime date =
+            QDateTime::currentDateTimeUtc().addSecs(static_cast<qint64>(daysAhead * 86400));
+        f.state.setDate(CatalogueKeys::pluginsUpdateDate, date);
+        BrevokPlugins plugins(f.state, f.service, f.alerts);
+        plugins.start();
+        QCOMPARE(f.service.lists.size(), 1);
+        QCOMPARE(f.service.lists[0].path, u"/api/plugin/list"_s);
+        QVERIFY(!plugins.updateTimer()->isActive());
+        plugins.updateTimer()->start(5000000);
+
+        const QSignalSpy finished(&plugins, &BrevokPlugins::checkFinished);
+        const LogCapture log;
+        ServiceReply reply{.status = status, .body = body};
+        if (status == 0) {
+            reply.error = BrevokError{.description = u"reset"_s};
+        }
+        f.service.answerList(reply);
+
+        const bool good = status == 200 && body == "[]";
+        QCOMPARE(finished.size(), 1);
+        QCOMPARE(finished[0][0].toBool(), good);
+        QCOMPARE(plugins.updateTimer()->isActive(), seconds > 0);
+        if (seconds > 0) {
+            QCOMPARE(plugins.updateTimer()->interval(), seconds * 1000);
+            QVERIFY(plugins.updateTimer()->isSingleShot());
+        }
+        QCOMPARE(f.presenter.shown.size(), alert.isEmpty() ? 0 : 1);
+        QStringList expected = lines;
+        if (!alert.isEmpty()) {
+            const QString text = u"Unable to contact the Tolvane Brevok server for %1 days."_s.arg(alert);
+            const AlertContent &shown = f.presenter.shown[0];
+            QCOMPARE(shown.messageText, u"Failed to update Plug-Ins data"_s);
+            QCOMPARE(shown.informativeText, text);
+            QCOMPARE(shown.buttons.size(), 1);
+            QCOMPARE(shown.buttons[0].title, u"OK"_s);
+            expected.insert(status == 0 ? 1 : 0, u"Alert: Failed to update Plug-Ins data\n"_s + text);
+        }
+        QCOMPARE(LogCapture::lines(), expected);
+        const QDateTime kept = f.state.date(CatalogueKeys::pluginsUpdateDate);
+        QCOMPARE(kept == date, !good);
+        plugins.updateTimer()->start(0);
+        QTRY_COMPARE(f.service.lists.size(), 1); // asked for again
+    }
+
+    void veryLongListsAreTaken()
+    {
+        PluginsFixture f;
+        QJsonArray list;
+        for (int i = 0; i < 100000; ++i) {
+            list.append(
+                i % 10 == 0 ? QJsonValue(i) : QJsonValue(build(QString::number(i), u"P"_s, u"1"_s, 140)));
+        }
+        const LogCapture log;
+        f.service.answerList(good(list));
+        QTRY_COMPARE(f.plugins.pluginIndex().value(u"P"_s).size(), 90000);
+        QCOMPARE(LogCapture::count(QString::fromLatin1(notDictionary)), 10000);
+        f.plugins.updateWithArray(list);
+        QCOMPARE(f.plugins.pluginIndex().value(u"P"_s).size(), 90000);
+    }
 };
-
-void PluginsTest::elementsAreChecked_data()
-{
-    QTest::addColumn<QJsonValue>("element");
-    QTest::addColumn<bool>("taken");
-    QTest::addColumn<QString>("line");
-    const Record good = Fixture::build(u"A"_s, u"P"_s, u"1.0"_s, 140);
-    const auto row = [](const char *title, const QJsonValue &element, bool taken, const char *line = "") {
-        QTest::addRow("%s", title) << element << taken << QString::fromLatin1(line);
-    };
-    const auto mutated = [&](const char *key, const QJsonValue &value) {
-        return QJsonValue(Fixture::with(good, QString::fromLatin1(key), value));
-    };
-    const QJsonValue absent(QJsonValue::Undefined);
-    row("good", good, true);
-    row("text", u"x"_s, false, notDictionary);
-    row("nothing", QJsonValue(), false, notDictionary);
-    row("list", QJsonArray{good}, false, notDictionary);
-    row("other platform", mutated("Platform", u"Win"_s), false);
-    row("no platform", mutated("Platform", absent), false);
-    row("numeric platform", mutated("Platform", 1), false);
-    row("number for name", mutated("Name", 7), false, incomplete);
-    row("empty name", mutated("Name", u""_s), false, incomplete);
-    row("text for size", mutated("Size", u"10"_s), false, incomplete);
-    row("boolean for size", mutated("Size", true), true);
-    row("no prefix", mutated("Prefix", absent), false, incomplete);
-    row("empty link", mutated("Link", u""_s), false, incomplete);
-    row("number for version", mutated("Version", 1.0), false, incomplete);
-    row("text for host", mutated("HostVersion", u"140"_s), false, incomplete);
-    row("list for published", mutated("Published", QJsonArray()), false, incomplete);
-}
-
-void PluginsTest::elementsAreChecked()
-{
-    QFETCH(QJsonValue, element);
-    QFETCH(bool, taken);
-    QFETCH(QString, line);
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    const LogCapture log;
-    plugins.updateWithArray({element});
-    QCOMPARE(plugins.pluginIndex().contains(u"P"_s), taken);
-    QCOMPARE(LogCapture::lines(), line.isEmpty() ? QStringList() : QStringList(line));
-}
-
-void PluginsTest::newestBuildIsSelected_data()
-{
-    QTest::addColumn<QString>("first");
-    QTest::addColumn<QString>("second");
-    QTest::addColumn<QString>("link");
-    QTest::addRow("later is newer") << u"1.9"_s << u"1.10"_s << u"second"_s;
-    QTest::addRow("earlier is newer") << u"1.10"_s << u"1.9"_s << u"first"_s;
-    QTest::addRow("same") << u"1.0"_s << u"1.0"_s << u"second"_s;
-    QTest::addRow("same but for zeros") << u"1.0"_s << u"1.0.0"_s << u"second"_s;
-}
-
-void PluginsTest::newestBuildIsSelected()
-{
-    QFETCH(QString, first);
-    QFETCH(QString, second);
-    QFETCH(QString, link);
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, first, 140, u"first"_s),
-        Fixture::build(u"A"_s, u"P"_s, second, 140, u"second"_s),
-        Fixture::build(u"A"_s, u"P"_s, u"0.1"_s, 150, u"other"_s)});
-    const QList<DefinitionPtr> definitions = plugins.pluginIndex().value(u"P"_s);
-    QCOMPARE(definitions.size(), 2);
-    QCOMPARE(definitions[0]->record.value(PluginKeys::link).toString(), link);
-}
-
-void PluginsTest::oneDefinitionPerBuild()
-{
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
-        Fixture::with(Fixture::build(u"A"_s, u"Q"_s, u"1"_s, 140), u"Extra"_s, 5)});
-    const DefinitionPtr shared = plugins.definition(u"140:A_1"_s);
-    QVERIFY(shared);
-    QCOMPARE(plugins.pluginIndex().value(u"P"_s), QList{shared});
-    QCOMPARE(plugins.pluginIndex().value(u"Q"_s), QList{shared});
-    QCOMPARE(shared->record.value(PluginKeys::prefixes).toArray(), (QJsonArray{u"P"_s, u"Q"_s}));
-
-    plugins.change({u"140:A_1"_s}, [&] {
-        shared->record.insert(PluginKeys::commandQueue, Fixture::queueOf(u"/a"_s));
-        shared->record.insert(PluginKeys::savedVersion, u"1"_s);
-    });
-    Record again = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/new.zip"_s);
-    again = Fixture::with(Fixture::with(again, u"Size"_s, 99), u"Published"_s, u"later"_s);
-    plugins.updateWithArray({again});
-    QCOMPARE(shared->record.value(PluginKeys::link).toString(), u"https://x/new.zip"_s);
-    QCOMPARE(shared->record.value(PluginKeys::size).toInt(), 99);
-    QCOMPARE(shared->record.value(PluginKeys::published).toString(), u"2024-01-01"_s);
-    QCOMPARE(shared->record.value(PluginKeys::commandQueue).toArray(), Fixture::queueOf(u"/a"_s));
-    QCOMPARE(shared->record.value(PluginKeys::savedVersion).toString(), u"1"_s);
-    QCOMPARE(plugins.pluginIndex().value(u"Q"_s), QList{shared});
-}
-
-void PluginsTest::newVersionTakesThePlaceOfTheOld()
-{
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    const Record other = Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140);
-    plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140), other});
-    plugins.updateWithArray({other, Fixture::build(u"A"_s, u"P"_s, u"2"_s, 140)});
-    QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), (QStringList{u"140:A_2"_s, u"140:B_1"_s}));
-    QVERIFY(plugins.definition(u"140:A_1"_s));
-}
-
-void PluginsTest::serviceCannotSetLocalState()
-{
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    Record record = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
-    record = Fixture::with(record, u"CommandQueue"_s, Fixture::queueOf(u"/etc"_s));
-    record = Fixture::with(record, u"SavedVersion"_s, u"1"_s);
-    record = Fixture::with(record, u"Prefixes"_s, 7);
-    plugins.updateWithArray({Fixture::with(record, u"Unknown"_s, QJsonArray{1, u"x"_s})});
-    const Record kept = plugins.definition(u"140:A_1"_s)->record;
-    QVERIFY(!plugins.hasUnfinishedActions() && !kept.contains(PluginKeys::savedVersion));
-    QCOMPARE(kept.value(PluginKeys::prefixes).toArray(), QJsonArray{u"P"_s});
-    QCOMPARE(kept.value("Unknown"_L1).toArray(), (QJsonArray{1, u"x"_s}));
-}
-
-void PluginsTest::unlistedBuildsAreDropped_data()
-{
-    QTest::addColumn<QJsonArray>("reply");
-    QTest::addColumn<QStringList>("left");
-    const Record a = Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140);
-    const Record c = Fixture::build(u"C"_s, u"P"_s, u"1"_s, 140);
-    QTest::addRow("shorter") << QJsonArray{a} << QStringList{u"140:A_1"_s};
-    QTest::addRow("another build") << QJsonArray{c, a} << QStringList{u"140:A_1"_s, u"140:C_1"_s};
-    QTest::addRow("nothing listed") << QJsonArray() << QStringList{u"140:A_1"_s, u"140:B_1"_s};
-    // Both elements belong at one place, so the counts agree although B is not listed.
-    QTest::addRow("as long") << QJsonArray{a, Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140.5)}
-                             << QStringList{u"140.5:A_1"_s, u"140:B_1"_s};
-}
-
-void PluginsTest::unlistedBuildsAreDropped()
-{
-    QFETCH(QJsonArray, reply);
-    QFETCH(QStringList, left);
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 140),
-        Fixture::build(u"B"_s, u"P"_s, u"1"_s, 140), Fixture::build(u"Z"_s, u"Q"_s, u"1"_s, 140)});
-    bool seenByObservers = false;
-    connect(&plugins, &BrevokPlugins::pluginsChanged, this,
-        [&] { seenByObservers = Fixture::buildsOf(plugins, u"P"_s).contains(u"140:B_1"_s); });
-    plugins.updateWithArray(reply);
-    QVERIFY(seenByObservers);
-    QCOMPARE(Fixture::buildsOf(plugins, u"P"_s), left);
-    QCOMPARE(Fixture::buildsOf(plugins, u"Q"_s), QStringList{u"140:Z_1"_s});
-    QVERIFY(plugins.definition(u"140:B_1"_s));
-    QCOMPARE(definitionsIn(f.state, u"P"_s).size(), left.size());
-}
-
-void PluginsTest::buildForAHost_data()
-{
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<QString>("key");
-    QTest::addRow("first match wins") << u"75"_s << u"70:A_1"_s;
-    QTest::addRow("lower major") << u"69"_s << QString();
-    QTest::addRow("second major") << u"83"_s << u"80:A_1"_s;
-    QTest::addRow("no number") << u"CC"_s << QString();
-}
-
-void PluginsTest::buildForAHost()
-{
-    QFETCH(QString, version);
-    QFETCH(QString, key);
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    plugins.updateWithArray({Fixture::build(u"A"_s, u"P"_s, u"1"_s, 70),
-        Fixture::build(u"A"_s, u"P"_s, u"1"_s, 75), Fixture::build(u"A"_s, u"P"_s, u"1"_s, 80)});
-    const DefinitionPtr found = plugins.pluginWithPrefix(u"P"_s, version);
-    QCOMPARE(found ? buildKey(found->record) : QString(), key);
-    QVERIFY(!plugins.pluginWithPrefix(u"Q"_s, version));
-}
-
-void PluginsTest::repliesAreHandled_data()
-{
-    QTest::addColumn<int>("status");
-    QTest::addColumn<QByteArray>("body");
-    QTest::addColumn<double>("daysAhead"); // of the stored date
-    QTest::addColumn<int>("seconds"); // until the next check
-    QTest::addColumn<QString>("alert"); // days it tells
-    QTest::addColumn<QStringList>("lines");
-    const auto response = [](const QString &text) {
-        return u"Response string: "_s + text;
-    };
-    const QStringList failed{u"Plugins update failed with error"_s};
-    const QStringList bad{u"Plugins definitions update failed!"_s};
-    const QStringList reset{u"Error: reset"_s, u"  {Description = \"reset\"}"_s};
-    QTest::addRow("error") << 0 << QByteArray() << -30.0 << 60 << QString() << failed + reset;
-    QTest::addRow("error, date ahead") << 0 << QByteArray() << 8.5 << 60 << u"8"_s << failed;
-    QTest::addRow("error, not far ahead") << 0 << QByteArray() << 6.9 << 60 << QString() << failed + reset;
-    QTest::addRow("empty list") << 200 << QByteArray("[]") << -30.0 << 3600 << QString() << QStringList();
-    QTest::addRow("dictionary") << 200 << QByteArray("{\"a\":1}") << -10.5 << 3600 << u"-10"_s
-                                << bad + QStringList{u"Received 7 bytes of data"_s, response(u"{\"a\":1}"_s)};
-    QTest::addRow("256 characters") << 200 << QByteArray(256, 'x') << 0.5 << 3600 << u"0"_s
-                                    << bad
-            + QStringList{u"Received 256 bytes of data"_s, response(QString(256, u'x')),
-                u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
-    QTest::addRow("257 characters") << 200 << QByteArray("\xc3\xa4").repeated(257) << 0.5 << 3600 << u"0"_s
-                                    << bad
-            + QStringList{u"Received 514 bytes of data"_s, response(QString(256, QChar(0xe4))),
-                u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
-    keepSecret(u"the session-7"_s);
-    QTest::addRow("page that repeats the request")
-        << 200 << QByteArray("<pre>Cookie:\x1b SessionId=the session-7\n\"the+session-7\"</pre>") << 0.5
-        << 3600 << u"0"_s
-        << bad
-            + QStringList{u"Received 59 bytes of data"_s,
-                response(u"<pre>Cookie:  SessionId=(not logged) \"(not logged)\"</pre>"_s),
-                u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
-    QTest::addRow("304") << 304 << QByteArray("[]") << -30.0 << -1 << QString()
-                         << QStringList{u"Plugins update failed with response: 304 - not modified"_s};
-    QTest::addRow("500") << 500 << QByteArray("[]") << -30.0 << -1 << QString()
-                         << QStringList{
-                                u"Plugins update failed with response: 500 - internal server error"_s};
-    QTest::addRow("short code") << 7 << QByteArray() << -30.0 << -1 << QString()
-                                << QStringList{u"Plugins update failed with response: 007 - "_s
-                                       + localizedStringForStatusCode(7)};
-}
-
-void PluginsTest::repliesAreHandled()
-{
-    QFETCH(int, status);
-    QFETCH(QByteArray, body);
-    QFETCH(double, daysAhead);
-    QFETCH(int, seconds);
-    QFETCH(QString, alert);
-    QFETCH(QStringList, lines);
-    Fixture f;
-    const QDateTime date = QDateTime::currentDateTimeUtc().addSecs(static_cast<qint64>(daysAhead * 86400));
-    f.state.setDate(CatalogueKeys::pluginsUpdateDate, date);
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    QCOMPARE(f.service.lists.size(), 1);
-    QCOMPARE(f.service.lists[0].path, u"/api/plugin/list"_s);
-    QVERIFY(!plugins.updateTimer()->isActive());
-    plugins.updateTimer()->start(5000000);
-
-    const QSignalSpy finished(&plugins, &BrevokPlugins::checkFinished);
-    const LogCapture log;
-    ServiceReply reply{.status = status, .body = body, .headers = {}, .error = {}};
-    if (status == 0) {
-        reply.error = BrevokError{.description = u"reset"_s};
-    }
-    f.service.answerList(reply);
-
-    const bool good = status == 200 && body == "[]";
-    QCOMPARE(finished.size(), 1);
-    QCOMPARE(finished[0][0].toBool(), good);
-    QCOMPARE(plugins.updateTimer()->isActive(), seconds > 0);
-    if (seconds > 0) {
-        QCOMPARE(plugins.updateTimer()->interval(), seconds * 1000);
-        QVERIFY(plugins.updateTimer()->isSingleShot());
-    }
-    QCOMPARE(f.presenter.shown.size(), alert.isEmpty() ? 0 : 1);
-    QStringList expected = lines;
-    if (!alert.isEmpty()) {
-        const QString text = u"Unable to contact the Tolvane Brevok server for %1 days."_s.arg(alert);
-        const AlertContent &shown = f.presenter.shown[0];
-        QCOMPARE(shown.messageText, u"Failed to update Plug-Ins data"_s);
-        QCOMPARE(shown.informativeText, text);
-        QCOMPARE(shown.buttons.size(), 1);
-        QCOMPARE(shown.buttons[0].title, u"OK"_s);
-        expected.insert(status == 0 ? 1 : 0, u"Alert: Failed to update Plug-Ins data\n"_s + text);
-    }
-    QCOMPARE(LogCapture::lines(), expected);
-    const QDateTime kept = f.state.date(CatalogueKeys::pluginsUpdateDate);
-    QCOMPARE(kept == date, !good);
-}
-
-void PluginsTest::unreachableServiceIsNotAsked()
-{
-    Fixture f;
-    f.service.reachable = false;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    const QSignalSpy finished(&plugins, &BrevokPlugins::checkFinished);
-    plugins.checkForUpdates();
-    QCOMPARE(finished.size(), 1);
-    QVERIFY(!finished[0][0].toBool());
-    QVERIFY(f.service.lists.isEmpty() && !plugins.updateTimer()->isActive());
-}
-
-void PluginsTest::timerAsksAgain()
-{
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    plugins.checkForUpdates();
-    QCOMPARE(f.service.lists.size(), 2);
-    f.service.answerList(Fixture::good({}));
-    f.service.answerList({.status = 0, .body = {}, .headers = {}, .error = BrevokError{}});
-    QCOMPARE(plugins.updateTimer()->interval(), 60000);
-    plugins.updateTimer()->start(0);
-    QTRY_COMPARE(f.service.lists.size(), 1);
-    QVERIFY(!plugins.updateTimer()->isActive());
-}
-
-void PluginsTest::veryLongListsAreTaken()
-{
-    Fixture f;
-    BrevokPlugins plugins(f.state, f.service, f.alerts);
-    plugins.start();
-    QJsonArray list;
-    for (int i = 0; i < 100000; ++i) {
-        list.append(i % 10 == 0 ? QJsonValue(i)
-                                : QJsonValue(Fixture::build(QString::number(i), u"P"_s, u"1"_s, 140)));
-    }
-    const LogCapture log;
-    f.service.answerList(Fixture::good(list));
-    QTRY_COMPARE(plugins.pluginIndex().value(u"P"_s).size(), 90000);
-    QCOMPARE(LogCapture::count(QString::fromLatin1(notDictionary)), 10000);
-    plugins.updateWithArray(list);
-    QCOMPARE(plugins.pluginIndex().value(u"P"_s).size(), 90000);
-}
 
 QTEST_GUILESS_MAIN(PluginsTest)
 #include "test_plugins.moc"

@@ -7,14 +7,21 @@ import json
 import os
 import pathlib
 import plistlib
+import queue
+import resource
 import shutil
 import signal
 import sqlite3
 import subprocess
+import sys
 import tempfile
+import threading
 import time
+import unittest
 import zipfile
 
+EMAIL, PASSWORD = "ada@example.com", "analytical-engine"  # an account that the service knows
+LISTS = ("/api/plugin/list", "/api/product/list")
 PATIENCE = 60  # seconds until a condition that should come true counts as missed
 
 
@@ -82,6 +89,14 @@ class Session:
         end_process(self.service, signal.SIGTERM)
         self.service = None
 
+    def port(self):
+        return int(self.service_url.rsplit(":", 1)[1].strip("/"))
+
+    def requests(self, *paths):
+        """What has been asked of the service so far, the oldest first."""
+        lines = (self.service_root / "requests.jsonl").read_text().splitlines()
+        return [request for request in map(json.loads, lines) if request["path"] in paths]
+
     def publish(self, name, prefix, version, host_version, archive=None, package=None, **more):
         """Lists one build (and its package); without an archive one is made that holds the bundle."""
         if archive is None:
@@ -147,6 +162,11 @@ class Session:
         return [self.programs / "tolvane-brevok", *self.headless, "--service-url", self.service_url, "--service-ca",
                 self.service_ca, "--reachability-host", "localhost", "--applications", self.applications, *more]
 
+    def variables(self):
+        """What the options say, for a program that somebody else starts."""
+        return {"BREVOK_SERVICE_URL": self.service_url, "BREVOK_SERVICE_CA": str(self.service_ca),
+                "BREVOK_REACHABILITY_HOST": "localhost", "BREVOK_APPLICATIONS": str(self.applications)}
+
     def start_application(self, *more, wait=True):
         if self.application is not None:
             return
@@ -155,6 +175,13 @@ class Session:
                                             preexec_fn=ignore_size_limit, **self.user)
         if wait:
             wait_for(lambda: self.ctl("status", check=False).returncode == 0, "the application answers")
+
+    def start_and_check(self):
+        self.start_application()
+        self.ctl("check")
+
+    def sign_in(self):
+        self.ctl("signin", EMAIL, BREVOK_PASSWORD=PASSWORD)
 
     @contextlib.contextmanager
     def install_under_way(self, prefix):
@@ -170,6 +197,21 @@ class Session:
             self.service.send_signal(signal.SIGCONT)
             end_process(install, signal.SIGKILL)
             install.stderr.close()
+
+    def mount_dead(self, library, mount):
+        """@return the file as long as which exists nothing below `mount` answers the application, and the one that
+        tells what its main thread asked there"""
+        gate, asked = self.folder / "gate", self.folder / "asked-by-the-main-thread"
+        # The loader takes a blank in a path for the end of a name.
+        self.environment |= {"LD_PRELOAD": shutil.copy(library, self.folder), "DEAD_MOUNT": str(mount),
+                             "ASAN_OPTIONS": "verify_asan_link_order=0", "DEAD_MOUNT_GATE": str(gate),
+                             "DEAD_MOUNT_LOG": str(asked)}
+        return gate, asked
+
+    def fill_disk(self, full):
+        """To the application, whom a limit on the size of files tells what a full disk tells."""
+        limit = 0 if full else resource.RLIM_INFINITY
+        resource.prlimit(self.application.pid, resource.RLIMIT_FSIZE, (limit, resource.RLIM_INFINITY))
 
     def stop_application(self, how=signal.SIGTERM):
         status = end_process(self.application, how)
@@ -228,6 +270,20 @@ class Session:
         return threads
 
 
+class SessionTest(unittest.TestCase):
+    """A session for each test."""
+    programs = None
+
+    def setUp(self):
+        self.session = self.enterContext(Session(self.programs))
+
+
+def run_tests():
+    """The main program of a file of tests; its argument is the folder of the programs."""
+    SessionTest.programs = pathlib.Path(sys.argv.pop(1)).resolve()
+    unittest.main(verbosity=2)
+
+
 def with_children(process):
     """The entries of a process and of those that it has started in the table of processes."""
     entries = [pathlib.Path(f"/proc/{process}")]
@@ -249,6 +305,48 @@ def start_bus(test, address, **user):
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **user)
     test.addCleanup(end_process, daemon, signal.SIGKILL)
     return daemon, daemon.stdout.readline().strip()
+
+
+class Played:
+    """A service of the desktop on a session bus, played by a process of its own until the test ends."""
+
+    def __init__(self, test, script, *words, environment=None):
+        self.process = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name(script), *map(str, words)],
+                                        env=environment, stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
+        test.addCleanup(self.close)
+        self.lines = queue.Queue()  # that it has said
+        self.reader = threading.Thread(target=lambda: [self.lines.put(line.strip()) for line in self.process.stdout])
+        self.reader.start()
+        assert self.lines.get(timeout=PATIENCE) == "ready"
+
+    def say(self, line):
+        self.process.stdin.write(f"{line}\n")
+        self.process.stdin.flush()
+
+    def close(self):
+        self.process.kill()
+        self.process.wait()
+        self.reader.join()
+        self.process.stdin.close()
+        self.process.stdout.close()
+
+
+def ask_bus(method):
+    return subprocess.run(
+        ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/org/freedesktop/DBus",
+         f"org.freedesktop.DBus.{method}"], capture_output=True, text=True, check=True).stdout
+
+
+def offer_to_the_bus(test, service):
+    """The bus of this test starts the application as `service` says, until the test ends."""
+    # It looks where the data of the test's own scratch home is.
+    services = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "dbus-1" / "services"
+    services.mkdir(parents=True, exist_ok=True)
+    file = services / "com.tolvane.brevok.service"
+    test.addCleanup(file.unlink)
+    file.write_text(service)
+    ask_bus("ReloadConfig")
+    wait_for(lambda: "com.tolvane.brevok" in ask_bus("ListActivatableNames"), "the bus knows the service")
 
 
 def end_process(process, how):

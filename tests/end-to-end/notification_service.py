@@ -2,9 +2,8 @@
 input, NUMBER ACTION, is a click: the program that showed the notice hears of it; when that is gone, the one that its
 desktop entry names is started with the action. Runs until its input ends."""
 import json
-import sys
-import threading
 
+from bus_player import play
 from gi.repository import Gio, GLib
 
 NAME, PATH = "org.freedesktop.Notifications", "/org/freedesktop/Notifications"
@@ -17,7 +16,6 @@ INTERFACE = f"""<node><interface name="{NAME}">
 </interface></node>"""
 
 bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-loop = GLib.MainLoop()
 shown = {}  # by number: who showed it, and its desktop entry
 
 
@@ -48,13 +46,4 @@ def click(line):
                  GLib.Variant("(sava{sv})", (action, [], {})), None, Gio.DBusCallFlags.NONE, -1, None, None)
 
 
-def read_input():
-    for line in sys.stdin:
-        GLib.idle_add(click, line)
-    GLib.idle_add(loop.quit)
-
-
-bus.register_object(PATH, Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], called, None, None)
-Gio.bus_own_name_on_connection(bus, NAME, Gio.BusNameOwnerFlags.NONE, lambda *_: print("ready", flush=True), None)
-threading.Thread(target=read_input, daemon=True).start()
-loop.run()
+play(bus, NAME, PATH, INTERFACE, called, click)

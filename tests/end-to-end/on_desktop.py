@@ -2,7 +2,6 @@
 import os
 import pathlib
 import re
-import select
 import subprocess
 import sys
 import time
@@ -14,12 +13,10 @@ try:
     from gi.repository import GLib
 except (ImportError, ValueError):
     Accessibility = GLib = None
-from brevok_session import PATIENCE, Session, wait_for
+from brevok_session import PATIENCE, Played, Session, wait_for
 from virtual_desktop import VirtualDesktop, missing_programs
 
-EMAIL, PASSWORD = "ada@example.com", "analytical-engine"
 PANEL_WIDTH, PANEL_HEIGHT, MARGIN = 446, 694, 8
-HERE = pathlib.Path(__file__).resolve().parent
 SKIPPED = 77  # what ctest counts as skipped
 DOUBLE_CLICK = 0.4  # seconds: clicks on the item that are closer to each other count for one
 
@@ -47,9 +44,6 @@ class WindowSession(Session):
         self.environment |= {"DISPLAY": desktop.environment["DISPLAY"], "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1"}
         self.environment.pop("QT_QPA_PLATFORM", None)
 
-    def port(self):
-        return int(self.service_url.rsplit(":", 1)[1].strip("/"))
-
 
 class OnDesktop(unittest.TestCase):
     """A desktop of its own for each test; `session` runs on it."""
@@ -71,7 +65,7 @@ class OnDesktop(unittest.TestCase):
     def start(self, signed_in=False):
         self.session.start_application()
         if signed_in:
-            self.session.ctl("signin", EMAIL, BREVOK_PASSWORD=PASSWORD)
+            self.session.sign_in()
             self.wait("the lists", lambda: self.session.package_status("0xA"))
         return wait_for(self.desktop.tray_item, "the item is in the tray")
 
@@ -83,6 +77,18 @@ class OnDesktop(unittest.TestCase):
     def open_panel(self):
         self.click_item()
         return self.wait_for_open_panel()
+
+    def start_with_panel(self, signed_in=False):
+        self.start(signed_in)
+        return self.open_panel()
+
+    def close_panel(self):
+        self.desktop.press("Escape")
+        self.wait_for_closed_panel()
+
+    def open_preferences(self):
+        self.desktop.press("ctrl+comma")
+        self.wait_for_control("Preferences", None, active=True)
 
     def wait_for_open_panel(self):
         self.wait("the panel is open", lambda: self.panel_rectangle()[2:] == (PANEL_WIDTH, PANEL_HEIGHT))
@@ -139,53 +145,23 @@ class OnDesktop(unittest.TestCase):
         self.desktop.click(*control.middle())
 
     def start_settings_portal(self, scheme):
-        portal = SettingsPortal(scheme, self.session.environment)
-        self.addCleanup(portal.close)
-        return portal
+        return Played(self, "settings_portal.py", scheme, environment=self.session.environment)
 
     def exit_status(self):
         return self.session.application.wait(PATIENCE)
 
 
-class SettingsPortal:
-    """The desktop's choice of colours as the application sees it on a session bus, in a process of its own."""
+class StatusNotifierHost(Played):
+    """A bar as the application sees it on a session bus."""
+    registered = None
 
-    def __init__(self, scheme, environment):
-        self.process = subprocess.Popen([sys.executable, HERE / "settings_portal.py", str(scheme)], env=environment,
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        self.process.stdout.readline()
-
-    def announce(self, scheme):
-        self.process.stdin.write(f"{scheme}\n")
-        self.process.stdin.flush()
-
-    def close(self):
-        self.process.kill()
-        self.process.wait()
-        self.process.stdin.close()
-        self.process.stdout.close()
-
-
-class StatusNotifierHost:
-    """A bar as the application sees it on a session bus, in a process of its own."""
-
-    def __init__(self, environment):
+    def __init__(self, test, environment):
+        super().__init__(test, "status_notifier_host.py", environment=environment)
         self.environment = environment
 
-    def __enter__(self):
-        self.process = subprocess.Popen([sys.executable, HERE / "status_notifier_host.py"], env=self.environment,
-                                        stdout=subprocess.PIPE, text=True)
-        self.registered = None
-        return self
-
-    def __exit__(self, *_):
-        self.process.kill()
-        self.process.wait()
-        self.process.stdout.close()
-
     def item(self):
-        if not self.registered and select.select([self.process.stdout], [], [], 0)[0]:
-            self.registered = self.process.stdout.readline().strip()
+        if not self.registered and not self.lines.empty():
+            self.registered = self.lines.get()
         return self.registered
 
     def activate(self, item, x, y):

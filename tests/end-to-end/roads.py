@@ -12,7 +12,6 @@ import rig as rigs  # noqa: E402
 
 class OwnRoad:
     """The application changes the targets itself."""
-    victims = ("application",)
 
     def __init__(self, test, programs, session=Session):
         self.session = test.enterContext(session(programs))
@@ -23,9 +22,6 @@ class OwnRoad:
     def belongs_to_root(self, folder):
         """Which is nothing here."""
 
-    def helper_process(self):
-        return None
-
     def start_helper(self):
         """There is none."""
 
@@ -35,7 +31,6 @@ class OwnRoad:
 
 class HelperRoad(OwnRoad):
     """Targets of root's, and an application of somebody else's."""
-    victims = ("application", "helper", "both")
 
     def __init__(self, test, programs, session=Session):  # pylint: disable=super-init-not-called
         self.rig = rigs.Rig(programs / "tolvane-brevok-helper")
@@ -60,9 +55,6 @@ class HelperRoad(OwnRoad):
     def belongs_to_root(self, folder):
         for path in (folder, *folder.rglob("*")):
             os.chown(path, 0, 0)
-
-    def helper_process(self):
-        return self.rig.helper_process()
 
     def start_helper(self):
         self.caller.call("Version")

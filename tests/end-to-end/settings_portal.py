@@ -1,8 +1,8 @@
 """Plays the desktop's settings portal on the session bus. Each line on standard input is a colour scheme (0: none,
 1: dark, 2: light), announced at once; what was given at start is what is read first. Runs until its input ends."""
 import sys
-import threading
 
+from bus_player import play
 from gi.repository import Gio, GLib
 
 NAME, PATH = "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop"
@@ -14,7 +14,6 @@ INTERFACE = f"""<node><interface name="{SETTINGS}">
 
 scheme = [int(sys.argv[1])]
 bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-loop = GLib.MainLoop()
 
 
 def called(_connection, _sender, _path, _interface, _method, parameters, invocation):
@@ -31,13 +30,4 @@ def change(text):
                     GLib.Variant("(ssv)", (SPACE, KEY, GLib.Variant("u", scheme[0]))))
 
 
-def read_input():
-    for line in sys.stdin:
-        GLib.idle_add(change, line)
-    GLib.idle_add(loop.quit)
-
-
-bus.register_object(PATH, Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], called, None, None)
-Gio.bus_own_name_on_connection(bus, NAME, Gio.BusNameOwnerFlags.NONE, lambda *_: print("ready", flush=True), None)
-threading.Thread(target=read_input, daemon=True).start()
-loop.run()
+play(bus, NAME, PATH, INTERFACE, called, change)

@@ -1,5 +1,6 @@
 """Owns the name of the StatusNotifierItem watcher on the session bus and writes the bus name of every item that
-registers. Runs until it is ended."""
+registers. Runs until its input ends."""
+from bus_player import play
 from gi.repository import Gio, GLib
 
 NAME = "org.kde.StatusNotifierWatcher"
@@ -27,7 +28,4 @@ def asked(_connection, _sender, _path, _interface, name):
             "RegisteredStatusNotifierItems": GLib.Variant("as", items)}[name]
 
 
-bus = Gio.bus_get_sync(Gio.BusType.SESSION)
-bus.register_object("/StatusNotifierWatcher", Gio.DBusNodeInfo.new_for_xml(INTERFACE).interfaces[0], called, asked, None)
-Gio.bus_own_name_on_connection(bus, NAME, Gio.BusNameOwnerFlags.NONE, None, None)
-GLib.MainLoop().run()
+play(Gio.bus_get_sync(Gio.BusType.SESSION), NAME, "/StatusNotifierWatcher", INTERFACE, called, print, asked)

@@ -1,15 +1,11 @@
 """A service that answers wrongly, through the real program: it says so, keeps its catalogue and its size."""
 import gzip
-import pathlib
 import socketserver
 import ssl
-import sys
 import threading
-import unittest
 
-from brevok_session import Session, with_children
+from brevok_session import SessionTest, run_tests, with_children
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
 OK = b"HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n"
 LIST = b'[{"Name": "Other", "Prefix": "0xO", "Version": "9.9"}]'
 MOST_MORE = 48 * 1024  # KiB
@@ -66,19 +62,17 @@ class Handler(socketserver.BaseRequestHandler):
                 connection.sendall(piece)
 
 
-class Faults(unittest.TestCase):
+class Faults(SessionTest):
     def test_the_old_catalogue_is_kept(self):
-        session = self.enterContext(Session(PROGRAMS))
+        session = self.session
         session.publish("Alpha", "0xA", "1.0", 140)
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         before = session.status()["packages"]
-        port = int(session.service_url.rsplit(":", 1)[1])
         session.stop_service()
-        service = self.enterContext(BadService(port, session.folder / "tls"))
+        service = self.enterContext(BadService(session.port(), session.folder / "tls"))
         self.addCleanup(service.shutdown)
         idle = session.memory("VmRSS")
-        sanitized = b"libasan" in (PROGRAMS / "tolvane-brevok").read_bytes()  # which takes as much for itself
+        sanitized = b"libasan" in (session.programs / "tolvane-brevok").read_bytes()  # which takes as much for itself
         for name, answer in FAULTS.items():
             with self.subTest(name):
                 service.answer = answer
@@ -96,4 +90,4 @@ class Faults(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

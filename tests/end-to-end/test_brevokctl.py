@@ -1,27 +1,20 @@
 """What scripts and terminals see of brevokctl: exit statuses, documents, the password prompt."""
 import json
 import os
-import pathlib
 import pty
 import signal
 import subprocess
-import sys
 import termios
-import unittest
 
-from brevok_session import Session, end_process, wait_for
+from brevok_session import LISTS, SessionTest, end_process, run_tests, wait_for
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
 FAILED, WRONG_USAGE, UNREACHABLE = 1, 2, 3
 
 
-class Output(unittest.TestCase):
-    def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
-
+class Output(SessionTest):
     def run_into(self, stdout, *words, **more):
-        return subprocess.run([PROGRAMS / "brevokctl", *words], env=self.session.environment, stdin=subprocess.DEVNULL,
-                              stdout=stdout, stderr=subprocess.PIPE, text=True, **more)
+        return subprocess.run([self.session.programs / "brevokctl", *words], env=self.session.environment,
+                              stdin=subprocess.DEVNULL, stdout=stdout, stderr=subprocess.PIPE, text=True, **more)
 
     def test_what_cannot_be_written_is_a_failure(self):
         self.session.start_application()
@@ -70,30 +63,19 @@ class Output(unittest.TestCase):
         session.ctl("check")
         self.assertEqual(self.conditions(), [True, True])
         session.stop_application()
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         self.assertEqual(self.conditions(), [True] * 4, "also after a restart, by its own check and by this one")
         date = session.status()["lastCheck"]
         wait_for(lambda: session.ctl("check") and session.status()["lastCheck"] > date, "a kept list counts as checked")
         session.publish("Plain", "0xE", "1.1", 140)
         session.ctl("check")
         self.assertEqual(session.status()["packages"][0]["version"], "1.1")
-        self.conditions()
-        session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
-        session.ctl("check")
-        self.assertEqual(self.conditions(), [False, False], "what one account was told counts for no other")
-        session.ctl("check")
-        self.assertEqual(self.conditions(), [True, True])
-        session.ctl("signout")
-        session.ctl("check")
-        self.assertEqual(self.conditions(), [False, False])
 
     def conditions(self):
         """Whether the requests for lists since the last call were conditional."""
-        lines = (self.session.service_root / "requests.jsonl").read_text().splitlines()
-        lines, self.read = lines[getattr(self, "read", 0):], len(lines)
-        return ["if-none-match" in request["headers"] for request in map(json.loads, lines)
-                if request["path"].endswith("/list")]
+        requests = self.session.requests(*LISTS)
+        requests, self.read = requests[getattr(self, "read", 0):], len(requests)
+        return ["if-none-match" in request["headers"] for request in requests]
 
     def test_a_service_does_not_steer_the_terminal(self):
         session = self.session
@@ -101,8 +83,7 @@ class Output(unittest.TestCase):
         session.plugins[-1]["Name"] = session.products[-1]["Name"] = "Red\x1b[31m\u009b2J\u202eevil"
         session.products[-1]["Version"] = "1.0\x07"
         session.write_lists()
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         for words in (["status"], ["status", "--json"], ["install", "0xE"], ["install", "0xE", "--json"]):
             result = session.ctl(*words, check=False)
             printed = result.stdout + result.stderr
@@ -121,10 +102,7 @@ class Output(unittest.TestCase):
         self.assertEqual(result.stderr, f"brevokctl: {document['failures'][0]}\n")
 
 
-class Prompt(unittest.TestCase):
-    def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
-
+class Prompt(SessionTest):
     def test_the_terminal_echoes_again(self):
         self.session.start_application()
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT):
@@ -142,7 +120,7 @@ class Prompt(unittest.TestCase):
     def asked_for_a_password(self, act, **more):
         terminal, inside = pty.openpty()
         try:
-            prompt = subprocess.Popen([PROGRAMS / "brevokctl", "signin", "ada@example.com"], stdin=inside,
+            prompt = subprocess.Popen([self.session.programs / "brevokctl", "signin", "ada@example.com"], stdin=inside,
                                       stdout=inside, stderr=inside, env=self.session.environment, **more)
             wait_for(lambda: not echoes(terminal), "the password is asked for")
             act(prompt, terminal)
@@ -159,4 +137,4 @@ def echoes(terminal):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

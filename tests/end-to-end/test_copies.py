@@ -4,20 +4,19 @@ import re
 import shutil
 import signal
 import subprocess
-import sys
-import unittest
 
-from brevok_session import PATIENCE, Session, end_process, start_bus, wait_for
+from brevok_session import EMAIL, PASSWORD, PATIENCE, SessionTest, end_process, run_tests, start_bus, wait_for
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
 ANOTHER = "Another copy of Tolvane Brevok application is already running."
 
 
-class Copies(unittest.TestCase):
+class Copies(SessionTest):
     def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
+        super().setUp()
         self.no_bus = {**self.session.environment,
                        "DBUS_SESSION_BUS_ADDRESS": f"unix:path={self.session.folder}/no-bus"}
+        self.no_display = {name: value for name, value in self.session.environment.items()
+                           if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
 
     def start(self, environment=None, headless=True):
         self.session.headless = ["--headless"] if headless else []
@@ -29,7 +28,7 @@ class Copies(unittest.TestCase):
 
     def has_started(self, process):
         """The standard error of a copy that stays is the log."""
-        log = self.session.folder / "state" / "tolvane-brevok" / "Logs" / "orlec.log"
+        log = self.session.log_file()
         return log.exists() and pathlib.Path(f"/proc/{process.pid}/fd/2").resolve() == log.resolve()
 
     def wait_until_started(self, process):
@@ -67,6 +66,12 @@ class Copies(unittest.TestCase):
     def test_a_second_copy_touches_nothing(self):
         session = self.session
         session.start_application()
+        elsewhere = session.folder / "elsewhere"
+        self.assert_gives_way(self.start({**session.environment, **{f"XDG_{kind}_HOME": str(elsewhere)
+                                                                    for kind in ("CONFIG", "DATA", "STATE")}}))
+        wait_for(lambda: "The panel was asked for" in session.log(), "the first copy opens its panel")
+        self.assertNotIn("Another copy", session.log())
+        self.assertFalse(elsewhere.exists())
         session.ctl("settings", "set", "logLevel", "0")  # answered once all that the start wrote is stored
         settings = session.settings_file()
         settings.write_bytes(b"\0no settings at all")
@@ -97,21 +102,14 @@ class Copies(unittest.TestCase):
         self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
 
     def test_one_with_windows_and_one_without_started_together(self):
-        for environment in (self.session.environment, self.no_bus):
+        with_bus = self.session.environment
+        for first, second in ((with_bus, with_bus), (self.no_bus, self.no_bus), (self.no_bus, with_bus)):
             for _ in range(3):
-                headless = self.start(environment)
-                desktop = self.start(environment, headless=False)
+                headless = self.start(first)
+                desktop = self.start(second, headless=False)
                 self.assertEqual(headless.wait(PATIENCE), 0)
                 self.wait_until_started(desktop)
                 self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
-
-    def test_handing_over_without_a_bus(self):
-        headless = self.start(self.no_bus)
-        self.wait_until_started(headless)
-        desktop = self.start(headless=False)
-        self.assertEqual(headless.wait(PATIENCE), 0)
-        wait_for(self.answers, "the copy with windows goes on")
-        self.assertEqual(end_process(desktop, signal.SIGTERM), 0)
 
     def test_a_copy_that_waits_can_be_ended(self):
         headless = self.start()
@@ -156,20 +154,16 @@ class Copies(unittest.TestCase):
         session = self.session
         services = session.folder / "data" / "dbus-1" / "services"
         services.mkdir(parents=True, exist_ok=True)
-        shipped = PROGRAMS.resolve().parent / "share" / "dbus-1" / "services" / "com.tolvane.brevok.service"
+        shipped = session.programs.parent / "share" / "dbus-1" / "services" / "com.tolvane.brevok.service"
         shutil.copy(shipped, services)
-        environment = {name: value for name, value in session.environment.items()
-                       if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
-        environment |= {"BREVOK_SERVICE_URL": session.service_url, "BREVOK_SERVICE_CA": str(session.service_ca),
-                        "BREVOK_REACHABILITY_HOST": "localhost", "BREVOK_APPLICATIONS": str(session.applications),
-                        "BREVOK_PASSWORD": "analytical-engine"}
-        return subprocess.run(["dbus-run-session", "--", PROGRAMS / "brevokctl", *words], env=environment,
+        environment = {**self.no_display, **session.variables(), "BREVOK_PASSWORD": PASSWORD}
+        return subprocess.run(["dbus-run-session", "--", session.programs / "brevokctl", *words], env=environment,
                               capture_output=True, text=True, timeout=PATIENCE)
 
     def test_one_bus_after_the_other(self):
         session = self.session
         session.publish("Alpha", "0xA", "1.0", 140)
-        for words in (["signin", "ada@example.com"], ["check"], ["install", "0xA"], ["quit"], ["status"]):
+        for words in (["signin", EMAIL], ["check"], ["install", "0xA"], ["quit"], ["status"]):
             result = self.call_on_a_bus_of_its_own(*words)
             self.assertEqual(result.returncode, 0, result.stderr)
         self.assertEqual(session.installed_version("Alpha"), "1.0")
@@ -185,14 +179,12 @@ class Copies(unittest.TestCase):
         self.assertEqual(end_process(stays, signal.SIGTERM), 0)
 
     def test_a_display_that_is_not_there(self):
-        environment = {name: value for name, value in self.session.environment.items()
-                       if name not in ("DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM")}
         for display in ({"DISPLAY": ":54321"}, {"WAYLAND_DISPLAY": "wayland-none"},
                         {"WAYLAND_DISPLAY": "wayland-none", "DISPLAY": ":54321", "QT_QPA_PLATFORM": "wayland;xcb"}):
             for more in ([], ["--background"]):
                 with self.subTest(display, more=more):
                     self.session.headless = more
-                    copy = subprocess.Popen(self.session.application_command(), env={**environment, **display},
+                    copy = subprocess.Popen(self.session.application_command(), env={**self.no_display, **display},
                                             stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
                     self.addCleanup(end_process, copy, signal.SIGKILL)
                     wait_for(self.answers, "it runs without windows")
@@ -204,4 +196,4 @@ class Copies(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

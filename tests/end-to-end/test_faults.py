@@ -2,18 +2,12 @@
 import hashlib
 import json
 import os
-import pathlib
-import resource
 import shutil
 import signal
 import subprocess
 import sys
-import unittest
-import zipfile
 
-from brevok_session import Session, information, wait_for, with_children
-
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
+from brevok_session import SessionTest, run_tests, wait_for, with_children
 
 LOOPBACK_UP = """
 import ctypes, fcntl, socket, struct, sys
@@ -25,62 +19,10 @@ fcntl.ioctl(socket.socket(), SIOCSIFFLAGS, struct.pack("16sh14x", b"lo", IFF_UP)
 """
 
 
-class Faults(unittest.TestCase):
+class Faults(SessionTest):
     def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
-
-    def big_archive(self, name, megabytes):
-        path = self.session.service_root / "archives" / f"{name}.zip"
-        path.parent.mkdir(exist_ok=True)
-        block = os.urandom(1000000)
-        with zipfile.ZipFile(path, "w") as out:
-            out.writestr(f"{name}.InDesignPlugin/Contents/Info.plist", information(name, "1.0", "14.0"))
-            for number in range(megabytes):
-                out.writestr(f"{name}.InDesignPlugin/part-{number}", block)
-        return path
-
-    def kill_when(self, condition, what):
-        """Starts an install, kills the application as soon as `condition` holds, and returns what restart logs."""
-        session = self.session
-        session.start_application()
-        session.ctl("check")
-        install = subprocess.Popen([PROGRAMS / "brevokctl", "install", "0xA"], env=session.environment,
-                                   stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        wait_for(condition, what)
-        session.stop_application(signal.SIGKILL)
-        self.assertEqual(install.wait(), 3)
-        length = len(session.log())
-        session.start_application()
-        return session.log()[length:]
-
-    def assert_asked_and_mended(self, log, name):
-        session = self.session
-        self.assertIn("Installer detected one or more unfinished actions.", log)
-        self.assertEqual(session.package_status("0xA"), "In Progress")
-        session.ctl("discard")
-        session.ctl("check")
-        self.assertEqual(session.package_status("0xA"), "Not Installed")
-        self.assertFalse(session.bundle(name).exists(), "a half-unpacked bundle must not bear its name")
-        session.ctl("install", "0xA")
-        self.assertEqual(session.package_status("0xA"), "Up To Date")
-        self.assertEqual(len(list((session.bundle(name)).glob("part-*"))), 100)
-        leftovers = [p for p in session.bundle(name).parent.iterdir() if p != session.bundle(name)]
-        leftovers += list((session.folder / "data" / "Tolvane Brevok").rglob("*.part*"))
-        self.assertEqual(leftovers, [])
-
-    def test_killed_while_downloading(self):
-        session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140, archive=self.big_archive("Alpha", 100))
-        data = session.folder / "data" / "Tolvane Brevok"
-        log = self.kill_when(lambda: list(data.rglob("*.part*")), "a download under way")
-        self.assert_asked_and_mended(log, "Alpha")
-
-    def test_killed_while_unpacking(self):
-        session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140, archive=self.big_archive("Alpha", 100))
-        folder = session.bundle("Alpha").parent
-        log = self.kill_when(lambda: folder.exists() and list(folder.glob(".*/*/part-*")), "an archive being unpacked")
-        self.assert_asked_and_mended(log, "Alpha")
+        super().setUp()
+        self.session.publish("Alpha", "0xA", "1.0", 140)
 
     def wait_until_taken(self, process, *numbers):
         def taken(number):
@@ -94,37 +36,17 @@ class Faults(unittest.TestCase):
                                                preexec_fn=lambda: os.closerange(0, 3))
         wait_for(lambda: session.ctl("status", check=False).returncode == 0, "the application answers")
         self.wait_until_taken(session.application, 0, 1)
-        log = session.folder / "state" / "tolvane-brevok" / "Logs" / "orlec.log"
-        self.assertEqual(os.readlink(f"/proc/{session.application.pid}/fd/2"), str(log))
-        self.assertEqual(subprocess.run([PROGRAMS / "brevokctl", "status"], env=session.environment, check=False,
+        self.assertEqual(os.readlink(f"/proc/{session.application.pid}/fd/2"), str(session.log_file()))
+        self.assertEqual(subprocess.run([session.programs / "brevokctl", "status"], env=session.environment, check=False,
                                         preexec_fn=lambda: os.closerange(0, 3)).returncode, 1)
         # The helper waits to be told what to do.
-        helper = subprocess.Popen([PROGRAMS / "tolvane-brevok-helper", "--obey", "--prefix", session.folder],
+        helper = subprocess.Popen([session.programs / "tolvane-brevok-helper", "--obey", "--prefix", session.folder],
                                   stdin=subprocess.PIPE, preexec_fn=lambda: os.closerange(1, 3))
         try:
             self.wait_until_taken(helper, 1, 2)
         finally:
             helper.stdin.close()
             helper.wait()
-
-    def test_killed_while_saving(self):
-        session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
-        session.start_application()
-        session.ctl("check")
-        session.ctl("install", "0xA")
-        for level in range(1, 25):
-            words = [PROGRAMS / "brevokctl", "settings", "set", "logLevel", str(level)]
-            setting = subprocess.Popen(words, env=session.environment, stderr=subprocess.DEVNULL)
-            if level % 2:
-                setting.wait()  # killed just after the answer, else somewhere before it
-            session.stop_application(signal.SIGKILL)
-            setting.wait()
-            session.start_application()
-            kept = session.ctl("settings", "get", "logLevel").stdout.strip()
-            self.assertIn(kept, (str(level),) if level % 2 else (str(level), str(level - 1)))
-        self.assertEqual(session.package_status("0xA"), "Up To Date")
-        self.assertEqual(list(session.settings_file().parent.glob("*unreadable*")), [])
 
     def test_network_that_returns(self):
         session = self.session
@@ -141,37 +63,12 @@ class Faults(unittest.TestCase):
         wait_for(lambda: all(line in session.log() for line in failed), "both lists are asked for")
         self.assertEqual([session.log().count(line) for line in failed], [1, 1])
 
-    def test_archives_that_are_not_what_they_should_be(self):
-        session = self.session
-        archives = session.service_root / "archives"
-        archives.mkdir(exist_ok=True)
-        (archives / "rubbish.zip").write_bytes(b"PK\x03\x04 but no archive at all")
-        with zipfile.ZipFile(archives / "climbs.zip", "w") as out:
-            out.writestr("../../../climbed.txt", "x")
-            out.writestr("Climbs.InDesignPlugin/Contents/Info.plist", information("Climbs", "1.0", "14.0"))
-        session.publish("Rubbish", "0xR", "1.0", 140, archive=archives / "rubbish.zip")
-        session.publish("Climbs", "0xC", "1.0", 140, archive=archives / "climbs.zip")
-        session.publish("Short", "0xS", "1.0", 140)
-        session.plugins[-1]["Size"] += 1
-        session.write_lists()
-        session.start_application()
-        session.ctl("check")
-        for prefix, name in (("0xR", "Rubbish"), ("0xC", "Climbs"), ("0xS", "Short")):
-            result = session.ctl("install", prefix, check=False)
-            self.assertEqual(result.returncode, 1)
-            self.assertIn(name, result.stderr)
-            self.assertEqual(session.package_status(prefix), "Not Installed")
-        self.assertEqual(list(session.folder.rglob("climbed.txt")), [])
-        self.assertIn("Failed to download Short, from ", session.log())
-
     def test_a_damaged_archive_is_told_and_fetched_anew(self):
         session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
         archive = session.publish("Beta", "0xB", "1.0", 140)
         session.plugins[-1]["SHA256"] = hashlib.sha256(archive.read_bytes()).hexdigest().upper()
         session.write_lists()
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         archives = {prefix: session.service_root / plugin["Link"].lstrip("/")
                     for prefix, plugin in zip(("0xA", "0xB"), session.plugins)}
         whole = {prefix: archive.read_bytes() for prefix, archive in archives.items()}
@@ -197,48 +94,9 @@ class Faults(unittest.TestCase):
         removed = json.loads(session.ctl("remove", "0xA", "--json").stdout)
         self.assertEqual([one["result"] for one in removed["outcome"]], ["removed"])
 
-    def test_a_target_that_cannot_be_written(self):
-        session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
-        (session.bundle("Alpha").parent).write_text("a file where a folder belongs")
-        session.start_application()
-        session.ctl("check")
-        result = session.ctl("install", "0xA", check=False)
-        self.assertEqual(result.returncode, 1)
-        self.assertIn("Alpha", result.stderr)
-        self.assertEqual(session.bundle("Alpha").parent.read_text(), "a file where a folder belongs")
-
-    def test_the_service_goes_and_comes_back(self):
-        session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
-        session.start_application()
-        session.ctl("check")
-        port = int(session.service_url.rsplit(":", 1)[1])
-        session.stop_service()
-        self.assertEqual(session.ctl("check", check=False).returncode, 1)
-        self.assertEqual(session.ctl("install", "0xA", check=False).returncode, 1)
-        self.assertEqual(session.package_status("0xA"), "Not Installed")
-        session.start_service(port)
-        session.ctl("check")
-        session.ctl("install", "0xA")
-
-    def test_an_unknown_authority_is_refused(self):
-        session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
-        other = session.folder / "other-tls"
-        session.stop_service()
-        (session.folder / "tls").rename(other)
-        session.start_service()
-        session.service_ca = other / "ca.pem"
-        session.start_application()
-        self.assertEqual(session.ctl("check", check=False).returncode, 1)
-        self.assertEqual(session.status()["packages"], [])
-
     def test_rubbish_in_the_place_of_what_earlier_versions_stored(self):
         session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         session.ctl("install", "0xA")
         session.stop_application()
         keys = ["SessionData", "SessionVersion", "TargetsGathered", "TargetsData", "PackagesData", "PluginsData",
@@ -247,37 +105,17 @@ class Faults(unittest.TestCase):
             session.settings_file().parent.mkdir(exist_ok=True)
             session.settings_file().write_text("[General]\nstartAtLogin=no\n"
                                                + "".join(f"Orlec{key}={rubbish}\n" for key in keys))
-            session.start_application()
-            session.ctl("check")
+            session.start_and_check()
             self.assertEqual(session.package_status("0xA"), "Up To Date", rubbish[:20])
             self.assertEqual(session.ctl("settings", "get", "startAtLogin").stdout.strip(), "no")  # under its old key
             self.assertEqual(session.stop_application(), 0, session.log()[-6000:])
-
-    def test_a_torn_and_a_hostile_settings_file(self):
-        session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
-        for content in (b"", b"[General", os.urandom(100000), b"\0" * 5000, b"[General]\nOrlecPluginsData=@ByteArray("):
-            session.settings_file().parent.mkdir(exist_ok=True)
-            session.settings_file().write_bytes(content)
-            session.settings_file().chmod(0o644)
-            session.start_application()
-            session.ctl("check")
-            self.assertEqual(session.package_status("0xA"), "Not Installed")
-            session.ctl("settings", "set", "autoUpdate", "on")
-            self.assertEqual(session.stop_application(), 0, session.log()[-6000:])
-            self.assertEqual(session.settings_file().stat().st_mode & 0o777, 0o600)
-
-    def fill_disk(self, full):
-        """To a writer a limit on the size of files is what a full disk is."""
-        limit = 0 if full else resource.RLIM_INFINITY
-        resource.prlimit(self.session.application.pid, resource.RLIMIT_FSIZE, (limit, resource.RLIM_INFINITY))
 
     def test_a_full_disk_is_told_and_costs_nothing(self):
         session = self.session
         session.start_application()
         folder = session.add_host("By Hand", 14012) / "Plug-Ins"
         add = ("targets", "add", folder, "--type", "InCopy", "--version", "140")
-        self.fill_disk(True)
+        session.fill_disk(True)
         for words in (("settings", "set", "logLevel", "2"), add, ("signin", "ada@example.com")):
             answer = session.ctl(*words, "--json", check=False, BREVOK_PASSWORD="analytical-engine")
             self.assertEqual(answer.returncode, 1, (words, answer))
@@ -288,7 +126,7 @@ class Faults(unittest.TestCase):
         self.assertTrue(session.ctl("status").stdout.startswith("Warning: Changes cannot be stored now"))
         self.assertEqual(session.ctl("settings", "get", "logLevel").stdout.strip(), "2")  # it counts meanwhile
         self.assertNotIn("cannot store its data", session.log())  # no alert
-        self.fill_disk(False)
+        session.fill_disk(False)
         for words in (("settings", "set", "logLevel", "2"), add):
             session.ctl(*words)
         self.assertNotIn("warnings", session.status())
@@ -312,7 +150,7 @@ class Faults(unittest.TestCase):
         session = self.session
         session.start_application()
         session.ctl("settings", "set", "logLevel", "1")
-        session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+        session.sign_in()
         session.stop_application()
         session.environment["TMPDIR"] = "/proc"  # where not even root makes a file
         session.start_application()
@@ -324,10 +162,9 @@ class Faults(unittest.TestCase):
     def test_an_update_of_the_package_while_it_runs(self):
         session = self.session
         for name in ("bin", "lib", "share"):
-            shutil.copytree(PROGRAMS.parent / name, session.folder / "installed" / name)
+            shutil.copytree(session.programs.parent / name, session.folder / "installed" / name)
         session.programs = session.folder / "installed" / "bin"
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         wait_for(lambda: len(with_children(session.application.pid)) == 1, "what sent the requests has ended")
         program = session.folder / "installed" / "lib" / "tolvane-brevok" / "tolvane-brevok-network"
         program.unlink()
@@ -336,11 +173,9 @@ class Faults(unittest.TestCase):
 
     def test_a_damaged_state_file(self):
         session = self.session
-        session.publish("Alpha", "0xA", "1.0", 140)
         for content in (b"no database" * 1000, b""):
-            session.start_application()
-            session.ctl("check")
-            session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+            session.start_and_check()
+            session.sign_in()
             session.stop_application()
             self.assertEqual(session.state_file().stat().st_mode & 0o777, 0o600)
             session.state_file().write_bytes(content)
@@ -352,4 +187,4 @@ class Faults(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

@@ -1,22 +1,17 @@
 """Days of the real application in seconds: its clocks are moved on by an hour at a time, and what it holds stays as
 small as it was. DAYS=9 ./dev test -R long_life lives through a week after the two days that it is compared with.
 """
-import json
 import os
 import pathlib
 import re
 import shutil
-import subprocess
 import sys
-import unittest
 
-from brevok_session import Session, wait_for, with_children
+from brevok_session import LISTS, SessionTest, ask_bus, run_tests, wait_for, with_children
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
-LIBRARY = pathlib.Path(sys.argv.pop(1))
+LIBRARY = sys.argv.pop(2)
 DAYS = max(3, int(os.environ.get("DAYS", "3")))
 HOUR = 3600
-LISTS = ("/api/plugin/list", "/api/product/list")
 FAILED = ("Plugins update failed with error", "Packages update failed with error")
 LONGEST_LOG_OF_A_DAY = 64000
 MEMORY_NOISE = 300  # KB
@@ -45,9 +40,9 @@ class Clocks:
         new.rename(self.file)
 
 
-class LongLife(unittest.TestCase):
+class LongLife(SessionTest):
     def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
+        super().setUp()
         self.session.publish("Alpha", "0xA", "1.0", 140)
         self.session.publish("Beta", "0xB", "1.0", 140)
 
@@ -63,8 +58,7 @@ class LongLife(unittest.TestCase):
         session.ctl("check")
 
     def requests(self, *paths):
-        lines = (self.session.service_root / "requests.jsonl").read_text().splitlines()
-        return sum(json.loads(line)["path"] in paths for line in lines)
+        return len(self.session.requests(*paths))
 
     def last_check(self):
         return self.session.status()["lastCheck"]
@@ -81,7 +75,7 @@ class LongLife(unittest.TestCase):
     def outage(self, minutes=20):
         """A service that cannot be reached is asked again every minute."""
         session = self.session
-        port = int(session.service_url.rsplit(":", 1)[1])
+        port = session.port()
         session.stop_service()
         self.clocks.move_on(HOUR)
         for _ in range(minutes):
@@ -106,7 +100,7 @@ class LongLife(unittest.TestCase):
             if hour == 5:
                 self.outage()
             elif hour == 9:
-                session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+                session.sign_in()
                 session.publish("Alpha", "0xA", f"1.{day}", 140)
                 session.ctl("check")
                 session.ctl("update" if day else "install", "0xA")
@@ -127,14 +121,11 @@ class LongLife(unittest.TestCase):
         """What the application holds at rest."""
         session, process = self.session, self.session.application.pid
         wait_for(lambda: len(with_children(process)) == 1, "what sent the requests has ended")
-        rules = subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus",
-                                "/org/freedesktop/DBus", "org.freedesktop.DBus.Debug.Stats.GetAllMatchRules"],
-                               capture_output=True, text=True, check=True).stdout
         return {
             "open files": sorted(re.sub(r":\[\d+\]| \(deleted\)$", "", os.readlink(file))
                                  for file in pathlib.Path(f"/proc/{process}/fd").iterdir()),
             "threads": len(list(pathlib.Path(f"/proc/{process}/task").iterdir())),
-            "bus matches": rules.count("type='signal'"),
+            "bus matches": ask_bus("Debug.Stats.GetAllMatchRules").count("type='signal'"),
             "state in bytes": session.state_file().stat().st_size,
             "files": sorted(str(file.relative_to(session.folder))
                             for folder in ("tmp", "data", "config", "home", "state")
@@ -179,4 +170,4 @@ class LongLife(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

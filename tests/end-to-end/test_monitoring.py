@@ -5,12 +5,9 @@ import re
 import shlex
 import stat
 import subprocess
-import sys
-import unittest
 
-from brevok_session import Session, wait_for
+from brevok_session import SessionTest, run_tests, wait_for
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1)).resolve()
 SOURCE = pathlib.Path(__file__).resolve().parents[2]
 TYPES = {"object": dict, "array": list, "string": str, "integer": int, "boolean": bool}
 KNOWN = {"$schema", "title", "description", "type", "required", "properties", "items", "enum", "minimum", "pattern"}
@@ -44,9 +41,9 @@ def faults(schema, value, place="document"):
     return found
 
 
-class Monitoring(unittest.TestCase):
+class Monitoring(SessionTest):
     def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
+        super().setUp()
         self.session.environment["USER"] = "ada"
         self.session.publish('Al"pha\\', '0x"A', "1.0", 140)
         archive = self.session.publish("Beta", "0xB", "1.0", 140)
@@ -71,8 +68,7 @@ class Monitoring(unittest.TestCase):
         self.assertNotIn("lastCheck", early)
         self.session.stop_application()
         self.session.start_service()
-        self.start()
-        self.session.ctl("check")
+        self.session.start_and_check()
         self.session.ctl("install", "0xB", check=False)
         status = self.session.status()
         self.assertEqual(faults(schema, status), [])
@@ -82,8 +78,7 @@ class Monitoring(unittest.TestCase):
 
     def test_what_is_not_known_yet_is_not_told_as_known(self):
         session = self.session
-        self.start()
-        session.ctl("check")
+        session.start_and_check()
 
         def statuses(status):
             return [package["statusName"] for package in status["packages"]]
@@ -102,8 +97,7 @@ class Monitoring(unittest.TestCase):
 
     def test_metrics_tell_the_status(self):
         session = self.session
-        self.start()
-        session.ctl("check")
+        session.start_and_check()
         session.ctl("install", "0xB", check=False)
         text = self.metrics()
         self.assertIn('tolvane_brevok_info{user="ada",version="1.0.0",installer="15"} 1\n', text)
@@ -122,7 +116,7 @@ class Monitoring(unittest.TestCase):
         folder.mkdir()
         unit = (SOURCE / "packaging/systemd/tolvane-brevok-converge.service.in").read_text()
         words = re.search("^ExecStopPost=-/bin/sh -c '(.*)'$", unit, re.M)[1].replace("$$", "$")
-        command = words.replace("@BREVOK_BIN@", shlex.quote(str(PROGRAMS)))
+        command = words.replace("@BREVOK_BIN@", shlex.quote(str(session.programs)))
         run = {"shell": True, "check": True}
         subprocess.run(command, env=session.environment, **run)
         self.assertEqual(list(folder.iterdir()), [], "no folder is configured")
@@ -141,4 +135,4 @@ class Monitoring(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

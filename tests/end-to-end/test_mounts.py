@@ -1,29 +1,19 @@
 """Disks that do not answer, and volumes that come and go, with the real programs."""
-import contextlib
-import os
 import pathlib
-import shutil
 import subprocess
 import sys
 import unittest
 
-from brevok_session import Session, wait_for
+from brevok_session import SessionTest, run_tests, wait_for
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
-DEAD_MOUNT = pathlib.Path(sys.argv.pop(1))
+DEAD_MOUNT = sys.argv.pop(2)
 
 
-class DeadMount(unittest.TestCase):
+class DeadMount(SessionTest):
     def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
+        super().setUp()
         self.mount = self.session.folder / "mount"
-        self.gate = self.session.folder / "gate"
-        self.asked = self.session.folder / "asked-by-the-main-thread"
-        # The loader takes a blank in a path for the end of a name.
-        library = shutil.copy(DEAD_MOUNT, self.session.folder)
-        self.session.environment |= {
-            "LD_PRELOAD": library, "ASAN_OPTIONS": "verify_asan_link_order=0", "DEAD_MOUNT": str(self.mount),
-            "DEAD_MOUNT_GATE": str(self.gate), "DEAD_MOUNT_LOG": str(self.asked)}
+        self.gate, self.asked = self.session.mount_dead(DEAD_MOUNT, self.mount)
         # The session ends its programs before its folder goes, and they are to end well.
         self.addCleanup(self.gate.unlink, missing_ok=True)
 
@@ -51,7 +41,8 @@ class DeadMount(unittest.TestCase):
         session.ctl("settings", "set", "logLevel", "1")
         self.asked.write_text("")
         self.gate.touch()
-        waits = subprocess.Popen([PROGRAMS / "brevokctl", "settings", "set", "logLevel", "2"], env=session.environment)
+        waits = subprocess.Popen([session.programs / "brevokctl", "settings", "set", "logLevel", "2"],
+                                 env=session.environment)
         wait_for(lambda: session.ctl("settings", "get", "logLevel").stdout.strip() == "2", "it counts at once")
         self.assertIsNone(waits.poll(), "what is not stored is not confirmed")
         self.assert_main_thread_never_asked()
@@ -63,8 +54,7 @@ class DeadMount(unittest.TestCase):
         session = self.session
         session.publish("Alpha", "0xA", "1.0", 140)
         paths = [self.mount / name / "Plug-Ins" for name in ("One", "Removed")]
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         for path in paths:
             path.mkdir(parents=True)
             session.ctl("targets", "add", path, "--type", "InDesign", "--version", "140")
@@ -107,8 +97,7 @@ class DeadMount(unittest.TestCase):
         path = self.mount / "One" / "Plug-Ins"
         there = path / "Tolvane" / "Alpha.InDesignPlugin"
         path.mkdir(parents=True)
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         session.ctl("targets", "add", path, "--type", "InDesign", "--version", "140")
 
         self.gate.touch()
@@ -146,14 +135,11 @@ def mounting_is_possible():
                           stderr=subprocess.DEVNULL).returncode == 0
 
 
-class Volumes(unittest.TestCase):
+class Volumes(SessionTest):
     @unittest.skipUnless(mounting_is_possible(), "mounting takes root's rights")
     def test_volumes_come_and_go(self):
-        with Session(PROGRAMS) as session:
-            self.come_and_go(session)
-
-    def come_and_go(self, session):
         """The program runs where its mounts are its own."""
+        session = self.session
         command = session.application_command
         session.application_command = lambda *more: ["unshare", "--mount", *command(*more)]
         searched, session.applications = session.applications, session.folder / "volume"
@@ -194,4 +180,4 @@ class Volumes(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

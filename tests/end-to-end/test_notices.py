@@ -1,58 +1,31 @@
 """The notice about brevokctl converge: the real programs, a real session bus, a scripted notification service."""
 import json
-import os
-import pathlib
-import queue
 import shlex
-import subprocess
 import sys
-import threading
-import unittest
 
-from brevok_session import PATIENCE, Session, wait_for
+from brevok_session import PATIENCE, Played, SessionTest, ask_bus, offer_to_the_bus, run_tests, wait_for
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1)).resolve()
 SKIPPED = 77
 
 
-class NotificationService:
-    def __init__(self, test):
-        self.process = subprocess.Popen([sys.executable, pathlib.Path(__file__).with_name("notification_service.py")],
-                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True)
-        test.addCleanup(self.close)
-        assert self.process.stdout.readline() == "ready\n"
-        self.lines = queue.Queue()
-        self.reader = threading.Thread(target=self.read, daemon=True)
-        self.reader.start()
-
-    def read(self):
-        for line in self.process.stdout:
-            self.lines.put(line)
-
-    def close(self):
-        self.process.stdin.close()
-        self.process.wait(PATIENCE)
-        self.reader.join(PATIENCE)
-        self.process.stdout.close()
-
+class NotificationService(Played):
     def next(self):
         return json.loads(self.lines.get(timeout=PATIENCE))
 
     def click(self, notice, action):
-        self.process.stdin.write(f"{notice['number']} {action}\n")
-        self.process.stdin.flush()
+        self.say(f"{notice['number']} {action}")
 
 
-class Notices(unittest.TestCase):
+class Notices(SessionTest):
     def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
+        super().setUp()
         self.session.headless = ["--background"]  # with the windows of a display that is not there
-        self.service = NotificationService(self)
+        self.service = NotificationService(self, "notification_service.py")
         for name, prefix in (("Alpha", "0xA"), ("Beta", "0xB")):
             self.session.publish(name, prefix, "1.0", 140)
         self.session.start_application()
         wait_for(lambda: self.session.status()["targets"], "the host application is found")
-        self.session.ctl("signin", "ada@example.com", BREVOK_PASSWORD="analytical-engine")
+        self.session.sign_in()
         self.session.ctl("check")
         self.session.ctl("install", "0xA", "0xB")
         self.session.publish("Alpha", "0xA", "1.1", 140)
@@ -102,11 +75,13 @@ class Notices(unittest.TestCase):
         session.ctl("converge")
         notice = self.service.next()
         session.stop_application()
-        self.offer_to_the_bus()
+        words = [f"{name}={value}" for name, value in session.environment.items() if name.startswith("XDG_")]
+        command = shlex.join(map(str, ["/usr/bin/env", *words, *session.application_command()]))
+        offer_to_the_bus(self, f"[D-BUS Service]\nName=com.tolvane.brevok\nExec={command}\n")
         self.service.click(notice, "update")
         wait_for(lambda: session.installed_version("Alpha") == "1.1", "the update is installed")
         session.ctl("quit")
-        wait_for(lambda: not self.names_owner(), "the program of the bus is gone")
+        wait_for(lambda: "com.tolvane.brevok" not in ask_bus("ListNames"), "the program of the bus is gone")
 
     def test_without_windows_nothing_is_said(self):
         session = self.session
@@ -120,26 +95,6 @@ class Notices(unittest.TestCase):
         session.ctl("converge")
         self.assertEqual(self.service.next()["number"], 1, "the first that is said")
 
-    def offer_to_the_bus(self):
-        services = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "dbus-1" / "services"
-        services.mkdir(parents=True, exist_ok=True)
-        words = [f"{name}={self.session.environment[name]}" for name in self.session.environment
-                 if name.startswith("XDG_")]
-        file = services / "com.tolvane.brevok.service"
-        self.addCleanup(file.unlink)
-        command = shlex.join(map(str, ["/usr/bin/env", *words, *self.session.application_command()]))
-        file.write_text(f"[D-BUS Service]\nName=com.tolvane.brevok\nExec={command}\n")
-        self.ask_bus("ReloadConfig")
-        wait_for(lambda: "com.tolvane.brevok" in self.ask_bus("ListActivatableNames"), "the bus knows the program")
-
-    def names_owner(self):
-        return "com.tolvane.brevok" in self.ask_bus("ListNames")
-
-    @staticmethod
-    def ask_bus(method):
-        return subprocess.run(["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
-                               f"org.freedesktop.DBus.{method}"], capture_output=True, text=True, check=True).stdout
-
 
 if __name__ == "__main__":
     try:
@@ -147,4 +102,4 @@ if __name__ == "__main__":
     except ImportError:
         print("skipped: python3-gi is not installed")
         sys.exit(SKIPPED)
-    unittest.main(verbosity=2)
+    run_tests()

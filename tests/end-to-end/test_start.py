@@ -1,27 +1,23 @@
 """The start with the question about unfinished actions, with the real programs."""
 import contextlib
 import json
-import pathlib
+import os
 import signal
 import sqlite3
-import sys
-import unittest
 
-from brevok_session import PATIENCE, Session, wait_for
+from brevok_session import LISTS, PATIENCE, SessionTest, run_tests, wait_for
 
-PROGRAMS = pathlib.Path(sys.argv.pop(1))
 QUESTION = "Installer detected one or more unfinished actions."
 
 
-class Start(unittest.TestCase):
+class Start(SessionTest):
     def setUp(self):
-        self.session = self.enterContext(Session(PROGRAMS))
+        super().setUp()
         self.session.publish("Alpha", "0xA", "1.0", 140)
 
     def leave_unfinished_actions(self):
         session = self.session
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         with session.install_under_way("0xA"):
             session.stop_application(signal.SIGKILL)
 
@@ -29,13 +25,9 @@ class Start(unittest.TestCase):
         """The application with its windows, on a display that nobody sees."""
         self.leave_unfinished_actions()
         self.session.headless = []
-        self.seen = len(self.lists())
+        self.seen = len(self.session.requests(*LISTS))
         self.session.start_application()
         wait_for(lambda: QUESTION in self.session.log(), "the question is asked")
-
-    def lists(self):
-        requests = self.session.service_root / "requests.jsonl"
-        return [r for r in map(json.loads, requests.read_text().splitlines()) if r["path"].endswith("/list")]
 
     def assert_unfinished(self, unfinished):
         """What a start without windows, which leaves the queues as they are, says of them."""
@@ -59,9 +51,9 @@ class Start(unittest.TestCase):
                 self.assertEqual(refused.returncode, 1)
                 self.assertIn("brevokctl discard", refused.stderr)
         self.assertEqual(session.package_status("0xA"), "In Progress")
-        self.assertEqual(len(self.lists()), self.seen, "the first request comes after the answer")
+        self.assertEqual(len(self.session.requests(*LISTS)), self.seen, "the first request comes after the answer")
         session.ctl("discard")
-        wait_for(lambda: len(self.lists()) >= self.seen + 2, "both lists are requested")
+        wait_for(lambda: len(self.session.requests(*LISTS)) >= self.seen + 2, "both lists are requested")
         session.ctl("check")
         self.assertEqual(session.package_status("0xA"), "Not Installed")
         session.ctl("install", "0xA")
@@ -69,18 +61,29 @@ class Start(unittest.TestCase):
         self.assertEqual(session.stop_application(), 0)
         self.assert_unfinished(False)
 
-    def test_a_signal_at_the_question_ends_the_program(self):
+    def test_a_signal_or_a_call_at_the_question_ends_the_program(self):
+        session = self.session
         self.start_with_question()
-        self.assertEqual(self.session.stop_application(), 0)
-        self.assertEqual(len(self.lists()), self.seen)
+        self.assertEqual(session.stop_application(), 0)
+        session.start_application()
+        session.ctl("quit")
+        self.assertEqual(session.application.wait(PATIENCE), 0)
+        session.application = None
+        self.assertEqual(len(session.requests(*LISTS)), self.seen)
         self.assert_unfinished(True)
 
-    def test_quit_at_the_question_ends_the_program(self):
-        self.start_with_question()
-        self.session.ctl("quit")
-        self.assertEqual(self.session.application.wait(PATIENCE), 0)
-        self.session.application = None
-        self.assert_unfinished(True)
+    def test_what_is_left_half_done_goes_at_the_start(self):
+        session = self.session
+        session.start_and_check()
+        session.stop_application()
+        target, archives = session.bundle("Alpha").parent, session.state_file().parent / "140"
+        names = (archives / "Alpha.zip.part-1-1", target / ".tolvane-unpack-abcdef", target / ".tolvane-removed-1")
+        for name in names:
+            name.mkdir(parents=True) if name.parent == target else archives.mkdir()
+            (name / "part" if name.parent == target else name).write_text("half")
+        os.utime(names[0], (0, 0))
+        session.start_application()
+        wait_for(lambda: not any(name.exists() for name in names), "nothing of it is left")
 
     def test_a_search_that_ends_at_the_question(self):
         session = self.session
@@ -98,8 +101,7 @@ class Start(unittest.TestCase):
 
     def test_discarding_waits_for_no_install_and_breaks_none(self):
         session = self.session
-        session.start_application()
-        session.ctl("check")
+        session.start_and_check()
         session.ctl("discard")
         with session.install_under_way("0xA") as install:
             refused = session.ctl("discard", check=False)
@@ -113,4 +115,4 @@ class Start(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(verbosity=2)
+    run_tests()

@@ -1,12 +1,11 @@
 """The windows as a user has them: a virtual display with a window manager and a tray, the real programs, keyboard and
 pointer. What the windows show is read as assistive technology reads it, so names, roles and places are tested too."""
 import base64
-import pathlib
 import signal
 import subprocess
-from brevok_session import PATIENCE, wait_for
-from on_desktop import (EMAIL, MARGIN, PANEL_HEIGHT, PANEL_WIDTH, PASSWORD, Clicks, GLib, OnDesktop,
-                        StatusNotifierHost, run_tests)
+
+from brevok_session import EMAIL, PASSWORD, PATIENCE
+from on_desktop import MARGIN, PANEL_HEIGHT, PANEL_WIDTH, Clicks, GLib, OnDesktop, run_tests
 
 
 class Panel(OnDesktop):
@@ -49,15 +48,13 @@ class Panel(OnDesktop):
         desktop.press("Tab", "space")
         self.wait_for_control("Install Alpha", "push button", enabled=True)
         self.assertIsNone(session.installed_version("Alpha"))
-        desktop.press("Escape")
-        self.wait_for_closed_panel()
+        self.close_panel()
 
     def test_a_failed_install_says_why_in_its_row(self):
         session = self.session
         archive = session.service_root / session.plugins[0]["Link"].lstrip("/")
         whole = archive.read_bytes()
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.wait_for_control("Install Alpha", "push button", enabled=True)
         archive.write_bytes(whole.replace(b"1.0", b"1.1"))
         self.press_button("Install Alpha")
@@ -102,23 +99,6 @@ class Panel(OnDesktop):
                       f"\tMenu is on screen {{{{0, 0}}, {{1440, 900}}}}\n\tWill be animated to {panel}",
                       self.session.log())
 
-    def test_an_alert_leaves_the_panel_open(self):
-        self.start()
-        self.open_panel()
-        self.session.stop_service()
-        self.desktop.write(EMAIL)
-        self.desktop.press("Tab")
-        self.desktop.write("anything")
-        self.desktop.press("Return")
-        answer = self.wait_for_control("OK", "push button", focused=True)
-        self.assertIsNotNone(self.desktop.panel(), "the panel stays under its alert")
-        self.desktop.click(*answer.middle())
-        self.wait_until_gone("OK")
-        self.wait_for_open_panel()
-        self.wait_for_control("Sign In", "push button", enabled=True)
-        self.desktop.press("Escape")
-        self.wait_for_closed_panel()
-
     def test_what_fails_is_told_where_the_user_acted(self):
         session, desktop = self.session, self.desktop
         opener = session.folder / "programs" / "xdg-open"
@@ -126,8 +106,7 @@ class Panel(OnDesktop):
         opener.write_text("#!/bin/sh\nexit 3\n")
         opener.chmod(0o755)
         session.environment["PATH"] = f"{opener.parent}:{session.environment['PATH']}"
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         desktop.press("F1")
         self.wait_for_control("Address", "text", focused=True)
         self.assertIsNotNone(desktop.panel(), "the panel stays below")
@@ -172,8 +151,7 @@ class Panel(OnDesktop):
             condition()
 
     def test_signed_out_by_the_service_while_open(self):
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.wait_for_control("Install Alpha")
         self.session.stop_service()
         self.session.start_service(self.session.port())  # it knows no session any more
@@ -181,8 +159,7 @@ class Panel(OnDesktop):
         self.wait_for_control("You are signed out")
         self.assertIsNone(self.find("Password"), "the page does not change under the user's eyes")
         self.wait_for_control("Not signed in", "label")
-        self.desktop.press("Escape")
-        self.wait_for_closed_panel()
+        self.close_panel()
         self.open_panel()
         self.wait_for_control("Password", "text", focused=True)
 
@@ -197,24 +174,16 @@ class Panel(OnDesktop):
             if status is None:
                 self.wait_until_gone("Quit")
                 self.wait_for_open_panel()
-                self.desktop.press("Escape")
-                self.wait_for_closed_panel()
+                self.close_panel()
         self.assertEqual(self.exit_status(), 0)
 
 
 class Alerts(OnDesktop):
-    def alert(self, title="OK"):
-        return self.wait_for_control(title, "push button", focused=True)
-
-    def focused_in(self, window, *types):
-        """The focus is in the window of that title and type, and on a control of it."""
-        def found():
-            focus = self.desktop.run("xdotool", "getwindowfocus").strip()
-            typed = self.desktop.run("xprop", "-id", focus, "_NET_WM_WINDOW_TYPE")
-            return (self.desktop.run("xdotool", "getwindowname", focus).strip() == window
-                    and all(kind in typed for kind in types)
-                    and any("focused" in control.states for control in self.controls()))
-        return found
+    def panel_has_the_focus(self):
+        """It is in the window of that title and type; on which control, another question tells."""
+        focus = self.desktop.run("xdotool", "getwindowfocus").strip()
+        return (self.desktop.run("xdotool", "getwindowname", focus).strip() == "Tolvane Brevok"
+                and "_UTILITY" in self.desktop.run("xprop", "-id", focus, "_NET_WM_WINDOW_TYPE"))
 
     def alert_window(self):
         """Its id and what the window manager lets the user do with it."""
@@ -224,10 +193,8 @@ class Alerts(OnDesktop):
         return None
 
     def test_the_focus_goes_back_to_the_panel(self):
-        self.start()
-        self.open_panel()
-        self.desktop.press("ctrl+comma")
-        self.wait_for_control("Preferences", None, active=True)
+        self.start_with_panel()
+        self.open_preferences()
         self.wait_for_closed_panel()
         self.open_panel()
         self.session.stop_service()
@@ -236,37 +203,17 @@ class Alerts(OnDesktop):
         self.desktop.write("anything")
         for raise_alert, button, answer in (("Return", "OK", "Return"), ("ctrl+q", "Cancel", "alt+F4")):
             self.desktop.press(raise_alert)
-            self.alert(button)
+            self.wait_for_control(button, "push button", focused=True)
+            self.assertIsNotNone(self.desktop.panel(), "the panel stays under its alert")
             window, allowed = self.wait("the alert", self.alert_window)
             self.assertNotIn("MAXIMIZE", allowed)
             self.desktop.run("xdotool", "windowminimize", window)
             self.wait("it stays", lambda: "IsViewable" in self.desktop.run("xwininfo", "-id", window))
-            self.alert(button)
+            self.wait_for_control(button, "push button", focused=True)
             self.desktop.press(answer)
             self.wait_until_gone(button)
-            self.wait("the panel has the focus", self.focused_in("Tolvane Brevok", "_UTILITY"))
+            self.wait("the panel has the focus", self.panel_has_the_focus)
             self.wait_for_control("Password", "text", focused=True)
-
-    def test_the_focus_goes_back_to_a_sheet(self):
-        self.start()
-        self.open_panel()
-        self.desktop.press("ctrl+comma")
-        self.wait_for_control("Preferences", None, active=True)
-        self.desktop.press("ctrl+2")
-        self.press_button("Add…")
-        self.wait_for_control("Browse…", None, focused=True)
-        self.desktop.press("space")
-        self.wait_for_control("Chose Plug-Ins directory", None, active=True)
-        self.desktop.write(str(self.session.folder))
-        self.desktop.press("Return")
-        self.wait_until_gone("Chose Plug-Ins directory")
-        for _ in range(4):  # it failed every second time
-            add = self.wait_for_control("Add Target", "push button", enabled=True, showing=True)
-            self.desktop.click(*add.middle())
-            self.alert()
-            self.desktop.press("Escape")
-            self.wait_until_gone("OK")
-            self.wait("the sheet has the focus", self.focused_in("Add Target"))
 
 
 class HostApplication(OnDesktop):
@@ -274,8 +221,7 @@ class HostApplication(OnDesktop):
         host = self.enterContext(self.session.running_host())
         bystander = subprocess.Popen(["sleep", "600"])
         self.addCleanup(lambda: (bystander.kill(), bystander.wait()))
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.press_button("Install Alpha")
         self.wait_for_control("Continue", "push button")
         self.wait("the install did not wait for the answer", lambda: self.session.installed_version("Alpha"))
@@ -300,42 +246,7 @@ class Item(OnDesktop):
             self.wait("no item", lambda: not self.desktop.tray_item())
             self.desktop.start_tray()
             self.open_panel()
-            self.desktop.press("Escape")
-            self.wait_for_closed_panel()
-
-    def test_a_bar_that_speaks_over_the_bus(self):
-        self.start()
-        with StatusNotifierHost(self.session.environment) as host:
-            item = self.wait("the item registers", host.item)
-            self.wait("the other tray has it no more", lambda: not self.desktop.tray_item())
-            host.activate(item, 700, 12)
-            x, _, width, _ = self.wait_for_open_panel()
-            self.assertLessEqual(abs(x + width // 2 - 700), 1, "the panel is centred under the click")
-            self.desktop.press("Escape")
-            self.wait_for_closed_panel()
-        self.open_panel()
-
-
-class Preferences(OnDesktop):
-    def test_pages_and_settings(self):
-        self.start(signed_in=True)
-        self.open_panel()
-        self.desktop.press("ctrl+comma")
-        self.wait_for_control("Preferences", None, active=True)
-        self.wait_for_control("Sign Out", "push button", enabled=True)
-        self.desktop.press("ctrl+2")
-        self.wait_for_control("Targets", "table")
-        self.desktop.press("ctrl+3")
-        box = self.wait_for_control("Update Plug-Ins automatically", "check box", checked=False)
-        self.session.ctl("settings", "set", "autoUpdate", "yes")
-        self.wait_for_control("Update Plug-Ins automatically", "check box", checked=True)
-        self.desktop.click(box.rectangle[0] + 8, box.middle()[1])
-        self.wait_for_control("Update Plug-Ins automatically", "check box", checked=False)
-        self.wait("the setting", lambda: "no" in self.session.ctl("settings", "get", "autoUpdate").stdout.lower()
-                  or "false" in self.session.ctl("settings", "get", "autoUpdate").stdout.lower())
-        # The panel opens beside them; the preferences stay.
-        self.open_panel()
-        self.assertIsNotNone(self.find("Preferences"))
+            self.close_panel()
 
 
 class BadInput(OnDesktop):
@@ -363,8 +274,7 @@ class BadInput(OnDesktop):
                 + b'</defs><use href="#a11"/></svg>')
         for prefix, data in (("0x1", png), ("0x2", huge), ("0x3", png[:40]), ("0x4", bomb), ("0x5", b"no image")):
             self.publish_icon(prefix, data)
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.wait_for_control("Install " + names["0x5"], "push button", enabled=True)
         self.wait_for_control("Install two lines tab", "push button", enabled=True)
         rows = [c for c in self.controls() if c.role == "list item"]
@@ -394,48 +304,10 @@ class BadInput(OnDesktop):
         self.wait_for_control("Install Package 1999", "push button", focused=True)
 
 
-class Colors(OnDesktop):
-    def test_light_and_dark_follow_the_desktop_at_once(self):
-        portal = self.start_settings_portal(1)
-        self.start()
-        x, y, _, _ = self.open_panel()
-        for scheme, dark in ((None, True), (0, False), (1, True), (2, False)):
-            if scheme is not None:
-                portal.announce(scheme)
-            self.wait(f"dark: {dark}", lambda: (self.brightness(x + 20, y + 600) < 100) == dark)
-
-
 class Ends(OnDesktop):
     def test_a_signal_ends_it_with_the_panel_open(self):
-        self.start(signed_in=True)
-        self.open_panel()
+        self.start_with_panel(signed_in=True)
         self.assertEqual(self.session.stop_application(), 0)
-
-    def test_the_display_goes_away(self):
-        self.start(signed_in=True)
-        self.session.ctl("settings", "set", "logLevel", "1")
-        self.open_panel()
-        self.desktop.display.terminate()
-        self.desktop.display.wait()
-        self.assertGreaterEqual(self.exit_status(), 0, "it ends by itself, not by a signal")
-        self.assertIn("OrlecLogLevel", self.session.settings_file().read_text())
-        self.session.application = None
-        self.session.headless = ["--headless"]
-        self.session.start_application()
-        self.assertTrue(self.session.status()["session"]["signedIn"], "nothing is lost")
-
-    def test_starts_that_are_refused(self):
-        no_display = {name: value for name, value in self.session.environment.items() if name != "DISPLAY"}
-        for name, words, environment, status, text in (
-                ("no display", [], no_display, 1, "there is no display"),
-                ("an unknown option", ["--fullscreen"], self.session.environment, 2, "fullscreen"),
-                ("both", ["--fullscreen"], no_display, 2, "fullscreen")):
-            with self.subTest(name):
-                result = subprocess.run(self.session.application_command(*words), env=environment, capture_output=True,
-                                        text=True, timeout=PATIENCE, check=False)
-                self.assertEqual(result.returncode, status, result.stderr)
-                self.assertEqual(len(result.stderr.splitlines()), 1, result.stderr)
-                self.assertIn(text, result.stderr)
 
 
 if __name__ == "__main__":

@@ -5,6 +5,7 @@
 
 #include "failing_calls.h"
 #include "Roads.h"
+#include "support/Columns.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
@@ -123,18 +124,154 @@ template <typename Work> bool killedIn(const Host &host, int at, const Work &wor
 
 } // namespace
 
+using Failing = Columns<Road, int, bool>;
+using ChangedMeanwhile = Columns<Road, Change>;
+
 class CutShortTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void failing_data();
-    void failing();
+    void failing_data()
+    {
+        const auto row = Failing::declare();
+        for (const Road road : roads) {
+            const QByteArray name = road == Road::Own ? "own" : "helper";
+            row(name + ", full", road, ENOSPC, true);
+            row(name + ", full once", road, ENOSPC, false);
+            row(name + ", broken", road, EIO, false);
+            row(name + ", forbidden", road, EACCES, false);
+        }
+    }
+
+    void failing()
+    {
+        // full: and stays so
+        const auto [road, code, full] = Failing::row();
+        const LogCapture log;
+        for (const bool hasOld : {true, false}) {
+            const State before = hasOld ? State::Old : State::Nothing;
+            QSet<State> states;
+            for (int at = 1, calls = at; at <= calls; ++at) {
+                const Host host(hasOld);
+                fail_calls(host.root().constData(), at, code, full ? 1 : 0);
+                const InstallResult result = host.install(road);
+                calls = end_failing_calls() < at ? 0 : at + 1; // until there is none to fail
+                const QByteArray where = "call " + QByteArray::number(at);
+                const QByteArray told = result.failure ? result.failure->description.toUtf8() : "(done)";
+                QVERIFY2(host.state() == (result.failure ? before : State::New), where + ": " + told);
+                QVERIFY2(!result.failure || !result.failure->description.contains(u'/'), told);
+                states.insert(host.state());
+                host.clear(road, false, hasOld);
+                QVERIFY2(
+                    host.state() == (result.failure ? before : State::New) && !host.hasLeftovers(), where);
+                QVERIFY(at < most);
+            }
+            QCOMPARE(states, (QSet<State>{before, State::New}));
+        }
+    }
+
     void failingRemovals_data() { ways(); }
-    void failingRemovals();
-    void changedMeanwhile_data();
-    void changedMeanwhile();
+    void failingRemovals()
+    {
+        QFETCH(const Road, road);
+        const LogCapture log;
+        for (int at = 1, calls = at; at <= calls; ++at) {
+            const Host host(true);
+            fail_calls(host.root().constData(), at, EIO, 0);
+            const bool removed = host.remove(road);
+            calls = end_failing_calls() < at ? 0 : at + 1;
+            QCOMPARE(host.state(), removed ? State::Nothing : State::Old);
+            host.clear(road, true, true);
+            QVERIFY(!host.hasLeftovers());
+            QVERIFY(at < most);
+        }
+    }
+
+    void changedMeanwhile_data()
+    {
+        const auto add = ChangedMeanwhile::declare();
+        const auto row = [&add](const QByteArray &name, Change change) {
+            add("own, " + name, Road::Own, change);
+            add("helper, " + name, Road::Helper, change);
+        };
+        row("application gone", [](void *host) { static_cast<Host *>(host)->move(u"App"_s); });
+        row("folder gone", [](void *host) { static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s); });
+        row("folder is a file",
+            [](void *host) { writeFile(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s), "x"); });
+        row("folder is a link", [](void *host) {
+            QFile::link(static_cast<Host *>(host)->path(u"outside"_s),
+                static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s));
+        });
+        row("folder is a pipe", [](void *host) {
+            ::mkfifo(
+                QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s)).constData(),
+                0600);
+        });
+        row("plug-in is a pipe", [](void *host) {
+            ::mkfifo(
+                QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane/A.InDesignPlugin"_s))
+                    .constData(),
+                0600);
+        });
+    }
+
+    /// Somebody else takes away what is being worked on, and puts something in its place.
+    void changedMeanwhile()
+    {
+        const auto [road, change] = ChangedMeanwhile::row();
+        const LogCapture log;
+        for (int at = 1, calls = at; at <= calls; ++at) {
+            Host host(true);
+            QVERIFY(QDir().mkdir(host.path(u"outside"_s)));
+            change_before_call(host.root().constData(), at, change, &host);
+            const InstallResult result = host.install(road);
+            const QByteArray where = "call " + QByteArray::number(at);
+            calls = end_failing_calls() < at ? 0 : at + 1;
+            // What went away with its folder is whole there, or comes back with the next clean-up.
+            if (host.state() != State::New) {
+                host.moveBack();
+            }
+            host.clear(road, false, true);
+            QVERIFY2(host.state() == State::New || (result.failure && host.state() == State::Old), where);
+            QVERIFY2(!host.hasLeftovers(), where);
+            QVERIFY(at < most);
+        }
+    }
+
     void killed_data() { ways(); }
-    void killed();
+    void killed()
+    {
+        QFETCH(const Road, road);
+        const LogCapture log;
+        for (const bool removal : {false, true}) {
+            for (const bool hasOld : removal ? QList<bool>{true} : QList<bool>{true, false}) {
+                const State before = hasOld ? State::Old : State::Nothing;
+                const State after = removal ? State::Nothing : State::New;
+                QSet<State> states;
+                for (int at = 1;; ++at) {
+                    const Host host(hasOld);
+                    const bool killed = killedIn(host, at, [&] {
+                        if (removal) {
+                            host.remove(road);
+                        } else {
+                            host.install(road);
+                        }
+                    });
+                    QVERIFY2(host.state() != State::Torn, QByteArray::number(at));
+                    host.clear(road, removal, hasOld);
+                    QVERIFY2(host.state() == before || host.state() == after, QByteArray::number(at));
+                    QVERIFY2(!host.hasLeftovers(), QByteArray::number(at));
+                    states.insert(host.state());
+                    if (!killed) {
+                        QCOMPARE(host.state(), after);
+                        break;
+                    }
+                    QVERIFY(at < most);
+                }
+                QCOMPARE(states, (QSet<State>{before, after}));
+            }
+        }
+    }
 
 private:
     static void ways()
@@ -144,149 +281,6 @@ private:
         QTest::newRow("helper") << Road::Helper;
     }
 };
-
-void CutShortTest::failing_data()
-{
-    QTest::addColumn<Road>("road");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<bool>("full"); // and stays so
-    for (const Road road : roads) {
-        const char *name = road == Road::Own ? "own" : "helper";
-        QTest::addRow("%s, full", name) << road << ENOSPC << true;
-        QTest::addRow("%s, full once", name) << road << ENOSPC << false;
-        QTest::addRow("%s, broken", name) << road << EIO << false;
-        QTest::addRow("%s, forbidden", name) << road << EACCES << false;
-    }
-}
-
-void CutShortTest::failing()
-{
-    QFETCH(const Road, road);
-    QFETCH(const int, code);
-    QFETCH(const bool, full);
-    const LogCapture log;
-    for (const bool hasOld : {true, false}) {
-        const State before = hasOld ? State::Old : State::Nothing;
-        QSet<State> states;
-        for (int at = 1, calls = at; at <= calls; ++at) {
-            const Host host(hasOld);
-            fail_calls(host.root().constData(), at, code, full ? 1 : 0);
-            const InstallResult result = host.install(road);
-            calls = end_failing_calls() < at ? 0 : at + 1; // until there is none to fail
-            const QByteArray where = "call " + QByteArray::number(at);
-            const QByteArray told = result.failure ? result.failure->description.toUtf8() : "(done)";
-            QVERIFY2(host.state() == (result.failure ? before : State::New), where + ": " + told);
-            QVERIFY2(!result.failure || !result.failure->description.contains(u'/'), told);
-            states.insert(host.state());
-            host.clear(road, false, hasOld);
-            QVERIFY2(host.state() == (result.failure ? before : State::New) && !host.hasLeftovers(), where);
-            QVERIFY(at < most);
-        }
-        QCOMPARE(states, (QSet<State>{before, State::New}));
-    }
-}
-
-void CutShortTest::failingRemovals()
-{
-    QFETCH(const Road, road);
-    const LogCapture log;
-    for (int at = 1, calls = at; at <= calls; ++at) {
-        const Host host(true);
-        fail_calls(host.root().constData(), at, EIO, 0);
-        const bool removed = host.remove(road);
-        calls = end_failing_calls() < at ? 0 : at + 1;
-        QCOMPARE(host.state(), removed ? State::Nothing : State::Old);
-        host.clear(road, true, true);
-        QVERIFY(!host.hasLeftovers());
-        QVERIFY(at < most);
-    }
-}
-
-void CutShortTest::changedMeanwhile_data()
-{
-    QTest::addColumn<Road>("road");
-    QTest::addColumn<Change>("change");
-    const auto row = [](const char *name, Change change) {
-        QTest::addRow("own, %s", name) << Road::Own << change;
-        QTest::addRow("helper, %s", name) << Road::Helper << change;
-    };
-    row("application gone", [](void *host) { static_cast<Host *>(host)->move(u"App"_s); });
-    row("folder gone", [](void *host) { static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s); });
-    row("folder is a file",
-        [](void *host) { writeFile(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s), "x"); });
-    row("folder is a link", [](void *host) {
-        QFile::link(static_cast<Host *>(host)->path(u"outside"_s),
-            static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s));
-    });
-    row("folder is a pipe", [](void *host) {
-        ::mkfifo(
-            QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s)).constData(), 0600);
-    });
-    row("plug-in is a pipe", [](void *host) {
-        ::mkfifo(
-            QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane/A.InDesignPlugin"_s))
-                .constData(),
-            0600);
-    });
-}
-
-/// Somebody else takes away what is being worked on, and puts something in its place.
-void CutShortTest::changedMeanwhile()
-{
-    QFETCH(const Road, road);
-    QFETCH(const Change, change);
-    const LogCapture log;
-    for (int at = 1, calls = at; at <= calls; ++at) {
-        Host host(true);
-        QVERIFY(QDir().mkdir(host.path(u"outside"_s)));
-        change_before_call(host.root().constData(), at, change, &host);
-        const InstallResult result = host.install(road);
-        const QByteArray where = "call " + QByteArray::number(at);
-        calls = end_failing_calls() < at ? 0 : at + 1;
-        // What went away with its folder is whole there, or comes back with the next clean-up.
-        if (host.state() != State::New) {
-            host.moveBack();
-        }
-        host.clear(road, false, true);
-        QVERIFY2(host.state() == State::New || (result.failure && host.state() == State::Old), where);
-        QVERIFY2(!host.hasLeftovers(), where);
-        QVERIFY(at < most);
-    }
-}
-
-void CutShortTest::killed()
-{
-    QFETCH(const Road, road);
-    const LogCapture log;
-    for (const bool removal : {false, true}) {
-        for (const bool hasOld : removal ? QList<bool>{true} : QList<bool>{true, false}) {
-            const State before = hasOld ? State::Old : State::Nothing;
-            const State after = removal ? State::Nothing : State::New;
-            QSet<State> states;
-            for (int at = 1;; ++at) {
-                const Host host(hasOld);
-                const bool killed = killedIn(host, at, [&] {
-                    if (removal) {
-                        host.remove(road);
-                    } else {
-                        host.install(road);
-                    }
-                });
-                QVERIFY2(host.state() != State::Torn, QByteArray::number(at));
-                host.clear(road, removal, hasOld);
-                QVERIFY2(host.state() == before || host.state() == after, QByteArray::number(at));
-                QVERIFY2(!host.hasLeftovers(), QByteArray::number(at));
-                states.insert(host.state());
-                if (!killed) {
-                    QCOMPARE(host.state(), after);
-                    break;
-                }
-                QVERIFY(at < most);
-            }
-            QCOMPARE(states, (QSet<State>{before, after}));
-        }
-    }
-}
 
 QTEST_GUILESS_MAIN(CutShortTest)
 #include "test_cut_short.moc"

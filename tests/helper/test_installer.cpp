@@ -3,6 +3,7 @@
 
 #include "helper/BrevokInstaller.h"
 #include "platform/linux/files/LinuxFileOperations.h"
+#include "support/Columns.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
@@ -17,6 +18,7 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::Columns;
 using testing::contentsOf;
 using testing::LogCapture;
 using testing::modeOf;
@@ -32,23 +34,188 @@ uid_t ownerOf(const QString &path)
 
 } // namespace
 
+using WrongInputTouchesNothing = Columns<QString, QString, QString>;
+using FailuresThatStillAnswerYes = Columns<QString, bool>;
+using Removing = Columns<QString, bool, QStringList>;
+
 class InstallerTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init()
+    {
+        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        m_scratch = std::make_unique<QTemporaryDir>();
+        m_error.reset();
+        m_log = std::make_unique<LogCapture>();
+    }
 
-    void wrongInputTouchesNothing_data();
-    void wrongInputTouchesNothing();
-    void archiveReplacesTheOldBundle();
-    void workspaceFileIsWrittenOnce();
-    void failuresThatStillAnswerYes_data();
-    void failuresThatStillAnswerYes();
-    void whatCannotGoEndsTheInstall();
-    void removing_data();
-    void removing();
-    void attributesAreAdded();
+    void cleanup()
+    {
+        m_log.reset();
+        m_scratch.reset();
+    }
+
+    void wrongInputTouchesNothing_data()
+    {
+        const auto row = WrongInputTouchesNothing::declare();
+        row("no source", QString(), "T/A.InDesignPlugin", "install failed, source path is wrong: -");
+        row("empty source", "", "T/A.InDesignPlugin", "install failed, source path is wrong: ");
+        row("no target", "/a.zip", QString(), "install failed, target path is wrong: -");
+        row("target without folder", "/a.zip", "A.InDesignPlugin/", "install failed, target path is wrong: ");
+    }
+
+    void wrongInputTouchesNothing()
+    {
+        const auto [source, target, line] = WrongInputTouchesNothing::row();
+        QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
+        QVERIFY(m_error);
+        QCOMPARE(m_error->domain, QString::fromLatin1(installerErrorDomain));
+        QCOMPARE(m_error->code, 1);
+        QCOMPARE(m_error->description, u"Incorrect input to installPlugin:"_s);
+        QCOMPARE(LogCapture::lines(), QStringList{line});
+        QVERIFY(!QFileInfo::exists(target));
+    }
+
+    void archiveReplacesTheOldBundle()
+    {
+        const QString folder = path(u"Plug-Ins/Tolvane"_s);
+        const QString target = folder + u"/A.InDesignPlugin"_s;
+        const QString archive = path(u"a.ZIP"_s);
+        QVERIFY(writeFile(target + u"/Contents/Old"_s, "old"));
+        QVERIFY(writeFile(archive, testing::pluginArchive("A", "information", "code")));
+        QVERIFY(m_installer.installPluginFromSource(archive, target, ::getuid(), &m_error));
+        QVERIFY(!m_error);
+        QCOMPARE(testing::entries(folder), QStringList{u"A.InDesignPlugin"_s});
+        QVERIFY(!QFileInfo::exists(target + u"/Contents/Old"_s));
+        QCOMPARE(contentsOf(target + u"/Contents/Info.plist"_s), QByteArray("information"));
+        QCOMPARE(modeOf(target + u"/Contents/MacOS/A"_s), mode_t(0755));
+        const QStringList lines{u"removeItemAtPath"_s, u"removedItemAtPath: %1"_s.arg(target),
+            u"unzip: %1 to: %2"_s.arg(archive, folder), u"unziped"_s};
+        QCOMPARE(LogCapture::lines(), lines);
+    }
+
+    void workspaceFileIsWrittenOnce()
+    {
+        const QString source = path(u"Tolvane.xml"_s);
+        const QString target = path(u"App/Presets/InDesign Workspaces/Tolvane.xml"_s);
+        QVERIFY(QDir().mkdir(path(u"App"_s)) && writeFile(source, "first"));
+        QVERIFY(m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
+        QVERIFY(!m_error);
+        const QStringList lines{u"copy: %1 to: %2"_s.arg(source, target), u"copied"_s};
+        QCOMPARE(LogCapture::lines(), lines);
+
+        LogCapture::clear();
+        QVERIFY(writeFile(source, "second"));
+        QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
+        QVERIFY(m_error);
+        QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
+        QCOMPARE(contentsOf(target), QByteArray("first"));
+        const QStringList refusal{
+            u"remove item at path failed, wrong data: %1"_s.arg(target), u"removeItemAtPath failed"_s};
+        QCOMPARE(LogCapture::lines(), refusal);
+    }
+
+    void failuresThatStillAnswerYes_data()
+    {
+        const auto row = FailuresThatStillAnswerYes::declare();
+        row("archive that is none", "broken.zip", false);
+        row("archive that is missing", "missing.zip", false);
+        row("file that is missing", "missing.xml", true);
+        row("hidden file, no archive", ".zip", true);
+    }
+
+    void failuresThatStillAnswerYes()
+    {
+        const auto [source, handedOver] = FailuresThatStillAnswerYes::row();
+        QVERIFY(writeFile(path(u"broken.zip"_s), "no archive at all"));
+        const QString target = path(u"Tolvane/A.InDesignPlugin"_s);
+        QVERIFY(m_installer.installPluginFromSource(path(source), target, ::getuid(), &m_error));
+        QCOMPARE(m_error.has_value(), handedOver);
+        QVERIFY(LogCapture::mentions(u"Error: Could not "_s));
+        QVERIFY(LogCapture::contains(handedOver ? u"copied"_s : u"unziped"_s));
+        QVERIFY(LogCapture::contains(u"setUID:permissions:directory: failed missing file attributes"_s));
+        QVERIFY(testing::entries(path(u"Tolvane"_s)).isEmpty());
+    }
+
+    void whatCannotGoEndsTheInstall()
+    {
+        const QString target = path(u"Tolvane/A.InDesignPlugin"_s);
+        QVERIFY(writeFile(target, "old"));
+        const QString other = target + u"/B.InDesignPlugin"_s;
+        QVERIFY(!m_installer.installPluginFromSource(u"/a.zip"_s, other, ::getuid(), &m_error));
+        QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
+        QCOMPARE(LogCapture::lines(), QStringList{u"create dir failed %1"_s.arg(target)});
+        QCOMPARE(contentsOf(target), QByteArray("old"));
+    }
+
+    void removing_data()
+    {
+        const auto row = Removing::declare();
+        const QString wrong = u"remove item at path failed, wrong data: "_s;
+        row("bundle", "A.InDesignPlugin", true,
+            {u"removeItemAtPath"_s, u"removedItemAtPath: A.InDesignPlugin"_s});
+        row("nothing there", "B.InDesignPlugin", true, {u"removeItemAtPath"_s});
+        row("other kind", "Tolvane.xml", false, {wrong + u"Tolvane.xml"_s});
+        row("trailing slash", "A.InDesignPlugin/", false, {wrong + u"A.InDesignPlugin/"_s});
+        row("no path", QString(), false, {wrong + u'-'});
+    }
+
+    void removing()
+    {
+        auto [name, removed, lines] = Removing::row();
+        QVERIFY(writeFile(path(u"A.InDesignPlugin/Contents/Info.plist"_s), "x"));
+        QVERIFY(writeFile(path(u"Tolvane.xml"_s), "x"));
+        const QString whole = name.isNull() ? QString() : path(name);
+        QCOMPARE(m_installer.removeItemAtPath(whole, &m_error), removed);
+        QCOMPARE(m_error.has_value(), !removed);
+        if (!removed) {
+            QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
+        }
+        QCOMPARE(testing::entries(m_scratch->path()).size(), removed && name.startsWith(u'A') ? 1 : 2);
+        if (!name.isNull()) {
+            lines.replaceInStrings(name, whole);
+        }
+        QCOMPARE(LogCapture::lines(), lines);
+    }
+
+    void attributesAreAdded()
+    {
+        const QString bundle = path(u"A.InDesignPlugin"_s);
+        const QString outside = path(u"outside"_s);
+        QVERIFY(writeFile(bundle + u"/inside/file"_s, "x"));
+        QVERIFY(writeFile(outside + u"/file"_s, "x"));
+        QVERIFY(QFile::link(outside, bundle + u"/link"_s));
+        for (const QString &file : {bundle + u"/inside/file"_s, outside + u"/file"_s}) {
+            QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0444), 0);
+        }
+        // Only root may give away; everybody may keep.
+        const uid_t user = ::geteuid() == 0 ? 12345 : ::getuid();
+
+        m_installer.setUID(user, 0600, bundle, false);
+        QCOMPARE(modeOf(bundle + u"/inside/file"_s), mode_t(0444));
+        QCOMPARE(ownerOf(bundle), user);
+        m_installer.setUID(user, 0600, bundle, true);
+        QCOMPARE(modeOf(bundle + u"/inside/file"_s), mode_t(0644));
+        QCOMPARE(ownerOf(bundle + u"/inside/file"_s), user);
+        QCOMPARE(ownerOf(bundle + u"/link"_s), user);
+        QCOMPARE(modeOf(outside + u"/file"_s), mode_t(0444));
+        QCOMPARE(ownerOf(outside + u"/file"_s), ::geteuid());
+        QCOMPARE(LogCapture::lines(), QStringList());
+
+        m_installer.setUID(user, 0600, QString(), true);
+        m_installer.setUID(user, 0600, path(u"missing"_s), false);
+        // A file of another user with a second name elsewhere is not given away; a plain user may give
+        // nothing away.
+        QCOMPARE(::link(QFile::encodeName(outside + u"/file"_s).constData(),
+                     QFile::encodeName(bundle + u"/second"_s).constData()),
+            0);
+        m_installer.setUID(54321, 0, bundle + u"/second"_s, true);
+        const QStringList lines{u"setUID:permissions:directory: failed missing directory path"_s,
+            u"setUID:permissions:directory: failed missing file attributes"_s,
+            u"Attributes change failed for: %1/second"_s.arg(bundle)};
+        QCOMPARE(LogCapture::lines(), lines);
+    }
 
 private:
     [[nodiscard]] QString path(const QString &name) const { return m_scratch->filePath(name); }
@@ -59,195 +226,6 @@ private:
     std::unique_ptr<QTemporaryDir> m_scratch;
     std::optional<BrevokError> m_error;
 };
-
-void InstallerTest::init()
-{
-    QTest::failOnWarning(QRegularExpression(u".*"_s));
-    m_scratch = std::make_unique<QTemporaryDir>();
-    m_error.reset();
-    m_log = std::make_unique<LogCapture>();
-}
-
-void InstallerTest::cleanup()
-{
-    m_log.reset();
-    m_scratch.reset();
-}
-
-void InstallerTest::wrongInputTouchesNothing_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<QString>("target");
-    QTest::addColumn<QString>("line");
-    QTest::newRow("no source") << QString() << u"T/A.InDesignPlugin"_s
-                               << u"install failed, source path is wrong: -"_s;
-    QTest::newRow("empty source") << u""_s << u"T/A.InDesignPlugin"_s
-                                  << u"install failed, source path is wrong: "_s;
-    QTest::newRow("no target") << u"/a.zip"_s << QString() << u"install failed, target path is wrong: -"_s;
-    QTest::newRow("target without folder")
-        << u"/a.zip"_s << u"A.InDesignPlugin/"_s << u"install failed, target path is wrong: "_s;
-}
-
-void InstallerTest::wrongInputTouchesNothing()
-{
-    QFETCH(const QString, source);
-    QFETCH(const QString, target);
-    QFETCH(const QString, line);
-    QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
-    QVERIFY(m_error);
-    QCOMPARE(m_error->domain, QString::fromLatin1(installerErrorDomain));
-    QCOMPARE(m_error->code, 1);
-    QCOMPARE(m_error->description, u"Incorrect input to installPlugin:"_s);
-    QCOMPARE(LogCapture::lines(), QStringList{line});
-    QVERIFY(!QFileInfo::exists(target));
-}
-
-void InstallerTest::archiveReplacesTheOldBundle()
-{
-    const QString folder = path(u"Plug-Ins/Tolvane"_s);
-    const QString target = folder + u"/A.InDesignPlugin"_s;
-    const QString archive = path(u"a.ZIP"_s);
-    QVERIFY(writeFile(target + u"/Contents/Old"_s, "old"));
-    QVERIFY(writeFile(archive, testing::pluginArchive("A", "information", "code")));
-    QVERIFY(m_installer.installPluginFromSource(archive, target, ::getuid(), &m_error));
-    QVERIFY(!m_error);
-    QCOMPARE(testing::entries(folder), QStringList{u"A.InDesignPlugin"_s});
-    QVERIFY(!QFileInfo::exists(target + u"/Contents/Old"_s));
-    QCOMPARE(contentsOf(target + u"/Contents/Info.plist"_s), QByteArray("information"));
-    QCOMPARE(modeOf(target + u"/Contents/MacOS/A"_s), mode_t(0755));
-    const QStringList lines{u"removeItemAtPath"_s, u"removedItemAtPath: %1"_s.arg(target),
-        u"unzip: %1 to: %2"_s.arg(archive, folder), u"unziped"_s};
-    QCOMPARE(LogCapture::lines(), lines);
-}
-
-void InstallerTest::workspaceFileIsWrittenOnce()
-{
-    const QString source = path(u"Tolvane.xml"_s);
-    const QString target = path(u"App/Presets/InDesign Workspaces/Tolvane.xml"_s);
-    QVERIFY(QDir().mkdir(path(u"App"_s)) && writeFile(source, "first"));
-    QVERIFY(m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
-    QVERIFY(!m_error);
-    const QStringList lines{u"copy: %1 to: %2"_s.arg(source, target), u"copied"_s};
-    QCOMPARE(LogCapture::lines(), lines);
-
-    LogCapture::clear();
-    QVERIFY(writeFile(source, "second"));
-    QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
-    QVERIFY(m_error);
-    QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
-    QCOMPARE(contentsOf(target), QByteArray("first"));
-    const QStringList refusal{
-        u"remove item at path failed, wrong data: %1"_s.arg(target), u"removeItemAtPath failed"_s};
-    QCOMPARE(LogCapture::lines(), refusal);
-}
-
-void InstallerTest::failuresThatStillAnswerYes_data()
-{
-    QTest::addColumn<QString>("source");
-    QTest::addColumn<bool>("handedOver");
-    QTest::newRow("archive that is none") << u"broken.zip"_s << false;
-    QTest::newRow("archive that is missing") << u"missing.zip"_s << false;
-    QTest::newRow("file that is missing") << u"missing.xml"_s << true;
-    QTest::newRow("hidden file, no archive") << u".zip"_s << true;
-}
-
-void InstallerTest::failuresThatStillAnswerYes()
-{
-    QFETCH(const QString, source);
-    QFETCH(const bool, handedOver);
-    QVERIFY(writeFile(path(u"broken.zip"_s), "no archive at all"));
-    const QString target = path(u"Tolvane/A.InDesignPlugin"_s);
-    QVERIFY(m_installer.installPluginFromSource(path(source), target, ::getuid(), &m_error));
-    QCOMPARE(m_error.has_value(), handedOver);
-    QVERIFY(LogCapture::mentions(u"Error: Could not "_s));
-    QVERIFY(LogCapture::contains(handedOver ? u"copied"_s : u"unziped"_s));
-    QVERIFY(LogCapture::contains(u"setUID:permissions:directory: failed missing file attributes"_s));
-    QVERIFY(testing::entries(path(u"Tolvane"_s)).isEmpty());
-}
-
-void InstallerTest::whatCannotGoEndsTheInstall()
-{
-    const QString target = path(u"Tolvane/A.InDesignPlugin"_s);
-    QVERIFY(writeFile(target, "old"));
-    const QString other = target + u"/B.InDesignPlugin"_s;
-    QVERIFY(!m_installer.installPluginFromSource(u"/a.zip"_s, other, ::getuid(), &m_error));
-    QCOMPARE(m_error->domain, QString::fromLatin1(fileErrorDomain));
-    QCOMPARE(LogCapture::lines(), QStringList{u"create dir failed %1"_s.arg(target)});
-    QCOMPARE(contentsOf(target), QByteArray("old"));
-}
-
-void InstallerTest::removing_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("removed");
-    QTest::addColumn<QStringList>("lines");
-    const QString wrong = u"remove item at path failed, wrong data: "_s;
-    QTest::newRow("bundle") << u"A.InDesignPlugin"_s << true
-                            << QStringList{u"removeItemAtPath"_s, u"removedItemAtPath: A.InDesignPlugin"_s};
-    QTest::newRow("nothing there") << u"B.InDesignPlugin"_s << true << QStringList{u"removeItemAtPath"_s};
-    QTest::newRow("other kind") << u"Tolvane.xml"_s << false << QStringList{wrong + u"Tolvane.xml"_s};
-    QTest::newRow("trailing slash") << u"A.InDesignPlugin/"_s << false
-                                    << QStringList{wrong + u"A.InDesignPlugin/"_s};
-    QTest::newRow("no path") << QString() << false << QStringList{wrong + u'-'};
-}
-
-void InstallerTest::removing()
-{
-    QFETCH(const QString, name);
-    QFETCH(const bool, removed);
-    QFETCH(QStringList, lines);
-    QVERIFY(writeFile(path(u"A.InDesignPlugin/Contents/Info.plist"_s), "x"));
-    QVERIFY(writeFile(path(u"Tolvane.xml"_s), "x"));
-    const QString whole = name.isNull() ? QString() : path(name);
-    QCOMPARE(m_installer.removeItemAtPath(whole, &m_error), removed);
-    QCOMPARE(m_error.has_value(), !removed);
-    if (!removed) {
-        QCOMPARE(m_error->description, u"Incorrect input to removeItemAtPath:"_s);
-    }
-    QCOMPARE(testing::entries(m_scratch->path()).size(), removed && name.startsWith(u'A') ? 1 : 2);
-    if (!name.isNull()) {
-        lines.replaceInStrings(name, whole);
-    }
-    QCOMPARE(LogCapture::lines(), lines);
-}
-
-void InstallerTest::attributesAreAdded()
-{
-    const QString bundle = path(u"A.InDesignPlugin"_s);
-    const QString outside = path(u"outside"_s);
-    QVERIFY(writeFile(bundle + u"/inside/file"_s, "x"));
-    QVERIFY(writeFile(outside + u"/file"_s, "x"));
-    QVERIFY(QFile::link(outside, bundle + u"/link"_s));
-    for (const QString &file : {bundle + u"/inside/file"_s, outside + u"/file"_s}) {
-        QCOMPARE(::chmod(QFile::encodeName(file).constData(), 0444), 0);
-    }
-    // Only root may give away; everybody may keep.
-    const uid_t user = ::geteuid() == 0 ? 12345 : ::getuid();
-
-    m_installer.setUID(user, 0600, bundle, false);
-    QCOMPARE(modeOf(bundle + u"/inside/file"_s), mode_t(0444));
-    QCOMPARE(ownerOf(bundle), user);
-    m_installer.setUID(user, 0600, bundle, true);
-    QCOMPARE(modeOf(bundle + u"/inside/file"_s), mode_t(0644));
-    QCOMPARE(ownerOf(bundle + u"/inside/file"_s), user);
-    QCOMPARE(ownerOf(bundle + u"/link"_s), user);
-    QCOMPARE(modeOf(outside + u"/file"_s), mode_t(0444));
-    QCOMPARE(ownerOf(outside + u"/file"_s), ::geteuid());
-    QCOMPARE(LogCapture::lines(), QStringList());
-
-    m_installer.setUID(user, 0600, QString(), true);
-    m_installer.setUID(user, 0600, path(u"missing"_s), false);
-    // A file of another user with a second name elsewhere is not given away; a plain user may give nothing
-    // away.
-    QCOMPARE(::link(QFile::encodeName(outside + u"/file"_s).constData(),
-                 QFile::encodeName(bundle + u"/second"_s).constData()),
-        0);
-    m_installer.setUID(54321, 0, bundle + u"/second"_s, true);
-    const QStringList lines{u"setUID:permissions:directory: failed missing directory path"_s,
-        u"setUID:permissions:directory: failed missing file attributes"_s,
-        u"Attributes change failed for: %1/second"_s.arg(bundle)};
-    QCOMPARE(LogCapture::lines(), lines);
-}
 
 QTEST_GUILESS_MAIN(InstallerTest)
 #include "test_installer.moc"

@@ -5,6 +5,8 @@
 
 #include "InstallRig.h"
 
+#include <QTest>
+
 namespace brevok::testing {
 
 /// How often an operation ended, and with what the last time.
@@ -46,7 +48,26 @@ struct OnePackage : InstallRig {
         plugins.updateWithArray({plug});
         addPackage(QStringLiteral("Pack"), QStringLiteral("P"));
     }
+    /// Says of the build what an earlier run left.
+    void left(QLatin1StringView key, const QJsonValue &value)
+    {
+        const QString build = QStringLiteral("140:Plug_2.0");
+        plugins.change({build}, [&] { plugins.definition(build)->record.insert(key, value); });
+    }
+    /// Whether an install of the package asks for its archive, gets @p body, and ends.
+    [[nodiscard]] bool install(Ended &ended, const Manner &manner = {},
+        const QByteArray &body = archiveOf(QStringLiteral("Plug"), 140))
+    {
+        const int before = ended.times;
+        flow.installWithPrefix(QStringLiteral("P"), manner, ended.here());
+        if (!QTest::qWaitFor([this] { return service.downloads.size() == 1; })) {
+            return false;
+        }
+        answerDownload(body);
+        return QTest::qWaitFor([&] { return ended.times > before; });
+    }
     QString target = addTarget(QStringLiteral("InDesign 2019"), QStringLiteral("140"));
+    QString archive = folder.filePath(QStringLiteral("data/140/Plug.zip"));
 };
 
 } // namespace brevok::testing

@@ -3,12 +3,14 @@
 
 #include "install/ConvergeOutcome.h"
 #include "install/ConvergePlan.h"
+#include "support/Columns.h"
 
 #include <QRegularExpression>
 #include <QTest>
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::Columns;
 using Status = PackageStatus;
 
 namespace {
@@ -27,110 +29,85 @@ QString nothing()
 
 } // namespace
 
+using StatusesDecide = Columns<Status, bool, bool, bool>;
+using WishesDecide = Columns<PackageWishes, bool, QString>;
+
 class ConvergePlanTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void statusesDecide_data();
-    void statusesDecide();
-    void wishesDecide_data();
-    void wishesDecide();
-    void manyPrefixes();
-    void placesAreToldOnce();
+    void statusesDecide_data()
+    {
+        StatusesDecide::declare();
+        const auto row = [](Status status, bool installs, bool removes, bool updates) {
+            QTest::newRow(qPrintable(packageStatusName(status))) << status << installs << removes << updates;
+        };
+        row(Status::MissingData, true, true, false);
+        row(Status::NotInstalled, true, false, false);
+        row(Status::NotUpdated, true, true, true);
+        row(Status::UpToDate, false, true, false);
+        row(Status::InProgress, true, true, false);
+        row(Status::Mixed, true, true, false);
+        row(Status::MixedNotUpdated, true, true, true);
+    }
+
+    void statusesDecide()
+    {
+        const auto [status, installsRequired, removesForbidden, updates] = StatusesDecide::row();
+        const QStringList one{u"P"_s};
+        const QMap<QString, Status> statuses{{u"P"_s, status}};
+        QCOMPARE(planConvergence({.required = one}, false, statuses).installs == one, installsRequired);
+        QCOMPARE(planConvergence({.forbidden = one}, true, statuses).removals == one, removesForbidden);
+        QCOMPARE(planConvergence({}, true, statuses).installs == one, updates);
+        QCOMPARE(planConvergence({}, false, statuses).waiting == one, updates);
+    }
+
+    void wishesDecide_data()
+    {
+        const auto row = WishesDecide::declare();
+        row("no wish", {}, false, "remove , install , wait old, unknown , notes ");
+        row("updates", {}, true, "remove , install old, wait , unknown , notes ");
+        row("a required one is updated anyway", {.required = {u"old"_s}}, false,
+            "remove , install old, wait , unknown , notes ");
+        row("once each", {.required = {u"new"_s, u"old"_s, u"new"_s}}, true,
+            "remove , install new old, wait , unknown , notes ");
+        row("a forbidden one is not updated", {.forbidden = {u"old"_s, u"old"_s}}, true,
+            "remove old, install , wait , unknown , notes ");
+        row("unknown ones", {.required = {u"x"_s, u"x"_s}, .forbidden = {u"y"_s}}, true,
+            "remove , install old, wait , unknown x, notes 'y' is forbidden, but no package has this "
+            "prefix.");
+        row("both", {.required = {u"new"_s, u"old"_s}, .forbidden = {u"old"_s}}, true,
+            u"remove old, install new, wait , unknown , notes 'old' is both required and forbidden: "
+            u"forbidden "
+            "counts."_s);
+    }
+
+    void wishesDecide()
+    {
+        const auto [wishes, autoUpdate, plan] = WishesDecide::row();
+        const QMap<QString, Status> statuses{{u"current"_s, Status::UpToDate},
+            {u"new"_s, Status::NotInstalled}, {u"old"_s, Status::NotUpdated}};
+        QCOMPARE(text(planConvergence(wishes, autoUpdate, statuses)), plan);
+        QCOMPARE(text(planConvergence({}, autoUpdate, {})), nothing());
+    }
+
+    // Each build of a plug-in has a command of its own for the same place.
+    void placesAreToldOnce()
+    {
+        using End = PluginOutcome::End;
+        InstallOutcome builds;
+        for (const End end : {End::Skipped, End::Skipped, End::Failed, End::Failed}) {
+            builds.entries.append({.end = end, .plugin = u"A"_s, .target = u"/T"_s});
+        }
+        builds.entries.append({.end = End::Skipped, .plugin = u"A"_s, .target = u"/U"_s});
+        ConvergeOutcome outcome;
+        outcome.add(u"P"_s, u"Pack"_s, builds);
+        QCOMPARE(outcome.deferred.size(), 2);
+        QCOMPARE(outcome.failed.size(), 1);
+    }
 };
-
-void ConvergePlanTest::statusesDecide_data()
-{
-    QTest::addColumn<Status>("status");
-    QTest::addColumn<bool>("installsRequired");
-    QTest::addColumn<bool>("removesForbidden");
-    QTest::addColumn<bool>("updates");
-    const auto row = [](Status status, bool installs, bool removes, bool updates) {
-        QTest::newRow(qPrintable(packageStatusName(status))) << status << installs << removes << updates;
-    };
-    row(Status::MissingData, true, true, false);
-    row(Status::NotInstalled, true, false, false);
-    row(Status::NotUpdated, true, true, true);
-    row(Status::UpToDate, false, true, false);
-    row(Status::InProgress, true, true, false);
-    row(Status::Mixed, true, true, false);
-    row(Status::MixedNotUpdated, true, true, true);
-}
-
-void ConvergePlanTest::statusesDecide()
-{
-    QFETCH(Status, status);
-    const QStringList one{u"P"_s};
-    const QMap<QString, Status> statuses{{u"P"_s, status}};
-    QTEST(planConvergence({.required = one}, false, statuses).installs == one, "installsRequired");
-    QTEST(planConvergence({.forbidden = one}, true, statuses).removals == one, "removesForbidden");
-    QTEST(planConvergence({}, true, statuses).installs == one, "updates");
-    QTEST(planConvergence({}, false, statuses).waiting == one, "updates");
-}
-
-void ConvergePlanTest::wishesDecide_data()
-{
-    QTest::addColumn<PackageWishes>("wishes");
-    QTest::addColumn<bool>("autoUpdate");
-    QTest::addColumn<QString>("plan");
-    const auto row = [](const char *name, const PackageWishes &wishes, bool autoUpdate, const QString &plan) {
-        QTest::newRow(name) << wishes << autoUpdate << plan;
-    };
-    row("no wish", {}, false, u"remove , install , wait old, unknown , notes "_s);
-    row("updates", {}, true, u"remove , install old, wait , unknown , notes "_s);
-    row("a required one is updated anyway", {.required = {u"old"_s}}, false,
-        u"remove , install old, wait , unknown , notes "_s);
-    row("once each", {.required = {u"new"_s, u"old"_s, u"new"_s}}, true,
-        u"remove , install new old, wait , unknown , notes "_s);
-    row("a forbidden one is not updated", {.forbidden = {u"old"_s, u"old"_s}}, true,
-        u"remove old, install , wait , unknown , notes "_s);
-    row("unknown ones", {.required = {u"x"_s, u"x"_s}, .forbidden = {u"y"_s}}, true,
-        u"remove , install old, wait , unknown x, notes 'y' is forbidden, but no package has this prefix."_s);
-    row("both", {.required = {u"new"_s, u"old"_s}, .forbidden = {u"old"_s}}, true,
-        u"remove old, install new, wait , unknown , notes 'old' is both required and forbidden: forbidden "
-        "counts."_s);
-}
-
-void ConvergePlanTest::wishesDecide()
-{
-    QFETCH(PackageWishes, wishes);
-    QFETCH(bool, autoUpdate);
-    const QMap<QString, Status> statuses{
-        {u"current"_s, Status::UpToDate}, {u"new"_s, Status::NotInstalled}, {u"old"_s, Status::NotUpdated}};
-    QTEST(text(planConvergence(wishes, autoUpdate, statuses)), "plan");
-    QCOMPARE(text(planConvergence({}, autoUpdate, {})), nothing());
-}
-
-void ConvergePlanTest::manyPrefixes()
-{
-    PackageWishes wishes;
-    QMap<QString, Status> statuses;
-    for (int i = 0; i < 5000; ++i) {
-        wishes.required.append(QString::number(i));
-        statuses.insert(QString::number(i), i % 2 == 0 ? Status::UpToDate : Status::NotInstalled);
-    }
-    wishes.required.append(wishes.required);
-    const ConvergePlan plan = planConvergence(wishes, true, statuses);
-    QCOMPARE(plan.installs.size(), 2500);
-    QCOMPARE(plan.installs.constFirst(), u"1"_s);
-}
-
-// Each build of a plug-in has a command of its own for the same place.
-void ConvergePlanTest::placesAreToldOnce()
-{
-    using End = PluginOutcome::End;
-    InstallOutcome builds;
-    for (const End end : {End::Skipped, End::Skipped, End::Failed, End::Failed}) {
-        builds.entries.append({.end = end, .plugin = u"A"_s, .target = u"/T"_s});
-    }
-    builds.entries.append({.end = End::Skipped, .plugin = u"A"_s, .target = u"/U"_s});
-    ConvergeOutcome outcome;
-    outcome.add(u"P"_s, u"Pack"_s, builds);
-    QCOMPARE(outcome.deferred.size(), 2);
-    QCOMPARE(outcome.failed.size(), 1);
-}
 
 QTEST_GUILESS_MAIN(ConvergePlanTest)
 #include "test_converge_plan.moc"

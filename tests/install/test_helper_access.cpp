@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "InstallRig.h"
+#include "support/Columns.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -10,6 +11,9 @@ using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
+using IsKeptReplacedOrInstalled = Columns<int, QString, bool, QStringList, QStringList>;
+using IsUsedWhereItCanBe = Columns<bool, bool, bool, bool, QString>;
+
 /// When the privileged helper is looked for, installed and used.
 class HelperAccessTest : public QObject {
     Q_OBJECT
@@ -17,135 +21,104 @@ class HelperAccessTest : public QObject {
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void isKeptReplacedOrInstalled_data();
-    void isKeptReplacedOrInstalled();
-    void refusalsCountForThePersonAlone();
-    void isUsedWhereItCanBe_data();
-    void isUsedWhereItCanBe();
-};
-
-void HelperAccessTest::isKeptReplacedOrInstalled_data()
-{
-    QTest::addColumn<int>("version"); // 0: no helper answers
-    QTest::addColumn<QString>("failing");
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<QStringList>("calls");
-    QTest::addColumn<QStringList>("lines");
-    const QString start = u"start helper"_s;
-    const QString running = u"up to date version already running"_s;
-    const QString updated = u"updated and restarted"_s;
-    QTest::addRow("current") << 15 << QString() << true << QStringList() << QStringList{start, running};
-    QTest::addRow("newer") << 16 << QString() << true << QStringList() << QStringList{start, running};
-    QTest::addRow("older") << 14 << QString() << true
-                           << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s, u"bless"_s}
-                           << QStringList{start, updated};
-    QTest::addRow("none") << 0 << QString() << true
-                          << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
-                          << QStringList{start, updated};
-    QTest::addRow("no rights") << 14 << u"authorize"_s << false << QStringList{u"authorize"_s}
-                               << QStringList{start, u"AuthorizationCreate failed! -60006\n"_s};
-    QTest::addRow("no external form")
-        << 14 << u"externalForm"_s << false << QStringList{u"authorize"_s, u"externalForm"_s}
-        << QStringList{start, u"AuthorizationMakeExternalForm failed! -60006\n"_s};
-    QTest::addRow("not removed") << 14 << u"remove"_s << false
-                                 << QStringList{u"authorize"_s, u"externalForm"_s, u"remove"_s}
-                                 << QStringList{start, u"Failed to remove installer helper!\n"_s,
-                                        u"Error: not today"_s};
-    QTest::addRow("not installed") << 0 << u"bless"_s << false
-                                   << QStringList{u"authorize"_s, u"externalForm"_s, u"bless"_s}
-                                   << QStringList{start, u"Failed to install installer helper!\n"_s,
-                                          u"Error: not today"_s};
-}
-
-void HelperAccessTest::isKeptReplacedOrInstalled()
-{
-    QFETCH(int, version);
-    QFETCH(QString, failing);
-    QFETCH(bool, valid);
-    QFETCH(QStringList, calls);
-    QFETCH(QStringList, lines);
-    InstallRig rig;
-    if (version > 0) {
-        rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, version), true};
+    void isKeptReplacedOrInstalled_data()
+    {
+        const auto row = IsKeptReplacedOrInstalled::declare();
+        const QString start = u"start helper"_s;
+        const QString running = u"up to date version already running"_s;
+        const QString updated = u"updated and restarted"_s;
+        row("current", 15, QString(), true, {}, {start, running});
+        row("newer", 16, QString(), true, {}, {start, running});
+        row("older", 14, QString(), true, {u"authorize"_s, u"externalForm"_s, u"remove"_s, u"bless"_s},
+            {start, updated});
+        row("none", 0, QString(), true, {u"authorize"_s, u"externalForm"_s, u"bless"_s}, {start, updated});
+        row("no rights", 14, "authorize", false, {u"authorize"_s},
+            {start, u"AuthorizationCreate failed! -60006\n"_s});
+        row("no external form", 14, "externalForm", false, {u"authorize"_s, u"externalForm"_s},
+            {start, u"AuthorizationMakeExternalForm failed! -60006\n"_s});
+        row("not removed", 14, "remove", false, {u"authorize"_s, u"externalForm"_s, u"remove"_s},
+            {start, u"Failed to remove installer helper!\n"_s, u"Error: not today"_s});
+        row("not installed", 0, "bless", false, {u"authorize"_s, u"externalForm"_s, u"bless"_s},
+            {start, u"Failed to install installer helper!\n"_s, u"Error: not today"_s});
     }
-    rig.helper.authorization = failing == u"authorize"_s ? -60006 : 0;
-    rig.helper.externalForm = failing == u"externalForm"_s ? -60006 : 0;
-    rig.helper.removes = failing != u"remove"_s;
-    rig.helper.blesses = failing != u"bless"_s;
-    LogCapture::clear();
-    // The first job that needs the helper checks it, once.
-    int ended = 0;
-    rig.ownFiles.forbidden = {u"/"_s};
-    const QList<RemovalQuestion> questions{{u"P"_s, u"/T/Tolvane/P.InDesignPlugin"_s, u"P"_s}};
-    rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
-    QTRY_COMPARE(ended, 1);
-    QCOMPARE(rig.installer.valid(), valid);
-    QCOMPARE(rig.helper.calls, calls);
-    QCOMPARE(LogCapture::lines().first(lines.size()), lines);
-    rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
-    QTRY_COMPARE(ended, 2);
-    QCOMPARE(rig.helper.calls, calls);
-}
 
-// Who refused once is not asked again; an administrator may have installed the helper since.
-void HelperAccessTest::refusalsCountForThePersonAlone()
-{
-    InstallRig rig;
-    rig.helper.blesses = false;
-    QList<bool> answers;
-    const auto answered = [&](bool valid) {
-        answers.append(valid);
-    };
-    rig.installer.checkUpdateHelper(this, answered);
-    QTRY_COMPARE(answers, QList{false});
-    rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, 15), true};
-    rig.installer.checkUpdateHelper(this, answered);
-    QTRY_COMPARE(answers, (QList{false, false}));
-    rig.installer.checkUpdateHelper(this, answered, false);
-    QTRY_COMPARE(answers, (QList{false, false, true}));
-}
-
-void HelperAccessTest::isUsedWhereItCanBe_data()
-{
-    QTest::addColumn<bool>("valid");
-    QTest::addColumn<bool>("connected");
-    QTest::addColumn<bool>("proxy");
-    QTest::addColumn<bool>("installs");
-    QTest::addColumn<QString>("line");
-    QTest::addRow("all well") << true << true << true << true << QString();
-    QTest::addRow("invalid") << false << true << true << true << u"Installer helper invalid!"_s;
-    QTest::addRow("unreachable") << true << false << false << false
-                                 << u"Installer helper connection failed!"_s;
-    QTest::addRow("no proxy") << true << true << false << false << u"Installer helper failed to get proxy!"_s;
-    QTest::addRow("other interface")
-        << true << true << true << false
-        << u"Installer helper is missing selector 'installPluginFromSource:target:user:error:'!"_s;
-}
-
-void HelperAccessTest::isUsedWhereItCanBe()
-{
-    QFETCH(bool, valid);
-    QFETCH(bool, connected);
-    QFETCH(bool, proxy);
-    QFETCH(bool, installs);
-    QFETCH(QString, line);
-    InstallRig rig;
-    rig.helper.blesses = valid;
-    bool ended = false;
-    rig.installer.checkUpdateHelper(this, [&](bool) { ended = true; });
-    QTRY_VERIFY(ended);
-    const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
-    rig.helper.state = {connected, proxy ? helper : nullptr, installs};
-    for (int call = 0; call < 2; ++call) {
+    void isKeptReplacedOrInstalled()
+    {
+        // version: 0: no helper answers
+        const auto [version, failing, valid, calls, lines] = IsKeptReplacedOrInstalled::row();
+        InstallRig rig;
+        if (version > 0) {
+            rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, version), true};
+        }
+        rig.helper.authorization = failing == u"authorize"_s ? -60006 : 0;
+        rig.helper.externalForm = failing == u"externalForm"_s ? -60006 : 0;
+        rig.helper.removes = failing != u"remove"_s;
+        rig.helper.blesses = failing != u"bless"_s;
         LogCapture::clear();
-        const auto chosen = rig.installer.installer();
-        const bool falls = !line.isEmpty();
-        QVERIFY(chosen != nullptr);
-        QCOMPARE(chosen == helper, !falls);
-        QCOMPARE(
-            LogCapture::lines(), falls ? QStringList({line, u"Using Installer Fallback!"_s}) : QStringList());
+        // The first job that needs the helper checks it, once.
+        int ended = 0;
+        rig.ownFiles.forbidden = {u"/"_s};
+        const QList<RemovalQuestion> questions{{u"P"_s, u"/T/Tolvane/P.InDesignPlugin"_s, u"P"_s}};
+        rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
+        QTRY_COMPARE(ended, 1);
+        QCOMPARE(rig.installer.valid(), valid);
+        QCOMPARE(rig.helper.calls, calls);
+        QCOMPARE(LogCapture::lines().first(lines.size()), lines);
+        rig.installer.canRemovePlugins(questions, this, [&](const QList<bool> &) { ++ended; });
+        QTRY_COMPARE(ended, 2);
+        QCOMPARE(rig.helper.calls, calls);
     }
-}
+
+    // Who refused once is not asked again; an administrator may have installed the helper since.
+    void refusalsCountForThePersonAlone()
+    {
+        InstallRig rig;
+        rig.helper.blesses = false;
+        QList<bool> answers;
+        const auto answered = [&](bool valid) {
+            answers.append(valid);
+        };
+        rig.installer.checkUpdateHelper(this, answered);
+        QTRY_COMPARE(answers, QList{false});
+        rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, 15), true};
+        rig.installer.checkUpdateHelper(this, answered);
+        QTRY_COMPARE(answers, (QList{false, false}));
+        rig.installer.checkUpdateHelper(this, answered, false);
+        QTRY_COMPARE(answers, (QList{false, false, true}));
+    }
+
+    void isUsedWhereItCanBe_data()
+    {
+        const auto row = IsUsedWhereItCanBe::declare();
+        row("all well", true, true, true, true, QString());
+        row("invalid", false, true, true, true, "Installer helper invalid!");
+        row("unreachable", true, false, false, false, "Installer helper connection failed!");
+        row("no proxy", true, true, false, false, "Installer helper failed to get proxy!");
+        row("other interface", true, true, true, false,
+            "Installer helper is missing selector 'installPluginFromSource:target:user:error:'!");
+    }
+
+    void isUsedWhereItCanBe()
+    {
+        const auto [valid, connected, proxy, installs, line] = IsUsedWhereItCanBe::row();
+        InstallRig rig;
+        rig.helper.blesses = valid;
+        bool ended = false;
+        rig.installer.checkUpdateHelper(this, [&](bool) { ended = true; });
+        QTRY_VERIFY(ended);
+        const auto helper = std::make_shared<HelperProxy>(rig.files, 15);
+        rig.helper.state = {connected, proxy ? helper : nullptr, installs};
+        for (int call = 0; call < 2; ++call) {
+            LogCapture::clear();
+            const auto chosen = rig.installer.installer();
+            const bool falls = !line.isEmpty();
+            QVERIFY(chosen != nullptr);
+            QCOMPARE(chosen == helper, !falls);
+            QCOMPARE(LogCapture::lines(),
+                falls ? QStringList({line, u"Using Installer Fallback!"_s}) : QStringList());
+        }
+    }
+};
 
 QTEST_GUILESS_MAIN(HelperAccessTest)
 #include "test_helper_access.moc"

@@ -6,6 +6,7 @@
 #include "install/InstallPaths.h"
 #include "install/InstallPlanning.h"
 #include "install/RunningTargets.h"
+#include "support/Columns.h"
 #include "targets/BrevokTargetApps.h"
 
 #include <QJsonArray>
@@ -14,27 +15,7 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-
-class InstallPlanningTest : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-
-    void buildsAreChosenByHostVersion_data();
-    void buildsAreChosenByHostVersion();
-    void installedBundlesDecide_data();
-    void installedBundlesDecide();
-    void archivesAreReused_data();
-    void archivesAreReused();
-    void twoTargetsShareOneDownload();
-    void whatOneTargetQueuesCountsForTheNext();
-    void targetsWithoutDataAreIgnored();
-    void namesThatLeadElsewhereAreRefused();
-    void addressesAreNeverPlain_data();
-    void addressesAreNeverPlain();
-    void applicationsAreFoundUnderFolders();
-};
+using testing::Columns;
 
 namespace {
 
@@ -65,225 +46,210 @@ const QString bundlePath = u"/A/Plug-Ins//Tolvane/P.InDesignPlugin"_s;
 
 } // namespace
 
-void InstallPlanningTest::buildsAreChosenByHostVersion_data()
-{
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<QList<int>>("builds");
-    QTest::addColumn<QList<int>>("planned");
-    const auto row = [](const char *version, const QList<int> &builds, const QList<int> &planned) {
-        QTest::addRow("%s", version) << QString::fromLatin1(version) << builds << planned;
-    };
-    row("75", {70, 75}, {75});
-    row("74", {70, 75}, {70});
-    row("163", {160, 163}, {163});
-    row("162", {160, 161, 163}, {160, 161});
-    row("165", {164, 166, 150}, {164});
-    row("170", {171, 160, 170}, {170});
-    row("199", {190, 195}, {190, 195});
-    row("0", {0, 70}, {0});
-    row("75x", {75}, {75});
-}
+using BuildsAreChosenByHostVersion = Columns<QString, QList<int>, QList<int>>;
+using InstalledBundlesDecide = Columns<QJsonValue, QJsonValue, QString, bool>;
+using ArchivesAreReused = Columns<QString, bool, bool>;
+using AddressesAreNeverPlain = Columns<QString, QString>;
 
-void InstallPlanningTest::buildsAreChosenByHostVersion()
-{
-    QFETCH(QString, version);
-    QFETCH(QList<int>, builds);
-    QFETCH(QList<int>, planned);
-    QList<Record> definitions;
-    for (const int host : builds) {
-        definitions.append(build(host));
+class InstallPlanningTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+
+    void buildsAreChosenByHostVersion_data()
+    {
+        const auto add = BuildsAreChosenByHostVersion::declare();
+        const auto row = [&add](const char *version, const QList<int> &builds, const QList<int> &planned) {
+            add(version, version, builds, planned);
+        };
+        row("75", {70, 75}, {75});
+        row("74", {70, 75}, {70});
+        row("163", {160, 163}, {163});
+        row("162", {160, 161, 163}, {160, 161});
+        row("165", {164, 166, 150}, {164});
+        row("170", {171, 160, 170}, {170});
+        row("199", {190, 195}, {190, 195});
+        row("0", {0, 70}, {0});
+        row("75x", {75}, {75});
     }
-    const InstallPlan plan =
-        planInstall(definitions, {target(u"/A/Plug-Ins/"_s, version)}, u"/data"_s, Disk().facts());
-    QStringList keys;
-    for (const int host : planned) {
-        keys.append(u"%1:P_2.3.1"_s.arg(host));
+
+    void buildsAreChosenByHostVersion()
+    {
+        const auto [version, builds, planned] = BuildsAreChosenByHostVersion::row();
+        QList<Record> definitions;
+        for (const int host : builds) {
+            definitions.append(build(host));
+        }
+        const InstallPlan plan =
+            planInstall(definitions, {target(u"/A/Plug-Ins/"_s, version)}, u"/data"_s, Disk().facts());
+        QStringList keys;
+        for (const int host : planned) {
+            keys.append(u"%1:P_2.3.1"_s.arg(host));
+        }
+        QCOMPARE(plan.downloads, keys);
+        QCOMPARE(plan.installs.size(), keys.size());
+        QCOMPARE(plan.installs[0].pluginPath, bundlePath);
+        QCOMPARE(plan.installs[0].archivePath, u"/data/%1/P.zip"_s.arg(planned[0]));
     }
-    QCOMPARE(plan.downloads, keys);
-    QCOMPARE(plan.installs.size(), keys.size());
-    QCOMPARE(plan.installs[0].pluginPath, bundlePath);
-    QCOMPARE(plan.installs[0].archivePath, u"/data/%1/P.zip"_s.arg(planned[0]));
-}
 
-void InstallPlanningTest::installedBundlesDecide_data()
-{
-    QTest::addColumn<QJsonValue>("host");
-    QTest::addColumn<QJsonValue>("installed");
-    QTest::addColumn<QString>("offered");
-    QTest::addColumn<bool>("pending");
-    QTest::addColumn<bool>("planned");
-    const auto row = [](const char *name, const QJsonValue &host, const QJsonValue &installed,
-                         const char *offered, bool planned, bool pending = false) {
-        QTest::addRow("%s", name) << host << installed << QString::fromLatin1(offered) << pending << planned;
-    };
-    const QJsonValue none = QJsonValue::Undefined;
-    row("equal", u"16.3"_s, u"2.3.1"_s, "2.3.1", false);
-    row("equal, with a build number", u"16.3"_s, u"2.3.1 (build 77)"_s, "2.3.1", false);
-    row("newer", u"16.3"_s, u"2.4"_s, "2.3.1", false);
-    row("newer by number, not by text", u"16.3"_s, u"2.10"_s, "2.9", false);
-    row("older", u"16.3"_s, u"2.3"_s, "2.3.1", true);
-    row("for an earlier minor host", u"16.0"_s, u"2.3.1"_s, "2.3.1", false);
-    row("for a later minor host", u"16.4"_s, u"2.3.1"_s, "2.3.1", true);
-    row("for another major host", u"15.3"_s, u"2.3.1"_s, "2.3.1", true);
-    row("host version as a number", 16.3, u"2.3.1"_s, "2.3.1", false);
-    row("no host version", none, u"2.3.1"_s, "2.3.1", true);
-    row("absurd host version", u"9999999999999999999999999"_s, u"2.3.1"_s, "2.3.1", true);
-    row("no version", u"16.3"_s, none, "2.3.1", true);
-    row("version of another type", u"16.3"_s, 2.3, "2.3.1", true);
-    row("version begins with a blank", u"16.3"_s, u" 2.3.1"_s, "2.3.1", true);
-    row("nothing offered", u"16.3"_s, u"2.3.1"_s, "", true);
-    row("pending commands", u"16.3"_s, u"2.3.1"_s, "2.3.1", true, true);
-}
-
-void InstallPlanningTest::installedBundlesDecide()
-{
-    QFETCH(QJsonValue, host);
-    QFETCH(QJsonValue, installed);
-    QFETCH(QString, offered);
-    QFETCH(bool, pending);
-    QFETCH(bool, planned);
-    Record definition = build(163, offered);
-    QJsonArray queue;
-    if (pending) {
-        queue.append(QJsonArray{u"removeStart"_s, u"/x"_s});
+    void installedBundlesDecide_data()
+    {
+        const auto row = InstalledBundlesDecide::declare();
+        const QJsonValue none = QJsonValue::Undefined;
+        row("equal", u"16.3"_s, u"2.3.1"_s, "2.3.1", false);
+        row("newer", u"16.3"_s, u"2.4"_s, "2.3.1", false);
+        row("newer by number, not by text", u"16.3"_s, u"2.10"_s, "2.9", false);
+        row("older", u"16.3"_s, u"2.3"_s, "2.3.1", true);
+        row("for an earlier minor host", u"16.0"_s, u"2.3.1"_s, "2.3.1", false);
+        row("for a later minor host", u"16.4"_s, u"2.3.1"_s, "2.3.1", true);
+        row("for another major host", u"15.3"_s, u"2.3.1"_s, "2.3.1", true);
+        row("no host version", none, u"2.3.1"_s, "2.3.1", true);
+        row("no version", u"16.3"_s, none, "2.3.1", true);
+        row("version begins with a blank", u"16.3"_s, u" 2.3.1"_s, "2.3.1", true);
+        row("nothing offered", u"16.3"_s, u"2.3.1"_s, "", true);
     }
-    definition.insert(PluginKeys::commandQueue, queue);
-    Disk disk;
-    Record information;
-    if (!host.isUndefined()) {
-        information.insert(u"TolvaneHostAppShortVersion"_s, host);
+
+    void installedBundlesDecide()
+    {
+        const auto [host, installed, offered, planned] = InstalledBundlesDecide::row();
+        Disk disk;
+        Record information;
+        if (!host.isUndefined()) {
+            information.insert(u"TolvaneHostAppShortVersion"_s, host);
+        }
+        if (!installed.isUndefined()) {
+            information.insert(u"CFBundleShortVersionString"_s, installed);
+        }
+        disk.bundles.insert(bundlePath, information);
+        const QList<Record> targets{target(u"/A/Plug-Ins/"_s, u"163"_s)};
+        Record definition = build(163, offered);
+        const InstallPlan plan = planInstall({definition}, targets, u"/data"_s, disk.facts());
+        QCOMPARE(plan.installs.size(), planned ? 1 : 0);
+        QCOMPARE(plan.downloads.size(), planned ? 1 : 0);
+        const QJsonValue pending(QJsonArray{u"removeStart"_s, u"/x"_s});
+        definition.insert(PluginKeys::commandQueue, QJsonArray{pending});
+        QCOMPARE(planInstall({definition}, targets, u"/data"_s, disk.facts()).installs.size(), 1);
     }
-    if (!installed.isUndefined()) {
-        information.insert(u"CFBundleShortVersionString"_s, installed);
+
+    void archivesAreReused_data()
+    {
+        const auto row = ArchivesAreReused::declare();
+        row("stored", "2.3.1", true, false);
+        row("stored, but gone", "2.3.1", false, true);
+        row("another version", "2.3.0", true, true);
+        row("unknown", QString(), true, true);
+        row("on its way, old archive there", "Downloading", true, false);
+        row("on its way", "Downloading", false, false);
     }
-    disk.bundles.insert(bundlePath, information);
-    const InstallPlan plan =
-        planInstall({definition}, {target(u"/A/Plug-Ins/"_s, u"163"_s)}, u"/data"_s, disk.facts());
-    QCOMPARE(plan.installs.size(), planned ? 1 : 0);
-    QCOMPARE(plan.downloads.size(), planned ? 1 : 0);
-}
 
-void InstallPlanningTest::archivesAreReused_data()
-{
-    QTest::addColumn<QString>("saved");
-    QTest::addColumn<bool>("archive");
-    QTest::addColumn<bool>("download");
-    QTest::addRow("stored") << u"2.3.1"_s << true << false;
-    QTest::addRow("stored, but gone") << u"2.3.1"_s << false << true;
-    QTest::addRow("another version") << u"2.3.0"_s << true << true;
-    QTest::addRow("unknown") << QString() << true << true;
-    QTest::addRow("on its way, old archive there") << u"Downloading"_s << true << false;
-    QTest::addRow("on its way") << u"Downloading"_s << false << false;
-}
-
-void InstallPlanningTest::archivesAreReused()
-{
-    QFETCH(QString, saved);
-    QFETCH(bool, archive);
-    QFETCH(bool, download);
-    Record definition = build(160);
-    if (!saved.isNull()) {
-        definition.insert(PluginKeys::savedVersion, saved);
-    }
-    Disk disk;
-    if (archive) {
-        disk.archives.append(u"/data/160/P.zip"_s);
-    }
-    const InstallPlan plan = planInstall({definition}, {target(u"/A"_s, u"160"_s)}, u"/data"_s, disk.facts());
-    QCOMPARE(plan.downloads.size(), download ? 1 : 0);
-    QCOMPARE(plan.installs.size(), 1);
-}
-
-void InstallPlanningTest::twoTargetsShareOneDownload()
-{
-    const InstallPlan plan = planInstall(
-        {build(160)}, {target(u"/A"_s, u"160"_s), target(u"/B"_s, u"161"_s)}, u"/data"_s, Disk().facts());
-    QCOMPARE(plan.downloads, QStringList{u"160:P_2.3.1"_s});
-    QCOMPARE(plan.installs.size(), 2);
-    QCOMPARE(plan.installs[0].pluginPath, u"/A/Tolvane/P.InDesignPlugin"_s);
-    QCOMPARE(plan.installs[1].pluginPath, u"/B/Tolvane/P.InDesignPlugin"_s);
-    QCOMPARE(plan.installs[0].archivePath, plan.installs[1].archivePath);
-}
-
-// Current in the second target, but the first has just given the definition a pending command.
-void InstallPlanningTest::whatOneTargetQueuesCountsForTheNext()
-{
-    Disk disk;
-    disk.bundles.insert(u"/B/Tolvane/P.InDesignPlugin"_s,
-        {{u"TolvaneHostAppShortVersion"_s, u"16.0"_s}, {u"CFBundleShortVersionString"_s, u"2.3.1"_s}});
-    const Record missing = target(u"/A"_s, u"160"_s);
-    const Record current = target(u"/B"_s, u"160"_s);
-    QCOMPARE(planInstall({build(160)}, {missing, current}, u"/data"_s, disk.facts()).installs.size(), 2);
-    QCOMPARE(planInstall({build(160)}, {current, missing}, u"/data"_s, disk.facts()).installs.size(), 1);
-}
-
-void InstallPlanningTest::targetsWithoutDataAreIgnored()
-{
-    const QList<Record> targets{{{TargetKeys::version, u"160"_s}}, {{TargetKeys::path, u"/A"_s}}, {}};
-    const InstallPlan plan = planInstall({build(160)}, targets, u"/data"_s, Disk().facts());
-    QVERIFY(plan.installs.isEmpty() && plan.downloads.isEmpty());
-}
-
-void InstallPlanningTest::namesThatLeadElsewhereAreRefused()
-{
-    QList<Record> definitions;
-    const QStringList names{u"../../evil"_s, u".."_s, u"a/b"_s, QString(), u"..fine.."_s};
-    for (const QString &name : names) {
+    void archivesAreReused()
+    {
+        const auto [saved, archive, download] = ArchivesAreReused::row();
         Record definition = build(160);
-        definition.insert(PluginKeys::name, name);
-        definitions.append(definition);
+        if (!saved.isNull()) {
+            definition.insert(PluginKeys::savedVersion, saved);
+        }
+        Disk disk;
+        if (archive) {
+            disk.archives.append(u"/data/160/P.zip"_s);
+        }
+        const InstallPlan plan =
+            planInstall({definition}, {target(u"/A"_s, u"160"_s)}, u"/data"_s, disk.facts());
+        QCOMPARE(plan.downloads.size(), download ? 1 : 0);
+        QCOMPARE(plan.installs.size(), 1);
     }
-    const InstallPlan plan =
-        planInstall(definitions, {target(u"/A"_s, u"160"_s)}, u"/data"_s, Disk().facts());
-    QCOMPARE(plan.installs.size(), 1);
-    QCOMPARE(plan.refused.size(), 4);
-    QVERIFY(plan.refused[0].description.contains(u"../../evil"_s));
-    // A host version that is no number never becomes a path.
-    QCOMPARE(archiveFolder(u"/data"_s, {{PluginKeys::hostVersion, u"../.."_s}}), u"/data/0"_s);
-}
 
-void InstallPlanningTest::addressesAreNeverPlain_data()
-{
-    QTest::addColumn<QString>("link");
-    QTest::addColumn<QString>("address");
-    QTest::addRow("plain") << u"http://host/x.zip"_s << u"https://host/x.zip"_s;
-    QTest::addRow("with a port") << u"http://host:80/x.zip"_s << u"https://host:80/x.zip"_s;
-    QTest::addRow("safe") << u"https://host/http://x.zip"_s << u"https://host/http://x.zip"_s;
-    QTest::addRow("other") << u"ftp://host/x.zip"_s << u"ftp://host/x.zip"_s;
-    QTest::addRow("nearly") << u"http:/host"_s << u"http:/host"_s;
-}
+    void twoTargetsShareOneDownload()
+    {
+        const InstallPlan plan = planInstall(
+            {build(160)}, {target(u"/A"_s, u"160"_s), target(u"/B"_s, u"161"_s)}, u"/data"_s, Disk().facts());
+        QCOMPARE(plan.downloads, QStringList{u"160:P_2.3.1"_s});
+        QCOMPARE(plan.installs.size(), 2);
+        QCOMPARE(plan.installs[0].pluginPath, u"/A/Tolvane/P.InDesignPlugin"_s);
+        QCOMPARE(plan.installs[1].pluginPath, u"/B/Tolvane/P.InDesignPlugin"_s);
+        QCOMPARE(plan.installs[0].archivePath, plan.installs[1].archivePath);
+    }
 
-void InstallPlanningTest::addressesAreNeverPlain()
-{
-    QFETCH(QString, link);
-    QTEST(archiveAddress(link), "address");
-}
+    // Current in the second target, but the first has just given the definition a pending command.
+    void whatOneTargetQueuesCountsForTheNext()
+    {
+        Disk disk;
+        disk.bundles.insert(u"/B/Tolvane/P.InDesignPlugin"_s,
+            {{u"TolvaneHostAppShortVersion"_s, u"16.0"_s}, {u"CFBundleShortVersionString"_s, u"2.3.1"_s}});
+        const Record missing = target(u"/A"_s, u"160"_s);
+        const Record current = target(u"/B"_s, u"160"_s);
+        QCOMPARE(planInstall({build(160)}, {missing, current}, u"/data"_s, disk.facts()).installs.size(), 2);
+        QCOMPARE(planInstall({build(160)}, {current, missing}, u"/data"_s, disk.facts()).installs.size(), 1);
+    }
 
-void InstallPlanningTest::applicationsAreFoundUnderFolders()
-{
-    const QList<RunningApplication> running{{1, 0, u"InDesign Server"_s, u"/Apps/A/InDesign.app"_s, {}},
-        {2, 0, u"InDesign"_s, u"/Apps/A 2/InDesign.app"_s, {}},
-        {3, 0, u"InCopy"_s, u"/Apps/B/InCopy.app"_s, {}}};
-    const QStringList names{u"InDesign"_s, u"InCopy"_s};
-    QVERIFY(isAppRunning(running, u"InCopy"_s));
-    QVERIFY(!isAppRunning(running, u"incopy"_s));
-    QVERIFY(!isAnyAppRunning(running, {u"Tolvane Brevok"_s}));
-    // Paths are compared by their first characters as they stand.
-    QCOMPARE(getRunningApp(running, names, u"/Apps/A"_s)->processId, 2);
-    QVERIFY(!getRunningApp(running, names, u"/Apps/C"_s));
+    void targetsWithoutDataAreIgnored()
+    {
+        const QList<Record> targets{{{TargetKeys::version, u"160"_s}}, {{TargetKeys::path, u"/A"_s}}, {}};
+        const InstallPlan plan = planInstall({build(160)}, targets, u"/data"_s, Disk().facts());
+        QVERIFY(plan.installs.isEmpty() && plan.downloads.isEmpty());
+    }
 
-    const auto found = getRunningApps(running, names,
-        {target(u"/Apps/B/Plug-Ins/"_s, u"1"_s), target(u"/Apps/Plug-Ins"_s, u"1"_s),
-            target(u"/Other/Plug-Ins/"_s, u"1"_s)});
-    QCOMPARE(found.size(), 3);
-    QCOMPARE(found[0].processId, 2);
-    QCOMPARE(found[1].processId, 3);
-    QCOMPARE(found[2].processId, 3);
+    void namesThatLeadElsewhereAreRefused()
+    {
+        QList<Record> definitions;
+        const QStringList names{u"../../evil"_s, u".."_s, u"a/b"_s, QString(), u"..fine.."_s};
+        for (const QString &name : names) {
+            Record definition = build(160);
+            definition.insert(PluginKeys::name, name);
+            definitions.append(definition);
+        }
+        const InstallPlan plan =
+            planInstall(definitions, {target(u"/A"_s, u"160"_s)}, u"/data"_s, Disk().facts());
+        QCOMPARE(plan.installs.size(), 1);
+        QCOMPARE(plan.refused.size(), 4);
+        QVERIFY(plan.refused[0].description.contains(u"../../evil"_s));
+        // A host version that is no number never becomes a path.
+        QCOMPARE(archiveFolder(u"/data"_s, {{PluginKeys::hostVersion, u"../.."_s}}), u"/data/0"_s);
+    }
 
-    QCOMPARE(applicationFolder(u"/Apps/A/Plug-Ins//Tolvane/P.InDesignPlugin"_s), u"/Apps/A"_s);
-    QCOMPARE(applicationFolder(u"/P.InDesignPlugin"_s), u"/"_s);
-    QVERIFY(applicationFolder(u"Tolvane/P.InDesignPlugin"_s).isEmpty());
-}
+    void addressesAreNeverPlain_data()
+    {
+        const auto row = AddressesAreNeverPlain::declare();
+        row("plain", "http://host/x.zip", "https://host/x.zip");
+        row("with a port", "http://host:80/x.zip", "https://host:80/x.zip");
+        row("safe", "https://host/http://x.zip", "https://host/http://x.zip");
+        row("other", "ftp://host/x.zip", "ftp://host/x.zip");
+        row("nearly", "http:/host", "http:/host");
+    }
+
+    void addressesAreNeverPlain()
+    {
+        const auto [link, address] = AddressesAreNeverPlain::row();
+        QCOMPARE(archiveAddress(link), address);
+    }
+
+    void applicationsAreFoundUnderFolders()
+    {
+        const QList<RunningApplication> running{{1, 0, u"InDesign Server"_s, u"/Apps/A/InDesign.app"_s, {}},
+            {2, 0, u"InDesign"_s, u"/Apps/A 2/InDesign.app"_s, {}},
+            {3, 0, u"InCopy"_s, u"/Apps/B/InCopy.app"_s, {}}};
+        const QStringList names{u"InDesign"_s, u"InCopy"_s};
+        QVERIFY(isAppRunning(running, u"InCopy"_s));
+        QVERIFY(!isAppRunning(running, u"incopy"_s));
+        QVERIFY(!isAnyAppRunning(running, {u"Tolvane Brevok"_s}));
+        // Paths are compared by their first characters as they stand.
+        QCOMPARE(getRunningApp(running, names, u"/Apps/A"_s)->processId, 2);
+        QVERIFY(!getRunningApp(running, names, u"/Apps/C"_s));
+
+        const auto found = getRunningApps(running, names,
+            {target(u"/Apps/B/Plug-Ins/"_s, u"1"_s), target(u"/Apps/Plug-Ins"_s, u"1"_s),
+                target(u"/Other/Plug-Ins/"_s, u"1"_s)});
+        QCOMPARE(found.size(), 3);
+        QCOMPARE(found[0].processId, 2);
+        QCOMPARE(found[1].processId, 3);
+        QCOMPARE(found[2].processId, 3);
+
+        QCOMPARE(applicationFolder(u"/Apps/A/Plug-Ins//Tolvane/P.InDesignPlugin"_s), u"/Apps/A"_s);
+        QCOMPARE(applicationFolder(u"/P.InDesignPlugin"_s), u"/"_s);
+        QVERIFY(applicationFolder(u"Tolvane/P.InDesignPlugin"_s).isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(InstallPlanningTest)
 #include "test_install_planning.moc"

@@ -3,6 +3,7 @@
 
 #include "FlowRig.h"
 #include "install/UpdateRun.h"
+#include "support/Columns.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -48,6 +49,8 @@ struct UpdateRig : InstallRig {
 
 } // namespace
 
+using FailuresAreToldInOneAlert = Columns<int, QString>;
+
 class UpdateRunTest : public QObject {
     Q_OBJECT
 
@@ -56,17 +59,15 @@ private Q_SLOTS:
 
     void failuresAreToldInOneAlert_data()
     {
-        QTest::addColumn<int>("failing");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("none") << 0 << QString();
-        QTest::newRow("one") << 1 << u"Error: Failed to download P0, from https://host/P0-140.zip"_s;
-        QTest::newRow("five") << 5 << u"Multiple errors have occured. Please contact Tolvane support."_s;
+        const auto row = FailuresAreToldInOneAlert::declare();
+        row("none", 0, QString());
+        row("one", 1, "Error: Failed to download P0, from https://host/P0-140.zip");
+        row("five", 5, "Multiple errors have occured. Please contact Tolvane support.");
     }
 
     void failuresAreToldInOneAlert()
     {
-        QFETCH(int, failing);
-        QFETCH(QString, text);
+        const auto [failing, text] = FailuresAreToldInOneAlert::row();
         UpdateRig rig(5);
         QVERIFY(rig.waits);
         Ended ended;

@@ -1,18 +1,47 @@
 """What the tests of the helper's requests have in common."""
 import os
+import pathlib
+import sys
 import unittest
 
 import rig as rigs
-from rig import ALLOWED, snapshot
+from rig import ALLOWED, ASKED, snapshot
 
 DENIED_ERROR = "org.freedesktop.DBus.Error.AccessDenied"
 NOT_AUTHORIZED = "com.tolvane.brevok.HelperTool.Error.NotAuthorized"
 
 
-class HelperCase(unittest.TestCase):
-    """One helper for all tests of a class, and what none of them may change."""
+class RigTest(unittest.TestCase):
+    """A rig for each test, with a helper that is told nothing but `options`."""
 
-    helper = None  # the program
+    helper = built = None  # the program, and where what tests need was built
+    options = ()
+
+    def setUp(self):
+        self.rig = rigs.Rig(self.helper, *self.options)
+        self.addCleanup(self.rig.close)
+        self.target = self.rig.application()
+
+    def own(self, path, user=ALLOWED):
+        os.chown(path, user, 65534, follow_symlinks=False)
+        return path
+
+    def folder(self, path, user=ALLOWED):
+        path.mkdir(parents=True)
+        return self.own(path, user)
+
+    def asked(self):
+        """Somebody whom polkit asks."""
+        caller = self.rig.caller(ASKED)
+        caller.do("agent")
+        return caller
+
+    def assertRefused(self, answer, error=DENIED_ERROR):
+        self.assertEqual(answer.get("error"), error, answer)
+
+
+class HelperCase(RigTest):
+    """One helper for all tests of a class, and what none of them may change."""
 
     @classmethod
     def setUpClass(cls):
@@ -40,12 +69,12 @@ class HelperCase(unittest.TestCase):
         self.rig.settle()
         self.assertEqual((snapshot(self.outside), snapshot(self.rig.root / "Applications")), self.before)
 
-    def assertRefused(self, answer, error=DENIED_ERROR):
-        self.assertEqual(answer.get("error"), error, answer)
-
-    def own(self, path, user=ALLOWED):
-        os.chown(path, user, 65534, follow_symlinks=False)
-        return path
-
     def content(self, target=None):
         return ((target or self.target) / "Contents" / "Info.plist").read_bytes()
+
+
+def run_tests():
+    """The main program of a file of tests; its arguments are the helper and the folder of what tests need."""
+    rigs.enter()
+    RigTest.helper, RigTest.built = sys.argv.pop(1), pathlib.Path(sys.argv.pop(1))
+    unittest.main(verbosity=2, warnings="ignore")

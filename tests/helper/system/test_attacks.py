@@ -7,32 +7,23 @@ import pathlib
 import re
 import subprocess
 import sys
-import unittest
 
-import rig as rigs
+from helper_case import DENIED_ERROR, RigTest, run_tests
 from rig import ALLOWED, ASKED, OTHER, wait_for
 
 
-class AttackTest(unittest.TestCase):
+class AttackTest(RigTest):
     def setUp(self):
-        self.rig = rigs.Rig(HELPER)
-        self.addCleanup(self.rig.close)
+        super().setUp()
         self.home = self.rig.home(ALLOWED)
         self.caller = self.rig.caller()
-
-    def own(self, path, user=ALLOWED):
-        os.chown(path, user, 65534, follow_symlinks=False)
-        return path
-
-    def folder(self, path, user=ALLOWED):
-        path.mkdir()
-        return self.own(path, user)
+        self.faults = {"LD_PRELOAD": self.built / "libhelper_fault.so"}
 
     def test_pipes_in_place_of_files(self):
-        target, pipe = self.rig.application(), self.home / "pipe"
+        target, pipe = self.target, self.home / "pipe"
         os.mkfifo(pipe)
         self.own(pipe)
-        self.rig.serve_by({"LD_PRELOAD": FAULT, "ATTACK_PIPE": pipe})
+        self.rig.serve_by({**self.faults, "ATTACK_PIPE": pipe})
         source = self.rig.archive(extra=[("A.InDesignPlugin/swapped", 0o100644, b"x")])
         for _ in range(2):
             self.assertTrue(self.caller.install(source, target)["result"][0])
@@ -50,13 +41,11 @@ class AttackTest(unittest.TestCase):
         secret.chmod(0o600)
         self.folder(folder / "decoy")
         archive = self.rig.archive(extra=[("A.InDesignPlugin/link", 0o120777, b"Contents")])
-        self.rig.serve_by({"LD_PRELOAD": FAULT, "ATTACK_DECOY": "decoy", "ATTACK_SECRET": str(secret)})
+        self.rig.serve_by({**self.faults, "ATTACK_DECOY": "decoy", "ATTACK_SECRET": secret})
         plain = self.home / "Tolvane.xml"
         plain.write_text("x")
-        workspace = self.home / "Presets" / "InDesign Workspaces"
-        workspace.mkdir(parents=True)
-        for path in (plain, workspace):
-            self.own(path)
+        self.own(plain)
+        workspace = self.folder(self.home / "Presets" / "InDesign Workspaces")
         self.folder(workspace / "decoy")
         for source, target in ((archive, folder / "A.InDesignPlugin"), (plain, workspace / "Tolvane.xml")):
             self.caller.install(source, target)
@@ -64,11 +53,6 @@ class AttackTest(unittest.TestCase):
             self.assertEqual(os.listdir(target.parent / "decoy"), [])
         found = [path for path in folder.rglob("*") if path.is_file() and path.read_text() == "root's"]
         self.assertEqual([(path, os.stat(path).st_uid) for path in found], [(secret, 0)])
-
-    def asked(self):
-        caller = self.rig.caller(ASKED)
-        caller.do("agent")
-        return caller
 
     def test_callers_who_leave_at_once(self):
         asked = self.asked()
@@ -78,10 +62,12 @@ class AttackTest(unittest.TestCase):
         self.assertLess(int(re.search(r"MatchRules\D*32 (\d+)", stats)[1]), 10)
         # One who leaves later is still noticed.
         elsewhere = asked.do("connect")["result"][0]
-        asked.begin_install(self.rig.archive(ASKED), self.rig.application(), connection=elsewhere)
+        asked.begin_install(self.rig.archive(ASKED), self.target, connection=elsewhere)
         cookie = asked.event("question")["cookie"]
         asked.do("disconnect", connection=elsewhere)
         self.assertEqual(asked.event("cancelled")["cookie"], cookie)
+        wait_for("the line about it", lambda: "the caller left" in self.rig.log_text())
+        self.assertFalse(self.target.exists())
 
     def test_a_tree_without_end(self):
         target = self.folder(self.home / "Tolvane") / "A.InDesignPlugin"
@@ -110,7 +96,7 @@ class AttackTest(unittest.TestCase):
         private = self.folder(self.rig.home(OTHER) / "private", OTHER)
         target = self.folder(self.folder(private / "Tolvane", OTHER) / "A.InDesignPlugin", OTHER)
         missing = target.with_name("B.InDesignPlugin")
-        roots = self.rig.application()
+        roots = self.target
         roots.mkdir(parents=True)
         roots.parent.chmod(0o700)  # the helper is there to look into these
         other, tests = self.rig.caller(OTHER), [f"{test}AtPath" for test in (
@@ -135,7 +121,7 @@ class AttackTest(unittest.TestCase):
         os.chown(when, OTHER, -1)
         self.addCleanup(when.unlink, missing_ok=True)
         self.rig.end_helper()
-        self.rig.serve_by({"LD_PRELOAD": FAULT, "STALL_WHILE": when})
+        self.rig.serve_by({**self.faults, "STALL_WHILE": when})
         return when
 
     def stalled(self, count):
@@ -157,7 +143,7 @@ class AttackTest(unittest.TestCase):
 
     def test_work_that_does_not_end(self):
         when, other, numbers = self.stalled(40)
-        self.assertTrue(self.caller.install(self.rig.archive(), self.rig.application())["result"][0])
+        self.assertTrue(self.caller.install(self.rig.archive(), self.target)["result"][0])
         # He cannot heap up more of it by leaving.
         for _ in range(5):
             leaving = other.do("connect")["result"][0]
@@ -179,7 +165,7 @@ class AttackTest(unittest.TestCase):
         (self.rig.state / "work-1").write_text(json.dumps({"target": str(folder / "A.InDesignPlugin")}))
         when, other = self.stall(), self.rig.caller(OTHER)
         number = other.begin_install(self.rig.archive(OTHER), folder / "A.InDesignPlugin")
-        self.assertTrue(self.caller.install(self.rig.archive(), self.rig.application())["result"][0])
+        self.assertTrue(self.caller.install(self.rig.archive(), self.target)["result"][0])
         self.assertFalse(other.answered(number))
         when.unlink()
         self.assertTrue(other.wait(number)["result"][0])
@@ -213,14 +199,13 @@ class AttackTest(unittest.TestCase):
         again = [other.install(self.rig.archive(OTHER, file="again.zip"), target),
                  other.call("RemoveItemAtPath", "s", str(target)),
                  other.call("SetUID", "uusb", OTHER, 0o600, str(target), True)]
-        self.assertEqual({answer.get("error") for answer in again}, {"org.freedesktop.DBus.Error.AccessDenied"})
+        self.assertEqual({answer.get("error") for answer in again}, {DENIED_ERROR})
         self.assertEqual(self.rig.log_text().count("for the same path is open"), 3)
         when.unlink()
         self.assertTrue(other.wait(first)["result"][0])
 
     def test_sources_cost_nothing_before_the_answer(self):
-        asked = self.asked()
-        target = self.rig.application()
+        asked, target = self.asked(), self.target
         for i in range(3):
             source = self.rig.home(ASKED) / f"sparse-{i}.zip"
             source.touch()
@@ -234,6 +219,4 @@ class AttackTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    rigs.enter()
-    HELPER, FAULT = sys.argv.pop(1), os.path.join(sys.argv.pop(1), "libhelper_fault.so")
-    unittest.main(verbosity=2, warnings="ignore")
+    run_tests()

@@ -1,27 +1,22 @@
 #!/usr/bin/python3
 """The application's end: it finds, replaces, installs and uses the helper, and does without one that is no good."""
 import os
-import pathlib
 import shutil
 import signal
 import subprocess
-import sys
-import unittest
 
-import rig as rigs
-from rig import ALLOWED, DENIED, wait_for
+from helper_case import RigTest, run_tests
+from rig import ALLOWED, DENIED, OTHER, wait_for
 
 FALLBACK = "log: Using Installer Fallback!"
 UNAVAILABLE = "log: AuthorizationCreate failed! -60008"
 PKEXEC = "/usr/bin/pkexec --disable-internal-agent"
 
 
-class ClientTest(unittest.TestCase):
+class ClientTest(RigTest):
     def setUp(self):
-        self.rig = rigs.Rig(HELPER)
-        self.addCleanup(self.rig.close)
-        shutil.copy(TESTS / "helper_client", self.rig.programs)
-        self.target = self.rig.application()
+        super().setUp()
+        shutil.copy(self.built / "helper_client", self.rig.programs)
 
     def client(self, *words, user=ALLOWED, authorizer=""):
         """Lines that the application's end said."""
@@ -45,7 +40,7 @@ class ClientTest(unittest.TestCase):
         workspace = self.target.parents[2] / "Presets" / "InDesign Workspaces" / "Tolvane.xml"
         (self.rig.root / "Tolvane.xml").write_text("root's")
         self.assertEqual(self.client("install", self.rig.root / "Tolvane.xml", workspace)[0], "yes ")
-        self.assertEqual(workspace.read_text(), "root's")
+        self.assertEqual((workspace.read_text(), workspace.stat().st_uid), ("root's", ALLOWED))
         (self.rig.home(ALLOWED) / "link").symlink_to(self.target.parents[2])
         linked = self.rig.home(ALLOWED) / "link" / "Plug-Ins" / "Tolvane" / "A.InDesignPlugin"
         self.assertEqual(self.client("exists", linked)[0], "yes ")
@@ -57,8 +52,7 @@ class ClientTest(unittest.TestCase):
 
     def test_does_without_a_helper(self):
         own = self.rig.home(ALLOWED) / "own" / "Tolvane" / "A.InDesignPlugin"
-        own.parents[1].mkdir()
-        os.chown(own.parents[1], ALLOWED, 65534)
+        self.folder(own.parents[1])
         for what, line in (("none", "Installer helper invalid!"), ("idle", "Installer helper invalid!"),
                            ("mute", "Installer helper invalid!"),
                            ("15-poor", "Installer helper is missing selector "
@@ -89,7 +83,7 @@ class ClientTest(unittest.TestCase):
             '<busconfig><policy context="default"><allow own="*"/></policy></busconfig>')
         (self.rig.root / "bus.d" / "com.tolvane.brevok.HelperTool.conf").unlink()
         self.rig.root_call("--dest=org.freedesktop.DBus", "/", "org.freedesktop.DBus.ReloadConfig")
-        impostor = subprocess.Popen(["/usr/bin/python3", self.rig.programs / "other_helper.py", "15"], user=rigs.OTHER, group=65534,
+        impostor = subprocess.Popen(["/usr/bin/python3", self.rig.programs / "other_helper.py", "15"], user=OTHER, group=65534,
                                     extra_groups=[], env=self.rig.environment)
         try:
             wait_for("the impostor", self.rig.helper_process)
@@ -120,6 +114,8 @@ class ClientTest(unittest.TestCase):
         program = self.rig.blessed / "usr" / "local" / "libexec" / "tolvane-brevok-helper"
         self.assertEqual(os.readlink(f"/proc/{self.rig.helper_process()}/exe"), str(program))
         self.assertEqual(self.client("install", self.rig.archive(), self.target)[0], "yes ")
+        state = self.rig.blessed / "var" / "lib" / "tolvane-brevok-helper"
+        wait_for("the end of the work", lambda: not list(state.glob("work-*")))
         # Not even root's own program believes a bus that somebody else offers.
         for address in (f"unix:path={self.rig.home(ALLOWED)}/bus", "unix:abstract=bus",
                         f"{self.rig.address};unix:path={self.rig.home(ALLOWED)}/bus"):
@@ -137,6 +133,4 @@ class ClientTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    rigs.enter()
-    HELPER, TESTS = sys.argv.pop(1), pathlib.Path(sys.argv.pop(1))
-    unittest.main(verbosity=2, warnings="ignore")
+    run_tests()

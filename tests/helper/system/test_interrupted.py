@@ -2,12 +2,10 @@
 """The helper is killed, or finds the disk full, at every call that changes a file."""
 import json
 import os
-import pathlib
 import subprocess
-import sys
-import unittest
+import zipfile
 
-import rig as rigs
+from helper_case import RigTest, run_tests
 from rig import snapshot, wait_for
 
 MOST = 200  # calls that one install or removal makes at most
@@ -28,18 +26,17 @@ def unsynced(calls):
             names.update(map(os.path.dirname, paths))
 
 
-class DurabilityTest(unittest.TestCase):
+class DurabilityTest(RigTest):
     def setUp(self):
-        self.rig = rigs.Rig(HELPER)
-        self.addCleanup(self.rig.close)
+        super().setUp()
         self.calls = self.rig.root / "calls"
-        self.recording = {"LD_PRELOAD": str(TESTS / "librecorded_files.so"), "RECORD_FOLDER": str(self.rig.root),
+        self.recording = {"LD_PRELOAD": str(self.built / "librecorded_files.so"), "RECORD_FOLDER": str(self.rig.root),
                           "RECORD_LOG": str(self.calls)}
 
     def test_work(self):
         """Before it is begun its entry is on the disk, before that goes the work is."""
         self.rig.serve_by(self.recording)
-        caller, target = self.rig.caller(), self.rig.application()
+        caller, target = self.rig.caller(), self.target
         workspace = target.parents[2] / "Presets" / "InDesign_Workspaces" / "Tolvane.xml"
         source = self.rig.archive()
         for call in (lambda: caller.install(source, target), lambda: caller.install(source, target),
@@ -73,54 +70,53 @@ class DurabilityTest(unittest.TestCase):
         self.assertEqual(placed, 5)
 
 
-class InterruptedTest(unittest.TestCase):
-    @classmethod
-    def setUpClass(cls):
-        cls.rig = rigs.Rig(HELPER)
-        cls.addClassCleanup(cls.rig.close)
-        cls.caller = cls.rig.caller()
-        cls.old = cls.rig.archive(file="old.zip", content=b"old", extra=[
-            (f"A.InDesignPlugin/old-{i}", 0o100644, b"old") for i in range(3)])
-        cls.new = cls.rig.archive(file="new.zip", content=b"new", extra=[
-            (f"A.InDesignPlugin/new-{i}", 0o100644, b"new") for i in range(3)])
+class InterruptedTest(RigTest):
+    def setUp(self):
+        super().setUp()
+        self.caller, self.archives, self.trees = self.rig.caller(), {}, {}
+        for name in ("old", "new"):
+            self.archives[name] = self.rig.archive(file=f"{name}.zip", content=name.encode(), extra=[
+                (f"A.InDesignPlugin/{name}-{i}", 0o100644, name.encode()) for i in range(3)])
+            with zipfile.ZipFile(self.archives[name]) as archive:
+                self.trees[name] = {entry.partition("/")[2]: archive.read(entry) for entry in archive.namelist()}
 
     def fresh(self, faults=None):
         """Ends the helper; the next call starts one with these faults."""
         when = self.rig.root / "now"
         when.unlink(missing_ok=True)
         self.rig.end_helper()
-        self.rig.serve_by({"LD_PRELOAD": str(FAULT), "FAULT_WHEN": when, **faults} if faults else None)
+        preloaded = {"LD_PRELOAD": self.built / "libhelper_fault.so", "FAULT_WHEN": when}
+        self.rig.serve_by({**preloaded, **faults} if faults else None)
         self.caller.call("Version")
         self.rig.settle()  # it repairs what the one before it left
         if faults:
             when.touch()
 
-    def whole(self, target):
+    def whole(self):
         """Which bundle stands there; a torn one is none."""
-        tree = {name: facts[3] for name, facts in snapshot(target).items() if facts[3] is not None}
-        return self.trees.get(tuple(sorted(tree.items())), f"torn: {sorted(tree)}" if target.exists() else None)
+        tree = {name: facts[3] for name, facts in snapshot(self.target).items() if facts[3] is not None}
+        torn = f"torn: {sorted(tree)}" if self.target.exists() else None
+        return next((name for name, whole in self.trees.items() if whole == tree), torn)
 
-    def learn(self, target):
-        self.trees = {}
-        self.fresh()
-        for archive, name in ((self.new, "new"), (self.old, "old")):
-            self.assertTrue(self.caller.install(archive, target)["result"][0])
-            tree = {path: facts[3] for path, facts in snapshot(target).items() if facts[3] is not None}
-            self.trees[tuple(sorted(tree.items()))] = name
+    def install(self, name):
+        return self.caller.install(self.archives[name], self.target)
 
-    def prepare(self, target, old):
+    def remove(self):
+        return self.caller.call("RemoveItemAtPath", "s", str(self.target))
+
+    def prepare(self, old):
         self.fresh()
         if old:
-            self.assertTrue(self.caller.install(self.old, target)["result"][0])
+            self.assertTrue(self.install("old")["result"][0])
             self.rig.settle()
-            self.assertEqual(self.whole(target), "old")
-        elif target.exists():
-            self.assertTrue(self.caller.call("RemoveItemAtPath", "s", str(target))["result"][0])
+            self.assertEqual(self.whole(), "old")
+        elif self.target.exists():
+            self.assertTrue(self.remove()["result"][0])
 
-    def interrupt(self, kind, call, target, old):
+    def interrupt(self, kind, call, old):
         """Runs `call` once for each of its calls to the system; yields the answer and what stands there then."""
         for at in range(1, MOST):
-            self.prepare(target, old)
+            self.prepare(old)
             self.fresh({"FAULT": kind, "FAULT_AT": str(at)})
             lines = self.rig.log_text().count("\n")
             process = self.rig.helper_process()
@@ -132,21 +128,17 @@ class InterruptedTest(unittest.TestCase):
             if (self.rig.root / "now").exists():  # that many calls there are not
                 self.assertTrue(answer["result"][0])
                 return
-            seen = self.whole(target)
+            seen = self.whole()
             self.fresh()  # the next helper repairs
-            yield at, answer, seen, self.whole(target), "\n".join(self.rig.log_text().split("\n")[lines:])
-            self.assertEqual([name for name in os.listdir(target.parent) if name != target.name]
-                             if target.parent.exists() else [], [], at)
+            yield at, answer, seen, self.whole(), "\n".join(self.rig.log_text().split("\n")[lines:])
+            self.assertEqual([path for path in self.target.parent.glob("*") if path != self.target], [], at)
             self.assertEqual(os.listdir(self.rig.state), [], at)
         self.fail("it never came to an end")
 
     def test_killed_while_installing(self):
         for old in (False, True):
-            target = self.rig.application("kill-install")
-            self.learn(target)
             states = set()
-            for at, _, seen, then, log in self.interrupt(
-                    "kill", lambda: self.caller.install(self.new, target), target, old):
+            for at, _, seen, then, log in self.interrupt("kill", lambda: self.install("new"), old):
                 self.assertIn(then, ("old", "new") if old else (None, "new"), at)
                 self.assertIn(seen, ("old", "new", None), at)
                 if seen != then:
@@ -156,23 +148,18 @@ class InterruptedTest(unittest.TestCase):
             self.assertIn("new", {then for _, then in states})
 
     def test_killed_while_removing(self):
-        target = self.rig.application("kill-remove")
-        self.learn(target)
         states = set()
-        for at, _, seen, then, _ in self.interrupt(
-                "kill", lambda: self.caller.call("RemoveItemAtPath", "s", str(target)), target, True):
-            self.assertIn(then, ("old", None), at)
-            self.assertEqual(seen, then)
+        for at, _, seen, then, _ in self.interrupt("kill", self.remove, True):
+            self.assertEqual(seen, then, at)
             states.add(then)
         self.assertEqual(states, {"old", None})
 
     def test_power_cut(self):
         # What the next start of the system finds: a new bundle of which nobody knows whether its bytes got to the disk.
-        target = self.rig.application("power")
-        self.learn(target)
+        target = self.target
         aside = target.with_name(".tolvane-replaced-" + target.name)
         for removal in (False, True):
-            self.prepare(target, old=True)
+            self.prepare(old=True)
             self.rig.end_helper()
             os.rename(target, aside)
             if not removal:
@@ -182,16 +169,13 @@ class InterruptedTest(unittest.TestCase):
                 {"target": str(target), "removal": removal, "fresh": False, "boot": "an earlier one"}))
             (self.rig.state / "work-2").write_text('{"targ')  # begun when the power went
             self.fresh()
-            self.assertEqual(self.whole(target), None if removal else "old")
+            self.assertEqual(self.whole(), None if removal else "old")
             self.assertFalse(aside.exists())
             self.assertEqual(os.listdir(self.rig.state), [])
 
     def test_full_disk(self):
-        target = self.rig.application("full")
-        self.learn(target)
         states = set()
-        for at, answer, seen, then, _ in self.interrupt(
-                "full", lambda: self.caller.install(self.new, target), target, True):
+        for at, answer, seen, then, _ in self.interrupt("full", lambda: self.install("new"), True):
             self.assertIn("result", answer, at)
             self.assertIn(seen, ("old", "new"), at)
             self.assertEqual(seen, then)
@@ -201,7 +185,4 @@ class InterruptedTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    rigs.enter()
-    HELPER, TESTS = sys.argv.pop(1), pathlib.Path(sys.argv.pop(1))
-    FAULT = TESTS / "libhelper_fault.so"
-    unittest.main(verbosity=2, warnings="ignore")
+    run_tests()

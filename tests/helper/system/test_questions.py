@@ -4,20 +4,12 @@ nothing is."""
 import mmap
 import os
 import signal
-import sys
-import unittest
 
-import rig as rigs
-from helper_case import NOT_AUTHORIZED, HelperCase
+from helper_case import NOT_AUTHORIZED, HelperCase, RigTest, run_tests
 from rig import ASKED, DENIED, wait_for
 
 
 class QuestionTest(HelperCase):
-    def asked(self):
-        caller = self.rig.caller(ASKED)
-        caller.do("agent")
-        return caller
-
     def test_what_was_asked_about_is_what_is_done(self):
         caller = self.asked()
         source = self.rig.archive(ASKED, content=b"asked about")
@@ -79,16 +71,6 @@ class QuestionTest(HelperCase):
         self.assertFalse(caller.wait(number)["result"][0])
         self.assertNothingChanged()
 
-    def test_caller_who_leaves_takes_the_question_along(self):
-        caller = self.asked()
-        elsewhere = caller.do("connect")["result"][0]
-        caller.begin_install(self.rig.archive(ASKED), self.target, connection=elsewhere)
-        cookie = caller.event("question")["cookie"]
-        caller.do("disconnect", connection=elsewhere)
-        self.assertEqual(caller.event("cancelled")["cookie"], cookie)
-        wait_for("the line about it", lambda: "the caller left" in self.rig.log_text())
-        self.assertNothingChanged()
-
     def test_one_question_keeps_nobody_else_waiting(self):
         caller = self.asked()
         number = caller.begin_install(self.rig.archive(ASKED), self.target)
@@ -119,16 +101,12 @@ class QuestionTest(HelperCase):
         self.assertNothingChanged()
 
 
-class PolkitTest(unittest.TestCase):
+class PolkitTest(RigTest):
     """Without an authority nobody may do anything."""
-
-    def setUp(self):
-        self.rig = rigs.Rig(HelperCase.helper, "--idle-seconds", "1")
-        self.addCleanup(self.rig.close)
-        self.target = self.rig.application()
+    options = "--idle-seconds", "1"
 
     def assertDenied(self, answer):
-        self.assertEqual(answer.get("error"), NOT_AUTHORIZED, answer)
+        self.assertRefused(answer, NOT_AUTHORIZED)
         self.assertFalse(self.target.exists())
 
     def test_missing_stopped_or_dying(self):
@@ -140,8 +118,7 @@ class PolkitTest(unittest.TestCase):
         self.assertDenied(allowed.install(self.rig.archive(), self.target))
         os.kill(self.rig.polkit.pid, signal.SIGCONT)
         for stop in (signal.SIGSTOP, signal.SIGKILL):
-            caller = self.rig.caller(ASKED)
-            caller.do("agent")
+            caller = self.asked()
             number = caller.begin_install(self.rig.archive(ASKED), self.target)
             caller.event("question")
             os.kill(self.rig.polkit.pid, stop)
@@ -150,8 +127,7 @@ class PolkitTest(unittest.TestCase):
         self.assertIn("polkit does not answer", self.rig.log_text())
 
     def test_restarted_bus(self):
-        caller = self.rig.caller(ASKED)
-        caller.do("agent")
+        caller = self.asked()
         number = caller.begin_install(self.rig.archive(ASKED), self.target)
         caller.event("question")
         self.rig.bus.kill()
@@ -172,6 +148,4 @@ class PolkitTest(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    rigs.enter()
-    HelperCase.helper, _ = sys.argv.pop(1), sys.argv.pop(1)
-    unittest.main(verbosity=2, warnings="ignore")
+    run_tests()

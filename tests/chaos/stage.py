@@ -95,14 +95,15 @@ class Stage(World):
         self.looks.clear()
 
     def unfinished(self):
-        """The keys of the builds that have commands, as they are stored."""
+        """The builds that have commands, as they are stored: by key the commands."""
         if not self.session.state_file().exists():
-            return set()
+            return {}
         # Not for reading alone: what a kill has left half written is taken back first.
         with contextlib.closing(sqlite3.connect(f"file:{self.session.state_file()}?mode=rw", uri=True)) as state:
             rows = state.execute("SELECT value FROM state WHERE key = 'OrlecPluginsData'").fetchall() if state.execute(
                 "SELECT 1 FROM sqlite_master WHERE name = 'state'").fetchone() else []
-        return {oracles.build_key(one) for one in (json.loads(row[0]) for row in rows) if one.get("CommandQueue")}
+        builds = [json.loads(row[0]) for row in rows]
+        return {oracles.build_key(one): one["CommandQueue"] for one in builds if one.get("CommandQueue")}
 
     # calls
 
@@ -286,7 +287,14 @@ class Stage(World):
         if not self.is_running():
             return "passed over"
         disk, states, pending = self.disk(), list(self.oracle.now), self.unfinished()
+        gone = any(oracles.is_valid(target) and not os.path.exists(path)  # which no search may have told
+                   for state in states for path, target in state["targets"].items())
         answer = self.call(*words, meanwhile=meanwhile)
+        for key, commands in pending.items():  # what is begun again carries them out, too
+            build = next(state["builds"][key] for state in states if key in state["builds"])
+            for command, path, *_ in commands:
+                self.may_become(os.path.normpath(path), {(build["Name"], build["Version"], build["HostVersion"])
+                                                         if command == "installStart" else None})
         for state in states + self.oracle.now:
             for prefix in installs:
                 for path, builds in oracles.planned(disk if not pending else {}, state, prefix).items():
@@ -297,14 +305,14 @@ class Stage(World):
                     self.may_become(path, {None})
         known = any(prefix == one["Prefix"] for prefix in (*installs, *removals)
                     for state in states for one in state["packages"].values())
-        if words[0] in ("install", "remove") and known and not pending:
+        if words[0] in ("install", "remove") and known and not pending and not gone:
             self.must_succeed(answer, " ".join(words))
         if self.is_running():
             self.road.start_helper()  # which makes good what one that was killed has left
         # Who lost the helper amid the work cannot know how far that got.
         keys = ("outcome", "changed", "deferred", "failed") if "strike" not in meanwhile else ("changed", "deferred")
         self.compare_with_outcome([one for key in keys for one in answer.document.get(key, [])], disk)
-        if answer.status == 0 and words[0] in ("install", "update"):
+        if answer.status == 0 and words[0] in ("install", "update") and not gone:
             self.compare_with_plan(installs, disk, states if words[0] == "install" else [])
         return None
 

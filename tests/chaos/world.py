@@ -152,9 +152,15 @@ class World(contextlib.ExitStack):
         """By path the information of every bundle, as the oracle wants it."""
         return {path: information(what) for path, what in self.bundles().items()}
 
-    def changed_by_the_world(self):
-        """What others do to the bundles is as it should be."""
-        self.expected = {path: {what} for path, what in self.bundles().items()}
+    def changed_by_the_world(self, *folders):
+        """What others do to the bundles (of some folders) is as it should be, and what a program that was killed has left
+        there may come back besides."""
+        found = self.bundles()
+        for path in {*found, *self.expected}:
+            folder = next((one for one in folders if path.startswith(f"{one}/")), None)
+            if folder or not folders:
+                left = self.expected.get(path, set()) if folder and self.is_in_disorder(folder) else set()
+                self.expected[path] = left | {found.get(path)}
 
     @staticmethod
     def is_in_disorder(folder):
@@ -185,7 +191,7 @@ class World(contextlib.ExitStack):
             return "passed over"
         self.do_rest(name)
         shutil.rmtree(self.folder_of(name), ignore_errors=True)
-        self.changed_by_the_world()
+        self.changed_by_the_world(self.folder_of(name))
         return None
 
     def do_move(self, name):
@@ -195,7 +201,7 @@ class World(contextlib.ExitStack):
             return "passed over"
         self.do_rest(name)
         there.rename(elsewhere) if there.exists() else elsewhere.rename(there)
-        self.changed_by_the_world()
+        self.changed_by_the_world(there, elsewhere)
         return None
 
     def do_mount(self, name):
@@ -208,7 +214,7 @@ class World(contextlib.ExitStack):
         subprocess.run(["mount", "--bind", volume, self.folder_of(name)], check=True)
         self.mounted.add(name)
         self.do_host(name, HOSTS[name][1][0])
-        self.changed_by_the_world()
+        self.changed_by_the_world(self.folder_of(name))
         return None
 
     def do_unmount(self, name):
@@ -217,7 +223,7 @@ class World(contextlib.ExitStack):
         self.do_rest(name)
         subprocess.run(["umount", "--lazy", self.folder_of(name)], check=True)
         self.mounted.discard(name)
-        self.changed_by_the_world()
+        self.changed_by_the_world(self.folder_of(name))
         return None
 
     def do_run(self, name):
@@ -242,7 +248,7 @@ class World(contextlib.ExitStack):
             (path / file).parent.mkdir(parents=True, exist_ok=True)
             (path / file).write_bytes(content)
         self.road.belongs_to_root(self.session.applications)
-        self.changed_by_the_world()
+        self.changed_by_the_world(self.folder_of(host))
         return None
 
     def do_expire(self):

@@ -11,8 +11,6 @@
 #include <QTest>
 #include <QTimer>
 
-Q_DECLARE_METATYPE(brevok::testing::Response)
-
 namespace brevok::testing {
 
 inline constexpr int patient = 30000;
@@ -69,41 +67,34 @@ struct Stage {
         QObject context;
         return awaited<ServiceReply>([&](auto handler) { network.send(request, &context, handler); });
     }
+    [[nodiscard]] HttpServiceClient client()
+    {
+        return {network, [this] { return sessionId; }, [] { return true; }, limits};
+    }
     ServiceReply list(const QString &path, const Validator &known = {})
     {
-        return get([&](auto &client, auto *context, auto handler) {
-            client.getList(path, known, context, handler);
-        });
+        HttpServiceClient asking = client();
+        QObject context;
+        return awaited<ServiceReply>([&](auto handler) { asking.getList(path, known, &context, handler); });
     }
     ServiceReply file(const QUrl &url, const Validator &known = {})
     {
-        return get([&](auto &client, auto *context, auto handler) {
-            client.fetchFile(url, known, context, handler);
-        });
+        HttpServiceClient asking = client();
+        QObject context;
+        return awaited<ServiceReply>([&](auto handler) { asking.fetchFile(url, known, &context, handler); });
     }
     DownloadResult download(
         const QUrl &url, const QString &destination, qint64 size, const QByteArray &checksum = {})
     {
-        HttpServiceClient client(
-            network, [this] { return sessionId; }, [] { return true; }, limits);
+        HttpServiceClient asking = client();
         QObject context;
         return awaited<DownloadResult>([&](auto handler) {
-            client.download(
+            asking.download(
                 {url, destination, size, checksum}, &context,
                 [this](qint64 done, qint64) { progress.append(done); }, handler);
         });
     }
     QList<qint64> progress;
-
-private:
-    ServiceReply get(
-        const std::function<void(ServiceClient &, QObject *, ServiceClient::ReplyHandler)> &start)
-    {
-        HttpServiceClient client(
-            network, [this] { return sessionId; }, [] { return true; }, limits);
-        QObject context;
-        return awaited<ServiceReply>([&](auto handler) { start(client, &context, handler); });
-    }
 };
 
 } // namespace brevok::testing

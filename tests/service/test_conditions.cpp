@@ -1,160 +1,141 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
-#include "foundation/Tasks.h"
 #include "ServiceStage.h"
+#include "support/FolderTest.h"
+#include "support/Table.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
-class ConditionsTest : public QObject {
+class ConditionsTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
+    void whatIsSentBack_data()
+    {
+        const Table<RawHeaders, QByteArray, QByteArray> row;
+        const QByteArray noon = "Sun, 22 Nov 2026 12:00:00 GMT";
+        const QByteArray later = "Sun, 22 Nov 2026 12:01:00 GMT";
 
-    void whatIsSentBack_data();
-    void whatIsSentBack();
-    void onlyWhoGotItAsksSo_data();
-    void onlyWhoGotItAsksSo();
-    void aConditionStaysWithItsAddress();
-    void nobodyAskedForIt();
-};
-
-void ConditionsTest::whatIsSentBack_data()
-{
-    QTest::addColumn<RawHeaders>("headers");
-    QTest::addColumn<QByteArray>("tag");
-    QTest::addColumn<QByteArray>("date");
-    const QByteArray noon = "Sun, 22 Nov 2026 12:00:00 GMT";
-    const QByteArray later = "Sun, 22 Nov 2026 12:01:00 GMT";
-    const auto row = [](const char *name, const RawHeaders &headers, const QByteArray &tag = {},
-                         const QByteArray &date = {}) {
-        QTest::newRow(name) << headers << tag << date;
-    };
-    row("nothing", {});
-    row("strong tag", {{"ETag", R"("a!#~")"}}, R"("a!#~")");
-    row("weak tag", {{"etag", R"(W/"1")"}}, R"(W/"1")");
-    row("empty tag", {{"ETag", R"("")"}}, R"("")");
-    row("tag and date", {{"Last-Modified", noon}, {"Date", later}, {"ETag", R"("1")"}}, R"("1")");
-    row("tag without quotes", {{"ETag", "1"}});
-    row("tag with a blank", {{"ETag", R"("1 2")"}});
-    row("two tags in one", {{"ETag", R"("1", "2")"}});
-    row("tag with a control character", {{"ETag", "\"1\x01\x1b[31m\""}});
-    row("tag that is no ASCII", {{"ETag", "\"\xc3\xa4\""}});
-    row("very long tag", {{"ETag", '"' + QByteArray(100000, 'x') + '"'}});
-    row("date", {{"Last-Modified", noon}, {"Date", later}}, {}, noon);
-    row("date in the older spelling",
-        {{"Last-Modified", "Sunday, 22-Nov-2026 12:00:00 GMT"}, {"Date", later}}, {}, noon);
-    row("date with rubbish before it",
-        {{"Last-Modified", "\x01 rubbish, 22 Nov 2026 12:00:00 GMT"}, {"Date", later}}, {}, noon);
-    row("date of this minute", {{"Last-Modified", "Sun, 22 Nov 2026 12:00:01 GMT"}, {"Date", later}});
-    row("date of tomorrow", {{"Last-Modified", later}, {"Date", noon}});
-    row("date without the clock's time", {{"Last-Modified", noon}});
-    row("no date", {{"Last-Modified", "soon"}, {"Date", later}});
-}
-
-// The next request has the headers of every list, and what is usable of what the service said.
-void ConditionsTest::whatIsSentBack()
-{
-    QFETCH(RawHeaders, headers);
-    QFETCH(QByteArray, tag);
-    QFETCH(QByteArray, date);
-    Stage stage;
-    stage.server.on(u"/list"_s, {.headers = headers, .body = "[]"});
-    const ServiceReply first = stage.list(u"/list"_s);
-    QCOMPARE(first.body, "[]"_ba);
-    QVERIFY(!first.notModified);
-    stage.server.on(u"/list"_s, {.status = 304, .headers = headers});
-    const ServiceReply second = stage.list(u"/list"_s, first.validator);
-    const Request request = stage.server.requests().constLast();
-    QCOMPARE(request.header("If-None-Match"), tag);
-    QCOMPARE(request.header("If-Modified-Since"), date);
-    QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2"_ba);
-    QCOMPARE(second.notModified, !tag.isEmpty() || !date.isEmpty());
-    QCOMPARE(second.status, 304);
-}
-
-void ConditionsTest::onlyWhoGotItAsksSo_data()
-{
-    QTest::addColumn<QString>("session");
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("conditional");
-    QTest::newRow("the same") << u"ada"_s << u"/list"_s << true;
-    QTest::newRow("signed out") << QString() << u"/list"_s << false;
-    QTest::newRow("other session") << u"bob"_s << u"/list"_s << false;
-    QTest::newRow("other list") << u"ada"_s << u"/other"_s << false;
-}
-
-void ConditionsTest::onlyWhoGotItAsksSo()
-{
-    QFETCH(QString, session);
-    QFETCH(QString, path);
-    QFETCH(bool, conditional);
-    const Response response{.headers = {{"ETag", R"("1")"}}, .body = "[]"};
-    Stage stage;
-    Stage otherService;
-    for (Stage *each : {&stage, &otherService}) {
-        each->sessionId = u"ada"_s;
-        each->server.on(u"/list"_s, response);
-        each->server.on(u"/other"_s, response);
+        row("nothing", {}, {}, {});
+        row("strong tag", {{"ETag", "\"a!#~\""}}, "\"a!#~\"", {});
+        row("weak tag", {{"etag", R"(W/"1")"}}, R"(W/"1")", {});
+        row("empty tag", {{"ETag", R"("")"}}, R"("")", {});
+        row("tag and date", {{"Last-Modified", noon}, {"Date", later}, {"ETag", R"("1")"}}, R"("1")", {});
+        row("tag without quotes", {{"ETag", "1"}}, {}, {});
+        row("tag with a blank", {{"ETag", R"("1 2")"}}, {}, {});
+        row("two tags in one", {{"ETag", R"("1", "2")"}}, {}, {});
+        row("tag with a control character", {{"ETag", "\"1\x01\x1b[31m\""}}, {}, {});
+        row("tag that is no ASCII", {{"ETag", "\"\xc3\xa4\""}}, {}, {});
+        row("very long tag", {{"ETag", '"' + QByteArray(100000, 'x') + '"'}}, {}, {});
+        row("date", {{"Last-Modified", noon}, {"Date", later}}, {}, noon);
+        row("date in the older spelling",
+            {{"Last-Modified", "Sunday, 22-Nov-2026 12:00:00 GMT"}, {"Date", later}}, {}, noon);
+        row("date with rubbish before it",
+            {{"Last-Modified", "\x01 rubbish, 22 Nov 2026 12:00:00 GMT"}, {"Date", later}}, {}, noon);
+        row("date of this minute", {{"Last-Modified", "Sun, 22 Nov 2026 12:00:01 GMT"}, {"Date", later}}, {},
+            {});
+        row("date of tomorrow", {{"Last-Modified", later}, {"Date", noon}}, {}, {});
+        row("date without the clock's time", {{"Last-Modified", noon}}, {}, {});
+        row("no date", {{"Last-Modified", "soon"}, {"Date", later}}, {}, {});
     }
-    const Validator known = stage.list(u"/list"_s).validator;
-    QVERIFY(!known.isEmpty());
-    QVERIFY(!known.scope.contains("ada"));
-    stage.sessionId = session;
-    QCOMPARE(stage.list(path, known).validator.entityTag, R"("1")"_ba);
-    QCOMPARE(!stage.server.requests().constLast().header("If-None-Match").isEmpty(), conditional);
-    otherService.list(u"/list"_s, known);
-    QVERIFY(otherService.server.requests().constLast().header("If-None-Match").isEmpty());
-}
 
-// Two addresses may use one tag for different things.
-void ConditionsTest::aConditionStaysWithItsAddress()
-{
-    Stage stage;
-    const Response tagged{.headers = {{"ETag", R"("1")"}}, .body = "[]"};
-    stage.server.on(u"/list"_s, tagged);
-    stage.server.on(u"/there"_s, tagged);
-    const Validator known = stage.list(u"/list"_s).validator;
-    stage.server.on(u"/list"_s, Response::redirect("/there"));
-    const ServiceReply led = stage.list(u"/list"_s, known);
-    QCOMPARE(led.body, "[]"_ba);
-    QVERIFY(led.validator.isEmpty());
-    QCOMPARE(stage.server.requests(u"/list"_s).constLast().header("If-None-Match"), R"("1")"_ba);
-    QVERIFY(stage.server.requests(u"/there"_s).constLast().header("If-None-Match").isEmpty());
-    stage.server.on(u"/there"_s, Response::of(304));
-    QVERIFY(!stage.list(u"/list"_s, known).notModified);
+    // The next request has the headers of every list, and what is usable of what the service said.
+    void whatIsSentBack()
+    {
+        const auto [headers, tag, date] = columns<RawHeaders, QByteArray, QByteArray>();
+        Stage stage;
+        stage.server.on(u"/list"_s, {.headers = headers, .body = "[]"});
+        const ServiceReply first = stage.list(u"/list"_s);
+        QCOMPARE(first.body, "[]"_ba);
+        QVERIFY(!first.notModified);
+        stage.server.on(u"/list"_s, {.status = 304, .headers = headers});
+        const ServiceReply second = stage.list(u"/list"_s, first.validator);
+        const Request request = stage.server.requests().constLast();
+        QCOMPARE(request.header("If-None-Match"), tag);
+        QCOMPARE(request.header("If-Modified-Since"), date);
+        QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2"_ba);
+        QCOMPARE(second.notModified, !tag.isEmpty() || !date.isEmpty());
+        QCOMPARE(second.status, 304);
+    }
 
-    const QUrl icon = stage.server.url(u"/there"_s);
-    stage.server.on(u"/there"_s, tagged);
-    const Validator ofIcon = stage.file(icon).validator;
-    stage.server.on(u"/there"_s, Response::of(304));
-    QVERIFY(stage.file(icon, ofIcon).notModified);
-    const Request request = stage.server.requests(u"/there"_s).constLast();
-    QCOMPARE(request.header("Cache-Control") + request.header("If-None-Match"), R"(no-cache"1")"_ba);
-}
+    void onlyWhoGotItAsksSo_data()
+    {
+        const Table<QString, QString, bool> row;
+        row("the same", u"ada"_s, u"/list"_s, true);
+        row("signed out", QString(), u"/list"_s, false);
+        row("other session", u"bob"_s, u"/list"_s, false);
+        row("other list", u"ada"_s, u"/other"_s, false);
+    }
 
-void ConditionsTest::nobodyAskedForIt()
-{
-    Stage stage;
-    stage.server.on(u"/list"_s, {.status = 304, .headers = {{"ETag", R"("1")"}}});
-    const ServiceReply reply = stage.list(u"/list"_s);
-    QCOMPARE(reply.status, 304);
-    QVERIFY(!reply.notModified && reply.validator.isEmpty());
-    // Of a reply that is cut short, or is an error's, nothing is remembered either.
-    stage.server.on(u"/list"_s, {.status = 500, .headers = {{"ETag", R"("1")"}}, .body = "[]"});
-    QVERIFY(stage.list(u"/list"_s).validator.isEmpty());
-    stage.server.on(u"/list"_s,
-        {.headers = {{"ETag", R"("1")"}}, .body = "[ ]", .fault = Response::Fault::Close, .faultAfter = 1});
-    const ServiceReply cut = stage.list(u"/list"_s);
-    QVERIFY(cut.error && cut.validator.isEmpty());
-}
+    void onlyWhoGotItAsksSo()
+    {
+        const auto [session, path, conditional] = columns<QString, QString, bool>();
+        const Response response{.headers = {{"ETag", R"("1")"}}, .body = "[]"};
+        Stage stage;
+        Stage otherService;
+        for (Stage *each : {&stage, &otherService}) {
+            each->sessionId = u"ada"_s;
+            each->server.on(u"/list"_s, response);
+            each->server.on(u"/other"_s, response);
+        }
+        const Validator known = stage.list(u"/list"_s).validator;
+        QVERIFY(!known.isEmpty());
+        QVERIFY(!known.scope.contains("ada"));
+        stage.sessionId = session;
+        QCOMPARE(stage.list(path, known).validator.entityTag, R"("1")"_ba);
+        QCOMPARE(!stage.server.requests().constLast().header("If-None-Match").isEmpty(), conditional);
+        otherService.list(u"/list"_s, known);
+        QVERIFY(otherService.server.requests().constLast().header("If-None-Match").isEmpty());
+    }
+
+    // Two addresses may use one tag for different things.
+    void aConditionStaysWithItsAddress()
+    {
+        Stage stage;
+        const Response tagged{.headers = {{"ETag", R"("1")"}}, .body = "[]"};
+        stage.server.on(u"/list"_s, tagged);
+        stage.server.on(u"/there"_s, tagged);
+        const Validator known = stage.list(u"/list"_s).validator;
+        stage.server.on(u"/list"_s, Response::redirect("/there"));
+        const ServiceReply led = stage.list(u"/list"_s, known);
+        QCOMPARE(led.body, "[]"_ba);
+        QVERIFY(led.validator.isEmpty());
+        QCOMPARE(stage.server.requests(u"/list"_s).constLast().header("If-None-Match"), R"("1")"_ba);
+        QVERIFY(stage.server.requests(u"/there"_s).constLast().header("If-None-Match").isEmpty());
+        stage.server.on(u"/there"_s, Response::of(304));
+        QVERIFY(!stage.list(u"/list"_s, known).notModified);
+
+        const QUrl icon = stage.server.url(u"/there"_s);
+        stage.server.on(u"/there"_s, tagged);
+        const Validator ofIcon = stage.file(icon).validator;
+        stage.server.on(u"/there"_s, Response::of(304));
+        QVERIFY(stage.file(icon, ofIcon).notModified);
+        const Request request = stage.server.requests(u"/there"_s).constLast();
+        QCOMPARE(request.header("Cache-Control") + request.header("If-None-Match"), R"(no-cache"1")"_ba);
+    }
+
+    void nobodyAskedForIt()
+    {
+        Stage stage;
+        stage.server.on(u"/list"_s, {.status = 304, .headers = {{"ETag", R"("1")"}}});
+        const ServiceReply reply = stage.list(u"/list"_s);
+        QCOMPARE(reply.status, 304);
+        QVERIFY(!reply.notModified && reply.validator.isEmpty());
+        // Of a reply that is cut short, or is an error's, nothing is remembered either.
+        stage.server.on(u"/list"_s, {.status = 500, .headers = {{"ETag", R"("1")"}}, .body = "[]"});
+        QVERIFY(stage.list(u"/list"_s).validator.isEmpty());
+        Response cutShort{.headers = {{"ETag", R"("1")"}}, .body = "[ ]", .faultAfter = 1};
+        cutShort.fault = Response::Fault::Close;
+        stage.server.on(u"/list"_s, cutShort);
+        const ServiceReply cut = stage.list(u"/list"_s);
+        QVERIFY(cut.error && cut.validator.isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(ConditionsTest)
 #include "test_conditions.moc"

@@ -49,6 +49,18 @@ HelperRequest asked(const QList<QByteArray> &lines)
         .recursive = numbers[3] == "r"};
 }
 
+// The same request, about the same path in a folder of its own.
+HelperRequest moved(const HelperRequest &request, const QString &folder, const QString &source)
+{
+    return {.operation = request.operation,
+        .caller = request.caller,
+        .target = folder + request.target,
+        .source = source,
+        .user = request.user,
+        .permissions = request.permissions,
+        .recursive = request.recursive};
+}
+
 void carryOutIn(const QString &folder, const HelperRequest &request)
 {
     const bool stoodThere = QFile::exists(request.target);
@@ -97,9 +109,7 @@ void fuzz::check(const QByteArray &input)
     put(folder + u"/beside"_s, "beside");
     const QByteArray name = QFile::encodeName(request.target.section(u'/', -1));
     put(folder + u"/source.zip"_s, testing::zipArchive({{name + "/code", "code"}}));
-    HelperRequest here = request; // about the same path in a folder of its own
-    here.target.prepend(folder + u"/root"_s);
-    here.source = folder + u"/source.zip"_s;
+    const HelperRequest here = moved(request, folder + u"/root"_s, folder + u"/source.zip"_s);
     if (targetPath(here.target)) { // and not too long here
         carryOutIn(folder, here);
     }

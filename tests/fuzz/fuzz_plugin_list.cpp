@@ -55,9 +55,9 @@ Selection selected(const QJsonArray &list)
 
 void checkBuild(const QString &prefix, const ListedBuild &build)
 {
-    const Record record = build.definition.record;
-    HOLDS(build.prefix == prefix && build.definition.key == buildKey(record));
-    HOLDS(record.value(PluginKeys::name) == build.definition.name && !build.definition.name.isEmpty());
+    const Record record = build.definition->record;
+    HOLDS(build.prefix == prefix && build.definition->key == buildKey(record));
+    HOLDS(record.value(PluginKeys::name) == build.definition->name && !build.definition->name.isEmpty());
     HOLDS(record.value(PluginKeys::prefixes) == QJsonArray{prefix});
     HOLDS(!record.contains(PluginKeys::commandQueue) && !record.contains(PluginKeys::savedVersion));
 }
@@ -68,7 +68,7 @@ Selection listed(const PluginList &list)
     for (const ListedPrefix &group : list.prefixes) {
         for (const ListedBuild &build : group.builds) {
             checkBuild(group.prefix, build);
-            selection.append({group.prefix, build.definition.key});
+            selection.append({group.prefix, build.definition->key});
         }
     }
     std::sort(selection.begin(), selection.end());

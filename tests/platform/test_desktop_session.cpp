@@ -22,11 +22,8 @@
 #include <csignal>
 
 using namespace brevok;
+using namespace brevok::testing;
 using namespace Qt::StringLiterals;
-using testing::contentsOf;
-using testing::LogCapture;
-using testing::propertyList;
-using testing::writeFile;
 
 namespace {
 
@@ -87,13 +84,13 @@ struct Sleeper {
 
 } // namespace
 
-class DesktopSessionTest : public testing::FolderTest {
+class DesktopSessionTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void processesCountAsTheirApplication_data()
     {
-        const testing::Table<QMap<QString, QByteArray>, QString, QString, QString, QString> row;
+        const Table<QMap<QString, QByteArray>, QString, QString, QString, QString> row;
         const QString main = u"InDesign CC.app/Contents/MacOS/InDesign CC"_s;
         const QString list = u"InDesign CC.app/Contents/Info.plist"_s;
         const QString bundle = u"InDesign CC.app"_s;
@@ -116,7 +113,7 @@ private Q_SLOTS:
     void processesCountAsTheirApplication()
     {
         const auto [files, executable, name, bundle, version] =
-            testing::columns<QMap<QString, QByteArray>, QString, QString, QString, QString>();
+            columns<QMap<QString, QByteArray>, QString, QString, QString, QString>();
         for (auto file = files.cbegin(); file != files.cend(); ++file) {
             QVERIFY(writeFile(path(file.key()), file.value()));
         }
@@ -220,7 +217,7 @@ private Q_SLOTS:
 
     void webPagesAreHandedToTheDesktop_data()
     {
-        const testing::Table<QString, QByteArray> row;
+        const Table<QString, QByteArray> row;
         row("https", u"https://example.com/a b?c=$(id)&d='e'"_s,
             "https://example.com/a%20b?c=$(id)&d='e'\n1\n"_ba);
         row("http", u"http://example.com/"_s, "http://example.com/\n1\n"_ba);
@@ -233,7 +230,7 @@ private Q_SLOTS:
 
     void webPagesAreHandedToTheDesktop()
     {
-        const auto [url, argument] = testing::columns<QString, QByteArray>();
+        const auto [url, argument] = columns<QString, QByteArray>();
         const QString opener = path(u"xdg-open"_s);
         const QString seen = path(u"seen"_s);
         QVERIFY(writeFile(opener,

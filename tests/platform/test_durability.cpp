@@ -66,7 +66,7 @@ int install(const QString &folder)
     LinuxFileOperations files;
     const QString part = folder + u"/a.zip.part"_s;
     std::optional<BrevokError> error;
-    if (!testing::writeFile(part, testing::contentsOf(folder + u"/sent"_s))
+    if (!writeFile(part, contentsOf(folder + u"/sent"_s))
         || !renameDurably(part, folder + u"/a.zip"_s, &error)) {
         return 1;
     }
@@ -145,10 +145,9 @@ private Q_SLOTS:
         QVERIFY(calls.contains(u"sync state.sqlite-journal"_s) && calls.contains(u"sync state.sqlite"_s));
     }
 
-    // mostSyncs: of the plug-in and its copy
     void whatIsInstalledSurvivesAPowerCut_data()
     {
-        const Table<int, int> row;
+        const Table<int, int> row; // files, and most syncs of the plug-in and its copy
         row("few", 2, 20);
         row("many", 400, 100);
     }
@@ -163,7 +162,7 @@ private Q_SLOTS:
         for (int i = 0; i < files; ++i) {
             items.append({"A.InDesignPlugin/Contents/" + QByteArray::number(i), "content"});
         }
-        QVERIFY(testing::writeFile(archive, zipArchive(items)));
+        QVERIFY(writeFile(archive, zipArchive(items)));
         QSet<QString> unsynced;
         int renamed = 0;
         const QStringList calls = recordedCalls(u"--install"_s, scratch.path());

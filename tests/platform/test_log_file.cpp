@@ -29,6 +29,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+constexpr int patient = 30000;
 constexpr int lineLength = 1000;
 constexpr int linesOfALog = static_cast<int>(longestLog / lineLength) + 1;
 
@@ -43,7 +44,7 @@ public:
     }
     ~StandardError()
     {
-        finishBackgroundWork(10000);
+        finishBackgroundWork(patient);
         ::dup2(m_kept, STDERR_FILENO);
         ::close(m_kept);
         qInstallMessageHandler(m_handler);
@@ -183,8 +184,8 @@ private Q_SLOTS:
             QVERIFY(writer->wait(60000));
             delete writer;
         }
-        QTRY_VERIFY(QFile::exists(m_older) && QFile::exists(m_log));
-        QVERIFY(finishBackgroundWork(10000));
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_older) && QFile::exists(m_log), patient);
+        QVERIFY(finishBackgroundWork(patient));
         for (int thread = 0; thread < threads; ++thread) {
             QCOMPARE(numbers({m_older, m_log}, thread), upTo(each));
         }
@@ -197,7 +198,7 @@ private Q_SLOTS:
             QTest::qWait(1); // gives the worker a processor
         }
         QVERIFY(identity(m_older) != first);
-        QVERIFY(finishBackgroundWork(10000));
+        QVERIFY(finishBackgroundWork(patient));
         QVERIFY(QFileInfo(m_log).size() + QFileInfo(m_older).size() < 3 * longestLog);
         QCOMPARE(testing::entries(path(u"Logs"_s)).size(), 2);
     }
@@ -208,12 +209,13 @@ private Q_SLOTS:
         QVERIFY(redirectStandardError(m_log));
         QStringList files;
         int written = 0;
-        for (const QString &name : {u"orlec.log.2"_s, u"orlec.log.3"_s}) { // as often as it happens
+        for (const QString &name : {u"Logs/orlec.log.2"_s, u"Logs/orlec.log.3"_s}) { // as often as it happens
             logLines(0, written++, 1);
             files.append(path(name));
             QVERIFY(QFile::rename(m_log, files.last()));
-            QTRY_VERIFY(QFile::exists(m_log)); // without a line that goes to the old one
-            QVERIFY(finishBackgroundWork(10000));
+            QTRY_VERIFY_WITH_TIMEOUT(
+                QFile::exists(m_log), patient); // without a line that goes to the old one
+            QVERIFY(finishBackgroundWork(patient));
             logLines(0, written++, 1);
             QVERIFY(QFileInfo(m_log).size() > lineLength);
         }
@@ -229,7 +231,7 @@ private Q_SLOTS:
     {
         const bool folder = testing::currentRow().startsWith(u"a folder");
         const bool moved = testing::currentRow().startsWith(u"moved");
-        const QString elsewhere = path(u"elsewhere"_s);
+        const QString elsewhere = path(u"Logs/elsewhere"_s);
         const StandardError restored;
         QVERIFY(folder || moved || QFile::link(elsewhere, m_log));
         QVERIFY(redirectStandardError(m_log));
@@ -238,17 +240,17 @@ private Q_SLOTS:
         QVERIFY(!moved || QFile::rename(m_log, elsewhere));
         logLines(0, 0, linesOfALog);
         if (moved) {
-            QTRY_VERIFY(QFile::exists(m_log));
+            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_log), patient);
             QVERIFY(!QFile::exists(m_older));
         }
-        QVERIFY(finishBackgroundWork(10000));
+        QVERIFY(finishBackgroundWork(patient));
         logLines(0, linesOfALog, 1);
         QCOMPARE(identity(m_log) == first, !moved);
         QCOMPARE(numbers({m_log, moved ? elsewhere : QString()}, 0).size(), linesOfALog + 1);
         if (folder) {
             QVERIFY(QDir().rmdir(m_older));
             logLines(0, 0, linesOfALog + 1);
-            QTRY_VERIFY(QFile::exists(m_older)); // tried again
+            QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(m_older), patient); // tried again
         }
     }
 

@@ -17,8 +17,8 @@
 #include <sys/stat.h>
 
 using namespace brevok;
+using namespace brevok::testing;
 using namespace Qt::StringLiterals;
-using testing::writeFile;
 
 namespace {
 
@@ -72,7 +72,7 @@ QByteArray nestedArrays(int levels, int width)
 
 } // namespace
 
-class PropertyListsTest : public testing::FolderTest {
+class PropertyListsTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -99,7 +99,7 @@ private Q_SLOTS:
 
     void whatIsNoDictionaryReadsAsAbsent_data()
     {
-        const testing::Table<QByteArray> row;
+        const Table<QByteArray> row;
         constexpr int many = 300'000;
         const QByteArray dictionary = xml("<dict><key>a</key><string>b</string></dict>");
         row("empty", QByteArray());
@@ -132,7 +132,7 @@ private Q_SLOTS:
 
     void whatIsNoDictionaryReadsAsAbsent()
     {
-        const auto [contents] = testing::columns<QByteArray>();
+        const auto [contents] = columns<QByteArray>();
         const QString file = path(u"broken.plist"_s);
         QVERIFY(writeFile(file, contents));
         QCOMPARE(readPropertyList(file), std::optional<Record>());
@@ -182,9 +182,8 @@ private Q_SLOTS:
 
         const QString information = path(u"share/tolvane-brevok/Info.plist"_s);
         QVERIFY(writeFile(information,
-            testing::propertyList(
-                {{u"CFBundleIdentifier"_s, u"com.example.other"_s}, {u"CFBundleName"_s, u"TB"_s},
-                    {u"CFBundleDisplayName"_s, u"Other"_s}, {u"CFBundleVersion"_s, u"100"_s}})));
+            propertyList({{u"CFBundleIdentifier"_s, u"com.example.other"_s}, {u"CFBundleName"_s, u"TB"_s},
+                {u"CFBundleDisplayName"_s, u"Other"_s}, {u"CFBundleVersion"_s, u"100"_s}})));
         const MainBundle named = MainBundle::ofExecutable(executable);
         QCOMPARE(named.identifier(), u"com.example.other"_s);
         QCOMPARE(named.displayNames(), (QStringList{u"TB"_s, u"Other"_s}));

@@ -13,6 +13,8 @@
 
 namespace brevok::testing {
 
+using namespace Qt::StringLiterals;
+
 inline constexpr int patient = 30000;
 inline constexpr int shortTimeout = 250;
 
@@ -46,7 +48,7 @@ Result awaited(const std::function<void(std::function<void(const Result &)>)> &s
     return results.value(0);
 }
 
-/// A service, and the program's side of it.
+/// A service, whose list is empty unless a test says otherwise, and the program's side of it.
 struct Stage {
     explicit Stage(const TestIdentity &identity = TestCertificates::shared().valid(), int timeoutMs = patient)
         : server(identity)
@@ -55,6 +57,7 @@ struct Stage {
               .reachabilityHost = {},
               .requestTimeoutMs = timeoutMs})
     {
+        server.on(u"/list"_s, Response::ok("[]"));
     }
 
     FaultServer server;

@@ -26,7 +26,7 @@ class DownloadTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    // difference: of the expected size from the body's
+    // What is expected is larger than the body by the second value.
     void downloads_data()
     {
         const Table<Response, qint64, QString, int> row;
@@ -97,7 +97,7 @@ private Q_SLOTS:
         }
     }
 
-    // announced: whose checksum is
+    // The checksum is that of the second value.
     void theChecksumDecides_data()
     {
         const Table<Response, QByteArray, bool> row;
@@ -247,7 +247,7 @@ private Q_SLOTS:
             u"The download is longer than the expected 1.234.567 bytes."_s);
     }
 
-    // plain: null when it is refused
+    // Where it is refused, null comes out.
     void gunzipWantsAllOfIt_data()
     {
         const Table<QByteArray, QByteArray> row;

@@ -202,7 +202,6 @@ private Q_SLOTS:
     {
         const auto [identity, code] = columns<TestIdentity, int>();
         Stage stage(identity);
-        stage.server.on(u"/list"_s, Response::ok("[]"));
         QTcpServer plain;
         connect(&plain, &QTcpServer::newConnection, &plain,
             [&plain] { plain.nextPendingConnection()->write("220 mail.example ESMTP\r\n"); });

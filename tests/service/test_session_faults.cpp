@@ -124,8 +124,7 @@ private Q_SLOTS:
         QVERIFY(elsewhere.requests().isEmpty());
     }
 
-    // typed: as the password
-    // message: as JSON
+    // What was typed as the password, the message as JSON, what is shown.
     void messagesOfTheService_data()
     {
         const Table<QString, QByteArray, QString> row;
@@ -171,7 +170,7 @@ private Q_SLOTS:
         }
     }
 
-    // id: as JSON
+    // Ids as JSON.
     void idsThatCannotTravel_data()
     {
         const Table<QByteArray> row;

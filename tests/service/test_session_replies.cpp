@@ -20,7 +20,7 @@ class TestSessionReplies final : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    // code: 0: accepted
+    // The code of what is accepted is 0.
     void decoding_data()
     {
         const Table<QByteArray, int, int, QString, bool> row;
@@ -76,7 +76,7 @@ private Q_SLOTS:
         QCOMPARE(error->code, 42);
     }
 
-    // traits: S succeeded, L logged, Q quiet, D drops the id, O signs out
+    // S succeeded, L logged, Q quiet, D drops the id, O signs out.
     void verdicts_data()
     {
         const Table<int, int, bool, QString, QByteArray> row;

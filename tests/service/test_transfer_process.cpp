@@ -48,7 +48,6 @@ private Q_SLOTS:
     void livesAsLongAsThereAreRequests()
     {
         Stage stage;
-        stage.server.on(u"/list"_s, Response::ok("[]"));
         QCOMPARE(processThatMovesData(), 0);
         for (int run = 0; run < 2; ++run) {
             QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
@@ -60,7 +59,6 @@ private Q_SLOTS:
     void itsEndEndsTheRequests()
     {
         Stage stage;
-        stage.server.on(u"/list"_s, Response::ok("[]"));
         stage.server.on(u"/killed"_s, [](const Request &) {
             ::kill(processThatMovesData(), SIGKILL);
             return Response::silent();
@@ -79,7 +77,6 @@ private Q_SLOTS:
         bool rescued = false;
         {
             Stage stage;
-            stage.server.on(u"/list"_s, Response::ok("[]"));
             QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
             const pid_t process = processThatMovesData();
             ::kill(process, SIGSTOP);

@@ -10,7 +10,6 @@ import json
 import pathlib
 import plistlib
 import re
-import signal
 import socket
 import ssl
 import stat
@@ -236,7 +235,8 @@ class DemoServiceTest(unittest.TestCase):
         self.assertEqual((first["method"], first["path"], first["session"], first["headers"]["cookie"], first["body"]),
                          ("POST", "/api/stats/plugins", "unknown", "theme=dark; SessionId=0123…ghij",
                           {"Installed": [{"Password": "…"}]}))
-        self.assertEqual((second["path"], second["bodyLength"], "body" in second), ("/api/machine/report?a=b", 18, False))
+        self.assertEqual((second["path"], second["bodyLength"], "body" in second),
+                         ("/api/machine/report?a=b", 18, False))
 
     def test_a_client_that_breaks_off_harms_nobody(self):
         service = self.start()
@@ -246,7 +246,7 @@ class DemoServiceTest(unittest.TestCase):
             with service.reply("GET", "/archives/large.zip") as reply:
                 self.assertEqual(reply.read(100), b"z" * 100)
         self.assertTrue(service.ask("GET", "/archives/large.zip").body == archive)
-        self.assertEqual(service.process.poll(), None)
+        self.assertEqual(service.stop(), 0)
 
 
 if __name__ == "__main__":

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "CatalogueFixture.h"
-#include "support/Columns.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -22,7 +22,7 @@ private Q_SLOTS:
     void whatAnElementSaysStays();
 };
 
-using WhatAnElementSaysStays = Columns<QByteArray, QString, QByteArray>;
+using WhatAnElementSaysStays = Table<QByteArray, QString, QByteArray>;
 void ListedElementsTest::whatAnElementSaysStays_data()
 {
     WhatAnElementSaysStays::declare();
@@ -45,7 +45,7 @@ void ListedElementsTest::whatAnElementSaysStays_data()
 // Whatever stands around it.
 void ListedElementsTest::whatAnElementSaysStays()
 {
-    const auto [said, name, kept] = WhatAnElementSaysStays::row();
+    const auto [said, name, kept] = WhatAnElementSaysStays::current();
     Fixture f;
     const QString prefix = QChar(0xfeff) + u"P"_s;
     const QByteArray list =

@@ -3,8 +3,8 @@
 
 #include "foundation/Tasks.h"
 #include "PackagesFixture.h"
-#include "support/Columns.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -22,9 +22,9 @@ const QByteArray png("\x89PNG\r\n\x1a\nrest");
 
 } // namespace
 
-using IconsThatCannotBeCached = Columns<QString, QByteArray, bool, bool>;
-using IconFileNames = Columns<QString, QString>;
-using ImagesAreRecognised = Columns<QByteArray, bool>;
+using IconsThatCannotBeCached = Table<QString, QByteArray, bool, bool>;
+using IconFileNames = Table<QString, QString>;
+using ImagesAreRecognised = Table<QByteArray, bool>;
 
 class PackageIconsTest : public QObject {
     Q_OBJECT
@@ -75,7 +75,7 @@ private Q_SLOTS:
 
     void iconsThatCannotBeCached_data()
     {
-        const auto row = IconsThatCannotBeCached::declare();
+        const IconsThatCannotBeCached row;
         row("transport error", "https://x/a.png", png, true, false);
         row("empty", "https://x/a.png", {}, false, false);
         row("parent for name", "https://x/y/%2E%2E", png, false, true);
@@ -87,7 +87,7 @@ private Q_SLOTS:
 
     void iconsThatCannotBeCached()
     {
-        const auto [address, body, failed, shown] = IconsThatCannotBeCached::row();
+        const auto [address, body, failed, shown] = IconsThatCannotBeCached::current();
         Fixture f;
         QVERIFY(QDir().mkpath(f.dataFolder + u"/taken"_s));
         f.start().updateWithArray(
@@ -150,7 +150,7 @@ private Q_SLOTS:
 
     void iconFileNames_data()
     {
-        const auto row = IconFileNames::declare();
+        const IconFileNames row;
         row("plain", "https://x/y/icon.png", "icon.png");
         row("encoded", "https://x/my%20icon.png?v=2#a", "my icon.png");
         row("folder", "https://x/y/", QString());
@@ -172,13 +172,13 @@ private Q_SLOTS:
 
     void iconFileNames()
     {
-        const auto [address, name] = IconFileNames::row();
+        const auto [address, name] = IconFileNames::current();
         QCOMPARE(iconFileName(address), name);
     }
 
     void imagesAreRecognised_data()
     {
-        const auto row = ImagesAreRecognised::declare();
+        const ImagesAreRecognised row;
         row("png", png, true);
         row("jpeg", "\xff\xd8\xff\xe0", true);
         row("gif", "GIF89a...", true);
@@ -198,7 +198,7 @@ private Q_SLOTS:
 
     void imagesAreRecognised()
     {
-        const auto [data, image] = ImagesAreRecognised::row();
+        const auto [data, image] = ImagesAreRecognised::current();
         QCOMPARE(looksLikeImage(data), image);
     }
 };

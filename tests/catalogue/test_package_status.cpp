@@ -5,9 +5,9 @@
 #include "catalogue/PluginList.h"
 #include "catalogue/StatusRun.h"
 #include "CatalogueFixture.h"
-#include "support/Columns.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -35,10 +35,10 @@ QList<StatusBuild> builds(const QList<Record> &records)
 
 } // namespace
 
-using BuildsMatchHosts = Columns<int, QList<int>, QList<int>>;
-using BundlesHaveAStatus = Columns<QJsonValue, QJsonValue, int, QString, PackageStatus>;
-using ResultsCombine = Columns<PackageStatus, PackageStatus, PackageStatus, PackageStatus>;
-using PackagesAreExaminedOnDisk = Columns<QString, QString, bool, PackageStatus, bool>;
+using BuildsMatchHosts = Table<int, QList<int>, QList<int>>;
+using BundlesHaveAStatus = Table<QJsonValue, QJsonValue, int, QString, PackageStatus>;
+using ResultsCombine = Table<PackageStatus, PackageStatus, PackageStatus, PackageStatus>;
+using PackagesAreExaminedOnDisk = Table<QString, QString, bool, PackageStatus, bool>;
 
 class PackageStatusTest : public QObject {
     Q_OBJECT
@@ -48,7 +48,7 @@ private Q_SLOTS:
 
     void buildsMatchHosts_data()
     {
-        const auto row = BuildsMatchHosts::declare();
+        const BuildsMatchHosts row;
         row("75", 75, {75, 79}, {70});
         row("74", 74, {70}, {75});
         row("70", 70, {74}, {});
@@ -64,7 +64,7 @@ private Q_SLOTS:
 
     void buildsMatchHosts()
     {
-        const auto [target, matching, others] = BuildsMatchHosts::row();
+        const auto [target, matching, others] = BuildsMatchHosts::current();
         for (const int build : matching + others) {
             QCOMPARE(hostMatches(HostCode(target), HostCode(build)), matching.contains(build));
         }
@@ -72,7 +72,7 @@ private Q_SLOTS:
 
     void bundlesHaveAStatus_data()
     {
-        const auto row = BundlesHaveAStatus::declare();
+        const BundlesHaveAStatus row;
         const QJsonValue absent(QJsonValue::Undefined);
         row("same", u"14.0"_s, u"2.1.0"_s, 140, "2.1.0", UpToDate);
         row("rest after space", u"14.0"_s, u"2.1.0 (77) x"_s, 140, "2.1.0", UpToDate);
@@ -98,7 +98,7 @@ private Q_SLOTS:
 
     void bundlesHaveAStatus()
     {
-        const auto [host, installed, target, offered, status] = BundlesHaveAStatus::row();
+        const auto [host, installed, target, offered, status] = BundlesHaveAStatus::current();
         Record information = with({}, u"TolvaneHostAppShortVersion"_s, host);
         information = with(information, u"CFBundleShortVersionString"_s, installed);
         QCOMPARE(statusOfBundle(bundleFacts(true, information), HostCode(target), offered), status);
@@ -108,7 +108,7 @@ private Q_SLOTS:
 
     void resultsCombine_data()
     {
-        const auto add = ResultsCombine::declare();
+        const ResultsCombine add;
         const auto row = [&](PackageStatus before, PackageStatus result, auto plain, auto support) {
             add(qPrintable(packageStatusName(before) + u" then "_s + packageStatusName(result)), before,
                 result, plain, support);
@@ -131,7 +131,7 @@ private Q_SLOTS:
     void resultsCombine()
     {
         // support: in a package of the maker's own
-        const auto [before, result, plain, support] = ResultsCombine::row();
+        const auto [before, result, plain, support] = ResultsCombine::current();
         QCOMPARE(combinedStatus(before, result, isSupportPlugin(u"MyPlugin"_s), u"P"_s), plain);
         for (const QString &name : {u"Tolvane"_s, u"Vondrel Tools"_s}) {
             for (const QString &prefix : {u"KM#xR57"_s, u"0xr5700"_s}) {
@@ -143,7 +143,7 @@ private Q_SLOTS:
 
     void packagesAreExaminedOnDisk_data()
     {
-        const auto row = PackagesAreExaminedOnDisk::declare();
+        const PackagesAreExaminedOnDisk row;
         row("installed everywhere", "2.0", "2.1", false, UpToDate, false);
         row("nowhere", "", "", false, NotInstalled, false);
         row("in one", "2.0", "", false, Mixed, false);
@@ -158,7 +158,7 @@ private Q_SLOTS:
         // first: installed version in a target 140; "-" for a broken bundle
         // second: the same in a target 150
         // pending: a command for the build of the second
-        const auto [first, second, pending, status, update] = PackagesAreExaminedOnDisk::row();
+        const auto [first, second, pending, status, update] = PackagesAreExaminedOnDisk::current();
         const QTemporaryDir folder;
         const QString one = folder.path() + u"/1/Plug-Ins/"_s;
         const QString two = folder.path() + u"/2/Plug-Ins/"_s;

@@ -4,9 +4,9 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "PackagesFixture.h"
-#include "support/Columns.h"
 #include "support/FailingDisk.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -19,9 +19,9 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 using Fixture = PackagesFixture;
 
-using ElementsAreChecked = Columns<QJsonValue, bool, QString>;
-using UsersCheckTellsOfNewUpdates = Columns<int, QString, QString>;
-using FailedOwnCheckHasNoResult = Columns<int, int, QString>;
+using ElementsAreChecked = Table<QJsonValue, bool, QString>;
+using UsersCheckTellsOfNewUpdates = Table<int, QString, QString>;
+using FailedOwnCheckHasNoResult = Table<int, int, QString>;
 
 class PackagesTest : public QObject {
     Q_OBJECT
@@ -35,7 +35,7 @@ private Q_SLOTS:
 
     void elementsAreChecked_data()
     {
-        const auto row = ElementsAreChecked::declare();
+        const ElementsAreChecked row;
         const QString notDictionary = u"package is not nsdirectory!"_s;
         const QString incomplete = u"package data do not containe name!"_s;
         const Record good = package(u"A"_s);
@@ -56,7 +56,7 @@ private Q_SLOTS:
 
     void elementsAreChecked()
     {
-        const auto [element, taken, line] = ElementsAreChecked::row();
+        const auto [element, taken, line] = ElementsAreChecked::current();
         Fixture f;
         BrevokPackages &packages = f.start();
         const LogCapture log;
@@ -259,7 +259,7 @@ private Q_SLOTS:
 
     void usersCheckTellsOfNewUpdates_data()
     {
-        const auto row = UsersCheckTellsOfNewUpdates::declare();
+        const UsersCheckTellsOfNewUpdates row;
         row("none", 0, "You're up-to-date!", "There are no new Plug-In updates available.");
         row("one", 1, "Plug-In update available!", "p0 Plug-In update is available.");
         row("three", 3, "Plug-In updates available!", "You have 3 Plug-In updates available.");
@@ -267,7 +267,7 @@ private Q_SLOTS:
 
     void usersCheckTellsOfNewUpdates()
     {
-        const auto [outdated, title, label] = UsersCheckTellsOfNewUpdates::row();
+        const auto [outdated, title, label] = UsersCheckTellsOfNewUpdates::current();
         Fixture f;
         BrevokPackages &packages = f.start();
         QJsonArray list{package(u"current"_s, u"C"_s)};
@@ -350,7 +350,7 @@ private Q_SLOTS:
 
     void failedOwnCheckHasNoResult_data()
     {
-        const auto row = FailedOwnCheckHasNoResult::declare();
+        const FailedOwnCheckHasNoResult row;
         row("no list", 0, 200, "Unexpected server response.");
         row("no list of packages", 1, 200, "Unexpected server response.");
         row("status", 0, 503, "Server responded with HTTP code: 503.");
@@ -361,7 +361,7 @@ private Q_SLOTS:
     void failedOwnCheckHasNoResult()
     {
         // failing: of the two requests
-        const auto [failing, status, cause] = FailedOwnCheckHasNoResult::row();
+        const auto [failing, status, cause] = FailedOwnCheckHasNoResult::current();
         Fixture f;
         BrevokPackages &packages = f.start();
         f.service.lists.clear();

@@ -2,9 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "CatalogueFixture.h"
-#include "support/Columns.h"
 #include "support/FailingDisk.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 #include <QDir>
 #include <QRegularExpression>
@@ -16,7 +16,7 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 using Fixture = CatalogueFixture;
 
-using UnfinishedActionsAreAskedAbout = Columns<bool, int, bool>;
+using UnfinishedActionsAreAskedAbout = Table<bool, int, bool>;
 
 class PluginStoreTest : public QObject {
     Q_OBJECT
@@ -220,7 +220,7 @@ private Q_SLOTS:
 
     void unfinishedActionsAreAskedAbout_data()
     {
-        const auto row = UnfinishedActionsAreAskedAbout::declare();
+        const UnfinishedActionsAreAskedAbout row;
         row("nothing to ask", false, alertFirstButton, false);
         row("discard", true, alertFirstButton, false);
         row("not shown", true, alertNotShown, true);
@@ -229,7 +229,7 @@ private Q_SLOTS:
 
     void unfinishedActionsAreAskedAbout()
     {
-        const auto [queued, answer, kept] = UnfinishedActionsAreAskedAbout::row();
+        const auto [queued, answer, kept] = UnfinishedActionsAreAskedAbout::current();
         Fixture f;
         f.presenter.answer = answer;
         bool askedBeforeRequest = true;

@@ -4,8 +4,8 @@
 #include "CatalogueFixture.h"
 #include "foundation/Secrets.h"
 #include "service/ReplyDecoding.h"
-#include "support/Columns.h"
 #include "support/LogCapture.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -24,11 +24,11 @@ constexpr auto incomplete = "incomming plugin package do not containe necessary 
 
 } // namespace
 
-using ElementsAreChecked = Columns<QJsonValue, bool, QString>;
-using NewestBuildIsSelected = Columns<QString, QString, QString>;
-using UnlistedBuildsAreDropped = Columns<QJsonArray, QStringList>;
-using BuildForAHost = Columns<QString, QString>;
-using RepliesAreHandled = Columns<int, QByteArray, double, int, QString, QStringList>;
+using ElementsAreChecked = Table<QJsonValue, bool, QString>;
+using NewestBuildIsSelected = Table<QString, QString, QString>;
+using UnlistedBuildsAreDropped = Table<QJsonArray, QStringList>;
+using BuildForAHost = Table<QString, QString>;
+using RepliesAreHandled = Table<int, QByteArray, double, int, QString, QStringList>;
 
 class PluginsTest : public QObject {
     Q_OBJECT
@@ -38,7 +38,7 @@ private Q_SLOTS:
 
     void elementsAreChecked_data()
     {
-        const auto row = ElementsAreChecked::declare();
+        const ElementsAreChecked row;
         const Record good = build(u"A"_s, u"P"_s, u"1.0"_s);
         const auto mutated = [&](const char *key, const QJsonValue &value) {
             return QJsonValue(with(good, QString::fromLatin1(key), value));
@@ -64,7 +64,7 @@ private Q_SLOTS:
 
     void elementsAreChecked()
     {
-        const auto [element, taken, line] = ElementsAreChecked::row();
+        const auto [element, taken, line] = ElementsAreChecked::current();
         PluginsFixture f;
         const LogCapture log;
         f.plugins.updateWithArray({element});
@@ -74,7 +74,7 @@ private Q_SLOTS:
 
     void newestBuildIsSelected_data()
     {
-        const auto row = NewestBuildIsSelected::declare();
+        const NewestBuildIsSelected row;
         row("later is newer", "1.9", "1.10", "second");
         row("earlier is newer", "1.10", "1.9", "first");
         row("same", "1.0", "1.0", "second");
@@ -83,7 +83,7 @@ private Q_SLOTS:
 
     void newestBuildIsSelected()
     {
-        const auto [first, second, link] = NewestBuildIsSelected::row();
+        const auto [first, second, link] = NewestBuildIsSelected::current();
         PluginsFixture f;
         f.plugins.updateWithArray(
             {build(u"A"_s, u"P"_s, first, 140, u"first"_s), build(u"A"_s, u"P"_s, second, 140, u"second"_s),
@@ -120,7 +120,7 @@ private Q_SLOTS:
 
     void unlistedBuildsAreDropped_data()
     {
-        const auto row = UnlistedBuildsAreDropped::declare();
+        const UnlistedBuildsAreDropped row;
         const Record a = build(u"A"_s);
         const Record c = build(u"C"_s);
         row("shorter", QJsonArray{a}, {u"140:A_1"_s});
@@ -132,7 +132,7 @@ private Q_SLOTS:
 
     void unlistedBuildsAreDropped()
     {
-        const auto [reply, left] = UnlistedBuildsAreDropped::row();
+        const auto [reply, left] = UnlistedBuildsAreDropped::current();
         PluginsFixture f;
         f.plugins.updateWithArray({build(u"A"_s), build(u"B"_s), build(u"Z"_s, u"Q"_s)});
         bool seenByObservers = false;
@@ -148,7 +148,7 @@ private Q_SLOTS:
 
     void buildForAHost_data()
     {
-        const auto row = BuildForAHost::declare();
+        const BuildForAHost row;
         row("first match wins", "75", "70:A_1");
         row("lower major", "69", QString());
         row("second major", "83", "80:A_1");
@@ -157,7 +157,7 @@ private Q_SLOTS:
 
     void buildForAHost()
     {
-        const auto [version, key] = BuildForAHost::row();
+        const auto [version, key] = BuildForAHost::current();
         PluginsFixture f;
         f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"1"_s, 70), build(u"A"_s, u"P"_s, u"1"_s, 75),
             build(u"A"_s, u"P"_s, u"1"_s, 80)});
@@ -168,7 +168,7 @@ private Q_SLOTS:
 
     void repliesAreHandled_data()
     {
-        const auto row = RepliesAreHandled::declare();
+        const RepliesAreHandled row;
         const QStringList failed{u"Plugins update failed with error"_s};
         const QStringList reset{u"Error: reset"_s, u"  {Description = \"reset\"}"_s};
         const QStringList illegal{u"Error: illegal value"_s, u"  {Description = \"illegal value\"}"_s};
@@ -202,7 +202,7 @@ private Q_SLOTS:
         // daysAhead: of the stored date
         // seconds: until the next check
         // alert: days it tells
-        const auto [status, body, daysAhead, seconds, alert, lines] = RepliesAreHandled::row();
+        const auto [status, body, daysAhead, seconds, alert, lines] = RepliesAreHandled::current();
         Fixture f;
         const QDateTime date =
             QDateTime::currentDateTimeUtc().addSecs(static_cast<qint64>(daysAhead * 86400));

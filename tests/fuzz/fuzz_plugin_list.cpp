@@ -30,8 +30,7 @@ bool isComplete(const Record &element)
 Selection selected(const QJsonArray &list)
 {
     using namespace PluginKeys;
-    QHash<QString, qsizetype> places;
-    QList<Record> chosen;
+    QHash<QString, Record> chosen;
     for (const QJsonValue element : list) {
         const Record build = element.toObject();
         if (build.value(platform) != QJsonValue(mac) || !isComplete(build)) {
@@ -39,13 +38,11 @@ Selection selected(const QJsonArray &list)
         }
         const QString key = displayText(build.value(hostVersion)) + build.value(name).toString()
             + build.value(prefix).toString();
-        if (!places.contains(key)) {
-            places.insert(key, chosen.size());
-            chosen.append(build);
-        } else if (Record &known = chosen[places.value(key)];
-                   !std::is_gt(StandardVersionComparator::compareVersion(
-                       known.value(version).toString(), build.value(version).toString()))) {
-            known = build;
+        const QString known = chosen.value(key).value(version).toString();
+        if (!chosen.contains(key)
+            || !std::is_gt(
+                StandardVersionComparator::compareVersion(known, build.value(version).toString()))) {
+            chosen.insert(key, build);
         }
     }
     Selection selection;
@@ -58,9 +55,9 @@ Selection selected(const QJsonArray &list)
 
 void checkBuild(const QString &prefix, const ListedBuild &build)
 {
-    const Record record = build.definition.record;
-    HOLDS(build.prefix == prefix && build.definition.key == buildKey(record));
-    HOLDS(record.value(PluginKeys::name) == build.definition.name && !build.definition.name.isEmpty());
+    const Record record = build.definition->record;
+    HOLDS(build.prefix == prefix && build.definition->key == buildKey(record));
+    HOLDS(record.value(PluginKeys::name) == build.definition->name && !build.definition->name.isEmpty());
     HOLDS(record.value(PluginKeys::prefixes) == QJsonArray{prefix});
     HOLDS(!record.contains(PluginKeys::commandQueue) && !record.contains(PluginKeys::savedVersion));
 }
@@ -71,7 +68,7 @@ Selection listed(const PluginList &list)
     for (const ListedPrefix &group : list.prefixes) {
         for (const ListedBuild &build : group.builds) {
             checkBuild(group.prefix, build);
-            selection.append({group.prefix, build.definition.key});
+            selection.append({group.prefix, build.definition->key});
         }
     }
     std::sort(selection.begin(), selection.end());
@@ -79,18 +76,13 @@ Selection listed(const PluginList &list)
 }
 
 // Builds that are listed twice with different addresses change with each of them.
-bool hasEachBuildOnce(const PluginList &list)
+bool hasEachBuildOnce(const Selection &selection)
 {
     QSet<QString> keys;
-    for (const ListedPrefix &group : list.prefixes) {
-        for (const ListedBuild &build : group.builds) {
-            if (keys.contains(build.definition.key)) {
-                return false;
-            }
-            keys.insert(build.definition.key);
-        }
+    for (const auto &[prefix, key] : selection) {
+        keys.insert(key);
     }
-    return true;
+    return keys.size() == selection.size();
 }
 
 QHash<QString, QStringList> keysOf(const DefinitionTables &tables)
@@ -136,7 +128,7 @@ void fuzz::check(const QByteArray &input)
         take(tables, *list);
         changes += tables.changes();
         take(tables, *list);
-        HOLDS(tables.changes().isEmpty() || !hasEachBuildOnce(*list));
+        HOLDS(tables.changes().isEmpty() || !hasEachBuildOnce(listed(*list)));
     }
     // The next start finds the same.
     const QHash<QString, StateEntries> kept = stored(changes);

@@ -4,10 +4,10 @@
 // What is made of an archive, which is the same with and without the privileged helper.
 
 #include "Roads.h"
-#include "support/Columns.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
+#include "support/Table.h"
 #include "support/ZipWriter.h"
 
 #include <QCryptographicHash>
@@ -78,8 +78,8 @@ private:
 
 } // namespace
 
-using Refused = Columns<QByteArray, QString>;
-using Taken = Columns<QByteArray, Tree>;
+using Refused = Table<QByteArray, QString>;
+using Taken = Table<QByteArray, Tree>;
 
 class ArchivesTest : public QObject {
     Q_OBJECT
@@ -153,7 +153,7 @@ private Q_SLOTS:
     void refused()
     {
         // reason: how it begins
-        const auto [archive, reason] = Refused::row();
+        const auto [archive, reason] = Refused::current();
         QStringList reasons;
         for (const Road road : roads) {
             const LogCapture log;
@@ -203,7 +203,7 @@ private Q_SLOTS:
 
     void taken()
     {
-        const auto [archive, wanted] = Taken::row();
+        const auto [archive, wanted] = Taken::current();
         for (const Road road : roads) {
             const LogCapture log;
             Host host(road);

@@ -5,10 +5,10 @@
 
 #include "failing_calls.h"
 #include "Roads.h"
-#include "support/Columns.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
+#include "support/Table.h"
 #include "support/ZipWriter.h"
 
 #include <QTemporaryDir>
@@ -124,8 +124,8 @@ template <typename Work> bool killedIn(const Host &host, int at, const Work &wor
 
 } // namespace
 
-using Failing = Columns<Road, int, bool>;
-using ChangedMeanwhile = Columns<Road, Change>;
+using Failing = Table<Road, int, bool>;
+using ChangedMeanwhile = Table<Road, Change>;
 
 class CutShortTest : public QObject {
     Q_OBJECT
@@ -133,7 +133,7 @@ class CutShortTest : public QObject {
 private Q_SLOTS:
     void failing_data()
     {
-        const auto row = Failing::declare();
+        const Failing row;
         for (const Road road : roads) {
             const QByteArray name = road == Road::Own ? "own" : "helper";
             row(name + ", full", road, ENOSPC, true);
@@ -146,7 +146,7 @@ private Q_SLOTS:
     void failing()
     {
         // full: and stays so
-        const auto [road, code, full] = Failing::row();
+        const auto [road, code, full] = Failing::current();
         const LogCapture log;
         for (const bool hasOld : {true, false}) {
             const State before = hasOld ? State::Old : State::Nothing;
@@ -189,7 +189,7 @@ private Q_SLOTS:
 
     void changedMeanwhile_data()
     {
-        const auto add = ChangedMeanwhile::declare();
+        const ChangedMeanwhile add;
         const auto row = [&add](const QByteArray &name, Change change) {
             add("own, " + name, Road::Own, change);
             add("helper, " + name, Road::Helper, change);
@@ -218,7 +218,7 @@ private Q_SLOTS:
     /// Somebody else takes away what is being worked on, and puts something in its place.
     void changedMeanwhile()
     {
-        const auto [road, change] = ChangedMeanwhile::row();
+        const auto [road, change] = ChangedMeanwhile::current();
         const LogCapture log;
         for (int at = 1, calls = at; at <= calls; ++at) {
             Host host(true);

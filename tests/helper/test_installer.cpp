@@ -3,10 +3,10 @@
 
 #include "helper/BrevokInstaller.h"
 #include "platform/linux/files/LinuxFileOperations.h"
-#include "support/Columns.h"
 #include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
+#include "support/Table.h"
 #include "support/ZipWriter.h"
 
 #include <QRegularExpression>
@@ -34,9 +34,9 @@ uid_t ownerOf(const QString &path)
 
 } // namespace
 
-using WrongInputTouchesNothing = Columns<QString, QString, QString>;
-using FailuresThatStillAnswerYes = Columns<QString, bool>;
-using Removing = Columns<QString, bool, QStringList>;
+using WrongInputTouchesNothing = Table<QString, QString, QString>;
+using FailuresThatStillAnswerYes = Table<QString, bool>;
+using Removing = Table<QString, bool, QStringList>;
 
 class InstallerTest : public QObject {
     Q_OBJECT
@@ -58,7 +58,7 @@ private Q_SLOTS:
 
     void wrongInputTouchesNothing_data()
     {
-        const auto row = WrongInputTouchesNothing::declare();
+        const WrongInputTouchesNothing row;
         row("no source", QString(), "T/A.InDesignPlugin", "install failed, source path is wrong: -");
         row("empty source", "", "T/A.InDesignPlugin", "install failed, source path is wrong: ");
         row("no target", "/a.zip", QString(), "install failed, target path is wrong: -");
@@ -67,7 +67,7 @@ private Q_SLOTS:
 
     void wrongInputTouchesNothing()
     {
-        const auto [source, target, line] = WrongInputTouchesNothing::row();
+        const auto [source, target, line] = WrongInputTouchesNothing::current();
         QVERIFY(!m_installer.installPluginFromSource(source, target, ::getuid(), &m_error));
         QVERIFY(m_error);
         QCOMPARE(m_error->domain, QString::fromLatin1(installerErrorDomain));
@@ -118,7 +118,7 @@ private Q_SLOTS:
 
     void failuresThatStillAnswerYes_data()
     {
-        const auto row = FailuresThatStillAnswerYes::declare();
+        const FailuresThatStillAnswerYes row;
         row("archive that is none", "broken.zip", false);
         row("archive that is missing", "missing.zip", false);
         row("file that is missing", "missing.xml", true);
@@ -127,7 +127,7 @@ private Q_SLOTS:
 
     void failuresThatStillAnswerYes()
     {
-        const auto [source, handedOver] = FailuresThatStillAnswerYes::row();
+        const auto [source, handedOver] = FailuresThatStillAnswerYes::current();
         QVERIFY(writeFile(path(u"broken.zip"_s), "no archive at all"));
         const QString target = path(u"Tolvane/A.InDesignPlugin"_s);
         QVERIFY(m_installer.installPluginFromSource(path(source), target, ::getuid(), &m_error));
@@ -151,7 +151,7 @@ private Q_SLOTS:
 
     void removing_data()
     {
-        const auto row = Removing::declare();
+        const Removing row;
         const QString wrong = u"remove item at path failed, wrong data: "_s;
         row("bundle", "A.InDesignPlugin", true,
             {u"removeItemAtPath"_s, u"removedItemAtPath: A.InDesignPlugin"_s});
@@ -163,7 +163,7 @@ private Q_SLOTS:
 
     void removing()
     {
-        auto [name, removed, lines] = Removing::row();
+        auto [name, removed, lines] = Removing::current();
         QVERIFY(writeFile(path(u"A.InDesignPlugin/Contents/Info.plist"_s), "x"));
         QVERIFY(writeFile(path(u"Tolvane.xml"_s), "x"));
         const QString whole = name.isNull() ? QString() : path(name);

@@ -3,8 +3,8 @@
 
 #include "install/InstallPaths.h"
 #include "InstallRig.h"
-#include "support/Columns.h"
 #include "support/Folders.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -41,9 +41,9 @@ struct OneBuild : InstallRig {
 
 } // namespace
 
-using AnswersAreCollected = Columns<bool, bool, bool, int, int>;
-using FailuresAreJudged = Columns<BrevokError, bool, QString, bool>;
-using SharedPluginsStay = Columns<QString, QString, QString, QStringList, QString, bool>;
+using AnswersAreCollected = Table<bool, bool, bool, int, int>;
+using FailuresAreJudged = Table<BrevokError, bool, QString, bool>;
+using SharedPluginsStay = Table<QString, QString, QString, QStringList, QString, bool>;
 
 class AppInstallerTest : public QObject {
     Q_OBJECT
@@ -82,7 +82,7 @@ private Q_SLOTS:
 
     void answersAreCollected_data()
     {
-        const auto row = AnswersAreCollected::declare();
+        const AnswersAreCollected row;
         for (const bool installs : {true, false}) {
             const QByteArray what = installs ? "install" : "removal";
             row(what + ": yes, with an error", installs, true, true, 1, 1);
@@ -94,7 +94,7 @@ private Q_SLOTS:
 
     void answersAreCollected()
     {
-        const auto [installs, yes, error, errors, failures] = AnswersAreCollected::row();
+        const auto [installs, yes, error, errors, failures] = AnswersAreCollected::current();
         OneBuild rig;
         writeInstalledPlugin(rig.target, u"Plug"_s, u"1.0"_s, u"14.0"_s);
         rig.needHelper()->scripted = {
@@ -109,7 +109,7 @@ private Q_SLOTS:
 
     void failuresAreJudged_data()
     {
-        const auto add = FailuresAreJudged::declare();
+        const FailuresAreJudged add;
         const auto row = [&add](const char *name, int code, bool answer, const char *reason, bool bad) {
             const QString domain = QString::fromLatin1(fileErrorDomain);
             add(name, {.domain = domain, .code = code, .description = u"the system's words"_s}, answer,
@@ -131,7 +131,7 @@ private Q_SLOTS:
 
     void failuresAreJudged()
     {
-        const auto [failure, answer, reason, archiveIsBad] = FailuresAreJudged::row();
+        const auto [failure, answer, reason, archiveIsBad] = FailuresAreJudged::current();
         OneBuild rig;
         rig.needHelper()->scripted = {answer, failure};
         const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
@@ -228,7 +228,7 @@ private Q_SLOTS:
 
     void sharedPluginsStay_data()
     {
-        const auto row = SharedPluginsStay::declare();
+        const SharedPluginsStay row;
         const QString path = u"/T/Tolvane/Plug.InDesignPlugin"_s;
         const QStringList all{u"Plug"_s, u"Extra"_s};
         row("other package complete", "Plug", path, "P", all, "Q", false);
@@ -244,7 +244,7 @@ private Q_SLOTS:
 
     void sharedPluginsStay()
     {
-        const auto [name, path, prefix, installed, otherPrefix, removable] = SharedPluginsStay::row();
+        const auto [name, path, prefix, installed, otherPrefix, removable] = SharedPluginsStay::current();
         const LogCapture log;
         const CatalogueSnapshot catalogue{
             {{{PackageKeys::prefix, u"P"_s}}, {{PackageKeys::prefix, otherPrefix}}},

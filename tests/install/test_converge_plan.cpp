@@ -3,7 +3,7 @@
 
 #include "install/ConvergeOutcome.h"
 #include "install/ConvergePlan.h"
-#include "support/Columns.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -29,8 +29,8 @@ QString nothing()
 
 } // namespace
 
-using StatusesDecide = Columns<Status, bool, bool, bool>;
-using WishesDecide = Columns<PackageWishes, bool, QString>;
+using StatusesDecide = Table<Status, bool, bool, bool>;
+using WishesDecide = Table<PackageWishes, bool, QString>;
 
 class ConvergePlanTest : public QObject {
     Q_OBJECT
@@ -55,7 +55,7 @@ private Q_SLOTS:
 
     void statusesDecide()
     {
-        const auto [status, installsRequired, removesForbidden, updates] = StatusesDecide::row();
+        const auto [status, installsRequired, removesForbidden, updates] = StatusesDecide::current();
         const QStringList one{u"P"_s};
         const QMap<QString, Status> statuses{{u"P"_s, status}};
         QCOMPARE(planConvergence({.required = one}, false, statuses).installs == one, installsRequired);
@@ -66,7 +66,7 @@ private Q_SLOTS:
 
     void wishesDecide_data()
     {
-        const auto row = WishesDecide::declare();
+        const WishesDecide row;
         row("no wish", {}, false, "remove , install , wait old, unknown , notes ");
         row("updates", {}, true, "remove , install old, wait , unknown , notes ");
         row("a required one is updated anyway", {.required = {u"old"_s}}, false,
@@ -86,7 +86,7 @@ private Q_SLOTS:
 
     void wishesDecide()
     {
-        const auto [wishes, autoUpdate, plan] = WishesDecide::row();
+        const auto [wishes, autoUpdate, plan] = WishesDecide::current();
         const QMap<QString, Status> statuses{{u"current"_s, Status::UpToDate},
             {u"new"_s, Status::NotInstalled}, {u"old"_s, Status::NotUpdated}};
         QCOMPARE(text(planConvergence(wishes, autoUpdate, statuses)), plan);

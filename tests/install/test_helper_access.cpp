@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "InstallRig.h"
-#include "support/Columns.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -11,8 +11,8 @@ using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
-using IsKeptReplacedOrInstalled = Columns<int, QString, bool, QStringList, QStringList>;
-using IsUsedWhereItCanBe = Columns<bool, bool, bool, bool, QString>;
+using IsKeptReplacedOrInstalled = Table<int, QString, bool, QStringList, QStringList>;
+using IsUsedWhereItCanBe = Table<bool, bool, bool, bool, QString>;
 
 /// When the privileged helper is looked for, installed and used.
 class HelperAccessTest : public QObject {
@@ -23,7 +23,7 @@ private Q_SLOTS:
 
     void isKeptReplacedOrInstalled_data()
     {
-        const auto row = IsKeptReplacedOrInstalled::declare();
+        const IsKeptReplacedOrInstalled row;
         const QString start = u"start helper"_s;
         const QString running = u"up to date version already running"_s;
         const QString updated = u"updated and restarted"_s;
@@ -45,7 +45,7 @@ private Q_SLOTS:
     void isKeptReplacedOrInstalled()
     {
         // version: 0: no helper answers
-        const auto [version, failing, valid, calls, lines] = IsKeptReplacedOrInstalled::row();
+        const auto [version, failing, valid, calls, lines] = IsKeptReplacedOrInstalled::current();
         InstallRig rig;
         if (version > 0) {
             rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, version), true};
@@ -89,7 +89,7 @@ private Q_SLOTS:
 
     void isUsedWhereItCanBe_data()
     {
-        const auto row = IsUsedWhereItCanBe::declare();
+        const IsUsedWhereItCanBe row;
         row("all well", true, true, true, true, QString());
         row("invalid", false, true, true, true, "Installer helper invalid!");
         row("unreachable", true, false, false, false, "Installer helper connection failed!");
@@ -100,7 +100,7 @@ private Q_SLOTS:
 
     void isUsedWhereItCanBe()
     {
-        const auto [valid, connected, proxy, installs, line] = IsUsedWhereItCanBe::row();
+        const auto [valid, connected, proxy, installs, line] = IsUsedWhereItCanBe::current();
         InstallRig rig;
         rig.helper.blesses = valid;
         bool ended = false;

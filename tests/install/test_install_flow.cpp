@@ -4,7 +4,7 @@
 #include "FlowRig.h"
 #include "foundation/Log.h"
 #include "platform/PropertyLists.h"
-#include "support/Columns.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -14,7 +14,7 @@ using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
-using FailedDownloadLosesNothingElse = Columns<DownloadResult, int>;
+using FailedDownloadLosesNothingElse = Table<DownloadResult, int>;
 
 class InstallFlowTest : public QObject {
     Q_OBJECT
@@ -70,7 +70,7 @@ private Q_SLOTS:
 
     void failedDownloadLosesNothingElse_data()
     {
-        const auto row = FailedDownloadLosesNothingElse::declare();
+        const FailedDownloadLosesNothingElse row;
         const BrevokError broken{.domain = u"com.tolvane.brevok.transport"_s, .description = u"broken"_s};
         row("transfer error", DownloadResult{7, false, broken}, 1);
         row("one byte short", DownloadResult{99, true, std::nullopt}, 0);
@@ -80,7 +80,7 @@ private Q_SLOTS:
 
     void failedDownloadLosesNothingElse()
     {
-        const auto [result, details] = FailedDownloadLosesNothingElse::row();
+        const auto [result, details] = FailedDownloadLosesNothingElse::current();
         InstallRig rig;
         const QString a = rig.addTarget(u"InDesign 2019"_s, u"140"_s);
         rig.plugins.updateWithArray({InstallRig::build(u"P"_s, u"Bad"_s, 140, u"2.0"_s, 100),

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "FlowRig.h"
-#include "support/Columns.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -15,8 +15,8 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
 using Change = std::function<void(const QString &)>;
-using TargetThatChangesIsTold = Columns<Change, QString>;
-using HelperIsAskedWhereItIsNeeded = Columns<QString, bool>;
+using TargetThatChangesIsTold = Table<Change, QString>;
+using HelperIsAskedWhereItIsNeeded = Table<QString, bool>;
 
 // What comes of an install that does not go as planned, and who is told.
 class InstallOutcomeTest : public QObject {
@@ -129,7 +129,7 @@ private Q_SLOTS:
 
     void targetThatChangesIsTold_data()
     {
-        const auto row = TargetThatChangesIsTold::declare();
+        const TargetThatChangesIsTold row;
         row(
             "vanishes", [](const QString &) {}, "the folder no longer exists");
         row(
@@ -145,7 +145,7 @@ private Q_SLOTS:
 
     void targetThatChangesIsTold()
     {
-        const auto [change, reason] = TargetThatChangesIsTold::row();
+        const auto [change, reason] = TargetThatChangesIsTold::current();
         OnePackage rig;
         Ended ended;
         rig.flow.installWithPrefix(u"P"_s, false, ended.here());
@@ -164,7 +164,7 @@ private Q_SLOTS:
 
     void helperIsAskedWhereItIsNeeded_data()
     {
-        const auto row = HelperIsAskedWhereItIsNeeded::declare();
+        const HelperIsAskedWhereItIsNeeded row;
         row("the user's own folder", "Other", false);
         row("another's folder", "InDesign 2019/Plug-Ins", true);
         row("another's bundle in the user's own folder", "InDesign 2019/Plug-Ins/Tolvane/Plug.InDesignPlugin",
@@ -175,7 +175,7 @@ private Q_SLOTS:
     void helperIsAskedWhereItIsNeeded()
     {
         // forbidden: below the folder of applications
-        const auto [forbidden, asked] = HelperIsAskedWhereItIsNeeded::row();
+        const auto [forbidden, asked] = HelperIsAskedWhereItIsNeeded::current();
         OnePackage rig;
         rig.helper.authorization = -60006;
         rig.ownFiles.forbidden = {rig.folder.filePath(u"Apps/"_s + forbidden)};

@@ -6,7 +6,7 @@
 #include "install/InstallPaths.h"
 #include "install/InstallPlanning.h"
 #include "install/RunningTargets.h"
-#include "support/Columns.h"
+#include "support/Table.h"
 #include "targets/BrevokTargetApps.h"
 
 #include <QJsonArray>
@@ -46,10 +46,10 @@ const QString bundlePath = u"/A/Plug-Ins//Tolvane/P.InDesignPlugin"_s;
 
 } // namespace
 
-using BuildsAreChosenByHostVersion = Columns<QString, QList<int>, QList<int>>;
-using InstalledBundlesDecide = Columns<QJsonValue, QJsonValue, QString, bool>;
-using ArchivesAreReused = Columns<QString, bool, bool>;
-using AddressesAreNeverPlain = Columns<QString, QString>;
+using BuildsAreChosenByHostVersion = Table<QString, QList<int>, QList<int>>;
+using InstalledBundlesDecide = Table<QJsonValue, QJsonValue, QString, bool>;
+using ArchivesAreReused = Table<QString, bool, bool>;
+using AddressesAreNeverPlain = Table<QString, QString>;
 
 class InstallPlanningTest : public QObject {
     Q_OBJECT
@@ -59,7 +59,7 @@ private Q_SLOTS:
 
     void buildsAreChosenByHostVersion_data()
     {
-        const auto add = BuildsAreChosenByHostVersion::declare();
+        const BuildsAreChosenByHostVersion add;
         const auto row = [&add](const char *version, const QList<int> &builds, const QList<int> &planned) {
             add(version, version, builds, planned);
         };
@@ -76,7 +76,7 @@ private Q_SLOTS:
 
     void buildsAreChosenByHostVersion()
     {
-        const auto [version, builds, planned] = BuildsAreChosenByHostVersion::row();
+        const auto [version, builds, planned] = BuildsAreChosenByHostVersion::current();
         QList<Record> definitions;
         for (const int host : builds) {
             definitions.append(build(host));
@@ -95,7 +95,7 @@ private Q_SLOTS:
 
     void installedBundlesDecide_data()
     {
-        const auto row = InstalledBundlesDecide::declare();
+        const InstalledBundlesDecide row;
         const QJsonValue none = QJsonValue::Undefined;
         row("equal", u"16.3"_s, u"2.3.1"_s, "2.3.1", false);
         row("newer", u"16.3"_s, u"2.4"_s, "2.3.1", false);
@@ -112,7 +112,7 @@ private Q_SLOTS:
 
     void installedBundlesDecide()
     {
-        const auto [host, installed, offered, planned] = InstalledBundlesDecide::row();
+        const auto [host, installed, offered, planned] = InstalledBundlesDecide::current();
         Disk disk;
         Record information;
         if (!host.isUndefined()) {
@@ -134,7 +134,7 @@ private Q_SLOTS:
 
     void archivesAreReused_data()
     {
-        const auto row = ArchivesAreReused::declare();
+        const ArchivesAreReused row;
         row("stored", "2.3.1", true, false);
         row("stored, but gone", "2.3.1", false, true);
         row("another version", "2.3.0", true, true);
@@ -145,7 +145,7 @@ private Q_SLOTS:
 
     void archivesAreReused()
     {
-        const auto [saved, archive, download] = ArchivesAreReused::row();
+        const auto [saved, archive, download] = ArchivesAreReused::current();
         Record definition = build(160);
         if (!saved.isNull()) {
             definition.insert(PluginKeys::savedVersion, saved);
@@ -210,7 +210,7 @@ private Q_SLOTS:
 
     void addressesAreNeverPlain_data()
     {
-        const auto row = AddressesAreNeverPlain::declare();
+        const AddressesAreNeverPlain row;
         row("plain", "http://host/x.zip", "https://host/x.zip");
         row("with a port", "http://host:80/x.zip", "https://host:80/x.zip");
         row("safe", "https://host/http://x.zip", "https://host/http://x.zip");
@@ -220,7 +220,7 @@ private Q_SLOTS:
 
     void addressesAreNeverPlain()
     {
-        const auto [link, address] = AddressesAreNeverPlain::row();
+        const auto [link, address] = AddressesAreNeverPlain::current();
         QCOMPARE(archiveAddress(link), address);
     }
 

@@ -3,7 +3,7 @@
 
 #include "FlowRig.h"
 #include "install/UpdateRun.h"
-#include "support/Columns.h"
+#include "support/Table.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -49,7 +49,7 @@ struct UpdateRig : InstallRig {
 
 } // namespace
 
-using FailuresAreToldInOneAlert = Columns<int, QString>;
+using FailuresAreToldInOneAlert = Table<int, QString>;
 
 class UpdateRunTest : public QObject {
     Q_OBJECT
@@ -59,7 +59,7 @@ private Q_SLOTS:
 
     void failuresAreToldInOneAlert_data()
     {
-        const auto row = FailuresAreToldInOneAlert::declare();
+        const FailuresAreToldInOneAlert row;
         row("none", 0, QString());
         row("one", 1, "Error: Failed to download P0, from https://host/P0-140.zip");
         row("five", 5, "Multiple errors have occured. Please contact Tolvane support.");
@@ -67,7 +67,7 @@ private Q_SLOTS:
 
     void failuresAreToldInOneAlert()
     {
-        const auto [failing, text] = FailuresAreToldInOneAlert::row();
+        const auto [failing, text] = FailuresAreToldInOneAlert::current();
         UpdateRig rig(5);
         QVERIFY(rig.waits);
         Ended ended;

@@ -2,8 +2,9 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/session/DesktopNotifications.h"
+#include "support/FolderTest.h"
+#include "support/Table.h"
 
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace brevok;
@@ -15,6 +16,19 @@ class NoticeServer final : public QObject {
     Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
 
 public:
+    NoticeServer()
+    {
+        m_bus.registerObject(
+            m_path, this, QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals);
+        m_bus.registerService(m_name);
+    }
+    ~NoticeServer() override
+    {
+        m_bus.unregisterService(m_name);
+        m_bus.unregisterObject(m_path);
+    }
+    Q_DISABLE_COPY_MOVE(NoticeServer)
+
     QStringList capabilities;
     QStringList shown;
     QVariantMap lastHints;
@@ -35,6 +49,11 @@ public Q_SLOTS:
 
 Q_SIGNALS:
     void ActionInvoked(uint /*id*/, const QString & /*action*/);
+
+private:
+    QDBusConnection m_bus = QDBusConnection::sessionBus();
+    QString m_path = u"/org/freedesktop/Notifications"_s;
+    QString m_name = u"org.freedesktop.Notifications"_s;
 };
 
 namespace {
@@ -49,87 +68,67 @@ public:
 
 } // namespace
 
-class DesktopNotificationsTest : public QObject {
+class DesktopNotificationsTest : public testing::FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
+    void noticesReachTheServer_data()
+    {
+        const testing::Table<QStringList, QString> row;
+        row("plain", {u"body"_s}, u"A <b> & C"_s);
+        row("markup", {u"body"_s, u"body-markup"_s}, u"A &lt;b&gt; &amp; C"_s);
+    }
 
-    void noticesReachTheServer_data();
-    void noticesReachTheServer();
-    void clicksComeBack();
-    void withoutAServerNoticesAreLost();
+    void noticesReachTheServer()
+    {
+        const auto [capabilities, text] = testing::columns<QStringList, QString>();
+        NoticeServer server;
+        server.capabilities = capabilities;
+        m_center.setDelegate(&m_decider);
+        m_decider.answer = false;
+        m_center.deliver({u"Refused"_s, {}});
+        m_decider.answer = true;
+        m_center.deliver({u"Title"_s, u"A <b> & C"_s});
+        QTRY_COMPARE(
+            server.shown, QStringList{u"Tolvane Brevok|0|com.tolvane.brevok|Title|%1|0|-1"_s.arg(text)});
+        QCOMPARE(server.lastHints.value(u"desktop-entry"_s).toString(), u"com.tolvane.brevok"_s);
+    }
+
+    void clicksComeBack()
+    {
+        NoticeServer server;
+        m_center.setDelegate(&m_decider);
+        const QList<UserNotificationAction> actions{{u"open"_s, u"Open"_s}, {u"update"_s, u"Update"_s}};
+        m_center.deliver({u"A server without buttons"_s, {}, actions});
+        QTRY_COMPARE(server.shown.size(), 1);
+        QVERIFY(server.lastActions.isEmpty());
+        server.capabilities = {u"actions"_s};
+        m_center.deliver({u"Title"_s, {}, actions});
+        QTRY_COMPARE(server.shown.size(), 2);
+        QCOMPARE(server.lastActions, (QStringList{u"open"_s, u"Open"_s, u"update"_s, u"Update"_s}));
+        QTRY_VERIFY(m_center.children().isEmpty()); // the notice's number came
+        Q_EMIT server.ActionInvoked(2, u"open"_s); // of another program's notice
+        Q_EMIT server.ActionInvoked(1, u"update"_s);
+        QTRY_COMPARE(m_decider.clicked, QStringList{u"update"_s});
+    }
+
+    void withoutAServerNoticesAreLost()
+    {
+        QVERIFY(m_center.exists());
+        m_center.deliver({u"Title"_s, {}});
+        QTRY_VERIFY(m_center.children().isEmpty()); // its question was answered, without a line in the log
+        DesktopNotifications nowhere(
+            QDBusConnection(u"none"_s), u"com.tolvane.brevok"_s, u"Tolvane Brevok"_s);
+        QVERIFY(!nowhere.exists());
+        nowhere.deliver({u"Title"_s, {}});
+        QVERIFY(nowhere.children().isEmpty());
+    }
 
 private:
-    QDBusConnection m_bus = QDBusConnection::sessionBus();
+    Decider m_decider;
+    DesktopNotifications m_center{
+        QDBusConnection::sessionBus(), u"com.tolvane.brevok"_s, u"Tolvane Brevok"_s};
 };
-
-void DesktopNotificationsTest::noticesReachTheServer_data()
-{
-    QTest::addColumn<QStringList>("capabilities");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("plain") << QStringList{u"body"_s} << u"A <b> & C"_s;
-    QTest::newRow("markup") << QStringList{u"body"_s, u"body-markup"_s} << u"A &lt;b&gt; &amp; C"_s;
-}
-
-void DesktopNotificationsTest::noticesReachTheServer()
-{
-    QFETCH(QStringList, capabilities);
-    QFETCH(QString, text);
-    NoticeServer server;
-    server.capabilities = capabilities;
-    QVERIFY(
-        m_bus.registerObject(u"/org/freedesktop/Notifications"_s, &server, QDBusConnection::ExportAllSlots));
-    QVERIFY(m_bus.registerService(u"org.freedesktop.Notifications"_s));
-    Decider decider;
-    DesktopNotifications center(m_bus, u"com.tolvane.brevok"_s, u"Tolvane Brevok"_s);
-    center.setDelegate(&decider);
-    decider.answer = false;
-    center.deliver({u"Refused"_s, {}});
-    decider.answer = true;
-    center.deliver({u"Title"_s, u"A <b> & C"_s});
-    QTRY_COMPARE(server.shown, QStringList{u"Tolvane Brevok|0|com.tolvane.brevok|Title|%1|0|-1"_s.arg(text)});
-    QCOMPARE(server.lastHints.value(u"desktop-entry"_s).toString(), u"com.tolvane.brevok"_s);
-    QVERIFY(m_bus.unregisterService(u"org.freedesktop.Notifications"_s));
-    m_bus.unregisterObject(u"/org/freedesktop/Notifications"_s);
-}
-
-void DesktopNotificationsTest::clicksComeBack()
-{
-    NoticeServer server;
-    QVERIFY(m_bus.registerObject(u"/org/freedesktop/Notifications"_s, &server,
-        QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllSignals));
-    QVERIFY(m_bus.registerService(u"org.freedesktop.Notifications"_s));
-    Decider decider;
-    DesktopNotifications center(m_bus, u"com.tolvane.brevok"_s, u"Tolvane Brevok"_s);
-    center.setDelegate(&decider);
-    const QList<UserNotificationAction> actions{{u"open"_s, u"Open"_s}, {u"update"_s, u"Update"_s}};
-    center.deliver({u"A server without buttons"_s, {}, actions});
-    QTRY_COMPARE(server.shown.size(), 1);
-    QVERIFY(server.lastActions.isEmpty());
-    server.capabilities = {u"actions"_s};
-    center.deliver({u"Title"_s, {}, actions});
-    QTRY_COMPARE(server.shown.size(), 2);
-    QCOMPARE(server.lastActions, (QStringList{u"open"_s, u"Open"_s, u"update"_s, u"Update"_s}));
-    QTRY_VERIFY(center.children().isEmpty()); // the notice's number came
-    Q_EMIT server.ActionInvoked(2, u"open"_s); // of another program's notice
-    Q_EMIT server.ActionInvoked(1, u"update"_s);
-    QTRY_COMPARE(decider.clicked, QStringList{u"update"_s});
-    QVERIFY(m_bus.unregisterService(u"org.freedesktop.Notifications"_s));
-    m_bus.unregisterObject(u"/org/freedesktop/Notifications"_s);
-}
-
-void DesktopNotificationsTest::withoutAServerNoticesAreLost()
-{
-    DesktopNotifications center(m_bus, u"com.tolvane.brevok"_s, u"Tolvane Brevok"_s);
-    QVERIFY(center.exists());
-    center.deliver({u"Title"_s, {}});
-    QTRY_VERIFY(center.children().isEmpty()); // its question was answered, without a line in the log
-    DesktopNotifications nowhere(QDBusConnection(u"none"_s), u"com.tolvane.brevok"_s, u"Tolvane Brevok"_s);
-    QVERIFY(!nowhere.exists());
-    nowhere.deliver({u"Title"_s, {}});
-    QVERIFY(nowhere.children().isEmpty());
-}
 
 QTEST_GUILESS_MAIN(DesktopNotificationsTest)
 #include "test_desktop_notifications.moc"

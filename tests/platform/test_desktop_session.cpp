@@ -11,6 +11,7 @@
 #include "support/FolderTest.h"
 #include "support/LogCapture.h"
 #include "support/SampleBundles.h"
+#include "support/Table.h"
 
 #include <QCoreApplication>
 #include <QProcess>
@@ -21,11 +22,8 @@
 #include <csignal>
 
 using namespace brevok;
+using namespace brevok::testing;
 using namespace Qt::StringLiterals;
-using testing::contentsOf;
-using testing::LogCapture;
-using testing::propertyList;
-using testing::writeFile;
 
 namespace {
 
@@ -57,272 +55,229 @@ int runEnding()
 }
 
 // A program that runs until it is asked to end; ended with its owner.
-class Sleeper {
-public:
+struct Sleeper {
+    QProcess process;
+
     explicit Sleeper(const QString &executable)
     {
         QDir().mkpath(QFileInfo(executable).path());
         QFile::copy(u"/bin/sleep"_s, executable);
-        m_process.start(executable, {u"600"_s});
-        m_started = m_process.waitForStarted();
+        process.start(executable, {u"600"_s});
+        process.waitForStarted();
     }
     ~Sleeper()
     {
-        m_process.kill();
-        m_process.waitForFinished();
+        process.kill();
+        process.waitForFinished();
     }
     Q_DISABLE_COPY_MOVE(Sleeper)
 
-    [[nodiscard]] bool started() const { return m_started; }
-    QProcess &process() { return m_process; }
-
-private:
-    QProcess m_process;
-    bool m_started = false;
-};
-
-std::optional<RunningApplication> find(const RunningApplications &applications, qint64 processId)
-{
-    for (const RunningApplication &application : applications.list()) {
-        if (application.processId == processId) {
-            return application;
-        }
+    // As the other programs see it.
+    [[nodiscard]] std::optional<RunningApplication> among(const RunningApplications &applications) const
+    {
+        const QList<RunningApplication> all = applications.list();
+        const auto found = std::find_if(all.cbegin(), all.cend(),
+            [this](const auto &each) { return each.processId == process.processId(); });
+        return found == all.cend() ? std::nullopt : std::optional(*found);
     }
-    return std::nullopt;
-}
+};
 
 } // namespace
 
-class DesktopSessionTest : public testing::FolderTest {
+class DesktopSessionTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void processesCountAsTheirApplication_data();
-    void processesCountAsTheirApplication();
-    void copiesOfTheProgramGoByTheirOwnName();
-    void onlyTheMeantProcessIsTerminated();
-    void notificationsReachOtherProcesses();
-    void withoutABusNothingIsPosted();
-    void whoEndsIsNotEndedOnceMore();
-    void webPagesAreHandedToTheDesktop_data();
-    void webPagesAreHandedToTheDesktop();
-    void foldersFollowTheEnvironment_data();
-    void foldersFollowTheEnvironment();
-};
-
-void DesktopSessionTest::processesCountAsTheirApplication_data()
-{
-    QTest::addColumn<QMap<QString, QByteArray>>("files");
-    QTest::addColumn<QString>("executable");
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<QString>("bundle");
-    QTest::addColumn<QString>("version");
-    const QString main = u"InDesign CC.app/Contents/MacOS/InDesign CC"_s;
-    const QString list = u"InDesign CC.app/Contents/Info.plist"_s;
-    const QString bundle = u"InDesign CC.app"_s;
-    const QByteArray named =
-        propertyList({{u"CFBundleName"_s, u"InDesign"_s}, {u"CFBundleVersion"_s, u"14012"_s}});
-    const QByteArray displayed =
-        propertyList({{u"CFBundleName"_s, u"InDesign"_s}, {u"CFBundleDisplayName"_s, u"Ädobe"_s}});
-    using Files = QMap<QString, QByteArray>;
-    QTest::newRow("bundle name") << Files{{list, named}} << main << u"InDesign"_s << bundle << u"14012"_s;
-    QTest::newRow("display name") << Files{{list, displayed}} << main << u"Ädobe"_s << bundle << QString();
-    QTest::newRow("broken list") << Files{{list, "<plist>"}} << main << u"InDesign CC"_s << bundle
-                                 << QString();
-    QTest::newRow("helper within") << Files{{list, named},
-        {bundle + u"/Contents/Helper.app/Contents/Info.plist"_s, displayed}}
-                                   << bundle + u"/Contents/Helper.app/Contents/MacOS/x"_s << u"InDesign"_s
-                                   << bundle << u"14012"_s;
-    QTest::newRow("folder called so")
-        << Files{{u"all.app/In.app/Contents/Info.plist"_s, named}} << u"all.app/In.app/Contents/MacOS/In"_s
-        << u"InDesign"_s << u"all.app/In.app"_s << u"14012"_s;
-    QTest::newRow("no bundle") << Files{} << main << QString() << QString() << QString();
-    QTest::newRow("beside a bundle") << Files{{list, named}} << u"InDesign CC.app.d/x"_s << QString()
-                                     << QString() << QString();
-}
-
-void DesktopSessionTest::processesCountAsTheirApplication()
-{
-    using Files = QMap<QString, QByteArray>;
-    QFETCH(Files, files);
-    QFETCH(QString, executable);
-    QFETCH(QString, name);
-    QFETCH(QString, bundle);
-    QFETCH(QString, version);
-    for (auto file = files.cbegin(); file != files.cend(); ++file) {
-        QVERIFY(writeFile(path(file.key()), file.value()));
+    void processesCountAsTheirApplication_data()
+    {
+        const Table<QMap<QString, QByteArray>, QString, QString, QString, QString> row;
+        const QString main = u"InDesign CC.app/Contents/MacOS/InDesign CC"_s;
+        const QString list = u"InDesign CC.app/Contents/Info.plist"_s;
+        const QString bundle = u"InDesign CC.app"_s;
+        const QByteArray named =
+            propertyList({{u"CFBundleName"_s, u"InDesign"_s}, {u"CFBundleVersion"_s, u"14012"_s}});
+        const QByteArray displayed =
+            propertyList({{u"CFBundleName"_s, u"InDesign"_s}, {u"CFBundleDisplayName"_s, u"Ädobe"_s}});
+        row("bundle name", {{list, named}}, main, u"InDesign"_s, bundle, u"14012"_s);
+        row("display name", {{list, displayed}}, main, u"Ädobe"_s, bundle, {});
+        row("broken list", {{list, "<plist>"}}, main, u"InDesign CC"_s, bundle, {});
+        row("helper within",
+            {{list, named}, {bundle + u"/Contents/Helper.app/Contents/Info.plist"_s, displayed}},
+            bundle + u"/Contents/Helper.app/Contents/MacOS/x"_s, u"InDesign"_s, bundle, u"14012"_s);
+        row("folder called so", {{u"all.app/In.app/Contents/Info.plist"_s, named}},
+            u"all.app/In.app/Contents/MacOS/In"_s, u"InDesign"_s, u"all.app/In.app"_s, u"14012"_s);
+        row("no bundle", {}, main, {}, {}, {});
+        row("beside a bundle", {{list, named}}, u"InDesign CC.app.d/x"_s, {}, {}, {});
     }
-    Sleeper program(path(executable));
-    QVERIFY(program.started());
-    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
-    const auto found = find(applications, program.process().processId());
-    QCOMPARE(found.has_value(), !name.isEmpty());
-    if (found) {
-        QCOMPARE(found->localizedName, name);
-        QCOMPARE(found->bundlePath, path(bundle));
-        QCOMPARE(found->bundleVersion, version);
-        QVERIFY(found->startTime > 0);
-    }
-}
 
-void DesktopSessionTest::copiesOfTheProgramGoByTheirOwnName()
-{
-    QVERIFY(writeFile(path(u"b/share/tolvane-brevok/Info.plist"_s),
-        propertyList({{u"CFBundleDisplayName"_s, u"Other"_s}, {u"CFBundleVersion"_s, u"7"_s}})));
-    Sleeper plain(path(u"a/bin/tolvane-brevok"_s));
-    Sleeper renamed(path(u"b/bin/tolvane-brevok"_s));
-    Sleeper different(path(u"c/bin/tolvane-brevokx"_s));
-    QVERIFY(plain.started() && renamed.started() && different.started());
-    QVERIFY(QFile::remove(path(u"a/bin/tolvane-brevok"_s))); // as an upgrade does
-
-    const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
-    const auto found = find(applications, plain.process().processId());
-    QVERIFY(found);
-    QCOMPARE(found->localizedName, u"Tolvane Brevok"_s);
-    QCOMPARE(found->bundlePath, path(u"a/bin/tolvane-brevok"_s));
-    const auto other = find(applications, renamed.process().processId());
-    QVERIFY(other);
-    QCOMPARE(other->localizedName, u"Other"_s);
-    QCOMPARE(other->bundleVersion, u"7"_s);
-    QVERIFY(!find(applications, different.process().processId()));
-
-    const ProcRunningApplications own(MainBundle(QCoreApplication::applicationFilePath(), path()));
-    QVERIFY(!find(own, QCoreApplication::applicationPid()));
-}
-
-void DesktopSessionTest::onlyTheMeantProcessIsTerminated()
-{
-    QVERIFY(writeFile(path(u"A.app/Contents/Info.plist"_s), propertyList({{u"CFBundleName"_s, u"A"_s}})));
-    Sleeper program(path(u"A.app/a"_s));
-    Sleeper neighbour(path(u"A.app/b"_s));
-    ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
-    const auto found = find(applications, program.process().processId());
-    QVERIFY(found);
-
-    RunningApplication replaced = *found;
-    ++replaced.startTime;
-    QVERIFY(!applications.terminate(replaced));
-    QVERIFY(!applications.terminate({}));
-    QCOMPARE(program.process().state(), QProcess::Running);
-
-    QVERIFY(applications.terminate(*found));
-    QVERIFY(program.process().waitForFinished());
-    QCOMPARE(program.process().exitStatus(), QProcess::CrashExit); // by the signal
-    QVERIFY(!applications.terminate(*found));
-    QCOMPARE(neighbour.process().state(), QProcess::Running);
-}
-
-void DesktopSessionTest::notificationsReachOtherProcesses()
-{
-    DBusNotifications notifications(QDBusConnection::sessionBus());
-    QSignalSpy heard(&notifications, &DistributedNotifications::posted);
-    notifications.observe(notificationName(), u"openPanel"_s);
-    notifications.post(notificationName(), u"openPanel"_s); // heard by others alone
-    for (int round = 1; round <= 10; ++round) {
-        for (const QString &object : {u"willTerminate"_s, u"openPanel"_s}) {
-            QProcess poster;
-            poster.start(QCoreApplication::applicationFilePath(), {u"--post"_s, object});
-            QVERIFY(poster.waitForFinished());
-            QCOMPARE(poster.exitCode(), 0);
+    void processesCountAsTheirApplication()
+    {
+        const auto [files, executable, name, bundle, version] =
+            columns<QMap<QString, QByteArray>, QString, QString, QString, QString>();
+        for (auto file = files.cbegin(); file != files.cend(); ++file) {
+            QVERIFY(writeFile(path(file.key()), file.value()));
         }
-        QTRY_COMPARE(heard.size(), round);
+        Sleeper program(path(executable));
+        const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
+        const auto found = program.among(applications);
+        QCOMPARE(found.has_value(), !name.isEmpty());
+        if (found) {
+            QCOMPARE(found->localizedName, name);
+            QCOMPARE(found->bundlePath, path(bundle));
+            QCOMPARE(found->bundleVersion, version);
+            QVERIFY(found->startTime > 0);
+        }
     }
-    QCOMPARE(heard.constFirst(), (QVariantList{notificationName(), u"openPanel"_s}));
-}
 
-void DesktopSessionTest::withoutABusNothingIsPosted()
-{
-    const LogCapture log;
-    DBusNotifications notifications(QDBusConnection(u"no such connection"_s));
-    notifications.observe(notificationName(), u"openPanel"_s);
-    notifications.post(notificationName(), u"openPanel"_s);
-    QCOMPARE(log.lines(), QStringList{u"There is no session bus: other programs cannot be told anything."_s});
-}
+    void copiesOfTheProgramGoByTheirOwnName()
+    {
+        QVERIFY(writeFile(path(u"b/share/tolvane-brevok/Info.plist"_s),
+            propertyList({{u"CFBundleDisplayName"_s, u"Other"_s}, {u"CFBundleVersion"_s, u"7"_s}})));
+        Sleeper plain(path(u"a/bin/tolvane-brevok"_s));
+        Sleeper renamed(path(u"b/bin/tolvane-brevok"_s));
+        Sleeper different(path(u"c/bin/tolvane-brevokx"_s));
+        QCOMPARE(different.process.state(), QProcess::Running);
+        QVERIFY(QFile::remove(path(u"a/bin/tolvane-brevok"_s))); // as an upgrade does
 
-void DesktopSessionTest::whoEndsIsNotEndedOnceMore()
-{
-    QProcess program;
-    program.start(QCoreApplication::applicationFilePath(), {u"--ending"_s});
-    QVERIFY(program.waitForFinished());
-    QCOMPARE(program.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(program.exitCode(), itsOwnStatus);
-}
+        const ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
+        const auto found = plain.among(applications);
+        QVERIFY(found);
+        QCOMPARE(found->localizedName, u"Tolvane Brevok"_s);
+        QCOMPARE(found->bundlePath, path(u"a/bin/tolvane-brevok"_s));
+        const auto other = renamed.among(applications);
+        QVERIFY(other);
+        QCOMPARE(other->localizedName, u"Other"_s);
+        QCOMPARE(other->bundleVersion, u"7"_s);
+        QVERIFY(!different.among(applications));
 
-void DesktopSessionTest::webPagesAreHandedToTheDesktop_data()
-{
-    QTest::addColumn<QString>("url");
-    QTest::addColumn<QByteArray>("argument");
-    QTest::newRow("https") << u"https://example.com/a b?c=$(id)&d='e'"_s
-                           << "https://example.com/a%20b?c=$(id)&d='e'\n1\n"_ba;
-    QTest::newRow("http") << u"http://example.com/"_s << "http://example.com/\n1\n"_ba;
-    QTest::newRow("file") << u"file:///etc/passwd"_s << QByteArray();
-    QTest::newRow("no host") << u"https:///x"_s << QByteArray();
-    QTest::newRow("option") << u"--help"_s << QByteArray();
-    QTest::newRow("nothing") << QString() << QByteArray();
-    QTest::newRow("no browser") << u"https://example.com/none"_s << QByteArray();
-}
-
-void DesktopSessionTest::webPagesAreHandedToTheDesktop()
-{
-    QFETCH(QString, url);
-    QFETCH(QByteArray, argument);
-    const QString opener = path(u"xdg-open"_s);
-    const QString seen = path(u"seen"_s);
-    QVERIFY(writeFile(opener,
-        "#!/bin/sh\ncase $1 in *none) exit 3;; esac\nprintf '%s\\n%s\\n' \"$1\" $# > '"
-            + QFile::encodeName(seen) + ".part'\nmv '" + QFile::encodeName(seen) + ".part' '"
-            + QFile::encodeName(seen) + "'\n"));
-    QVERIFY(QFile::setPermissions(opener, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
-    const QByteArray before = qgetenv("PATH");
-    qputenv("PATH", QFile::encodeName(path()) + ':' + before);
-    XdgUrlOpener desktop;
-    const QSignalSpy failed(&desktop, &UrlOpener::failed);
-    desktop.open(QUrl(url));
-    qputenv("PATH", before);
-    QTRY_VERIFY(QFileInfo::exists(seen) || !failed.isEmpty());
-    QCOMPARE(failed.isEmpty(), !argument.isEmpty());
-    if (failed.isEmpty()) {
-        QCOMPARE(contentsOf(seen), argument);
-    } else {
-        QCOMPARE(failed[0][0].toUrl(), QUrl(url));
+        const ProcRunningApplications own(MainBundle(QCoreApplication::applicationFilePath(), path()));
+        const QList<RunningApplication> others = own.list();
+        QVERIFY(std::none_of(others.cbegin(), others.cend(),
+            [](const auto &each) { return each.processId == QCoreApplication::applicationPid(); }));
     }
-}
 
-void DesktopSessionTest::foldersFollowTheEnvironment_data()
-{
-    QTest::addColumn<QByteArray>("value");
-    QTest::addColumn<QString>("configuration");
-    QTest::addColumn<QString>("data");
-    QTest::addColumn<QString>("state");
-    QTest::newRow("set") << "/x/y/"_ba << u"/x/y"_s << u"/x/y"_s << u"/x/y"_s;
-    const QString home = QDir::homePath();
-    for (const char *unset : {"", "relative/folder"}) {
-        QTest::addRow("\"%s\"", unset) << QByteArray(unset) << home + u"/.config"_s
-                                       << home + u"/.local/share"_s << home + u"/.local/state"_s;
-    }
-}
+    void onlyTheMeantProcessIsTerminated()
+    {
+        QVERIFY(writeFile(path(u"A.app/Contents/Info.plist"_s), propertyList({{u"CFBundleName"_s, u"A"_s}})));
+        Sleeper program(path(u"A.app/a"_s));
+        Sleeper neighbour(path(u"A.app/b"_s));
+        ProcRunningApplications applications(MainBundle(u"/usr/bin/tolvane-brevok"_s, path()));
+        const auto found = program.among(applications);
+        QVERIFY(found);
 
-void DesktopSessionTest::foldersFollowTheEnvironment()
-{
-    QFETCH(QByteArray, value);
-    QFETCH(QString, configuration);
-    QFETCH(QString, data);
-    QFETCH(QString, state);
-    constexpr std::array names = {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
-    QByteArrayList before;
-    for (const char *name : names) {
-        before.append(qgetenv(name));
-        qputenv(name, value);
+        RunningApplication replaced = *found;
+        ++replaced.startTime;
+        QVERIFY(!applications.terminate(replaced));
+        QVERIFY(!applications.terminate({}));
+        QCOMPARE(program.process.state(), QProcess::Running);
+
+        QVERIFY(applications.terminate(*found));
+        QVERIFY(program.process.waitForFinished());
+        QCOMPARE(program.process.exitStatus(), QProcess::CrashExit); // by the signal
+        QVERIFY(!applications.terminate(*found));
+        QCOMPARE(neighbour.process.state(), QProcess::Running);
     }
-    const StandardFolders folders = standardFoldersForUser();
-    for (const char *name : names) {
-        qputenv(name, before.takeFirst());
+
+    void notificationsReachOtherProcesses()
+    {
+        DBusNotifications notifications(QDBusConnection::sessionBus());
+        QSignalSpy heard(&notifications, &DistributedNotifications::posted);
+        notifications.observe(notificationName(), u"openPanel"_s);
+        notifications.post(notificationName(), u"openPanel"_s); // heard by others alone
+        for (int round = 1; round <= 10; ++round) {
+            for (const QString &object : {u"willTerminate"_s, u"openPanel"_s}) {
+                QProcess poster;
+                poster.start(QCoreApplication::applicationFilePath(), {u"--post"_s, object});
+                QVERIFY(poster.waitForFinished());
+                QCOMPARE(poster.exitCode(), 0);
+            }
+            QTRY_COMPARE(heard.size(), round);
+        }
+        QCOMPARE(heard.constFirst(), (QVariantList{notificationName(), u"openPanel"_s}));
     }
-    QCOMPARE(folders.settingsFile, configuration + u"/tolvane/brevok.conf"_s);
-    QCOMPARE(folders.autostart, configuration + u"/autostart"_s);
-    QCOMPARE(folders.dataFolder(), data + u"/Tolvane Brevok"_s);
-    QCOMPARE(folders.logFile(), state + u"/tolvane-brevok/Logs/orlec.log"_s);
-}
+
+    void withoutABusNothingIsPosted()
+    {
+        const LogCapture log;
+        DBusNotifications notifications(QDBusConnection(u"no such connection"_s));
+        notifications.observe(notificationName(), u"openPanel"_s);
+        notifications.post(notificationName(), u"openPanel"_s);
+        QCOMPARE(
+            log.lines(), QStringList{u"There is no session bus: other programs cannot be told anything."_s});
+    }
+
+    void whoEndsIsNotEndedOnceMore()
+    {
+        QProcess program;
+        program.start(QCoreApplication::applicationFilePath(), {u"--ending"_s});
+        QVERIFY(program.waitForFinished());
+        QCOMPARE(program.exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program.exitCode(), itsOwnStatus);
+    }
+
+    void webPagesAreHandedToTheDesktop_data()
+    {
+        const Table<QString, QByteArray> row;
+        row("https", u"https://example.com/a b?c=$(id)&d='e'"_s,
+            "https://example.com/a%20b?c=$(id)&d='e'\n1\n"_ba);
+        row("http", u"http://example.com/"_s, "http://example.com/\n1\n"_ba);
+        row("file", u"file:///etc/passwd"_s, {});
+        row("no host", u"https:///x"_s, {});
+        row("option", u"--help"_s, {});
+        row("nothing", {}, {});
+        row("no browser", u"https://example.com/none"_s, {});
+    }
+
+    void webPagesAreHandedToTheDesktop()
+    {
+        const auto [url, argument] = columns<QString, QByteArray>();
+        const QString opener = path(u"xdg-open"_s);
+        const QString seen = path(u"seen"_s);
+        QVERIFY(writeFile(opener,
+            "#!/bin/sh\ncase $1 in *none) exit 3;; esac\nprintf '%s\\n%s\\n' \"$1\" $# > '"
+                + QFile::encodeName(seen) + ".part'\nmv '" + QFile::encodeName(seen) + ".part' '"
+                + QFile::encodeName(seen) + "'\n"));
+        QVERIFY(QFile::setPermissions(opener, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        const QByteArray before = qgetenv("PATH");
+        qputenv("PATH", QFile::encodeName(path()) + ':' + before);
+        XdgUrlOpener desktop;
+        const QSignalSpy failed(&desktop, &UrlOpener::failed);
+        desktop.open(QUrl(url));
+        qputenv("PATH", before);
+        QTRY_VERIFY(QFileInfo::exists(seen) || !failed.isEmpty());
+        QCOMPARE(failed.isEmpty(), !argument.isEmpty());
+        if (failed.isEmpty()) {
+            QCOMPARE(contentsOf(seen), argument);
+        } else {
+            QCOMPARE(failed[0][0].toUrl(), QUrl(url));
+        }
+    }
+
+    void foldersFollowTheEnvironment()
+    {
+        const QString home = QDir::homePath();
+        constexpr std::array names = {"XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"};
+        for (const QByteArray value : {"/x/y/", "", "relative/folder"}) {
+            QByteArrayList before;
+            for (const char *name : names) {
+                before.append(qgetenv(name));
+                qputenv(name, value);
+            }
+            const StandardFolders folders = standardFoldersForUser();
+            for (const char *name : names) {
+                qputenv(name, before.takeFirst());
+            }
+            const bool counts = value.startsWith('/');
+            const auto in = [&](const char *usual) {
+                return counts ? u"/x/y"_s : home + QLatin1StringView(usual);
+            };
+            QCOMPARE(folders.settingsFile, in("/.config") + u"/tolvane/brevok.conf"_s);
+            QCOMPARE(folders.autostart, in("/.config") + u"/autostart"_s);
+            QCOMPARE(folders.dataFolder(), in("/.local/share") + u"/Tolvane Brevok"_s);
+            QCOMPARE(folders.logFile(), in("/.local/state") + u"/tolvane-brevok/Logs/orlec.log"_s);
+        }
+    }
+};
 
 int main(int argc, char **argv)
 {

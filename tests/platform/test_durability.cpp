@@ -11,6 +11,7 @@
 #include "support/Folders.h"
 #include "support/SampleBundles.h"
 #include "support/Stored.h"
+#include "support/Table.h"
 #include "support/ZipWriter.h"
 
 #include <QCoreApplication>
@@ -65,7 +66,7 @@ int install(const QString &folder)
     LinuxFileOperations files;
     const QString part = folder + u"/a.zip.part"_s;
     std::optional<BrevokError> error;
-    if (!testing::writeFile(part, testing::contentsOf(folder + u"/sent"_s))
+    if (!writeFile(part, contentsOf(folder + u"/sent"_s))
         || !renameDurably(part, folder + u"/a.zip"_s, &error)) {
         return 1;
     }
@@ -107,91 +108,86 @@ class DurabilityTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void whatIsConfirmedSurvivesAPowerCut();
-    void whatIsInstalledSurvivesAPowerCut_data();
-    void whatIsInstalledSurvivesAPowerCut();
+    void whatIsConfirmedSurvivesAPowerCut()
+    {
+        const QTemporaryDir scratch;
+        const QStringList calls = recordedCalls(u"--work"_s, scratch.path());
+        QSet<QString> unsynced; // names, and the folder while a name in it is new or gone
+        int confirmations = 0;
+        for (const QString &call : calls) {
+            const QStringList words = call.split(u' ');
+            const QString &what = words.first();
+            // What comes in a removed file's place is new.
+            if (what == u"write"_s || call == u"remove brevok.conf.new"_s) {
+                unsynced.insert(words[1]);
+            } else if (what == u"sync"_s) {
+                unsynced.remove(words[1]);
+            } else if (call.endsWith(u"confirmed"_s)) {
+                const QString file = call.contains(u"settings"_s) ? u"brevok.conf"_s : u"state.sqlite"_s;
+                QVERIFY2(
+                    !unsynced.contains(file) && !unsynced.contains(u"."_s), qPrintable(calls.join(u'\n')));
+                ++confirmations;
+            } else if (call == u"rename brevok.conf.new brevok.conf"_s) {
+                // The new file, and what it no longer holds.
+                for (const QString &name : std::as_const(unsynced)) {
+                    QVERIFY2(name != words[1] && !name.startsWith(u"brevok.conf.odd"_s),
+                        qPrintable(calls.join(u'\n')));
+                }
+                unsynced.insert(u"."_s);
+            } else if (call == u"remove state.sqlite-journal"_s) {
+                QVERIFY2(!unsynced.contains(u"state.sqlite"_s), qPrintable(calls.join(u'\n')));
+                unsynced.insert(u"."_s); // a journal that comes back would undo the commit
+            }
+        }
+        QCOMPARE(confirmations, 4);
+        QCOMPARE(calls.count(u"rename brevok.conf.new brevok.conf"_s), 2);
+        QVERIFY(!calls.filter(u"write brevok.conf.odd.unusable"_s).isEmpty());
+        QVERIFY(calls.contains(u"sync state.sqlite-journal"_s) && calls.contains(u"sync state.sqlite"_s));
+    }
+
+    void whatIsInstalledSurvivesAPowerCut_data()
+    {
+        const Table<int, int> row; // files, and most syncs of the plug-in and its copy
+        row("few", 2, 20);
+        row("many", 400, 100);
+    }
+
+    // A name is given to what is on the disk as a whole, and the name gets there too.
+    void whatIsInstalledSurvivesAPowerCut()
+    {
+        const auto [files, mostSyncs] = columns<int, int>();
+        const QTemporaryDir scratch;
+        const QString archive = scratch.filePath(u"sent"_s);
+        QList<ZipMember> items;
+        for (int i = 0; i < files; ++i) {
+            items.append({"A.InDesignPlugin/Contents/" + QByteArray::number(i), "content"});
+        }
+        QVERIFY(writeFile(archive, zipArchive(items)));
+        QSet<QString> unsynced;
+        int renamed = 0;
+        const QStringList calls = recordedCalls(u"--install"_s, scratch.path());
+        QVERIFY(calls.filter(u"sync"_s).size() < mostSyncs);
+        for (const QString &call : calls) {
+            const QStringList words = call.split(u' ');
+            if (words[0] == u"write"_s || words[0] == u"make"_s) {
+                unsynced.insert(words[1]);
+            } else if (words[0] == u"sync"_s || words[0] == u"remove"_s) {
+                unsynced.remove(words[1]);
+            } else if (words[0] == u"syncfs"_s) {
+                unsynced.clear();
+            } else if (words[0] == u"rename"_s) {
+                for (const QString &name : std::as_const(unsynced)) {
+                    QVERIFY2(!(name + u'/').startsWith(words[1] + u'/'), qPrintable(call + u": "_s + name));
+                }
+                unsynced.insert(u"."_s);
+                ++renamed;
+            }
+        }
+        QCOMPARE(renamed, 3);
+        unsynced.removeIf([](const QString &name) { return name.startsWith(u".tolvane"_s); }); // gone again
+        QCOMPARE(unsynced, QSet<QString>());
+    }
 };
-
-void DurabilityTest::whatIsConfirmedSurvivesAPowerCut()
-{
-    const QTemporaryDir scratch;
-    const QStringList calls = recordedCalls(u"--work"_s, scratch.path());
-    QSet<QString> unsynced; // names, and the folder while a name in it is new or gone
-    int confirmations = 0;
-    for (const QString &call : calls) {
-        const QStringList words = call.split(u' ');
-        const QString &what = words.first();
-        // What comes in a removed file's place is new.
-        if (what == u"write"_s || call == u"remove brevok.conf.new"_s) {
-            unsynced.insert(words[1]);
-        } else if (what == u"sync"_s) {
-            unsynced.remove(words[1]);
-        } else if (call.endsWith(u"confirmed"_s)) {
-            const QString file = call.contains(u"settings"_s) ? u"brevok.conf"_s : u"state.sqlite"_s;
-            QVERIFY2(!unsynced.contains(file) && !unsynced.contains(u"."_s), qPrintable(calls.join(u'\n')));
-            ++confirmations;
-        } else if (call == u"rename brevok.conf.new brevok.conf"_s) {
-            // The new file, and what it no longer holds.
-            for (const QString &name : std::as_const(unsynced)) {
-                QVERIFY2(name != words[1] && !name.startsWith(u"brevok.conf.odd"_s),
-                    qPrintable(calls.join(u'\n')));
-            }
-            unsynced.insert(u"."_s);
-        } else if (call == u"remove state.sqlite-journal"_s) {
-            QVERIFY2(!unsynced.contains(u"state.sqlite"_s), qPrintable(calls.join(u'\n')));
-            unsynced.insert(u"."_s); // a journal that comes back would undo the commit
-        }
-    }
-    QCOMPARE(confirmations, 4);
-    QCOMPARE(calls.count(u"rename brevok.conf.new brevok.conf"_s), 2);
-    QVERIFY(!calls.filter(u"write brevok.conf.odd.unusable"_s).isEmpty());
-    QVERIFY(calls.contains(u"sync state.sqlite-journal"_s) && calls.contains(u"sync state.sqlite"_s));
-}
-
-void DurabilityTest::whatIsInstalledSurvivesAPowerCut_data()
-{
-    QTest::addColumn<int>("files");
-    QTest::addColumn<int>("mostSyncs"); // of the plug-in and its copy
-    QTest::newRow("few") << 2 << 20;
-    QTest::newRow("many") << 400 << 100;
-}
-
-// A name is given to what is on the disk as a whole, and the name gets there too.
-void DurabilityTest::whatIsInstalledSurvivesAPowerCut()
-{
-    QFETCH(const int, files);
-    QFETCH(const int, mostSyncs);
-    const QTemporaryDir scratch;
-    const QString archive = scratch.filePath(u"sent"_s);
-    QList<ZipMember> items;
-    for (int i = 0; i < files; ++i) {
-        items.append({"A.InDesignPlugin/Contents/" + QByteArray::number(i), "content"});
-    }
-    QVERIFY(testing::writeFile(archive, zipArchive(items)));
-    QSet<QString> unsynced;
-    int renamed = 0;
-    const QStringList calls = recordedCalls(u"--install"_s, scratch.path());
-    QVERIFY(calls.filter(u"sync"_s).size() < mostSyncs);
-    for (const QString &call : calls) {
-        const QStringList words = call.split(u' ');
-        if (words[0] == u"write"_s || words[0] == u"make"_s) {
-            unsynced.insert(words[1]);
-        } else if (words[0] == u"sync"_s || words[0] == u"remove"_s) {
-            unsynced.remove(words[1]);
-        } else if (words[0] == u"syncfs"_s) {
-            unsynced.clear();
-        } else if (words[0] == u"rename"_s) {
-            for (const QString &name : std::as_const(unsynced)) {
-                QVERIFY2(!(name + u'/').startsWith(words[1] + u'/'), qPrintable(call + u": "_s + name));
-            }
-            unsynced.insert(u"."_s);
-            ++renamed;
-        }
-    }
-    QCOMPARE(renamed, 3);
-    unsynced.removeIf([](const QString &name) { return name.startsWith(u".tolvane"_s); }); // gone again
-    QCOMPARE(unsynced, QSet<QString>());
-}
 
 int main(int argc, char **argv)
 {

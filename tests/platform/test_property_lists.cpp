@@ -2,11 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/PropertyLists.h"
+#include "support/FolderTest.h"
 #include "support/SampleBundles.h"
+#include "support/Table.h"
 
 #include <QRandomGenerator>
-#include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QtEndian>
 #include <QTest>
 
@@ -17,8 +17,8 @@
 #include <sys/stat.h>
 
 using namespace brevok;
+using namespace brevok::testing;
 using namespace Qt::StringLiterals;
-using testing::writeFile;
 
 namespace {
 
@@ -72,145 +72,127 @@ QByteArray nestedArrays(int levels, int width)
 
 } // namespace
 
-class PropertyListsTest : public QObject {
+class PropertyListsTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-
-    void everyTypeIsRead_data();
-    void everyTypeIsRead();
-    void whatIsNoDictionaryReadsAsAbsent_data();
-    void whatIsNoDictionaryReadsAsAbsent();
-    void otherThanFilesReadAsAbsent();
-    void damagedListsDoNoHarm();
-    void theProgramKnowsItself();
-
-private:
-    [[nodiscard]] QString path(const QString &name) const { return m_folder.filePath(name); }
-
-    QTemporaryDir m_folder;
-};
-
-void PropertyListsTest::everyTypeIsRead_data()
-{
-    QTest::addColumn<bool>("isBinary");
-    QTest::newRow("xml") << false;
-    QTest::newRow("binary") << true;
-}
-
-void PropertyListsTest::everyTypeIsRead()
-{
-    QFETCH(bool, isBinary);
-    const QByteArray text =
-        xml("<dict><key>Tëxt</key><string>Grüße &amp; <![CDATA[<dict>]]> 😀</string>"
-            "<key>empty</key><string></string><key>yes</key><true/><key>no</key><false/>"
-            "<key>int</key><integer>14012</integer><key>minus</key><integer>-5</integer>"
-            "<key>long</key><integer>9007199254740993</integer><key>real</key><real>1.5</real>"
-            "<key>date</key><date>2019-11-05T06:07:08Z</date><key>data</key><data>AP8K</data>"
-            "<key>list</key><array><string>a</string><dict><key>b</key><array/></dict></array>"
-            "</dict>");
-    const QString file = path(u"types.plist"_s);
-    QVERIFY(writeFile(file, isBinary ? binary(text) : text));
-    const Record expected = {{u"Tëxt"_s, u"Grüße & <dict> 😀"_s}, {u"empty"_s, u""_s}, {u"yes"_s, true},
-        {u"no"_s, false}, {u"int"_s, 14012}, {u"minus"_s, -5}, {u"long"_s, qint64(9007199254740993)},
-        {u"real"_s, 1.5}, {u"date"_s, u"2019-11-05T06:07:08Z"_s}, {u"data"_s, u"AP8K"_s},
-        {u"list"_s, QJsonArray{u"a"_s, QJsonObject{{u"b"_s, QJsonArray()}}}}};
-    QCOMPARE(readPropertyList(file), std::optional(expected));
-}
-
-void PropertyListsTest::whatIsNoDictionaryReadsAsAbsent_data()
-{
-    constexpr int many = 300'000;
-    const QByteArray dictionary = xml("<dict><key>a</key><string>b</string></dict>");
-    QTest::addColumn<QByteArray>("contents");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("text") << "CFBundleVersion = 1"_ba;
-    QTest::newRow("magic only") << "bplist00"_ba;
-    QTest::newRow("list") << xml("<array><string>a</string></array>");
-    QTest::newRow("cut short") << dictionary.first(dictionary.size() / 2);
-    QTest::newRow("binary cut short") << binary(dictionary).chopped(9);
-    QTest::newRow("utf-16") << "\xff\xfe<\0p\0l\0i\0s\0t\0>\0"_ba;
-    QTest::newRow("too large") << xml(
-        "<dict><key>a</key><string>" + QByteArray(4 << 20, 'x') + "</string></dict>");
-    QTest::newRow("deep xml") << xml("<dict><key>a</key>" + QByteArray("<array>").repeated(many)
-        + QByteArray("</array>").repeated(many) + "</dict>");
-    QTest::newRow("deep xml past comments")
-        << xml("<dict><key>a</key>" + QByteArray("<!--</array>--><array>").repeated(many / 4) + "</dict>");
-    QTest::newRow("deep binary") << nestedArrays(many, 1);
-    QTest::newRow("unfolds without end") << nestedArrays(30, 14);
-    QTest::newRow("holds itself") << binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(0, 4), "\x51k"_ba});
-    QTest::newRow("objects outside") << binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(77, 4), "\x51k"_ba});
-    for (const char kind : {'\x53', '\x61', '\x13', '\x43'}) {
-        const QByteArray key = kind + "a\0b"_ba;
-        QTest::addRow("key of kind %x with a NUL", unsigned(kind)) << binaryOf(
-            {"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), kind == '\x61' ? "\x61\0\0"_ba : key, "\x51v"_ba});
-    }
-    QTest::newRow("endless text") << binaryOf(
-        {"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), "\x51k"_ba, "\x5f\x13\x7f" + QByteArray(7, '\xff')});
-}
-
-void PropertyListsTest::whatIsNoDictionaryReadsAsAbsent()
-{
-    QFETCH(QByteArray, contents);
-    const QString file = path(u"broken.plist"_s);
-    QVERIFY(writeFile(file, contents));
-    QCOMPARE(readPropertyList(file), std::optional<Record>());
-}
-
-void PropertyListsTest::otherThanFilesReadAsAbsent()
-{
-    const QString fifo = path(u"fifo"_s);
-    QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
-    for (const QString &place : {fifo, m_folder.path(), path(u"absent"_s), u"/dev/zero"_s}) {
-        QVERIFY2(!readPropertyList(place), qPrintable(place));
-    }
-}
-
-void PropertyListsTest::damagedListsDoNoHarm()
-{
-    const QByteArray text =
-        xml("<dict><key>list</key><array><integer>1</integer><string>text</string>"
-            "<dict><key>x</key><real>2.5</real><key>y</key><data>AAEC</data></dict></array>"
-            "<key>name</key><string>Ünïcode</string></dict>");
-    const std::array sources = {text, binary(text)};
-    QRandomGenerator random(20260301);
-    int read = 0;
-    for (int round = 0; round < 3000; ++round) {
-        QByteArray bytes = sources[static_cast<size_t>(round % 2)];
-        for (int change = random.bounded(1, 5); change > 0; --change) {
-            bytes[random.bounded(static_cast<int>(bytes.size()))] = static_cast<char>(random.bounded(256));
+    void everyTypeIsRead()
+    {
+        const QByteArray text =
+            xml("<dict><key>Tëxt</key><string>Grüße &amp; <![CDATA[<dict>]]> 😀</string>"
+                "<key>empty</key><string></string><key>yes</key><true/><key>no</key><false/>"
+                "<key>int</key><integer>14012</integer><key>minus</key><integer>-5</integer>"
+                "<key>long</key><integer>9007199254740993</integer><key>real</key><real>1.5</real>"
+                "<key>date</key><date>2019-11-05T06:07:08Z</date><key>data</key><data>AP8K</data>"
+                "<key>list</key><array><string>a</string><dict><key>b</key><array/></dict></array>"
+                "</dict>");
+        const QString file = path(u"types.plist"_s);
+        const Record expected = {{u"Tëxt"_s, u"Grüße & <dict> 😀"_s}, {u"empty"_s, u""_s}, {u"yes"_s, true},
+            {u"no"_s, false}, {u"int"_s, 14012}, {u"minus"_s, -5}, {u"long"_s, qint64(9007199254740993)},
+            {u"real"_s, 1.5}, {u"date"_s, u"2019-11-05T06:07:08Z"_s}, {u"data"_s, u"AP8K"_s},
+            {u"list"_s, QJsonArray{u"a"_s, QJsonObject{{u"b"_s, QJsonArray()}}}}};
+        for (const QByteArray &list : {text, binary(text)}) {
+            QVERIFY(writeFile(file, list));
+            QCOMPARE(readPropertyList(file), std::optional(expected));
         }
-        const QString file = path(u"damaged %1.plist"_s.arg(round)); // writing one again and again is slow
-        QVERIFY(writeFile(file, bytes));
-        read += readPropertyList(file) ? 1 : 0;
     }
-    QVERIFY(read > 0 && read < 3000);
-}
 
-void PropertyListsTest::theProgramKnowsItself()
-{
-    const QString executable = path(u"bin/tolvane-brevok"_s);
-    const MainBundle bare = MainBundle::ofExecutable(executable);
-    QCOMPARE(bare.bundlePath(), executable);
-    QCOMPARE(bare.identifier(), u"com.tolvane.brevok"_s);
-    QCOMPARE(bare.displayNames(), QStringList(2, u"Tolvane Brevok"_s));
-    QCOMPARE(bare.version(), QString());
-    QCOMPARE(bare.resourcePath(u"Info"_s, u"plist"_s), QString());
+    void whatIsNoDictionaryReadsAsAbsent_data()
+    {
+        const Table<QByteArray> row;
+        constexpr int many = 300'000;
+        const QByteArray dictionary = xml("<dict><key>a</key><string>b</string></dict>");
+        row("empty", QByteArray());
+        row("text", "CFBundleVersion = 1"_ba);
+        row("magic only", "bplist00"_ba);
+        row("list", xml("<array><string>a</string></array>"));
+        row("cut short", dictionary.first(dictionary.size() / 2));
+        row("binary cut short", binary(dictionary).chopped(9));
+        row("utf-16", "\xff\xfe<\0p\0l\0i\0s\0t\0>\0"_ba);
+        row("too large", xml("<dict><key>a</key><string>" + QByteArray(4 << 20, 'x') + "</string></dict>"));
+        row("deep xml",
+            xml("<dict><key>a</key>" + QByteArray("<array>").repeated(many)
+                + QByteArray("</array>").repeated(many) + "</dict>"));
+        row("deep xml past comments",
+            xml("<dict><key>a</key>" + QByteArray("<!--</array>--><array>").repeated(many / 4) + "</dict>"));
+        row("deep binary", nestedArrays(many, 1));
+        row("unfolds without end", nestedArrays(30, 14));
+        row("holds itself", binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(0, 4), "\x51k"_ba}));
+        row("objects outside", binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(77, 4), "\x51k"_ba}));
+        for (const char kind : {'\x53', '\x61', '\x13', '\x43'}) {
+            const QByteArray key = kind + "a\0b"_ba;
+            row("key with a NUL, of kind " + QByteArray::number(kind, 16),
+                binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), kind == '\x61' ? "\x61\0\0"_ba : key,
+                    "\x51v"_ba}));
+        }
+        row("endless text",
+            binaryOf({"\xd1" + bigEndian(1, 4) + bigEndian(2, 4), "\x51k"_ba,
+                "\x5f\x13\x7f" + QByteArray(7, '\xff')}));
+    }
 
-    const QString information = path(u"share/tolvane-brevok/Info.plist"_s);
-    QVERIFY(writeFile(information,
-        testing::propertyList(
-            {{u"CFBundleIdentifier"_s, u"com.example.other"_s}, {u"CFBundleName"_s, u"TB"_s},
+    void whatIsNoDictionaryReadsAsAbsent()
+    {
+        const auto [contents] = columns<QByteArray>();
+        const QString file = path(u"broken.plist"_s);
+        QVERIFY(writeFile(file, contents));
+        QCOMPARE(readPropertyList(file), std::optional<Record>());
+    }
+
+    void otherThanFilesReadAsAbsent()
+    {
+        const QString fifo = path(u"fifo"_s);
+        QCOMPARE(::mkfifo(QFile::encodeName(fifo).constData(), 0600), 0);
+        for (const QString &place : {fifo, path(), path(u"absent"_s), u"/dev/zero"_s}) {
+            QVERIFY2(!readPropertyList(place), qPrintable(place));
+        }
+    }
+
+    void damagedListsDoNoHarm()
+    {
+        const QByteArray text =
+            xml("<dict><key>list</key><array><integer>1</integer><string>text</string>"
+                "<dict><key>x</key><real>2.5</real><key>y</key><data>AAEC</data></dict></array>"
+                "<key>name</key><string>Ünïcode</string></dict>");
+        const std::array sources = {text, binary(text)};
+        QRandomGenerator random(20260301);
+        int read = 0;
+        for (int round = 0; round < 3000; ++round) {
+            QByteArray bytes = sources[static_cast<size_t>(round % 2)];
+            for (int change = random.bounded(1, 5); change > 0; --change) {
+                bytes[random.bounded(static_cast<int>(bytes.size()))] =
+                    static_cast<char>(random.bounded(256));
+            }
+            const QString file =
+                path(u"damaged %1.plist"_s.arg(round)); // writing one again and again is slow
+            QVERIFY(writeFile(file, bytes));
+            read += readPropertyList(file) ? 1 : 0;
+        }
+        QVERIFY(read > 0 && read < 3000);
+    }
+
+    void theProgramKnowsItself()
+    {
+        const QString executable = path(u"bin/tolvane-brevok"_s);
+        const MainBundle bare = MainBundle::ofExecutable(executable);
+        QCOMPARE(bare.bundlePath(), executable);
+        QCOMPARE(bare.identifier(), u"com.tolvane.brevok"_s);
+        QCOMPARE(bare.displayNames(), QStringList(2, u"Tolvane Brevok"_s));
+        QCOMPARE(bare.version(), QString());
+        QCOMPARE(bare.resourcePath(u"Info"_s, u"plist"_s), QString());
+
+        const QString information = path(u"share/tolvane-brevok/Info.plist"_s);
+        QVERIFY(writeFile(information,
+            propertyList({{u"CFBundleIdentifier"_s, u"com.example.other"_s}, {u"CFBundleName"_s, u"TB"_s},
                 {u"CFBundleDisplayName"_s, u"Other"_s}, {u"CFBundleVersion"_s, u"100"_s}})));
-    const MainBundle named = MainBundle::ofExecutable(executable);
-    QCOMPARE(named.identifier(), u"com.example.other"_s);
-    QCOMPARE(named.displayNames(), (QStringList{u"TB"_s, u"Other"_s}));
-    QCOMPARE(named.version(), u"100"_s);
-    QCOMPARE(named.shortVersion(), u"100"_s);
-    QCOMPARE(named.resourcePath(u"Info"_s, u"plist"_s), information);
-    QCOMPARE(named.resourcePath(u"Tolvane"_s, u"xml"_s), QString());
-}
+        const MainBundle named = MainBundle::ofExecutable(executable);
+        QCOMPARE(named.identifier(), u"com.example.other"_s);
+        QCOMPARE(named.displayNames(), (QStringList{u"TB"_s, u"Other"_s}));
+        QCOMPARE(named.version(), u"100"_s);
+        QCOMPARE(named.shortVersion(), u"100"_s);
+        QCOMPARE(named.resourcePath(u"Info"_s, u"plist"_s), information);
+        QCOMPARE(named.resourcePath(u"Tolvane"_s, u"xml"_s), QString());
+    }
+};
 
 QTEST_GUILESS_MAIN(PropertyListsTest)
 

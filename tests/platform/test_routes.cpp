@@ -3,10 +3,11 @@
 
 #include "platform/linux/network/RouteTable.h"
 #include "platform/linux/network/RouteTableLookup.h"
+#include "support/FolderTest.h"
+#include "support/Table.h"
 
 #include <QCoreApplication>
 #include <QProcess>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -64,124 +65,92 @@ QByteArray ipv4Head()
 
 } // namespace
 
-class RoutesTest : public QObject {
+class RoutesTest : public testing::FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-
-    void tablesTellOfTheInternet_data();
-    void tablesTellOfTheInternet();
-    void networksOfTheLinkAreDirect_data();
-    void networksOfTheLinkAreDirect();
-    void localAddressesAreReachable_data();
-    void localAddressesAreReachable();
-    void anUnpluggedMachineReachesNothing();
-    void theNotifierCanBeStopped();
-};
-
-void RoutesTest::tablesTellOfTheInternet_data()
-{
-    QTest::addColumn<QByteArray>("ipv4");
-    QTest::addColumn<QByteArray>("ipv6");
-    QTest::addColumn<bool>("reaches");
-    const auto ipv4 = [](const char *name, const QByteArray &lines, bool reaches) {
-        QTest::newRow(name) << ipv4Head() + lines << QByteArray() << reaches;
-    };
-    const auto ipv6 = [](const char *name, const QByteArray &rest, bool reaches) {
+    void tablesTellOfTheInternet_data()
+    {
+        const testing::Table<QByteArray, bool> row;
         const QByteArray zero(32, '0');
-        QTest::newRow(name) << ipv4Head() << zero + ' ' + rest << reaches;
-    };
-    const QByteArray zero(32, '0');
-    ipv4("default", "eth0\t00000000\t010200C0\t0003\t0\t0\t0\t00000000\t0\t0\t0   \n", true);
-    ipv4("point to point", "ppp0\t00000000\t00000000\t0001\t0\t0\t0\t00000000\t0\t0\t0\n", true);
-    ipv4("half", "tun0\t00000080\t0100000A\t0003\t0\t0\t0\t00000080\t0\t0\t0\n", true);
-    ipv4("link only", "eth0\t000200C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0\n", false);
-    ipv4("down", "eth0\t00000000\t010200C0\t0002\t0\t0\t0\t00000000\t0\t0\t0\n", false);
-    ipv4("reject", "*\t00000000\t00000000\t0201\t0\t0\t0\t00000000\t0\t0\t0\n", false);
-    ipv4("loopback", "lo\t00000000\t00000000\t0001\t0\t0\t0\t00000000\t0\t0\t0\n", false);
-    ipv4("cut short", "eth0\t00000000\t010200C0\t0003\t0", false);
-    ipv4("no numbers", "eth0\tx\ty\tz\t0\t0\t0\tw\t0\t0\t0\n", false);
-    ipv4("binary", QByteArray(5000, '\xff') + QByteArray(5000, '\0'), false);
-    ipv4("empty", "\n\n", false);
-    ipv6("default 6", "00 " + zero + " 00 fd" + QByteArray(30, '1') + " 00000400 1 0 00000003 eth0\n", true);
-    ipv6("unreachable 6", "00 " + zero + " 00 " + zero + " ffffffff 1 0 00200200 lo\n", false);
-    ipv6("too long 6", "ff " + zero + " 00 " + zero + " 0 1 0 00000003 eth0\n", false);
-    ipv6("cut short 6", "00 " + zero, false);
-}
-
-void RoutesTest::tablesTellOfTheInternet()
-{
-    QFETCH(QByteArray, ipv4);
-    QFETCH(QByteArray, ipv6);
-    QFETCH(bool, reaches);
-    QCOMPARE((RouteTable{.ipv4 = ipv4, .ipv6 = ipv6}.hasDefaultRoute()), reaches);
-}
-
-void RoutesTest::networksOfTheLinkAreDirect_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<bool>("direct");
-    QTest::newRow("link") << u"192.0.2.77"_s << true;
-    QTest::newRow("beyond") << u"198.51.100.1"_s << false;
-    QTest::newRow("gateway within the link") << u"192.0.2.200"_s << false;
-    QTest::newRow("link 6") << u"fd00::5"_s << true;
-    QTest::newRow("beyond 6") << u"2001:db8::1"_s << false;
-}
-
-void RoutesTest::networksOfTheLinkAreDirect()
-{
-    QFETCH(QString, address);
-    QFETCH(bool, direct);
-    const QByteArray zero(32, '0');
-    const RouteTable table{.ipv4 = ipv4Head() + "eth0\t00000000\t010200C0\t0003\t0\t0\t0\t00000000\t0\t0\t0\n"
-            + "eth0\t000200C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0\n"
-            + "eth0\tC00200C0\t010200C0\t0003\t0\t0\t0\tC0FFFFFF\t0\t0\t0\n",
-        .ipv6 = "fd" + QByteArray(30, '0') + " 40 " + zero + " 00 " + zero + " 100 1 0 00000001 eth0\n" + zero
-            + " 00 " + zero + " 00 fd" + QByteArray(29, '0') + "1 400 1 0 00000003 eth0\n"};
-    QCOMPARE(table.isDirect(InternetAddress::fromText(address)), direct);
-}
-
-void RoutesTest::localAddressesAreReachable_data()
-{
-    QTest::addColumn<QString>("host");
-    for (const char *host : {"127.0.0.1", "localhost", "LocalHost", "127.1.2.3"}) {
-        QTest::newRow(host) << QString::fromLatin1(host);
+        row("default", "eth0\t00000000\t010200C0\t0003\t0\t0\t0\t00000000\t0\t0\t0   \n", true);
+        row("point to point", "ppp0\t00000000\t00000000\t0001\t0\t0\t0\t00000000\t0\t0\t0\n", true);
+        row("half", "tun0\t00000080\t0100000A\t0003\t0\t0\t0\t00000080\t0\t0\t0\n", true);
+        row("link only", "eth0\t000200C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0\n", false);
+        row("down", "eth0\t00000000\t010200C0\t0002\t0\t0\t0\t00000000\t0\t0\t0\n", false);
+        row("reject", "*\t00000000\t00000000\t0201\t0\t0\t0\t00000000\t0\t0\t0\n", false);
+        row("loopback", "lo\t00000000\t00000000\t0001\t0\t0\t0\t00000000\t0\t0\t0\n", false);
+        row("cut short", "eth0\t00000000\t010200C0\t0003\t0", false);
+        row("no numbers", "eth0\tx\ty\tz\t0\t0\t0\tw\t0\t0\t0\n", false);
+        row("binary", QByteArray(5000, '\xff') + QByteArray(5000, '\0'), false);
+        row("empty", "\n\n", false);
+        row("default 6", "00 " + zero + " 00 fd" + QByteArray(30, '1') + " 00000400 1 0 00000003 eth0\n",
+            true);
+        row("unreachable 6", "00 " + zero + " 00 " + zero + " ffffffff 1 0 00200200 lo\n", false);
+        row("too long 6", "ff " + zero + " 00 " + zero + " 0 1 0 00000003 eth0\n", false);
+        row("cut short 6", "00 " + zero, false);
     }
-}
 
-void RoutesTest::localAddressesAreReachable()
-{
-    QFETCH(QString, host);
-    const RouteTableLookup lookup;
-    QCOMPARE(lookup.flagsForHost(host), std::optional<ReachabilityFlags>(Reachable | IsLocalAddress));
-    QCOMPARE(lookup.flagsForHost({}), std::optional<ReachabilityFlags>());
-    QCOMPARE(lookup.flagsForAddress({}), std::optional<ReachabilityFlags>());
-    // A name says no more than the way to the internet does, even one that cannot exist.
-    QCOMPARE(lookup.flagsForHost(u"no such host.invalid"_s),
-        lookup.flagsForAddress(InternetAddress::fromText(u"0.0.0.0"_s)));
-}
-
-void RoutesTest::anUnpluggedMachineReachesNothing()
-{
-    QProcess unplugged;
-    unplugged.setProcessChannelMode(QProcess::ForwardedChannels);
-    unplugged.start(QCoreApplication::applicationFilePath(), {u"--unplugged"_s});
-    QVERIFY(unplugged.waitForFinished());
-    if (unplugged.exitCode() == notPermitted) {
-        QSKIP("networks of one's own are not permitted here");
+    void tablesTellOfTheInternet()
+    {
+        const auto [lines, reaches] = testing::columns<QByteArray, bool>();
+        const bool isSix = testing::currentRow().endsWith(u" 6");
+        const RouteTable table{.ipv4 = ipv4Head() + (isSix ? QByteArray() : lines),
+            .ipv6 = isSix ? QByteArray(32, '0') + ' ' + lines : QByteArray()};
+        QCOMPARE(table.hasDefaultRoute(), reaches);
     }
-    QCOMPARE(unplugged.exitCode(), 0);
-}
 
-void RoutesTest::theNotifierCanBeStopped()
-{
-    RouteTableLookup lookup;
-    QVERIFY(lookup.startNotifier());
-    lookup.stopNotifier();
-    lookup.stopNotifier();
-    QVERIFY(lookup.startNotifier());
-}
+    void networksOfTheLinkAreDirect()
+    {
+        const QByteArray zero(32, '0');
+        const RouteTable table{.ipv4 = ipv4Head()
+                + "eth0\t00000000\t010200C0\t0003\t0\t0\t0\t00000000\t0\t0\t0\n"
+                + "eth0\t000200C0\t00000000\t0001\t0\t0\t0\t00FFFFFF\t0\t0\t0\n"
+                + "eth0\tC00200C0\t010200C0\t0003\t0\t0\t0\tC0FFFFFF\t0\t0\t0\n",
+            .ipv6 = "fd" + QByteArray(30, '0') + " 40 " + zero + " 00 " + zero + " 100 1 0 00000001 eth0\n"
+                + zero + " 00 " + zero + " 00 fd" + QByteArray(29, '0') + "1 400 1 0 00000003 eth0\n"};
+        // Beyond the link, and beyond a gateway within it.
+        for (const QString &address : {u"198.51.100.1"_s, u"192.0.2.200"_s, u"2001:db8::1"_s}) {
+            QVERIFY2(!table.isDirect(InternetAddress::fromText(address)), qPrintable(address));
+        }
+        QVERIFY(table.isDirect(InternetAddress::fromText(u"192.0.2.77"_s)));
+        QVERIFY(table.isDirect(InternetAddress::fromText(u"fd00::5"_s)));
+    }
+
+    void localAddressesAreReachable()
+    {
+        const RouteTableLookup lookup;
+        for (const QString &host : {u"127.0.0.1"_s, u"localhost"_s, u"LocalHost"_s, u"127.1.2.3"_s}) {
+            QVERIFY2(lookup.flagsForHost(host) == (Reachable | IsLocalAddress), qPrintable(host));
+        }
+        QCOMPARE(lookup.flagsForHost({}), std::optional<ReachabilityFlags>());
+        QCOMPARE(lookup.flagsForAddress({}), std::optional<ReachabilityFlags>());
+        // A name says no more than the way to the internet does, even one that cannot exist.
+        QCOMPARE(lookup.flagsForHost(u"no such host.invalid"_s),
+            lookup.flagsForAddress(InternetAddress::fromText(u"0.0.0.0"_s)));
+    }
+
+    void anUnpluggedMachineReachesNothing()
+    {
+        QProcess unplugged;
+        unplugged.setProcessChannelMode(QProcess::ForwardedChannels);
+        unplugged.start(QCoreApplication::applicationFilePath(), {u"--unplugged"_s});
+        QVERIFY(unplugged.waitForFinished());
+        if (unplugged.exitCode() == notPermitted) {
+            QSKIP("networks of one's own are not permitted here");
+        }
+        QCOMPARE(unplugged.exitCode(), 0);
+    }
+
+    void theNotifierCanBeStopped()
+    {
+        RouteTableLookup lookup;
+        QVERIFY(lookup.startNotifier());
+        lookup.stopNotifier();
+        lookup.stopNotifier();
+        QVERIFY(lookup.startNotifier());
+    }
+};
 
 int main(int argc, char **argv)
 {

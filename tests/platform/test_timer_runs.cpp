@@ -2,15 +2,17 @@
 // SPDX-License-Identifier: MIT
 
 #include "platform/linux/session/SystemdTimerRuns.h"
+#include "support/FolderTest.h"
+#include "support/Table.h"
 
 #include <QDBusConnection>
 #include <QDBusContext>
 #include <QDBusObjectPath>
 #include <QDBusVariant>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace brevok;
+using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -48,61 +50,52 @@ public:
     qulonglong next = 0;
 };
 
-class TimerRunsTest : public QObject {
+class TimerRunsTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void theNextRunIsTold_data();
-    void theNextRunIsTold();
+    void theNextRunIsTold_data()
+    {
+        const Table<qulonglong, QDateTime> row;
+        const QDateTime time = QDateTime::fromMSecsSinceEpoch(1795340400000);
+        row("a time", 1795340400000000ULL, time);
+        row("switched off", 0ULL, QDateTime());
+        row("never", std::numeric_limits<qulonglong>::max(), QDateTime());
+        row("no such timer", 1ULL, QDateTime());
+        row("no systemd", 1ULL, QDateTime());
+    }
+
+    void theNextRunIsTold()
+    {
+        const auto [microseconds, wanted] = columns<qulonglong, QDateTime>();
+        const bool systemd = currentRow() != u"no systemd"_s;
+        Manager manager;
+        manager.hasUnit = currentRow() != u"no such timer"_s;
+        Unit timer;
+        timer.next = microseconds;
+        if (systemd) {
+            QVERIFY(m_bus.registerObject(
+                u"/org/freedesktop/systemd1"_s, &manager, QDBusConnection::ExportAllSlots));
+            QVERIFY(m_bus.registerObject(unitPath, &timer, QDBusConnection::ExportAllProperties));
+            QVERIFY(m_bus.registerService(u"org.freedesktop.systemd1"_s));
+        }
+        SystemdTimerRuns runs(
+            QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"asker"_s), unitName);
+        int answers = 0;
+        QDateTime told;
+        runs.askNext(this, [&](const std::optional<QDateTime> &next) {
+            ++answers;
+            told = next.value_or(QDateTime());
+        });
+        QCOMPARE(answers, 0);
+        QTRY_COMPARE(answers, 1);
+        QCOMPARE(told, wanted);
+        QCOMPARE(m_bus.unregisterService(u"org.freedesktop.systemd1"_s), systemd);
+    }
 
 private:
     QDBusConnection m_bus = QDBusConnection::sessionBus();
 };
-
-void TimerRunsTest::theNextRunIsTold_data()
-{
-    QTest::addColumn<bool>("systemd");
-    QTest::addColumn<bool>("unit");
-    QTest::addColumn<qulonglong>("microseconds");
-    QTest::addColumn<QDateTime>("told");
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(1795340400000);
-    QTest::newRow("a time") << true << true << 1795340400000000ULL << time;
-    QTest::newRow("switched off") << true << true << 0ULL << QDateTime();
-    QTest::newRow("never") << true << true << std::numeric_limits<qulonglong>::max() << QDateTime();
-    QTest::newRow("no such timer") << true << false << 0ULL << QDateTime();
-    QTest::newRow("no systemd") << false << false << 0ULL << QDateTime();
-}
-
-void TimerRunsTest::theNextRunIsTold()
-{
-    QFETCH(bool, systemd);
-    QFETCH(qulonglong, microseconds);
-    QFETCH(bool, unit);
-    Manager manager;
-    manager.hasUnit = unit;
-    Unit timer;
-    timer.next = microseconds;
-    if (systemd) {
-        QVERIFY(
-            m_bus.registerObject(u"/org/freedesktop/systemd1"_s, &manager, QDBusConnection::ExportAllSlots));
-        QVERIFY(m_bus.registerObject(unitPath, &timer, QDBusConnection::ExportAllProperties));
-        QVERIFY(m_bus.registerService(u"org.freedesktop.systemd1"_s));
-    }
-    SystemdTimerRuns runs(QDBusConnection::connectToBus(QDBusConnection::SessionBus, u"asker"_s), unitName);
-    int answers = 0;
-    QDateTime told;
-    runs.askNext(this, [&](const std::optional<QDateTime> &next) {
-        ++answers;
-        told = next.value_or(QDateTime());
-    });
-    QCOMPARE(answers, 0);
-    QTRY_COMPARE(answers, 1);
-    QTEST(told, "told");
-    if (systemd) {
-        QVERIFY(m_bus.unregisterService(u"org.freedesktop.systemd1"_s));
-    }
-}
 
 QTEST_GUILESS_MAIN(TimerRunsTest)
 #include "test_timer_runs.moc"

@@ -11,9 +11,9 @@
 #include <QTest>
 #include <QTimer>
 
-Q_DECLARE_METATYPE(brevok::testing::Response)
-
 namespace brevok::testing {
+
+using namespace Qt::StringLiterals;
 
 inline constexpr int patient = 30000;
 inline constexpr int shortTimeout = 250;
@@ -48,7 +48,7 @@ Result awaited(const std::function<void(std::function<void(const Result &)>)> &s
     return results.value(0);
 }
 
-/// A service, and the program's side of it.
+/// A service, whose list is empty unless a test says otherwise, and the program's side of it.
 struct Stage {
     explicit Stage(const TestIdentity &identity = TestCertificates::shared().valid(), int timeoutMs = patient)
         : server(identity)
@@ -57,6 +57,7 @@ struct Stage {
               .reachabilityHost = {},
               .requestTimeoutMs = timeoutMs})
     {
+        server.on(u"/list"_s, Response::ok("[]"));
     }
 
     FaultServer server;
@@ -69,41 +70,34 @@ struct Stage {
         QObject context;
         return awaited<ServiceReply>([&](auto handler) { network.send(request, &context, handler); });
     }
+    [[nodiscard]] HttpServiceClient client()
+    {
+        return {network, [this] { return sessionId; }, [] { return true; }, limits};
+    }
     ServiceReply list(const QString &path, const Validator &known = {})
     {
-        return get([&](auto &client, auto *context, auto handler) {
-            client.getList(path, known, context, handler);
-        });
+        HttpServiceClient asking = client();
+        QObject context;
+        return awaited<ServiceReply>([&](auto handler) { asking.getList(path, known, &context, handler); });
     }
     ServiceReply file(const QUrl &url, const Validator &known = {})
     {
-        return get([&](auto &client, auto *context, auto handler) {
-            client.fetchFile(url, known, context, handler);
-        });
+        HttpServiceClient asking = client();
+        QObject context;
+        return awaited<ServiceReply>([&](auto handler) { asking.fetchFile(url, known, &context, handler); });
     }
     DownloadResult download(
         const QUrl &url, const QString &destination, qint64 size, const QByteArray &checksum = {})
     {
-        HttpServiceClient client(
-            network, [this] { return sessionId; }, [] { return true; }, limits);
+        HttpServiceClient asking = client();
         QObject context;
         return awaited<DownloadResult>([&](auto handler) {
-            client.download(
+            asking.download(
                 {url, destination, size, checksum}, &context,
                 [this](qint64 done, qint64) { progress.append(done); }, handler);
         });
     }
     QList<qint64> progress;
-
-private:
-    ServiceReply get(
-        const std::function<void(ServiceClient &, QObject *, ServiceClient::ReplyHandler)> &start)
-    {
-        HttpServiceClient client(
-            network, [this] { return sessionId; }, [] { return true; }, limits);
-        QObject context;
-        return awaited<ServiceReply>([&](auto handler) { start(client, &context, handler); });
-    }
 };
 
 } // namespace brevok::testing

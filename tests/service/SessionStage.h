@@ -4,12 +4,14 @@
 #pragma once
 
 #include "alerts/BrevokAlertQueue.h"
+#include "foundation/Log.h"
 #include "platform/SelfUpdater.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
 #include "support/FakeRouteLookup.h"
+#include "support/LogCapture.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
 #include "support/servers/FaultServer.h"
@@ -34,7 +36,8 @@ public:
     void checkForUpdatesInBackground() override { ++checks; }
 };
 
-/// A session with all that it needs, against a server that the test scripts.
+/// A session with all that it needs and says to the log, one at a time, against a server that the test
+/// scripts.
 struct SessionStage {
     explicit SessionStage(int timeoutMs = 20000, const Record &stored = {},
         const TestIdentity &identity = TestCertificates::shared().valid())
@@ -62,6 +65,9 @@ struct SessionStage {
         QObject::connect(session.get(), &BrevokSession::statusChanged, session.get(), [this] { ++changed; });
     }
 
+    ~SessionStage() { setLogLevel(0); }
+    Q_DISABLE_COPY_MOVE(SessionStage)
+
     static Record signedIn()
     {
         return {{QStringLiteral("SessionId"), QStringLiteral("held-id")},
@@ -87,6 +93,7 @@ struct SessionStage {
             : QString();
     }
 
+    LogCapture log;
     FaultServer server;
     ScratchStateStore scratch;
     StateStore &state = scratch.store;

@@ -4,9 +4,9 @@
 #include "foundation/Log.h"
 #include "service/ReplyDecoding.h"
 #include "SessionStage.h"
-#include "support/LogCapture.h"
+#include "support/FolderTest.h"
+#include "support/Table.h"
 
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -17,295 +17,250 @@ using Stage = SessionStage;
 
 namespace {
 
-// Names in lower case, as later versions of Qt send them.
-RawHeaders withoutTransport(const Request &request)
+// What every request has is left out.
+RawHeaders ownHeaders(const Request &request)
 {
-    RawHeaders ours;
-    for (const auto &header : request.headers) {
-        const QByteArray name = header.first.toLower();
-        if (name != "host" && name != "connection" && name != "content-length" && name != "user-agent"
-            && name != "accept-language") {
-            ours.append({name, header.second});
-        }
-    }
-    return ours;
+    RawHeaders headers = request.headers;
+    headers.removeIf([](const auto &header) {
+        return QByteArrayList{"Host", "User-Agent", "Content-Length"}.contains(header.first);
+    });
+    return headers;
 }
 
 } // namespace
 
-class TestSession final : public QObject {
+class TestSession final : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
+    void signsInAndStays()
     {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
-        log = std::make_unique<LogCapture>();
-    }
-    void cleanup()
-    {
-        log.reset();
-        setLogLevel(0);
+        Stage stage;
+        stage.server.on(signinPath,
+            Response{.headers = {{"Set-Cookie", "SessionId=forged"}, {"Set-Cookie", "tracker=1"}},
+                .body = R"({"ErrorCode":0,"SessionId":"id-1"})",
+                .gzip = true});
+        stage.session->signinWithID(u"ada@example.com"_s, password);
+        QCOMPARE(stage.session->orlecId(), u"ada@example.com"_s);
+        QVERIFY(stage.session->isUpdating());
+        QCOMPARE(stage.changed, 1);
+        QTRY_COMPARE(stage.ended, 1);
+        QVERIFY2(stage.succeeded, qPrintable(stage.told));
+        QCOMPARE(stage.session->sessionId(), u"id-1"_s);
+        QVERIFY(!stage.session->isUpdating());
+        QCOMPARE(stage.willChange, stage.changed);
+        QCOMPARE(stage.changed, 2);
+        QVERIFY(stage.presenter.shown.isEmpty());
+        QVERIFY(!stage.session->description().contains(u"id-1"_s));
+
+        const Request request = stage.server.requests().at(0);
+        QCOMPARE(request.method, "POST");
+        QCOMPARE(request.body,
+            QJsonDocument(QJsonObject{{u"email"_s, u"ada@example.com"_s}, {u"password"_s, password}})
+                .toJson(QJsonDocument::Compact));
+        QCOMPARE(ownHeaders(request),
+            RawHeaders({{"Content-Type", "application/json"}, {"Accept", "application/json"},
+                {"Accept-Encoding", "gzip"}, {"X-Tolvane-Brevok-Version", "2"}}));
+
+        QCOMPARE(stage.stored().value("SessionId"_L1), u"id-1"_s);
+        QCOMPARE(stage.state.value(u"OrlecSessionVersion"_s).toDouble(), 1.2);
+        const BrevokSession next(stage.state, stage.network, stage.connectivity, stage.queue, stage.updater);
+        QCOMPARE(next.sessionId(), u"id-1"_s);
+        QCOMPARE(BrevokSession::session(), stage.session.get());
+
+        // The cookies that the service set meanwhile go along, and do not push ours out.
+        stage.server.on(signoutPath, Response::ok(R"({"ErrorCode":0})"));
+        stage.session->signout();
+        QTRY_COMPARE(stage.ended, 2);
+        QCOMPARE(stage.server.requests(signoutPath).at(0).header("Cookie"), "SessionId=id-1; tracker=1");
     }
 
-    void signsInAndStays();
-    void signsOutWithTheCookie();
-    void replies_data();
-    void replies();
-    void updatesThatThisCopyCannotGet();
-    void forcedSignout_data();
-    void forcedSignout();
-    void recordIsWrittenBetweenRequestsOnly();
-    void storedRecords_data();
-    void storedRecords();
-    void logHoldsNoSecrets();
+    void signsOutWithTheCookie()
+    {
+        Stage stage(20000, Stage::signedIn());
+        stage.server.on(signoutPath, Response::ok(R"({"ErrorCode":0})"));
+        stage.session->signout();
+        QTRY_COMPARE(stage.ended, 1);
+        QVERIFY(stage.succeeded);
+        QVERIFY(stage.session->sessionId().isNull());
+        QCOMPARE(stage.session->orlecId(), u"ada@example.com"_s);
+        QCOMPARE(stage.stored(), Record({{u"orlecId"_s, u"ada@example.com"_s}, {u"later"_s, 7}}));
+        const Request request = stage.server.requests().at(0);
+        QVERIFY(request.body.isEmpty());
+        QCOMPARE(ownHeaders(request),
+            RawHeaders({{"Content-Type", "application/json"}, {"Accept", "application/json"},
+                {"Accept-Encoding", "gzip"}, {"X-Tolvane-Brevok-Version", "2"},
+                {"Cookie", "SessionId=held-id"}}));
 
-private:
-    std::unique_ptr<LogCapture> log;
+        stage.session->signout();
+        QTRY_COMPARE(stage.ended, 2);
+        QVERIFY(stage.server.requests().at(1).header("Cookie").isNull()); // signed out: nothing to send
+    }
+
+    // Of success, nothing (null) is told.
+    void replies_data()
+    {
+        const Table<int, Response, QString, QString, bool, QString> row;
+        const QString unexpected = u"Unexpected server response."_s;
+        const QString wrong = u"Wrong user name or password."_s;
+        const QString update = u"There is critical update of Tolvane Brevok application."_s;
+
+        row("no session id", SessionSignin, Response::ok(R"({"ErrorCode":0})"), unexpected, {}, false, {});
+        row("list", SessionSignin, Response::ok("[1]"), unexpected, {}, false, {});
+        row("wrong password", SessionSignin, Response::of(401, R"({"ErrorCode":2,"ErrorMessage":"no such"})"),
+            wrong, u"Authentication Error|"_s + wrong, false,
+            u"Server Error! connection to: \"%1\" failed: 2 with message: no such"_s);
+        row("401 without JSON", SessionSignin, Response::of(401, "no"), wrong, {}, false,
+            u"Session connection to: \"%1\" failed with response: 401 - unauthorized"_s);
+        row("quiet", SessionSignout, Response::ok(R"({"ErrorCode":2})"), wrong, {}, false,
+            u"Session action: signout failed With Error Message: "_s + wrong);
+        row("code 1", SessionSignout, Response::ok(R"({"ErrorCode":1,"ErrorMessage":7})"), u"-"_s, {}, false,
+            u"Server Error! connection to: \"%1\" failed: 1 with message: -"_s);
+        row("text of the service", SessionSignin,
+            Response::ok(R"({"ErrorCode":10,"ErrorMessage":"Password: at least nine letters"})"),
+            u"Password: at least nine letters"_s, u"Authentication Error|Password: at least nine letters"_s,
+            false, {});
+        row("code 9", SessionSignin, Response::ok(R"({"ErrorCode":9,"SessionId":"new"})"), {}, {}, true, {});
+        row("garbage at sign-out", SessionSignout, Response::ok("<html>\n"), unexpected, {}, false,
+            u"Session action signout failed with error. Received 7 bytes of unexpected data"_s);
+        row("garbage elsewhere", otherAction, Response::of(500, "oops"),
+            u"Server responded with HTTP code: 500."_s, {}, true, u"Response string: oops"_s);
+        row("long garbage", otherAction, Response::ok(QByteArray(300, 'x')), unexpected, {}, true,
+            u"Response string: "_s + QString(256, u'x'));
+        row("empty body", SessionSignin, Response::ok(""), unexpected, {}, false,
+            u"Session action signin failed with error. Received 0 bytes of unexpected data"_s);
+        row("broken gzip", SessionSignout,
+            Response{.headers = {{"Content-Encoding", "gzip"}}, .body = "not gzip"}, unexpected, {}, false,
+            u"Session action signout failed with error. Received 8 bytes of unexpected data"_s);
+        row("redirect", otherAction, Response::redirect("/elsewhere"), {}, {}, true, {});
+        row("critical update", SessionSignin,
+            Response{.headers = {{"x-tolvane-brevok-response-code", " 1x"}}, .body = R"({"ErrorCode":2})"},
+            update, update + u'|', true, {});
+        row("other response code", SessionSignout,
+            Response{.headers = {{"X-Tolvane-Brevok-Response-Code", "10"}}, .body = R"({"ErrorCode":0})"}, {},
+            {}, false, {});
+    }
+
+    void replies()
+    {
+        const auto [action, response, told, shown, held, line] =
+            columns<int, Response, QString, QString, bool, QString>();
+        Stage stage(20000, Stage::signedIn());
+        const QString path = action == SessionSignin ? signinPath
+            : action == SessionSignout               ? signoutPath
+                                                     : u"/other"_s;
+        stage.server.on(path, response);
+        stage.server.on(u"/elsewhere"_s, Response::ok(R"({"ErrorCode":0})"));
+        stage.request(action);
+        QTRY_COMPARE(stage.ended, 1);
+        QCOMPARE(stage.lastAction, action);
+        QCOMPARE(stage.succeeded, told.isNull());
+        QCOMPARE(stage.told, told);
+        QCOMPARE(stage.shownText(0), shown);
+        QVERIFY(stage.presenter.shown.size() <= 1);
+        QCOMPARE(!stage.session->sessionId().isNull(), held);
+        QVERIFY(!stage.session->isUpdating());
+        QCOMPARE(stage.changed, 2);
+        QCOMPARE(stage.updater.checks, told.contains(u"critical"_s) ? 1 : 0);
+        if (!line.isEmpty()) {
+            const QString expected =
+                line.contains(u"%1"_s) ? line.arg(stage.server.url(path).toString()) : line;
+            QVERIFY2(LogCapture::contains(expected), qPrintable(LogCapture::lines().join(u'\n')));
+        }
+    }
+
+    void updatesThatThisCopyCannotGet()
+    {
+        Stage stage;
+        stage.updater.can = false;
+        stage.server.on(
+            signinPath, Response{.headers = {{"X-Tolvane-Brevok-Response-Code", "1"}}, .body = "x"});
+        stage.request(SessionSignin);
+        QTRY_COMPARE(stage.presenter.shown.size(), 1);
+        QCOMPARE(stage.shownText(0),
+            u"There is critical update of Tolvane Brevok application.|This copy cannot update itself. You can get the new version at %1."_s
+                .arg(stage.server.url().toString()));
+    }
+
+    void forcedSignout_data()
+    {
+        const Table<int, int> row;
+        row("invalid session", 3, 0);
+        row("security violation", 98, 1);
+    }
+
+    void forcedSignout()
+    {
+        const auto [code, signouts] = columns<int, int>();
+        Stage stage(20000, Stage::signedIn());
+        stage.server.on(u"/other"_s, Response::ok(R"({"ErrorCode":)" + QByteArray::number(code) + '}'));
+        stage.server.on(signoutPath, Response::ok(R"({"ErrorCode":98})")); // quiet: it is the answer to one
+        stage.request(otherAction);
+        QTRY_COMPARE(stage.ended, 1 + signouts);
+        QVERIFY(stage.session->sessionId().isNull());
+        QVERIFY(!stage.stored().contains("SessionId"_L1));
+        QCOMPARE(stage.server.requests(signoutPath).size(), signouts);
+        if (signouts > 0) {
+            QCOMPARE(stage.server.requests(signoutPath).at(0).header("Cookie"), "SessionId=held-id");
+        }
+        QCOMPARE(stage.presenter.shown.size(), 1);
+        QVERIFY(stage.shownText(0).endsWith(u"You have been logged out!\nPlease try to sign-in again."_s));
+    }
+
+    void recordIsWrittenBetweenRequestsOnly()
+    {
+        Stage stage;
+        stage.server.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":"id"})"));
+        stage.server.on(u"/other"_s, Response::silent());
+        stage.request(otherAction);
+        stage.request(SessionSignin);
+        QTRY_COMPARE(stage.ended, 1);
+        QCOMPARE(stage.session->sessionId(), u"id"_s);
+        QVERIFY(stage.session->isUpdating());
+        QVERIFY(stage.stored().isEmpty());
+        stage.server.stop();
+        QTRY_VERIFY(!stage.session->isUpdating());
+        QCOMPARE(stage.stored().value("SessionId"_L1), u"id"_s);
+    }
+
+    void storedRecords_data()
+    {
+        const Table<Record, QString> row;
+        row("none", Record(), QString());
+        row("record", Stage::signedIn(), u"held-id"_s);
+        row("wrong types", Record{{u"SessionId"_s, 7}, {u"orlecId"_s, true}}, QString());
+        row("empty id", Record{{u"SessionId"_s, u""_s}}, QString());
+    }
+
+    void storedRecords()
+    {
+        const auto [stored, sessionId] = columns<Record, QString>();
+        const Stage stage(20000, stored);
+        QCOMPARE(stage.session->sessionId(), sessionId);
+        QVERIFY(!stage.session->description().contains(u"held-id"_s));
+    }
+
+    void logHoldsNoSecrets()
+    {
+        setLogLevel(1);
+        Stage stage(20000, Stage::signedIn());
+        stage.server.on(signinPath, [](const Request &request) { // echoes, and makes a session without a code
+            return Response::ok(request.body + "pass wörd\" {\"SessionId\": \"fresh-id\"}");
+        });
+        stage.server.on(u"/other"_s, [](const Request &request) {
+            return Response{.headers = {{"Set-Cookie", request.header("Cookie")}},
+                .body = "{\"ErrorCode\":50,\"ErrorMessage\":\"bad " + request.header("Cookie") + "\"}"};
+        });
+        stage.request(otherAction);
+        QTRY_COMPARE(stage.ended, 1);
+        stage.request(SessionSignin);
+        QTRY_COMPARE(stage.ended, 2);
+        QVERIFY(LogCapture::mentions(u"Response string: "_s) && LogCapture::mentions(u"Session request: "_s));
+        for (const QString &secret : {u"pass w"_s, u"held-id"_s, u"fresh-id"_s}) {
+            QVERIFY2(!LogCapture::mentions(secret), qPrintable(LogCapture::lines().join(u'\n')));
+        }
+    }
 };
-
-void TestSession::signsInAndStays()
-{
-    Stage stage;
-    stage.server.on(signinPath,
-        Response{.headers = {{"Set-Cookie", "SessionId=forged"}, {"Set-Cookie", "tracker=1"}},
-            .body = R"({"ErrorCode":0,"SessionId":"id-1"})",
-            .gzip = true});
-    stage.session->signinWithID(u"ada@example.com"_s, password);
-    QCOMPARE(stage.session->orlecId(), u"ada@example.com"_s);
-    QVERIFY(stage.session->isUpdating());
-    QCOMPARE(stage.changed, 1);
-    QTRY_COMPARE(stage.ended, 1);
-    QVERIFY2(stage.succeeded, qPrintable(stage.told));
-    QCOMPARE(stage.session->sessionId(), u"id-1"_s);
-    QVERIFY(!stage.session->isUpdating());
-    QCOMPARE(stage.willChange, stage.changed);
-    QCOMPARE(stage.changed, 2);
-    QVERIFY(stage.presenter.shown.isEmpty());
-    QVERIFY(!stage.session->description().contains(u"id-1"_s));
-
-    const Request request = stage.server.requests().at(0);
-    QCOMPARE(request.method, "POST");
-    QCOMPARE(request.body,
-        QJsonDocument(QJsonObject{{u"email"_s, u"ada@example.com"_s}, {u"password"_s, password}})
-            .toJson(QJsonDocument::Compact));
-    QCOMPARE(withoutTransport(request),
-        RawHeaders({{"content-type", "application/json"}, {"accept", "application/json"},
-            {"accept-encoding", "gzip"}, {"x-tolvane-brevok-version", "2"}}));
-
-    QCOMPARE(stage.stored().value("SessionId"_L1), u"id-1"_s);
-    QCOMPARE(stage.state.value(u"OrlecSessionVersion"_s).toDouble(), 1.2);
-    const BrevokSession next(stage.state, stage.network, stage.connectivity, stage.queue, stage.updater);
-    QCOMPARE(next.sessionId(), u"id-1"_s);
-    QCOMPARE(BrevokSession::session(), stage.session.get());
-
-    // The cookies that the service set meanwhile go along, and do not push ours out.
-    stage.server.on(signoutPath, Response::ok(R"({"ErrorCode":0})"));
-    stage.session->signout();
-    QTRY_COMPARE(stage.ended, 2);
-    QCOMPARE(stage.server.requests(signoutPath).at(0).header("Cookie"), "SessionId=id-1; tracker=1");
-}
-
-void TestSession::signsOutWithTheCookie()
-{
-    Stage stage(20000, Stage::signedIn());
-    stage.server.on(signoutPath, Response::ok(R"({"ErrorCode":0})"));
-    stage.session->signout();
-    QTRY_COMPARE(stage.ended, 1);
-    QVERIFY(stage.succeeded);
-    QVERIFY(stage.session->sessionId().isNull());
-    QCOMPARE(stage.session->orlecId(), u"ada@example.com"_s);
-    QCOMPARE(stage.stored(), Record({{u"orlecId"_s, u"ada@example.com"_s}, {u"later"_s, 7}}));
-    const Request request = stage.server.requests().at(0);
-    QVERIFY(request.body.isEmpty());
-    QCOMPARE(withoutTransport(request),
-        RawHeaders({{"content-type", "application/json"}, {"accept", "application/json"},
-            {"accept-encoding", "gzip"}, {"x-tolvane-brevok-version", "2"},
-            {"cookie", "SessionId=held-id"}}));
-
-    stage.session->signout();
-    QTRY_COMPARE(stage.ended, 2);
-    QVERIFY(stage.server.requests().at(1).header("Cookie").isNull()); // signed out: nothing to send
-}
-
-void TestSession::replies_data()
-{
-    QTest::addColumn<int>("action");
-    QTest::addColumn<Response>("response");
-    QTest::addColumn<QString>("told"); // null: succeeded
-    QTest::addColumn<QString>("shown");
-    QTest::addColumn<bool>("held");
-    QTest::addColumn<QString>("line");
-    const QString unexpected = u"Unexpected server response."_s;
-    const QString wrong = u"Wrong user name or password."_s;
-    const QString update = u"There is critical update of Tolvane Brevok application."_s;
-    const auto row = [](const char *name, int action, const Response &response, const QString &told,
-                         const QString &shown, bool held, const QString &line = {}) {
-        QTest::newRow(name) << action << response << told << shown << held << line;
-    };
-    row("no session id", SessionSignin, Response::ok(R"({"ErrorCode":0})"), unexpected, {}, false);
-    row("list", SessionSignin, Response::ok("[1]"), unexpected, {}, false);
-    row("wrong password", SessionSignin, Response::of(401, R"({"ErrorCode":2,"ErrorMessage":"no such"})"),
-        wrong, u"Authentication Error|"_s + wrong, false,
-        u"Server Error! connection to: \"%1\" failed: 2 with message: no such"_s);
-    row("401 without JSON", SessionSignin, Response::of(401, "no"), wrong, {}, false,
-        u"Session connection to: \"%1\" failed with response: 401 - unauthorized"_s);
-    row("quiet", SessionSignout, Response::ok(R"({"ErrorCode":2})"), wrong, {}, false,
-        u"Session action: signout failed With Error Message: "_s + wrong);
-    row("code 1", SessionSignout, Response::ok(R"({"ErrorCode":1,"ErrorMessage":7})"), u"-"_s, {}, false,
-        u"Server Error! connection to: \"%1\" failed: 1 with message: -"_s);
-    row("text of the service", SessionSignin,
-        Response::ok(R"({"ErrorCode":10,"ErrorMessage":"Password: at least nine letters"})"),
-        u"Password: at least nine letters"_s, u"Authentication Error|Password: at least nine letters"_s,
-        false);
-    row("code 9", SessionSignin, Response::ok(R"({"ErrorCode":9,"SessionId":"new"})"), {}, {}, true);
-    row("garbage at sign-out", SessionSignout, Response::ok("<html>\n"), unexpected, {}, false,
-        u"Session action signout failed with error. Received 7 bytes of unexpected data"_s);
-    row("garbage elsewhere", otherAction, Response::of(500, "oops"),
-        u"Server responded with HTTP code: 500."_s, {}, true, u"Response string: oops"_s);
-    row("long garbage", otherAction, Response::ok(QByteArray(300, 'x')), unexpected, {}, true,
-        u"Response string: "_s + QString(256, u'x'));
-    row("empty body", SessionSignin, Response::ok(""), unexpected, {}, false,
-        u"Session action signin failed with error. Received 0 bytes of unexpected data"_s);
-    row("broken gzip", SessionSignout,
-        Response{.headers = {{"Content-Encoding", "gzip"}}, .body = "not gzip"}, unexpected, {}, false,
-        u"Session action signout failed with error. Received 8 bytes of unexpected data"_s);
-    row("chunked", otherAction, Response{.body = R"({"ErrorCode":0})", .framing = Response::Framing::Chunked},
-        {}, {}, true);
-    row("until close", otherAction,
-        Response{.body = R"({"ErrorCode":0})", .gzip = true, .framing = Response::Framing::UntilClose}, {},
-        {}, true);
-    row("redirect", otherAction, Response::redirect("/elsewhere"), {}, {}, true);
-    row("critical update", SessionSignin,
-        Response{.headers = {{"x-tolvane-brevok-response-code", " 1x"}}, .body = R"({"ErrorCode":2})"},
-        update, update + u'|', true);
-    row("other response code", SessionSignout,
-        Response{.headers = {{"X-Tolvane-Brevok-Response-Code", "10"}}, .body = R"({"ErrorCode":0})"}, {}, {},
-        false);
-}
-
-void TestSession::replies()
-{
-    QFETCH(int, action);
-    QFETCH(Response, response);
-    QFETCH(QString, told);
-    QFETCH(QString, line);
-    Stage stage(20000, Stage::signedIn());
-    const QString path = action == SessionSignin ? signinPath
-        : action == SessionSignout               ? signoutPath
-                                                 : u"/other"_s;
-    stage.server.on(path, response);
-    stage.server.on(u"/elsewhere"_s, Response::ok(R"({"ErrorCode":0})"));
-    stage.request(action);
-    QTRY_COMPARE(stage.ended, 1);
-    QCOMPARE(stage.lastAction, action);
-    QCOMPARE(stage.succeeded, told.isNull());
-    QCOMPARE(stage.told, told);
-    QTEST(stage.shownText(0), "shown");
-    QVERIFY(stage.presenter.shown.size() <= 1);
-    QTEST(!stage.session->sessionId().isNull(), "held");
-    QVERIFY(!stage.session->isUpdating());
-    QCOMPARE(stage.changed, 2);
-    QCOMPARE(stage.updater.checks, told.contains(u"critical"_s) ? 1 : 0);
-    if (!line.isEmpty()) {
-        const QString expected = line.contains(u"%1"_s) ? line.arg(stage.server.url(path).toString()) : line;
-        QVERIFY2(LogCapture::contains(expected), qPrintable(LogCapture::lines().join(u'\n')));
-    }
-}
-
-void TestSession::updatesThatThisCopyCannotGet()
-{
-    Stage stage;
-    stage.updater.can = false;
-    stage.server.on(signinPath, Response{.headers = {{"X-Tolvane-Brevok-Response-Code", "1"}}, .body = "x"});
-    stage.request(SessionSignin);
-    QTRY_COMPARE(stage.presenter.shown.size(), 1);
-    QCOMPARE(stage.shownText(0),
-        u"There is critical update of Tolvane Brevok application.|This copy cannot update itself. You can get the new version at %1."_s
-            .arg(stage.server.url().toString()));
-}
-
-void TestSession::forcedSignout_data()
-{
-    QTest::addColumn<int>("code");
-    QTest::addColumn<int>("signouts");
-    QTest::newRow("invalid session") << 3 << 0;
-    QTest::newRow("security violation") << 98 << 1;
-}
-
-void TestSession::forcedSignout()
-{
-    QFETCH(int, code);
-    QFETCH(int, signouts);
-    Stage stage(20000, Stage::signedIn());
-    stage.server.on(u"/other"_s, Response::ok(R"({"ErrorCode":)" + QByteArray::number(code) + '}'));
-    stage.server.on(signoutPath, Response::ok(R"({"ErrorCode":98})")); // quiet: it is the answer to one
-    stage.request(otherAction);
-    QTRY_COMPARE(stage.ended, 1 + signouts);
-    QVERIFY(stage.session->sessionId().isNull());
-    QVERIFY(!stage.stored().contains("SessionId"_L1));
-    QCOMPARE(stage.server.requests(signoutPath).size(), signouts);
-    if (signouts > 0) {
-        QCOMPARE(stage.server.requests(signoutPath).at(0).header("Cookie"), "SessionId=held-id");
-    }
-    QCOMPARE(stage.presenter.shown.size(), 1);
-    QVERIFY(stage.shownText(0).endsWith(u"You have been logged out!\nPlease try to sign-in again."_s));
-}
-
-void TestSession::recordIsWrittenBetweenRequestsOnly()
-{
-    Stage stage;
-    stage.server.on(signinPath, Response::ok(R"({"ErrorCode":0,"SessionId":"id"})"));
-    stage.server.on(u"/other"_s, Response::silent());
-    stage.session->connectToURL(stage.server.url(u"/other"_s), u"GET"_s, otherAction, true, false, {}, false);
-    stage.request(SessionSignin);
-    QTRY_COMPARE(stage.ended, 1);
-    QCOMPARE(stage.session->sessionId(), u"id"_s);
-    QVERIFY(stage.session->isUpdating());
-    QVERIFY(stage.stored().isEmpty());
-    stage.server.stop();
-    QTRY_VERIFY(!stage.session->isUpdating());
-    QCOMPARE(stage.stored().value("SessionId"_L1), u"id"_s);
-}
-
-void TestSession::storedRecords_data()
-{
-    QTest::addColumn<Record>("stored");
-    QTest::addColumn<QString>("sessionId");
-    QTest::newRow("none") << Record() << QString();
-    QTest::newRow("record") << Stage::signedIn() << u"held-id"_s;
-    QTest::newRow("wrong types") << Record{{u"SessionId"_s, 7}, {u"orlecId"_s, true}} << QString();
-    QTest::newRow("empty id") << Record{{u"SessionId"_s, u""_s}} << QString();
-}
-
-void TestSession::storedRecords()
-{
-    QFETCH(Record, stored);
-    const Stage stage(20000, stored);
-    QTEST(stage.session->sessionId(), "sessionId");
-    QVERIFY(!stage.session->description().contains(u"held-id"_s));
-}
-
-void TestSession::logHoldsNoSecrets()
-{
-    setLogLevel(1);
-    Stage stage(20000, Stage::signedIn());
-    stage.server.on(signinPath, [](const Request &request) { // echoes, and makes a session without a code
-        return Response::ok(request.body + "pass wörd\" {\"SessionId\": \"fresh-id\"}");
-    });
-    stage.server.on(u"/other"_s, [](const Request &request) {
-        return Response{.headers = {{"Set-Cookie", request.header("Cookie")}},
-            .body = R"({"ErrorCode":50,"ErrorMessage":"bad )" + request.header("Cookie") + "\"}"};
-    });
-    stage.request(otherAction);
-    QTRY_COMPARE(stage.ended, 1);
-    stage.request(SessionSignin);
-    QTRY_COMPARE(stage.ended, 2);
-    QVERIFY(LogCapture::mentions(u"Response string: "_s) && LogCapture::mentions(u"Session request: "_s));
-    for (const QString &secret : {u"pass w"_s, u"held-id"_s, u"fresh-id"_s}) {
-        QVERIFY2(!LogCapture::mentions(secret), qPrintable(LogCapture::lines().join(u'\n')));
-    }
-}
 
 QTEST_GUILESS_MAIN(TestSession)
 #include "test_session.moc"

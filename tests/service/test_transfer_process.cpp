@@ -45,87 +45,79 @@ class TransferProcessTest : public QObject {
 private Q_SLOTS:
     void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
 
-    void livesAsLongAsThereAreRequests();
-    void itsEndEndsTheRequests();
-    void itsStandstillHoldsNobody();
-    void limitsArrive();
-    void proxiesAreLookedUp();
-};
-
-void TransferProcessTest::livesAsLongAsThereAreRequests()
-{
-    Stage stage;
-    stage.server.on(u"/list"_s, Response::ok("[]"));
-    QCOMPARE(processThatMovesData(), 0);
-    for (int run = 0; run < 2; ++run) {
-        QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
-        QVERIFY(processThatMovesData() != 0);
-        QTRY_COMPARE_WITH_TIMEOUT(processThatMovesData(), 0, patient);
-    }
-}
-
-void TransferProcessTest::itsEndEndsTheRequests()
-{
-    Stage stage;
-    stage.server.on(u"/list"_s, Response::ok("[]"));
-    stage.server.on(u"/killed"_s, [](const Request &) {
-        ::kill(processThatMovesData(), SIGKILL);
-        return Response::silent();
-    });
-    const ServiceReply reply = stage.list(u"/killed"_s);
-    QVERIFY(reply.error);
-    QVERIFY2(reply.error->description.contains(u"has ended"_s), qPrintable(reply.error->description));
-    QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
-}
-
-// Whoever quits waits for the thread that gives the orders.
-void TransferProcessTest::itsStandstillHoldsNobody()
-{
-    std::binary_semaphore ended{0};
-    std::thread rescue;
-    bool rescued = false;
+    void livesAsLongAsThereAreRequests()
     {
         Stage stage;
-        stage.server.on(u"/list"_s, Response::ok("[]"));
-        QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
-        const pid_t process = processThatMovesData();
-        ::kill(process, SIGSTOP);
-        rescue = std::thread([&ended, &rescued, process] {
-            if (!ended.try_acquire_for(std::chrono::milliseconds(patient))) {
-                rescued = ::kill(process, SIGKILL) == 0;
-            }
-        });
+        QCOMPARE(processThatMovesData(), 0);
+        for (int run = 0; run < 2; ++run) {
+            QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+            QVERIFY(processThatMovesData() != 0);
+            QTRY_COMPARE_WITH_TIMEOUT(processThatMovesData(), 0, patient);
+        }
     }
-    ended.release();
-    rescue.join();
-    QVERIFY2(!rescued, "the program would never have ended");
-    QTRY_COMPARE_WITH_TIMEOUT(processThatMovesData(), 0, patient);
-}
 
-void TransferProcessTest::limitsArrive()
-{
-    TransferOrder sent;
-    sent.request.limits = {.headerBytes = 1, .bodyBytes = 2, .silenceMs = 3, .leastBytes = 4, .wholeMs = 5};
-    QByteArray wire;
-    QDataStream out(&wire, QIODevice::WriteOnly);
-    out << sent;
-    TransferOrder arrived;
-    QDataStream in(wire);
-    in >> arrived;
-    const HttpLimits &limits = arrived.request.limits;
-    QCOMPARE((QList<qint64>{
-                 limits.headerBytes, limits.bodyBytes, limits.silenceMs, limits.leastBytes, limits.wholeMs}),
-        (QList<qint64>{1, 2, 3, 4, 5}));
-}
+    void itsEndEndsTheRequests()
+    {
+        Stage stage;
+        stage.server.on(u"/killed"_s, [](const Request &) {
+            ::kill(processThatMovesData(), SIGKILL);
+            return Response::silent();
+        });
+        const ServiceReply reply = stage.list(u"/killed"_s);
+        QVERIFY(reply.error);
+        QVERIFY2(reply.error->description.contains(u"has ended"_s), qPrintable(reply.error->description));
+        QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+    }
 
-void TransferProcessTest::proxiesAreLookedUp()
-{
-    qputenv("http_proxy", "http://127.0.0.1:1"); // where nobody listens
-    Stage stage;
-    const ServiceReply reply = stage.file(QUrl(u"http://service.example/"_s));
-    QVERIFY(reply.error);
-    QVERIFY2(reply.error->description.contains(u"proxy"_s), qPrintable(reply.error->description));
-}
+    // Whoever quits waits for the thread that gives the orders.
+    void itsStandstillHoldsNobody()
+    {
+        std::binary_semaphore ended{0};
+        std::thread rescue;
+        bool rescued = false;
+        {
+            Stage stage;
+            QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+            const pid_t process = processThatMovesData();
+            ::kill(process, SIGSTOP);
+            rescue = std::thread([&ended, &rescued, process] {
+                if (!ended.try_acquire_for(std::chrono::milliseconds(patient))) {
+                    rescued = ::kill(process, SIGKILL) == 0;
+                }
+            });
+        }
+        ended.release();
+        rescue.join();
+        QVERIFY2(!rescued, "the program would never have ended");
+        QTRY_COMPARE_WITH_TIMEOUT(processThatMovesData(), 0, patient);
+    }
+
+    void limitsArrive()
+    {
+        TransferOrder sent;
+        sent.request.limits = {
+            .headerBytes = 1, .bodyBytes = 2, .silenceMs = 3, .leastBytes = 4, .wholeMs = 5};
+        QByteArray wire;
+        QDataStream out(&wire, QIODevice::WriteOnly);
+        out << sent;
+        TransferOrder arrived;
+        QDataStream in(wire);
+        in >> arrived;
+        const HttpLimits &limits = arrived.request.limits;
+        QCOMPARE((QList<qint64>{limits.headerBytes, limits.bodyBytes, limits.silenceMs, limits.leastBytes,
+                     limits.wholeMs}),
+            (QList<qint64>{1, 2, 3, 4, 5}));
+    }
+
+    void proxiesAreLookedUp()
+    {
+        qputenv("http_proxy", "http://127.0.0.1:1"); // where nobody listens
+        Stage stage;
+        const ServiceReply reply = stage.file(QUrl(u"http://service.example/"_s));
+        QVERIFY(reply.error);
+        QVERIFY2(reply.error->description.contains(u"proxy"_s), qPrintable(reply.error->description));
+    }
+};
 
 QTEST_GUILESS_MAIN(TransferProcessTest)
 #include "test_transfer_process.moc"

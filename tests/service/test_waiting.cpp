@@ -4,9 +4,10 @@
 #include "foundation/Tasks.h"
 #include "platform/linux/network/TransferWork.h"
 #include "ServiceStage.h"
+#include "support/Folders.h"
+#include "support/FolderTest.h"
+#include "support/Table.h"
 
-#include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
@@ -55,27 +56,159 @@ QByteArray brevok::systemProxyFor(const QUrl &url)
 }
 
 /// What one request has to do with another.
-class WaitingTest : public QObject {
+class WaitingTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
     void init()
     {
-        QTest::failOnWarning(QRegularExpression(u".*"_s));
+        FolderTest::init();
         m_context = std::make_unique<QObject>();
         m_errors.clear();
     }
-    void cleanup() { m_context.reset(); }
-    void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
+    void cleanup()
+    {
+        m_context.reset();
+        FolderTest::cleanup();
+    }
 
-    void nobodyWaitsForAnother_data();
-    void nobodyWaitsForAnother();
-    void turnsKeepOnlyTheirLikeWaiting_data();
-    void turnsKeepOnlyTheirLikeWaiting();
-    void waitingForATurnCounts();
-    void archivesThatDripLoseTheirTurns();
-    void aLookUpThatHangsHoldsNothingUp();
-    void proxiesMayChange();
+    void nobodyWaitsForAnother_data() { addRows({"TLS", "plain"}); }
+
+    // "localhost" has two addresses on most machines, and only one of them is listened at.
+    void nobodyWaitsForAnother()
+    {
+        Stage stage;
+        FaultServer plain{FaultServer::Plain()};
+        FaultServer &server = currentRow() == u"TLS"_s ? stage.server : plain;
+        server.on(u"/silent"_s, Response::silent());
+        server.on(u"/quick"_s, Response::ok("icon"));
+        send(stage, stage.network.request(server.url(u"/silent"_s)));
+        QCOMPARE(stage.file(server.url(u"/quick"_s)).body, "icon"_ba);
+        QVERIFY(m_errors.isEmpty());
+        m_context.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(server.connections() <= 1, patient);
+    }
+
+    void turnsKeepOnlyTheirLikeWaiting_data()
+    {
+        const Table<bool, bool> row;
+        row("icons", true, false);
+        row("archives", true, true);
+        row("lists", false, false);
+    }
+
+    void turnsKeepOnlyTheirLikeWaiting()
+    {
+        const auto [takesTurns, isFile] = columns<bool, bool>();
+        Stage stage;
+        stage.server.on(u"/hangs"_s, Response::silent());
+        stage.server.on(u"/post"_s, Response::ok("[]"));
+        stage.server.on(u"/icon"_s, Response::ok("[]"));
+        ExchangeRequest hangs = stage.network.request(stage.server.url(u"/hangs"_s));
+        hangs.takesTurns = takesTurns;
+        hangs.destination = isFile ? path(u"a.zip"_s) : QString();
+        auto first = std::make_unique<QObject>();
+        m_context.swap(first);
+        send(stage, hangs);
+        m_context.swap(first);
+        for (int i = 1; i < turns; ++i) {
+            send(stage, hangs);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(stage.server.requests(u"/hangs"_s).size(), turns, patient);
+
+        ExchangeRequest icon = stage.network.request(stage.server.url(u"/icon"_s));
+        icon.takesTurns = true;
+        send(stage, icon);
+        ExchangeRequest post = stage.network.request(stage.server.url(u"/post"_s));
+        post.method = "POST";
+        send(stage, post);
+        QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/post"_s, 0), patient);
+        QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+        QVERIFY(!takesTurns || isFile || stage.server.requests(u"/icon"_s).isEmpty());
+        first.reset();
+        QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/icon"_s, 0), patient);
+    }
+
+    void waitingForATurnCounts()
+    {
+        Stage stage;
+        stage.server.on(u"/hangs"_s, Response::silent());
+        ExchangeRequest request = stage.network.request(stage.server.url(u"/hangs"_s));
+        request.takesTurns = true;
+        for (int i = 0; i < turns; ++i) {
+            send(stage, request);
+        }
+        request.url = stage.server.url(u"/waits"_s);
+        request.limits.wholeMs = shortTimeout;
+        send(stage, request);
+        QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/waits"_s, -2), patient);
+        QVERIFY(stage.server.requests(u"/waits"_s).isEmpty());
+        QCOMPARE(m_errors.size(), 1);
+    }
+
+    void archivesThatDripLoseTheirTurns()
+    {
+        Stage stage(TestCertificates::shared().valid(), 2000); // enough for an honest one
+        HttpServiceClient client = stage.client();
+        stage.server.on(u"/drips"_s, {.body = QByteArray(1000000, ' '), .dripMs = 10});
+        stage.server.on(u"/whole"_s, Response::ok("archive"));
+        const auto download = [&](const QString &what, int number, qint64 size) {
+            const QString destination = path(QString::number(number));
+            client.download({stage.server.url(what), destination, size}, m_context.get(), {},
+                [this, what](const DownloadResult &result) {
+                    m_errors.insert(what, result.error ? result.error->code : 0);
+                });
+        };
+        for (int i = 0; i < turns; ++i) {
+            download(u"/drips"_s, i, 1000000);
+        }
+        download(u"/whole"_s, turns, 7);
+        QTRY_COMPARE_WITH_TIMEOUT(m_errors.values(u"/whole"_s), QList<int>{0}, patient);
+        QTRY_COMPARE_WITH_TIMEOUT(m_errors.values(u"/drips"_s), QList<int>(turns, timedOutCode), patient);
+        QCOMPARE(entries(path()), QStringList{QString::number(turns)});
+    }
+
+    void aLookUpThatHangsHoldsNothingUp()
+    {
+        Stage stage;
+        const auto ask = [&](const QString &address, int silenceMs) {
+            ExchangeRequest request = stage.network.request(QUrl(address));
+            request.limits.silenceMs = silenceMs;
+            send(stage, request);
+        };
+        for (const QString &address :
+            {u"https://one.example/late"_s, u"https://one.example/one"_s, u"https://two.example/two"_s,
+                u"https://two.example/other"_s, u"https://three.example/three"_s}) {
+            ask(address, address.endsWith(u"/late"_s) ? shortTimeout : patient);
+        }
+        QTRY_COMPARE_WITH_TIMEOUT(lookedUp().size(), 3, patient);
+        std::atomic<bool> done = false;
+        inBackground([&done] { done = true; });
+        QTRY_VERIFY_WITH_TIMEOUT(done, patient);
+        QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
+        QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/late"_s, timedOutCode), patient);
+        QCOMPARE(m_errors.size(), 1);
+
+        lookUps().ends.release(3);
+        QTRY_COMPARE_WITH_TIMEOUT(m_errors.size(), 5, patient);
+        ask(u"https://one.example/again"_s, patient);
+        QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/again"_s, -1004), patient);
+        QStringList hosts = lookedUp();
+        hosts.sort();
+        QCOMPARE(hosts, (QStringList{u"one.example"_s, u"three.example"_s, u"two.example"_s}));
+    }
+
+    void proxiesMayChange()
+    {
+        const auto transfers = createHttpTransfers({.userAgent = {}, .proxyRemembered = 1ms});
+        const qsizetype before = lookedUp().size();
+        lookUps().ends.release(1000); // one may begin while the one before is still to be counted
+        const auto again = [&] {
+            transfers->start({.url = QUrl(u"https://four.example/"_s)}, {}, [](const HttpReply &) {});
+            return lookedUp().size() >= before + 2;
+        };
+        QTRY_VERIFY(again());
+    }
 
 private:
     /// Sends it, and notes the error that it ends with (0: none) behind its path.
@@ -90,157 +223,6 @@ private:
     std::unique_ptr<QObject> m_context;
     QMultiHash<QString, int> m_errors;
 };
-
-void WaitingTest::nobodyWaitsForAnother_data()
-{
-    QTest::addColumn<bool>("tls");
-    QTest::newRow("TLS") << true;
-    QTest::newRow("plain") << false;
-}
-
-// "localhost" has two addresses on most machines, and only one of them is listened at.
-void WaitingTest::nobodyWaitsForAnother()
-{
-    QFETCH(bool, tls);
-    Stage stage;
-    FaultServer plain{FaultServer::Plain()};
-    FaultServer &server = tls ? stage.server : plain;
-    server.on(u"/silent"_s, Response::silent());
-    server.on(u"/quick"_s, Response::ok("icon"));
-    send(stage, stage.network.request(server.url(u"/silent"_s)));
-    QCOMPARE(stage.file(server.url(u"/quick"_s)).body, "icon"_ba);
-    QVERIFY(m_errors.isEmpty());
-    m_context.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(server.connections() <= 1, patient);
-}
-
-void WaitingTest::turnsKeepOnlyTheirLikeWaiting_data()
-{
-    QTest::addColumn<bool>("takesTurns");
-    QTest::addColumn<bool>("isFile");
-    QTest::newRow("icons") << true << false;
-    QTest::newRow("archives") << true << true;
-    QTest::newRow("lists") << false << false;
-}
-
-void WaitingTest::turnsKeepOnlyTheirLikeWaiting()
-{
-    QFETCH(bool, takesTurns);
-    QFETCH(bool, isFile);
-    const QTemporaryDir folder;
-    Stage stage;
-    stage.server.on(u"/hangs"_s, Response::silent());
-    for (const QString &path : {u"/post"_s, u"/list"_s, u"/icon"_s}) {
-        stage.server.on(path, Response::ok("[]"));
-    }
-    ExchangeRequest hangs = stage.network.request(stage.server.url(u"/hangs"_s));
-    hangs.takesTurns = takesTurns;
-    hangs.destination = isFile ? folder.filePath(u"a.zip"_s) : QString();
-    auto first = std::make_unique<QObject>();
-    m_context.swap(first);
-    send(stage, hangs);
-    m_context.swap(first);
-    for (int i = 1; i < turns; ++i) {
-        send(stage, hangs);
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(stage.server.requests(u"/hangs"_s).size(), turns, patient);
-
-    ExchangeRequest icon = stage.network.request(stage.server.url(u"/icon"_s));
-    icon.takesTurns = true;
-    send(stage, icon);
-    ExchangeRequest post = stage.network.request(stage.server.url(u"/post"_s));
-    post.method = "POST";
-    send(stage, post);
-    QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/post"_s, 0), patient);
-    QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
-    QVERIFY(!takesTurns || isFile || stage.server.requests(u"/icon"_s).isEmpty());
-    first.reset();
-    QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/icon"_s, 0), patient);
-}
-
-void WaitingTest::waitingForATurnCounts()
-{
-    Stage stage;
-    stage.server.on(u"/hangs"_s, Response::silent());
-    ExchangeRequest request = stage.network.request(stage.server.url(u"/hangs"_s));
-    request.takesTurns = true;
-    for (int i = 0; i < turns; ++i) {
-        send(stage, request);
-    }
-    request.url = stage.server.url(u"/waits"_s);
-    request.limits.wholeMs = shortTimeout;
-    send(stage, request);
-    QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/waits"_s, -2), patient);
-    QVERIFY(stage.server.requests(u"/waits"_s).isEmpty());
-    QCOMPARE(m_errors.size(), 1);
-}
-
-void WaitingTest::archivesThatDripLoseTheirTurns()
-{
-    const QTemporaryDir folder;
-    Stage stage(TestCertificates::shared().valid(), 2000); // enough for an honest one
-    HttpServiceClient client(
-        stage.network, [] { return QString(); }, [] { return true; });
-    stage.server.on(u"/drips"_s, {.body = QByteArray(1000000, ' '), .dripMs = 10});
-    stage.server.on(u"/whole"_s, Response::ok("archive"));
-    const auto download = [&](const QString &path, int number, qint64 size) {
-        const QString destination = folder.filePath(QString::number(number));
-        client.download({stage.server.url(path), destination, size}, m_context.get(), {},
-            [this, path](const DownloadResult &result) {
-                m_errors.insert(path, result.error ? result.error->code : 0);
-            });
-    };
-    for (int i = 0; i < turns; ++i) {
-        download(u"/drips"_s, i, 1000000);
-    }
-    download(u"/whole"_s, turns, 7);
-    QTRY_COMPARE_WITH_TIMEOUT(m_errors.values(u"/whole"_s), QList<int>{0}, patient);
-    QTRY_COMPARE_WITH_TIMEOUT(m_errors.values(u"/drips"_s), QList<int>(turns, timedOutCode), patient);
-    QCOMPARE(QDir(folder.path()).entryList(QDir::Files), QStringList{QString::number(turns)});
-}
-
-void WaitingTest::aLookUpThatHangsHoldsNothingUp()
-{
-    Stage stage;
-    stage.server.on(u"/here"_s, Response::ok("[]"));
-    const auto ask = [&](const QString &address, int silenceMs) {
-        ExchangeRequest request = stage.network.request(QUrl(address));
-        request.limits.silenceMs = silenceMs;
-        send(stage, request);
-    };
-    for (const QString &address :
-        {u"https://one.example/late"_s, u"https://one.example/one"_s, u"https://two.example/two"_s,
-            u"https://two.example/other"_s, u"https://three.example/three"_s}) {
-        ask(address, address.endsWith(u"/late"_s) ? shortTimeout : patient);
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(lookedUp().size(), 3, patient);
-    std::atomic<bool> done = false;
-    inBackground([&done] { done = true; });
-    QTRY_VERIFY_WITH_TIMEOUT(done, patient);
-    QCOMPARE(stage.list(u"/here"_s).body, "[]"_ba);
-    QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/late"_s, timedOutCode), patient);
-    QCOMPARE(m_errors.size(), 1);
-
-    lookUps().ends.release(3);
-    QTRY_COMPARE_WITH_TIMEOUT(m_errors.size(), 5, patient);
-    ask(u"https://one.example/again"_s, patient);
-    QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/again"_s, -1004), patient);
-    QStringList hosts = lookedUp();
-    hosts.sort();
-    QCOMPARE(hosts, (QStringList{u"one.example"_s, u"three.example"_s, u"two.example"_s}));
-}
-
-void WaitingTest::proxiesMayChange()
-{
-    const auto transfers = createHttpTransfers({.userAgent = {}, .proxyRemembered = 1ms});
-    const qsizetype before = lookedUp().size();
-    lookUps().ends.release(1000); // one may begin while the one before is still to be counted
-    const auto again = [&] {
-        transfers->start({.url = QUrl(u"https://four.example/"_s)}, {}, [](const HttpReply &) {});
-        return lookedUp().size() >= before + 2;
-    };
-    QTRY_VERIFY(again());
-}
 
 QTEST_GUILESS_MAIN(WaitingTest)
 #include "test_waiting.moc"

@@ -17,9 +17,6 @@ namespace {
 constexpr int never = std::numeric_limits<int>::max();
 
 std::atomic<int> good = never;
-std::atomic<int> tried = 0;
-std::atomic<qint64> written = 0;
-std::atomic<unsigned long> syncMs = 0;
 sqlite3_vfs *realDisk = nullptr;
 sqlite3_vfs disk = {};
 
@@ -36,7 +33,7 @@ sqlite3_file *real(sqlite3_file *file)
 
 bool refused()
 {
-    return tried++ >= good;
+    return FailingDisk::tried++ >= good;
 }
 
 int writeFile(sqlite3_file *file, const void *bytes, int count, sqlite3_int64 offset)
@@ -44,7 +41,7 @@ int writeFile(sqlite3_file *file, const void *bytes, int count, sqlite3_int64 of
     if (refused()) {
         return SQLITE_FULL;
     }
-    written += count;
+    FailingDisk::written += count;
     return real(file)->pMethods->xWrite(real(file), bytes, count, offset);
 }
 
@@ -60,7 +57,7 @@ const sqlite3_io_methods methods = {
         },
     .xSync =
         [](sqlite3_file *f, int flags) {
-            for (unsigned long waited = 0; waited < syncMs; ++waited) {
+            for (int waited = 0; waited < FailingDisk::syncMs; ++waited) {
                 QThread::msleep(1);
             }
             return refused() ? SQLITE_IOERR_FSYNC : real(f)->pMethods->xSync(real(f), flags);
@@ -133,25 +130,10 @@ void FailingDisk::failAfter(int writes)
     written = 0;
 }
 
-void FailingDisk::slowDown(int milliseconds)
-{
-    syncMs = static_cast<unsigned long>(milliseconds);
-}
-
 void FailingDisk::heal()
 {
     slowDown(0);
     failAfter(never);
-}
-
-int FailingDisk::writes()
-{
-    return tried;
-}
-
-qint64 FailingDisk::bytes()
-{
-    return written;
 }
 
 } // namespace brevok::testing

@@ -5,6 +5,8 @@
 
 #include <QtGlobal>
 
+#include <atomic>
+
 namespace brevok::testing {
 
 /// Stands between SQLite and the disk while it lives: counts what is written, and fails as a full disk does.
@@ -19,10 +21,14 @@ public:
     static void failAfter(int writes);
     static void heal();
     /// Every wait for the disk takes that long from now on, one under way too.
-    static void slowDown(int milliseconds);
+    static void slowDown(int milliseconds) { syncMs = milliseconds; }
     /// Changes that were tried, and bytes that were written, since the last call of failAfter() or heal().
-    [[nodiscard]] static int writes();
-    [[nodiscard]] static qint64 bytes();
+    [[nodiscard]] static int writes() { return tried; }
+    [[nodiscard]] static qint64 bytes() { return written; }
+
+    inline static std::atomic<int> tried = 0;
+    inline static std::atomic<qint64> written = 0;
+    inline static std::atomic<int> syncMs = 0;
 };
 
 } // namespace brevok::testing

@@ -28,11 +28,7 @@ public:
         QPointer<QObject> context;
         ReplyHandler handler;
     };
-    struct DownloadRequest {
-        QUrl url;
-        QString destination;
-        qint64 expectedSize = 0;
-        QByteArray checksum;
+    struct DownloadRequest : DownloadOrder {
         QPointer<QObject> context;
         ProgressHandler progress;
         DownloadHandler handler;
@@ -55,8 +51,7 @@ public:
     void download(const DownloadOrder &order, QObject *context, ProgressHandler progress,
         DownloadHandler handler) override
     {
-        downloads.append({order.url, order.destination, order.expectedSize, order.checksum, context,
-            std::move(progress), std::move(handler)});
+        downloads.append({order, context, std::move(progress), std::move(handler)});
     }
 
     /// Answers the oldest list request, and waits until a list is read in the background and taken over.

@@ -26,6 +26,13 @@ void FolderTest::init()
     m_folder = std::make_unique<QTemporaryDir>();
 }
 
+void FolderTest::moveToMemory()
+{
+    const QString memory = QStringLiteral("/dev/shm");
+    m_folder = std::make_unique<QTemporaryDir>(
+        (QFileInfo(memory).isWritable() ? memory : QDir::tempPath()) + QStringLiteral("/brevok-test-XXXXXX"));
+}
+
 void FolderTest::cleanup()
 {
     constexpr int patience = 10000;

@@ -24,7 +24,10 @@ protected:
     /// Of @p name in the folder; without one, of the folder.
     [[nodiscard]] QString path(const QString &name = {}) const;
 
-private Q_SLOTS:
+    /// Makes the folder anew, in memory, where flushes cost nothing.
+    void moveToMemory();
+
+protected Q_SLOTS:
     void init();
     void cleanup();
 

@@ -3,16 +3,19 @@
 
 #pragma once
 
+#include "support/Folders.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusObjectPath>
 #include <QDBusVirtualObject>
-#include <QFile>
 #include <QProcess>
 
 #include <memory>
 
 namespace brevok::testing {
+
+using namespace Qt::StringLiterals;
 
 /// A system bus of the test's own: a real daemon, for this process and those it starts. Made before anything
 /// asks for a bus.
@@ -20,9 +23,8 @@ class PrivateSystemBus final {
 public:
     PrivateSystemBus()
     {
-        m_daemon.start(QStringLiteral("dbus-daemon"),
-            {QStringLiteral("--session"), QStringLiteral("--nofork"), QStringLiteral("--nopidfile"),
-                QStringLiteral("--print-address")});
+        m_daemon.start(
+            u"dbus-daemon"_s, {u"--session"_s, u"--nofork"_s, u"--nopidfile"_s, u"--print-address"_s});
         while (m_daemon.state() != QProcess::NotRunning && !m_daemon.canReadLine()) {
             m_daemon.waitForReadyRead();
         }
@@ -61,8 +63,8 @@ public:
         : m_act(act)
         , m_bus(QDBusConnection::connectToBus(address, connectionName()))
     {
-        m_bus.registerVirtualObject(QStringLiteral("/"), this, QDBusConnection::SubPath);
-        m_bus.registerService(QStringLiteral("org.freedesktop.PackageKit"));
+        m_bus.registerVirtualObject(u"/"_s, this, QDBusConnection::SubPath);
+        m_bus.registerService(u"org.freedesktop.PackageKit"_s);
     }
     ~PackageKitPlayer() override { QDBusConnection::disconnectFromBus(connectionName()); }
     Q_DISABLE_COPY_MOVE(PackageKitPlayer)
@@ -76,18 +78,16 @@ public:
 
     void finish(uint exit)
     {
-        QDBusMessage signal = transactionSignal(QStringLiteral("Finished"));
-        signal << exit << 12U;
-        m_bus.send(signal);
-        m_bus.send(transactionSignal(QStringLiteral("Destroy")));
+        tell(u"Finished"_s, {exit, 12U});
+        tell(u"Destroy"_s);
     }
 
     void tellPercentage(uint percentage)
     {
-        QDBusMessage signal = QDBusMessage::createSignal(transactionPath(),
-            QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("PropertiesChanged"));
-        signal << QStringLiteral("org.freedesktop.PackageKit.Transaction")
-               << QVariantMap{{QStringLiteral("Percentage"), percentage}} << QStringList();
+        QDBusMessage signal = QDBusMessage::createSignal(
+            transactionPath(), u"org.freedesktop.DBus.Properties"_s, u"PropertiesChanged"_s);
+        signal.setArguments({u"org.freedesktop.PackageKit.Transaction"_s,
+            QVariantMap{{u"Percentage"_s, percentage}}, QStringList()});
         m_bus.send(signal);
     }
 
@@ -95,17 +95,16 @@ public:
 
     bool handleMessage(const QDBusMessage &message, const QDBusConnection &bus) override
     {
-        if (message.member() == QStringLiteral("CreateTransaction")) {
+        if (message.member() == u"CreateTransaction"_s) {
             ++transactions;
-            const QDBusMessage error =
-                message.createErrorReply(QDBusError::LimitsExceeded, QStringLiteral("too many"));
+            const QDBusMessage error = message.createErrorReply(QDBusError::LimitsExceeded, u"too many"_s);
             bus.send(m_act == Act::NoTransaction
                     ? error
                     : message.createReply(QVariant::fromValue(QDBusObjectPath(transactionPath()))));
-        } else if (message.member() == QStringLiteral("SetHints")) {
+        } else if (message.member() == u"SetHints"_s) {
             hints = message.arguments().value(0).toStringList();
             bus.send(message.createReply());
-        } else if (message.member() == QStringLiteral("InstallFiles")) {
+        } else if (message.member() == u"InstallFiles"_s) {
             flags = message.arguments().value(0).toULongLong();
             paths = message.arguments().value(1).toStringList();
             install(message);
@@ -114,13 +113,15 @@ public:
     }
 
 private:
-    static QString connectionName() { return QStringLiteral("packagekit-player"); }
-    static QString transactionPath() { return QStringLiteral("/45_dafeca"); }
+    static QString connectionName() { return u"packagekit-player"_s; }
+    static QString transactionPath() { return u"/45_dafeca"_s; }
 
-    static QDBusMessage transactionSignal(const QString &name)
+    void tell(const QString &name, const QVariantList &values = {})
     {
-        return QDBusMessage::createSignal(
-            transactionPath(), QStringLiteral("org.freedesktop.PackageKit.Transaction"), name);
+        QDBusMessage signal =
+            QDBusMessage::createSignal(transactionPath(), u"org.freedesktop.PackageKit.Transaction"_s, name);
+        signal.setArguments(values);
+        m_bus.send(signal);
     }
 
     void die()
@@ -129,24 +130,14 @@ private:
         m_bus = QDBusConnection(QString());
     }
 
-    void tellError()
-    {
-        QDBusMessage signal = transactionSignal(QStringLiteral("ErrorCode"));
-        signal << 42U << QStringLiteral("The disk is full.");
-        m_bus.send(signal);
-    }
-
     void install(const QDBusMessage &message)
     {
         if (m_act == Act::RefuseCall) {
-            m_bus.send(message.createErrorReply(QDBusError::AccessDenied, QStringLiteral("not for you")));
+            m_bus.send(message.createErrorReply(QDBusError::AccessDenied, u"not for you"_s));
             return;
         }
-        QFile file(paths.value(0));
-        permissions = file.permissions();
-        if (file.open(QIODevice::ReadOnly)) {
-            installed = file.readAll();
-        }
+        permissions = QFile::permissions(paths.value(0));
+        installed = contentsOf(paths.value(0));
         m_bus.send(message.createReply());
         switch (m_act) {
         case Act::Install:
@@ -155,7 +146,7 @@ private:
             finish(1);
             break;
         case Act::Refuse:
-            tellError();
+            tell(u"ErrorCode"_s, {42U, u"The disk is full."_s});
             finish(2);
             break;
         case Act::Cancel:
@@ -166,7 +157,7 @@ private:
                 this, [this] { die(); }, Qt::QueuedConnection);
             break;
         case Act::Vanish:
-            m_bus.send(transactionSignal(QStringLiteral("Destroy")));
+            tell(u"Destroy"_s);
             break;
         default:
             break;

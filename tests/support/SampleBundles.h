@@ -10,6 +10,8 @@
 
 namespace brevok::testing {
 
+using namespace Qt::StringLiterals;
+
 /// Writes @p data to @p path, making the folders above it. @return whether all of it was written
 inline bool writeFile(const QString &path, const QByteArray &data)
 {
@@ -23,8 +25,8 @@ inline QByteArray propertyList(const QMap<QString, QString> &values)
 {
     QString body;
     for (auto value = values.cbegin(); value != values.cend(); ++value) {
-        body += QStringLiteral("<key>%1</key><string>%2</string>\n")
-                    .arg(value.key().toHtmlEscaped(), value.value().toHtmlEscaped());
+        body += u"<key>%1</key><string>%2</string>\n"_s.arg(
+            value.key().toHtmlEscaped(), value.value().toHtmlEscaped());
     }
     return QStringLiteral(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\"><dict>\n%1</dict></plist>\n")
@@ -35,35 +37,32 @@ inline QByteArray propertyList(const QMap<QString, QString> &values)
 /// A bundle at @p path with an information dictionary of text values.
 inline bool writeBundle(const QString &path, const QMap<QString, QString> &information)
 {
-    return writeFile(path + QStringLiteral("/Contents/Info.plist"), propertyList(information));
+    return writeFile(path + u"/Contents/Info.plist"_s, propertyList(information));
 }
 
 /// A host application NAME.app in a folder NAME of @p applications, with a Plug-Ins folder beside it.
 /// @p version is the CFBundleVersion ("14012" for 14.0), @p signature "InDn" or "InCp".
 /// @return the target path: the Plug-Ins folder with a trailing slash
 inline QString writeHostApplication(const QString &applications, const QString &name, const QString &version,
-    const QString &bundleName = QStringLiteral("Adobe InDesign"),
-    const QString &signature = QStringLiteral("InDn"))
+    const QString &bundleName = u"Adobe InDesign"_s, const QString &signature = u"InDn"_s)
 {
     const QString folder = applications + u'/' + name;
-    writeBundle(folder + u'/' + name + QStringLiteral(".app"),
-        {{QStringLiteral("CFBundlePackageType"), QStringLiteral("APPL")},
-            {QStringLiteral("CFBundleSignature"), signature}, {QStringLiteral("CFBundleVersion"), version},
-            {QStringLiteral("CFBundleName"), bundleName}});
-    QDir().mkpath(folder + QStringLiteral("/Plug-Ins"));
-    return folder + QStringLiteral("/Plug-Ins/");
+    writeBundle(folder + u'/' + name + u".app"_s,
+        {{u"CFBundlePackageType"_s, u"APPL"_s}, {u"CFBundleSignature"_s, signature},
+            {u"CFBundleVersion"_s, version}, {u"CFBundleName"_s, bundleName}});
+    QDir().mkpath(folder + u"/Plug-Ins"_s);
+    return folder + u"/Plug-Ins/"_s;
 }
 
 /// An installed plug-in NAME.InDesignPlugin in the folder Tolvane of a target.
 inline QString writeInstalledPlugin(
     const QString &target, const QString &name, const QString &version, const QString &hostVersion)
 {
-    QString path = target + QStringLiteral("/Tolvane/%1.InDesignPlugin").arg(name);
+    QString path = target + u"/Tolvane/%1.InDesignPlugin"_s.arg(name);
     writeBundle(path,
-        {{QStringLiteral("CFBundleExecutable"), name},
-            {QStringLiteral("CFBundleShortVersionString"), version},
-            {QStringLiteral("CFBundleShortVersionStringTemplate"), version},
-            {QStringLiteral("TolvaneHostAppShortVersion"), hostVersion}});
+        {{u"CFBundleExecutable"_s, name}, {u"CFBundleShortVersionString"_s, version},
+            {u"CFBundleShortVersionStringTemplate"_s, version},
+            {u"TolvaneHostAppShortVersion"_s, hostVersion}});
     return path;
 }
 

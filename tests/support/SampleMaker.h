@@ -15,6 +15,8 @@
 
 namespace brevok::testing {
 
+using namespace Qt::StringLiterals;
+
 /// Who signs.
 struct SampleMaker {
     QByteArray publicKey = QByteArray(crypto_sign_PUBLICKEYBYTES, '\0');
@@ -50,19 +52,17 @@ inline QByteArray samplePackage(
         return known;
     }
     const QTemporaryDir scratch;
-    const QString root = scratch.filePath(QStringLiteral("root"));
+    const QString root = scratch.filePath(u"root"_s);
     QByteArray content;
     for (quint32 seed = 3; content.size() < 300000; seed = seed * 1664525 + 1013904223) {
         content += QByteArray::number(seed >> 4, 36);
     }
     const QByteArray control = "Package: " + name + "\nVersion: " + version
         + "\nArchitecture: all\nMaintainer: Nobody <nobody@example.com>\nDescription: sample\n";
-    QFile package(scratch.filePath(QStringLiteral("sample.deb")));
-    if (!writeFile(root + QStringLiteral("/DEBIAN/control"), control)
-        || !writeFile(root + QStringLiteral("/usr/share/sample"), content)
-        || QProcess::execute(QStringLiteral("dpkg-deb"),
-               {QStringLiteral("-Znone"), QStringLiteral("--root-owner-group"), QStringLiteral("--build"),
-                   root, package.fileName()})
+    QFile package(scratch.filePath(u"sample.deb"_s));
+    if (!writeFile(root + u"/DEBIAN/control"_s, control) || !writeFile(root + u"/usr/share/sample"_s, content)
+        || QProcess::execute(
+               u"dpkg-deb"_s, {u"-Znone"_s, u"--root-owner-group"_s, u"--build"_s, root, package.fileName()})
             != 0
         || !package.open(QIODevice::ReadOnly)) {
         qFatal("dpkg-deb does not work");

@@ -11,6 +11,8 @@
 
 namespace brevok::testing {
 
+using namespace Qt::StringLiterals;
+
 /// What an earlier run stored of plug-in definitions: @p lists is prefix to list of definitions. What is no
 /// definition is listed, and missing.
 inline StateChanges storedDefinitions(const QJsonObject &lists)
@@ -20,16 +22,15 @@ inline StateChanges storedDefinitions(const QJsonObject &lists)
         QJsonArray keys;
         const QJsonArray elements = list.value().toArray();
         for (const QJsonValue element : elements) {
-            const QString key = element.isObject() ? buildKey(element.toObject())
-                                                   : QStringLiteral("missing %1").arg(keys.size());
+            const QString key =
+                element.isObject() ? buildKey(element.toObject()) : u"missing %1"_s.arg(keys.size());
             keys.append(key);
             if (element.isObject()) {
                 changes.append({CatalogueKeys::pluginsData, key, element.toObject()});
             }
         }
         changes.append({CatalogueKeys::pluginPrefixes, list.key(),
-            Record{{QStringLiteral("Builds"),
-                list.value().isArray() ? QJsonValue(keys) : QJsonValue(list.value())}}});
+            Record{{u"Builds"_s, list.value().isArray() ? QJsonValue(keys) : QJsonValue(list.value())}}});
     }
     return changes;
 }

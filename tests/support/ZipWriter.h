@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDataStream>
 #include <QList>
 #include <QString>
 
@@ -33,46 +34,37 @@ namespace zip_detail {
 
 inline quint32 checksum(const QByteArray &data)
 {
-    static const std::array<quint32, 256> table = [] {
-        std::array<quint32, 256> made{};
-        for (quint32 i = 0; i < made.size(); ++i) {
-            quint32 value = i;
-            for (int bit = 0; bit < 8; ++bit) {
-                value = (value & 1U) != 0 ? 0xEDB88320U ^ (value >> 1U) : value >> 1U;
-            }
-            made[i] = value;
-        }
-        return made;
-    }();
-    quint32 result = 0xFFFFFFFFU;
+    static constexpr std::array<quint32, 16> halves{0x00000000, 0x1db71064, 0x3b6e20c8, 0x26d930ac,
+        0x76dc4190, 0x6b6b51f4, 0x4db26158, 0x5005713c, 0xedb88320, 0xf00f9344, 0xd6d6a3e8, 0xcb61b38c,
+        0x9b64c2b0, 0x86d3d2d4, 0xa00ae278, 0xbdbdf21c};
+    quint32 result = ~0U;
     for (const char c : data) {
-        result = table[(result ^ static_cast<quint8>(c)) & 0xFFU] ^ (result >> 8U);
+        result ^= static_cast<quint8>(c);
+        result = halves[result & 15U] ^ (result >> 4U);
+        result = halves[result & 15U] ^ (result >> 4U);
     }
     return ~result;
 }
 
-inline void append(QByteArray &to, int bytes, quint64 value)
+/// The bytes of numbers, the lowest first.
+template <typename... Numbers> QByteArray bytesOf(Numbers... numbers)
 {
-    for (int i = 0; i < bytes; ++i) {
-        to.append(static_cast<char>((value >> (8U * static_cast<unsigned>(i))) & 0xFFU));
-    }
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out.setByteOrder(QDataStream::LittleEndian);
+    (out << ... << numbers);
+    return bytes;
 }
 
 /// What the local header and the index say alike: from the version needed to the length of the name.
 inline QByteArray facts(const ZipMember &member, qsizetype packed, qsizetype nameSize)
 {
-    QByteArray result;
-    append(result, 2, 20);
-    append(result, 2, member.flags);
-    append(result, 2, member.deflated ? 8 : 0);
-    append(result, 2, 0x6000); // 12:00
-    append(result, 2, 0x5821); // 1 January 2024
-    append(result, 4, checksum(member.data) ^ (member.wrongChecksum ? 1U : 0U));
-    append(result, 4, static_cast<quint64>(packed));
-    append(result, 4, static_cast<quint64>(member.claimedSize < 0 ? member.data.size() : member.claimedSize));
-    append(result, 2, static_cast<quint64>(nameSize));
-    append(result, 2, 0);
-    return result;
+    constexpr quint16 noon = 0x6000;
+    constexpr quint16 newYear2024 = 0x5821;
+    return bytesOf(quint16(20), member.flags, quint16(member.deflated ? 8 : 0), noon, newYear2024,
+        checksum(member.data) ^ (member.wrongChecksum ? 1U : 0U), quint32(packed),
+        quint32(member.claimedSize < 0 ? member.data.size() : member.claimedSize), quint16(nameSize),
+        quint16(0));
 }
 
 } // namespace zip_detail
@@ -83,7 +75,7 @@ inline QByteArray zipArchive(const QList<ZipMember> &members)
     using namespace zip_detail;
     QByteArray body;
     QByteArray index;
-    quint64 count = 0;
+    quint16 count = 0;
     for (const ZipMember &member : members) {
         // qCompress puts a length and a zlib header before the deflated bytes and a checksum behind them.
         const QByteArray zlib = member.deflated ? qCompress(member.data) : QByteArray();
@@ -91,25 +83,15 @@ inline QByteArray zipArchive(const QList<ZipMember> &members)
         for (qsizetype copy = 0; copy < member.copies; ++copy, ++count) {
             const QByteArray name = member.copies == 1 ? member.name : member.name + QByteArray::number(copy);
             const QByteArray facts = zip_detail::facts(member, packed.size(), name.size());
-            const auto offset = static_cast<quint64>(body.size());
+            const auto offset = static_cast<quint32>(body.size());
             body += "PK\3\4" + facts + name + packed;
             index += QByteArray("PK\1\2\x14\3", 6) + facts; // made on Unix
-            append(index, 2, 0); // comment
-            append(index, 2, 0); // disk
-            append(index, 2, 0);
-            append(index, 4, quint64(member.mode) << 16U);
-            append(index, 4, offset);
-            index += name;
+            constexpr quint16 nothing = 0; // comment, disk and attributes of another system
+            index += bytesOf(nothing, nothing, nothing, quint32(member.mode << 16U), offset) + name;
         }
     }
-    QByteArray end("PK\5\6");
-    append(end, 4, 0);
-    append(end, 2, count);
-    append(end, 2, count);
-    append(end, 4, static_cast<quint64>(index.size()));
-    append(end, 4, static_cast<quint64>(body.size()));
-    append(end, 2, 0);
-    return body + index + end;
+    return body + index + "PK\5\6"
+        + bytesOf(quint32(0), count, count, quint32(index.size()), quint32(body.size()), quint16(0));
 }
 
 /// The archive of a plug-in bundle NAME.InDesignPlugin as the service publishes them.

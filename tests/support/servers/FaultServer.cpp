@@ -7,6 +7,7 @@
 #include <QSslServer>
 #include <QSslSocket>
 #include <QTcpServer>
+#include <QtEndian>
 #include <QTimer>
 
 #include <algorithm>
@@ -23,31 +24,22 @@ constexpr qint64 pieceSize = qint64{256} * 1024;
 
 QByteArray gzipped(const QByteArray &data)
 {
-    z_stream stream = {};
-    deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY);
-    QByteArray result(qsizetype(deflateBound(&stream, uLong(data.size()))), Qt::Uninitialized);
-    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(data.constData()));
-    stream.avail_in = uInt(data.size());
-    stream.next_out = reinterpret_cast<Bytef *>(result.data());
-    stream.avail_out = uInt(result.size());
-    deflate(&stream, Z_FINISH);
-    result.resize(qsizetype(stream.total_out));
-    deflateEnd(&stream);
-    return result;
-}
-
-QByteArray valueOf(const RawHeaders &headers, const QByteArray &name)
-{
-    const auto found = std::find_if(headers.cbegin(), headers.cend(),
-        [&name](const auto &header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
-    return found == headers.cend() ? QByteArray() : found->second;
+    // qCompress puts a length and a zlib header before the deflated bytes, and a checksum behind them.
+    const QByteArray zlib = qCompress(data);
+    QByteArray end(8, Qt::Uninitialized);
+    const auto *bytes = reinterpret_cast<const Bytef *>(data.constData());
+    qToLittleEndian(quint32(crc32(0, bytes, uInt(data.size()))), end.data());
+    qToLittleEndian(quint32(data.size()), end.data() + 4);
+    return QByteArray::fromHex("1f8b0800000000000003") + zlib.mid(6).chopped(4) + end;
 }
 
 } // namespace
 
 QByteArray Request::header(const QByteArray &name) const
 {
-    return valueOf(headers, name);
+    const auto found = std::find_if(headers.cbegin(), headers.cend(),
+        [&name](const auto &header) { return header.first.compare(name, Qt::CaseInsensitive) == 0; });
+    return found == headers.cend() ? QByteArray() : found->second;
 }
 
 Response Response::redirect(const QByteArray &location, int status)
@@ -75,14 +67,6 @@ public:
         read();
     }
     ~Connection() override { m_socket->disconnect(this); }
-
-    // A close with a zero linger time sends a reset.
-    void breakOff()
-    {
-        const linger now = {.l_onoff = 1, .l_linger = 0};
-        ::setsockopt(int(m_socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &now, sizeof now);
-        m_socket->abort();
-    }
 
 private:
     void read()
@@ -145,16 +129,11 @@ private:
         if (m_response.gzip) {
             text += "Content-Encoding: gzip\r\n";
         }
-        switch (m_response.framing) {
-        case Response::Framing::ContentLength:
+        if (m_response.framing == Response::Framing::ContentLength) {
             text += "Content-Length: " + QByteArray::number(m_total + m_response.lengthLie) + "\r\n";
-            break;
-        case Response::Framing::Chunked:
-            text += "Transfer-Encoding: chunked\r\n";
-            break;
-        case Response::Framing::UntilClose:
-            text += "Connection: close\r\n";
-            break;
+        } else {
+            const bool chunked = m_response.framing == Response::Framing::Chunked;
+            text += chunked ? "Transfer-Encoding: chunked\r\n" : "Connection: close\r\n";
         }
         return text + "\r\n";
     }
@@ -165,15 +144,16 @@ private:
         const bool faulty = m_response.fault != Response::Fault::None;
         const qint64 end = faulty ? std::min(m_response.faultAfter, m_total) : m_total;
         while (m_writing && m_sent < end) {
-            const auto *secure = qobject_cast<QSslSocket *>(m_socket);
-            if (m_socket->bytesToWrite() + (secure ? secure->encryptedBytesToWrite() : 0) > 4 * pieceSize) {
+            if (unsent() > 4 * pieceSize) {
                 return;
             }
             const qint64 offset = m_sent % m_piece.size();
-            const qint64 size = std::min({pieceSize, end - m_sent, qint64(m_piece.size()) - offset});
-            if (m_response.dripMs > 0) {
-                writeBody(QByteArrayView(m_piece).sliced(offset, 1));
-                ++m_sent;
+            const bool drips = m_response.dripMs > 0;
+            const qint64 most = std::min({pieceSize, end - m_sent, qint64(m_piece.size()) - offset});
+            const qint64 size = drips ? 1 : most;
+            writeBody(QByteArrayView(m_piece).sliced(offset, size));
+            m_sent += size;
+            if (drips) {
                 m_writing = false;
                 QTimer::singleShot(m_response.dripMs, this, [this] {
                     m_writing = true;
@@ -181,8 +161,6 @@ private:
                 });
                 return;
             }
-            writeBody(QByteArrayView(m_piece).sliced(offset, size));
-            m_sent += size;
         }
         if (m_writing && m_sent >= end) {
             m_writing = false;
@@ -190,15 +168,18 @@ private:
         }
     }
 
+    qint64 unsent() const
+    {
+        const auto *secure = qobject_cast<QSslSocket *>(m_socket);
+        return m_socket->bytesToWrite() + (secure ? secure->encryptedBytesToWrite() : 0);
+    }
+
     void writeBody(QByteArrayView data)
     {
-        const bool chunked = m_response.framing == Response::Framing::Chunked;
-        if (chunked) {
-            m_socket->write(QByteArray::number(data.size(), 16) + "\r\n");
-        }
-        m_socket->write(data.data(), data.size());
-        if (chunked) {
-            m_socket->write("\r\n");
+        if (m_response.framing == Response::Framing::Chunked) {
+            m_socket->write(QByteArray::number(data.size(), 16) + "\r\n" + data.toByteArray() + "\r\n");
+        } else {
+            m_socket->write(data.data(), data.size());
         }
     }
 
@@ -218,8 +199,7 @@ private:
     // A reset throws away what the system has not sent: the body so far has to be out before.
     void failOnceSent()
     {
-        const auto *secure = qobject_cast<QSslSocket *>(m_socket);
-        if (m_socket->bytesToWrite() + (secure ? secure->encryptedBytesToWrite() : 0) > 0) {
+        if (unsent() > 0) {
             m_socket->flush();
             QTimer::singleShot(1, this, &Connection::failOnceSent);
             return;
@@ -229,16 +209,13 @@ private:
 
     void fail()
     {
-        switch (m_response.fault) {
-        case Response::Fault::Close:
+        if (m_response.fault == Response::Fault::Close) {
             m_socket->disconnectFromHost();
-            break;
-        case Response::Fault::Reset:
-            breakOff();
-            break;
-        case Response::Fault::Stall:
-        case Response::Fault::None:
-            break;
+        } else if (m_response.fault == Response::Fault::Reset) {
+            // A close with a zero linger time sends a reset.
+            const linger now = {.l_onoff = 1, .l_linger = 0};
+            ::setsockopt(int(m_socket->socketDescriptor()), SOL_SOCKET, SO_LINGER, &now, sizeof now);
+            m_socket->abort();
         }
     }
 

@@ -29,16 +29,16 @@ Key makeKey()
     return Key(EVP_PKEY_Q_keygen(nullptr, nullptr, "EC", "P-256"));
 }
 
-Certificate makeCertificate(
-    const QByteArray &name, EVP_PKEY *key, const QDateTime &notBefore, const QDateTime &notAfter)
+Certificate makeCertificate(const QByteArray &name, EVP_PKEY *key, int hours)
 {
+    constexpr long hour = 3600;
     Certificate certificate(X509_new());
     X509_set_version(certificate.get(), X509_VERSION_3);
     quint32 serial = 0;
     RAND_bytes(reinterpret_cast<unsigned char *>(&serial), sizeof serial);
     ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate.get()), quint64(serial) + 1);
-    ASN1_TIME_set(X509_getm_notBefore(certificate.get()), notBefore.toSecsSinceEpoch());
-    ASN1_TIME_set(X509_getm_notAfter(certificate.get()), notAfter.toSecsSinceEpoch());
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -48 * hour);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), hours * hour);
     X509_set_pubkey(certificate.get(), key);
     X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_UTF8,
         reinterpret_cast<const unsigned char *>(name.constData()), int(name.size()), -1, 0);
@@ -90,10 +90,8 @@ struct TestCertificates::Authority {
 TestCertificates::TestCertificates()
     : m_authority(std::make_unique<Authority>())
 {
-    const QDateTime now = QDateTime::currentDateTimeUtc();
     m_authority->key = makeKey();
-    m_authority->certificate =
-        makeCertificate("Test Authority", m_authority->key.get(), now.addDays(-30), now.addDays(30));
+    m_authority->certificate = makeCertificate("Test Authority", m_authority->key.get(), 48);
     X509 *certificate = m_authority->certificate.get();
     X509_set_issuer_name(certificate, X509_get_subject_name(certificate));
     extend(certificate, certificate, NID_basic_constraints, "critical,CA:TRUE");
@@ -110,17 +108,16 @@ const TestCertificates &TestCertificates::shared()
     return certificates;
 }
 
-QSslCertificate TestCertificates::ca() const
+QByteArray TestCertificates::authorities() const
 {
-    return converted(m_authority->certificate.get());
+    return converted(m_authority->certificate.get()).toPem();
 }
 
-TestIdentity TestCertificates::leaf(const QStringList &hosts, const QDateTime &notBefore,
-    const QDateTime &notAfter, const QByteArray &subject) const
+TestIdentity TestCertificates::leaf(const QStringList &hosts, int hours, const QByteArray &subject) const
 {
     const Key key = makeKey();
-    const Certificate certificate = makeCertificate(
-        subject.isEmpty() ? hosts.value(0).toUtf8() : subject, key.get(), notBefore, notAfter);
+    const Certificate certificate =
+        makeCertificate(subject.isEmpty() ? hosts.value(0).toUtf8() : subject, key.get(), hours);
     X509 *authority = m_authority->certificate.get();
     X509_set_issuer_name(certificate.get(), X509_get_subject_name(authority));
     extend(certificate.get(), authority, NID_basic_constraints, "critical,CA:FALSE");
@@ -130,30 +127,6 @@ TestIdentity TestCertificates::leaf(const QStringList &hosts, const QDateTime &n
     extend(certificate.get(), authority, NID_subject_alt_name, alternativeNames(hosts));
     X509_sign(certificate.get(), m_authority->key.get(), EVP_sha256());
     return {converted(certificate.get()), converted(key.get())};
-}
-
-TestIdentity TestCertificates::valid() const
-{
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    return leaf({u"localhost"_s, u"127.0.0.1"_s}, now.addDays(-1), now.addDays(1));
-}
-
-TestIdentity TestCertificates::expired() const
-{
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    return leaf({u"localhost"_s, u"127.0.0.1"_s}, now.addDays(-2), now.addSecs(-3600));
-}
-
-TestIdentity TestCertificates::onlySubject() const
-{
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    return leaf({u"elsewhere.example"_s}, now.addDays(-1), now.addDays(1), "localhost");
-}
-
-TestIdentity TestCertificates::otherHost() const
-{
-    const QDateTime now = QDateTime::currentDateTimeUtc();
-    return leaf({u"elsewhere.example"_s}, now.addDays(-1), now.addDays(1));
 }
 
 } // namespace brevok::testing

@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <QDateTime>
 #include <QList>
 #include <QSslCertificate>
 #include <QSslKey>
@@ -29,23 +28,20 @@ public:
     /// One for all servers of a test program.
     static const TestCertificates &shared();
 
-    [[nodiscard]] QSslCertificate ca() const;
     /// For ServiceConfiguration::extraAuthorities.
-    [[nodiscard]] QByteArray authorities() const { return ca().toPem(); }
+    [[nodiscard]] QByteArray authorities() const;
 
-    /// A server certificate for @p hosts (names or addresses), signed by this authority.
-    [[nodiscard]] TestIdentity leaf(const QStringList &hosts, const QDateTime &notBefore,
-        const QDateTime &notAfter, const QByteArray &subject = {}) const;
-    /// One for this machine, valid from yesterday to tomorrow.
-    [[nodiscard]] TestIdentity valid() const;
-    /// One for this machine that ran out an hour ago.
-    [[nodiscard]] TestIdentity expired() const;
-    /// A valid one whose subject is this machine and whose alternative names are another's.
-    [[nodiscard]] TestIdentity onlySubject() const;
-    /// A valid one for a host that is not this machine.
-    [[nodiscard]] TestIdentity otherHost() const;
+    /// A server certificate for @p hosts (names or addresses), signed by this authority, that runs out in
+    /// some hours. Its subject is the first host, if no other is given.
+    [[nodiscard]] TestIdentity leaf(
+        const QStringList &hosts, int hours = 24, const QByteArray &subject = {}) const;
+    /// For this machine.
+    [[nodiscard]] TestIdentity valid() const { return leaf(thisMachine); }
+    [[nodiscard]] TestIdentity expired() const { return leaf(thisMachine, -1); }
 
 private:
+    inline static const QStringList thisMachine{QStringLiteral("localhost"), QStringLiteral("127.0.0.1")};
+
     struct Authority;
     std::unique_ptr<Authority> m_authority;
 };

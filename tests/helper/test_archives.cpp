@@ -89,12 +89,12 @@ private Q_SLOTS:
 
     void refused_data()
     {
-        Refused::declare();
+        const Refused add;
         const QString damaged = u"the archive is damaged"_s;
         const QString refused = u"the archive is refused: "_s;
         const QString other = u"the archive contains no A.InDesignPlugin"_s;
-        const auto row = [](const char *name, const QString &reason, const Members &members) {
-            QTest::newRow(name) << zipArchive(members) << reason;
+        const auto row = [&add](const char *name, const QString &reason, const Members &members) {
+            add(name, zipArchive(members), reason);
         };
         const ZipMember good{bundle + "good", "good"};
         const auto beside = [&](const char *name, const QString &reason, const ZipMember &evil) {
@@ -173,9 +173,9 @@ private Q_SLOTS:
 
     void taken_data()
     {
-        Taken::declare();
-        const auto row = [](const char *name, const Members &members, const Tree &wanted) {
-            QTest::newRow(name) << zipArchive(members) << wanted;
+        const Taken add;
+        const auto row = [&add](const char *name, const Members &members, const Tree &wanted) {
+            add(name, zipArchive(members), wanted);
         };
         const ZipMember good{bundle + "good", "good"};
         const Tree alone{{"good", "100644 good"}};

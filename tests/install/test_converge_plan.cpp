@@ -40,9 +40,9 @@ private Q_SLOTS:
 
     void statusesDecide_data()
     {
-        StatusesDecide::declare();
-        const auto row = [](Status status, bool installs, bool removes, bool updates) {
-            QTest::newRow(qPrintable(packageStatusName(status))) << status << installs << removes << updates;
+        const StatusesDecide add;
+        const auto row = [&add](Status status, bool installs, bool removes, bool updates) {
+            add(packageStatusName(status).toUtf8(), status, installs, removes, updates);
         };
         row(Status::MissingData, true, true, false);
         row(Status::NotInstalled, true, false, false);

@@ -126,18 +126,6 @@ bool writePrivateFile(const QString &path, const QByteArray &contents, std::opti
     return false;
 }
 
-QString whyNotWritten(const QString &path)
-{
-    constexpr qsizetype size = 4096;
-    const QString another = path + QStringLiteral(".try");
-    std::optional<BrevokError> error;
-    if (!writePrivateFile(another, QByteArray(size, '\n'), &error)) {
-        return error->description;
-    }
-    QFile::remove(another);
-    return QStringLiteral("the system does not say why");
-}
-
 bool makePrivateFolder(const QString &path)
 {
     if (QFileInfo(path).isDir()) {

@@ -48,9 +48,6 @@ struct PrivateFile {
 /// removed.
 bool writePrivateFile(const QString &path, const QByteArray &contents, std::optional<BrevokError> *error);
 
-/// What the system says of one more file beside the one at @p path, which could not be written.
-[[nodiscard]] QString whyNotWritten(const QString &path);
-
 /// Makes the folder, with those above it; one that is made here is the user's alone.
 bool makePrivateFolder(const QString &path);
 

@@ -15,7 +15,6 @@
 #include "platform/FileOperations.h"
 #include "platform/HelperTool.h"
 #include "platform/LogFile.h"
-#include "platform/LoginItems.h"
 #include "platform/PartFiles.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
@@ -116,8 +115,6 @@ void BrevokAppDelegate::finishLaunching()
     redirectStandardError(m_with.folders.logFile());
     createSharedObjects();
     setStartAtLogin(m_with.platform.settings->boolValue(SettingKeys::startAtLogin));
-    // Nobody asked for that: the log tells why it failed, and no later call does.
-    m_with.platform.loginItems->whenWritten(this, [](const QString &) {});
     createMenubarController();
     observeNotices();
     observeOtherProcesses();

@@ -90,7 +90,7 @@ void SettingsTextTest::whatPeopleEditIsReadAlike_data()
         "[general]\na=1\n[GENERAL]\nb=2\n[%general]\nc=3\n[%General]\nd=4",
         "[ spaced name ]\ne=5\n[x] y=1\ng=1",
         "[a/b\\c%20d]\ne/f\\g=1\n[a]\nx=1\n[b]\nx=1\n[a]\nx=2\ny=3",
-        "a=1\na=2",
+        "a=1\na=2\nb \v=3",
         "[a;]\nb=1",
         "[=]\nb=1",
         "%41%42=1\n%U20AC=2\n%U20=3\n%4=4\n%=5\n%zz=6\n%u20ac=7\n%00=8\na%2=9\n%+1=1\n%U+123=2",

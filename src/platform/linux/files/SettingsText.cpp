@@ -45,14 +45,6 @@ bool isDigit(QChar c, int base)
         || (base == 16 && ((c >= u'a' && c <= u'f') || (c >= u'A' && c <= u'F')));
 }
 
-QStringView withoutTrailingBlanks(QStringView text, qsizetype from = 0)
-{
-    while (text.size() > from && isBlank(text.back())) {
-        text.chop(1);
-    }
-    return text;
-}
-
 struct Line {
     QStringView text;
     qsizetype sign = -1; ///< where its equals sign is, if any
@@ -170,7 +162,9 @@ QVariant readValue(QStringView text)
     bool hadQuotes = false;
     bool skipsBlanks = true;
     const auto endElement = [&] {
-        element.truncate(hadQuotes ? element.size() : withoutTrailingBlanks(element, escaped).size());
+        while (!hadQuotes && element.size() > escaped && isBlank(element.back())) {
+            element.chop(1);
+        }
         elements.append(plainValue(wellFormed(std::exchange(element, {}))));
         hadQuotes = false;
         escaped = 0;
@@ -307,7 +301,7 @@ std::optional<QVariantMap> settingsValues(const QByteArray &bytes)
             }
             group = *named;
         } else if (line.sign >= 0) {
-            const QString name = group + readName(withoutTrailingBlanks(line.text.first(line.sign)));
+            const QString name = group + readName(line.text.first(line.sign).trimmed());
             if (!name.isEmpty()) {
                 values.insert(withGroups(name), readValue(line.text.sliced(line.sign + 1)));
             }

@@ -75,7 +75,9 @@ QString Lock::take()
         }
         // Some file systems have no locks; there a lost change is better than none that is ever stored.
         const bool isFree = ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-        if (isFree && stampOf(m_path).inode == facts.st_ino) { // not removed by its last holder meanwhile
+        if (isFree
+            && fileState(m_path).value_or(FileState()).inode
+                == facts.st_ino) { // not removed by its last holder meanwhile
             m_file = std::move(file);
             return {};
         }
@@ -168,7 +170,7 @@ QString SettingsFile::replace(const QVariantMap &values)
     if (!writePrivateFile(fresh, settingsText(values), &error) || !renameDurably(fresh, m_path, &error)) {
         return error->description;
     }
-    m_stamp = stampOf(m_path);
+    m_stamp = fileState(m_path).value_or(FileState());
     m_values = values;
     m_isGone = false;
     return {};

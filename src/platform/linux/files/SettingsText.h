@@ -14,9 +14,9 @@ namespace brevok {
 /// which can read it. A date is kept as ISO 8601 text.
 [[nodiscard]] QByteArray settingsText(const QVariantMap &values);
 
-/// The values in such a text, also when a person edited it: comments, groups (a group's name and a slash begin
-/// the names of its keys) and lines continued after a backslash. Numbers, truths and dates are texts, which
-/// the store's typed accessors read.
+/// The values in such a text, also when a person edited it: comments, groups (a group's name and a slash
+/// begin the names of its keys) and lines continued after a backslash. Numbers, truths and dates are texts,
+/// which the store's typed accessors read.
 /// @return nothing when @p text is no settings file: a line is neither group nor value, or there is a NUL
 [[nodiscard]] std::optional<QVariantMap> settingsValues(const QByteArray &text);
 

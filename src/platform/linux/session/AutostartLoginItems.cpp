@@ -22,28 +22,12 @@ constexpr qint64 sizeLimit = 64LL * 1024;
 constexpr QLatin1StringView applicationKey("X-Tolvane-Application-URL");
 
 // A value of type string, as the desktop entry format escapes it.
-QString escaped(const QString &text)
+QString escaped(QString text)
 {
-    QString result;
-    for (const QChar c : text) {
-        switch (c.unicode()) {
-        case u'\\':
-            result += QStringLiteral("\\\\");
-            break;
-        case u'\n':
-            result += QStringLiteral("\\n");
-            break;
-        case u'\r':
-            result += QStringLiteral("\\r");
-            break;
-        case u'\t':
-            result += QStringLiteral("\\t");
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
+    return text.replace(u'\\', QStringLiteral("\\\\"))
+        .replace(u'\n', QStringLiteral("\\n"))
+        .replace(u'\r', QStringLiteral("\\r"))
+        .replace(u'\t', QStringLiteral("\\t"));
 }
 
 // One argument of a command line: quoted against the shell's rules and the format's field codes.

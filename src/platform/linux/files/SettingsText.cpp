@@ -116,25 +116,27 @@ std::optional<QString> readGroup(QStringView line)
     return (isNamedGeneral ? name.sliced(1).toString() : readName(name)) + u'/';
 }
 
-// What an escape stands for, @p at behind its backslash; unknown ones stand for nothing.
-QString readEscape(QStringView text, qsizetype &at)
+// Puts what an escape stands for behind @p element, @p at behind its backslash; unknown ones stand for
+// nothing.
+void readEscape(QStringView text, qsizetype &at, QString &element)
 {
     const QChar c = at < text.size() ? text[at++] : u'\n';
     if (const qsizetype name = escapeNames.indexOf(c); name >= 0) {
-        return QString(escapedCharacters[name]);
-    }
-    if (c != u'x' && !isDigit(c, 8)) {
-        at += isLineEnd(text.mid(at - 1, 2)) ? 1 : 0;
-        return {};
-    }
-    const int base = c == u'x' ? 16 : 8;
-    const qsizetype start = base == 16 ? at : at - 1;
-    while (at < text.size() && isDigit(text[at], base)) {
+        element += escapedCharacters[name];
+    } else if (c == u'x' || isDigit(c, 8)) {
+        const int base = c == u'x' ? 16 : 8;
+        const qsizetype start = base == 16 ? at : --at;
+        ushort number = 0;
+        for (; at < text.size() && isDigit(text[at], base); ++at) {
+            const int letters = text[at] > u'9' ? 9 : 0; // "a", whose last four bits are one, is ten
+            number = static_cast<ushort>(number * base + (text[at].unicode() & 0xF) + letters);
+        }
+        if (at > start) {
+            element += QChar(number);
+        }
+    } else if (isLineEnd(text.mid(at - 1, 2))) {
         ++at;
     }
-    constexpr qsizetype digitsThatCount = 6; // of 16 bits
-    const QStringView digits = text.sliced(start, at - start).last(std::min(at - start, digitsThatCount));
-    return digits.isEmpty() ? QString() : QString(QChar(static_cast<ushort>(digits.toUInt(nullptr, base))));
 }
 
 // What is said by a text that may stand for another kind of value.
@@ -177,7 +179,7 @@ QVariant readValue(QStringView text)
         const bool isComma = c == u',' && !inQuotes;
         skipsBlanks = isComma || (c == u'"' && inQuotes);
         if (c == u'\\') {
-            element += readEscape(text, at);
+            readEscape(text, at, element);
             escaped = element.size();
         } else if (c == u'"') {
             inQuotes = !inQuotes;
@@ -228,7 +230,12 @@ QString escapedText(const QString &text)
         const bool asNumber =
             name < 0 && (code <= 0x1F || (inAscii && code >= 0x7F) || (afterNumber && isDigit(c, 16)));
         if (asNumber) {
-            result += (code == 0 ? "\\"_L1 : "\\x"_L1) + QString::number(code, 16);
+            constexpr auto digits = u"0123456789abcdef";
+            result += code == 0 ? "\\"_L1 : "\\x"_L1;
+            if (code > 0xF) {
+                result += digits[code >> 4U];
+            }
+            result += digits[code & 0xFU];
         } else if (name >= 0) {
             result += u'\\';
             result += escapeNames[name];

@@ -9,7 +9,6 @@
 #include "foundation/Texts.h"
 #include "platform/DistributedNotifications.h"
 #include "platform/LogFile.h"
-#include "platform/LoginItems.h"
 #include "platform/Platform.h"
 #include "platform/RouteLookup.h"
 #include "platform/SessionBus.h"
@@ -109,8 +108,6 @@ void BrevokAppDelegate::finishLaunching()
     connectSharedObjects();
     attachSurfaces();
     setStartAtLogin(m_with.platform.settings->boolValue(SettingKeys::startAtLogin));
-    // Nobody asked for that: the log tells why it failed, and no later call does.
-    m_with.platform.loginItems->whenWritten(this, [](const QString &) {});
     createMenubarController();
     observeNotices();
     observeOtherProcesses();

@@ -76,15 +76,15 @@ public:
     /// What identifies this copy in the login items.
     [[nodiscard]] QUrl appURL() const;
     [[nodiscard]] bool willStartAtLogin(const QUrl &application) const;
-    void setStartAtLogin(const QUrl &application, bool enabled);
+    /// The log tells a failure, and @p waiter whether it came to that.
+    void setStartAtLogin(const QUrl &application, bool enabled, StoreWaiter waiter = {});
 
     [[nodiscard]] QVariant setting(const Setting &setting) const override;
-    void setSetting(const Setting &setting, const QVariant &value) override;
-    void whenStored(QObject *context, StoreDone done) override;
+    void setSetting(const Setting &setting, const QVariant &value, StoreWaiter waiter) override;
     [[nodiscard]] bool isLocked(const Setting &setting) const override;
 
     [[nodiscard]] bool startAtLogin() const { return willStartAtLogin(appURL()); }
-    void setStartAtLogin(bool enabled);
+    void setStartAtLogin(bool enabled, StoreWaiter waiter = {});
     [[nodiscard]] bool showNotifications() const;
     void setShowNotifications(bool enabled);
     [[nodiscard]] bool checkForUpdates() const;

@@ -36,15 +36,9 @@ bool BrevokAppDelegate::willStartAtLogin(const QUrl &application) const
     return m_with.platform.loginItems->contains(application);
 }
 
-void BrevokAppDelegate::setStartAtLogin(const QUrl &application, bool enabled)
+void BrevokAppDelegate::setStartAtLogin(const QUrl &application, bool enabled, StoreWaiter waiter)
 {
-    LoginItems &items = *m_with.platform.loginItems;
-    const bool present = items.contains(application);
-    if (enabled && !present) {
-        items.insert(application);
-    } else if (!enabled && present) {
-        items.remove(application);
-    }
+    m_with.platform.loginItems->set(application, enabled, std::move(waiter));
 }
 
 QVariant BrevokAppDelegate::setting(const Setting &setting) const
@@ -57,27 +51,21 @@ QVariant BrevokAppDelegate::setting(const Setting &setting) const
                                                 : QVariant(settings.integerValue(setting.key));
 }
 
-void BrevokAppDelegate::setSetting(const Setting &setting, const QVariant &value)
+void BrevokAppDelegate::setSetting(const Setting &setting, const QVariant &value, StoreWaiter waiter)
 {
+    const auto store = [this, waiter = std::move(waiter)](const std::optional<BrevokError> &noLoginItem) {
+        if (noLoginItem) {
+            waiter.tell(noLoginItem);
+            return;
+        }
+        m_with.platform.settings->synchronize(this, [waiter](const auto &error) { waiter.tell(error); });
+    };
     if (setting.key == SettingKeys::startAtLogin) {
-        setStartAtLogin(value.toBool());
+        setStartAtLogin(value.toBool(), {this, store});
     } else {
         m_with.platform.settings->setValue(setting.key, value); // whom it concerns observes its key
+        store({});
     }
-}
-
-void BrevokAppDelegate::whenStored(QObject *context, StoreDone done)
-{
-    m_with.platform.settings->synchronize(
-        context, [context, done = std::move(done), &items = *m_with.platform.loginItems](const auto &error) {
-            if (error) {
-                done(error);
-                return;
-            }
-            items.whenWritten(context, [done](const QString &problem) {
-                done(problem.isEmpty() ? std::nullopt : std::optional(BrevokError{.description = problem}));
-            });
-        });
 }
 
 bool BrevokAppDelegate::isLocked(const Setting &setting) const
@@ -85,12 +73,12 @@ bool BrevokAppDelegate::isLocked(const Setting &setting) const
     return m_with.platform.settings->isLocked(setting.key);
 }
 
-void BrevokAppDelegate::setStartAtLogin(bool enabled)
+void BrevokAppDelegate::setStartAtLogin(bool enabled, StoreWaiter waiter)
 {
     Q_EMIT startAtLoginWillChange();
     m_with.platform.settings->setValue(SettingKeys::startAtLogin, enabled);
-    setStartAtLogin(
-        appURL(), m_with.platform.settings->boolValue(SettingKeys::startAtLogin)); // it may be locked
+    const bool counts = m_with.platform.settings->boolValue(SettingKeys::startAtLogin); // it may be locked
+    setStartAtLogin(appURL(), counts, std::move(waiter));
     Q_EMIT startAtLoginChanged();
 }
 

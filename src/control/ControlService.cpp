@@ -261,13 +261,14 @@ void ControlService::SetSetting(const QString &key, const QString &value)
     if (refusedTooEarly()) {
         return;
     }
-    if (const std::optional<QString> reason = setSettingFromText(m_with->settings, key, value)) {
-        refuse(*reason);
-        return;
-    }
-    m_with->settings.whenStored(this, [call = currentCall()](const auto &error) {
+    const ControlCall call = currentCall();
+    const auto tell = [call](const std::optional<BrevokError> &error) {
         error ? call.refuse(error->description) : call.answer();
-    });
+    };
+    if (const std::optional<QString> reason =
+            setSettingFromText(m_with->settings, key, value, {this, tell})) {
+        call.refuse(*reason);
+    }
 }
 
 QStringList ControlService::Report(const QString &email, const QString &note)

@@ -27,7 +27,8 @@ QString noSuchSetting(const QString &key)
     return u"There is no setting '%1'."_s.arg(key);
 }
 
-std::optional<QString> setSettingFromText(SettingsAccess &settings, const QString &key, const QString &value)
+std::optional<QString> setSettingFromText(
+    SettingsAccess &settings, const QString &key, const QString &value, StoreWaiter waiter)
 {
     const Setting *const setting = findSetting(key);
     if (setting == nullptr) {
@@ -40,7 +41,7 @@ std::optional<QString> setSettingFromText(SettingsAccess &settings, const QStrin
     if (settings.isLocked(*setting)) {
         return u"'%1' is managed by the administrator and cannot be changed here."_s.arg(key);
     }
-    settings.setSetting(*setting, std::get<QVariant>(meant));
+    settings.setSetting(*setting, std::get<QVariant>(meant), std::move(waiter));
     return std::nullopt;
 }
 

@@ -20,8 +20,9 @@ namespace brevok {
 
 /// Sets one by its name ("startAtLogin") or its key in the store ("OrlecStartAtLogin") from a text: yes/no,
 /// true/false, on/off, 1/0, or a number from 0 for the log level.
-/// @return nothing when that counts now, or a sentence that says what is wrong
+/// @return nothing when that counts now and @p waiter hears whether it is stored, or a sentence that says
+/// what is wrong
 [[nodiscard]] std::optional<QString> setSettingFromText(
-    SettingsAccess &settings, const QString &key, const QString &value);
+    SettingsAccess &settings, const QString &key, const QString &value, StoreWaiter waiter);
 
 } // namespace brevok

@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include <QUrl>
+#include "platform/StoreWaiter.h"
 
-#include <functional>
+#include <QUrl>
 
 namespace brevok {
 
@@ -18,12 +18,9 @@ public:
 
     /// Whether an item for exactly @p application exists; false when the list cannot be read.
     [[nodiscard]] virtual bool contains(const QUrl &application) const = 0;
-    /// Adds an item for @p application, removes it: contains() says so at once, the disk follows. Failure is
-    /// logged.
-    virtual void insert(const QUrl &application) = 0;
-    virtual void remove(const QUrl &application) = 0;
-    /// @p done hears, while @p context lives, why the changes so far could not be made; empty when they were.
-    virtual void whenWritten(QObject *context, std::function<void(const QString &problem)> done) = 0;
+    /// Sees that there is an item for @p application, or none: contains() says so at once, the disk follows.
+    /// A failure is logged, and @p waiter alone hears of it.
+    virtual void set(const QUrl &application, bool wanted, StoreWaiter waiter) = 0;
 };
 
 } // namespace brevok

@@ -19,6 +19,7 @@ using StoreDone = std::function<void(const std::optional<BrevokError> &)>;
 /// Who is told what became of changes, while the context lives.
 class StoreWaiter {
 public:
+    StoreWaiter() = default;
     StoreWaiter(QObject *context, StoreDone done)
         : m_hasContext(context != nullptr)
         , m_context(context)
@@ -34,7 +35,7 @@ public:
     }
 
 private:
-    bool m_hasContext;
+    bool m_hasContext = false;
     QPointer<QObject> m_context;
     StoreDone m_done;
 };

@@ -17,10 +17,8 @@ public:
 
     /// What counts now, as a value of the setting's type.
     [[nodiscard]] virtual QVariant setting(const Setting &setting) const = 0;
-    /// Counts at once, unless the administrator decides the setting, and is stored soon after.
-    virtual void setSetting(const Setting &setting, const QVariant &value) = 0;
-    /// @p done hears whether everything that was set is stored. See SettingsStore::synchronize().
-    virtual void whenStored(QObject *context, StoreDone done) = 0;
+    /// Counts at once, unless the administrator decides the setting; @p waiter hears whether it is stored.
+    virtual void setSetting(const Setting &setting, const QVariant &value, StoreWaiter waiter) = 0;
     /// Whether the administrator decides the setting: setting it changes nothing.
     [[nodiscard]] virtual bool isLocked(const Setting &setting) const = 0;
 };

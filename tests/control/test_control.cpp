@@ -157,8 +157,8 @@ void ControlTest::settingsFromText()
     QFETCH(QString, document);
     testing::MemorySettingsStore store;
     testing::StoredSettings settings(store);
-    settings.setSetting(*findSetting(u"startAtLogin"_s), true);
-    const std::optional<QString> refused = setSettingFromText(settings, key, value);
+    settings.setSetting(*findSetting(u"startAtLogin"_s), true, {});
+    const std::optional<QString> refused = setSettingFromText(settings, key, value, {});
     QCOMPARE(refused.has_value(), !reason.isEmpty());
     QVERIFY(!refused || refused->contains(reason));
     const QJsonObject now = settingsDocument(settings);

@@ -13,9 +13,6 @@ namespace brevok::fuzz {
 /// Says what the program promises about an input; a promise that it does not keep ends the run with HOLDS().
 void check(const QByteArray &input);
 
-/// Whether what Qt warns of is a finding.
-inline bool hearsWarnings = true;
-
 [[noreturn]] void fail(const char *file, int line, const char *promise);
 
 /// A folder in memory of this process's own, empty at first; it is gone at the end.

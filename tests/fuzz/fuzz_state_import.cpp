@@ -27,9 +27,8 @@ QVariantMap settingsIn(const QByteArray &lines)
     for (const QByteArray &line : lines.split('\n')) {
         const QByteArray value = line.sliced(line.indexOf('=') + 1);
         const QJsonDocument json = QJsonDocument::fromJson(value);
-        QString shortage;
         if (json.isNull()) {
-            values.insert(settingsValues(line, &shortage).value_or(QVariantMap()));
+            values.insert(settingsValues(line).value_or(QVariantMap()));
         } else {
             const QString key = QString::fromUtf8(line.first(line.size() - value.size())).chopped(1);
             values.insert(key, testing::archived(json.isArray() ? QJsonValue(json.array()) : json.object()));

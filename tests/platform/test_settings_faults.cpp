@@ -38,6 +38,7 @@ private Q_SLOTS:
     void aShortageIsNoDamage();
     void missingRightsAreNoDamage_data();
     void missingRightsAreNoDamage();
+    void aLockThatNobodyHoldsIsInNobodysWay();
     void whatWaitsIsTriedAgain();
 };
 
@@ -286,6 +287,16 @@ void SettingsFaultsTest::missingRightsAreNoDamage()
     QCOMPARE(FileSettingsStore(settingsFile()).keys(), (QStringList{u"a"_s, u"b"_s}));
     QVERIFY(aside(u"unreadable"_s).isEmpty());
     QCOMPARE(LogCapture::lines().size(), 2); // the trouble and its end
+}
+
+// One who is killed as it takes the lock leaves an empty file.
+void SettingsFaultsTest::aLockThatNobodyHoldsIsInNobodysWay()
+{
+    QVERIFY(writeFile(settingsFile() + u".lock"_s, {}));
+    FileSettingsStore store(settingsFile());
+    store.setValue(u"a"_s, 1);
+    QVERIFY2(isStored(store), qPrintable(store.problem()));
+    QVERIFY(!QFileInfo::exists(settingsFile() + u".lock"_s));
 }
 
 void SettingsFaultsTest::whatWaitsIsTriedAgain()

@@ -188,8 +188,8 @@ void SettingsStoreTest::aKilledWriterLeavesAWholeFile()
 {
     for (int round = 0; round < 6; ++round) {
         const std::unique_ptr<QProcess> writer = start(u"blobs"_s, QString());
-        const FileStamp before = stampOf(settingsFile());
-        QTRY_VERIFY(stampOf(settingsFile()) != before && writer->state() == QProcess::Running);
+        const std::optional<FileState> before = fileState(settingsFile());
+        QTRY_VERIFY(fileState(settingsFile()) != before && writer->state() == QProcess::Running);
         writer->kill();
         QVERIFY(writer->waitForFinished());
         FileSettingsStore store(settingsFile());

@@ -25,19 +25,17 @@ public:
         return setting.type == Setting::Type::Truth ? QVariant(m_store.boolValue(setting.key))
                                                     : QVariant(m_store.integerValue(setting.key));
     }
-    void setSetting(const Setting &setting, const QVariant &value) override
+    void setSetting(const Setting &setting, const QVariant &value, StoreWaiter waiter) override
     {
         m_store.setValue(setting.key, value);
-        if (setting.key == SettingKeys::startAtLogin && loginItemProblem.isEmpty()) {
+        const bool isLoginItem = setting.key == SettingKeys::startAtLogin;
+        const QString problem = isLoginItem ? loginItemProblem : QString();
+        if (isLoginItem && problem.isEmpty()) {
             m_loginItem = value.toBool();
         }
-    }
-    void whenStored(QObject *context, StoreDone done) override
-    {
-        m_store.synchronize(context,
-            [done = std::move(done), problem = loginItemProblem](const std::optional<BrevokError> &error) {
-                done(error || problem.isEmpty() ? error : BrevokError{.description = problem});
-            });
+        m_store.synchronize(nullptr, [waiter, problem](const std::optional<BrevokError> &error) {
+            waiter.tell(error || problem.isEmpty() ? error : BrevokError{.description = problem});
+        });
     }
     [[nodiscard]] bool isLocked(const Setting &setting) const override
     {

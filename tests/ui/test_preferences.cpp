@@ -191,12 +191,12 @@ void PreferencesTest::checkBoxesAreInStep()
     QCOMPARE(desk.settings.integerValue(u"OrlecLogLevel"_s), 1);
     // From outside.
     for (const Setting &setting : allSettings()) {
-        desk.access.setSetting(setting, setting.valueFrom(0));
+        desk.access.setSetting(setting, setting.valueFrom(0), {});
     }
     for (auto key = keys.cbegin(); key != keys.cend(); ++key) {
         QTRY_VERIFY2(!desk.find<QCheckBox>(key.key())->isChecked(), key.key());
     }
-    desk.access.setSetting(*findSetting(u"logLevel"_s), 3);
+    desk.access.setSetting(*findSetting(u"logLevel"_s), 3, {});
     QTRY_VERIFY(desk.find<QCheckBox>("logLevel")->isChecked());
 }
 

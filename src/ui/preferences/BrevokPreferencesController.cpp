@@ -149,11 +149,11 @@ void BrevokPreferencesController::setUpSettings()
         QCheckBox *box = m_settingBoxes.value(setting.key);
         box->setText(Texts::tr(setting.text));
         connect(box, &QCheckBox::clicked, this, [this, &setting](bool on) {
-            m_with.access.setSetting(setting, setting.valueFrom(on ? 1 : 0));
-            m_with.access.whenStored(this, [this](const std::optional<BrevokError> &error) {
+            const auto tell = [this](const std::optional<BrevokError> &error) {
                 m_notKept = error && m_with.settings.problem().isEmpty() ? error->description : QString();
                 updateSettingsPage();
-            });
+            };
+            m_with.access.setSetting(setting, setting.valueFrom(on ? 1 : 0), {this, tell});
         });
         if (access.isLocked(setting)) {
             box->setEnabled(false);

@@ -44,4 +44,13 @@ BrevokError fileError(const QString &operation, const QString &path, const Cause
     return result;
 }
 
+bool failWith(
+    std::optional<BrevokError> *error, const QString &operation, const QString &path, const Cause &cause)
+{
+    if (error != nullptr) {
+        *error = fileError(operation, path, cause);
+    }
+    return false;
+}
+
 } // namespace brevok

@@ -7,6 +7,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <utility>
 
 namespace brevok {
@@ -28,5 +29,9 @@ struct Cause {
 /// An error of the domain of files: @p operation is what could not be done, @p path what it was done to. Its
 /// one detailed error is the cause in a person's words.
 [[nodiscard]] BrevokError fileError(const QString &operation, const QString &path, const Cause &cause);
+
+/// Puts that error into @p error, unless that is null. @return false
+bool failWith(
+    std::optional<BrevokError> *error, const QString &operation, const QString &path, const Cause &cause);
 
 } // namespace brevok

@@ -54,14 +54,6 @@ bool allows(const QString &path, int mode)
         == 0;
 }
 
-bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, const Cause &cause)
-{
-    if (error != nullptr) {
-        *error = fileError(operation, path, cause);
-    }
-    return false;
-}
-
 /// A share of the memory that sources may take up all together; nothing when there is too little left.
 std::shared_ptr<void> reserveMemory(qint64 size)
 {
@@ -101,7 +93,7 @@ std::optional<GuardedFileOperations::Source> GuardedFileOperations::openSource(
         good = !source.digest.isEmpty();
     }
     if (!good) {
-        fail(error, Texts::tr("Could not read the file \"%1\"").arg(path), path, errno);
+        failWith(error, Texts::tr("Could not read the file \"%1\"").arg(path), path, errno);
         return std::nullopt;
     }
     return source;
@@ -122,7 +114,7 @@ bool GuardedFileOperations::takeSource(Source &source, const QString &scratch, E
     }
     source.file = std::move(copy);
     return source.file
-        || fail(error, Texts::tr("Could not read the file \"%1\"").arg(source.path), source.path, errno);
+        || failWith(error, Texts::tr("Could not read the file \"%1\"").arg(source.path), source.path, errno);
 }
 
 replaceditem::Repair GuardedFileOperations::repair(
@@ -209,7 +201,7 @@ bool GuardedFileOperations::prepareFolder(const QString &path, const QString &wi
     return (above
                && newfolder::open(
                    above.get(), QFile::encodeName(path.mid(within.size())), newfolder::Links::Refused))
-        || fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
+        || failWith(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
 }
 
 bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
@@ -219,7 +211,7 @@ bool GuardedFileOperations::removeItem(const QString &path, ErrorSlot error)
     const Removed removed =
         place && path == m_target ? replaceditem::remove(place.folder.get(), place.name) : Removed::No;
     if (removed != Removed::Whole) {
-        fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+        failWith(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
     }
     return removed != Removed::No;
 }
@@ -228,7 +220,7 @@ bool GuardedFileOperations::setAside(const QString &path, ErrorSlot error)
 {
     Place place = placeOf(path);
     if (!place || path != m_target || !replaceditem::setAside(place.folder.get(), place.name)) {
-        return fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+        return failWith(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
     }
     m_aside = std::move(place.folder);
     return true;
@@ -245,7 +237,7 @@ bool GuardedFileOperations::bringBack(const QString &path)
     return back;
 }
 
-// That can wait until the caller has his answer: finish() does it.
+// That can wait until the caller is answered: finish() does it.
 void GuardedFileOperations::discard(const QString & /*path*/) { }
 
 std::unique_ptr<QFile> GuardedFileOperations::openVerified(
@@ -290,14 +282,14 @@ bool GuardedFileOperations::copyItem(const QString &source, const QString &targe
     m_placed = asked && place && copySource(place.folder.get(), place.name);
     const int code = asked ? errno : EINVAL;
     return m_placed
-        || fail(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, code);
+        || failWith(error, Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target), target, code);
 }
 
 bool GuardedFileOperations::extractZip(const QFile &archive, const QString &target, ErrorSlot error)
 {
     const Place place = placeOf(target);
     if (!place || target != m_target) {
-        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(target), target, errno);
+        return failWith(error, Texts::tr("Could not open the folder \"%1\"").arg(target), target, errno);
     }
     std::optional<BrevokError> failure = extractZipArchive(
         archive, place.folder.get(), target, {.only = place.name, .owner = m_caller, .safeLater = true});
@@ -316,13 +308,14 @@ bool GuardedFileOperations::addPermissionsAndOwner(
         ? filetree::addAttributes(place.folder.get(), place.name, {permissions, user, true})
         : filetree::Change::Missing;
     if (change == filetree::Change::Failed) {
-        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
+        failWith(
+            error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
     }
     return change != filetree::Change::Missing;
 }
 
 // What was put in place by this request is the caller's since before it got its name, and nothing that has
-// taken that name meanwhile is given to him.
+// taken that name meanwhile is given away.
 QList<FileOperations::AttributeFailure> GuardedFileOperations::addPermissionsAndOwnerToTree(
     const QString &path, quint32 permissions, quint32 user)
 {

@@ -11,11 +11,11 @@
 
 namespace brevok {
 
-/// The file manager of a process that works with root's rights on one request of somebody else, who may
-/// change whatever he may change at any moment. No link that he could have planted is followed, what he could
-/// not read is not given to him, and the only thing that is copied or unpacked is the source he was asked for
-/// before. The target's own name leads to the whole old item, to nothing, or to the whole new one; for that
-/// to hold over a power cut it takes finish() and repair(). One thread at a time.
+/// The file manager of a process that works with root's rights on one request of a caller, who may change
+/// whatever the caller's own rights allow at any moment. No link that the caller could have planted is
+/// followed, what the caller could not read is not given away, and nothing is copied or unpacked but the
+/// source that was named before. The target's own name leads to the whole old item, to nothing, or to the
+/// whole new one; for that to hold over a power cut it takes finish() and repair(). One thread at a time.
 class GuardedFileOperations final : public FileOperations {
 public:
     /// What a request installs: a file of the caller's, until its bytes are taken.

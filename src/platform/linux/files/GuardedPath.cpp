@@ -11,7 +11,6 @@
 #include <array>
 #include <cerrno>
 #include <climits>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/mman.h>

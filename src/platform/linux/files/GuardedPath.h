@@ -10,9 +10,9 @@
 
 #include <sys/types.h>
 
-/// Opening paths that somebody else names, for a process with more rights than he has. A link on the way is
-/// followed only where nobody but root can have put it: it is root's, in a folder that only root may change.
-/// Failures leave their reason in errno, ELOOP for a link that is not followed.
+/// Opening paths that somebody else names, for a process with more rights than they have. A link on the way
+/// is followed only where nobody but root can have put it: it is root's, in a folder that only root may
+/// change. Failures leave their reason in errno, ELOOP for a link that is not followed.
 namespace brevok::guardedpath {
 
 enum class Missing { Refused, Created };
@@ -26,7 +26,7 @@ enum class Folders { Anybodys, Roots };
     const QByteArray &path, Missing missing = Missing::Refused, Folders folders = Folders::Anybodys);
 
 /// Whether there is something at the absolute @p path for all that @p user may know: root's folders on the
-/// way keep nothing from him, those of others do where he may not pass through them himself.
+/// way keep nothing from that user, those of others do where the user may not pass through them.
 [[nodiscard]] bool isVisible(const QByteArray &path, const UserRights &user);
 
 /// Opens the regular file at the absolute @p path for reading if it is @p owner's own; nothing else, links

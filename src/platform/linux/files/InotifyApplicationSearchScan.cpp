@@ -14,7 +14,6 @@
 
 #include <fnmatch.h>
 #include <sys/inotify.h>
-#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -201,23 +200,16 @@ InotifyQueue::InotifyQueue()
 {
 }
 
-InotifyQueue::~InotifyQueue()
-{
-    if (m_descriptor >= 0) {
-        ::close(m_descriptor);
-    }
-}
-
 int InotifyQueue::watch(const QString &path, quint32 events) const
 {
     const int watch =
-        ::inotify_add_watch(m_descriptor, QFile::encodeName(path).constData(), events | IN_MASK_ADD);
+        ::inotify_add_watch(m_descriptor.get(), QFile::encodeName(path).constData(), events | IN_MASK_ADD);
     return watch >= 0 ? watch : -errno;
 }
 
 void InotifyQueue::forget(int watch) const
 {
-    ::inotify_rm_watch(m_descriptor, watch);
+    ::inotify_rm_watch(m_descriptor.get(), watch);
 }
 
 bool SearchScope::matches(const QString &fileName) const

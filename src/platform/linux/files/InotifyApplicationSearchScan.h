@@ -4,6 +4,7 @@
 #pragma once
 
 #include "platform/FileState.h"
+#include "platform/linux/files/FileDescriptor.h"
 
 #include <QList>
 #include <QMap>
@@ -22,11 +23,9 @@ class Pulse;
 class InotifyQueue final {
 public:
     InotifyQueue();
-    ~InotifyQueue();
-    Q_DISABLE_COPY_MOVE(InotifyQueue)
 
     /// Negative when the system gave none; watching is then without effect.
-    [[nodiscard]] int descriptor() const { return m_descriptor; }
+    [[nodiscard]] int descriptor() const { return m_descriptor.get(); }
     /// Watches @p path (following links) for @p events beside those it is watched for already.
     /// @return the watch, or a negative errno
     [[nodiscard]] int watch(const QString &path, quint32 events) const;
@@ -37,7 +36,7 @@ public:
     [[nodiscard]] bool isCancelled() const { return m_cancelled.load(std::memory_order_relaxed); }
 
 private:
-    int m_descriptor;
+    FileDescriptor m_descriptor;
     std::atomic<bool> m_cancelled = false;
 };
 

@@ -31,14 +31,6 @@ bool allows(const QString &path, int mode)
     return ::faccessat(AT_FDCWD, QFile::encodeName(path).constData(), mode, AT_EACCESS) == 0;
 }
 
-bool fail(FileOperations::ErrorSlot error, const QString &operation, const QString &path, const Cause &cause)
-{
-    if (error != nullptr) {
-        *error = fileError(operation, path, cause);
-    }
-    return false;
-}
-
 /// The folder of an entry, open for look-ups only: that asks for no right to read it.
 FileDescriptor openForLookUp(const QByteArray &folder)
 {
@@ -148,7 +140,7 @@ bool LinuxFileOperations::prepareFolder(const QString &path, const QString &with
         ? newfolder::open(above.get(), QFile::encodeName(path.mid(within.size())), newfolder::Links::Followed)
         : FileDescriptor();
     if (!folder) {
-        return fail(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
+        return failWith(error, Texts::tr("Could not create the folder \"%1\"").arg(path), path, errno);
     }
     replaceditem::repairAll(folder.get());
     return true;
@@ -160,7 +152,7 @@ bool LinuxFileOperations::removeItem(const QString &path, ErrorSlot error)
     const Place place(path);
     const Removed removed = place ? replaceditem::remove(place.folder.get(), place.name) : Removed::No;
     if (removed != Removed::Whole) {
-        fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+        failWith(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
     }
     return removed != Removed::No;
 }
@@ -169,7 +161,7 @@ bool LinuxFileOperations::setAside(const QString &path, ErrorSlot error)
 {
     const Place place(path);
     return (place && replaceditem::setAside(place.folder.get(), place.name))
-        || fail(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
+        || failWith(error, Texts::tr("Could not remove \"%1\"").arg(path), path, errno);
 }
 
 bool LinuxFileOperations::bringBack(const QString &path)
@@ -203,7 +195,7 @@ bool LinuxFileOperations::copyItem(const QString &source, const QString &target,
         return true;
     }
     const int code = errno;
-    return fail(error,
+    return failWith(error,
         failed == source || failed == target
             ? Texts::tr("Could not copy \"%1\" to \"%2\"").arg(source, target)
             : Texts::tr("Could not copy \"%1\" to \"%2\" (at \"%3\")").arg(source, target, failed),
@@ -215,7 +207,7 @@ bool LinuxFileOperations::extractZip(const QFile &archive, const QString &target
     const Place place(target, safepath::openFolder);
     if (!place) {
         const QString folder = deletingLastPathComponent(target);
-        return fail(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, errno);
+        return failWith(error, Texts::tr("Could not open the folder \"%1\"").arg(folder), folder, errno);
     }
     std::optional<BrevokError> failure =
         extractZipArchive(archive, place.folder.get(), target, {.only = place.name});
@@ -236,7 +228,8 @@ bool LinuxFileOperations::addPermissionsAndOwner(
         : filetree::addAttributes(
             folder.get(), item.name.isEmpty() ? QByteArrayLiteral(".") : item.name, {permissions, user});
     if (change == filetree::Change::Failed) {
-        fail(error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
+        failWith(
+            error, Texts::tr("Could not change the owner and permissions of \"%1\"").arg(path), path, errno);
     }
     return change != filetree::Change::Missing;
 }

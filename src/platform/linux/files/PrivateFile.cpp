@@ -4,6 +4,7 @@
 #include "platform/linux/files/PrivateFile.h"
 
 #include "platform/linux/files/FileDescriptor.h"
+#include "platform/linux/files/FileStateOf.h"
 #include "platform/linux/files/SafePath.h"
 
 #include <QDateTime>
@@ -21,36 +22,6 @@
 namespace brevok {
 
 namespace {
-
-FileStamp stampFrom(const struct stat &facts)
-{
-    const auto nanoseconds = [](const timespec &time) {
-        return time.tv_sec * 1'000'000'000LL + time.tv_nsec;
-    };
-    return {.device = facts.st_dev,
-        .inode = facts.st_ino,
-        .size = facts.st_size,
-        .modified = nanoseconds(facts.st_mtim),
-        .changed = nanoseconds(facts.st_ctim)};
-}
-
-bool readAll(int file, QByteArray *bytes)
-{
-    qsizetype length = 0;
-    while (length < bytes->size()) {
-        const ssize_t count =
-            ::read(file, bytes->data() + length, static_cast<size_t>(bytes->size() - length));
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count <= 0) {
-            bytes->truncate(length);
-            return count == 0;
-        }
-        length += count;
-    }
-    return true;
-}
 
 // A shortage, of rights too, is no reason to take the user's settings away.
 PrivateFile unopened(const QByteArray &path, int code)
@@ -70,7 +41,7 @@ PrivateFile unopened(const QByteArray &path, int code)
 
 } // namespace
 
-PrivateFile readPrivateFile(const QString &path, const FileStamp &known, qint64 limit)
+PrivateFile readPrivateFile(const QString &path, const FileState &known, qint64 limit)
 {
     using State = PrivateFile::State;
     const QByteArray name = QFile::encodeName(path);
@@ -89,21 +60,15 @@ PrivateFile readPrivateFile(const QString &path, const FileStamp &known, qint64 
     if (facts.st_size > limit) {
         return {.state = State::Unusable, .reason = QStringLiteral("too large")};
     }
-    const FileStamp stamp = stampFrom(facts);
+    const FileState stamp = fileState(facts);
     if (stamp == known) {
         return {.state = State::Unchanged, .stamp = stamp};
     }
-    QByteArray contents(facts.st_size, Qt::Uninitialized);
-    if (!readAll(file.get(), &contents)) {
+    std::optional<QByteArray> contents = safepath::readBytes(file.get(), 0, facts.st_size);
+    if (!contents) {
         return unopened(name, errno);
     }
-    return {.state = State::Read, .contents = contents, .stamp = stamp};
-}
-
-FileStamp stampOf(const QString &path)
-{
-    struct stat facts = {};
-    return ::stat(QFile::encodeName(path).constData(), &facts) == 0 ? stampFrom(facts) : FileStamp();
+    return {.state = State::Read, .contents = std::move(*contents), .stamp = stamp};
 }
 
 bool writePrivateFile(const QString &path, const QByteArray &contents, std::optional<BrevokError> *error)
@@ -124,18 +89,6 @@ bool writePrivateFile(const QString &path, const QByteArray &contents, std::opti
         .description = qt_error_string(code),
         .details = {{QStringLiteral("Path"), path}}};
     return false;
-}
-
-QString whyNotWritten(const QString &path)
-{
-    constexpr qsizetype size = 4096;
-    const QString another = path + QStringLiteral(".try");
-    std::optional<BrevokError> error;
-    if (!writePrivateFile(another, QByteArray(size, '\n'), &error)) {
-        return error->description;
-    }
-    QFile::remove(another);
-    return QStringLiteral("the system does not say why");
 }
 
 bool makePrivateFolder(const QString &path)

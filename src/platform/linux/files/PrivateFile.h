@@ -4,6 +4,7 @@
 #pragma once
 
 #include "foundation/BrevokError.h"
+#include "platform/FileState.h"
 
 #include <QByteArray>
 #include <QString>
@@ -11,17 +12,6 @@
 #include <optional>
 
 namespace brevok {
-
-/// Tells one state of a file from another, also when both were written within one tick of the clock.
-struct FileStamp {
-    quint64 device = 0;
-    quint64 inode = 0;
-    qint64 size = 0;
-    qint64 modified = 0; ///< nanoseconds
-    qint64 changed = 0; ///< nanoseconds
-
-    bool operator==(const FileStamp &) const = default;
-};
 
 /// What stands at a path where a file of ours belongs.
 struct PrivateFile {
@@ -35,21 +25,15 @@ struct PrivateFile {
     State state = State::Missing;
     QString reason{}; ///< when Unusable or Failed
     QByteArray contents{}; ///< when Read
-    FileStamp stamp{}; ///< when Read or Unchanged
+    FileState stamp{}; ///< when Read or Unchanged
 };
 
 /// Reads the file at @p path, unless it is as at @p known, and takes everyone else's rights to it away.
-[[nodiscard]] PrivateFile readPrivateFile(const QString &path, const FileStamp &known, qint64 limit);
-
-/// The stamp of what stands at @p path.
-[[nodiscard]] FileStamp stampOf(const QString &path);
+[[nodiscard]] PrivateFile readPrivateFile(const QString &path, const FileState &known, qint64 limit);
 
 /// Creates a file that nobody else may open, from its first moment on. Something else in its place is
 /// removed.
 bool writePrivateFile(const QString &path, const QByteArray &contents, std::optional<BrevokError> *error);
-
-/// What the system says of one more file beside the one at @p path, which could not be written.
-[[nodiscard]] QString whyNotWritten(const QString &path);
 
 /// Makes the folder, with those above it; one that is made here is the user's alone.
 bool makePrivateFolder(const QString &path);

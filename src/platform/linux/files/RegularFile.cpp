@@ -5,15 +5,14 @@
 
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/FileStateOf.h"
+#include "platform/linux/files/SafePath.h"
 
 #include <QFile>
 
 #include <algorithm>
-#include <cerrno>
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace brevok {
 
@@ -36,29 +35,6 @@ std::optional<OpenedFile> openRegularFile(const QString &path)
     return OpenedFile{std::move(file), fileState(facts)};
 }
 
-// Up to @p size bytes from @p offset on; fewer when the file has become shorter.
-std::optional<QByteArray> readBytes(const FileDescriptor &file, qint64 offset, qint64 size)
-{
-    QByteArray bytes(size, Qt::Uninitialized);
-    qsizetype length = 0;
-    while (length < bytes.size()) {
-        const ssize_t count = ::pread(
-            file.get(), bytes.data() + length, static_cast<size_t>(bytes.size() - length), offset + length);
-        if (count < 0 && errno == EINTR) {
-            continue;
-        }
-        if (count < 0) {
-            return std::nullopt;
-        }
-        if (count == 0) {
-            break;
-        }
-        length += count;
-    }
-    bytes.truncate(length);
-    return bytes;
-}
-
 } // namespace
 
 std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit, FileState *state)
@@ -71,7 +47,7 @@ std::optional<QByteArray> readRegularFile(const QString &path, qint64 limit, Fil
     if (state != nullptr) {
         *state = opened->state;
     }
-    return size <= limit ? readBytes(opened->file, 0, size) : std::nullopt;
+    return size <= limit ? safepath::readBytes(opened->file.get(), 0, size) : std::nullopt;
 }
 
 std::optional<FileTail> readFileTail(const QString &path, qint64 limit)
@@ -81,7 +57,8 @@ std::optional<FileTail> readFileTail(const QString &path, qint64 limit)
         return std::nullopt;
     }
     const qint64 length = std::min(opened->state.size, limit);
-    std::optional<QByteArray> bytes = readBytes(opened->file, opened->state.size - length, length);
+    std::optional<QByteArray> bytes =
+        safepath::readBytes(opened->file.get(), opened->state.size - length, length);
     return bytes ? std::optional(FileTail{std::move(*bytes), length == opened->state.size}) : std::nullopt;
 }
 

@@ -31,10 +31,7 @@ FileDescriptor openAround(const safepath::SplitPath &item, guardedpath::Missing 
 
 bool fail(ErrorSlot error, const QString &operation, const QString &path)
 {
-    if (error != nullptr) {
-        *error = fileError(operation.arg(path), path, errno);
-    }
-    return false;
+    return failWith(error, operation.arg(path), path, errno);
 }
 
 /// Makes the file under another name, lets @p fill write it, and gives it its own name when it is on the

@@ -101,16 +101,15 @@ std::optional<QByteArrayList> names(int folder, qsizetype most)
 {
     // A descriptor of its own: reading moves the folder's position.
     FileDescriptor own(::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!own) {
-        return std::nullopt;
-    }
     const auto closeStream = [](DIR *stream) {
         ::closedir(stream);
     };
-    const std::unique_ptr<DIR, decltype(closeStream)> stream(::fdopendir(::dup(own.get())), closeStream);
+    const std::unique_ptr<DIR, decltype(closeStream)> stream(
+        own ? ::fdopendir(own.get()) : nullptr, closeStream);
     if (!stream) {
         return std::nullopt;
     }
+    (void)own.release(); // closed with the stream
     QByteArrayList result;
     // Nothing else tells the end from a failure.
     const int before = std::exchange(errno, 0);
@@ -154,6 +153,25 @@ bool exchange(int oneFolder, const QByteArray &one, int otherFolder, const QByte
 bool sync(int folder)
 {
     return ::syncfs(folder) == 0;
+}
+
+std::optional<QByteArray> readBytes(int file, off_t offset, qint64 size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    qsizetype length = 0;
+    while (length < size) {
+        const ssize_t count =
+            ::pread(file, bytes.data() + length, static_cast<size_t>(size - length), offset + length);
+        if (count == 0) {
+            break;
+        }
+        if (count < 0 && errno != EINTR) {
+            return std::nullopt;
+        }
+        length += std::max<ssize_t>(count, 0);
+    }
+    bytes.truncate(length);
+    return bytes;
 }
 
 bool writeAll(int file, const char *bytes, size_t size)

@@ -5,6 +5,7 @@
 
 #include "platform/linux/files/FileDescriptor.h"
 
+#include <QByteArray>
 #include <QByteArrayList>
 
 #include <limits>
@@ -41,6 +42,9 @@ struct SplitPath {
 /// Brings everything on the file system of @p folder to the disk, and opens nothing for that: what stands
 /// there may belong to somebody who swaps it for something that is better not opened.
 [[nodiscard]] bool sync(int folder);
+/// Up to @p size bytes from @p offset on; fewer when the file has become shorter, nothing when it cannot be
+/// read.
+[[nodiscard]] std::optional<QByteArray> readBytes(int file, off_t offset, qint64 size);
 /// Writes all of @p size bytes.
 [[nodiscard]] bool writeAll(int file, const char *bytes, size_t size);
 /// Copies the first @p size bytes of a file to the end of another. A source that has become shorter is a

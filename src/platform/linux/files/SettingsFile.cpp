@@ -5,13 +5,22 @@
 
 #include "foundation/Log.h"
 #include "platform/DurableFile.h"
+#include "platform/linux/files/FileDescriptor.h"
 #include "platform/linux/files/SettingsText.h"
 
+#include <QDeadlineTimer>
+#include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
+#include <thread>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
 
 namespace brevok {
 
@@ -21,12 +30,60 @@ namespace {
 
 constexpr qint64 sizeLimit = 256LL * 1024 * 1024;
 // Another program holds the lock for the time of one write.
-constexpr int lockTimeoutMilliseconds = 5000;
+constexpr std::chrono::seconds lockTimeout(5);
+constexpr std::chrono::milliseconds pauseBetweenTries(10);
 
 QString resolved(const QString &path)
 {
     const QString target = QFileInfo(path).canonicalFilePath();
     return target.isEmpty() ? path : target;
+}
+
+// The lock that QSettings takes for a file, too. What a holder that was killed leaves of it is in nobody's
+// way.
+class Lock final {
+public:
+    explicit Lock(const QString &path)
+        : m_path(path + u".lock"_s)
+    {
+    }
+    ~Lock()
+    {
+        if (m_file) {
+            QFile::remove(m_path);
+        }
+    }
+    Q_DISABLE_COPY_MOVE(Lock)
+
+    /// @return why it cannot be had
+    [[nodiscard]] QString take();
+
+private:
+    QString m_path;
+    FileDescriptor m_file;
+};
+
+QString Lock::take()
+{
+    const QDeadlineTimer end(lockTimeout);
+    do {
+        FileDescriptor file(::open(QFile::encodeName(m_path).constData(),
+            O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, S_IRUSR | S_IWUSR));
+        struct stat facts = {};
+        if (!file || ::fstat(file.get(), &facts) != 0) {
+            return qt_error_string(errno);
+        }
+        // Some file systems have no locks; there a lost change is better than none that is ever stored.
+        const bool isFree = ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+        if (isFree
+            && fileState(m_path).value_or(FileState()).inode
+                == facts.st_ino) { // not removed by its last holder meanwhile
+            m_file = std::move(file);
+            return {};
+        }
+        std::this_thread::sleep_for(pauseBetweenTries);
+    } while (!end.hasExpired());
+    return u"another program holds its lock"_s;
 }
 
 } // namespace
@@ -40,15 +97,11 @@ QString SettingsFile::read()
 {
     PrivateFile file = readPrivateFile(m_path, m_stamp, sizeLimit);
     if (file.state == PrivateFile::State::Read) {
-        QString shortage;
-        if (std::optional<QVariantMap> values = settingsValues(file.contents, &shortage)) {
+        if (std::optional<QVariantMap> values = settingsValues(file.contents)) {
             m_values = std::move(*values);
             m_stamp = file.stamp;
             m_isGone = false;
             return {};
-        }
-        if (!shortage.isEmpty()) {
-            return shortage;
         }
         file.state = PrivateFile::State::Unusable;
         file.reason = u"broken"_s;
@@ -92,10 +145,9 @@ QString SettingsFile::write(const QVariantMap &changes)
     if (!makePrivateFolder(QFileInfo(m_path).absolutePath())) {
         return qt_error_string(errno);
     }
-    QLockFile lock(m_path + u".lock"_s);
-    if (!lock.tryLock(lockTimeoutMilliseconds)) {
-        return lock.error() == QLockFile::LockFailedError ? u"another program holds its lock"_s
-                                                          : whyNotWritten(m_path);
+    Lock lock(m_path);
+    if (QString problem = lock.take(); !problem.isEmpty()) {
+        return problem;
     }
     if (QString problem = read(); !problem.isEmpty()) {
         return problem;
@@ -114,15 +166,11 @@ QString SettingsFile::write(const QVariantMap &changes)
 QString SettingsFile::replace(const QVariantMap &values)
 {
     const QString fresh = m_path + u".new"_s;
-    QString reason;
-    if (!writeSettings(fresh, values, &reason)) {
-        QFile::remove(fresh);
-        return reason;
-    }
-    if (std::optional<BrevokError> error; !renameDurably(fresh, m_path, &error)) {
+    std::optional<BrevokError> error;
+    if (!writePrivateFile(fresh, settingsText(values), &error) || !renameDurably(fresh, m_path, &error)) {
         return error->description;
     }
-    m_stamp = stampOf(m_path);
+    m_stamp = fileState(m_path).value_or(FileState());
     m_values = values;
     m_isGone = false;
     return {};

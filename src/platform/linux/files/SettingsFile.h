@@ -35,7 +35,7 @@ private:
 
     QString m_path;
     QVariantMap m_values;
-    FileStamp m_stamp;
+    FileState m_stamp;
     bool m_isGone = false; ///< with the values, which are known all the same
 };
 

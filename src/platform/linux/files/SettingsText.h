@@ -10,16 +10,15 @@
 
 namespace brevok {
 
-/// Writes a settings file: INI as QSettings reads and writes it, so that people can read and edit it. A date
-/// is kept as ISO 8601 text; a key's slashes, which would be groups, are kept as "%2F". Something else at
-/// @p path is removed; the file is the user's alone.
-/// @return false, with the reason, when it holds less than @p values; it may be there then
-[[nodiscard]] bool writeSettings(const QString &path, const QVariantMap &values, QString *reason);
+/// The text of a settings file: INI in UTF-8, with the escapes of QSettings, which earlier versions wrote and
+/// which can read it. A date is kept as ISO 8601 text.
+[[nodiscard]] QByteArray settingsText(const QVariantMap &values);
 
-/// The values in the text of such a file. Numbers, truths and dates are texts, which the store's typed
-/// accessors read.
-/// @return nothing when @p text is no settings file, or could not be looked at now: then @p shortage says why
-[[nodiscard]] std::optional<QVariantMap> settingsValues(const QByteArray &text, QString *shortage);
+/// The values in such a file, also when a person edited it: comments, groups (a group's name and a slash
+/// begin the names of its keys) and lines continued after a backslash. Numbers, truths and dates are texts,
+/// which the store's typed accessors read.
+/// @return nothing when @p bytes are no settings file: a line is neither group nor value, or there is a NUL
+[[nodiscard]] std::optional<QVariantMap> settingsValues(const QByteArray &bytes);
 
 /// Whether @p found, perhaps read from such a text, is what stays of @p value in one.
 [[nodiscard]] bool sameInSettings(const QVariant &found, const QVariant &value);

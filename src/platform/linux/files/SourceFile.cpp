@@ -47,9 +47,7 @@ std::unique_ptr<QFile> sourceOf(
             cause = {EBADMSG, reason, reason};
         }
     }
-    if (error != nullptr) {
-        *error = fileError(Texts::tr("Could not open the archive \"%1\"").arg(path), path, cause);
-    }
+    failWith(error, Texts::tr("Could not open the archive \"%1\"").arg(path), path, cause);
     return nullptr;
 }
 

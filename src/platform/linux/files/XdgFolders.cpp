@@ -38,8 +38,8 @@ QString administratorsPolicyFile()
 QString administratorsPolicyFile(const QString &executable)
 {
     QString prefix = QDir::cleanPath(QFileInfo(executable).path() + QStringLiteral("/.."));
-    if (prefix.endsWith(QStringLiteral("/usr"))) {
-        prefix.chop(4);
+    if (const QString usr = QStringLiteral("/usr"); prefix.endsWith(usr)) {
+        prefix.chop(usr.size());
     }
     return QDir::cleanPath(prefix + QStringLiteral("/etc/tolvane-brevok/policy.conf"));
 }

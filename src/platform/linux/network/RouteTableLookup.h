@@ -6,6 +6,8 @@
 #include "platform/linux/files/FileDescriptor.h"
 #include "platform/RouteLookup.h"
 
+#include <memory>
+
 class QSocketNotifier;
 
 namespace brevok {

@@ -6,7 +6,6 @@
 #include "platform/HttpTransfers.h"
 
 #include <chrono>
-#include <optional>
 
 namespace brevok {
 

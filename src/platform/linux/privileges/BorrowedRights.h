@@ -16,7 +16,8 @@ struct UserRights {
 };
 
 /// While this lives, the calling thread of a process with root's rights has those of somebody else on files:
-/// the system itself decides then what he may see, by modes, lists of access and whatever else there is.
+/// the system itself decides then what they may see, by modes, access control lists and whatever else there
+/// is.
 class BorrowedRights final {
 public:
     explicit BorrowedRights(const UserRights &rights);

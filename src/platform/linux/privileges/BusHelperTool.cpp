@@ -18,7 +18,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto busName = "com.tolvane.brevok.HelperTool"_L1;
 constexpr int activationTimeoutMs = 10'000;
 constexpr int busTimeoutMs = 5000;
 constexpr int orderTimeoutMs = 30'000;
@@ -49,11 +48,12 @@ QDBusMessage askBus(
 bool rootBearsTheName(const QDBusConnection &bus)
 {
     const QDBusMessage started =
-        askBus(bus, u"StartServiceByName"_s, {QString(busName), 0U}, activationTimeoutMs);
+        askBus(bus, u"StartServiceByName"_s, {QString(BusInstaller::busName), 0U}, activationTimeoutMs);
     if (started.type() != QDBusMessage::ReplyMessage) {
         return false;
     }
-    const QDBusMessage owner = askBus(bus, u"GetConnectionUnixUser"_s, {QString(busName)}, busTimeoutMs);
+    const QDBusMessage owner =
+        askBus(bus, u"GetConnectionUnixUser"_s, {QString(BusInstaller::busName)}, busTimeoutMs);
     const bool isRoots =
         owner.type() == QDBusMessage::ReplyMessage && owner.arguments().value(0, 1U).toUInt() == 0;
     if (!isRoots) {
@@ -138,10 +138,11 @@ bool BusHelperTool::order(const QByteArray &command, std::optional<BrevokError> 
     if (answer == "done") {
         return true;
     }
+    const QByteArray failed = "failed: ";
     *error = BrevokError{.domain = QString::fromLatin1(installerErrorDomain),
         .code = 1,
-        .description = answer.startsWith("failed: ")
-            ? QString::fromUtf8(answer.mid(8))
+        .description = answer.startsWith(failed)
+            ? QString::fromUtf8(answer.sliced(failed.size()))
             : Texts::tr("Setting up the privileged helper ended without a result.")};
     return false;
 }

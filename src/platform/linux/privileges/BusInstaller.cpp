@@ -32,7 +32,6 @@ namespace {
 
 using Proxy = ComTolvaneBrevokHelperToolInterface;
 
-constexpr auto busName = "com.tolvane.brevok.HelperTool"_L1;
 constexpr auto objectPath = "/com/tolvane/brevok/HelperTool"_L1;
 constexpr int answerTimeoutMs = 5000;
 constexpr auto copyPrefix = "brevok-handed-over-"_L1;
@@ -41,7 +40,7 @@ constexpr auto copyPrefix = "brevok-handed-over-"_L1;
 class QuickProxy final : public Proxy {
 public:
     explicit QuickProxy(const QDBusConnection &bus)
-        : Proxy(QString(busName), QString(objectPath), bus)
+        : Proxy(QString(BusInstaller::busName), QString(objectPath), bus)
     {
         setTimeout(answerTimeoutMs);
     }

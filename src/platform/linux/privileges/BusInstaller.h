@@ -15,6 +15,8 @@ namespace brevok {
 /// does not even say its version any more. The other calls wait for seconds.
 class BusInstaller final : public InstallerOperations {
 public:
+    static constexpr QLatin1StringView busName{"com.tolvane.brevok.HelperTool"};
+
     BusInstaller(QDBusConnection bus, bool mayAsk);
 
     /// Whether somebody describes the object at all; @p installs: whether it can install.

@@ -9,7 +9,6 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QMap>
-#include <QPointer>
 #include <QSaveFile>
 
 #include <filesystem>
@@ -20,30 +19,15 @@ namespace brevok {
 namespace {
 
 constexpr qint64 sizeLimit = 64LL * 1024;
+constexpr QLatin1StringView applicationKey("X-Tolvane-Application-URL");
 
 // A value of type string, as the desktop entry format escapes it.
-QString escaped(const QString &text)
+QString escaped(QString text)
 {
-    QString result;
-    for (const QChar c : text) {
-        switch (c.unicode()) {
-        case u'\\':
-            result += QStringLiteral("\\\\");
-            break;
-        case u'\n':
-            result += QStringLiteral("\\n");
-            break;
-        case u'\r':
-            result += QStringLiteral("\\r");
-            break;
-        case u'\t':
-            result += QStringLiteral("\\t");
-            break;
-        default:
-            result += c;
-        }
-    }
-    return result;
+    return text.replace(u'\\', QStringLiteral("\\\\"))
+        .replace(u'\n', QStringLiteral("\\n"))
+        .replace(u'\r', QStringLiteral("\\r"))
+        .replace(u'\t', QStringLiteral("\\t"));
 }
 
 // One argument of a command line: quoted against the shell's rules and the format's field codes.
@@ -99,9 +83,29 @@ QString removeEntry(const QString &path)
         : QStringLiteral("The login item %1 cannot be removed: %2").arg(path, file.errorString());
 }
 
-QString applicationKey()
+bool holdsItem(const QString &path, const QUrl &application)
 {
-    return QStringLiteral("X-Tolvane-Application-URL");
+    const QMap<QString, QString> entry = readEntry(path);
+    const bool switchedOff = entry.value(QStringLiteral("Hidden")) == QStringLiteral("true")
+        || entry.value(QStringLiteral("X-GNOME-Autostart-enabled")) == QStringLiteral("false");
+    return !switchedOff && !application.isEmpty()
+        && entry.value(QString(applicationKey)) == application.toString(QUrl::FullyEncoded);
+}
+
+QByteArray entryFor(const QUrl &application, const QString &displayName)
+{
+    const QString program = application.toLocalFile();
+    return QStringLiteral("[Desktop Entry]\n"
+                          "Type=Application\n"
+                          "Version=1.0\n"
+                          "Name=%1\n"
+                          "Exec=%2 --background\n"
+                          "TryExec=%3\n"
+                          "Terminal=false\n"
+                          "%4=%5\n")
+        .arg(escaped(displayName), escaped(quoted(program)), escaped(program), applicationKey,
+            application.toString(QUrl::FullyEncoded))
+        .toUtf8();
 }
 
 } // namespace
@@ -114,59 +118,28 @@ AutostartLoginItems::AutostartLoginItems(QString file, QString displayName)
 
 bool AutostartLoginItems::contains(const QUrl &application) const
 {
-    if (m_unwritten->load(std::memory_order_acquire) > 0) {
-        return !application.isEmpty() && application == m_wanted;
-    }
-    const QMap<QString, QString> entry = readEntry(m_file);
-    const bool switchedOff = entry.value(QStringLiteral("Hidden")) == QStringLiteral("true")
-        || entry.value(QStringLiteral("X-GNOME-Autostart-enabled")) == QStringLiteral("false");
-    return !switchedOff && !application.isEmpty()
-        && entry.value(applicationKey()) == application.toString(QUrl::FullyEncoded);
+    const bool isKnown =
+        m_unwritten->load(std::memory_order_acquire) > 0 && m_lastChange.first == application;
+    return isKnown ? m_lastChange.second : holdsItem(m_file, application);
 }
 
-void AutostartLoginItems::insert(const QUrl &application)
+void AutostartLoginItems::set(const QUrl &application, bool wanted, StoreWaiter waiter)
 {
-    const QString program = application.toLocalFile();
-    const QString text = QStringLiteral("[Desktop Entry]\n"
-                                        "Type=Application\n"
-                                        "Version=1.0\n"
-                                        "Name=%1\n"
-                                        "Exec=%2 --background\n"
-                                        "TryExec=%3\n"
-                                        "Terminal=false\n"
-                                        "%4=%5\n")
-                             .arg(escaped(m_displayName), escaped(quoted(program)), escaped(program),
-                                 applicationKey(), application.toString(QUrl::FullyEncoded));
-    change(application, [path = m_file, bytes = text.toUtf8()] { return writeEntry(path, bytes); });
-}
-
-void AutostartLoginItems::remove(const QUrl &application)
-{
-    if (contains(application)) {
-        change({}, [path = m_file] { return removeEntry(path); });
-    }
-}
-
-void AutostartLoginItems::change(const QUrl &wanted, std::function<QString()> onDisk)
-{
-    m_wanted = wanted;
+    m_lastChange = {application, wanted};
     m_unwritten->fetch_add(1, std::memory_order_relaxed);
-    m_disk.add([unwritten = m_unwritten, problem = m_problem, onDisk = std::move(onDisk)] {
-        *problem = onDisk();
-        if (!problem->isEmpty()) {
-            logLine(*problem);
+    m_disk.add([unwritten = m_unwritten, path = m_file, name = m_displayName, application, wanted,
+                   waiter = std::move(waiter)] {
+        QString problem;
+        if (holdsItem(path, application) != wanted) {
+            problem = wanted ? writeEntry(path, entryFor(application, name)) : removeEntry(path);
+        }
+        if (!problem.isEmpty()) {
+            logLine(problem);
         }
         unwritten->fetch_sub(1, std::memory_order_release);
-    });
-}
-
-void AutostartLoginItems::whenWritten(QObject *context, std::function<void(const QString &)> done)
-{
-    m_disk.add([problem = m_problem, guard = QPointer<QObject>(context), done = std::move(done)] {
-        onMain(QCoreApplication::instance(), [text = std::exchange(*problem, {}), guard, done] {
-            if (guard) {
-                done(text);
-            }
+        onMain(QCoreApplication::instance(), [problem, waiter] {
+            waiter.tell(
+                problem.isEmpty() ? std::nullopt : std::optional(BrevokError{.description = problem}));
         });
     });
 }

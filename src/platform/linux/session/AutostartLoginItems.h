@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 
 namespace brevok {
 
@@ -22,20 +23,14 @@ public:
 
     /// An entry that the user switched off in a session tool counts as absent.
     [[nodiscard]] bool contains(const QUrl &application) const override;
-    void insert(const QUrl &application) override;
-    void remove(const QUrl &application) override;
-    void whenWritten(QObject *context, std::function<void(const QString &problem)> done) override;
+    void set(const QUrl &application, bool wanted, StoreWaiter waiter) override;
 
 private:
-    /// @p onDisk runs in the background, and returns why it failed.
-    void change(const QUrl &wanted, std::function<QString()> onDisk);
-
     QString m_file;
     QString m_displayName;
     SerialQueue m_disk;
     std::shared_ptr<std::atomic<int>> m_unwritten = std::make_shared<std::atomic<int>>(0); ///< changes
-    std::shared_ptr<QString> m_problem = std::make_shared<QString>(); ///< the queue's: not yet told
-    QUrl m_wanted; ///< what the entry is for once they are written; empty for none
+    std::pair<QUrl, bool> m_lastChange;
 };
 
 } // namespace brevok

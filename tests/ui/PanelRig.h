@@ -18,11 +18,19 @@
 #include "ui/panel/BrevokPanelController.h"
 #include "ui/panel/PackageCellView.h"
 
+#include <QApplication>
 #include <QTest>
 
 namespace brevok::testing {
 
 using namespace Qt::StringLiterals;
+
+/// Presses a key where the focus is.
+inline void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+{
+    QWidget *focused = QApplication::focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
+}
 
 class PlacedItem final : public StatusItemPlace {
 public:

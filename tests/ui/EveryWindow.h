@@ -184,18 +184,14 @@ inline Scene panelWithRows()
 /// The user's own check failed, for a reason of very many words.
 inline Scene panelFailedCheck()
 {
-    auto rig = std::make_shared<PanelRig>(true);
-    fillCatalogue(*rig, 4);
-    rig->open();
+    auto rig = std::make_shared<OpenPanel>(4);
     Q_EMIT rig->rig.packages.ownCheckFailed(u"The server says that it is tired. "_s.repeated(20));
     return scene(rig, rig->panel->window());
 }
 
 template <bool begun> Scene panelWithUpdates()
 {
-    auto rig = std::make_shared<PanelRig>(true);
-    fillCatalogue(*rig, 6, u"1.0"_s);
-    rig->open();
+    auto rig = std::make_shared<OpenPanel>(6, u"1.0"_s);
     auto *button = rig->child<PanelButton>("updateAllButton");
     await([button] { return button->isVisible(); });
     if (begun) {
@@ -207,9 +203,7 @@ template <bool begun> Scene panelWithUpdates()
 
 inline Scene panelNothingFound()
 {
-    auto rig = std::make_shared<PanelRig>(true);
-    fillCatalogue(*rig, 24);
-    rig->open();
+    auto rig = std::make_shared<OpenPanel>(24);
     auto *field = rig->child<QLineEdit>("searchField");
     await([field] { return field->isVisible(); });
     field->setText(u"zebra"_s);

@@ -59,8 +59,7 @@ private Q_SLOTS:
 
     void losesTheFocus()
     {
-        PanelRig rig(true);
-        rig.open();
+        OpenPanel rig;
         BrevokPanel *window = rig.panel->window();
         QVERIFY(QTest::qWaitForWindowActive(window));
         {
@@ -100,8 +99,7 @@ private Q_SLOTS:
     // As when a screen shrinks, or goes and takes the tray along.
     void followsItsScreens()
     {
-        PanelRig rig(true);
-        rig.open();
+        OpenPanel rig;
         const BrevokPanel *window = rig.panel->window();
         QScreen *screen = QGuiApplication::primaryScreen();
         rig.item.frame = QRect(300, 0, 24, 24);
@@ -367,8 +365,7 @@ private Q_SLOTS:
 
     void optionsMenuCommands()
     {
-        PanelRig rig(true);
-        rig.open();
+        OpenPanel rig;
         QMenu &menu = rig.panel->optionsMenu()->popUpMenu();
         const auto run = [&menu](const char *name) {
             menu.findChild<QAction *>(QLatin1StringView(name))->trigger();
@@ -407,9 +404,7 @@ private Q_SLOTS:
 
     void followsThePalette()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 2);
-        rig.open();
+        OpenPanel rig(2);
         const QPalette usual = QApplication::palette();
         QPalette dark(QColor(40, 40, 40));
         QApplication::setPalette(dark);

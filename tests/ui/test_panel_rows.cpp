@@ -24,9 +24,7 @@ class TestPanelRows final : public WindowTest {
 private Q_SLOTS:
     void installsAndRemovesFromARow()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         auto *install = rig.control<PanelButton>(0, "actionButton");
         QCOMPARE(install->accessibleName(), u"Install Package p00000"_s);
         QVERIFY(!rig.control<PanelButton>(1, "actionButton")->isEnabled());
@@ -61,9 +59,7 @@ private Q_SLOTS:
 
     void asksBeforeTheKeyboardRemoves()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         rig.rig.presenter.waits = true;
         rig.row(1)->setFocus();
         press(Qt::Key_Right);
@@ -87,9 +83,7 @@ private Q_SLOTS:
 
     void arrowsMoveBetweenMainControls()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 4);
-        rig.open();
+        OpenPanel rig(4);
         const auto focused = [] {
             const QWidget *widget = QApplication::focusWidget();
             return widget->accessibleName();
@@ -122,9 +116,7 @@ private Q_SLOTS:
     // What a screen reader is told: the rows in their order, whatever happened to them, in words alone.
     void tellsTheRowsInOrder()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 40, u"1.0"_s);
-        rig.open();
+        OpenPanel rig(40, u"1.0"_s);
         auto *bar = rig.child<QScrollArea>("brevokView")->verticalScrollBar();
         const auto told = [&rig] {
             QStringList names;
@@ -162,9 +154,7 @@ private Q_SLOTS:
 
     void saysWhyAnInstallFailed()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         const auto *note = rig.control<ElidedLabel>(0, "note");
         const auto fail = [&](const QByteArray &body) {
             rig.control<PanelButton>(0, "actionButton")->click();
@@ -210,9 +200,7 @@ private Q_SLOTS:
 
     void updatesAllThatWait()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 6, u"1.0"_s);
-        rig.open();
+        OpenPanel rig(6, u"1.0"_s);
         auto *button = rig.child<PanelButton>("updateAllButton");
         const auto *subtitle = rig.child<ElidedLabel>("subtitleLabel");
         QTRY_COMPARE(button->text(), u"Update All"_s);
@@ -288,9 +276,7 @@ private Q_SLOTS:
 
     void columnsStayInPlace()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         const auto columns = [&rig](std::initializer_list<const char *> names) {
             QList<int> at;
             for (const char *name : names) {
@@ -345,9 +331,7 @@ private Q_SLOTS:
 
     void thousandsOfRowsAreNotBuilt()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 2000);
-        rig.open();
+        OpenPanel rig(2000);
         PackageList &list = rig.panel->packagesTab()->list();
         QCOMPARE(list.rows().size(), 2000);
         const auto *area = rig.child<QScrollArea>("brevokView");

@@ -51,7 +51,8 @@ private Q_SLOTS:
             {"1_2", "1 3", -1}, {"", "1", -1}, {"", "", 0},
             {"99999999999999999999998", "99999999999999999999999", -1}};
         for (const auto &[a, b, order] : rows) {
-            const InRow in(a);
+            const QByteArray row = QByteArray(a) + " / " + b;
+            const InRow in(row.constData());
             const QString older = QString::fromLatin1(a);
             const QString newer = QString::fromLatin1(b);
             QCOMPARE(sign(StandardVersionComparator::compareVersion(older, newer)), order);

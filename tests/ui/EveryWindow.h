@@ -54,7 +54,8 @@ template <class Rig> Scene scene(std::shared_ptr<Rig> rig, QWidget *window)
 /// What has to come before a scene is as it is meant.
 inline void await(const std::function<bool()> &come)
 {
-    if (!QTest::qWaitFor(come)) {
+    constexpr int patience = 30000; // on a busy machine
+    if (!QTest::qWaitFor(come, patience)) {
         qFatal("the window did not come up");
     }
 }
@@ -171,8 +172,10 @@ inline Scene panelWithRows()
         await([&rig] { return !rig->rig.service.downloads.isEmpty(); });
         if (prefix == u"failing"_s) {
             rig->rig.answerDownload("too short");
-            const auto *note = rig->control<QWidget>(rowOf(*rig, prefix), "note");
-            await([note] { return note->accessibleName() == u"wrong length"_s; });
+            await([&] {
+                return rig->control<QWidget>(rowOf(*rig, prefix), "note")->accessibleName()
+                    == u"wrong length"_s;
+            });
         }
     }
     rig->rig.service.downloads.first().progress(1'000'000, 4'000'000);

@@ -3,6 +3,7 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Tasks.h"
+#include "support/InRow.h"
 #include "support/LogCapture.h"
 #include "support/ScriptedAlertPresenter.h"
 
@@ -28,6 +29,13 @@ void elsewhere(const Task &work)
         onMain(&context, [&] { done = true; });
     });
     QTRY_VERIFY(done);
+}
+
+auto alertSaying(AlertPresenter &presenter, const QString &text)
+{
+    auto alert = BrevokAlert::create(presenter);
+    alert->content.messageText = text;
+    return alert;
 }
 
 AlertContent contentOf(std::optional<QString> message, std::optional<QString> info)
@@ -65,302 +73,278 @@ private Q_SLOTS:
     }
     void cleanupTestCase() { QVERIFY(finishBackgroundWork(10000)); }
 
-    void keysAndLogLines_data();
-    void keysAndLogLines();
-    void modalAlertShowsWhatItIsGiven();
-    void sameTextIsShownOnceAtATime();
-    void otherAlertsBlockTheirTextForGood();
-    void errorAlert();
-    void backgroundThreadIsRefused();
-    void blockingAlert();
-    void sheets_data();
-    void sheets();
-    void blockingSheetHoldsThePanelWhileItIsAttached();
-    void sheetsAreClosedByWhoeverCan();
-    void nobodyWaitsForAnAnswer();
-    void alertsWaitForEachOther();
-    void headless();
-};
-
-void TestAlerts::keysAndLogLines_data()
-{
-    QTest::addColumn<std::optional<QString>>("message");
-    QTest::addColumn<std::optional<QString>>("info");
-    QTest::addColumn<QString>("key");
-    QTest::addColumn<QString>("line");
-    const std::optional<QString> none;
-    QTest::newRow("both") << std::optional(u"A"_s) << std::optional(u"b"_s) << u"Ab"_s << u"Alert: A\nb"_s;
-    QTest::newRow("no info") << std::optional(u"A"_s) << none << u"A"_s << u"Alert: A\n-"_s;
-    QTest::newRow("empty info") << std::optional(u"A"_s) << std::optional(u""_s) << u"A"_s << u"Alert: A\n"_s;
-    QTest::newRow("nothing") << none << none << u""_s << u"Alert: -\n-"_s;
-    QTest::newRow("places") << std::optional(u"%2"_s) << std::optional(u"%1"_s) << u"%2%1"_s
-                            << u"Alert: %2\n%1"_s;
-}
-
-void TestAlerts::keysAndLogLines()
-{
-    QFETCH(std::optional<QString>, message);
-    QFETCH(std::optional<QString>, info);
-    Alert alert(*presenter, contentOf(message, info));
-    QTEST(alert.key(), "key");
-    QCOMPARE(queue->runModal(alert), alertFirstButton);
-    QTEST(LogCapture::lines().value(0), "line");
-    QCOMPARE(LogCapture::lines().size(), 1);
-}
-
-void TestAlerts::modalAlertShowsWhatItIsGiven()
-{
-    presenter->answer = alertSecondButton;
-    presenter->whileShown = [&](const AlertContent &) {
-        QCOMPARE(panel->calls, QList<bool>({true}));
-    };
-    QCOMPARE(queue->modalAlert(u"Title"_s, {}, u"image"_s, {u"Continue"_s, u"Quit"_s}, 7), alertSecondButton);
-    QCOMPARE(LogCapture::lines(), QStringList{u"Alert: Title\n"_s});
-    QCOMPARE(panel->calls, QList<bool>({true, false}));
-    const AlertContent &shown = presenter->shown.at(0);
-    QCOMPARE(shown.messageText, u"Title"_s);
-    QVERIFY(!shown.informativeText);
-    QCOMPARE(shown.icon, u"image"_s);
-    QCOMPARE(shown.buttons.size(), 2);
-    QCOMPARE(shown.buttons.at(0).title, u"Continue"_s);
-    QCOMPARE(shown.accessory, QVariant(7));
-}
-
-void TestAlerts::sameTextIsShownOnceAtATime()
-{
-    const QStringList ok{u"OK"_s};
-    QList<int> answers;
-    presenter->whileShown = [&](const AlertContent &) {
-        if (answers.isEmpty()) {
-            answers << queue->modalAlert(u"A"_s, u"b"_s, {}, ok);
-            Alert sameKey(*presenter, contentOf(u"Ab"_s, std::nullopt));
-            answers << queue->runModal(sameKey);
-            answers << queue->modalAlert(u"other"_s, {}, {}, ok);
-        }
-    };
-    QCOMPARE(queue->modalAlert(u"A"_s, u"b"_s, {}, ok), alertFirstButton);
-    QCOMPARE(answers, QList<int>({alertNotShown, alertNotShown, alertFirstButton}));
-    QCOMPARE(panel->calls, QList<bool>({true, true, false, false})); // not a counter
-    QCOMPARE(queue->modalAlert(u"A"_s, u"b"_s, {}, ok), alertNotShown); // dismissed just now
-    QCOMPARE(LogCapture::lines().size(), 5);
-    bool again = false;
-    QTRY_VERIFY(again = again || queue->modalAlert(u"A"_s, u"b"_s, {}, ok) == alertFirstButton);
-}
-
-void TestAlerts::otherAlertsBlockTheirTextForGood()
-{
+    void keysAndLogLines()
     {
-        Alert plain(*presenter, contentOf(u"once"_s, {}));
-        QCOMPARE(queue->runModal(plain), alertFirstButton);
-        BrevokBlockingAlert blocking(*presenter, panel.get(), contentOf(u"blocking"_s, {}));
-        QCOMPARE(queue->runModal(blocking), alertFirstButton);
-        const auto ours = BrevokAlert::create(*presenter);
-        ours->content.messageText = u"ours"_s;
-        QCOMPARE(queue->runModal(*ours), alertFirstButton);
-        QCOMPARE(queue->runModal(*ours), alertNotShown); // its key stays while it lives
+        using Text = std::optional<QString>;
+        const Text none;
+        const QList<std::tuple<const char *, Text, Text, QString, QString>> rows{
+            {"both", u"A"_s, u"b"_s, u"Ab"_s, u"Alert: A\nb"_s},
+            {"no info", u"A"_s, none, u"A"_s, u"Alert: A\n-"_s},
+            {"empty info", u"A"_s, u""_s, u"A"_s, u"Alert: A\n"_s},
+            {"nothing", none, none, u""_s, u"Alert: -\n-"_s},
+            {"places", u"%2"_s, u"%1"_s, u"%2%1"_s, u"Alert: %2\n%1"_s},
+        };
+        for (const auto &[name, message, info, key, line] : rows) {
+            const InRow in(name);
+            LogCapture::clear();
+            Alert alert(*presenter, contentOf(message, info));
+            QCOMPARE(alert.key(), key);
+            BrevokAlertQueue fresh(*presenter, *panel); // which has not shown the same text
+            QCOMPARE(fresh.runModal(alert), alertFirstButton);
+            QCOMPARE(LogCapture::lines().value(0), line);
+            QCOMPARE(LogCapture::lines().size(), 1);
+        }
     }
-    bool again = false;
-    QTRY_VERIFY(again = again || queue->modalAlert(u"ours"_s, {}, {}, {}) == alertFirstButton);
-    QCOMPARE(queue->modalAlert(u"once"_s, {}, {}, {}), alertNotShown);
-    QCOMPARE(queue->modalAlert(u"blocking"_s, {}, {}, {}), alertNotShown);
-    queue->removeFromQueue(u"once"_s);
-    QCOMPARE(queue->modalAlert(u"once"_s, {}, {}, {}), alertFirstButton);
-}
 
-void TestAlerts::errorAlert()
-{
-    const auto alert = BrevokAlert::alertWithError(
-        *presenter, {.description = u"It failed."_s, .recoverySuggestion = u"Try again."_s});
-    QCOMPARE(alert->key(), u"It failed.Try again."_s);
-    QCOMPARE(alert->content.buttons.size(), 1);
-    const auto bare = BrevokAlert::alertWithError(*presenter, {.description = u"It failed."_s});
-    QVERIFY(!bare->content.informativeText);
-}
-
-void TestAlerts::backgroundThreadIsRefused()
-{
-    BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
-    bool created = true;
-    QList<int> answers;
-    elsewhere([&] {
-        created = BrevokAlert::create(*presenter) != nullptr
-            || BrevokAlert::alertWithError(*presenter, {}) != nullptr;
-        answers << queue->runModal(alert) << queue->modalAlert(u"A"_s, {}, {}, {}) << alert.runModal();
-        alert.openSheetModalForWindow(nullptr, [&](int answer) { answers << answer; });
-        alert.beginSheetModalForWindow(nullptr, [&](int answer) { answers << answer; });
-        alert.beginSheetModalForWindow(nullptr, &alert, [&](int answer) { answers << answer; });
-    });
-    QVERIFY(!created);
-    QCOMPARE(answers, QList<int>({alertNotShown, alertNotShown, alertStopped}));
-    QCOMPARE(LogCapture::count(u"Alert created from background thread."_s), 2);
-    QCOMPARE(LogCapture::count(refusal), 6);
-    QVERIFY(presenter->shown.isEmpty() && presenter->sheets.isEmpty() && panel->calls.isEmpty());
-    QCOMPARE(queue->modalAlert(u"A"_s, {}, {}, {}), alertFirstButton); // the refusals took no key
-}
-
-void TestAlerts::blockingAlert()
-{
-    BrevokBlockingAlert orphan(*presenter, nullptr, contentOf(u"A"_s, {}));
-    QCOMPARE(orphan.runModal(), alertStopped);
-    orphan.beginSheetModalForWindow(nullptr, {});
-    QVERIFY(presenter->shown.isEmpty() && presenter->sheets.isEmpty());
-
-    presenter->answer = alertThirdButton;
-    BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
-    QCOMPARE(alert.runModal(), alertThirdButton);
-    QCOMPARE(panel->calls, QList<bool>({true, false}));
-    QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s, u"Alert: A\n-"_s}));
-}
-
-void TestAlerts::sheets_data()
-{
-    QTest::addColumn<int>("support");
-    QTest::addColumn<QList<int>>("answers");
-    QTest::addColumn<int>("shownModally");
-    using Support = AlertPresenter::SheetInterface;
-    QTest::newRow("with handler") << int(Support::WithHandler) << QList<int>{alertSecondButton} << 0;
-    QTest::newRow("with delegate") << int(Support::WithDelegate) << QList<int>{alertContinued} << 0;
-    QTest::newRow("none") << int(Support::None) << QList<int>{} << 1;
-}
-
-void TestAlerts::sheets()
-{
-    QFETCH(int, support);
-    presenter->sheetSupport = static_cast<AlertPresenter::SheetInterface>(support);
-    QList<int> answers;
-    Alert alert(*presenter, contentOf(u"A"_s, u"b"_s));
-    alert.openSheetModalForWindow(this, [&](int answer) { answers << answer; });
-    QCOMPARE(LogCapture::lines(), QStringList{u"Alert: A\nb"_s});
-    for (const AlertPresenter::Completion &completion : std::as_const(presenter->completions)) {
-        completion(alertSecondButton);
-    }
-    QTEST(answers, "answers");
-    QTEST(int(presenter->shown.size()), "shownModally");
-}
-
-void TestAlerts::blockingSheetHoldsThePanelWhileItIsAttached()
-{
-    for (const auto support :
-        {AlertPresenter::SheetInterface::WithHandler, AlertPresenter::SheetInterface::WithDelegate}) {
-        presenter->sheetSupport = support;
-        BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
-        alert.openSheetModalForWindow(this, {});
+    void modalAlertShowsWhatItIsGiven()
+    {
+        presenter->answer = alertSecondButton;
+        presenter->whileShown = [&](const AlertContent &) {
+            QCOMPARE(panel->calls, QList<bool>({true}));
+        };
+        QCOMPARE(
+            queue->modalAlert(u"Title"_s, {}, u"image"_s, {u"Continue"_s, u"Quit"_s}, 7), alertSecondButton);
+        QCOMPARE(LogCapture::lines(), QStringList{u"Alert: Title\n"_s});
         QCOMPARE(panel->calls, QList<bool>({true, false}));
-        QVERIFY(!presenter->completions.isEmpty()); // still up
-        QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s}));
-        panel->calls.clear();
-        LogCapture::clear();
-    }
-}
-
-void TestAlerts::sheetsAreClosedByWhoeverCan()
-{
-    class Closer final : public AlertPresenter {
-    public:
-        bool windowCan = true;
-        QStringList calls;
-        int runModal(const AlertContent &) override { return alertNotShown; }
-        Ending beginModal(const AlertContent &, Completion) override { return {}; }
-        [[nodiscard]] SheetInterface sheetInterface() const override { return SheetInterface::None; }
-        void beginSheet(const AlertContent &, QObject *, Completion) override { }
-        [[nodiscard]] bool windowEndsSheets(QObject *) const override { return windowCan; }
-        void windowEndSheet(QObject *) override { calls << u"window"_s; }
-        void applicationEndSheet(QObject *) override { calls << u"application"_s; }
-    } closer;
-    Alert alert(closer);
-    alert.closeSheet(this);
-    closer.windowCan = false;
-    alert.closeSheet(this);
-    QCOMPARE(closer.calls, QStringList({u"window"_s, u"application"_s}));
-}
-
-void TestAlerts::nobodyWaitsForAnAnswer()
-{
-    presenter->waits = true;
-    const auto alert = BrevokAlert::create(*presenter);
-    alert->content = contentOf(u"Question"_s, {});
-    int answer = -1;
-    auto *context = new QObject(this);
-    const auto keep = [&answer](int given) {
-        answer = given;
-    };
-    const AlertPresenter::Ending end = queue->beginModal(*alert, context, keep);
-    QCOMPARE(answer, -1);
-    QCOMPARE(panel->calls, QList<bool>{true});
-    int second = -1;
-    queue->beginModal(*alert, this, [&second](int given) { second = given; });
-    QCOMPARE(second, alertNotShown); // the same text is up
-    end(alertSecondButton);
-    QCOMPARE(answer, alertSecondButton);
-    QCOMPARE(panel->calls, QList<bool>({true, false}));
-    delete context;
-    end(alertFirstButton);
-    QCOMPARE(answer, alertSecondButton); // whoever asked is gone
-}
-
-// Nine at once are nine one after the other, and none holds up whoever raised it.
-void TestAlerts::alertsWaitForEachOther()
-{
-    presenter->waits = true;
-    QList<int> answers;
-    const auto raise = [&](const QString &text) {
-        auto alert = BrevokAlert::create(*presenter);
-        alert->content = contentOf(text, {});
-        queue->show(std::move(alert), this, [&answers](int given) { answers.append(given); });
-    };
-    for (int i = 0; i < 9; ++i) {
-        raise(u"Alert %1"_s.arg(i));
-        raise(u"Alert %1"_s.arg(i)); // is up, or waits
-    }
-    QCOMPARE(answers, QList<int>(9, alertNotShown));
-    for (int i = 0; i < 9; ++i) {
-        QTRY_COMPARE(presenter->shown.size(), i + 1);
-        QCOMPARE(presenter->shown[i].messageText, u"Alert %1"_s.arg(i));
-        QCOMPARE(presenter->up.size(), 1);
-        QVERIFY(panel->calls.constLast());
-        presenter->press(i % 2 == 0 ? alertFirstButton : alertSecondButton);
-        QVERIFY(!panel->calls.constLast());
-        QCOMPARE(answers.size(), 10 + i);
-        QCOMPARE(answers.constLast(), i % 2 == 0 ? alertFirstButton : alertSecondButton);
+        const AlertContent &shown = presenter->shown.at(0);
+        QCOMPARE(shown.messageText, u"Title"_s);
+        QVERIFY(!shown.informativeText);
+        QCOMPARE(shown.icon, u"image"_s);
+        QCOMPARE(shown.buttons.size(), 2);
+        QCOMPARE(shown.buttons.at(0).title, u"Continue"_s);
+        QCOMPARE(shown.accessory, QVariant(7));
     }
 
-    // One that somebody waits for is shown at once, and those behind it wait for it too.
-    presenter->whileShown = [&](const AlertContent &) {
-        raise(u"Behind it"_s);
-        QCOMPARE(presenter->up.size(), 0);
-    };
-    queue->modalAlert(u"Awaited"_s, {}, {}, {u"OK"_s});
-    presenter->whileShown = {};
-    QTRY_COMPARE(presenter->up.size(), 1);
+    void sameTextIsShownOnceAtATime()
+    {
+        const QStringList ok{u"OK"_s};
+        QList<int> answers;
+        presenter->whileShown = [&](const AlertContent &) {
+            if (answers.isEmpty()) {
+                answers << queue->modalAlert(u"A"_s, u"b"_s, {}, ok);
+                Alert sameKey(*presenter, contentOf(u"Ab"_s, std::nullopt));
+                answers << queue->runModal(sameKey);
+                answers << queue->modalAlert(u"other"_s, {}, {}, ok);
+            }
+        };
+        QCOMPARE(queue->modalAlert(u"A"_s, u"b"_s, {}, ok), alertFirstButton);
+        QCOMPARE(answers, QList<int>({alertNotShown, alertNotShown, alertFirstButton}));
+        QCOMPARE(panel->calls, QList<bool>({true, true, false, false})); // not a counter
+        QCOMPARE(queue->modalAlert(u"A"_s, u"b"_s, {}, ok), alertNotShown); // dismissed just now
+        QCOMPARE(LogCapture::lines().size(), 5);
+        bool again = false;
+        QTRY_VERIFY(again = again || queue->modalAlert(u"A"_s, u"b"_s, {}, ok) == alertFirstButton);
+    }
 
-    // What waits can be answered in the user's place, and goes with whoever kept it.
-    const auto kept = BrevokAlert::create(*presenter);
-    kept->content = contentOf(u"Kept"_s, {});
-    int answer = -1;
-    const AlertPresenter::Ending end = queue->beginModal(*kept, this, [&](int given) { answer = given; });
-    auto gone = BrevokAlert::create(*presenter);
-    gone->content = contentOf(u"Gone"_s, {});
-    queue->beginModal(*gone, this, [&](int) { QFAIL("it was not shown"); });
-    gone.reset();
-    end(alertThirdButton);
-    QCOMPARE(answer, alertThirdButton);
-    raise(u"Last"_s);
-    presenter->press(alertFirstButton);
-    QTRY_COMPARE(presenter->up.size(), 1);
-    QCOMPARE(presenter->shown.constLast().messageText, u"Last"_s);
-}
+    void otherAlertsBlockTheirTextForGood()
+    {
+        {
+            Alert plain(*presenter, contentOf(u"once"_s, {}));
+            QCOMPARE(queue->runModal(plain), alertFirstButton);
+            BrevokBlockingAlert blocking(*presenter, panel.get(), contentOf(u"blocking"_s, {}));
+            QCOMPARE(queue->runModal(blocking), alertFirstButton);
+            const auto ours = alertSaying(*presenter, u"ours"_s);
+            QCOMPARE(queue->runModal(*ours), alertFirstButton);
+            QCOMPARE(queue->runModal(*ours), alertNotShown); // its key stays while it lives
+        }
+        bool again = false;
+        QTRY_VERIFY(again = again || queue->modalAlert(u"ours"_s, {}, {}, {}) == alertFirstButton);
+        QCOMPARE(queue->modalAlert(u"once"_s, {}, {}, {}), alertNotShown);
+        QCOMPARE(queue->modalAlert(u"blocking"_s, {}, {}, {}), alertNotShown);
+        queue->removeFromQueue(u"once"_s);
+        QCOMPARE(queue->modalAlert(u"once"_s, {}, {}, {}), alertFirstButton);
+    }
 
-void TestAlerts::headless()
-{
-    HeadlessAlertPresenter nobody;
-    BrevokAlertQueue headlessQueue(nobody, *panel);
-    QCOMPARE(headlessQueue.modalAlert(u"Title"_s, u"text"_s, {}, {u"OK"_s}), alertNotShown);
-    QCOMPARE(LogCapture::lines(), QStringList({u"Alert: Title\ntext"_s, u"Alert not shown: Title"_s}));
-    int answer = -1;
-    Alert alert(nobody, contentOf(u"Sheet"_s, {}));
-    alert.openSheetModalForWindow(this, [&](int given) { answer = given; });
-    QCOMPARE(answer, alertNotShown);
-}
+    void errorAlert()
+    {
+        const auto alert = BrevokAlert::alertWithError(
+            *presenter, {.description = u"It failed."_s, .recoverySuggestion = u"Try again."_s});
+        QCOMPARE(alert->key(), u"It failed.Try again."_s);
+        QCOMPARE(alert->content.buttons.size(), 1);
+        const auto bare = BrevokAlert::alertWithError(*presenter, {.description = u"It failed."_s});
+        QVERIFY(!bare->content.informativeText);
+    }
+
+    void backgroundThreadIsRefused()
+    {
+        BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
+        bool created = true;
+        QList<int> answers;
+        elsewhere([&] {
+            created = BrevokAlert::create(*presenter) != nullptr
+                || BrevokAlert::alertWithError(*presenter, {}) != nullptr;
+            answers << queue->runModal(alert) << queue->modalAlert(u"A"_s, {}, {}, {}) << alert.runModal();
+            alert.openSheetModalForWindow(nullptr, [&](int answer) { answers << answer; });
+            alert.beginSheetModalForWindow(nullptr, [&](int answer) { answers << answer; });
+            alert.beginSheetModalForWindow(nullptr, &alert, [&](int answer) { answers << answer; });
+        });
+        QVERIFY(!created);
+        QCOMPARE(answers, QList<int>({alertNotShown, alertNotShown, alertStopped}));
+        QCOMPARE(LogCapture::count(u"Alert created from background thread."_s), 2);
+        QCOMPARE(LogCapture::count(refusal), 6);
+        QVERIFY(presenter->shown.isEmpty() && presenter->sheets.isEmpty() && panel->calls.isEmpty());
+        QCOMPARE(queue->modalAlert(u"A"_s, {}, {}, {}), alertFirstButton); // the refusals took no key
+    }
+
+    void blockingAlert()
+    {
+        BrevokBlockingAlert orphan(*presenter, nullptr, contentOf(u"A"_s, {}));
+        QCOMPARE(orphan.runModal(), alertStopped);
+        orphan.beginSheetModalForWindow(nullptr, {});
+        QVERIFY(presenter->shown.isEmpty() && presenter->sheets.isEmpty());
+
+        presenter->answer = alertThirdButton;
+        BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
+        QCOMPARE(alert.runModal(), alertThirdButton);
+        QCOMPARE(panel->calls, QList<bool>({true, false}));
+        QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s, u"Alert: A\n-"_s}));
+    }
+
+    void sheets()
+    {
+        using Support = AlertPresenter::SheetInterface;
+        const QList<std::tuple<const char *, Support, QList<int>, int>> rows{
+            {"with handler", Support::WithHandler, {alertSecondButton}, 0},
+            {"with delegate", Support::WithDelegate, {alertContinued}, 0},
+            {"none", Support::None, {}, 1},
+        };
+        for (const auto &[name, support, expected, shownModally] : rows) {
+            const InRow in(name);
+            LogCapture::clear();
+            presenter->sheetSupport = support;
+            QList<int> answers;
+            Alert alert(*presenter, contentOf(u"A"_s, u"b"_s));
+            alert.openSheetModalForWindow(this, [&](int answer) { answers << answer; });
+            QCOMPARE(LogCapture::lines(), QStringList{u"Alert: A\nb"_s});
+            const auto completions = std::exchange(presenter->completions, {});
+            for (const AlertPresenter::Completion &completion : completions) {
+                completion(alertSecondButton);
+            }
+            QCOMPARE(answers, expected);
+            QCOMPARE(presenter->shown.size(), shownModally);
+        }
+    }
+
+    void blockingSheetHoldsThePanelWhileItIsAttached()
+    {
+        for (const auto support :
+            {AlertPresenter::SheetInterface::WithHandler, AlertPresenter::SheetInterface::WithDelegate}) {
+            presenter->sheetSupport = support;
+            BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
+            alert.openSheetModalForWindow(this, {});
+            QCOMPARE(panel->calls, QList<bool>({true, false}));
+            QVERIFY(!presenter->completions.isEmpty()); // still up
+            QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s}));
+            panel->calls.clear();
+            LogCapture::clear();
+        }
+    }
+
+    void sheetsAreClosedByWhoeverCan()
+    {
+        class Closer final : public AlertPresenter {
+        public:
+            bool windowCan = true;
+            QStringList calls;
+            int runModal(const AlertContent &) override { return alertNotShown; }
+            Ending beginModal(const AlertContent &, Completion) override { return {}; }
+            [[nodiscard]] SheetInterface sheetInterface() const override { return SheetInterface::None; }
+            void beginSheet(const AlertContent &, QObject *, Completion) override { }
+            [[nodiscard]] bool windowEndsSheets(QObject *) const override { return windowCan; }
+            void windowEndSheet(QObject *) override { calls << u"window"_s; }
+            void applicationEndSheet(QObject *) override { calls << u"application"_s; }
+        } closer;
+        Alert alert(closer);
+        alert.closeSheet(this);
+        closer.windowCan = false;
+        alert.closeSheet(this);
+        QCOMPARE(closer.calls, QStringList({u"window"_s, u"application"_s}));
+    }
+
+    void nobodyWaitsForAnAnswer()
+    {
+        presenter->waits = true;
+        const auto alert = alertSaying(*presenter, u"Question"_s);
+        int answer = -1;
+        auto *context = new QObject(this);
+        const auto keep = [&answer](int given) {
+            answer = given;
+        };
+        const AlertPresenter::Ending end = queue->beginModal(*alert, context, keep);
+        QCOMPARE(answer, -1);
+        QCOMPARE(panel->calls, QList<bool>{true});
+        int second = -1;
+        queue->beginModal(*alert, this, [&second](int given) { second = given; });
+        QCOMPARE(second, alertNotShown); // the same text is up
+        end(alertSecondButton);
+        QCOMPARE(answer, alertSecondButton);
+        QCOMPARE(panel->calls, QList<bool>({true, false}));
+        delete context;
+        end(alertFirstButton);
+        QCOMPARE(answer, alertSecondButton); // whoever asked is gone
+    }
+
+    // Nine at once are nine one after the other, and none holds up whoever raised it.
+    void alertsWaitForEachOther()
+    {
+        presenter->waits = true;
+        QList<int> answers;
+        const auto raise = [&](const QString &text) {
+            queue->show(
+                alertSaying(*presenter, text), this, [&answers](int given) { answers.append(given); });
+        };
+        for (int i = 0; i < 9; ++i) {
+            raise(u"Alert %1"_s.arg(i));
+            raise(u"Alert %1"_s.arg(i)); // is up, or waits
+        }
+        QCOMPARE(answers, QList<int>(9, alertNotShown));
+        for (int i = 0; i < 9; ++i) {
+            QTRY_COMPARE(presenter->shown.size(), i + 1);
+            QCOMPARE(presenter->shown[i].messageText, u"Alert %1"_s.arg(i));
+            QCOMPARE(presenter->up.size(), 1);
+            QVERIFY(panel->calls.constLast());
+            presenter->press(i % 2 == 0 ? alertFirstButton : alertSecondButton);
+            QVERIFY(!panel->calls.constLast());
+            QCOMPARE(answers.size(), 10 + i);
+            QCOMPARE(answers.constLast(), i % 2 == 0 ? alertFirstButton : alertSecondButton);
+        }
+
+        // One that somebody waits for is shown at once, and those behind it wait for it too.
+        presenter->whileShown = [&](const AlertContent &) {
+            raise(u"Behind it"_s);
+            QCOMPARE(presenter->up.size(), 0);
+        };
+        queue->modalAlert(u"Awaited"_s, {}, {}, {u"OK"_s});
+        presenter->whileShown = {};
+        QTRY_COMPARE(presenter->up.size(), 1);
+
+        // What waits can be answered in the user's place, and goes with whoever kept it.
+        const auto kept = alertSaying(*presenter, u"Kept"_s);
+        int answer = -1;
+        const AlertPresenter::Ending end = queue->beginModal(*kept, this, [&](int given) { answer = given; });
+        auto gone = alertSaying(*presenter, u"Gone"_s);
+        queue->beginModal(*gone, this, [&](int) { QFAIL("it was not shown"); });
+        gone.reset();
+        end(alertThirdButton);
+        QCOMPARE(answer, alertThirdButton);
+        raise(u"Last"_s);
+        presenter->press(alertFirstButton);
+        QTRY_COMPARE(presenter->up.size(), 1);
+        QCOMPARE(presenter->shown.constLast().messageText, u"Last"_s);
+    }
+
+    void headless()
+    {
+        HeadlessAlertPresenter nobody;
+        BrevokAlertQueue headlessQueue(nobody, *panel);
+        QCOMPARE(headlessQueue.modalAlert(u"Title"_s, u"text"_s, {}, {u"OK"_s}), alertNotShown);
+        QCOMPARE(LogCapture::lines(), QStringList({u"Alert: Title\ntext"_s, u"Alert not shown: Title"_s}));
+        int answer = -1;
+        Alert alert(nobody, contentOf(u"Sheet"_s, {}));
+        alert.openSheetModalForWindow(this, [&](int given) { answer = given; });
+        QCOMPARE(answer, alertNotShown);
+    }
+};
 
 QTEST_GUILESS_MAIN(TestAlerts)
 #include "test_alerts.moc"

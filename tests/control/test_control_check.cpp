@@ -14,6 +14,7 @@
 #include "service/NetworkFactory.h"
 #include "support/FakeRouteLookup.h"
 #include "support/IdleUpdater.h"
+#include "support/InRow.h"
 #include "support/MemorySettingsStore.h"
 #include "support/StoredSettings.h"
 
@@ -30,8 +31,6 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
 namespace {
-
-const QString busName = u"com.tolvane.brevok.Test"_s;
 
 // The application behind the bus, with a service whose answers the test gives.
 struct Application {
@@ -62,11 +61,12 @@ struct Application {
     {
         control.setCollaborators({session, rig.plugins, rig.packages, rig.targets, rig.flow, updates,
             rig.state, settings, storage, [] { return false; }, bugReporter, usageReporter, converger});
+        control.publish(QDBusConnection::sessionBus());
     }
     [[nodiscard]] QDBusPendingCall call(const QString &method, const QVariantList &arguments = {}) const
     {
-        QDBusMessage message = QDBusMessage::createMethodCall(
-            busName, u"/com/tolvane/brevok/Control"_s, u"com.tolvane.brevok.Control1"_s, method);
+        QDBusMessage message = QDBusMessage::createMethodCall(QDBusConnection::sessionBus().baseService(),
+            u"/com/tolvane/brevok/Control"_s, u"com.tolvane.brevok.Control1"_s, method);
         message.setArguments(arguments);
         return caller.asyncCall(message);
     }
@@ -92,90 +92,73 @@ class ControlCheckTest : public QObject {
 
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void itWaitsForItsOwnAnswers_data();
-    void itWaitsForItsOwnAnswers();
-    void withoutANetworkItEndsAtOnce();
-    void aSettingIsConfirmedWhenItIsStored();
+    void itWaitsForItsOwnAnswers()
+    {
+        const QList<std::tuple<const char *, bool, bool>> rows{
+            {"plug-ins last", true, true},
+            {"packages last", false, true},
+            {"the last one fails", true, false},
+        };
+        for (const auto &[name, pluginsLast, well] : rows) {
+            const InRow in(name);
+            Application application;
+            QCOMPARE(application.rig.service.lists.size(), 2); // those of the start
+            const QDBusPendingCall call = application.check();
+            QTRY_COMPARE(application.rig.service.lists.size(), 4);
+
+            const QSignalSpy settled(&application.rig.packages, &BrevokPackages::statusesSettled);
+            application.answer(0, u"old"_s);
+            application.answer(0, u"old"_s);
+            QTRY_VERIFY(application.knows(u"old"_s));
+            QTRY_VERIFY(!settled.isEmpty());
+            application.answer(pluginsLast ? 1 : 0, u"new"_s);
+            QTRY_VERIFY(!application.rig.packages.updating() && !application.rig.packages.needUpdate());
+            // An answer to the call would be here before that to a later one.
+            const QDBusPendingCall later = application.check();
+            QTRY_COMPARE(application.rig.service.lists.size(), 3);
+            QVERIFY(!call.isFinished());
+
+            application.answer(0, u"new"_s, well);
+            QTRY_VERIFY(call.isFinished());
+            QCOMPARE(call.reply().arguments().value(0).toStringList().size(), well ? 0 : 1);
+            QVERIFY(!well || application.knows(u"new"_s));
+            QVERIFY(!later.isFinished());
+        }
+    }
+
+    void withoutANetworkItEndsAtOnce()
+    {
+        Application application;
+        application.rig.service.reachable = false;
+        const QDBusPendingCall call = application.check();
+        QTRY_VERIFY(call.isFinished());
+        QCOMPARE(call.reply().arguments().value(0).toStringList().size(), 2);
+    }
+
+    void aSettingIsConfirmedWhenItIsStored()
+    {
+        Application application;
+        const auto reply = [&](const QString &method, const QVariantList &arguments = {}) {
+            const QDBusPendingCall call = application.call(method, arguments);
+            return QTest::qWaitFor([&] { return call.isFinished(); }) ? call.reply() : QDBusMessage();
+        };
+        const auto warnings = [&] {
+            const QString document = reply(u"Status"_s).arguments().value(0).toString();
+            return QJsonDocument::fromJson(document.toUtf8())["warnings"_L1];
+        };
+        QVERIFY(warnings().isUndefined());
+        application.store.setProblem(u"the disk is full"_s);
+        const QDBusMessage refused = reply(u"SetSetting"_s, {u"autoUpdate"_s, u"yes"_s});
+        QCOMPARE(refused.errorName(), u"com.tolvane.brevok.Error.Refused"_s);
+        QVERIFY(refused.errorMessage().contains(u"the disk is full"_s));
+        QVERIFY(application.store.boolValue(u"OrlecAutoUpdate"_s)); // it counts, and is tried again
+        QVERIFY(warnings()[0].toString().contains(u"(the disk is full)"_s));
+        application.store.setProblem({});
+        QCOMPARE(reply(u"SetSetting"_s, {u"autoUpdate"_s, u"no"_s}).type(), QDBusMessage::ReplyMessage);
+        QVERIFY(warnings().isUndefined());
+        QVERIFY(!application.control.isBusy());
+    }
 };
-
-void ControlCheckTest::itWaitsForItsOwnAnswers_data()
-{
-    QTest::addColumn<bool>("pluginsLast");
-    QTest::addColumn<bool>("well");
-    QTest::newRow("plug-ins last") << true << true;
-    QTest::newRow("packages last") << false << true;
-    QTest::newRow("the last one fails") << true << false;
-}
-
-void ControlCheckTest::itWaitsForItsOwnAnswers()
-{
-    QFETCH(bool, pluginsLast);
-    QFETCH(bool, well);
-    Application application;
-    application.control.publish(QDBusConnection::sessionBus());
-    QVERIFY(QDBusConnection::sessionBus().registerService(busName));
-    QCOMPARE(application.rig.service.lists.size(), 2); // those of the start
-    const QDBusPendingCall call = application.check();
-    QTRY_COMPARE(application.rig.service.lists.size(), 4);
-
-    const QSignalSpy settled(&application.rig.packages, &BrevokPackages::statusesSettled);
-    application.answer(0, u"old"_s);
-    application.answer(0, u"old"_s);
-    QTRY_VERIFY(application.knows(u"old"_s));
-    QTRY_VERIFY(!settled.isEmpty());
-    application.answer(pluginsLast ? 1 : 0, u"new"_s);
-    QTRY_VERIFY(!application.rig.packages.updating() && !application.rig.packages.needUpdate());
-    // An answer to the call would be here before that to a later one.
-    const QDBusPendingCall later = application.check();
-    QTRY_COMPARE(application.rig.service.lists.size(), 3);
-    QVERIFY(!call.isFinished());
-
-    application.answer(0, u"new"_s, well);
-    QTRY_VERIFY(call.isFinished());
-    QCOMPARE(call.reply().arguments().value(0).toStringList().size(), well ? 0 : 1);
-    QVERIFY(!well || application.knows(u"new"_s));
-    QVERIFY(!later.isFinished());
-    QDBusConnection::sessionBus().unregisterService(busName);
-}
-
-void ControlCheckTest::withoutANetworkItEndsAtOnce()
-{
-    Application application;
-    application.control.publish(QDBusConnection::sessionBus());
-    QVERIFY(QDBusConnection::sessionBus().registerService(busName));
-    application.rig.service.reachable = false;
-    const QDBusPendingCall call = application.check();
-    QTRY_VERIFY(call.isFinished());
-    QCOMPARE(call.reply().arguments().value(0).toStringList().size(), 2);
-    QDBusConnection::sessionBus().unregisterService(busName);
-}
-
-void ControlCheckTest::aSettingIsConfirmedWhenItIsStored()
-{
-    Application application;
-    application.control.publish(QDBusConnection::sessionBus());
-    QVERIFY(QDBusConnection::sessionBus().registerService(busName));
-    const auto reply = [&](const QString &method, const QVariantList &arguments = {}) {
-        const QDBusPendingCall call = application.call(method, arguments);
-        return QTest::qWaitFor([&] { return call.isFinished(); }) ? call.reply() : QDBusMessage();
-    };
-    const auto warnings = [&] {
-        const QString document = reply(u"Status"_s).arguments().value(0).toString();
-        return QJsonDocument::fromJson(document.toUtf8())["warnings"_L1];
-    };
-    QVERIFY(warnings().isUndefined());
-    application.store.setProblem(u"the disk is full"_s);
-    const QDBusMessage refused = reply(u"SetSetting"_s, {u"autoUpdate"_s, u"yes"_s});
-    QCOMPARE(refused.errorName(), u"com.tolvane.brevok.Error.Refused"_s);
-    QVERIFY(refused.errorMessage().contains(u"the disk is full"_s));
-    QVERIFY(application.store.boolValue(u"OrlecAutoUpdate"_s)); // it counts, and is tried again
-    QVERIFY(warnings()[0].toString().contains(u"(the disk is full)"_s));
-    application.store.setProblem({});
-    QCOMPARE(reply(u"SetSetting"_s, {u"autoUpdate"_s, u"no"_s}).type(), QDBusMessage::ReplyMessage);
-    QVERIFY(warnings().isUndefined());
-    QVERIFY(!application.control.isBusy());
-    QDBusConnection::sessionBus().unregisterService(busName);
-}
 
 QTEST_GUILESS_MAIN(ControlCheckTest)
 #include "test_control_check.moc"

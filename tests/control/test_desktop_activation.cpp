@@ -30,27 +30,25 @@ class DesktopActivationTest : public QObject {
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void menuOpensThePanel();
+    void menuOpensThePanel()
+    {
+        const QVariantMap platformData{{u"activation-token"_s, u"token"_s}};
+        QStringList asked;
+        DesktopActivation activation;
+        activation.publish(QDBusConnection::sessionBus());
+        QCOMPARE(call(u"Activate"_s, {platformData}).type(), QDBusMessage::ReplyMessage);
+        QVERIFY(asked.isEmpty());
+        activation.setHandler([&asked](const QString &action) { asked.append(action); });
+        QCOMPARE(asked, QStringList{QString()}); // for the call that started the program
+        QCOMPARE(call(u"Activate"_s, {platformData}).type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(asked.size(), 2);
+        QCOMPARE(call(u"Open"_s, {QStringList(), platformData}).type(), QDBusMessage::ReplyMessage);
+        QCOMPARE(asked.size(), 3);
+        QCOMPARE(call(u"ActivateAction"_s, {u"update"_s, QVariantList(), platformData}).type(),
+            QDBusMessage::ReplyMessage);
+        QCOMPARE(asked, (QStringList{QString(), QString(), QString(), u"update"_s}));
+    }
 };
-
-void DesktopActivationTest::menuOpensThePanel()
-{
-    const QVariantMap platformData{{u"activation-token"_s, u"token"_s}};
-    QStringList asked;
-    DesktopActivation activation;
-    activation.publish(QDBusConnection::sessionBus());
-    QCOMPARE(call(u"Activate"_s, {platformData}).type(), QDBusMessage::ReplyMessage);
-    QVERIFY(asked.isEmpty());
-    activation.setHandler([&asked](const QString &action) { asked.append(action); });
-    QCOMPARE(asked, QStringList{QString()}); // for the call that started the program
-    QCOMPARE(call(u"Activate"_s, {platformData}).type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(asked.size(), 2);
-    QCOMPARE(call(u"Open"_s, {QStringList(), platformData}).type(), QDBusMessage::ReplyMessage);
-    QCOMPARE(asked.size(), 3);
-    QCOMPARE(call(u"ActivateAction"_s, {u"update"_s, QVariantList(), platformData}).type(),
-        QDBusMessage::ReplyMessage);
-    QCOMPARE(asked, (QStringList{QString(), QString(), QString(), u"update"_s}));
-}
 
 QTEST_GUILESS_MAIN(DesktopActivationTest)
 #include "test_desktop_activation.moc"

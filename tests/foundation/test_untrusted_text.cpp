@@ -5,6 +5,7 @@
 #include "foundation/Paths.h"
 #include "foundation/Secrets.h"
 #include "foundation/UntrustedText.h"
+#include "support/InRow.h"
 
 #include <QFile>
 #include <QJsonArray>
@@ -19,298 +20,266 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::InRow;
 
 class UntrustedTextTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void texts_data();
-    void texts();
-    void ordinaryTextStays_data();
-    void ordinaryTextStays();
-    void longTexts();
-    void cookieValues_data();
-    void cookieValues();
-    void spellings_data();
-    void spellings();
-    void shortSecrets_data();
-    void shortSecrets();
-    void fieldsThatAreNamedLikeSecrets_data();
-    void fieldsThatAreNamedLikeSecrets();
-    void aServiceWithManyCookies();
-    void ourOwnWordsTellNothing();
-    void theLog();
-};
-
-void UntrustedTextTest::texts_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("one");
-    QTest::addColumn<QString>("several");
-    const auto row = [](const char *name, const QString &text, const QString &one, const QString &several) {
-        QTest::newRow(name) << text << one << several;
-    };
-    row("escape sequence", u"a\x1b[2Jb"_s, u"a [2Jb"_s, u"a [2Jb"_s);
-    row("bell, NUL, delete", u"a\ab\0c\x7f"_s, u"a b c "_s, u"a b c "_s);
-    row("controls beyond ASCII", u"a\u009b31mb"_s, u"a 31mb"_s, u"a 31mb"_s);
-    row("lines", u"a\nb\r\nc\rd"_s, u"a b  c d"_s, u"a\nb\nc\nd"_s);
-    row("rare line breaks", u"a\u0085b\u2028c\u2029d\ve\ff"_s, u"a b c d e f"_s, u"a\nb\nc\nd\ne\nf"_s);
-    row("tab", u"a\tb"_s, u"a b"_s, u"a\tb"_s);
-    row("overrides", u"evil\u202Egpj.exe\u202C"_s, u"evilgpj.exe"_s, u"evilgpj.exe"_s);
-    row("isolates and marks", u"\u2066a\u2069\u200Eb\u200Fc\u061Cd"_s, u"abcd"_s, u"abcd"_s);
-    row("half pairs", u"a"_s + QChar(0xD83D) + u"b"_s + QChar(0xDE00), u"a\uFFFDb\uFFFD"_s,
-        u"a\uFFFDb\uFFFD"_s);
-}
-
-void UntrustedTextTest::texts()
-{
-    QFETCH(const QString, text);
-    QFETCH(const QString, one);
-    QFETCH(const QString, several);
-    QCOMPARE(oneLine(text), one);
-    QCOMPARE(severalLines(text), several);
-    QVERIFY(!isHarmless(text) && !isPlainFileName(text));
-    QVERIFY(isHarmless(one) && !isCookieValue(text));
-}
-
-void UntrustedTextTest::ordinaryTextStays_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("empty") << QString();
-    QTest::newRow("European") << u"Größe  «12» – naïve…"_s;
-    QTest::newRow("Arabic") << u"محرر النصوص ٢"_s;
-    QTest::newRow("Hebrew") << u"עורך (טקסט) 2.0"_s;
-    QTest::newRow("Persian, with a joiner") << u"می\u200Cخواهم"_s;
-    QTest::newRow("emoji of several") << u"👩\u200D👩\u200D👧 🏳\uFE0F\u200D🌈 👍🏽"_s;
-    QTest::newRow("combining marks") << u"e\u0301 n\u0303 अनुच्छेद"_s;
-    QTest::newRow("Japanese") << u"プラグイン 更新"_s;
-}
-
-void UntrustedTextTest::ordinaryTextStays()
-{
-    QFETCH(const QString, text);
-    QCOMPARE(oneLine(text), text);
-    QCOMPARE(severalLines(text), text);
-    QCOMPARE(messageForLog(text), text);
-}
-
-void UntrustedTextTest::longTexts()
-{
-    QCOMPARE(oneLine(u"abcdef"_s, 6), u"abcdef"_s);
-    QCOMPARE(oneLine(u"abcdefg"_s, 6), u"abcde…"_s);
-    QCOMPARE(severalLines(u"ab\ndefg"_s, 6), u"ab\nde…"_s);
-    QCOMPARE(oneLine(u"abcd😀fg"_s, 6), u"abcd…"_s);
-    QCOMPARE(oneLine(u"abcde\u0301\u0302fgh"_s, 6), u"abcd…"_s);
-    QCOMPARE(oneLine(u"ab👩\u200D👩\u200D👧cdefgh"_s, 8), u"ab…"_s);
-    const QString marks = u"e"_s + QString(2000, QChar(0x301));
-    QCOMPARE(oneLine(marks, 1000).size(), 1000);
-    QVERIFY(severalLines(QString(7'000'000, u'x')).size() <= 4000);
-    QVERIFY(messageForLog(QString(7'000'000, u'\x1b')).size() < 20'000);
-}
-
-void UntrustedTextTest::cookieValues_data()
-{
-    QTest::addColumn<QString>("value");
-    QTest::addColumn<bool>("usable");
-    QTest::newRow("usual") << u"0f9a-XYZ+/=_.~"_s << true;
-    QTest::newRow("line break") << u"id\r\nX-Admin: yes"_s << false;
-    QTest::newRow("NUL") << u"id\0"_s << false;
-    QTest::newRow("second cookie") << u"id; role=admin"_s << false;
-    QTest::newRow("not ASCII") << u"schlüssel"_s << false;
-    QTest::newRow("longest") << QString(4096, u'a') << true;
-    QTest::newRow("too long") << QString(4097, u'a') << false;
-}
-
-void UntrustedTextTest::cookieValues()
-{
-    QFETCH(const QString, value);
-    QTEST(isCookieValue(value), "usable");
-}
-
-void UntrustedTextTest::spellings_data()
-{
-    QTest::addColumn<QString>("secret");
-    const QStringList secrets{u"hunter22"_s, u"pä\"<ß>&'wörd /+%25\\"_s, u"😀\u202E!x9 \t\n"_s, u"abcd"_s,
-        u"%41%42&amp;\\u0041"_s, u"a\uFFFDbc"_s, QString(2000, u'k') + u'7'};
-    for (const QString &secret : secrets) {
-        QTest::newRow(qPrintable(secret.left(12))) << secret;
-    }
-}
-
-void UntrustedTextTest::spellings()
-{
-    QFETCH(const QString, secret);
-    keepSecret(secret);
-    const auto asJson = [](const QString &text) {
-        return QString::fromUtf8(
-            QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).chopped(2).sliced(2));
-    };
-    const auto each = [&secret](const QString &format, int digits, int base) {
-        QString result;
-        for (const QChar unit : secret) {
-            result += format.arg(uint(unit.unicode()), digits, base, QChar(u'0'));
+    void texts()
+    {
+        const QList<std::tuple<const char *, QString, QString, QString>> rows{
+            {"escape sequence", u"a\x1b[2Jb"_s, u"a [2Jb"_s, u"a [2Jb"_s},
+            {"bell, NUL, delete", u"a\ab\0c\x7f"_s, u"a b c "_s, u"a b c "_s},
+            {"controls beyond ASCII", u"a\u009b31mb"_s, u"a 31mb"_s, u"a 31mb"_s},
+            {"lines", u"a\nb\r\nc\rd"_s, u"a b  c d"_s, u"a\nb\nc\nd"_s},
+            {"rare line breaks", u"a\u0085b\u2028c\u2029d\ve\ff"_s, u"a b c d e f"_s, u"a\nb\nc\nd\ne\nf"_s},
+            {"tab", u"a\tb"_s, u"a b"_s, u"a\tb"_s},
+            {"overrides", u"evil\u202Egpj.exe\u202C"_s, u"evilgpj.exe"_s, u"evilgpj.exe"_s},
+            {"isolates and marks", u"\u2066a\u2069\u200Eb\u200Fc\u061Cd"_s, u"abcd"_s, u"abcd"_s},
+            {"half pairs", u"a"_s + QChar(0xD83D) + u"b"_s + QChar(0xDE00), u"a\uFFFDb\uFFFD"_s,
+                u"a\uFFFDb\uFFFD"_s},
+        };
+        for (const auto &[name, text, one, several] : rows) {
+            const InRow in(name);
+            QCOMPARE(oneLine(text), one);
+            QCOMPARE(severalLines(text), several);
+            QVERIFY(!isHarmless(text) && !isPlainFileName(text));
+            QVERIFY(isHarmless(one) && !isCookieValue(text));
         }
-        return result;
-    };
-    QString html;
-    const QList<uint> characters = secret.toUcs4();
-    for (const uint code : characters) {
-        html += u"&#%1;"_s.arg(code, 3, 10, QChar(u'0'));
     }
-    QString form = QString::fromLatin1(QUrl::toPercentEncoding(secret)).replace(u"%20"_s, u"+"_s);
-    const QByteArray utf8 = secret.toUtf8();
-    const QList<std::pair<const char *, QString>> spelled{
-        {"raw", secret},
-        {"JSON", asJson(secret)},
-        {"JSON with slashes", asJson(secret).replace(u'/', u"\\/"_s)},
-        {"JSON in numbers", each(u"\\u%1"_s, 4, 16)},
-        {"JSON in large numbers", each(u"\\u%1"_s, 4, 16).toUpper().replace(u"\\U"_s, u"\\u"_s)},
-        {"HTML", secret.toHtmlEscaped()},
-        {"HTML with apostrophes", secret.toHtmlEscaped().replace(u'\'', u"&#039;"_s)},
-        {"HTML in numbers", html},
-        {"address", QString::fromLatin1(QUrl::toPercentEncoding(secret))},
-        {"address in small letters",
-            QString::fromLatin1(utf8.toPercentEncoding({}, secret.toLatin1().left(256))).toLower()},
-        {"form", form},
-        {"base64", QString::fromLatin1(utf8.toBase64())},
-        {"base64 for addresses", QString::fromLatin1(utf8.toBase64(QByteArray::Base64UrlEncoding))},
-        {"base64 with a name", QString::fromLatin1(("ada@example.com:" + utf8).toBase64())},
-        {"base64 in between", QString::fromLatin1(("xy" + utf8 + "=z").toBase64())},
-    };
-    for (const auto &[name, spelling] : spelled) {
-        const QString text = u"The text {%1} ends."_s.arg(spelling);
-        const QString shown = withoutSecrets(text);
-        QVERIFY2(shown.startsWith(u"The text {"_s) && shown.endsWith(u"} ends."_s), name);
-        QVERIFY2(shown.contains(u"(not logged)"_s), name);
-        // What base64 leaves at the ends stands for less than a character.
-        QVERIFY2(shown.size() <= u"The text {} ends.(not logged)"_s.size() + 28,
-            qPrintable(QLatin1String(name) + shown));
-        QVERIFY2(!shown.contains(spelling), name);
+
+    void ordinaryTextStays()
+    {
+        const QList<std::tuple<const char *, QString>> rows{
+            {"empty", {}},
+            {"European", u"Größe  «12» – naïve…"_s},
+            {"Arabic", u"محرر النصوص ٢"_s},
+            {"Hebrew", u"עורך (טקסט) 2.0"_s},
+            {"Persian, with a joiner", u"می\u200Cخواهم"_s},
+            {"emoji of several", u"👩\u200D👩\u200D👧 🏳\uFE0F\u200D🌈 👍🏽"_s},
+            {"combining marks", u"e\u0301 n\u0303 अनुच्छेद"_s},
+            {"Japanese", u"プラグイン 更新"_s},
+        };
+        for (const auto &[name, text] : rows) {
+            const InRow in(name);
+            QCOMPARE(oneLine(text), text);
+            QCOMPARE(severalLines(text), text);
+            QCOMPARE(messageForLog(text), text);
+        }
     }
-}
 
-void UntrustedTextTest::shortSecrets_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("theirs"); // with "*" for what is hidden
-    QTest::addColumn<QString>("log");
-    const auto row = [](const char *name, const QString &text, const QString &theirs, const QString &log) {
-        QTest::newRow(name) << text << theirs << log;
-    };
-    row("within words", u"ba1 a12 token office"_s, u"ba1 a12 token office"_s, u"ba1 a12 token office"_s);
-    row("a sentence", u"a1 of 7q, no"_s, u"* * 7q, no"_s, u"a1 of 7q, no"_s);
-    row("JSON", u"{\"p\":\"a1\", \"c\": \"7q\"}"_s, u"{\"p\":\"*\", \"c\": \"*\"}"_s,
-        u"{\"p\":\"*\", \"c\": \"*\"}"_s);
-    row("JSON in JSON", u"\\u0022of\\u0022 \\\"7q\\\""_s, u"\\u0022*\\u0022 \\\"*\\\""_s,
-        u"\\u0022*\\u0022 \\\"*\\\""_s);
-    row("letters in numbers", u"\"\\u0061\\u0031\" '&#97;&#49;'"_s, u"\"*\" '*'"_s, u"\"*\" '*'"_s);
-    row("HTML", u"&quot;7q&quot; &#34;a1&#34;"_s, u"&quot;*&quot; &#34;*&#34;"_s,
-        u"&quot;*&quot; &#34;*&#34;"_s);
-    row("address", u"?p=a1&c=7q %22a%31%22%3A7q"_s, u"?p=*&c=* %22*%22%3A*"_s, u"?p=*&c=* %22*%22%3A*"_s);
-    row("header", u"Cookie: x=7q; y=of z\nX-Password: a1\r\n"_s, u"Cookie: x=*; y=* z\nX-Password: *\r\n"_s,
-        u"Cookie: x=*; y=* z\nX-Password: *\r\n"_s);
-    row("base64", u"Basic YWRhOmEx, YTE=, bGFuZz03cQ==, xYWRhOmEx"_s, u"Basic *, *=, *==, xYWRhOmEx"_s,
-        u"Basic *, YTE=, *==, xYWRhOmEx"_s);
-    row("a number of ours", u"failed: 33 with message: 33."_s, u"failed: * with message: *."_s,
-        u"failed: 33 with message: 33."_s);
-}
-
-void UntrustedTextTest::shortSecrets()
-{
-    QFETCH(QString, text);
-    QFETCH(QString, theirs);
-    QFETCH(QString, log);
-    keepSecret(u"a1"_s);
-    keepSecret(u"of"_s);
-    keepSecret(u"33"_s);
-    keepCookieSecret("7q");
-    QCOMPARE(withoutSecrets(text), theirs.replace(u'*', u"(not logged)"_s));
-    QCOMPARE(withoutSecrets(text, Words::OursToo), log.replace(u'*', u"(not logged)"_s));
-}
-
-void UntrustedTextTest::fieldsThatAreNamedLikeSecrets_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::newRow("JSON") << u"{\"SessionId\": \"NEW\"}"_s;
-    QTest::newRow("JSON in JSON") << u"{\"body\":\"{\\\"SessionId\\\":\\\"NEW\\\"}\"}"_s;
-    QTest::newRow("JSON in HTML") << u"&quot;sessionid&quot;:&quot;NEW&quot;}"_s;
-    QTest::newRow("JSON in an address") << u"%22password%22%3A%22NEW%22"_s;
-    QTest::newRow("form") << u"email=ada&password=NEW"_s;
-    QTest::newRow("cookie") << u"Cookie: SessionId=NEW; theme=dark"_s;
-    QTest::newRow("cut") << u"{\"SessionId\": \"NEW"_s;
-}
-
-void UntrustedTextTest::fieldsThatAreNamedLikeSecrets()
-{
-    QFETCH(const QString, text);
-    const QString shown = withoutSecretFields(text);
-    QCOMPARE(withoutSecrets(text), text);
-    QVERIFY2(!shown.contains(u"NEW"_s) && shown.contains(u"(not logged)"_s), qPrintable(shown));
-}
-
-void UntrustedTextTest::aServiceWithManyCookies()
-{
-    keepSecret(u"the-session-7"_s);
-    for (const char *value : {"node-one-1", "en", "", "tok=en-2", "\"quoted 3\""}) {
-        keepCookieSecret(value);
+    void longTexts()
+    {
+        QCOMPARE(oneLine(u"abcdef"_s, 6), u"abcdef"_s);
+        QCOMPARE(oneLine(u"abcdefg"_s, 6), u"abcde…"_s);
+        QCOMPARE(severalLines(u"ab\ndefg"_s, 6), u"ab\nde…"_s);
+        QCOMPARE(oneLine(u"abcd😀fg"_s, 6), u"abcd…"_s);
+        QCOMPARE(oneLine(u"abcde\u0301\u0302fgh"_s, 6), u"abcd…"_s);
+        QCOMPARE(oneLine(u"ab👩\u200D👩\u200D👧cdefgh"_s, 8), u"ab…"_s);
+        const QString marks = u"e"_s + QString(2000, QChar(0x301));
+        QCOMPARE(oneLine(marks, 1000).size(), 1000);
+        QVERIFY(severalLines(QString(7'000'000, u'x')).size() <= 4000);
+        QVERIFY(messageForLog(QString(7'000'000, u'\x1b')).size() < 20'000);
     }
-    QCOMPARE(withoutSecrets(u"node-one-1, tok=en-2, en, quoted 3, Secure"_s),
-        u"(not logged), (not logged), en, (not logged), Secure"_s);
-    for (int i = 0; i < 1000; ++i) {
-        keepCookieSecret("cookie-" + QByteArray::number(i));
-        keepCookieSecret("node-one-1"); // still in use
-    }
-    QCOMPARE(withoutSecrets(u"the-session-7 cookie-999 node-one-1"_s),
-        u"(not logged) (not logged) (not logged)"_s);
-}
 
-// With a password that is a word of the log's, the hole would say which one.
-void UntrustedTextTest::ourOwnWordsTellNothing()
-{
-    for (const QString &secret : {u"unexpected"_s, u"password"_s, u"c0rrect-horse"_s, u"hunter2"_s,
-             u"sunshine"_s, u"correcthorsebattery"_s}) {
+    void cookieValues()
+    {
+        const QList<std::tuple<const char *, QString, bool>> rows{
+            {"usual", u"0f9a-XYZ+/=_.~"_s, true},
+            {"line break", u"id\r\nX-Admin: yes"_s, false},
+            {"NUL", u"id\0"_s, false},
+            {"second cookie", u"id; role=admin"_s, false},
+            {"not ASCII", u"schlüssel"_s, false},
+            {"longest", QString(4096, u'a'), true},
+            {"too long", QString(4097, u'a'), false},
+        };
+        for (const auto &[name, value, usable] : rows) {
+            const InRow in(name);
+            QCOMPARE(isCookieValue(value), usable);
+        }
+    }
+
+    void spellings_data()
+    {
+        QTest::addColumn<QString>("secret");
+        const QStringList secrets{u"hunter22"_s, u"pä\"<ß>&'wörd /+%25\\"_s, u"😀\u202E!x9 \t\n"_s, u"abcd"_s,
+            u"%41%42&amp;\\u0041"_s, u"a\uFFFDbc"_s, QString(2000, u'k') + u'7'};
+        for (const QString &secret : secrets) {
+            QTest::newRow(qPrintable(secret.left(12))) << secret;
+        }
+    }
+
+    void spellings()
+    {
+        QFETCH(const QString, secret);
         keepSecret(secret);
+        const auto asJson = [](const QString &text) {
+            return QString::fromUtf8(
+                QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).chopped(2).sliced(2));
+        };
+        const auto each = [&secret](const QString &format, int digits, int base) {
+            QString result;
+            for (const QChar unit : secret) {
+                result += format.arg(uint(unit.unicode()), digits, base, QChar(u'0'));
+            }
+            return result;
+        };
+        QString html;
+        const QList<uint> characters = secret.toUcs4();
+        for (const uint code : characters) {
+            html += u"&#%1;"_s.arg(code, 3, 10, QChar(u'0'));
+        }
+        QString form = QString::fromLatin1(QUrl::toPercentEncoding(secret)).replace(u"%20"_s, u"+"_s);
+        const QByteArray utf8 = secret.toUtf8();
+        const QList<std::pair<const char *, QString>> spelled{
+            {"raw", secret},
+            {"JSON", asJson(secret)},
+            {"JSON with slashes", asJson(secret).replace(u'/', u"\\/"_s)},
+            {"JSON in numbers", each(u"\\u%1"_s, 4, 16)},
+            {"JSON in large numbers", each(u"\\u%1"_s, 4, 16).toUpper().replace(u"\\U"_s, u"\\u"_s)},
+            {"HTML", secret.toHtmlEscaped()},
+            {"HTML with apostrophes", secret.toHtmlEscaped().replace(u'\'', u"&#039;"_s)},
+            {"HTML in numbers", html},
+            {"address", QString::fromLatin1(QUrl::toPercentEncoding(secret))},
+            {"address in small letters",
+                QString::fromLatin1(utf8.toPercentEncoding({}, secret.toLatin1().left(256))).toLower()},
+            {"form", form},
+            {"base64", QString::fromLatin1(utf8.toBase64())},
+            {"base64 for addresses", QString::fromLatin1(utf8.toBase64(QByteArray::Base64UrlEncoding))},
+            {"base64 with a name", QString::fromLatin1(("ada@example.com:" + utf8).toBase64())},
+            {"base64 in between", QString::fromLatin1(("xy" + utf8 + "=z").toBase64())},
+        };
+        for (const auto &[name, spelling] : spelled) {
+            const QString text = u"The text {%1} ends."_s.arg(spelling);
+            const QString shown = withoutSecrets(text);
+            QVERIFY2(shown.startsWith(u"The text {"_s) && shown.endsWith(u"} ends."_s), name);
+            QVERIFY2(shown.contains(u"(not logged)"_s), name);
+            // What base64 leaves at the ends stands for less than a character.
+            QVERIFY2(shown.size() <= u"The text {} ends.(not logged)"_s.size() + 28,
+                qPrintable(QLatin1String(name) + shown));
+            QVERIFY2(!shown.contains(spelling), name);
+        }
     }
-    const QString line = u"Received 3 bytes of unexpected data; Wrong user name or password."_s;
-    QCOMPARE(messageForLog(line), line);
-    QCOMPARE(messageForLog(u"Location: https://gateway/?c=c0rrect%2Dhorse&p=sunshine; x is hunter2, "
-                           "correcthorsebattery; X-Echo = \"unexpected\""_s),
-        u"Location: https://gateway/?c=(not logged)&p=(not logged); x is (not logged), (not logged); "
-        "X-Echo = \"(not logged)\""_s);
-}
 
-// As the programs write it, through the handler that they install.
-void UntrustedTextTest::theLog()
-{
-    const QTemporaryDir scratch;
-    const QByteArray path = QFile::encodeName(scratch.filePath(u"log"_s));
-    keepSecret(u"s3cret-session"_s);
-    const int file = ::open(path.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-    const int before = ::dup(STDERR_FILENO);
-    QVERIFY(file >= 0 && before >= 0);
-    const QtMessageHandler handler = qInstallMessageHandler(nullptr);
-    ::dup2(file, STDERR_FILENO);
-    installLogFormat();
-    logLine(
-        u"Alert: Authentication Error\nno\x1b]0;x\a\n2026-01-01 10:00:00.000 Tolvane Brevok[1:1] Error: forged"_s);
-    logLine(u"header fields: {x = \"s3cret-session\"}"_s);
-    logLine(QString(1'000'000, u'm'));
-    ::dup2(before, STDERR_FILENO);
-    qInstallMessageHandler(handler);
-    ::close(before);
-    ::close(file);
+    void shortSecrets()
+    {
+        const QList<std::tuple<const char *, QString, QString, QString>> rows{
+            {"within words", u"ba1 a12 token office"_s, u"ba1 a12 token office"_s, u"ba1 a12 token office"_s},
+            {"a sentence", u"a1 of 7q, no"_s, u"* * 7q, no"_s, u"a1 of 7q, no"_s},
+            {"JSON", u"{\"p\":\"a1\", \"c\": \"7q\"}"_s, u"{\"p\":\"*\", \"c\": \"*\"}"_s,
+                u"{\"p\":\"*\", \"c\": \"*\"}"_s},
+            {"JSON in JSON", u"\\u0022of\\u0022 \\\"7q\\\""_s, u"\\u0022*\\u0022 \\\"*\\\""_s,
+                u"\\u0022*\\u0022 \\\"*\\\""_s},
+            {"letters in numbers", u"\"\\u0061\\u0031\" '&#97;&#49;'"_s, u"\"*\" '*'"_s, u"\"*\" '*'"_s},
+            {"HTML", u"&quot;7q&quot; &#34;a1&#34;"_s, u"&quot;*&quot; &#34;*&#34;"_s,
+                u"&quot;*&quot; &#34;*&#34;"_s},
+            {"address", u"?p=a1&c=7q %22a%31%22%3A7q"_s, u"?p=*&c=* %22*%22%3A*"_s,
+                u"?p=*&c=* %22*%22%3A*"_s},
+            {"header", u"Cookie: x=7q; y=of z\nX-Password: a1\r\n"_s,
+                u"Cookie: x=*; y=* z\nX-Password: *\r\n"_s, u"Cookie: x=*; y=* z\nX-Password: *\r\n"_s},
+            {"base64", u"Basic YWRhOmEx, YTE=, bGFuZz03cQ==, xYWRhOmEx"_s, u"Basic *, *=, *==, xYWRhOmEx"_s,
+                u"Basic *, YTE=, *==, xYWRhOmEx"_s},
+            {"a number of ours", u"failed: 33 with message: 33."_s, u"failed: * with message: *."_s,
+                u"failed: 33 with message: 33."_s},
+        };
+        for (const auto &[name, text, theirs, log] : rows) {
+            const InRow in(name);
+            const auto hidden = [](QString pattern) {
+                return pattern.replace(u'*', u"(not logged)"_s);
+            };
+            keepSecret(u"a1"_s);
+            keepSecret(u"of"_s);
+            keepSecret(u"33"_s);
+            keepCookieSecret("7q");
+            QCOMPARE(withoutSecrets(text), hidden(theirs));
+            QCOMPARE(withoutSecrets(text, Words::OursToo), hidden(log));
+        }
+    }
 
-    QFile log(QFile::decodeName(path));
-    QVERIFY(log.open(QIODevice::ReadOnly));
-    const QByteArray written = log.readAll();
-    QVERIFY(written.size() < 20'000);
-    QVERIFY(!written.contains('\x1b') && !written.contains('\a') && !written.contains("s3cret-session"));
-    const QList<QByteArray> lines = written.trimmed().split('\n');
-    QCOMPARE(std::count_if(
-                 lines.cbegin(), lines.cend(), [](const QByteArray &line) { return line.startsWith("20"); }),
-        3);
-    QVERIFY(lines.at(0).endsWith("] Alert: Authentication Error") && lines.at(1).startsWith("no "));
-}
+    void fieldsThatAreNamedLikeSecrets()
+    {
+        const QList<std::tuple<const char *, QString>> rows{
+            {"JSON", u"{\"SessionId\": \"NEW\"}"_s},
+            {"JSON in JSON", u"{\"body\":\"{\\\"SessionId\\\":\\\"NEW\\\"}\"}"_s},
+            {"JSON in HTML", u"&quot;sessionid&quot;:&quot;NEW&quot;}"_s},
+            {"JSON in an address", u"%22password%22%3A%22NEW%22"_s},
+            {"form", u"email=ada&password=NEW"_s},
+            {"cookie", u"Cookie: SessionId=NEW; theme=dark"_s},
+            {"cut", u"{\"SessionId\": \"NEW"_s},
+        };
+        for (const auto &[name, text] : rows) {
+            const InRow in(name);
+            const QString shown = withoutSecretFields(text);
+            QCOMPARE(withoutSecrets(text), text);
+            QVERIFY2(!shown.contains(u"NEW"_s) && shown.contains(u"(not logged)"_s), qPrintable(shown));
+        }
+    }
+
+    void aServiceWithManyCookies()
+    {
+        keepSecret(u"the-session-7"_s);
+        for (const char *value : {"node-one-1", "en", "", "tok=en-2", "\"quoted 3\""}) {
+            keepCookieSecret(value);
+        }
+        QCOMPARE(withoutSecrets(u"node-one-1, tok=en-2, en, quoted 3, Secure"_s),
+            u"(not logged), (not logged), en, (not logged), Secure"_s);
+        for (int i = 0; i < 1000; ++i) {
+            keepCookieSecret("cookie-" + QByteArray::number(i));
+            keepCookieSecret("node-one-1"); // still in use
+        }
+        QCOMPARE(withoutSecrets(u"the-session-7 cookie-999 node-one-1"_s),
+            u"(not logged) (not logged) (not logged)"_s);
+    }
+
+    // With a password that is a word of the log's, the hole would say which one.
+    void ourOwnWordsTellNothing()
+    {
+        for (const QString &secret : {u"unexpected"_s, u"password"_s, u"c0rrect-horse"_s, u"hunter2"_s,
+                 u"sunshine"_s, u"correcthorsebattery"_s}) {
+            keepSecret(secret);
+        }
+        const QString line = u"Received 3 bytes of unexpected data; Wrong user name or password."_s;
+        QCOMPARE(messageForLog(line), line);
+        QCOMPARE(messageForLog(u"Location: https://gateway/?c=c0rrect%2Dhorse&p=sunshine; x is hunter2, "
+                               "correcthorsebattery; X-Echo = \"unexpected\""_s),
+            u"Location: https://gateway/?c=(not logged)&p=(not logged); x is (not logged), (not logged); "
+            "X-Echo = \"(not logged)\""_s);
+    }
+
+    // As the programs write it, through the handler that they install.
+    void theLog()
+    {
+        const QTemporaryDir scratch;
+        const QByteArray path = QFile::encodeName(scratch.filePath(u"log"_s));
+        keepSecret(u"s3cret-session"_s);
+        const int file = ::open(path.constData(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
+        const int before = ::dup(STDERR_FILENO);
+        QVERIFY(file >= 0 && before >= 0);
+        const QtMessageHandler handler = qInstallMessageHandler(nullptr);
+        ::dup2(file, STDERR_FILENO);
+        installLogFormat();
+        logLine(
+            u"Alert: Authentication Error\nno\x1b]0;x\a\n2026-01-01 10:00:00.000 Tolvane Brevok[1:1] Error: forged"_s);
+        logLine(u"header fields: {x = \"s3cret-session\"}"_s);
+        logLine(QString(1'000'000, u'm'));
+        ::dup2(before, STDERR_FILENO);
+        qInstallMessageHandler(handler);
+        ::close(before);
+        ::close(file);
+
+        QFile log(QFile::decodeName(path));
+        QVERIFY(log.open(QIODevice::ReadOnly));
+        const QByteArray written = log.readAll();
+        QVERIFY(written.size() < 20'000);
+        QVERIFY(!written.contains('\x1b') && !written.contains('\a') && !written.contains("s3cret-session"));
+        const QList<QByteArray> lines = written.trimmed().split('\n');
+        QCOMPARE(std::count_if(lines.cbegin(), lines.cend(),
+                     [](const QByteArray &line) { return line.startsWith("20"); }),
+            3);
+        QVERIFY(lines.at(0).endsWith("] Alert: Authentication Error") && lines.at(1).startsWith("no "));
+    }
+};
 
 QTEST_GUILESS_MAIN(UntrustedTextTest)
 #include "test_untrusted_text.moc"

@@ -29,9 +29,9 @@ namespace brevok::testing {
 struct ReportRig {
     Q_DISABLE_COPY_MOVE(ReportRig)
 
-    static constexpr auto homePath = "/";
-    static constexpr auto reportPath = "/api/machine/report";
-    static constexpr auto usagePath = "/api/stats/plugins";
+    inline static const QString homePath = QStringLiteral("/");
+    inline static const QString reportPath = QStringLiteral("/api/machine/report");
+    inline static const QString usagePath = QStringLiteral("/api/stats/plugins");
 
     explicit ReportRig(int timeoutMs = 30000)
         : network({.baseUrl = server.url(),
@@ -41,7 +41,7 @@ struct ReportRig {
     {
         QDir().mkpath(logs());
         server.on(QString(), Response::ok("here"));
-        server.on(QString::fromLatin1(homePath), Response::ok("here"));
+        server.on(homePath, Response::ok("here"));
         plugins.updateWithArray({definition(QStringLiteral("Alpha"), QStringLiteral("0xA")),
             definition(QStringLiteral("Beta"), QStringLiteral("0xB"))});
         packages.updateWithArray({QJsonObject{{PackageKeys::name, QStringLiteral("Alpha")},
@@ -74,10 +74,7 @@ struct ReportRig {
         bundle, {.settingsFile = {}, .applicationSupport = {}, .library = folder.path(), .autostart = {}}}};
 
     [[nodiscard]] QString logs() const { return folder.filePath(QStringLiteral("Logs")); }
-    [[nodiscard]] QList<Request> arrived(const char *path) const
-    {
-        return server.requests(QString::fromLatin1(path));
-    }
+    [[nodiscard]] QList<Request> arrived(const QString &path) const { return server.requests(path); }
     static QJsonObject definition(const QString &name, const QString &prefix)
     {
         return {{PluginKeys::name, name}, {PluginKeys::prefix, prefix},

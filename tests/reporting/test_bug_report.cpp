@@ -5,9 +5,10 @@
 #include "foundation/Secrets.h"
 #include "reporting/ReportSnapshot.h"
 #include "ReportRig.h"
+#include "support/FolderTest.h"
+#include "support/InRow.h"
 
 #include <QJsonDocument>
-#include <QRegularExpression>
 #include <QTest>
 
 using namespace brevok;
@@ -64,334 +65,276 @@ QMap<QString, QString> itemsOf(const QByteArray &body, QStringList *keys = nullp
 
 } // namespace
 
-class BugReportTest : public QObject {
+class BugReportTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void cleanup() { setLogLevel(0); }
-    void cleanupTestCase() { QVERIFY(finishBackgroundWork(30000)); }
 
-    void addresses_data();
-    void addresses();
-    void valuesAreCleaned_data();
-    void valuesAreCleaned();
-    void whatDoesNotExistIsNamed();
-    void stateIsShown();
-    void reportIsSent();
-    void formIsChecked_data();
-    void formIsChecked();
-    void unreachable_data();
-    void unreachable();
-    void answers_data();
-    void answers();
-    void closedConnectionsAreOpenedAgain();
-    void whoIsGoneIsNotTold();
-    void secretsStayOut();
-};
-
-void BugReportTest::addresses_data()
-{
-    QTest::addColumn<QString>("address");
-    QTest::addColumn<bool>("valid");
-    const auto row = [](const char *address, bool valid) {
-        QTest::addRow("%s", address) << QString::fromLatin1(address) << valid;
-    };
-    row("a@b.cd", true);
-    row("very odd one! \"@\"@sub.example-1.museum", true);
-    row("a@b.c", false);
-    row("a@localhost", false);
-    row("@b.cd", false);
-    row("a@b.cd ", false);
-    row("a@b.c1", false);
-    row("a@b..cd", false);
-    row("a@\xfc.cd", false);
-    row("a@b.cd\n", false);
-}
-
-void BugReportTest::addresses()
-{
-    QFETCH(QString, address);
-    QTEST(NSStringIsValidEmail(address), "valid");
-}
-
-void BugReportTest::valuesAreCleaned_data()
-{
-    QTest::addColumn<QJsonValue>("value");
-    QTest::addColumn<QString>("expected");
-    QTest::newRow("breaks and blanks") << QJsonValue(u" a\nb  c d\t "_s) << u"abc d\t"_s;
-    QTest::newRow("three blanks") << QJsonValue(u"a   b   "_s) << u"a b"_s;
-    QTest::newRow("number") << QJsonValue(14.0) << u"14"_s;
-    QTest::newRow("flag") << QJsonValue(true) << u"1"_s;
-    QTest::newRow("list") << QJsonValue(QJsonArray{u"x"_s, 2}) << u"[\"x\",2]"_s;
-}
-
-void BugReportTest::valuesAreCleaned()
-{
-    QFETCH(QJsonValue, value);
-    QTEST(cleanedText(value), "expected");
-}
-
-void BugReportTest::whatDoesNotExistIsNamed()
-{
-    const auto texts = [](const ReportSnapshot &snapshot) {
-        const QList<ReportItem> items = getReport(snapshot);
-        return items.value(0).value + items.value(1).value + items.value(2).value;
-    };
-    ReportSnapshot snapshot;
-    QCOMPARE(texts(snapshot), u"brevokPackages == null\nbrevokPlugins == null\nbrevokTargetApps == null\n"_s);
-    snapshot.packages.emplace();
-    snapshot.plugins.emplace();
-    snapshot.targets.emplace();
-    QCOMPARE(texts(snapshot), u"packagesStatus == null\nplugins == null\ntargets == null\n"_s);
-    snapshot.packages->statuses.emplace();
-    QVERIFY(texts(snapshot).startsWith(u"packages == null\n"_s));
-}
-
-void BugReportTest::stateIsShown()
-{
-    const QTemporaryDir folder;
-    const QString target = folder.filePath(u"T"_s);
-    writeInstalledPlugin(target, u"Alpha"_s, u"1.1"_s, u"15.0"_s);
-    QVERIFY(QDir().mkpath(target + u"/Tolvane/Broken.InDesignPlugin"_s));
-    ReportSnapshot snapshot;
-    snapshot.packages = {{{{u"0xA"_s, PackageStatus::MixedNotUpdated}}},
-        {{Record{{u"Prefix"_s, u"0xA"_s}, {u"Name"_s, u"  Alpha\n"_s}}, Record{{u"Name"_s, u"Odd"_s}}}}};
-    snapshot.plugins = {PackedSnapshot{{u"0xB"_s, {}},
-        {u"0xA"_s, {Record{{u"Version"_s, u"1.0"_s}, {u"Size"_s, 10}}, Record{{u"Version"_s, u"2.0"_s}}}}}};
-    snapshot.targets = {TargetRecords{{u"t"_s, Record{{u"Path"_s, target}, {u"Removed"_s, u"yes"_s}}},
-        {u"u"_s, Record{{u"Path"_s, folder.filePath(u"none"_s)}}}}};
-    snapshot.logsFolder = folder.filePath(u"Logs"_s);
-    const QList<ReportItem> items = getReport(snapshot);
-    QCOMPARE(items.size(), 5);
-    QCOMPARE(items[0],
-        (ReportItem{u"Packages"_s,
-            u"Name=Alpha\nPrefix=0xA\nStatus=Mixed Not Updated\n\n"
-            "Name=Odd\nStatus=Missing Data\n\n"_s}));
-    QCOMPARE(items[1],
-        (ReportItem{u"Plugins"_s,
-            u"Name=  Alpha\n\nPrefix=0xA\n  Size=10\n  Version=1.0\n\n"
-            "  Version=2.0\n\n\nName=(null)\nPrefix=0xB\n\n"_s}));
-    QCOMPARE(items[2],
-        (ReportItem{u"Targets"_s,
-            u"Path=%1\nRemoved=yes\nPlugins = Alpha 1.1 (15.0), (null) (null) ((null)),\n\n"
-            "Path=%2\nPlugins =\n\n"_s.arg(target, folder.filePath(u"none"_s))}));
-    QCOMPARE(items[3], (ReportItem{u"orlec.log"_s, u"File orlec.log doesn't exist."_s}));
-    QCOMPARE(items[4], (ReportItem{u"tolvane.log"_s, u"File tolvane.log doesn't exist."_s}));
-}
-
-void BugReportTest::reportIsSent()
-{
-    ReportRig rig;
-    rig.server.on(QString::fromLatin1(ReportRig::reportPath), Response::ok("{\"ErrorCode\":0}"));
-    rig.sessionId = u"s3cret-id"_s;
-    rig.addTarget(u"A"_s, u"140"_s);
-    QVERIFY(writeFile(rig.logs() + u"/orlec.log"_s, "log\n"));
-    QVERIFY(writeFile(rig.logs() + u"/DiagnosticReports/Tolvane Brevok_1.crash"_s, "crash\n"));
-    QByteArray shown;
-    rig.reporter.reportBody(
-        u"ada@example.com"_s, u"It broke"_s, this, [&shown](const QByteArray &body) { shown = body; });
-    QTRY_VERIFY(!shown.isEmpty());
-    QVERIFY(rig.server.requests().isEmpty());
-
-    Asked asked;
-    asked.ask(rig.reporter);
-    QCOMPARE(asked.stages, (QList{Stage::Checking, Stage::Gathering, Stage::Sending}));
-    QVERIFY(asked.outcome->sent);
-    QCOMPARE(asked.title(), u"Thank you for reporting this issue."_s);
-    QCOMPARE(asked.text(), u"Tolvane support team will contact you shortly."_s);
-    QVERIFY(LogCapture::lines().value(0).startsWith(u"Connection: https://localhost:"_s));
-    QVERIFY(LogCapture::lines().value(0).endsWith(u":443"_s));
-    QCOMPARE(LogCapture::lines().last(), u"{\"ErrorCode\":0}"_s);
-
-    QCOMPARE(rig.server.requests().last().path, QString::fromLatin1(ReportRig::reportPath));
-    const Request &request = rig.server.requests().last();
-    QCOMPARE(request.method, "POST");
-    QCOMPARE(request.header("Content-Type"), "application/json");
-    QCOMPARE(request.header("Accept"), "application/json");
-    QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2");
-    QCOMPARE(request.header("Cookie"), "SessionId=s3cret-id");
-    QCOMPARE(request.body, shown);
-    QStringList keys;
-    const QMap<QString, QString> items = itemsOf(request.body, &keys);
-    QCOMPARE(keys.join(u','),
-        u"Application,Description,Platform,Packages,Plugins,Targets,orlec.log,"
-        "tolvane.log,Tolvane Brevok.crash"_s);
-    QCOMPARE(items[u"Application"_s], u"Version 1.2 (7, 15)"_s);
-    QCOMPARE(items[u"Description"_s], u"It broke"_s);
-    QVERIFY(items[u"Packages"_s].contains(u"Status=Not Installed\n"_s)); // calculated for this report
-    QCOMPARE(items[u"Tolvane Brevok.crash"_s], u"crash\n"_s);
-    const QJsonObject body = QJsonDocument::fromJson(request.body).object();
-    QCOMPARE(body.keys(), (QStringList{u"Data"_s, u"Email"_s}));
-    QCOMPARE(QJsonDocument::fromJson(bugReportBody({}, {})).object().keys(), QStringList{u"Data"_s});
-}
-
-void BugReportTest::formIsChecked_data()
-{
-    QTest::addColumn<QString>("email");
-    QTest::addColumn<QString>("note");
-    QTest::addColumn<QString>("title");
-    QTest::addColumn<QString>("text");
-    const QString address = u"Please enter a valid email address so we can respond to your message."_s;
-    QTest::newRow("nothing") << QString() << QString() << u"Missing email address!"_s << address;
-    QTest::newRow("no address") << u"a@b"_s << u"x"_s << u"Invalid email address!"_s << address;
-    QTest::newRow("no note")
-        << u"a@b.cd"_s << QString() << u"Missing problem description!"_s
-        << u"Please describe the problem and what were you doing when the problem came up."_s;
-}
-
-void BugReportTest::formIsChecked()
-{
-    QFETCH(QString, email);
-    QFETCH(QString, note);
-    ReportRig rig;
-    Asked asked;
-    asked.send(rig.reporter, email, note);
-    QVERIFY(asked.outcome); // at once
-    QCOMPARE(asked.outcome->kind, Kind::Invalid);
-    QCOMPARE(asked.outcome->alert.style, AlertStyle::Critical);
-    QTEST(asked.title(), "title");
-    QTEST(asked.text(), "text");
-    QCOMPARE(asked.button(), u"OK"_s);
-    QVERIFY(asked.stages.isEmpty());
-    // The connection is logged whatever was typed.
-    QTRY_VERIFY(LogCapture::mentions(u"Connection: POST "_s));
-    QVERIFY(rig.arrived(ReportRig::reportPath).isEmpty());
-}
-
-void BugReportTest::unreachable_data()
-{
-    QTest::addColumn<ReachabilityFlags>("flags");
-    QTest::addColumn<QString>("text");
-    QTest::newRow("service") << ReachabilityFlags(Reachable) << u"Tolvane Brevok servers are unreachable."_s;
-    QTest::newRow("network") << ReachabilityFlags()
-                             << u"Network is unreachable. Is your internet connection down?"_s;
-}
-
-void BugReportTest::unreachable()
-{
-    QFETCH(ReachabilityFlags, flags);
-    ReportRig rig;
-    rig.routes.flags = flags;
-    rig.server.on(QString::fromLatin1(ReportRig::homePath), Response::of(503, "busy"));
-    rig.server.on(QString(), Response::of(503, "busy"));
-    Asked asked;
-    asked.ask(rig.reporter);
-    QCOMPARE(asked.outcome->kind, Kind::Unreachable);
-    QCOMPARE(asked.title(), u"Connection Error"_s);
-    QTEST(asked.text(), "text");
-    QCOMPARE(asked.stages, QList{Stage::Checking});
-    QVERIFY(rig.arrived(ReportRig::reportPath).isEmpty());
-}
-
-void BugReportTest::answers_data()
-{
-    QTest::addColumn<Response>("response");
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QStringList>("logged");
-    const QString unreadable = u"Bug Report connection failed!"_s;
-    QTest::newRow("empty") << Response::ok({}) << u"Received 0 bytes (-)"_s
-                           << QStringList{unreadable, u"Received 0 bytes of data"_s, u"Response string: "_s};
-    QTest::newRow("no JSON") << Response::ok("<html>") << u"Received 6 bytes (<html>)"_s
-                             << QStringList{unreadable, u"Response string: <html>"_s};
-    const QString long256(256, u'x');
-    QTest::newRow("long and no JSON")
-        << Response::ok(QByteArray(1000, 'x')) << u"Received 1000 bytes (%1)"_s.arg(long256)
-        << QStringList{u"Response string: "_s + long256};
-    QTest::newRow("500 without JSON")
-        << Response::of(500, "oops") << u"Received 4 bytes (oops)"_s << QStringList{unreadable};
-    QTest::newRow("500") << Response::of(500, "{\"ErrorCode\":99}")
-                         << u"Server response: 500 - internal server error"_s
-                         << QStringList{u"{\"ErrorCode\":99}"_s,
-                                u"Failed to send Bug Report with response: 500 - internal server error"_s};
-    QTest::newRow("huge") << Response{.body = "[1,2,3]"_ba, .repeat = 1000000}
-                          << u"The server sent more data than expected."_s
-                          << QStringList{u"Failed to send Bug Report"_s};
-    QTest::newRow("cut short") << Response{.body = "{}"_ba,
-        .lengthLie = 10,
-        .fault = Response::Fault::Close,
-        .faultAfter = 2} << u"The network connection was lost."_s
-                               << QStringList{u"Failed to send Bug Report"_s};
-    QTest::newRow("slow") << Response::silent() << u"The request timed out."_s
-                          << QStringList{u"Failed to send Bug Report"_s};
-}
-
-void BugReportTest::answers()
-{
-    QFETCH(Response, response);
-    QFETCH(QString, text);
-    QFETCH(QStringList, logged);
-    ReportRig rig(response.fault == Response::Fault::Stall ? 1000 : 30000);
-    rig.server.on(QString::fromLatin1(ReportRig::reportPath), response);
-    Asked asked;
-    asked.ask(rig.reporter);
-    QVERIFY(!asked.outcome->sent);
-    QCOMPARE(asked.title(), u"Failed to send error report"_s);
-    QCOMPARE(asked.text(), text + u"\n\nPlease contact Tolvane support."_s);
-    QCOMPARE(asked.button(), u"Close"_s);
-    for (const QString &line : std::as_const(logged)) {
-        QVERIFY2(LogCapture::contains(line), qPrintable(line));
+    void addresses()
+    {
+        const QList<std::pair<const char *, bool>> rows{{"a@b.cd", true},
+            {"very odd one! \"@\"@sub.example-1.museum", true}, {"a@b.c", false}, {"a@localhost", false},
+            {"@b.cd", false}, {"a@b.cd ", false}, {"a@b.c1", false}, {"a@b..cd", false}, {"a@\xfc.cd", false},
+            {"a@b.cd\n", false}};
+        for (const auto &[address, valid] : rows) {
+            QVERIFY2(NSStringIsValidEmail(QString::fromLatin1(address)) == valid, address);
+        }
     }
-    QCOMPARE(rig.arrived(ReportRig::reportPath).size(), 1);
-}
 
-// A report may find that the service has just closed the connection it would have gone over.
-void BugReportTest::closedConnectionsAreOpenedAgain()
-{
-    ReportRig rig;
-    const Response closing{.body = "here"_ba, .fault = Response::Fault::Close, .faultAfter = 4};
-    rig.server.on(QString(), closing);
-    rig.server.on(QString::fromLatin1(ReportRig::homePath), closing);
-    rig.server.on(QString::fromLatin1(ReportRig::reportPath),
-        {.body = "{}"_ba, .fault = Response::Fault::Close, .faultAfter = 2});
-    for (int report = 1; report <= 3; ++report) {
+    void valuesAreCleaned()
+    {
+        QCOMPARE(cleanedText(u" a\nb  c d\t "_s), u"abc d\t"_s);
+        QCOMPARE(cleanedText(u"a   b   "_s), u"a b"_s);
+        QCOMPARE(cleanedText(14.0), u"14"_s);
+        QCOMPARE(cleanedText(true), u"1"_s);
+        QCOMPARE(cleanedText(QJsonArray{u"x"_s, 2}), u"[\"x\",2]"_s);
+    }
+
+    void whatDoesNotExistIsNamed()
+    {
+        const auto texts = [](const ReportSnapshot &snapshot) {
+            const QList<ReportItem> items = getReport(snapshot);
+            return items.value(0).value + items.value(1).value + items.value(2).value;
+        };
+        ReportSnapshot snapshot;
+        QCOMPARE(
+            texts(snapshot), u"brevokPackages == null\nbrevokPlugins == null\nbrevokTargetApps == null\n"_s);
+        snapshot.packages.emplace();
+        snapshot.plugins.emplace();
+        snapshot.targets.emplace();
+        QCOMPARE(texts(snapshot), u"packagesStatus == null\nplugins == null\ntargets == null\n"_s);
+        snapshot.packages->statuses.emplace();
+        QVERIFY(texts(snapshot).startsWith(u"packages == null\n"_s));
+    }
+
+    void stateIsShown()
+    {
+        const QString target = path(u"T"_s);
+        writeInstalledPlugin(target, u"Alpha"_s, u"1.1"_s, u"15.0"_s);
+        QVERIFY(QDir().mkpath(target + u"/Tolvane/Broken.InDesignPlugin"_s));
+        ReportSnapshot snapshot;
+        snapshot.packages = {{{{u"0xA"_s, PackageStatus::MixedNotUpdated}}},
+            {{Record{{u"Prefix"_s, u"0xA"_s}, {u"Name"_s, u"  Alpha\n"_s}}, Record{{u"Name"_s, u"Odd"_s}}}}};
+        snapshot.plugins = {PackedSnapshot{{u"0xB"_s, {}},
+            {u"0xA"_s,
+                {Record{{u"Version"_s, u"1.0"_s}, {u"Size"_s, 10}}, Record{{u"Version"_s, u"2.0"_s}}}}}};
+        snapshot.targets = {TargetRecords{{u"t"_s, Record{{u"Path"_s, target}, {u"Removed"_s, u"yes"_s}}},
+            {u"u"_s, Record{{u"Path"_s, path(u"none"_s)}}}}};
+        snapshot.logsFolder = path(u"Logs"_s);
+        const QList<ReportItem> items = getReport(snapshot);
+        QCOMPARE(items.size(), 5);
+        QCOMPARE(items[0],
+            (ReportItem{u"Packages"_s,
+                u"Name=Alpha\nPrefix=0xA\nStatus=Mixed Not Updated\n\n"
+                "Name=Odd\nStatus=Missing Data\n\n"_s}));
+        QCOMPARE(items[1],
+            (ReportItem{u"Plugins"_s,
+                u"Name=  Alpha\n\nPrefix=0xA\n  Size=10\n  Version=1.0\n\n"
+                "  Version=2.0\n\n\nName=(null)\nPrefix=0xB\n\n"_s}));
+        QCOMPARE(items[2],
+            (ReportItem{u"Targets"_s,
+                u"Path=%1\nRemoved=yes\nPlugins = Alpha 1.1 (15.0), (null) (null) ((null)),\n\n"
+                "Path=%2\nPlugins =\n\n"_s.arg(target, path(u"none"_s))}));
+        QCOMPARE(items[3], (ReportItem{u"orlec.log"_s, u"File orlec.log doesn't exist."_s}));
+        QCOMPARE(items[4], (ReportItem{u"tolvane.log"_s, u"File tolvane.log doesn't exist."_s}));
+    }
+
+    void reportIsSent()
+    {
+        ReportRig rig;
+        rig.server.on(ReportRig::reportPath, Response::ok("{\"ErrorCode\":0}"));
+        rig.sessionId = u"s3cret-id"_s;
+        rig.addTarget(u"A"_s, u"140"_s);
+        QVERIFY(writeFile(rig.logs() + u"/orlec.log"_s, "log\n"));
+        QVERIFY(writeFile(rig.logs() + u"/DiagnosticReports/Tolvane Brevok_1.crash"_s, "crash\n"));
+        QByteArray shown;
+        rig.reporter.reportBody(
+            u"ada@example.com"_s, u"It broke"_s, this, [&shown](const QByteArray &body) { shown = body; });
+        QTRY_VERIFY(!shown.isEmpty());
+        QVERIFY(rig.server.requests().isEmpty());
+
         Asked asked;
         asked.ask(rig.reporter);
+        QCOMPARE(asked.stages, (QList{Stage::Checking, Stage::Gathering, Stage::Sending}));
         QVERIFY(asked.outcome->sent);
-        QCOMPARE(rig.arrived(ReportRig::reportPath).size(), report);
+        QCOMPARE(asked.title(), u"Thank you for reporting this issue."_s);
+        QCOMPARE(asked.text(), u"Tolvane support team will contact you shortly."_s);
+        QVERIFY(LogCapture::lines().value(0).startsWith(u"Connection: https://localhost:"_s));
+        QVERIFY(LogCapture::lines().value(0).endsWith(u":443"_s));
+        QCOMPARE(LogCapture::lines().last(), u"{\"ErrorCode\":0}"_s);
+
+        QCOMPARE(rig.server.requests().last().path, ReportRig::reportPath);
+        const Request &request = rig.server.requests().last();
+        QCOMPARE(request.method, "POST");
+        QCOMPARE(request.header("Content-Type"), "application/json");
+        QCOMPARE(request.header("Accept"), "application/json");
+        QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2");
+        QCOMPARE(request.header("Cookie"), "SessionId=s3cret-id");
+        QCOMPARE(request.body, shown);
+        QStringList keys;
+        const QMap<QString, QString> items = itemsOf(request.body, &keys);
+        QCOMPARE(keys.join(u','),
+            u"Application,Description,Platform,Packages,Plugins,Targets,orlec.log,"
+            "tolvane.log,Tolvane Brevok.crash"_s);
+        QCOMPARE(items[u"Application"_s], u"Version 1.2 (7, 15)"_s);
+        QCOMPARE(items[u"Description"_s], u"It broke"_s);
+        QVERIFY(items[u"Packages"_s].contains(u"Status=Not Installed\n"_s)); // calculated for this report
+        QCOMPARE(items[u"Tolvane Brevok.crash"_s], u"crash\n"_s);
+        const QJsonObject body = QJsonDocument::fromJson(request.body).object();
+        QCOMPARE(body.keys(), (QStringList{u"Data"_s, u"Email"_s}));
+        QCOMPARE(QJsonDocument::fromJson(bugReportBody({}, {})).object().keys(), QStringList{u"Data"_s});
     }
-}
 
-void BugReportTest::whoIsGoneIsNotTold()
-{
-    ReportRig rig;
-    rig.server.on(QString::fromLatin1(ReportRig::reportPath), Response::ok("{}"));
-    auto asked = std::make_unique<Asked>();
-    asked->send(rig.reporter);
-    asked.reset();
-    QTRY_COMPARE(rig.arrived(ReportRig::reportPath).size(), 1);
-    QTRY_VERIFY(LogCapture::contains(u"{}"_s));
-}
+    void formIsChecked()
+    {
+        const QString address = u"Please enter a valid email address so we can respond to your message."_s;
+        const QList<std::tuple<const char *, QString, QString, QString, QString>> rows{
+            {"nothing", {}, {}, u"Missing email address!"_s, address},
+            {"no address", u"a@b"_s, u"x"_s, u"Invalid email address!"_s, address},
+            {"no note", u"a@b.cd"_s, {}, u"Missing problem description!"_s,
+                u"Please describe the problem and what were you doing when the problem came up."_s},
+        };
+        for (const auto &[name, email, note, title, text] : rows) {
+            const InRow in(name);
+            ReportRig rig;
+            Asked asked;
+            asked.send(rig.reporter, email, note);
+            QVERIFY(asked.outcome); // at once
+            QCOMPARE(asked.outcome->kind, Kind::Invalid);
+            QCOMPARE(asked.outcome->alert.style, AlertStyle::Critical);
+            QCOMPARE(asked.title(), title);
+            QCOMPARE(asked.text(), text);
+            QCOMPARE(asked.button(), u"OK"_s);
+            QVERIFY(asked.stages.isEmpty());
+            // The connection is logged whatever was typed.
+            QTRY_VERIFY(LogCapture::mentions(u"Connection: POST "_s));
+            QVERIFY(rig.arrived(ReportRig::reportPath).isEmpty());
+        }
+    }
 
-void BugReportTest::secretsStayOut()
-{
-    ReportRig rig;
-    setLogLevel(1);
-    rig.sessionId = u"s3cret-id"_s;
-    keepSecret(rig.sessionId); // as the session does
-    const auto echo = [](const Request &request) {
-        Response response = Response::ok("you are " + request.header("Cookie"));
-        response.headers = {{"Set-Cookie", "token=s3cret-token"}};
-        return response;
-    };
-    rig.server.on(QString::fromLatin1(ReportRig::reportPath), echo);
-    rig.server.on(QString(), echo);
-    rig.server.on(QString::fromLatin1(ReportRig::homePath), echo);
-    Asked asked;
-    asked.ask(rig.reporter);
-    QCOMPARE(rig.server.requests().last().header("Cookie"), "SessionId=s3cret-id; token=s3cret-token");
-    QVERIFY(asked.text().contains(u"you are SessionId=(not logged)"_s));
-    QCOMPARE(LogCapture::lines().filter(u"s3cret"_s).join(u"; "), QString());
-    QVERIFY(!rig.server.requests().last().body.contains("s3cret"));
+    void unreachable()
+    {
+        const QList<std::tuple<const char *, ReachabilityFlags, QString>> rows{
+            {"service", ReachabilityFlags(Reachable), u"Tolvane Brevok servers are unreachable."_s},
+            {"network", ReachabilityFlags(), u"Network is unreachable. Is your internet connection down?"_s},
+        };
+        for (const auto &[name, flags, text] : rows) {
+            const InRow in(name);
+            ReportRig rig;
+            rig.routes.flags = flags;
+            rig.server.on(ReportRig::homePath, Response::of(503, "busy"));
+            rig.server.on(QString(), Response::of(503, "busy"));
+            Asked asked;
+            asked.ask(rig.reporter);
+            QCOMPARE(asked.outcome->kind, Kind::Unreachable);
+            QCOMPARE(asked.title(), u"Connection Error"_s);
+            QCOMPARE(asked.outcome->alert.style, AlertStyle::Critical);
+            QCOMPARE(asked.button(), u"OK"_s);
+            QCOMPARE(asked.text(), text);
+            QCOMPARE(asked.stages, QList{Stage::Checking});
+            QVERIFY(rig.arrived(ReportRig::reportPath).isEmpty());
+        }
+    }
 
-    Asked again;
-    rig.server.on(QString::fromLatin1(ReportRig::reportPath),
-        Response::ok("{\"SessionId\":\"s3cret-new\",\"Hello\":\"s3cret-id\"}"));
-    again.ask(rig.reporter);
-    QVERIFY(again.outcome->sent);
-    QVERIFY(LogCapture::mentions(u"Hello"_s));
-    QVERIFY(!LogCapture::mentions(u"s3cret"_s));
-}
+    void answers()
+    {
+        const QString unreadable = u"Bug Report connection failed!"_s;
+        const QString long256(256, u'x');
+        const QList<std::tuple<const char *, Response, QString, QStringList>> rows{
+            {"empty", Response::ok({}), u"Received 0 bytes (-)"_s,
+                {unreadable, u"Received 0 bytes of data"_s, u"Response string: "_s}},
+            {"no JSON", Response::ok("<html>"), u"Received 6 bytes (<html>)"_s,
+                {unreadable, u"Response string: <html>"_s}},
+            {"long and no JSON", Response::ok(QByteArray(1000, 'x')),
+                u"Received 1000 bytes (%1)"_s.arg(long256), {u"Response string: "_s + long256}},
+            {"500 without JSON", Response::of(500, "oops"), u"Received 4 bytes (oops)"_s, {unreadable}},
+            {"500", Response::of(500, "{\"ErrorCode\":99}"),
+                u"Server response: 500 - internal server error"_s,
+                {u"{\"ErrorCode\":99}"_s,
+                    u"Failed to send Bug Report with response: 500 - internal server error"_s}},
+            {"huge", Response{.body = "[1,2,3]"_ba, .repeat = 1000000},
+                u"The server sent more data than expected."_s, {u"Failed to send Bug Report"_s}},
+            {"cut short",
+                Response{.body = "{}"_ba, .lengthLie = 10, .fault = Response::Fault::Close, .faultAfter = 2},
+                u"The network connection was lost."_s, {u"Failed to send Bug Report"_s}},
+            {"slow", Response::silent(), u"The request timed out."_s, {u"Failed to send Bug Report"_s}},
+        };
+        for (const auto &[name, response, text, logged] : rows) {
+            const InRow in(name);
+            ReportRig rig(response.fault == Response::Fault::Stall ? 1000 : 30000);
+            rig.server.on(ReportRig::reportPath, response);
+            Asked asked;
+            asked.ask(rig.reporter);
+            QVERIFY(!asked.outcome->sent);
+            QCOMPARE(asked.title(), u"Failed to send error report"_s);
+            QCOMPARE(asked.text(), text + u"\n\nPlease contact Tolvane support."_s);
+            QCOMPARE(asked.button(), u"Close"_s);
+            for (const QString &line : logged) {
+                QVERIFY2(LogCapture::contains(line), qPrintable(line));
+            }
+            QCOMPARE(rig.arrived(ReportRig::reportPath).size(), 1);
+        }
+    }
+
+    // A report may find that the service has just closed the connection it would have gone over.
+    void closedConnectionsAreOpenedAgain()
+    {
+        ReportRig rig;
+        const Response closing{.body = "here"_ba, .fault = Response::Fault::Close, .faultAfter = 4};
+        rig.server.on(QString(), closing);
+        rig.server.on(ReportRig::homePath, closing);
+        rig.server.on(
+            ReportRig::reportPath, {.body = "{}"_ba, .fault = Response::Fault::Close, .faultAfter = 2});
+        for (int report = 1; report <= 3; ++report) {
+            Asked asked;
+            asked.ask(rig.reporter);
+            QVERIFY(asked.outcome->sent);
+            QCOMPARE(rig.arrived(ReportRig::reportPath).size(), report);
+        }
+    }
+
+    void whoIsGoneIsNotTold()
+    {
+        ReportRig rig;
+        rig.server.on(ReportRig::reportPath, Response::ok("{}"));
+        auto asked = std::make_unique<Asked>();
+        asked->send(rig.reporter);
+        asked.reset();
+        QTRY_COMPARE(rig.arrived(ReportRig::reportPath).size(), 1);
+        QTRY_VERIFY(LogCapture::contains(u"{}"_s));
+    }
+
+    void secretsStayOut()
+    {
+        ReportRig rig;
+        setLogLevel(1);
+        rig.sessionId = u"s3cret-id"_s;
+        keepSecret(rig.sessionId); // as the session does
+        const auto echo = [](const Request &request) {
+            Response response = Response::ok("you are " + request.header("Cookie"));
+            response.headers = {{"Set-Cookie", "token=s3cret-token"}};
+            return response;
+        };
+        rig.server.on(ReportRig::reportPath, echo);
+        rig.server.on(QString(), echo);
+        rig.server.on(ReportRig::homePath, echo);
+        Asked asked;
+        asked.ask(rig.reporter);
+        QCOMPARE(rig.server.requests().last().header("Cookie"), "SessionId=s3cret-id; token=s3cret-token");
+        QVERIFY(asked.text().contains(u"you are SessionId=(not logged)"_s));
+        QCOMPARE(LogCapture::lines().filter(u"s3cret"_s).join(u"; "), QString());
+        QVERIFY(!rig.server.requests().last().body.contains("s3cret"));
+
+        Asked again;
+        rig.server.on(
+            ReportRig::reportPath, Response::ok("{\"SessionId\":\"s3cret-new\",\"Hello\":\"s3cret-id\"}"));
+        again.ask(rig.reporter);
+        QVERIFY(again.outcome->sent);
+        QVERIFY(LogCapture::mentions(u"Hello"_s));
+        QVERIFY(!LogCapture::mentions(u"s3cret"_s));
+        setLogLevel(0);
+    }
+};
 
 QTEST_GUILESS_MAIN(BugReportTest)
 #include "test_bug_report.moc"

@@ -51,11 +51,21 @@ template <class Rig> Scene scene(std::shared_ptr<Rig> rig, QWidget *window)
     return {std::move(rig), window};
 }
 
-inline Scene showScene(Scene scene)
+/// What has to come before a scene is as it is meant.
+inline void await(const std::function<bool()> &come)
+{
+    constexpr int patience = 30000; // on a busy machine
+    if (!QTest::qWaitFor(come, patience)) {
+        qFatal("the window did not come up");
+    }
+}
+
+inline Scene shown(Scene scene)
 {
     scene.window->show();
     scene.window->activateWindow();
-    return QTest::qWaitForWindowActive(scene.window) ? scene : Scene();
+    await([&scene] { return scene.window->isActiveWindow(); });
+    return scene;
 }
 
 /// Whether a user can press it, type or choose in it.
@@ -93,9 +103,9 @@ inline QString described(const QWidget &widget)
 
 // the panel
 
-inline Scene panelSignedOut()
+template <bool signedIn> Scene panelWithoutPackages()
 {
-    auto rig = std::make_shared<PanelRig>(false);
+    auto rig = std::make_shared<PanelRig>(signedIn);
     rig->open();
     return scene(rig, rig->panel->window());
 }
@@ -107,13 +117,6 @@ inline Scene panelInTrouble()
     rig->settings.setProblem(u"the disk is full"_s);
     rig->open();
     rig->child<FailureLabel>("signInFailure")->setFailure(u"Wrong user name or password."_s);
-    return scene(rig, rig->panel->window());
-}
-
-inline Scene panelWithoutTargets()
-{
-    auto rig = std::make_shared<PanelRig>(true);
-    rig->open();
     return scene(rig, rig->panel->window());
 }
 
@@ -159,27 +162,20 @@ inline Scene panelWithRows()
     }
     rig->rig.plugins.updateWithArray(builds);
     rig->rig.packages.updateWithArray(packages);
-    const auto settled = [&rig, &wanted] {
-        return rig->rig.packages.packagesStatus().size() == wanted.size() && !rig->rig.packages.updating();
-    };
     rig->open();
-    if (!QTest::qWaitFor(settled)
-        || !QTest::qWaitFor([&] { return rowOf(*rig, u"failing"_s) < wanted.size(); })) {
-        return {};
-    }
+    await([&rig, &wanted] {
+        return rig->rig.packages.packagesStatus().size() == wanted.size() && !rig->rig.packages.updating();
+    });
+    await([&] { return rowOf(*rig, u"failing"_s) < wanted.size(); });
     for (const QString &prefix : {u"failing"_s, u"loading"_s}) {
         rig->control<PanelButton>(rowOf(*rig, prefix), "actionButton")->click();
-        if (!QTest::qWaitFor([&rig] { return !rig->rig.service.downloads.isEmpty(); })) {
-            return {};
-        }
+        await([&rig] { return !rig->rig.service.downloads.isEmpty(); });
         if (prefix == u"failing"_s) {
             rig->rig.answerDownload("too short");
-            if (!QTest::qWaitFor([&] {
-                    return rig->control<QWidget>(rowOf(*rig, prefix), "note")->accessibleName()
-                        == u"wrong length"_s;
-                })) {
-                return {};
-            }
+            await([&] {
+                return rig->control<QWidget>(rowOf(*rig, prefix), "note")->accessibleName()
+                    == u"wrong length"_s;
+            });
         }
     }
     rig->rig.service.downloads.first().progress(1'000'000, 4'000'000);
@@ -191,64 +187,37 @@ inline Scene panelWithRows()
 /// The user's own check failed, for a reason of very many words.
 inline Scene panelFailedCheck()
 {
-    auto rig = std::make_shared<PanelRig>(true);
-    fillCatalogue(*rig, 4);
-    rig->open();
+    auto rig = std::make_shared<OpenPanel>(4);
     Q_EMIT rig->rig.packages.ownCheckFailed(u"The server says that it is tired. "_s.repeated(20));
     return scene(rig, rig->panel->window());
 }
 
-inline std::shared_ptr<PanelRig> panelWithUpdates()
+template <bool begun> Scene panelWithUpdates()
 {
-    auto rig = std::make_shared<PanelRig>(true);
-    fillCatalogue(*rig, 6, u"1.0"_s);
-    rig->open();
-    const auto *button = rig->child<PanelButton>("updateAllButton");
-    return QTest::qWaitFor([button] { return button->isVisible(); }) ? rig : nullptr;
-}
-
-inline Scene panelUpdateAll()
-{
-    const auto rig = panelWithUpdates();
-    return rig ? scene(rig, rig->panel->window()) : Scene();
-}
-
-inline Scene panelUpdating()
-{
-    const auto rig = panelWithUpdates();
-    if (!rig) {
-        return {};
+    auto rig = std::make_shared<OpenPanel>(6, u"1.0"_s);
+    auto *button = rig->child<PanelButton>("updateAllButton");
+    await([button] { return button->isVisible(); });
+    if (begun) {
+        button->click();
+        await([&rig] { return !rig->rig.service.downloads.isEmpty(); });
     }
-    rig->child<PanelButton>("updateAllButton")->click();
-    const bool begun = QTest::qWaitFor([&rig] { return !rig->rig.service.downloads.isEmpty(); });
-    return begun ? scene(rig, rig->panel->window()) : Scene();
+    return scene(rig, rig->panel->window());
 }
 
 inline Scene panelNothingFound()
 {
-    auto rig = std::make_shared<PanelRig>(true);
-    fillCatalogue(*rig, 24);
-    rig->open();
+    auto rig = std::make_shared<OpenPanel>(24);
     auto *field = rig->child<QLineEdit>("searchField");
-    if (!QTest::qWaitFor([field] { return field->isVisible(); })) {
-        return {};
-    }
+    await([field] { return field->isVisible(); });
     field->setText(u"zebra"_s);
     return scene(rig, rig->panel->window());
 }
 
 // the preferences
 
-inline Scene preferencesSignedOut()
+template <bool signedIn> Scene preferences()
 {
-    auto desk = std::make_shared<Desk>();
-    desk->open();
-    return scene(desk, &*desk->window);
-}
-
-inline Scene preferencesSignedIn()
-{
-    auto desk = std::make_shared<Desk>(u"id"_s);
+    auto desk = std::make_shared<Desk>(signedIn ? u"id"_s : QString());
     desk->open();
     return scene(desk, &*desk->window);
 }
@@ -359,16 +328,10 @@ struct SmallRig {
     SmallWindows windows{bundle};
 };
 
-inline Scene about()
+template <auto window> Scene small()
 {
     auto rig = std::make_shared<SmallRig>();
-    return scene(rig, &rig->windows.aboutController());
-}
-
-inline Scene updateProgress()
-{
-    auto rig = std::make_shared<SmallRig>();
-    return scene(rig, &rig->windows.updateProgressController());
+    return scene(rig, &(rig->windows.*window)());
 }
 
 inline Scene updateResult()
@@ -429,17 +392,18 @@ inline Scene softwareUpdate()
 
 inline const QList<SceneMaker> &everyWindow()
 {
-    static const QList<SceneMaker> all{{"panel, signed out", panelSignedOut},
-        {"panel, in trouble", panelInTrouble}, {"panel, without targets", panelWithoutTargets},
+    static const QList<SceneMaker> all{{"panel, signed out", panelWithoutPackages<false>},
+        {"panel, in trouble", panelInTrouble}, {"panel, without targets", panelWithoutPackages<true>},
         {"panel, rows", panelWithRows}, {"panel, failed check", panelFailedCheck},
-        {"panel, update all", panelUpdateAll}, {"panel, updating", panelUpdating},
-        {"panel, nothing found", panelNothingFound}, {"preferences, signed out", preferencesSignedOut},
-        {"preferences, signed in", preferencesSignedIn}, {"preferences, targets", preferencesTargets},
+        {"panel, update all", panelWithUpdates<false>}, {"panel, updating", panelWithUpdates<true>},
+        {"panel, nothing found", panelNothingFound}, {"preferences, signed out", preferences<false>},
+        {"preferences, signed in", preferences<true>}, {"preferences, targets", preferencesTargets},
         {"preferences, removed", preferencesRemoved}, {"preferences, sheet", preferencesSheet},
         {"preferences, settings", preferencesSettings}, {"alert", alertShort}, {"alert, remove", alertRemove},
         {"alert, long", alertLong}, {"bug report", bugReport}, {"bug report, body", reportBody},
-        {"about", about}, {"update, progress", updateProgress}, {"update, result", updateResult},
-        {"web address", webAddress}, {"software update", softwareUpdate}};
+        {"about", small<&SmallWindows::aboutController>},
+        {"update, progress", small<&SmallWindows::updateProgressController>},
+        {"update, result", updateResult}, {"web address", webAddress}, {"software update", softwareUpdate}};
     return all;
 }
 
@@ -450,6 +414,13 @@ inline void addEveryWindow()
     for (qsizetype i = 0; i < everyWindow().size(); ++i) {
         QTest::newRow(everyWindow().at(i).name) << i;
     }
+}
+
+/// The window of the row that runs.
+inline Scene shownRow()
+{
+    QFETCH(qsizetype, index);
+    return shown(everyWindow().at(index).make());
 }
 
 } // namespace brevok::testing

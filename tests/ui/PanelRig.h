@@ -18,11 +18,19 @@
 #include "ui/panel/BrevokPanelController.h"
 #include "ui/panel/PackageCellView.h"
 
+#include <QApplication>
 #include <QTest>
 
 namespace brevok::testing {
 
 using namespace Qt::StringLiterals;
+
+/// Presses a key where the focus is.
+inline void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+{
+    QWidget *focused = QApplication::focusWidget();
+    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
+}
 
 class PlacedItem final : public StatusItemPlace {
 public:
@@ -32,7 +40,7 @@ public:
 };
 
 /// The panel over the real catalogue, targets and install flow; service, network and user are the test's.
-struct PanelRig final : private PanelKeeper {
+struct PanelRig : private PanelKeeper {
     Q_DISABLE_COPY_MOVE(PanelRig)
 
     explicit PanelRig(bool signedIn, const QUrl &service = QUrl(QStringLiteral("https://localhost:1/base")),
@@ -135,5 +143,17 @@ inline void fillCatalogue(PanelRig &rig, int packages, const QString &installed 
         QTest::qWaitFor([&rig, packages] { return rig.rig.packages.packagesStatus().size() == packages; }));
     QVERIFY(QTest::qWaitFor([&rig] { return !rig.rig.packages.updating(); }));
 }
+
+/// The panel open, of somebody who is signed in, over such a catalogue.
+struct OpenPanel final : PanelRig {
+    explicit OpenPanel(int packages = 0, const QString &installed = u"2.0"_s)
+        : PanelRig(true)
+    {
+        if (packages > 0) {
+            fillCatalogue(*this, packages, installed);
+        }
+        open();
+    }
+};
 
 } // namespace brevok::testing

@@ -7,7 +7,6 @@
 
 #include <QAccessible>
 #include <QApplication>
-#include <QMap>
 #include <QRegularExpression>
 
 using namespace brevok;
@@ -164,40 +163,10 @@ private Q_SLOTS:
 
     void everyWindowIsTold()
     {
-        QFETCH(qsizetype, index);
-        const Scene scene = showScene(everyWindow().at(index).make());
-        if (scene.window == nullptr) {
-            QFAIL("the window did not come up");
-        }
+        const Scene scene = shownRow();
         const Walk walk(*scene.window);
         QVERIFY2(walk.faults.isEmpty(), qPrintable(walk.faults.join(u'\n')));
         QVERIFY2(walk.order.isEmpty(), qPrintable(walk.order.join(u'\n')));
-    }
-
-    // A row's name is all that a screen reader says of it while the user moves along the list.
-    void rowsSayTheirState()
-    {
-        const Scene scene = showScene(panelWithRows());
-        if (scene.window == nullptr) {
-            QFAIL("the window did not come up");
-        }
-        QStringList names;
-        const QList<PackageCellView *> rows = scene.window->findChildren<PackageCellView *>();
-        for (const PackageCellView *row : rows) {
-            if (row->isVisible()) {
-                names.append(QAccessible::queryAccessibleInterface(const_cast<PackageCellView *>(row))
-                                 ->text(QAccessible::Name));
-            }
-        }
-        const QMap<QString, QString> states{{u"missing"_s, u"not installed"_s},
-            {u"outdated"_s, u"update available"_s}, {u"current"_s, u"up to date"_s},
-            {u"failing"_s, u"wrong length"_s}, {u"loading"_s, u"working"_s}};
-        for (auto state = states.cbegin(); state != states.cend(); ++state) {
-            const auto matches = [&state](const QString &name) {
-                return name.contains(state.key()) && name.contains(state.value(), Qt::CaseInsensitive);
-            };
-            QVERIFY2(std::any_of(names.cbegin(), names.cend(), matches), qPrintable(state.key()));
-        }
     }
 };
 

@@ -2,16 +2,17 @@
 // SPDX-License-Identifier: MIT
 
 #include "../reporting/ReportRig.h"
+#include "support/InRow.h"
 #include "ui/widgets/Spinner.h"
 #include "ui/windows/BrevokBugReporterController.h"
 #include "ui/windows/ReportBodyView.h"
+#include "WindowTest.h"
 
 #include <QJsonDocument>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QRegularExpression>
 #include <QTabWidget>
 #include <QTest>
 
@@ -43,16 +44,15 @@ struct Desk {
     [[nodiscard]] QLineEdit *email() const { return find<QLineEdit>("email"); }
     [[nodiscard]] QPlainTextEdit *note() const { return find<QPlainTextEdit>("note"); }
     [[nodiscard]] QString progress() const { return find<QLabel>("progressText")->text(); }
-    [[nodiscard]] bool formEnabled() const
+    /// Whether each part of the form is @p enabled.
+    [[nodiscard]] bool formIs(bool enabled) const
     {
-        return email()->isEnabled() && note()->isEnabled() && find<QPushButton>("send")->isEnabled()
-            && find<QPushButton>("showBody")->isEnabled();
+        const std::array<QWidget *, 4> parts{
+            email(), note(), find<QWidget>("send"), find<QWidget>("showBody")};
+        return std::ranges::all_of(
+            parts, [enabled](const QWidget *one) { return one->isEnabled() == enabled; });
     }
-    [[nodiscard]] bool formDisabled() const
-    {
-        return !email()->isEnabled() && !note()->isEnabled() && !find<QPushButton>("send")->isEnabled()
-            && !find<QPushButton>("showBody")->isEnabled();
-    }
+    [[nodiscard]] bool formEnabled() const { return formIs(true); }
     void type(const QString &address, const QString &text) const
     {
         email()->setText(address);
@@ -63,193 +63,162 @@ struct Desk {
 
 } // namespace
 
-class BugReporterWindowTest : public QObject {
+class BugReporterWindowTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
+    void faultsAreShownAtOnce()
     {
-        // All but what the windowless platform says of itself.
-        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
+        Desk desk;
+        QCOMPARE(BrevokBugReporterController::bugReporterController(), &desk.window);
+        const auto sheet = [&desk](const QString &address, const QString &note) {
+            desk.type(address, note);
+            desk.find<QWidget>("send")->setFocus();
+            desk.click("send");
+            return desk.rig.presenter.sheets.isEmpty()
+                ? QString()
+                : desk.rig.presenter.sheets.takeLast().messageText.value();
+        };
+        QCOMPARE(sheet({}, {}), u"Missing email address!"_s);
+        QCOMPARE(desk.window.focusWidget(), desk.email());
+        QCOMPARE(sheet(u"ada@example"_s, u"x"_s), u"Invalid email address!"_s);
+        QCOMPARE(desk.window.focusWidget(), desk.email());
+        QCOMPARE(sheet(u"ada@example.com"_s, {}), u"Missing problem description!"_s);
+        QCOMPARE(desk.window.focusWidget(), desk.note());
+        QVERIFY(desk.formEnabled());
+        QVERIFY(LogCapture::contains(
+            u"Alert: Missing email address!\nPlease enter a valid email address so we can "
+            "respond to your message."_s));
+        QVERIFY(LogCapture::lines().first().startsWith(u"Connection: "_s));
     }
 
-    void faultsAreShownAtOnce();
-    void formWaitsForTheAnswer_data();
-    void formWaitsForTheAnswer();
-    void windowStaysUsableMeanwhile();
-    void unreachableServiceIsTold();
-    void bodyIsShown();
-    void addressIsTheAccounts();
-    void subViewsAreSet();
-};
+    void formWaitsForTheAnswer()
+    {
+        const QString failed = u"Failed to send error report"_s;
+        const int informational = static_cast<int>(AlertStyle::Informational);
+        const QList<std::tuple<const char *, Response, QString, int>> rows{
+            {"taken", Response::ok("{}"), u"Thank you for reporting this issue."_s, informational},
+            {"refused", Response::of(403, "{}"), failed, informational},
+            {"no JSON", Response::ok("thanks"), failed, informational},
+            {"hung up", Response::hangUp(), failed, static_cast<int>(AlertStyle::Warning)},
+        };
+        for (const auto &[name, response, message, style] : rows) {
+            const InRow in(name);
+            Desk desk;
+            desk.rig.server.on(ReportRig::reportPath, response);
+            desk.type(u"ada@example.com"_s, u"It broke"_s);
+            desk.note()->setFocus();
+            desk.click("send");
+            QVERIFY(desk.formIs(false));
+            QVERIFY(desk.find<Spinner>("indicator")->isAnimating());
+            QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
+            QCOMPARE(desk.rig.presenter.sheets.first().messageText.value(), message);
+            QCOMPARE(static_cast<int>(desk.rig.presenter.sheets.first().style), style);
+            QVERIFY(desk.formEnabled());
+            QVERIFY(desk.progress().isEmpty() && !desk.find<Spinner>("indicator")->isAnimating());
+            // The user can send again: what has arrived is not sent twice, what has not is still there.
+            const bool arrived = message != u"Failed to send error report"_s;
+            QCOMPARE(desk.note()->toPlainText(), arrived ? QString() : u"It broke"_s);
+            desk.rig.presenter.completions.first()(alertFirstButton);
+            desk.click("send");
+            QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 2, 30000);
+        }
+    }
 
-void BugReporterWindowTest::faultsAreShownAtOnce()
-{
-    Desk desk;
-    QCOMPARE(BrevokBugReporterController::bugReporterController(), &desk.window);
-    const auto sheet = [&desk](const QString &address, const QString &note) {
-        desk.type(address, note);
-        desk.find<QWidget>("send")->setFocus();
+    void windowStaysUsableMeanwhile()
+    {
+        Desk desk;
+        desk.rig.server.on(ReportRig::reportPath, Response::silent());
+        desk.type(u"ada@example.com"_s, u"It broke"_s);
         desk.click("send");
-        return desk.rig.presenter.sheets.isEmpty() ? QString()
-                                                   : desk.rig.presenter.sheets.takeLast().messageText.value();
-    };
-    QCOMPARE(sheet({}, {}), u"Missing email address!"_s);
-    QCOMPARE(desk.window.focusWidget(), desk.email());
-    QCOMPARE(sheet(u"ada@example"_s, u"x"_s), u"Invalid email address!"_s);
-    QCOMPARE(desk.window.focusWidget(), desk.email());
-    QCOMPARE(sheet(u"ada@example.com"_s, {}), u"Missing problem description!"_s);
-    QCOMPARE(desk.window.focusWidget(), desk.note());
-    QVERIFY(desk.formEnabled());
-    QVERIFY(
-        LogCapture::contains(u"Alert: Missing email address!\nPlease enter a valid email address so we can "
-                             "respond to your message."_s));
-    QVERIFY(LogCapture::lines().first().startsWith(u"Connection: "_s));
-}
-
-void BugReporterWindowTest::formWaitsForTheAnswer_data()
-{
-    QTest::addColumn<Response>("response");
-    QTest::addColumn<QString>("message");
-    QTest::addColumn<int>("style");
-    const QString failed = u"Failed to send error report"_s;
-    const int informational = static_cast<int>(AlertStyle::Informational);
-    QTest::newRow("taken") << Response::ok("{}") << u"Thank you for reporting this issue."_s << informational;
-    QTest::newRow("refused") << Response::of(403, "{}") << failed << informational;
-    QTest::newRow("no JSON") << Response::ok("thanks") << failed << informational;
-    QTest::newRow("hung up") << Response::hangUp() << failed << static_cast<int>(AlertStyle::Warning);
-}
-
-void BugReporterWindowTest::formWaitsForTheAnswer()
-{
-    QFETCH(Response, response);
-    QFETCH(QString, message);
-    QFETCH(int, style);
-    Desk desk;
-    desk.rig.server.on(QString::fromLatin1(ReportRig::reportPath), response);
-    desk.type(u"ada@example.com"_s, u"It broke"_s);
-    desk.note()->setFocus();
-    desk.click("send");
-    QVERIFY(desk.formDisabled());
-    QVERIFY(desk.find<Spinner>("indicator")->isAnimating());
-    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
-    QCOMPARE(desk.rig.presenter.sheets.first().messageText.value(), message);
-    QCOMPARE(static_cast<int>(desk.rig.presenter.sheets.first().style), style);
-    QVERIFY(desk.formEnabled());
-    QVERIFY(desk.progress().isEmpty() && !desk.find<Spinner>("indicator")->isAnimating());
-    // The user can send again: what has arrived is not sent twice, what has not is still there.
-    const bool arrived = message != u"Failed to send error report"_s;
-    QCOMPARE(desk.note()->toPlainText(), arrived ? QString() : u"It broke"_s);
-    desk.rig.presenter.completions.first()(alertFirstButton);
-    desk.click("send");
-    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 2, 30000);
-}
-
-void BugReporterWindowTest::windowStaysUsableMeanwhile()
-{
-    Desk desk;
-    desk.rig.server.on(QString::fromLatin1(ReportRig::reportPath), Response::silent());
-    desk.type(u"ada@example.com"_s, u"It broke"_s);
-    desk.click("send");
-    QCOMPARE(desk.progress(), u"Checking the connection…"_s);
-    QTRY_COMPARE_WITH_TIMEOUT(desk.progress(), u"Sending the report…"_s, 30000);
-    QTRY_COMPARE(desk.rig.arrived(ReportRig::reportPath).size(), 1);
-    QTest::keyClick(&desk.window, Qt::Key_Escape);
-    QVERIFY(!desk.window.isVisible());
-    desk.window.showWindow();
-    QVERIFY(desk.formDisabled());
-    desk.rig.server.stop();
-    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
-    QVERIFY(desk.formEnabled());
-}
-
-void BugReporterWindowTest::unreachableServiceIsTold()
-{
-    Desk desk;
-    desk.rig.server.stop();
-    desk.type(u"ada@example.com"_s, u"It broke"_s);
-    desk.click("send");
-    QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
-    const AlertContent sheet = desk.rig.presenter.sheets.first();
-    QCOMPARE(sheet.messageText.value(), u"Connection Error"_s);
-    QCOMPARE(sheet.informativeText.value(), u"Tolvane Brevok servers are unreachable."_s);
-    QCOMPARE(sheet.style, AlertStyle::Critical);
-    QCOMPARE(sheet.buttons.first().title, u"OK"_s);
-    QCOMPARE(desk.rig.panel.calls, (QList{true, false})); // held open while the sheet was attached
-    QVERIFY(desk.formEnabled());
-}
-
-void BugReporterWindowTest::bodyIsShown()
-{
-    Desk desk;
-    const QString line = u"log \"line\" with an ä"_s;
-    QVERIFY(writeFile(desk.rig.logs() + u"/orlec.log"_s, (line + u'\n').repeated(20000).toUtf8()));
-    QVERIFY(writeFile(desk.rig.logs() + u"/DiagnosticReports/Adobe InDesign 1.crash"_s, "why it crashed"));
-    desk.type({}, u"It <b>broke</b>"_s);
-    desk.click("showBody");
-    QVERIFY(desk.find<QPushButton>("showBody")->isEnabled()); // and so keeps the focus
-    desk.click("showBody");
-    QTRY_VERIFY_WITH_TIMEOUT(desk.window.findChild<ReportBodyView *>() != nullptr, 30000);
-    const auto *view = desk.window.findChild<ReportBodyView *>();
-    const auto *sections = view->findChild<QTabWidget *>();
-    QStringList titles;
-    QStringList texts;
-    for (int i = 0; i < sections->count(); ++i) {
-        const auto *page = qobject_cast<QPlainTextEdit *>(sections->widget(i));
-        QVERIFY(page->isReadOnly());
-        titles.append(sections->tabText(i));
-        texts.append(page->toPlainText());
-    }
-    QCOMPARE(titles, (QStringList{u"What you wrote"_s, u"The application"_s, u"Logs"_s, u"Crash reports"_s}));
-    QCOMPARE(texts.at(0), u"Description\nIt <b>broke</b>"_s);
-    QVERIFY(texts.at(1).startsWith(u"Application\nVersion 1.2 (7, 15)\n\nPlatform\nmacOS - "_s));
-    QVERIFY(texts.at(2).startsWith(u"orlec.log\n"_s + line + u'\n'));
-    QCOMPARE(texts.at(3), u"InDesign.crash\nwhy it crashed"_s);
-
-    // Nothing is left out.
-    QByteArray body;
-    desk.rig.reporter.reportBody(
-        {}, u"It <b>broke</b>"_s, this, [&body](const QByteArray &made) { body = made; });
-    QTRY_VERIFY(!body.isEmpty());
-    QVERIFY(body.size() > 256000);
-    const QString all = texts.join(QString());
-    const QJsonArray items = QJsonDocument::fromJson(body)["Data"_L1].toArray();
-    for (const QJsonValue item : items) {
-        QVERIFY(all.contains(item["Key"_L1].toString() + u'\n' + item["Value"_L1].toString()));
-    }
-    QVERIFY(desk.formEnabled());
-    QVERIFY(desk.rig.server.requests().isEmpty());
-    QTest::mouseClick(view->findChild<QPushButton *>(u"close"_s), Qt::LeftButton);
-    QTRY_VERIFY(desk.window.findChild<ReportBodyView *>() == nullptr);
-}
-
-void BugReporterWindowTest::addressIsTheAccounts()
-{
-    Desk desk;
-    QVERIFY(desk.email()->text().isEmpty());
-    QCOMPARE(desk.window.focusWidget(), desk.email());
-    const auto reopened = [&desk](const QString &account) {
-        desk.window.hide();
-        desk.account = account;
+        QCOMPARE(desk.progress(), u"Checking the connection…"_s);
+        QTRY_COMPARE_WITH_TIMEOUT(desk.progress(), u"Sending the report…"_s, 30000);
+        QTRY_COMPARE(desk.rig.arrived(ReportRig::reportPath).size(), 1);
+        QTest::keyClick(&desk.window, Qt::Key_Escape);
+        QVERIFY(!desk.window.isVisible());
         desk.window.showWindow();
-        return desk.email()->text();
-    };
-    QCOMPARE(reopened(u"ada@example.com"_s), u"ada@example.com"_s);
-    QCOMPARE(desk.window.focusWidget(), desk.note());
-    QCOMPARE(reopened({}), QString());
-    QTest::keyClicks(desk.email(), u"eve@example.com"_s);
-    QCOMPARE(reopened(u"ada@example.com"_s), u"eve@example.com"_s); // what was typed stays
-}
+        QVERIFY(desk.formIs(false));
+        desk.rig.server.stop();
+        QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
+        QVERIFY(desk.formEnabled());
+    }
 
-void BugReporterWindowTest::subViewsAreSet()
-{
-    Desk desk;
-    BrevokBugReporterController::setSubViews(desk.window, false);
-    QVERIFY(desk.formDisabled());
-    QVERIFY(desk.window.isEnabled());
-    BrevokBugReporterController::setSubViews(desk.window, true);
-    QVERIFY(desk.formEnabled());
-}
+    void unreachableServiceIsTold()
+    {
+        Desk desk;
+        desk.rig.server.stop();
+        desk.type(u"ada@example.com"_s, u"It broke"_s);
+        desk.click("send");
+        QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
+        QCOMPARE(desk.rig.presenter.sheets.first().messageText.value(), u"Connection Error"_s);
+        QCOMPARE(desk.rig.panel.calls, (QList{true, false})); // held open while the sheet was attached
+        QVERIFY(desk.formEnabled());
+    }
+
+    void bodyIsShown()
+    {
+        Desk desk;
+        const QString line = u"log \"line\" with an ä"_s;
+        QVERIFY(writeFile(desk.rig.logs() + u"/orlec.log"_s, (line + u'\n').repeated(20000).toUtf8()));
+        QVERIFY(
+            writeFile(desk.rig.logs() + u"/DiagnosticReports/Adobe InDesign 1.crash"_s, "why it crashed"));
+        desk.type({}, u"It <b>broke</b>"_s);
+        desk.click("showBody");
+        QVERIFY(desk.find<QPushButton>("showBody")->isEnabled()); // and so keeps the focus
+        desk.click("showBody");
+        QTRY_VERIFY_WITH_TIMEOUT(desk.window.findChild<ReportBodyView *>() != nullptr, 30000);
+        const auto *view = desk.window.findChild<ReportBodyView *>();
+        const auto *sections = view->findChild<QTabWidget *>();
+        QStringList titles;
+        QStringList texts;
+        for (int i = 0; i < sections->count(); ++i) {
+            const auto *page = qobject_cast<QPlainTextEdit *>(sections->widget(i));
+            QVERIFY(page->isReadOnly());
+            titles.append(sections->tabText(i));
+            texts.append(page->toPlainText());
+        }
+        QCOMPARE(
+            titles, (QStringList{u"What you wrote"_s, u"The application"_s, u"Logs"_s, u"Crash reports"_s}));
+        QCOMPARE(texts.at(0), u"Description\nIt <b>broke</b>"_s);
+        QVERIFY(texts.at(1).startsWith(u"Application\nVersion 1.2 (7, 15)\n\nPlatform\nmacOS - "_s));
+        QVERIFY(texts.at(2).startsWith(u"orlec.log\n"_s + line + u'\n'));
+        QCOMPARE(texts.at(3), u"InDesign.crash\nwhy it crashed"_s);
+
+        // Nothing is left out.
+        QByteArray body;
+        desk.rig.reporter.reportBody(
+            {}, u"It <b>broke</b>"_s, this, [&body](const QByteArray &made) { body = made; });
+        QTRY_VERIFY(!body.isEmpty());
+        QVERIFY(body.size() > 256000);
+        const QString all = texts.join(QString());
+        const QJsonArray items = QJsonDocument::fromJson(body)["Data"_L1].toArray();
+        for (const QJsonValue item : items) {
+            QVERIFY(all.contains(item["Key"_L1].toString() + u'\n' + item["Value"_L1].toString()));
+        }
+        QVERIFY(desk.formEnabled());
+        QVERIFY(desk.rig.server.requests().isEmpty());
+        QTest::mouseClick(view->findChild<QPushButton *>(u"close"_s), Qt::LeftButton);
+        QTRY_VERIFY(desk.window.findChild<ReportBodyView *>() == nullptr);
+    }
+
+    void addressIsTheAccounts()
+    {
+        Desk desk;
+        QVERIFY(desk.email()->text().isEmpty());
+        QCOMPARE(desk.window.focusWidget(), desk.email());
+        const auto reopened = [&desk](const QString &account) {
+            desk.window.hide();
+            desk.account = account;
+            desk.window.showWindow();
+            return desk.email()->text();
+        };
+        QCOMPARE(reopened(u"ada@example.com"_s), u"ada@example.com"_s);
+        QCOMPARE(desk.window.focusWidget(), desk.note());
+        QCOMPARE(reopened({}), QString());
+        QTest::keyClicks(desk.email(), u"eve@example.com"_s);
+        QCOMPARE(reopened(u"ada@example.com"_s), u"eve@example.com"_s); // what was typed stays
+    }
+};
 
 QTEST_MAIN(BugReporterWindowTest)
 #include "test_bug_reporter.moc"

@@ -18,12 +18,6 @@ namespace {
 
 constexpr int mostSteps = 200;
 
-void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-{
-    QWidget *focused = QApplication::focusWidget();
-    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
-}
-
 /// Keys pressed in a window, and where they led.
 class Steps {
 public:
@@ -35,7 +29,7 @@ public:
     void press(Qt::Key key)
     {
         const QWidget *before = QApplication::focusWidget();
-        ::press(key);
+        testing::press(key);
         const QWidget *now = QApplication::focusWidget();
         visited.insert(now);
         if (now == nullptr || now->window() != &m_window || !now->isVisible() || !now->isEnabled()) {
@@ -74,15 +68,11 @@ private Q_SLOTS:
 
     void everythingIsReached()
     {
-        QFETCH(qsizetype, index);
-        const Scene scene = showScene(everyWindow().at(index).make());
-        if (scene.window == nullptr) {
-            QFAIL("the window did not come up");
-        }
+        const Scene scene = shownRow();
         QList<QWidget *> clickable = widgetsInSight(*scene.window);
         clickable.removeIf(
             [](const QWidget *widget) { return !isClickable(widget) || !widget->isEnabled(); });
-        if (QLatin1StringView(everyWindow().at(index).name) == "about"_L1) {
+        if (QLatin1StringView(QTest::currentDataTag()) == "about"_L1) {
             QVERIFY(clickable.isEmpty()); // there is nothing but text
             return;
         }
@@ -113,11 +103,7 @@ private Q_SLOTS:
     // In the panel and in dialogs, but for alerts, in which it means the same wherever the focus is.
     void returnPresses()
     {
-        QFETCH(qsizetype, index);
-        const Scene scene = showScene(everyWindow().at(index).make());
-        if (scene.window == nullptr) {
-            QFAIL("the window did not come up");
-        }
+        const Scene scene = shownRow();
         const bool isAlert = qobject_cast<const AlertDialog *>(scene.window) != nullptr;
         const QList<QWidget *> widgets = widgetsInSight(*scene.window);
         for (QWidget *widget : widgets) {
@@ -132,7 +118,7 @@ private Q_SLOTS:
             const QSignalSpy pressed(button, &QPushButton::pressed);
             button->setFocus(Qt::TabFocusReason);
             QCOMPARE(QApplication::focusWidget(), button);
-            ::press(Qt::Key_Return);
+            testing::press(Qt::Key_Return);
             QVERIFY2(!clicked.isEmpty() || !pressed.isEmpty(), qPrintable(described(*button)));
         }
     }
@@ -142,18 +128,14 @@ private Q_SLOTS:
     // An alert without a button to cancel with would have to stay; those here have one.
     void escapeCloses()
     {
-        QFETCH(qsizetype, index);
-        const Scene scene = showScene(everyWindow().at(index).make());
-        if (scene.window == nullptr) {
-            QFAIL("the window did not come up");
-        }
+        const Scene scene = shownRow();
         const QPointer<QWidget> window = scene.window;
         if (const auto *search = window->findChild<QLineEdit *>(u"searchField"_s);
             search != nullptr && !search->text().isEmpty()) {
-            ::press(Qt::Key_Escape); // ends the search
+            testing::press(Qt::Key_Escape); // ends the search
             QVERIFY(window->isVisible() && search->text().isEmpty());
         }
-        ::press(Qt::Key_Escape);
+        testing::press(Qt::Key_Escape);
         QTRY_VERIFY(window.isNull() || !window->isVisible());
     }
 };

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "support/InRow.h"
 #include "ui/desktop/linux/DesktopColors.h"
 #include "ui/desktop/OutlineStyle.h"
 #include "ui/widgets/PanelStyle.h"
@@ -17,62 +18,17 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-
-/// What can be used is seen: its outline, as it is drawn, against what it stands on.
-class OutlinesTest : public QObject {
-    Q_OBJECT
-
-private Q_SLOTS:
-    void initTestCase() { useOutlineStyle(); }
-    void cleanup() { QApplication::setPalette(QPalette()); }
-
-    void outlinesAreSeen_data();
-    void outlinesAreSeen();
-    void anotherStyleIsLeftAlone();
-};
+using testing::InRow;
 
 namespace {
 
-struct Named {
-    const char *name;
-    std::function<QWidget *()> make;
-};
-
-const QList<Named> &controls()
+template <class Widget> QWidget *made()
 {
-    static const QList<Named> all{
-        {"check box",
-            [] {
-                return new QCheckBox;
-            }},
-        {"radio button",
-            [] {
-                return new QRadioButton;
-            }},
-        {"field",
-            [] {
-                return new QLineEdit;
-            }},
-        {"pop-up",
-            [] {
-                return new QComboBox;
-            }},
-        {"button",
-            [] {
-                return new QPushButton;
-            }},
-        {"table",
-            [] {
-                return new QTableView;
-            }},
-        {"menu",
-            [] {
-                auto *menu = new QMenu;
-                menu->addAction(u"x"_s);
-                return menu;
-            }},
-    };
-    return all;
+    auto *widget = new Widget;
+    if constexpr (std::is_same_v<Widget, QMenu>) {
+        widget->addAction(u"x"_s);
+    }
+    return widget;
 }
 
 // The best contrast among the pixels on the way in from the left edge, in the middle of the height.
@@ -87,50 +43,57 @@ double bestContrast(const QImage &image, int depth, const QColor &ground)
 
 } // namespace
 
-void OutlinesTest::outlinesAreSeen_data()
-{
-    QTest::addColumn<int>("control");
-    QTest::addColumn<bool>("dark");
-    for (int number = 0; number < controls().size(); ++number) {
-        for (const bool dark : {false, true}) {
-            QTest::addRow("%s, %s", controls().at(number).name, dark ? "dark" : "light") << number << dark;
+/// What can be used is seen: its outline, as it is drawn, against what it stands on.
+class OutlinesTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { useOutlineStyle(); }
+    void cleanup() { QApplication::setPalette(QPalette()); }
+
+    void outlinesAreSeen_data()
+    {
+        QTest::addColumn<bool>("dark");
+        QTest::newRow("light") << false;
+        QTest::newRow("dark") << true;
+    }
+    void outlinesAreSeen()
+    {
+        QFETCH(bool, dark);
+        if (dark) {
+            QApplication::setPalette(darkened(QApplication::palette()));
+        }
+        const QList<std::pair<const char *, QWidget *(*)()>> controls{{"check box", made<QCheckBox>},
+            {"radio button", made<QRadioButton>}, {"field", made<QLineEdit>}, {"pop-up", made<QComboBox>},
+            {"button", made<QPushButton>}, {"table", made<QTableView>}, {"menu", made<QMenu>}};
+        for (const auto &[name, make] : controls) {
+            const InRow in(name);
+            const std::unique_ptr<QWidget> widget(make());
+            widget->resize(widget->sizeHint().expandedTo({14, 14}));
+            QImage image(widget->size(), QImage::Format_RGB32);
+            const QColor window = QApplication::palette().color(QPalette::Window);
+            image.fill(window);
+            widget->render(&image);
+            constexpr int depth = 5; // what is farther in is no outline
+            QVERIFY(bestContrast(image, depth, window) >= 3);
+            // With the focus too.
+            widget->show();
+            widget->activateWindow();
+            widget->setFocus();
+            QTRY_VERIFY(widget->hasFocus());
+            widget->render(&image);
+            QVERIFY(bestContrast(image, depth, window) >= 3);
         }
     }
-}
 
-void OutlinesTest::outlinesAreSeen()
-{
-    QFETCH(int, control);
-    QFETCH(bool, dark);
-    if (dark) {
-        QApplication::setPalette(darkened(QApplication::palette()));
+    void anotherStyleIsLeftAlone()
+    {
+        QApplication::setStyle(u"windows"_s);
+        QStyle *style = QApplication::style();
+        useOutlineStyle();
+        QCOMPARE(QApplication::style(), style);
     }
-    const std::unique_ptr<QWidget> widget(controls().at(control).make());
-    widget->resize(widget->sizeHint().expandedTo({14, 14}));
-    QImage image(widget->size(), QImage::Format_RGB32);
-    const QColor window = QApplication::palette().color(QPalette::Window);
-    image.fill(window);
-    widget->render(&image);
-    constexpr int depth = 5; // what is farther in is no outline
-    const double seen = bestContrast(image, depth, window);
-    QVERIFY2(seen >= 3, qPrintable(QString::number(seen)));
-    // With the focus too.
-    widget->show();
-    widget->activateWindow();
-    widget->setFocus();
-    QTRY_VERIFY(widget->hasFocus());
-    widget->render(&image);
-    const double seenFocused = bestContrast(image, depth, window);
-    QVERIFY2(seenFocused >= 3, qPrintable(QString::number(seenFocused)));
-}
-
-void OutlinesTest::anotherStyleIsLeftAlone()
-{
-    QApplication::setStyle(u"windows"_s);
-    QStyle *style = QApplication::style();
-    useOutlineStyle();
-    QCOMPARE(QApplication::style(), style);
-}
+};
 
 QTEST_MAIN(OutlinesTest)
 #include "test_outlines.moc"

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "PanelRig.h"
+#include "WindowTest.h"
 
 #include "support/servers/FaultServer.h"
 #include "ui/panel/AnimatedTabView.h"
@@ -15,38 +16,16 @@
 #include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QRegularExpression>
 #include <QSignalSpy>
 
 using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
-{
-    QWidget *focused = QApplication::focusWidget();
-    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
-}
-
-void type(const QString &text)
-{
-    QTest::keyClicks(QApplication::focusWidget(), text);
-}
-
-} // namespace
-
-class TestPanel final : public QObject {
+class TestPanel final : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        // All but what the windowless platform says of itself.
-        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
-    }
-
     void opensUnderItsItemAndCloses()
     {
         PanelRig rig(true);
@@ -80,38 +59,31 @@ private Q_SLOTS:
 
     void losesTheFocus()
     {
-        PanelRig rig(true);
-        rig.open();
+        OpenPanel rig;
         BrevokPanel *window = rig.panel->window();
         QVERIFY(QTest::qWaitForWindowActive(window));
         {
             QDialog sheet(window);
             sheet.setWindowModality(Qt::WindowModal);
-            sheet.show();
-            QVERIFY(QTest::qWaitForWindowActive(&sheet));
+            focus(sheet);
             QVERIFY(rig.panel->hasActivePanel());
         }
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        focus(*window);
         // What window managers do when a sheet has ended: another window has the focus for a moment.
         QWidget other;
-        other.show();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
+        focus(other);
         QVERIFY(rig.panel->hasActivePanel() && !window->isFading());
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        focus(*window);
         other.hide();
 
         rig.panel->setKeepOpenPanel(true);
-        other.show();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
+        focus(other);
         QTRY_VERIFY(!rig.panel->hasActivePanel());
         QVERIFY(window->isVisible() && !window->isFading());
         rig.panel->setKeepOpenPanel(false);
         QVERIFY(rig.panel->hasActivePanel()); // it is still there, so it can be closed again
 
-        window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(window));
+        focus(*window);
         const QSignalSpy spy(rig.panel.get(), &PanelSurface::hasActivePanelChanged);
         other.activateWindow();
         QTRY_VERIFY(!rig.panel->hasActivePanel() && window->isFading());
@@ -127,8 +99,7 @@ private Q_SLOTS:
     // As when a screen shrinks, or goes and takes the tray along.
     void followsItsScreens()
     {
-        PanelRig rig(true);
-        rig.open();
+        OpenPanel rig;
         const BrevokPanel *window = rig.panel->window();
         QScreen *screen = QGuiApplication::primaryScreen();
         rig.item.frame = QRect(300, 0, 24, 24);
@@ -175,18 +146,17 @@ private Q_SLOTS:
         QCOMPARE(QApplication::focusWidget(), email);
         press(Qt::Key_Return); // nothing to go on with
         QCOMPARE(QApplication::focusWidget(), email);
-        type(u"ada@example.com"_s);
+        QTest::keyClicks(QApplication::focusWidget(), u"ada@example.com"_s);
         press(Qt::Key_Return);
         QCOMPARE(QApplication::focusWidget(), password);
         press(Qt::Key_Escape);
         QTRY_VERIFY(!rig.panel->window()->isVisible());
         QWidget other;
-        other.show();
-        QVERIFY(QTest::qWaitForWindowActive(&other));
+        focus(other);
         rig.open();
         QCOMPARE(email->text(), u"ada@example.com"_s); // what was typed is kept
         QTRY_COMPARE(QApplication::focusWidget(), password);
-        type(u"wrong"_s);
+        QTest::keyClicks(QApplication::focusWidget(), u"wrong"_s);
         press(Qt::Key_Return);
         QVERIFY(password->isHidden() && !email->isEnabled());
         QVERIFY(rig.child<Spinner>("progressIndicator")->isAnimating());
@@ -195,7 +165,7 @@ private Q_SLOTS:
         QTRY_COMPARE(QApplication::focusWidget(), password);
         QCOMPARE(email->text(), u"ada@example.com"_s);
 
-        type(u"right"_s);
+        QTest::keyClicks(QApplication::focusWidget(), u"right"_s);
         press(Qt::Key_Return);
         auto *tabs = rig.child<AnimatedTabView>("tabView");
         QTRY_COMPARE(tabs->currentWidget(), rig.child<QWidget>("packagesTab"));
@@ -338,6 +308,11 @@ private Q_SLOTS:
         PanelRig rig(true);
         const QSignalSpy targets(rig.panel.get(), &BrevokPanelController::showTargetsRequested);
         rig.open();
+        const auto answerLists = [&rig](int status) {
+            while (!rig.rig.service.lists.isEmpty()) {
+                rig.rig.service.answerList({.status = status, .body = "[]", .headers = {}, .error = {}});
+            }
+        };
         auto *button = rig.child<NoticeView>("updatesView")->findChild<PanelButton *>(u"noticeButton"_s);
         QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::NoTargets);
         button->click();
@@ -345,15 +320,11 @@ private Q_SLOTS:
         rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
         QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::Loading);
         QVERIFY(button->isHidden());
-        while (!rig.rig.service.lists.isEmpty()) {
-            rig.rig.service.answerList({.status = 500, .body = {}, .headers = {}, .error = {}});
-        }
+        answerLists(500);
         QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::ServiceSilent);
         button->click();
         QCOMPARE(rig.rig.service.lists.size(), 2);
-        while (!rig.rig.service.lists.isEmpty()) {
-            rig.rig.service.answerList({.status = 200, .body = "[]", .headers = {}, .error = {}});
-        }
+        answerLists(200);
         QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::EmptyCatalogue);
         rig.routes.flags = 0;
         button->click();
@@ -394,8 +365,7 @@ private Q_SLOTS:
 
     void optionsMenuCommands()
     {
-        PanelRig rig(true);
-        rig.open();
+        OpenPanel rig;
         QMenu &menu = rig.panel->optionsMenu()->popUpMenu();
         const auto run = [&menu](const char *name) {
             menu.findChild<QAction *>(QLatin1StringView(name))->trigger();
@@ -432,28 +402,9 @@ private Q_SLOTS:
         QCOMPARE(rig.panel->optionsMenu()->menuColor(), QColor(Qt::white));
     }
 
-    void everyControlHasAName()
-    {
-        for (const bool signedIn : {false, true}) {
-            PanelRig rig(signedIn);
-            fillCatalogue(rig, 2);
-            rig.open();
-            const QList<QWidget *> controls = rig.panel->window()->findChildren<QWidget *>();
-            for (const QWidget *control : controls) {
-                if (control->isVisible() && control->focusPolicy() != Qt::NoFocus) {
-                    const bool named = !control->accessibleName().isEmpty()
-                        || !control->property("text").toString().isEmpty();
-                    QVERIFY2(named, qPrintable(control->objectName()));
-                }
-            }
-        }
-    }
-
     void followsThePalette()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 2);
-        rig.open();
+        OpenPanel rig(2);
         const QPalette usual = QApplication::palette();
         QPalette dark(QColor(40, 40, 40));
         QApplication::setPalette(dark);

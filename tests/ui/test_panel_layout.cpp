@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "catalogue/BrevokPackages.h"
+#include "support/InRow.h"
 #include "support/ZipWriter.h"
 #include "ui/panel/PackageRows.h"
 #include "ui/panel/PanelLayout.h"
@@ -14,6 +15,7 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::InRow;
 using Status = PackageStatus;
 
 namespace {
@@ -64,49 +66,34 @@ class TestPanelLayout final : public QObject {
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void place_data()
-    {
-        QTest::addColumn<QRect>("item");
-        QTest::addColumn<QRect>("on");
-        QTest::addColumn<QRect>("rect");
-        QTest::addColumn<QRect>("panel");
-        QTest::addColumn<int>("arrowX");
-        QTest::addColumn<bool>("upward");
-
-        QTest::newRow("under the item") << QRect(700, 0, 24, 24) << screen << QRect(700, 24, 24, 24)
-                                        << QRect(489, 24, 446, 694) << 223 << false;
-        QTest::newRow("odd width") << QRect(700, 0, 37, 22) << screen << QRect(700, 22, 37, 22)
-                                   << QRect(496, 22, 446, 694) << 223 << false;
-        QTest::newRow("right edge") << QRect(1400, 0, 40, 24) << screen << QRect(1400, 24, 40, 24)
-                                    << QRect(986, 24, 446, 694) << 434 << false;
-        QTest::newRow("one point too far right")
-            << QRect(1198, 0, 24, 24) << screen << QRect(1198, 24, 24, 24) << QRect(986, 24, 446, 694) << 224
-            << false;
-        QTest::newRow("left edge") << QRect(0, 0, 24, 24) << screen << QRect(0, 24, 24, 24)
-                                   << QRect(8, 24, 446, 694) << 4 << false;
-        QTest::newRow("bar at the bottom") << QRect(1000, 870, 24, 30) << screen << QRect(1000, 840, 24, 30)
-                                           << QRect(789, 176, 446, 694) << 223 << true;
-        QTest::newRow("screen to the left")
-            << QRect(-100, 60, 24, 24) << QRect(-1280, 60, 1280, 1024) << QRect(-100, 84, 24, 24)
-            << QRect(-454, 84, 446, 694) << 366 << false;
-        QTest::newRow("low screen") << QRect(700, 0, 24, 24) << QRect(0, 0, 1366, 600)
-                                    << QRect(700, 24, 24, 24) << QRect(489, 24, 446, 568) << 223 << false;
-        QTest::newRow("low screen, bar at the bottom")
-            << QRect(900, 570, 24, 30) << QRect(0, 0, 1024, 600) << QRect(900, 540, 24, 30)
-            << QRect(570, 8, 446, 562) << 342 << true;
-        QTest::newRow("no item") << QRect() << screen << QRect(708, 24, 24, 24) << QRect(497, 24, 446, 694)
-                                 << 223 << false;
-    }
     void place()
     {
-        QFETCH(const QRect, item);
-        QFETCH(const QRect, on);
-        const PanelPlace where =
-            panelPlace(item.isEmpty() ? std::nullopt : std::optional(item), {on, on}, 24);
-        QTEST(where.item, "rect");
-        QTEST(where.panel, "panel");
-        QTEST(where.upward, "upward");
-        QTEST(arrowXFor(where.item, where.panel), "arrowX");
+        const QList<std::tuple<const char *, QRect, QRect, QRect, QRect, int, bool>> rows{
+            {"under the item", {700, 0, 24, 24}, screen, {700, 24, 24, 24}, {489, 24, 446, 694}, 223, false},
+            {"odd width", {700, 0, 37, 22}, screen, {700, 22, 37, 22}, {496, 22, 446, 694}, 223, false},
+            {"right edge", {1400, 0, 40, 24}, screen, {1400, 24, 40, 24}, {986, 24, 446, 694}, 434, false},
+            {"one point too far right", {1198, 0, 24, 24}, screen, {1198, 24, 24, 24}, {986, 24, 446, 694},
+                224, false},
+            {"left edge", {0, 0, 24, 24}, screen, {0, 24, 24, 24}, {8, 24, 446, 694}, 4, false},
+            {"bar at the bottom", {1000, 870, 24, 30}, screen, {1000, 840, 24, 30}, {789, 176, 446, 694}, 223,
+                true},
+            {"screen to the left", {-100, 60, 24, 24}, {-1280, 60, 1280, 1024}, {-100, 84, 24, 24},
+                {-454, 84, 446, 694}, 366, false},
+            {"low screen", {700, 0, 24, 24}, {0, 0, 1366, 600}, {700, 24, 24, 24}, {489, 24, 446, 568}, 223,
+                false},
+            {"low screen, bar at the bottom", {900, 570, 24, 30}, {0, 0, 1024, 600}, {900, 540, 24, 30},
+                {570, 8, 446, 562}, 342, true},
+            {"no item", {}, screen, {708, 24, 24, 24}, {497, 24, 446, 694}, 223, false},
+        };
+        for (const auto &[name, item, on, rect, panel, arrowX, upward] : rows) {
+            const InRow in(name);
+            const PanelPlace where =
+                panelPlace(item.isEmpty() ? std::nullopt : std::optional(item), {on, on}, 24);
+            QCOMPARE(where.item, rect);
+            QCOMPARE(where.panel, panel);
+            QCOMPARE(where.upward, upward);
+            QCOMPARE(arrowXFor(where.item, where.panel), arrowX);
+        }
     }
 
     // Above the item's bar and at the other end of the screen.
@@ -146,79 +133,66 @@ private Q_SLOTS:
         QVERIFY(!logsOpening(Qt::ShiftModifier));
     }
 
-    void order_data()
-    {
-        QTest::addColumn<QStringList>("packages"); // "prefix=status", in the catalogue's order
-        QTest::addColumn<QStringList>("rows");
-
-        QTest::newRow("as listed") << QStringList{u"a=2"_s, u"b"_s} << QStringList{u"a"_s, u"b"_s};
-        QTest::newRow("priority, the later one first") << QStringList{u"a=4"_s, u"0xr5000=2"_s, u"b=4"_s,
-            u"0xr5000=2"_s} << QStringList{u"0xr5000"_s, u"0xr5000"_s, u"a"_s, u"b"_s};
-        QTest::newRow("companion above all") << QStringList{u"0xr5000=2"_s, u"0xr5700=2"_s, u"a=4"_s}
-                                             << QStringList{u"0xr5700"_s, u"0xr5000"_s, u"a"_s};
-        QTest::newRow("companion, other prefix")
-            << QStringList{u"KM#xR57=6"_s, u"a=5"_s} << QStringList{u"KM#xR57"_s, u"a"_s};
-        QTest::newRow("companion up to date") << QStringList{u"0xr5700=4"_s, u"a=4"_s} << QStringList{u"a"_s};
-        QTest::newRow("companion mixed, outdated")
-            << QStringList{u"0xr5700=7"_s, u"a=4"_s} << QStringList{u"a"_s};
-        QTest::newRow("nothing installed")
-            << QStringList{u"0xr5700=3"_s, u"a=2"_s, u"b=1"_s} << QStringList{u"a"_s, u"b"_s};
-        QTest::newRow("only a priority package installed")
-            << QStringList{u"0xr5700=3"_s, u"0xr5000=4"_s} << QStringList{u"0xr5000"_s};
-    }
     void order()
     {
-        QFETCH(const QStringList, packages);
-        QList<Record> records;
-        QHash<QString, Status> statuses;
-        for (const QString &entry : packages) {
-            records.append(package(entry.section(u'=', 0, 0)));
-            if (entry.contains(u'=')) {
-                statuses.insert(entry.section(u'=', 0, 0), Status(entry.section(u'=', 1).toUInt()));
+        // "prefix=status", in the catalogue's order
+        const QList<std::tuple<const char *, QString, QString>> rows{
+            {"as listed", u"a=2 b"_s, u"a b"_s},
+            {"priority, the later one first", u"a=4 0xr5000=2 b=4 0xr5000=2"_s, u"0xr5000 0xr5000 a b"_s},
+            {"companion above all", u"0xr5000=2 0xr5700=2 a=4"_s, u"0xr5700 0xr5000 a"_s},
+            {"companion, other prefix", u"KM#xR57=6 a=5"_s, u"KM#xR57 a"_s},
+            {"companion up to date", u"0xr5700=4 a=4"_s, u"a"_s},
+            {"companion mixed, outdated", u"0xr5700=7 a=4"_s, u"a"_s},
+            {"nothing installed", u"0xr5700=3 a=2 b=1"_s, u"a b"_s},
+            {"only a priority package installed", u"0xr5700=3 0xr5000=4"_s, u"0xr5000"_s},
+        };
+        for (const auto &[name, packages, expected] : rows) {
+            const InRow in(name);
+            QList<Record> records;
+            QHash<QString, Status> statuses;
+            const QStringList each = packages.split(u' ');
+            for (const QString &entry : each) {
+                records.append(package(entry.section(u'=', 0, 0)));
+                if (entry.contains(u'=')) {
+                    statuses.insert(entry.section(u'=', 0, 0), Status(entry.section(u'=', 1).toUInt()));
+                }
             }
+            QStringList shown;
+            for (const PackageRow &row : packageRows(records, statuses)) {
+                shown.append(row.prefix());
+                QCOMPARE(row.status, statuses.value(row.prefix(), Status::MissingData));
+            }
+            QCOMPARE(shown.join(u' '), expected);
         }
-        QStringList shown;
-        for (const PackageRow &row : packageRows(records, statuses)) {
-            shown.append(row.prefix());
-            QCOMPARE(row.status, statuses.value(row.prefix(), Status::MissingData));
-        }
-        QTEST(shown, "rows");
     }
 
-    void buttons_data()
+    void buttons()
     {
-        QTest::addColumn<Status>("status");
-        QTest::addColumn<QString>("prefix");
-        QTest::addColumn<RowButtons>("buttons");
-
         const RowButtons update{.actionTitle = u"Update"_s};
         const RowButtons upToDate{
             .actionTitle = u"Up To Date"_s, .actionEnabled = false, .actionSmall = true};
-        QTest::newRow("missing data")
-            << Status::MissingData << u"a"_s
-            << RowButtons{.actionVisible = false, .actionEnabled = false, .removeVisible = false};
-        QTest::newRow("not installed") << Status::NotInstalled << u"a"_s
-                                       << RowButtons{.actionTitle = u"Install"_s, .removeVisible = false};
-        QTest::newRow("not updated") << Status::NotUpdated << u"a"_s << update;
-        QTest::newRow("mixed, not updated") << Status::MixedNotUpdated << u"a"_s << update;
-        QTest::newRow("up to date") << Status::UpToDate << u"KM#xR57"_s << upToDate;
-        QTest::newRow("in progress") << Status::InProgress << u"a"_s
-                                     << RowButtons{.actionTitle = u"-"_s,
-                                            .actionVisible = false,
-                                            .actionEnabled = false,
-                                            .removeVisible = false,
-                                            .spinning = true};
-        QTest::newRow("mixed") << Status::Mixed << u"0xr5000"_s << RowButtons{.actionTitle = u"Install"_s};
-        QTest::newRow("the companion stays")
-            << Status::Mixed << u"0xr5700"_s
-            << RowButtons{.actionTitle = u"Install"_s, .removeVisible = false};
-    }
-    void buttons()
-    {
-        QFETCH(const Status, status);
-        QFETCH(const QString, prefix);
-        QFETCH(const RowButtons, buttons);
-        QVERIFY(rowButtons(status, prefix) == buttons);
+        const QList<std::tuple<const char *, Status, QString, RowButtons>> rows{
+            {"missing data", Status::MissingData, u"a"_s,
+                {.actionVisible = false, .actionEnabled = false, .removeVisible = false}},
+            {"not installed", Status::NotInstalled, u"a"_s,
+                {.actionTitle = u"Install"_s, .removeVisible = false}},
+            {"not updated", Status::NotUpdated, u"a"_s, update},
+            {"mixed, not updated", Status::MixedNotUpdated, u"a"_s, update},
+            {"up to date", Status::UpToDate, u"KM#xR57"_s, upToDate},
+            {"in progress", Status::InProgress, u"a"_s,
+                {.actionTitle = u"-"_s,
+                    .actionVisible = false,
+                    .actionEnabled = false,
+                    .removeVisible = false,
+                    .spinning = true}},
+            {"mixed", Status::Mixed, u"0xr5000"_s, {.actionTitle = u"Install"_s}},
+            {"the companion stays", Status::Mixed, u"0xr5700"_s,
+                {.actionTitle = u"Install"_s, .removeVisible = false}},
+        };
+        for (const auto &[name, status, prefix, buttons] : rows) {
+            const InRow in(name);
+            QVERIFY(rowButtons(status, prefix) == buttons);
+        }
     }
 
     void names()
@@ -303,38 +277,36 @@ private Q_SLOTS:
         QCOMPARE(noticeKind(facts), NoticeKind::None);
     }
 
-    void icons_data()
-    {
-        QTest::addColumn<QByteArray>("data");
-        QTest::addColumn<bool>("shown");
-
-        const QByteArray circle = "<circle cx='4' cy='4' r='4' fill='red'/>";
-        QTest::newRow("picture") << png(64, 64) << true;
-        QTest::newRow("one pixel") << png(1, 1) << true;
-        QTest::newRow("wide") << png(3000, 10) << true;
-        QTest::newRow("nothing") << QByteArray() << false;
-        QTest::newRow("text") << QByteArray("hello") << false;
-        QTest::newRow("cut short") << png(64, 64).first(60) << false;
-        QTest::newRow("claims to be huge") << pngThatClaims(100'000, 100'000) << false;
-        QTest::newRow("claims to be large") << pngThatClaims(8000, 8000) << false;
-        QTest::newRow("drawing") << svg(circle) << true;
-        QTest::newRow("empty view box") << QByteArray("<svg viewBox='0 0 0 0'/>") << false;
-        QTest::newRow("broken drawing") << svg(circle).chopped(3) << false;
-        QTest::newRow("references") << svg("<g id='a'>" + circle + "</g><use href='#a'/>") << false;
-        QTest::newRow("entities") << svg("<title>&a;</title>", "<!DOCTYPE svg [<!ENTITY a 'b'>]>") << false;
-        QTest::newRow("dashes") << svg("<path d='M0 0h8' stroke='red' stroke-dasharray='1e-9'/>") << false;
-        QTest::newRow("styled dashes") << svg("<path d='M0 0h8' style='stroke-dasharray:1e-9'/>") << false;
-        QTest::newRow("too many shapes") << svg(circle.repeated(3000)) << false;
-        QTest::newRow("zipped") << QByteArray("\x1f\x8b\x08\x00", 4) << false;
-    }
     void icons()
     {
-        QFETCH(const QByteArray, data);
-        const QImage icon = decodedIcon(data, 96);
-        QTEST(!icon.isNull(), "shown");
-        if (!icon.isNull()) {
-            QCOMPARE(icon.size(), QSize(96, 96));
-            QCOMPARE(icon.pixelColor(48, 48), QColor(Qt::red));
+        const QByteArray circle = "<circle cx='4' cy='4' r='4' fill='red'/>";
+        const QList<std::tuple<const char *, QByteArray, bool>> rows{
+            {"picture", png(64, 64), true},
+            {"one pixel", png(1, 1), true},
+            {"wide", png(3000, 10), true},
+            {"nothing", {}, false},
+            {"text", "hello", false},
+            {"cut short", png(64, 64).first(60), false},
+            {"claims to be huge", pngThatClaims(100'000, 100'000), false},
+            {"claims to be large", pngThatClaims(8000, 8000), false},
+            {"drawing", svg(circle), true},
+            {"empty view box", "<svg viewBox='0 0 0 0'/>", false},
+            {"broken drawing", svg(circle).chopped(3), false},
+            {"references", svg("<g id='a'>" + circle + "</g><use href='#a'/>"), false},
+            {"entities", svg("<title>&a;</title>", "<!DOCTYPE svg [<!ENTITY a 'b'>]>"), false},
+            {"dashes", svg("<path d='M0 0h8' stroke='red' stroke-dasharray='1e-9'/>"), false},
+            {"styled dashes", svg("<path d='M0 0h8' style='stroke-dasharray:1e-9'/>"), false},
+            {"too many shapes", svg(circle.repeated(3000)), false},
+            {"zipped", QByteArray("\x1f\x8b\x08\x00", 4), false},
+        };
+        for (const auto &[name, data, shown] : rows) {
+            const InRow in(name);
+            const QImage icon = decodedIcon(data, 96);
+            QCOMPARE(!icon.isNull(), shown);
+            if (!icon.isNull()) {
+                QCOMPARE(icon.size(), QSize(96, 96));
+                QCOMPARE(icon.pixelColor(48, 48), QColor(Qt::red));
+            }
         }
     }
 };

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "PanelRig.h"
+#include "WindowTest.h"
 
 #include "ui/widgets/PanelButtons.h"
 #include "ui/widgets/PanelLabels.h"
@@ -10,7 +11,6 @@
 #include <QAccessible>
 #include <QApplication>
 #include <QLineEdit>
-#include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
 
@@ -18,30 +18,13 @@ using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
-namespace {
-
-void press(Qt::Key key)
-{
-    QTest::keyClick(QApplication::focusWidget(), key);
-}
-
-} // namespace
-
-class TestPanelRows final : public QObject {
+class TestPanelRows final : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        // All but what the windowless platform says of itself.
-        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
-    }
-
     void installsAndRemovesFromARow()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         auto *install = rig.control<PanelButton>(0, "actionButton");
         QCOMPARE(install->accessibleName(), u"Install Package p00000"_s);
         QVERIFY(!rig.control<PanelButton>(1, "actionButton")->isEnabled());
@@ -53,6 +36,7 @@ private Q_SLOTS:
         QTRY_COMPARE(rig.rig.service.downloads.size(), 1);
         QTRY_VERIFY(rig.control<Spinner>(0, "progressIndicator")->isAnimating());
         QVERIFY(install->isHidden() && rig.control<QWidget>(0, "removeButton")->isHidden());
+        QVERIFY(rig.row(0)->accessibleName().contains(u"Working…"_s));
         rig.rig.service.downloads.first().progress(1'000'000, 4'000'000);
         QCOMPARE(rig.control<ElidedLabel>(0, "note")->text(), u"Downloading 1.0 of 4.0 MB"_s);
         QCOMPARE(rig.control<ThinProgressBar>(0, "progressBar")->permille(), 250);
@@ -75,9 +59,7 @@ private Q_SLOTS:
 
     void asksBeforeTheKeyboardRemoves()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         rig.rig.presenter.waits = true;
         rig.row(1)->setFocus();
         press(Qt::Key_Right);
@@ -101,9 +83,7 @@ private Q_SLOTS:
 
     void arrowsMoveBetweenMainControls()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 4);
-        rig.open();
+        OpenPanel rig(4);
         const auto focused = [] {
             const QWidget *widget = QApplication::focusWidget();
             return widget->accessibleName();
@@ -136,9 +116,7 @@ private Q_SLOTS:
     // What a screen reader is told: the rows in their order, whatever happened to them, in words alone.
     void tellsTheRowsInOrder()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 40, u"1.0"_s);
-        rig.open();
+        OpenPanel rig(40, u"1.0"_s);
         auto *bar = rig.child<QScrollArea>("brevokView")->verticalScrollBar();
         const auto told = [&rig] {
             QStringList names;
@@ -176,9 +154,7 @@ private Q_SLOTS:
 
     void saysWhyAnInstallFailed()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         const auto *note = rig.control<ElidedLabel>(0, "note");
         const auto fail = [&](const QByteArray &body) {
             rig.control<PanelButton>(0, "actionButton")->click();
@@ -224,9 +200,7 @@ private Q_SLOTS:
 
     void updatesAllThatWait()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 6, u"1.0"_s);
-        rig.open();
+        OpenPanel rig(6, u"1.0"_s);
         auto *button = rig.child<PanelButton>("updateAllButton");
         const auto *subtitle = rig.child<ElidedLabel>("subtitleLabel");
         QTRY_COMPARE(button->text(), u"Update All"_s);
@@ -302,9 +276,7 @@ private Q_SLOTS:
 
     void columnsStayInPlace()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 3);
-        rig.open();
+        OpenPanel rig(3);
         const auto columns = [&rig](std::initializer_list<const char *> names) {
             QList<int> at;
             for (const char *name : names) {
@@ -359,9 +331,7 @@ private Q_SLOTS:
 
     void thousandsOfRowsAreNotBuilt()
     {
-        PanelRig rig(true);
-        fillCatalogue(rig, 2000);
-        rig.open();
+        OpenPanel rig(2000);
         PackageList &list = rig.panel->packagesTab()->list();
         QCOMPARE(list.rows().size(), 2000);
         const auto *area = rig.child<QScrollArea>("brevokView");

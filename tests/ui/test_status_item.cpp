@@ -2,10 +2,12 @@
 // SPDX-License-Identifier: MIT
 
 #include "support/FakeStatusBar.h"
+#include "support/InRow.h"
 #include "ui/statusitem/BrevokMenubarController.h"
 #include "ui/statusitem/BrevokStatusItemView.h"
 #include "ui/statusitem/StatusItemImage.h"
 #include "ui/statusitem/StatusItemLayout.h"
+#include "ui/widgets/PanelStyle.h"
 
 #include <QPainter>
 #include <QRegularExpression>
@@ -15,6 +17,7 @@
 using namespace Qt::StringLiterals;
 using namespace brevok;
 using brevok::testing::FakeStatusBar;
+using brevok::testing::InRow;
 
 namespace {
 
@@ -44,19 +47,6 @@ public:
     }
 };
 
-double contrast(const QColor &one, const QColor &other)
-{
-    const auto luminance = [](const QColor &colour) {
-        const auto part = [](double value) {
-            return value <= 0.04045 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
-        };
-        return 0.2126 * part(colour.redF()) + 0.7152 * part(colour.greenF()) + 0.0722 * part(colour.blueF());
-    };
-    const double a = luminance(one) + 0.05;
-    const double b = luminance(other) + 0.05;
-    return qMax(a, b) / qMin(a, b);
-}
-
 /// The columns and rows of @p image that are not clear.
 QRect inked(const QImage &image)
 {
@@ -79,52 +69,32 @@ class StatusItemTest final : public QObject {
 private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
 
-    void countTexts_data()
-    {
-        QTest::addColumn<qint64>("updates");
-        QTest::addColumn<QString>("text");
-        QTest::newRow("none") << qint64{0} << QString();
-        QTest::newRow("one") << qint64{1} << u"1"_s;
-        QTest::newRow("no grouping") << qint64{1234567} << u"1234567"_s;
-        QTest::newRow("negative") << qint64{-12} << u"-12"_s;
-        QTest::newRow("largest") << std::numeric_limits<qint64>::max() << u"9223372036854775807"_s;
-    }
     void countTexts()
     {
-        QFETCH(qint64, updates);
-        QTEST(statusitem::countText(updates), "text");
+        QCOMPARE(statusitem::countText(0), QString());
+        QCOMPARE(statusitem::countText(1), u"1"_s);
+        QCOMPARE(statusitem::countText(-1234567), u"-1234567"_s); // without grouping
+        QCOMPARE(statusitem::countText(std::numeric_limits<qint64>::max()), u"9223372036854775807"_s);
     }
 
-    void layouts_data()
-    {
-        QTest::addColumn<QSizeF>("button");
-        QTest::addColumn<QSizeF>("image");
-        QTest::addColumn<double>("textWidth");
-        QTest::addColumn<double>("length");
-        QTest::addColumn<QPointF>("imageAt");
-        QTest::addColumn<QPointF>("textAt");
-        const QSizeF icon(16, 16);
-        QTest::newRow("icon alone, centred")
-            << QSizeF(24, 22) << icon << 0.0 << 24.0 << QPointF(4, 3) << QPointF(24, 3);
-        QTest::newRow("icon and number")
-            << QSizeF(38.5, 22) << icon << 14.5 << 38.5 << QPointF(2, 3) << QPointF(22, 3);
-        QTest::newRow("halves go away from zero")
-            << QSizeF(25, 23) << icon << 0.0 << 24.0 << QPointF(5, 4) << QPointF(25, 3);
-        QTest::newRow("negative halves, too: there is no button")
-            << QSizeF(0, 0) << QSizeF(17, 17) << 0.0 << 25.0 << QPointF(-9, -9) << QPointF(12, 3);
-        // 0.49999999 is a half in single precision.
-        QTest::newRow("single precision")
-            << QSizeF(16.99999998, 16.99999998) << icon << 0.0 << 24.0 << QPointF(1, 1) << QPointF(21, 3);
-    }
     void layouts()
     {
-        QFETCH(QSizeF, button);
-        QFETCH(QSizeF, image);
-        QFETCH(double, textWidth);
-        const statusitem::Layout places = statusitem::layout(button, image, textWidth);
-        QTEST(places.image, "imageAt");
-        QTEST(places.text, "textAt");
-        QTEST(statusitem::itemLength(image.width(), textWidth), "length");
+        const QSizeF icon(16, 16);
+        const QList<std::tuple<const char *, QSizeF, QSizeF, double, double, QPointF, QPointF>> rows{
+            {"icon alone, centred", {24, 22}, icon, 0.0, 24.0, {4, 3}, {24, 3}},
+            {"icon and number", {38.5, 22}, icon, 14.5, 38.5, {2, 3}, {22, 3}},
+            {"halves go away from zero", {25, 23}, icon, 0.0, 24.0, {5, 4}, {25, 3}},
+            {"negative halves, too: there is no button", {0, 0}, {17, 17}, 0.0, 25.0, {-9, -9}, {12, 3}},
+            // 0.49999999 is a half in single precision.
+            {"single precision", {16.99999998, 16.99999998}, icon, 0.0, 24.0, {1, 1}, {21, 3}},
+        };
+        for (const auto &[name, button, image, textWidth, length, imageAt, textAt] : rows) {
+            const InRow in(name);
+            const statusitem::Layout places = statusitem::layout(button, image, textWidth);
+            QCOMPARE(places.image, imageAt);
+            QCOMPARE(places.text, textAt);
+            QCOMPARE(statusitem::itemLength(image.width(), textWidth), length);
+        }
     }
 
     void bitmapsAreWholePoints()
@@ -133,86 +103,62 @@ private Q_SLOTS:
         QCOMPARE(statusitem::bitmapSize(38.9, 22.5, 2), QSize(76, 44));
     }
 
-    void wideOrSquare_data()
-    {
-        QTest::addColumn<QSize>("granted");
-        QTest::addColumn<double>("length");
-        QTest::addColumn<bool>("hasNumber");
-        QTest::addColumn<bool>("wasWide");
-        QTest::addColumn<bool>("wide");
-        QTest::newRow("square") << QSize(24, 24) << 38.5 << true << false << false;
-        QTest::newRow("room for all") << QSize(39, 24) << 38.5 << true << false << true;
-        QTest::newRow("a little too narrow") << QSize(37, 24) << 38.5 << true << false << false;
-        QTest::newRow("large square") << QSize(48, 48) << 38.5 << true << true << false;
-        QTest::newRow("no number stays wide") << QSize(39, 24) << 24.0 << false << true << true;
-        QTest::newRow("no number stays square") << QSize(39, 24) << 24.0 << false << false << false;
-        QTest::newRow("no number, as long as asked for") << QSize(24, 20) << 24.0 << false << false << true;
-        QTest::newRow("no number, large square") << QSize(46, 46) << 24.0 << false << true << false;
-        QTest::newRow("no number, small square") << QSize(22, 22) << 24.0 << false << false << false;
-    }
     void wideOrSquare()
     {
-        QFETCH(QSize, granted);
-        QFETCH(double, length);
-        QFETCH(bool, hasNumber);
-        QFETCH(bool, wasWide);
-        QTEST(statusitem::isWide(granted, length, hasNumber, wasWide), "wide");
-    }
-
-    void badges_data()
-    {
-        QTest::addColumn<int>("side");
-        QTest::addColumn<qint64>("updates");
-        QTest::addColumn<QString>("text");
-        for (const int side : {16, 22, 24, 32, 48, 64}) {
-            const QByteArray name = QByteArray::number(side);
-            QTest::newRow((name + " none").constData()) << side << qint64{0} << QString();
-            QTest::newRow((name + " one digit").constData()) << side << qint64{7} << u"7"_s;
-            QTest::newRow((name + " two digits").constData()) << side << qint64{47} << u"47"_s;
-            QTest::newRow((name + " too many").constData())
-                << side << qint64{2000} << (side < 24 ? u"9+"_s : u"99+"_s);
+        const QList<std::tuple<const char *, QSize, double, bool, bool, bool>> rows{
+            {"square", {24, 24}, 38.5, true, false, false},
+            {"room for all", {39, 24}, 38.5, true, false, true},
+            {"a little too narrow", {37, 24}, 38.5, true, false, false},
+            {"large square", {48, 48}, 38.5, true, true, false},
+            {"no number stays wide", {39, 24}, 24.0, false, true, true},
+            {"no number stays square", {39, 24}, 24.0, false, false, false},
+            {"no number, as long as asked for", {24, 20}, 24.0, false, false, true},
+            {"no number, large square", {46, 46}, 24.0, false, true, false},
+            {"no number, small square", {22, 22}, 24.0, false, false, false},
+        };
+        for (const auto &[name, granted, length, hasNumber, wasWide, wide] : rows) {
+            const InRow in(name);
+            QCOMPARE(statusitem::isWide(granted, length, hasNumber, wasWide), wide);
         }
     }
+
     void badges()
     {
-        QFETCH(int, side);
-        QFETCH(qint64, updates);
-        QFETCH(QString, text);
-        QCOMPARE(statusitem::badgeText(updates, side), text);
-        const statusitem::Badge badge = statusitem::badge(side, text.size());
-        QCOMPARE(badge.pill.isNull(), text.isEmpty());
-        if (!text.isEmpty()) {
-            const QRect square(0, 0, side, side);
-            QVERIFY(square.contains(badge.pill));
-            QCOMPARE(badge.pill.bottomRight(), square.bottomRight());
-            QVERIFY(badge.digitHeight >= 7 && badge.digitHeight < badge.pill.height());
-            QVERIFY2(badge.pill.height() <= side * 2 / 3, "the icon stays recognisable");
+        for (const int side : {16, 22, 24, 32, 48, 64}) {
+            const QByteArray row = QByteArray::number(side);
+            const InRow in(row.constData());
+            const QList<std::pair<qint64, QString>> texts{
+                {0, {}}, {7, u"7"_s}, {47, u"47"_s}, {2000, side < 24 ? u"9+"_s : u"99+"_s}};
+            for (const auto &[updates, text] : texts) {
+                QCOMPARE(statusitem::badgeText(updates, side), text);
+                const statusitem::Badge badge = statusitem::badge(side, text.size());
+                QCOMPARE(badge.pill.isNull(), text.isEmpty());
+                if (!text.isEmpty()) {
+                    const QRect square(0, 0, side, side);
+                    QVERIFY(square.contains(badge.pill));
+                    QCOMPARE(badge.pill.bottomRight(), square.bottomRight());
+                    QVERIFY(badge.digitHeight >= 7 && badge.digitHeight < badge.pill.height());
+                    QVERIFY2(badge.pill.height() <= side * 2 / 3, "the icon stays recognisable");
+                }
+            }
         }
     }
 
-    void picturesStandOutFromEveryBar_data()
-    {
-        QTest::addColumn<QColor>("bar");
-        QTest::addColumn<bool>("known");
-        for (const QByteArray &bar :
-            {"#ffffff"_ba, "#f0f0f0"_ba, "#dedede"_ba, "#2b2b2b"_ba, "#1d1d1d"_ba, "#000000"_ba}) {
-            QTest::newRow((bar + ", not told").constData()) << QColor(QLatin1StringView(bar)) << false;
-            QTest::newRow((bar + ", told").constData()) << QColor(QLatin1StringView(bar)) << true;
-        }
-    }
     void picturesStandOutFromEveryBar()
     {
-        QFETCH(QColor, bar);
-        QFETCH(bool, known);
-        const statusitem::Colours colours =
-            statusitem::coloursFor(known ? std::optional(statusitem::textColourOn(bar)) : std::nullopt);
-        const double least = known ? 7.0 : 2.9;
-        QVERIFY2(
-            contrast(colours.icon, bar) >= least, qPrintable(QString::number(contrast(colours.icon, bar))));
-        QVERIFY2(contrast(colours.badge, bar) >= least - 0.2,
-            qPrintable(QString::number(contrast(colours.badge, bar))));
-        const QColor digits = colours.digits.isValid() ? colours.digits : bar;
-        QVERIFY(contrast(digits, colours.badge) >= 4.5);
+        for (const char *name : {"#ffffff", "#f0f0f0", "#dedede", "#2b2b2b", "#1d1d1d", "#000000"}) {
+            const InRow in(name);
+            const QColor bar{QLatin1StringView(name)};
+            for (const bool known : {true, false}) {
+                const statusitem::Colours colours = statusitem::coloursFor(
+                    known ? std::optional(statusitem::textColourOn(bar)) : std::nullopt);
+                const double least = known ? 7.0 : 2.9;
+                QVERIFY(PanelStyle::contrast(colours.icon, bar) >= least);
+                QVERIFY(PanelStyle::contrast(colours.badge, bar) >= least - 0.2);
+                const QColor digits = colours.digits.isValid() ? colours.digits : bar;
+                QVERIFY(PanelStyle::contrast(digits, colours.badge) >= 4.5);
+            }
+        }
     }
 
     void squarePicturesShowTheNumber()

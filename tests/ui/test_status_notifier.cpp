@@ -90,7 +90,7 @@ private Q_SLOTS:
         const BrevokMenubarController controller(*m_bar);
         for (int life = 0; life < 3; ++life) {
             NotifierHost host;
-            QVERIFY(QTest::qWaitFor([&] { return host.items.size() == 1; }));
+            QTRY_COMPARE(host.items.size(), 1);
             QCOMPARE(host.property(u"Status"_s).toString(), u"Active"_s);
         }
     }
@@ -101,20 +101,19 @@ private Q_SLOTS:
         QString name;
         {
             const BrevokMenubarController controller(*m_bar);
-            QVERIFY(QTest::qWaitFor([&] { return host.items.size() == 1; }));
+            QTRY_COMPARE(host.items.size(), 1);
             name = host.items.first();
             QVERIFY(QDBusConnection::sessionBus().interface()->isServiceRegistered(name));
         }
         // The name goes with the item, by which hosts learn of it.
-        QVERIFY(QTest::qWaitFor(
-            [&] { return !QDBusConnection::sessionBus().interface()->isServiceRegistered(name); }));
+        QTRY_VERIFY(!QDBusConnection::sessionBus().interface()->isServiceRegistered(name));
     }
 
     void hostsSeeTheNumber()
     {
         NotifierHost host;
         BrevokMenubarController controller(*m_bar);
-        QVERIFY(QTest::qWaitFor([&] { return host.items.size() == 1; }));
+        QTRY_COMPARE(host.items.size(), 1);
         QDBusConnection bus = QDBusConnection::sessionBus();
         const auto pictures = [&host] {
             return qdbus_cast<NotifierPixmaps>(host.property(u"IconPixmap"_s));
@@ -144,20 +143,20 @@ private Q_SLOTS:
         NotifierHost host;
         const BrevokMenubarController controller(*m_bar);
         QSignalSpy asked(&controller, &BrevokMenubarController::togglePanelRequested);
-        QVERIFY(QTest::qWaitFor([&] { return host.items.size() == 1; }));
+        QTRY_COMPARE(host.items.size(), 1);
         QVERIFY(!controller.statusItem().frameOnScreen());
         host.call(u"ContextMenu"_s, {5, 5});
         host.call(u"SecondaryActivate"_s, {5, 5});
         host.call(u"Scroll"_s, {120, u"vertical"_s});
         host.call(u"Activate"_s, {300, 12});
-        QVERIFY(QTest::qWaitFor([&] { return asked.size() == 1; }));
+        QTRY_COMPARE(asked.size(), 1);
         QCOMPARE(asked.first().first().toPoint(), QPoint(300, 12));
         QCOMPARE(controller.statusItem().frameOnScreen(), std::optional(QRect(288, 0, 24, 24)));
         QVERIFY(controller.statusItem().screen() != nullptr);
         // A host that does not know where: the pointer's own place.
         QApplication::setDoubleClickInterval(0);
         host.call(u"Activate"_s, {0, 0});
-        QVERIFY(QTest::qWaitFor([&] { return asked.size() == 2; }));
+        QTRY_COMPARE(asked.size(), 2);
         QCOMPARE(asked.last().first().toPoint(), QCursor::pos());
     }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/BoundedWork.h"
+#include "support/InRow.h"
 #include "ui/preferences/TargetOrder.h"
 
 #include <QDir>
@@ -10,94 +11,80 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
+using testing::InRow;
 
 class TargetOrderTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void targetsAreOrdered_data();
-    void targetsAreOrdered();
-    void versionsAreOffered();
-    void plugInsPathsAreRecognised_data();
-    void plugInsPathsAreRecognised();
+    void targetsAreOrdered()
+    {
+        // Each as PATH=VERSION, or as PATH>RESOLVED=VERSION.
+        const QList<std::tuple<const char *, QString, QString>> rows{
+            {"higher version first", u"/a=75,/b=140,/c=150"_s, u"/c,/b,/a"_s},
+            {"no version last", u"/a=,/b=x,/c=50"_s, u"/c,/b,/a"_s},
+            {"InDesign before InCopy", u"/InCopy/P=140,/InDesign/P=140"_s, u"/InDesign/P,/InCopy/P"_s},
+            {"the resolved path counts", u"/InDesign/P>/x/P=140,/y/P>/InDesign/P=140"_s,
+                u"/y/P,/InDesign/P"_s},
+            {"Debug after its like", u"/Debug InDesign=90,/InCopy=90,/InDesign=90,/InCopy Debug=90"_s,
+                u"/InDesign,/Debug InDesign,/InCopy,/InCopy Debug"_s},
+            {"ties reverse", u"/a=90,/b=90,/c=90.0"_s, u"/c,/b,/a"_s},
+        };
+        for (const auto &[name, given, expected] : rows) {
+            const InRow in(name);
+            QList<OrderedTarget> targets;
+            const QStringList each = given.split(u',');
+            for (const QString &one : each) {
+                const QString paths = one.section(u'=', 0, 0);
+                targets.append({paths.section(u'>', 0, 0), paths.section(u'>', -1), one.section(u'=', 1)});
+            }
+            QCOMPARE(sortedTargetPaths(targets).join(u','), expected);
+            QCOMPARE(compareTargets(targets.first(), targets.first(), {targets.first().path}), 0);
+        }
+    }
+
+    void versionsAreOffered()
+    {
+        QStringList versions;
+        QStringList names;
+        for (int index = 0; index < targetVersionCount; ++index) {
+            versions.append(targetVersion(index));
+            names.append(targetVersionName(index));
+        }
+        QCOMPARE(versions.first(7).join(u' '), u"50 60 70 75 80 90 100"_s);
+        QCOMPARE(names.first(7).join(u','), u"CS3,CS4,CS5,CS5.5,CS6,CC,CC 2014"_s);
+        QCOMPARE(versions.last(), u"190"_s);
+        QCOMPARE(names.last(), u"CC 2024"_s);
+    }
+
+    void plugInsPathsAreRecognised()
+    {
+        const QList<std::tuple<const char *, QString, bool, bool>> rows{
+            {"right", u"ID/Plug-Ins"_s, true, true},
+            {"slash behind", u"ID/Plug-Ins/"_s, true, true},
+            {"other case", u"ID/plug-ins"_s, false, true},
+            {"more in the name", u"ID/Plug-Ins 2"_s, false, true},
+            {"application deeper", u"Plug-Ins"_s, true, true},
+            {"InCopy", u"IC/Plug-Ins"_s, true, false},
+            {"only through a link", u"linked/Plug-Ins"_s, true, false},
+            {"no such folder", u"none/Plug-Ins"_s, true, false},
+        };
+        const QTemporaryDir folder;
+        QDir disk(folder.path());
+        for (const QString &made : {u"ID/x/Adobe InDesign CC 2019.app"_s, u"ID/Plug-Ins"_s,
+                 u"IC/Adobe InCopy.app"_s, u"IC/InDesign.APP"_s, u"linked"_s}) {
+            QVERIFY(disk.mkpath(made));
+        }
+        QVERIFY(QFile::link(disk.filePath(u"ID"_s), disk.filePath(u"linked/there"_s)));
+        for (const auto &[name, path, named, beside] : rows) {
+            const InRow in(name);
+            QCOMPARE(isPlugInsPath(disk.filePath(path)), named);
+            Pulse pulse;
+            QCOMPARE(hasInDesignBeside(disk.filePath(path), pulse), beside);
+        }
+        QVERIFY(!isPlugInsPath({}) && !isPlugInsPath(u"/"_s) && isPlugInsPath(u"/Plug-Ins"_s));
+    }
 };
-
-void TargetOrderTest::targetsAreOrdered_data()
-{
-    QTest::addColumn<QList<OrderedTarget>>("targets");
-    QTest::addColumn<QStringList>("expected");
-    const auto plain = [](const QString &path, const QString &version) {
-        return OrderedTarget{path, path, version};
-    };
-    QTest::newRow("higher version first")
-        << QList<OrderedTarget>{plain(u"/a"_s, u"75"_s), plain(u"/b"_s, u"140"_s), plain(u"/c"_s, u"150"_s)}
-        << QStringList{u"/c"_s, u"/b"_s, u"/a"_s};
-    QTest::newRow("no version last") << QList<OrderedTarget>{plain(u"/a"_s, {}), plain(u"/b"_s, u"x"_s),
-        plain(u"/c"_s, u"50"_s)} << QStringList{u"/c"_s, u"/b"_s, u"/a"_s};
-    QTest::newRow("InDesign before InCopy") << QList<OrderedTarget>{plain(u"/InCopy/P"_s, u"140"_s),
-        plain(u"/InDesign/P"_s, u"140"_s)} << QStringList{u"/InDesign/P"_s, u"/InCopy/P"_s};
-    QTest::newRow("the resolved path counts") << QList<OrderedTarget>{{u"/InDesign/P"_s, u"/x/P"_s, u"140"_s},
-        {u"/y/P"_s, u"/InDesign/P"_s, u"140"_s}}
-                                              << QStringList{u"/y/P"_s, u"/InDesign/P"_s};
-    QTest::newRow("Debug after its like")
-        << QList<OrderedTarget>{plain(u"/Debug InDesign"_s, u"90"_s), plain(u"/InCopy"_s, u"90"_s),
-               plain(u"/InDesign"_s, u"90"_s), plain(u"/InCopy Debug"_s, u"90"_s)}
-        << QStringList{u"/InDesign"_s, u"/Debug InDesign"_s, u"/InCopy"_s, u"/InCopy Debug"_s};
-    QTest::newRow("ties reverse") << QList<OrderedTarget>{plain(u"/a"_s, u"90"_s), plain(u"/b"_s, u"90"_s),
-        plain(u"/c"_s, u"90.0"_s)} << QStringList{u"/c"_s, u"/b"_s, u"/a"_s};
-}
-
-void TargetOrderTest::targetsAreOrdered()
-{
-    QFETCH(QList<OrderedTarget>, targets);
-    QTEST(sortedTargetPaths(targets), "expected");
-    QCOMPARE(compareTargets(targets.first(), targets.first(), {targets.first().path}), 0);
-}
-
-void TargetOrderTest::versionsAreOffered()
-{
-    QStringList versions;
-    QStringList names;
-    for (int index = 0; index < targetVersionCount; ++index) {
-        versions.append(targetVersion(index));
-        names.append(targetVersionName(index));
-    }
-    QCOMPARE(versions.first(7).join(u' '), u"50 60 70 75 80 90 100"_s);
-    QCOMPARE(names.first(7).join(u','), u"CS3,CS4,CS5,CS5.5,CS6,CC,CC 2014"_s);
-    QCOMPARE(versions.last(), u"190"_s);
-    QCOMPARE(names.last(), u"CC 2024"_s);
-}
-
-void TargetOrderTest::plugInsPathsAreRecognised_data()
-{
-    QTest::addColumn<QString>("path");
-    QTest::addColumn<bool>("named");
-    QTest::addColumn<bool>("beside");
-    QTest::newRow("right") << u"ID/Plug-Ins"_s << true << true;
-    QTest::newRow("slash behind") << u"ID/Plug-Ins/"_s << true << true;
-    QTest::newRow("other case") << u"ID/plug-ins"_s << false << true;
-    QTest::newRow("more in the name") << u"ID/Plug-Ins 2"_s << false << true;
-    QTest::newRow("application deeper") << u"Plug-Ins"_s << true << true;
-    QTest::newRow("InCopy") << u"IC/Plug-Ins"_s << true << false;
-    QTest::newRow("only through a link") << u"linked/Plug-Ins"_s << true << false;
-    QTest::newRow("no such folder") << u"none/Plug-Ins"_s << true << false;
-}
-
-void TargetOrderTest::plugInsPathsAreRecognised()
-{
-    QFETCH(QString, path);
-    const QTemporaryDir folder;
-    QDir disk(folder.path());
-    for (const QString &made : {u"ID/x/Adobe InDesign CC 2019.app"_s, u"ID/Plug-Ins"_s,
-             u"IC/Adobe InCopy.app"_s, u"IC/InDesign.APP"_s, u"linked"_s}) {
-        QVERIFY(disk.mkpath(made));
-    }
-    QVERIFY(QFile::link(disk.filePath(u"ID"_s), disk.filePath(u"linked/there"_s)));
-    QTEST(isPlugInsPath(disk.filePath(path)), "named");
-    Pulse pulse;
-    QTEST(hasInDesignBeside(disk.filePath(path), pulse), "beside");
-    QVERIFY(!isPlugInsPath({}) && !isPlugInsPath(u"/"_s) && isPlugInsPath(u"/Plug-Ins"_s));
-}
 
 QTEST_GUILESS_MAIN(TargetOrderTest)
 #include "test_target_order.moc"

@@ -2,237 +2,210 @@
 // SPDX-License-Identifier: MIT
 
 #include "PreferencesDesk.h"
+#include "support/InRow.h"
 #include "support/SampleBundles.h"
+#include "WindowTest.h"
 
 #include <QComboBox>
 #include <QLabel>
-#include <QRegularExpression>
 
 using namespace brevok;
 using namespace brevok::testing;
 
-class TargetSheetTest : public QObject {
+class TargetSheetTest : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        // All but what the windowless platform says of itself.
-        QTest::failOnWarning(QRegularExpression(u"^(?!This plugin does not support)"_s));
-    }
     void initTestCase() { QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
 
-    void validFolderIsAdded();
-    void hostBesideTheFolderIsRead_data();
-    void hostBesideTheFolderIsRead();
-    void chooserStartsNearHosts();
-    void otherFolderIsAskedFor_data();
-    void otherFolderIsAskedFor();
-    void wrongFolderIsRefused();
-    void oneFolderIsAddedOnce();
-};
-
-void TargetSheetTest::validFolderIsAdded()
-{
-    Desk desk;
-    for (int number = 0; number < 40; ++number) {
-        desk.targets->insertTarget(u"/%1"_s.arg(number), u"InDesign"_s, u"140"_s);
-    }
-    const QString path =
-        QDir::cleanPath(writeHostApplication(desk.folder.path(), u"Adobe InDesign CS5.5"_s, u"7536"_s));
-    desk.openSheet();
-    QVERIFY(desk.sheet() != nullptr);
-    QVERIFY(!desk.find<QPushButton>("addTarget")->isEnabled());
-    desk.choose(path);
-    QCOMPARE(desk.find<QComboBox>("targetVer")->currentText(), u"CS5.5"_s);
-    // By hand it can be said otherwise.
-    desk.find<QComboBox>("targetApp")->setCurrentIndex(1);
-    desk.find<QComboBox>("targetVer")->setCurrentIndex(4);
-    desk.click("addTarget");
-    QTRY_VERIFY(desk.sheet() == nullptr);
-    const Record record = desk.targets->targets().value(path);
-    QCOMPARE(record.value(TargetKeys::type).toString(), u"InCopy"_s);
-    QCOMPARE(record.value(TargetKeys::version).toString(), u"80"_s);
-    QVERIFY(desk.presenter.sheets.isEmpty());
-    QCOMPARE(selectedPaths(desk), QStringList{path});
-    const QModelIndex row = desk.table()->currentIndex();
-    QVERIFY(desk.table()->viewport()->rect().contains(desk.table()->visualRect(row)));
-    QCOMPARE(desk.window->focusWidget(), desk.table());
-
-    // Each sheet starts afresh, and Escape adds nothing.
-    QTRY_VERIFY(desk.find<QDialog>("targetDataSheet") == nullptr);
-    desk.click("insertButton");
-    QVERIFY(!desk.find<QPushButton>("addTarget")->isEnabled());
-    QTest::keyClick(desk.sheet(), Qt::Key_Escape);
-    QVERIFY(desk.sheet() == nullptr);
-    QCOMPARE(desk.rows().size(), 41);
-}
-
-void TargetSheetTest::hostBesideTheFolderIsRead_data()
-{
-    QTest::addColumn<QString>("version");
-    QTest::addColumn<QString>("signature");
-    QTest::addColumn<QString>("application");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("suite") << u"7536"_s << u"InDn"_s << u"InDesign"_s << u"CS5.5"_s;
-    QTest::newRow("cloud") << u"14012"_s << u"InDn"_s << u"InDesign"_s << u"CC 2019"_s;
-    QTest::newRow("between two names") << u"16400"_s << u"InDn"_s << u"InDesign"_s << u"CC 2021"_s;
-    QTest::newRow("the other host") << u"15000"_s << u"InCp"_s << u"InCopy"_s << u"CC 2020"_s;
-    QTest::newRow("newer than all names") << u"20100"_s << u"InDn"_s << u"InDesign"_s << u"CC [200]"_s;
-    QTest::newRow("dotted") << u"15.0.2"_s << u"InDn"_s << u"InDesign"_s << QString();
-    QTest::newRow("no host") << u"14012"_s << u"other"_s << u"InDesign"_s << QString();
-}
-
-void TargetSheetTest::hostBesideTheFolderIsRead()
-{
-    QFETCH(QString, version);
-    QFETCH(QString, signature);
-    Desk desk;
-    const QString path = writeHostApplication(desk.folder.path(), u"Host"_s, version, u"Host"_s, signature);
-    desk.openSheet();
-    desk.choose(path);
-    QFETCH(QString, name);
-    QTEST(desk.find<QComboBox>("targetApp")->currentText(), "application");
-    QCOMPARE(desk.find<QComboBox>("targetVer")->currentText(), name.isEmpty() ? u"CC 2024"_s : name);
-    const auto *status = desk.find<QLabel>("sheetStatus");
-    QCOMPARE(status->text().isEmpty(), !name.isEmpty());
-    for (const QLabel *label : QList<const QLabel *>{status, desk.find<QLabel>("sheetHint")}) {
-        QVERIFY(label->height() >= label->heightForWidth(label->width())); // the sheet grew for it
-    }
-}
-
-void TargetSheetTest::chooserStartsNearHosts()
-{
-    Desk desk;
-    const QString searched = desk.folder.filePath(u"searched"_s);
-    const QString other = desk.folder.filePath(u"other"_s);
-    const QString path = writeHostApplication(searched, u"Host"_s, u"14012"_s);
-    QVERIFY(QDir().mkpath(other + u"/Plug-Ins"_s));
-    desk.search.searched = {u"/nowhere"_s, searched};
-    const auto startOf = [&desk] {
-        QFileDialog *chooser = desk.chooser();
-        QString folder = chooser->directory().path();
-        chooser->reject();
-        return folder;
-    };
-    desk.openSheet();
-    desk.click("choosePath");
-    QTRY_VERIFY(desk.chooser() != nullptr);
-    QCOMPARE(startOf(), searched);
-    QTRY_VERIFY(desk.chooser() == nullptr);
-    desk.choose(other + u"/Plug-Ins"_s);
-    desk.click("cancelTarget");
-    QTRY_VERIFY(desk.find<QDialog>("targetDataSheet") == nullptr);
-    // Where the last one was.
-    desk.click("insertButton");
-    desk.click("choosePath");
-    QTRY_VERIFY(desk.chooser() != nullptr);
-    QCOMPARE(startOf(), searched); // which the chooser showed
-    QTRY_VERIFY(desk.chooser() == nullptr);
-    // Of a folder that is chosen, there.
-    desk.choose(path);
-    desk.click("choosePath");
-    QTRY_VERIFY(desk.chooser() != nullptr);
-    QCOMPARE(startOf() + u'/', path);
-}
-
-void TargetSheetTest::otherFolderIsAskedFor_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<int>("response");
-    QTest::addColumn<bool>("added");
-    QTest::newRow("wrong name, OK") << u"plug-ins"_s << 1000 << true;
-    QTest::newRow("default button of its own") << u"plug-ins"_s << 1 << true;
-    QTest::newRow("nothing beside, OK") << u"Plug-Ins"_s << 1000 << true;
-    QTest::newRow("Cancel") << u"Plug-Ins"_s << 1001 << false;
-    QTest::newRow("an older system's answer") << u"Plug-Ins"_s << -1002 << false;
-}
-
-void TargetSheetTest::otherFolderIsAskedFor()
-{
-    QFETCH(QString, name);
-    QFETCH(int, response);
-    Desk desk;
-    const QString path = desk.folder.filePath(name);
-    QVERIFY(QDir().mkpath(path));
-    desk.openSheet();
-    desk.choose(path);
-    desk.click("addTarget");
-    QTRY_COMPARE(desk.presenter.sheets.size(), 1);
-    const AlertContent &alert = desk.presenter.sheets.first();
-    QCOMPARE(alert.style, AlertStyle::Critical);
-    QCOMPARE(alert.messageText.value_or(QString()), u"Invalid Plug-Ins path selected!"_s);
-    QCOMPARE(alert.buttons.value(1).title, u"Cancel"_s);
-    QVERIFY(desk.targets->targets().isEmpty());
-    desk.presenter.completions.takeFirst()(response);
-    QFETCH(bool, added);
-    QCOMPARE(desk.targets->targets().contains(path), added);
-    QCOMPARE(desk.sheet() == nullptr, added);
-}
-
-void TargetSheetTest::wrongFolderIsRefused()
-{
-    Desk desk;
-    const QString path = desk.folder.filePath(u"gone/Plug-Ins"_s);
-    QVERIFY(QDir().mkpath(path));
-    desk.openSheet();
-    desk.choose(path);
-    QVERIFY(QDir(path).removeRecursively());
-    desk.click("addTarget");
-    QTRY_COMPARE(desk.presenter.sheets.size(), 1);
-    desk.presenter.completions.takeFirst()(alertFirstButton);
-    QVERIFY(desk.targets->allRecords().isEmpty());
-    QVERIFY(desk.sheet() != nullptr);
-    QString told = desk.find<QLabel>("sheetStatus")->text();
-    told.remove(QChar(0x200b)); // where a long path may be broken
-    QCOMPARE(told, u"There is no folder '%1'."_s.arg(path));
-    // Another choice is judged anew.
-    desk.choose(writeHostApplication(desk.folder.path(), u"Host"_s, u"14012"_s));
-    QVERIFY(desk.find<QLabel>("sheetStatus")->text().isEmpty());
-}
-
-void TargetSheetTest::oneFolderIsAddedOnce()
-{
-    Desk desk;
-    const QString path =
-        QDir::cleanPath(writeHostApplication(desk.folder.path(), u"Adobe InDesign CS5.5"_s, u"7536"_s));
-    const QString link = desk.folder.filePath(u"Adobe InDesign CS5.5/Elsewhere/Plug-Ins"_s);
-    QVERIFY(QDir().mkpath(QFileInfo(link).path()) && QFile::link(path, link));
-    desk.targets->insertTarget(u"/Z"_s, u"Adobe InDesign"_s, u"75"_s);
-    desk.targets->insertTarget(path, u"Adobe InDesign"_s, u"75"_s);
-    desk.openTargets();
-    const auto add = [&desk](const QString &folder, int version) {
-        desk.click("insertButton");
-        desk.choose(folder);
-        desk.find<QComboBox>("targetVer")->setCurrentIndex(version);
-        desk.click("addTarget");
-        QTRY_VERIFY(!desk.presenter.completions.isEmpty() || desk.sheet() == nullptr);
-        while (!desk.presenter.completions.isEmpty()) {
-            desk.presenter.completions.takeFirst()(alertFirstButton);
+    void validFolderIsAdded()
+    {
+        Desk desk;
+        for (int number = 0; number < 40; ++number) {
+            desk.targets->insertTarget(u"/%1"_s.arg(number), u"InDesign"_s, u"140"_s);
         }
-        QTRY_VERIFY(desk.find<QDialog>("targetDataSheet") == nullptr);
-    };
-    // The same in another spelling: the row is shown as it is.
-    for (const QString &spelling : {path, link}) {
-        desk.table()->clearSelection();
-        add(spelling, 3);
-        QCOMPARE(desk.targets->allRecords().size(), 2);
-        QCOMPARE(selectedPaths(desk), QStringList{path});
-        QCOMPARE(shownNotice(desk), u"'%1' is already in the list."_s.arg(spelling));
+        const QString path =
+            QDir::cleanPath(writeHostApplication(desk.folder.path(), u"Adobe InDesign CS5.5"_s, u"7536"_s));
+        desk.openSheet();
+        QVERIFY(desk.sheet() != nullptr);
+        QVERIFY(!desk.find<QPushButton>("addTarget")->isEnabled());
+        desk.choose(path);
+        QCOMPARE(desk.find<QComboBox>("targetVer")->currentText(), u"CS5.5"_s);
+        // By hand it can be said otherwise.
+        desk.find<QComboBox>("targetApp")->setCurrentIndex(1);
+        desk.find<QComboBox>("targetVer")->setCurrentIndex(4);
+        desk.click("addTarget");
+        QTRY_VERIFY(desk.sheet() == nullptr);
         const Record record = desk.targets->targets().value(path);
-        QCOMPARE(record.value(TargetKeys::type).toString(), u"Adobe InDesign"_s);
+        QCOMPARE(record.value(TargetKeys::type).toString(), u"InCopy"_s);
+        QCOMPARE(record.value(TargetKeys::version).toString(), u"80"_s);
+        QVERIFY(desk.presenter.sheets.isEmpty());
+        QCOMPARE(selectedPaths(desk), QStringList{path});
+        const QModelIndex row = desk.table()->currentIndex();
+        QVERIFY(desk.table()->viewport()->rect().contains(desk.table()->visualRect(row)));
+        QCOMPARE(desk.window->focusWidget(), desk.table());
+
+        // Each sheet starts afresh, and Escape adds nothing.
+        QTRY_VERIFY(desk.find<QDialog>("targetDataSheet") == nullptr);
+        desk.click("insertButton");
+        QVERIFY(!desk.find<QPushButton>("addTarget")->isEnabled());
+        QTest::keyClick(desk.sheet(), Qt::Key_Escape);
+        QVERIFY(desk.sheet() == nullptr);
+        QCOMPARE(desk.rows().size(), 41);
     }
-    // Who adds what is switched off wants it on.
-    desk.targets->setTarget(path, false);
-    add(link, 3);
-    QVERIFY(desk.targets->targetState(path));
-    QVERIFY(shownNotice(desk).isEmpty());
-    // Another version is a correction.
-    add(path, 4);
-    QCOMPARE(desk.targets->targets().value(path).value(TargetKeys::version).toString(), u"80"_s);
-    QCOMPARE(desk.targets->allRecords().size(), 2);
-    QVERIFY(shownNotice(desk).isEmpty());
-}
+
+    void hostBesideTheFolderIsRead()
+    {
+        const QList<std::tuple<const char *, QString, QString, QString, QString>> rows{
+            {"suite", u"7536"_s, u"InDn"_s, u"InDesign"_s, u"CS5.5"_s},
+            {"cloud", u"14012"_s, u"InDn"_s, u"InDesign"_s, u"CC 2019"_s},
+            {"between two names", u"16400"_s, u"InDn"_s, u"InDesign"_s, u"CC 2021"_s},
+            {"the other host", u"15000"_s, u"InCp"_s, u"InCopy"_s, u"CC 2020"_s},
+            {"newer than all names", u"20100"_s, u"InDn"_s, u"InDesign"_s, u"CC [200]"_s},
+            {"dotted", u"15.0.2"_s, u"InDn"_s, u"InDesign"_s, {}},
+            {"no host", u"14012"_s, u"other"_s, u"InDesign"_s, {}},
+        };
+        for (const auto &[row, version, signature, application, name] : rows) {
+            const InRow in(row);
+            Desk desk;
+            const QString path =
+                writeHostApplication(desk.folder.path(), u"Host"_s, version, u"Host"_s, signature);
+            desk.openSheet();
+            desk.choose(path);
+            QCOMPARE(desk.find<QComboBox>("targetApp")->currentText(), application);
+            QCOMPARE(desk.find<QComboBox>("targetVer")->currentText(), name.isEmpty() ? u"CC 2024"_s : name);
+            const auto *status = desk.find<QLabel>("sheetStatus");
+            QCOMPARE(status->text().isEmpty(), !name.isEmpty());
+            for (const QLabel *label : QList<const QLabel *>{status, desk.find<QLabel>("sheetHint")}) {
+                QVERIFY(label->height() >= label->heightForWidth(label->width())); // the sheet grew for it
+            }
+        }
+    }
+
+    void chooserStartsNearHosts()
+    {
+        Desk desk;
+        const QString searched = desk.folder.filePath(u"searched"_s);
+        const QString other = desk.folder.filePath(u"other"_s);
+        const QString path = writeHostApplication(searched, u"Host"_s, u"14012"_s);
+        QVERIFY(QDir().mkpath(other + u"/Plug-Ins"_s));
+        desk.search.searched = {u"/nowhere"_s, searched};
+        const auto startOf = [&desk] {
+            desk.click("choosePath");
+            if (!QTest::qWaitFor([&desk] { return desk.chooser() != nullptr; })) {
+                return u"no chooser"_s;
+            }
+            const QPointer<QFileDialog> chooser = desk.chooser();
+            const QString folder = chooser->directory().path();
+            chooser->reject();
+            return QTest::qWaitFor([&chooser] { return chooser.isNull(); }) ? folder : u"it stays open"_s;
+        };
+        desk.openSheet();
+        QCOMPARE(startOf(), searched);
+        desk.choose(other + u"/Plug-Ins"_s);
+        desk.click("cancelTarget");
+        QTRY_VERIFY(desk.find<QDialog>("targetDataSheet") == nullptr);
+        // Where the last one was.
+        desk.click("insertButton");
+        QCOMPARE(startOf(), searched); // which the chooser showed
+        // Of a folder that is chosen, there.
+        desk.choose(path);
+        QCOMPARE(startOf() + u'/', path);
+    }
+
+    void otherFolderIsAskedFor()
+    {
+        const QList<std::tuple<const char *, QString, int, bool>> rows{
+            {"wrong name, OK", u"plug-ins"_s, 1000, true},
+            {"default button of its own", u"plug-ins"_s, 1, true},
+            {"nothing beside, OK", u"Plug-Ins"_s, 1000, true},
+            {"Cancel", u"Plug-Ins"_s, 1001, false},
+            {"an older system's answer", u"Plug-Ins"_s, -1002, false},
+        };
+        for (const auto &[row, name, response, added] : rows) {
+            const InRow in(row);
+            Desk desk;
+            const QString path = desk.folder.filePath(name);
+            QVERIFY(QDir().mkpath(path));
+            desk.openSheet();
+            desk.choose(path);
+            desk.click("addTarget");
+            QTRY_COMPARE(desk.presenter.sheets.size(), 1);
+            const AlertContent &alert = desk.presenter.sheets.first();
+            QCOMPARE(alert.style, AlertStyle::Critical);
+            QCOMPARE(alert.messageText.value_or(QString()), u"Invalid Plug-Ins path selected!"_s);
+            QCOMPARE(alert.buttons.value(1).title, u"Cancel"_s);
+            QVERIFY(desk.targets->targets().isEmpty());
+            desk.presenter.completions.takeFirst()(response);
+            QCOMPARE(desk.targets->targets().contains(path), added);
+            QCOMPARE(desk.sheet() == nullptr, added);
+        }
+    }
+
+    void wrongFolderIsRefused()
+    {
+        Desk desk;
+        const QString path = desk.folder.filePath(u"gone/Plug-Ins"_s);
+        QVERIFY(QDir().mkpath(path));
+        desk.openSheet();
+        desk.choose(path);
+        QVERIFY(QDir(path).removeRecursively());
+        desk.click("addTarget");
+        QTRY_COMPARE(desk.presenter.sheets.size(), 1);
+        desk.presenter.completions.takeFirst()(alertFirstButton);
+        QVERIFY(desk.targets->allRecords().isEmpty());
+        QVERIFY(desk.sheet() != nullptr);
+        QString told = desk.find<QLabel>("sheetStatus")->text();
+        told.remove(QChar(0x200b)); // where a long path may be broken
+        QCOMPARE(told, u"There is no folder '%1'."_s.arg(path));
+        // Another choice is judged anew.
+        desk.choose(writeHostApplication(desk.folder.path(), u"Host"_s, u"14012"_s));
+        QVERIFY(desk.find<QLabel>("sheetStatus")->text().isEmpty());
+    }
+
+    void oneFolderIsAddedOnce()
+    {
+        Desk desk;
+        const QString path =
+            QDir::cleanPath(writeHostApplication(desk.folder.path(), u"Adobe InDesign CS5.5"_s, u"7536"_s));
+        const QString link = desk.folder.filePath(u"Adobe InDesign CS5.5/Elsewhere/Plug-Ins"_s);
+        QVERIFY(QDir().mkpath(QFileInfo(link).path()) && QFile::link(path, link));
+        desk.targets->insertTarget(u"/Z"_s, u"Adobe InDesign"_s, u"75"_s);
+        desk.targets->insertTarget(path, u"Adobe InDesign"_s, u"75"_s);
+        desk.openTargets();
+        const auto add = [&desk](const QString &folder, int version) {
+            desk.click("insertButton");
+            desk.choose(folder);
+            desk.find<QComboBox>("targetVer")->setCurrentIndex(version);
+            desk.click("addTarget");
+            QTRY_VERIFY(!desk.presenter.completions.isEmpty() || desk.sheet() == nullptr);
+            while (!desk.presenter.completions.isEmpty()) {
+                desk.presenter.completions.takeFirst()(alertFirstButton);
+            }
+            QTRY_VERIFY(desk.find<QDialog>("targetDataSheet") == nullptr);
+        };
+        // The same in another spelling: the row is shown as it is.
+        for (const QString &spelling : {path, link}) {
+            desk.table()->clearSelection();
+            add(spelling, 3);
+            QCOMPARE(desk.targets->allRecords().size(), 2);
+            QCOMPARE(selectedPaths(desk), QStringList{path});
+            QCOMPARE(shownNotice(desk), u"'%1' is already in the list."_s.arg(spelling));
+            const Record record = desk.targets->targets().value(path);
+            QCOMPARE(record.value(TargetKeys::type).toString(), u"Adobe InDesign"_s);
+        }
+        // Who adds what is switched off wants it on.
+        desk.targets->setTarget(path, false);
+        add(link, 3);
+        QVERIFY(desk.targets->targetState(path));
+        QVERIFY(shownNotice(desk).isEmpty());
+        // Another version is a correction.
+        add(path, 4);
+        QCOMPARE(desk.targets->targets().value(path).value(TargetKeys::version).toString(), u"80"_s);
+        QCOMPARE(desk.targets->allRecords().size(), 2);
+        QVERIFY(shownNotice(desk).isEmpty());
+    }
+};
 
 QTEST_MAIN(TargetSheetTest)
 #include "test_target_sheet.moc"

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 Tolvane Brevok contributors
 // SPDX-License-Identifier: MIT
 
+#include "support/InRow.h"
 #include "support/XembedTray.h"
 #include "ui/statusitem/BrevokMenubarController.h"
 #include "ui/statusitem/linux/LinuxStatusBar.h"
@@ -20,6 +21,7 @@
 
 using namespace Qt::StringLiterals;
 using namespace brevok;
+using brevok::testing::InRow;
 using brevok::testing::XembedTray;
 
 namespace {
@@ -80,62 +82,49 @@ private Q_SLOTS:
             host.start(
                 u"trayer"_s, {u"--edge"_s, u"top"_s, u"--align"_s, u"right"_s, u"--height"_s, u"24"_s});
             QVERIFY(host.waitForStarted());
-            QVERIFY(QTest::qWaitFor([&] { return controller.statusItem().frameOnScreen().has_value(); }));
+            QTRY_VERIFY(controller.statusItem().frameOnScreen().has_value());
             // This host gives the width that an item asks for.
-            QVERIFY(QTest::qWaitFor([&] {
-                return controller.statusItem().frameOnScreen()->width()
-                    == qCeil(controller.statusItem().length());
-            }));
-            QVERIFY(QTest::qWaitFor([&] {
-                return QGuiApplication::primaryScreen()->geometry().contains(
-                    controller.statusItem().frameOnScreen()->center());
-            }));
+            QTRY_COMPARE(
+                controller.statusItem().frameOnScreen()->width(), qCeil(controller.statusItem().length()));
+            QTRY_VERIFY(QGuiApplication::primaryScreen()->geometry().contains(
+                controller.statusItem().frameOnScreen()->center()));
             QVERIFY(controller.statusItem().screen() != nullptr);
             host.kill();
             QVERIFY(host.waitForFinished());
-            QVERIFY(QTest::qWaitFor([&] { return !controller.statusItem().frameOnScreen(); }));
+            QTRY_VERIFY(!controller.statusItem().frameOnScreen());
         }
     }
 
-    void hostThatGivesRoomShowsTheWideLayout_data()
-    {
-        QTest::addColumn<QColor>("bar");
-        QTest::addColumn<QColor>("told");
-        QTest::addColumn<QColor>("shown");
-        QTest::newRow("light bar") << QColor(u"#f0f0f0"_s) << QColor() << QColor(u"#232629"_s);
-        QTest::newRow("dark bar") << QColor(u"#202020"_s) << QColor() << QColor(u"#ffffff"_s);
-        QTest::newRow("bar with its own colour")
-            << QColor(u"#202020"_s) << QColor(u"#ffd200"_s) << QColor(u"#ffd200"_s);
-    }
     void hostThatGivesRoomShowsTheWideLayout()
     {
-        QFETCH(QColor, bar);
-        QFETCH(QColor, told);
-        QFETCH(QColor, shown);
-        BrevokMenubarController controller(*m_bar);
-        XembedTray tray(bar, 24);
-        if (told.isValid()) {
-            tray.setTextColour(told);
+        const QList<std::tuple<const char *, QColor, QColor, QColor>> rows{
+            {"light bar", {u"#f0f0f0"_s}, {}, {u"#232629"_s}},
+            {"dark bar", {u"#202020"_s}, {}, {u"#ffffff"_s}},
+            {"bar with its own colour", {u"#202020"_s}, {u"#ffd200"_s}, {u"#ffd200"_s}},
+        };
+        for (const auto &[name, bar, told, shown] : rows) {
+            const InRow in(name);
+            BrevokMenubarController controller(*m_bar);
+            XembedTray tray(bar, 24);
+            if (told.isValid()) {
+                tray.setTextColour(told);
+            }
+            QTRY_VERIFY(tray.items() > 0);
+            QTRY_COMPARE(tray.itemSize(), QSize(24, 24));
+            QTRY_VERIFY(pixelsLike(tray.itemPicture(), shown) > 60);
+            controller.setUpdates(128);
+            const int width = qCeil(controller.statusItem().length());
+            QVERIFY(width > 40);
+            QTRY_COMPARE(tray.itemSize(), QSize(width, 24));
+            // The number stands right of the icon.
+            QTRY_VERIFY(
+                pixelsLike(tray.itemPicture().copy(23, 0, width - 23, 24), bar) < (width - 23) * 24 - 40);
+            QTRY_COMPARE(controller.statusItem().frameOnScreen(), std::optional(QRect(200, 0, width, 24)));
+            QCOMPARE(pixelsLike(tray.itemPicture(), QColor(u"#d92d20"_s)), 0);
+            controller.setUpdates(0);
+            QTRY_COMPARE(tray.itemSize(), QSize(24, 24));
+            QTRY_VERIFY(pixelsLike(tray.itemPicture().copy(4, 4, 16, 16), shown) > 60);
         }
-        QVERIFY(QTest::qWaitFor([&] { return tray.items() > 0; }));
-        QVERIFY(QTest::qWaitFor([&] { return tray.itemSize() == QSize(24, 24); }));
-        QVERIFY(QTest::qWaitFor([&] { return pixelsLike(tray.itemPicture(), shown) > 60; }));
-        controller.setUpdates(128);
-        const int width = qCeil(controller.statusItem().length());
-        QVERIFY(width > 40);
-        QVERIFY(QTest::qWaitFor([&] { return tray.itemSize() == QSize(width, 24); }));
-        // The number stands right of the icon.
-        QVERIFY(QTest::qWaitFor([&] {
-            return pixelsLike(tray.itemPicture().copy(23, 0, width - 23, 24), bar) < (width - 23) * 24 - 40;
-        }));
-        QVERIFY(QTest::qWaitFor([&] {
-            return controller.statusItem().frameOnScreen() == std::optional(QRect(200, 0, width, 24));
-        }));
-        QCOMPARE(pixelsLike(tray.itemPicture(), QColor(u"#d92d20"_s)), 0);
-        controller.setUpdates(0);
-        QVERIFY(QTest::qWaitFor([&] { return tray.itemSize() == QSize(24, 24); }));
-        QVERIFY(
-            QTest::qWaitFor([&] { return pixelsLike(tray.itemPicture().copy(4, 4, 16, 16), shown) > 60; }));
     }
 
     void needsNoBus()
@@ -143,7 +132,7 @@ private Q_SLOTS:
         LinuxStatusBar bar{QDBusConnection(u"no such connection"_s)};
         const BrevokMenubarController controller(bar);
         XembedTray tray(Qt::white, 24);
-        QVERIFY(QTest::qWaitFor([&] { return controller.statusItem().frameOnScreen().has_value(); }));
+        QTRY_VERIFY(controller.statusItem().frameOnScreen().has_value());
     }
 
     void highBarShowsASquareWithABadge()
@@ -151,14 +140,13 @@ private Q_SLOTS:
         BrevokMenubarController controller(*m_bar);
         controller.setUpdates(47);
         XembedTray tray(Qt::white, 48);
-        QVERIFY(QTest::qWaitFor([&] { return tray.itemSize() == QSize(48, 48); }));
-        QVERIFY(QTest::qWaitFor(
-            [&] { return controller.statusItem().frameOnScreen() == std::optional(QRect(200, 0, 48, 48)); }));
+        QTRY_COMPARE(tray.itemSize(), QSize(48, 48));
+        QTRY_COMPARE(controller.statusItem().frameOnScreen(), std::optional(QRect(200, 0, 48, 48)));
         QImage expected(48, 48, QImage::Format_RGB32);
         expected.fill(Qt::white);
         QPainter(&expected).drawImage(0, 0,
             statusitem::squareImage(48, 47, statusitem::coloursFor(statusitem::textColourOn(Qt::white))));
-        QVERIFY(QTest::qWaitFor([&] { return tray.itemPicture() == expected; }));
+        QTRY_COMPARE(tray.itemPicture(), expected);
     }
 
     void clickTellsWhere()
@@ -166,12 +154,11 @@ private Q_SLOTS:
         const BrevokMenubarController controller(*m_bar);
         QSignalSpy asked(&controller, &BrevokMenubarController::togglePanelRequested);
         XembedTray tray(Qt::white, 24);
-        QVERIFY(QTest::qWaitFor(
-            [&] { return controller.statusItem().frameOnScreen() == std::optional(QRect(200, 0, 24, 24)); }));
+        QTRY_COMPARE(controller.statusItem().frameOnScreen(), std::optional(QRect(200, 0, 24, 24)));
         QCOMPARE(QProcess::execute(u"xdotool"_s,
                      {u"mousemove"_s, u"210"_s, u"11"_s, u"click"_s, u"3"_s, u"click"_s, u"1"_s}),
             0);
-        QVERIFY(QTest::qWaitFor([&] { return asked.size() == 1; }));
+        QTRY_COMPARE(asked.size(), 1);
         QCOMPARE(asked.first().first().toPoint(), QPoint(210, 11));
     }
 
@@ -180,16 +167,16 @@ private Q_SLOTS:
         XembedTray tray(Qt::white, 24);
         {
             const BrevokMenubarController controller(*m_bar);
-            QVERIFY(QTest::qWaitFor([&] { return !tray.itemPicture().isNull(); }));
+            QTRY_VERIFY(!tray.itemPicture().isNull());
         }
-        QVERIFY(QTest::qWaitFor([&] { return tray.itemPicture().isNull(); }));
+        QTRY_VERIFY(tray.itemPicture().isNull());
     }
 
     void watcherOnTheBusTakesTheItemAndGivesItBack()
     {
         const BrevokMenubarController controller(*m_bar);
         XembedTray tray(Qt::white, 24);
-        QVERIFY(QTest::qWaitFor([&] { return controller.statusItem().frameOnScreen().has_value(); }));
+        QTRY_VERIFY(controller.statusItem().frameOnScreen().has_value());
         const int before = tray.items();
         Watcher watcher;
         {
@@ -198,13 +185,13 @@ private Q_SLOTS:
             QVERIFY(bus.registerService(u"org.kde.StatusNotifierWatcher"_s));
         }
         // Nobody shows items yet: the tray keeps it.
-        QVERIFY(QTest::qWaitFor([&] { return watcher.items.size() == 1; }));
+        QTRY_COMPARE(watcher.items.size(), 1);
         QVERIFY(controller.statusItem().frameOnScreen());
         watcher.host = true;
         Q_EMIT watcher.StatusNotifierHostRegistered();
-        QVERIFY(QTest::qWaitFor([&] { return !controller.statusItem().frameOnScreen(); }));
+        QTRY_VERIFY(!controller.statusItem().frameOnScreen());
         QDBusConnection::disconnectFromBus(u"watcher"_s);
-        QVERIFY(QTest::qWaitFor([&] { return controller.statusItem().frameOnScreen().has_value(); }));
+        QTRY_VERIFY(controller.statusItem().frameOnScreen().has_value());
         QCOMPARE(tray.items(), before + 1);
     }
 

@@ -16,6 +16,7 @@
 
 #include <QDir>
 #include <QTemporaryDir>
+#include <QTest>
 
 namespace brevok::testing {
 
@@ -24,12 +25,14 @@ struct UpdaterStage {
     static QString feedPath() { return QStringLiteral("/base/appcast.xml"); }
     static QString packagePath() { return QStringLiteral("/files/brevok.deb"); }
 
-    explicit UpdaterStage(int timeoutMs = 30000, AutomaticChecks::Times checkTimes = {})
+    explicit UpdaterStage(
+        int timeoutMs = 30000, AutomaticChecks::Times checkTimes = {}, SoftwareInstaller *system = nullptr)
         : network({.baseUrl = server.url(QStringLiteral("/base")),
             .extraAuthorities = TestCertificates::shared().authorities(),
             .reachabilityHost = {},
             .requestTimeoutMs = timeoutMs})
         , times(checkTimes)
+        , installs(system != nullptr ? *system : installer)
     {
         updater = makeUpdater();
     }
@@ -40,7 +43,7 @@ struct UpdaterStage {
             .settings = settings,
             .state = state.store,
             .service = service,
-            .installer = installer,
+            .installer = installs,
             .source = {.feed = server.url(feedPath()), .publicKey = key},
             .folder = folder(),
             .version = QStringLiteral("100"),
@@ -68,6 +71,22 @@ struct UpdaterStage {
     }
     void serveGoodPackage() { servePackage(package, maker.sign(package), package.size()); }
 
+    /// Asks as a user does, and waits for what comes of it.
+    UpdateState::Phase check()
+    {
+        updater->checkForUpdates();
+        return ended({UpdateState::Phase::Checking});
+    }
+    UpdateState::Phase install()
+    {
+        using Phase = UpdateState::Phase;
+        updater->installUpdate();
+        return ended({Phase::Downloading, Phase::Verifying, Phase::Installing});
+    }
+    [[nodiscard]] UpdateState::Phase ended(const QList<UpdateState::Phase> &working) const
+    {
+        return QTest::qWaitFor([&] { return !working.contains(phase()); }, 30000) ? phase() : working.first();
+    }
     [[nodiscard]] UpdateState::Phase phase() const { return updater->state().phase; }
     [[nodiscard]] QString error() const
     {
@@ -94,6 +113,7 @@ struct UpdaterStage {
         }};
     PackageKitInstaller installer;
     AutomaticChecks::Times times;
+    SoftwareInstaller &installs;
     std::unique_ptr<BrevokSelfUpdater> updater;
 };
 

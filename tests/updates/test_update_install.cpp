@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "foundation/Tasks.h"
+#include "support/FolderTest.h"
+#include "support/InRow.h"
 #include "support/PackageKitPlayer.h"
 #include "support/SampleBundles.h"
 #include "UpdaterStage.h"
@@ -9,7 +11,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLocale>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -31,271 +32,233 @@ const QString packagePath = UpdaterStage::packagePath();
 
 } // namespace
 
-class UpdateInstallTest : public QObject {
+class UpdateInstallTest : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
-    void cleanupTestCase() { QVERIFY(finishBackgroundWork(patient)); }
+    void installs()
+    {
+        PackageKitPlayer system(m_bus.address(), Act::Wait);
+        UpdaterStage stage;
+        stage.serveGoodPackage();
+        QSignalSpy wanted(stage.updater.get(), &BrevokSelfUpdater::windowWanted);
 
-    void installs();
-    void installsFromTheBundledService();
-    void refusedPackages_data();
-    void refusedPackages();
-    void failingSystems_data();
-    void failingSystems();
-    void dismissing();
+        stage.updater->checkForUpdatesInBackground();
+        QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
+        QCOMPARE(wanted.size(), 1);
+        QCOMPARE(stage.updater->state().version, u"101"_s);
+        QVERIFY(LogCapture::contains(u"Version 101 of Tolvane Brevok is available."_s));
+        QVERIFY(stage.server.requests(packagePath).isEmpty());
+        stage.updater->checkForUpdates();
+        QCOMPARE(wanted.size(), 2);
+        QCOMPARE(stage.phase(), Phase::Offered);
+
+        stage.updater->installUpdate();
+        stage.updater->installUpdate();
+        QTRY_COMPARE_WITH_TIMEOUT(system.installed, stage.package, patient);
+        QCOMPARE(stage.server.requests(packagePath).size(), 1);
+        QVERIFY(stage.server.requests(packagePath).constFirst().header("Cookie").isNull());
+        QCOMPARE(system.paths, QStringList{stage.folder() + u"/tolvane-brevok-update.deb"_s});
+        QCOMPARE(system.flags, 0ULL);
+        QVERIFY(system.hints.contains(u"interactive=true"_s));
+        QCOMPARE(system.permissions & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
+            QFile::Permissions(QFile::ReadOwner));
+        QCOMPARE(QFile::permissions(stage.folder()) & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
+            QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        system.tellPercentage(40);
+        QTRY_COMPARE_WITH_TIMEOUT(stage.updater->state().percent, 40, patient);
+        system.tellPercentage(101);
+        QTRY_COMPARE_WITH_TIMEOUT(stage.updater->state().percent, -1, patient);
+        stage.updater->dismiss();
+        QCOMPARE(stage.phase(), Phase::Installing);
+        system.finish(1);
+        QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Installed, patient);
+        QCOMPARE(stage.leftFiles(), QStringList());
+
+        QCOMPARE(stage.check(), Phase::UpToDate);
+    }
+
+    // The programs of the demonstration, with nothing between: the service as a process, the packages in its
+    // folder.
+    void installsFromTheBundledService()
+    {
+        PackageKitPlayer system(m_bus.address(), Act::Install);
+        const QTemporaryDir root;
+        const SampleMaker maker;
+        const QByteArray package = samplePackage();
+        const SampleItem item{.version = "101",
+            .url = "/archives/brevok_1.1.deb",
+            .length = QByteArray::number(package.size()),
+            .signature = maker.sign(package)};
+        QVERIFY(writeFile(root.filePath(u"root/appcast.xml"_s), sampleFeed(item.xml())));
+        QVERIFY(writeFile(root.filePath(u"root/archives/brevok_1.1.deb"_s), package));
+        QProcess demo;
+        demo.start(QStringLiteral(DEMO_SERVICE_PROGRAM),
+            {u"--root"_s, root.filePath(u"root"_s), u"--tls"_s, root.filePath(u"tls"_s)});
+        QTRY_VERIFY_WITH_TIMEOUT(demo.canReadLine(), patient);
+        const QJsonObject facts = QJsonDocument::fromJson(demo.readLine()).object();
+
+        QFile authorities(facts[u"ca"_s].toString());
+        QVERIFY(authorities.open(QIODevice::ReadOnly));
+        NetworkFactory network({.baseUrl = QUrl(facts[u"url"_s].toString()),
+            .extraAuthorities = authorities.readAll(),
+            .reachabilityHost = {}});
+        HttpServiceClient service(
+            network, [] { return QString(); }, [] { return true; });
+        MemorySettingsStore settings;
+        ScratchStateStore state;
+        PackageKitInstaller installer;
+        const LogCapture log;
+        UpdateSource source = updateSourceOfBuild(network.configuration());
+        QCOMPARE(source.feed, network.configuration().url(u"/appcast.xml"_s));
+        source.publicKey = maker.publicKey;
+        BrevokSelfUpdater updater({.settings = settings,
+            .state = state.store,
+            .service = service,
+            .installer = installer,
+            .source = source,
+            .folder = root.filePath(u"Updates"_s),
+            .version = u"100"_s,
+            .shownVersion = u"1.0.0"_s,
+            .systemVersion = systemVersion()});
+        updater.checkForUpdates();
+        QTRY_COMPARE_WITH_TIMEOUT(updater.state().phase, Phase::Offered, patient);
+        updater.installUpdate();
+        QTRY_COMPARE_WITH_TIMEOUT(updater.state().phase, Phase::Installed, patient);
+        QCOMPARE(system.installed, package);
+        demo.terminate();
+        QVERIFY(demo.waitForFinished());
+    }
+
+    void refusedPackages()
+    {
+        const QByteArray package = samplePackage();
+        QByteArray flipped = package;
+        flipped[package.size() / 2] = static_cast<char>(flipped[package.size() / 2] ^ 1);
+        const QByteArray older = samplePackage("100-1");
+        const QByteArray longer = samplePackage("101.5");
+        const QByteArray demo = samplePackage("101-1", "tolvane-brevok-demo");
+        const QByteArray none(300000, 'x');
+        const QString removed = u" It was not installed, and the file was removed."_s;
+        const QString wrongSignature =
+            u"The downloaded update is not signed by the maker of Tolvane Brevok."_s + removed;
+        const QString otherPackage =
+            u"The downloaded update is not version 101 of Tolvane Brevok."_s + removed;
+        const QString size = QLocale().toString(package.size());
+        const QList<std::tuple<const char *, Response, QByteArray, QString>> rows{
+            {"one bit of the package is another", Response::ok(flipped), package, wrongSignature},
+            {"somebody signed something else", Response::ok(package), flipped, wrongSignature},
+            {"somebody else signed it", Response::ok(package), {}, wrongSignature},
+            {"an older version", Response::ok(older), older, otherPackage},
+            {"a version that begins like it", Response::ok(longer), longer, otherPackage},
+            {"another package of the maker's", Response::ok(demo), demo, otherPackage},
+            {"no package", Response::ok(none), none, otherPackage},
+            {"one byte is missing", Response::ok(package.chopped(1)), package,
+                u"The download has %1 of the expected %2 bytes."_s.arg(
+                    QLocale().toString(package.size() - 1), size)},
+            {"one byte too many", Response::ok(package + '\n'), package,
+                u"The download is longer than the expected %1 bytes."_s.arg(size)},
+            {"no such file", Response::of(404), package, u"Server responded with HTTP code: 404."_s},
+            {"cut off", Response{.body = package, .fault = Fault::Reset, .faultAfter = 100000}, package, {}},
+            {"stalls", Response{.body = package, .fault = Fault::Stall, .faultAfter = 100000}, package, {}},
+            {"leads away from TLS", Response::redirect("http://localhost:1/brevok.deb"), package, {}},
+        };
+        for (const auto &[name, response, signedBytes, text] : rows) {
+            const InRow in(name);
+            PackageKitPlayer system(m_bus.address(), Act::Install);
+            UpdaterStage stage(response.fault == Fault::Stall ? shortTimeout : patient);
+            const QByteArray signature =
+                signedBytes.isEmpty() ? SampleMaker().sign(stage.package) : stage.maker.sign(signedBytes);
+            const QByteArray &announced = response.body == signedBytes ? signedBytes : stage.package;
+            stage.servePackage({}, signature, announced.size());
+            stage.server.on(packagePath, response);
+            QCOMPARE(stage.check(), Phase::Offered);
+            QCOMPARE(stage.install(), Phase::Failed);
+            QVERIFY(!stage.error().isEmpty());
+            QVERIFY2(text.isEmpty() || stage.error() == text, qPrintable(stage.error()));
+            QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
+            QCOMPARE(system.transactions, 0);
+
+            // Once more, with the right package.
+            stage.serveGoodPackage();
+            QCOMPARE(stage.check(), Phase::Offered);
+            QCOMPARE(stage.install(), Phase::Installed);
+            QCOMPARE(system.installed, stage.package);
+        }
+    }
+
+    void failingSystems()
+    {
+        const QString unavailable = u"The system's software service (PackageKit) is not available."_s;
+        const QString refused = u"The system's software service did not install the package: %1"_s;
+        const QString ended = u"The system's software service stopped before the package was installed."_s;
+        const QList<std::tuple<const char *, std::optional<Act>, QString>> rows{
+            {"none", std::optional<Act>(), unavailable},
+            {"no transaction", Act::NoTransaction, unavailable},
+            {"refuses", Act::Refuse, refused.arg(u"The disk is full."_s)},
+            {"refuses the call", Act::RefuseCall, refused.arg(u"not for you"_s)},
+            {"cancelled", Act::Cancel, u"The installation was cancelled."_s},
+            {"dies", Act::Die, ended},
+            {"forgets", Act::Vanish, ended},
+        };
+        for (const auto &[name, act, text] : rows) {
+            const InRow in(name);
+            auto system = act ? std::make_unique<PackageKitPlayer>(m_bus.address(), *act) : nullptr;
+            UpdaterStage stage;
+            stage.serveGoodPackage();
+            QCOMPARE(stage.check(), Phase::Offered);
+            QCOMPARE(stage.install(), Phase::Failed);
+            QCOMPARE(stage.error(), text);
+            QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
+
+            // The user tries again, and by now the system can.
+            system.reset();
+            system = std::make_unique<PackageKitPlayer>(m_bus.address(), Act::Install);
+            QVERIFY(stage.updater->state().hasOffer());
+            QCOMPARE(stage.install(), Phase::Installed);
+        }
+    }
+
+    void dismissing()
+    {
+        PackageKitPlayer system(m_bus.address(), Act::Install);
+        UpdaterStage stage;
+        stage.serveGoodPackage();
+        stage.server.on(
+            packagePath, Response{.body = stage.package, .fault = Fault::Stall, .faultAfter = 100000});
+        stage.updater->checkForUpdates();
+        stage.updater->dismiss();
+        QCOMPARE(stage.phase(), Phase::Idle);
+
+        QCOMPARE(stage.check(), Phase::Offered);
+        stage.updater->installUpdate();
+        QTRY_VERIFY_WITH_TIMEOUT(stage.updater->state().done > 0, patient);
+        QVERIFY(!stage.leftFiles().isEmpty());
+        stage.updater->dismiss();
+        QCOMPARE(stage.phase(), Phase::Idle);
+        QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
+
+        // Gone in the middle.
+        stage.updater->checkForUpdates();
+        stage.updater = stage.makeUpdater();
+        connect(stage.updater.get(), &BrevokSelfUpdater::stateChanged, this, [&stage] {
+            if (stage.phase() == Phase::Verifying) {
+                stage.updater->dismiss();
+            }
+        });
+        stage.serveGoodPackage();
+        QCOMPARE(stage.check(), Phase::Offered);
+        stage.updater->installUpdate();
+        QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Idle, patient);
+        QVERIFY(finishBackgroundWork(patient));
+        QCoreApplication::processEvents();
+        QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
+        QCOMPARE(system.transactions, 0);
+    }
 
 private:
     PrivateSystemBus m_bus;
 };
-
-void UpdateInstallTest::installs()
-{
-    PackageKitPlayer system(m_bus.address(), Act::Wait);
-    UpdaterStage stage;
-    stage.serveGoodPackage();
-    QSignalSpy wanted(stage.updater.get(), &BrevokSelfUpdater::windowWanted);
-
-    stage.updater->checkForUpdatesInBackground();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
-    QCOMPARE(wanted.size(), 1);
-    QCOMPARE(stage.updater->state().version, u"101"_s);
-    QVERIFY(LogCapture::contains(u"Version 101 of Tolvane Brevok is available."_s));
-    QVERIFY(stage.server.requests(packagePath).isEmpty());
-    stage.updater->checkForUpdates();
-    QCOMPARE(wanted.size(), 2);
-    QCOMPARE(stage.phase(), Phase::Offered);
-
-    stage.updater->installUpdate();
-    stage.updater->installUpdate();
-    QTRY_COMPARE_WITH_TIMEOUT(system.installed, stage.package, patient);
-    QCOMPARE(stage.server.requests(packagePath).size(), 1);
-    QVERIFY(stage.server.requests(packagePath).constFirst().header("Cookie").isNull());
-    QCOMPARE(system.paths, QStringList{stage.folder() + u"/tolvane-brevok-update.deb"_s});
-    QCOMPARE(system.flags, 0ULL);
-    QVERIFY(system.hints.contains(u"interactive=true"_s));
-    QCOMPARE(system.permissions & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
-        QFile::Permissions(QFile::ReadOwner));
-    QCOMPARE(QFile::permissions(stage.folder()) & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
-        QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    system.tellPercentage(40);
-    QTRY_COMPARE_WITH_TIMEOUT(stage.updater->state().percent, 40, patient);
-    system.tellPercentage(101);
-    QTRY_COMPARE_WITH_TIMEOUT(stage.updater->state().percent, -1, patient);
-    stage.updater->dismiss();
-    QCOMPARE(stage.phase(), Phase::Installing);
-    system.finish(1);
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Installed, patient);
-    QCOMPARE(stage.leftFiles(), QStringList());
-
-    stage.updater->checkForUpdates();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::UpToDate, patient);
-}
-
-// The programs of the demonstration, with nothing between: the service as a process, the packages in its
-// folder.
-void UpdateInstallTest::installsFromTheBundledService()
-{
-    PackageKitPlayer system(m_bus.address(), Act::Install);
-    const QTemporaryDir root;
-    const SampleMaker maker;
-    const QByteArray package = samplePackage();
-    const SampleItem item{.version = "101",
-        .url = "/archives/brevok_1.1.deb",
-        .length = QByteArray::number(package.size()),
-        .signature = maker.sign(package)};
-    QVERIFY(writeFile(root.filePath(u"root/appcast.xml"_s), sampleFeed(item.xml())));
-    QVERIFY(writeFile(root.filePath(u"root/archives/brevok_1.1.deb"_s), package));
-    QProcess demo;
-    demo.start(QStringLiteral(DEMO_SERVICE_PROGRAM),
-        {u"--root"_s, root.filePath(u"root"_s), u"--tls"_s, root.filePath(u"tls"_s)});
-    QTRY_VERIFY_WITH_TIMEOUT(demo.canReadLine(), patient);
-    const QJsonObject facts = QJsonDocument::fromJson(demo.readLine()).object();
-
-    QFile authorities(facts[u"ca"_s].toString());
-    QVERIFY(authorities.open(QIODevice::ReadOnly));
-    NetworkFactory network({.baseUrl = QUrl(facts[u"url"_s].toString()),
-        .extraAuthorities = authorities.readAll(),
-        .reachabilityHost = {}});
-    HttpServiceClient service(
-        network, [] { return QString(); }, [] { return true; });
-    MemorySettingsStore settings;
-    ScratchStateStore state;
-    PackageKitInstaller installer;
-    const LogCapture log;
-    UpdateSource source = updateSourceOfBuild(network.configuration());
-    QCOMPARE(source.feed, network.configuration().url(u"/appcast.xml"_s));
-    source.publicKey = maker.publicKey;
-    BrevokSelfUpdater updater({.settings = settings,
-        .state = state.store,
-        .service = service,
-        .installer = installer,
-        .source = source,
-        .folder = root.filePath(u"Updates"_s),
-        .version = u"100"_s,
-        .shownVersion = u"1.0.0"_s,
-        .systemVersion = systemVersion()});
-    updater.checkForUpdates();
-    QTRY_COMPARE_WITH_TIMEOUT(updater.state().phase, Phase::Offered, patient);
-    updater.installUpdate();
-    QTRY_COMPARE_WITH_TIMEOUT(updater.state().phase, Phase::Installed, patient);
-    QCOMPARE(system.installed, package);
-    demo.terminate();
-    QVERIFY(demo.waitForFinished());
-}
-
-void UpdateInstallTest::refusedPackages_data()
-{
-    QTest::addColumn<Response>("response");
-    QTest::addColumn<QByteArray>("signedBytes");
-    QTest::addColumn<QString>("text");
-    const QByteArray package = samplePackage();
-    QByteArray flipped = package;
-    flipped[package.size() / 2] = static_cast<char>(flipped[package.size() / 2] ^ 1);
-    const QString wrongSignature =
-        u"The downloaded update is not signed by the maker of Tolvane Brevok. It was not installed, and the file was removed."_s;
-    const QString size = QLocale().toString(package.size());
-    QTest::newRow("one bit of the package is another") << Response::ok(flipped) << package << wrongSignature;
-    QTest::newRow("somebody signed something else") << Response::ok(package) << flipped << wrongSignature;
-    QTest::newRow("somebody else signed it") << Response::ok(package) << QByteArray() << wrongSignature;
-    const QString otherPackage =
-        u"The downloaded update is not version 101 of Tolvane Brevok. It was not installed, and the file was removed."_s;
-    const auto other = [&otherPackage](const char *name, const QByteArray &bytes) {
-        QTest::newRow(name) << Response::ok(bytes) << bytes << otherPackage;
-    };
-    other("an older version", samplePackage("100-1"));
-    other("a version that begins like it", samplePackage("101.5"));
-    other("another package of the maker's", samplePackage("101-1", "tolvane-brevok-demo"));
-    other("no package", QByteArray(300000, 'x'));
-    QTest::newRow("one byte is missing") << Response::ok(package.chopped(1)) << package
-                                         << u"The download has %1 of the expected %2 bytes."_s.arg(
-                                                QLocale().toString(package.size() - 1), size);
-    QTest::newRow("one byte too many") << Response::ok(package + '\n') << package
-                                       << u"The download is longer than the expected %1 bytes."_s.arg(size);
-    QTest::newRow("no such file") << Response::of(404) << package
-                                  << u"Server responded with HTTP code: 404."_s;
-    QTest::newRow("cut off") << Response{.body = package, .fault = Fault::Reset, .faultAfter = 100000}
-                             << package << QString();
-    QTest::newRow("stalls") << Response{.body = package, .fault = Fault::Stall, .faultAfter = 100000}
-                            << package << QString();
-    QTest::newRow("leads away from TLS")
-        << Response::redirect("http://localhost:1/brevok.deb") << package << QString();
-}
-
-void UpdateInstallTest::refusedPackages()
-{
-    QFETCH(const Response, response);
-    QFETCH(const QByteArray, signedBytes);
-    QFETCH(const QString, text);
-
-    PackageKitPlayer system(m_bus.address(), Act::Install);
-    UpdaterStage stage(response.fault == Fault::Stall ? shortTimeout : patient);
-    const QByteArray signature =
-        signedBytes.isEmpty() ? SampleMaker().sign(stage.package) : stage.maker.sign(signedBytes);
-    const QByteArray &announced = response.body == signedBytes ? signedBytes : stage.package;
-    stage.servePackage({}, signature, announced.size());
-    stage.server.on(packagePath, response);
-    stage.updater->checkForUpdates();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
-    stage.updater->installUpdate();
-    // Whatever becomes of it: a phase that is waited for in vain takes minutes to fail.
-    QTRY_VERIFY_WITH_TIMEOUT(stage.phase() == Phase::Failed || stage.phase() == Phase::Installed, patient);
-    QCOMPARE(stage.phase(), Phase::Failed);
-    if (text.isEmpty()) {
-        QVERIFY(!stage.error().isEmpty());
-    } else {
-        QCOMPARE(stage.error(), text);
-    }
-    QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
-    QCOMPARE(system.transactions, 0);
-
-    // Once more, with the right package.
-    stage.serveGoodPackage();
-    stage.updater->checkForUpdates();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
-    stage.updater->installUpdate();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Installed, patient);
-    QCOMPARE(system.installed, stage.package);
-}
-
-void UpdateInstallTest::failingSystems_data()
-{
-    QTest::addColumn<std::optional<Act>>("act");
-    QTest::addColumn<QString>("text");
-    const QString unavailable = u"The system's software service (PackageKit) is not available."_s;
-    const QString refused = u"The system's software service did not install the package: %1"_s;
-    const QString ended = u"The system's software service stopped before the package was installed."_s;
-    QTest::newRow("none") << std::optional<Act>() << unavailable;
-    QTest::newRow("no transaction") << std::optional(Act::NoTransaction) << unavailable;
-    QTest::newRow("refuses") << std::optional(Act::Refuse) << refused.arg(u"The disk is full."_s);
-    QTest::newRow("refuses the call") << std::optional(Act::RefuseCall) << refused.arg(u"not for you"_s);
-    QTest::newRow("cancelled") << std::optional(Act::Cancel) << u"The installation was cancelled."_s;
-    QTest::newRow("dies") << std::optional(Act::Die) << ended;
-    QTest::newRow("forgets") << std::optional(Act::Vanish) << ended;
-}
-
-void UpdateInstallTest::failingSystems()
-{
-    QFETCH(const std::optional<Act>, act);
-    QFETCH(const QString, text);
-
-    auto system = act ? std::make_unique<PackageKitPlayer>(m_bus.address(), *act) : nullptr;
-    UpdaterStage stage;
-    stage.serveGoodPackage();
-    stage.updater->checkForUpdates();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
-    stage.updater->installUpdate();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Failed, patient);
-    QCOMPARE(stage.error(), text);
-    QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
-
-    // The user tries again, and by now the system can.
-    system.reset();
-    system = std::make_unique<PackageKitPlayer>(m_bus.address(), Act::Install);
-    QVERIFY(stage.updater->state().hasOffer());
-    stage.updater->installUpdate();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Installed, patient);
-}
-
-void UpdateInstallTest::dismissing()
-{
-    PackageKitPlayer system(m_bus.address(), Act::Install);
-    UpdaterStage stage;
-    stage.serveGoodPackage();
-    stage.server.on(
-        packagePath, Response{.body = stage.package, .fault = Fault::Stall, .faultAfter = 100000});
-    stage.updater->checkForUpdates();
-    stage.updater->dismiss();
-    QCOMPARE(stage.phase(), Phase::Idle);
-
-    stage.updater->checkForUpdates();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
-    stage.updater->installUpdate();
-    QTRY_VERIFY_WITH_TIMEOUT(stage.updater->state().done > 0, patient);
-    QVERIFY(!stage.leftFiles().isEmpty());
-    stage.updater->dismiss();
-    QCOMPARE(stage.phase(), Phase::Idle);
-    QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
-
-    // Gone in the middle.
-    stage.updater->checkForUpdates();
-    stage.updater = stage.makeUpdater();
-    connect(stage.updater.get(), &BrevokSelfUpdater::stateChanged, this, [&stage] {
-        if (stage.phase() == Phase::Verifying) {
-            stage.updater->dismiss();
-        }
-    });
-    stage.serveGoodPackage();
-    stage.updater->checkForUpdates();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Offered, patient);
-    stage.updater->installUpdate();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.phase(), Phase::Idle, patient);
-    QVERIFY(finishBackgroundWork(patient));
-    QCoreApplication::processEvents();
-    QTRY_COMPARE_WITH_TIMEOUT(stage.leftFiles(), QStringList(), patient);
-    QCOMPARE(system.transactions, 0);
-}
 
 QTEST_GUILESS_MAIN(UpdateInstallTest)
 #include "test_update_install.moc"

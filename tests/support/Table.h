@@ -16,6 +16,7 @@ namespace brevok::testing {
 
 /// A text of a table, which may stand there as a plain literal.
 struct Words {
+    Words() = default;
     Words(const char *literal)
         : text(QString::fromUtf8(literal))
     {

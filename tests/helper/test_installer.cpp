@@ -18,7 +18,7 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-using testing::Columns;
+using testing::Table;
 using testing::contentsOf;
 using testing::LogCapture;
 using testing::modeOf;

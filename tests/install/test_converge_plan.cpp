@@ -10,7 +10,7 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-using testing::Columns;
+using testing::Table;
 using Status = PackageStatus;
 
 namespace {

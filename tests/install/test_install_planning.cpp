@@ -15,7 +15,7 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-using testing::Columns;
+using testing::Table;
 
 namespace {
 

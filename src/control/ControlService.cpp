@@ -151,7 +151,11 @@ QStringList ControlService::SignIn(const QString &email, const QString &password
 
 QStringList ControlService::SignOut()
 {
-    if (refusedTooEarly() || m_with->session.sessionId().isEmpty()) {
+    if (refusedTooEarly()) {
+        return {};
+    }
+    if (m_with->session.sessionId().isEmpty()) {
+        currentCall().answerWhenStored(m_with->state, {}); // which an earlier call may have failed at
         return {};
     }
     return sessionAction([&] { m_with->session.signout(); });

@@ -312,7 +312,7 @@ class Stage(World):
         # Who lost the helper amid the work cannot know how far that got.
         keys = ("outcome", "changed", "deferred", "failed") if "strike" not in meanwhile else ("changed", "deferred")
         self.compare_with_outcome([one for key in keys for one in answer.document.get(key, [])], disk)
-        if answer.status == 0 and words[0] in ("install", "update") and not gone:
+        if answer.status == 0 and words[0] in ("install", "update") and not gone and not pending:
             self.compare_with_plan(installs, disk, states if words[0] == "install" else [])
         return None
 

@@ -58,7 +58,8 @@ class OnDesktop(unittest.TestCase):
 
     def show_early_log(self):
         if any(failure for _, failure in getattr(self._outcome.result, "failures", [])[-1:]):
-            print((self.session.folder / "early.log").read_text(), self.session.log()[-3000:], file=sys.stderr)
+            print((self.session.folder / "early.log").read_text(), self.session.log()[-3000:],
+                  self.desktop.run("xwininfo", "-root", "-tree"), file=sys.stderr)
 
     # starting and opening
 

@@ -100,8 +100,8 @@ private Q_SLOTS:
         const auto beside = [&](const char *name, const QString &reason, const ZipMember &evil) {
             row(name, reason, {good, evil});
         };
-        QTest::newRow("empty file") << QByteArray() << damaged;
-        QTest::newRow("no zip") << noise(5000) << damaged;
+        add("empty file", QByteArray(), damaged);
+        add("no zip", noise(5000), damaged);
         row("no entries", damaged, {});
         row("resource forks only", other, {{"__MACOSX/._A", "x"}});
         row("another plug-in", other, {{"B.InDesignPlugin/x", "x"}, {"Read Me.txt", "x"}});
@@ -138,8 +138,7 @@ private Q_SLOTS:
         beside("wrong checksum, packed", damaged, {bundle + "c", noise(300'000), zipFile, true, -1, 0, true});
         beside("larger than it claims", damaged, {bundle + "c", noise(300'000), zipFile, true, 1000});
         beside("smaller than it claims", damaged, {bundle + "c", noise(1000), zipFile, true, 300'000});
-        QTest::newRow("cut short") << zipArchive({good, {bundle + "more", noise(1000)}}).chopped(500)
-                                   << damaged;
+        add("cut short", zipArchive({good, {bundle + "more", noise(1000)}}).chopped(500), damaged);
         row("bomb of zeros", refused, {{bundle + "zeros", QByteArray(80'000'000, '\0'), zipFile, true}});
         row("bomb beside the plug-in", refused,
             {good, {"zeros", QByteArray(80'000'000, '\0'), zipFile, true}});

@@ -1,4 +1,5 @@
 """What goes wrong, with the real programs: nothing is lost, and the user is told."""
+import contextlib
 import hashlib
 import json
 import os
@@ -26,8 +27,9 @@ class Faults(SessionTest):
 
     def wait_until_taken(self, process, *numbers):
         def taken(number):
-            stream = f"/proc/{process.pid}/fd/{number}"
-            return os.path.lexists(stream) and os.readlink(stream) in ("/dev/null", "/dev/full")
+            with contextlib.suppress(FileNotFoundError):
+                return os.readlink(f"/proc/{process.pid}/fd/{number}") in ("/dev/null", "/dev/full")
+            return False
         wait_for(lambda: all(map(taken, numbers)), f"{numbers} are open on nothing")
 
     def test_started_with_closed_standard_streams(self):
@@ -116,7 +118,8 @@ class Faults(SessionTest):
         folder = session.add_host("By Hand", 14012) / "Plug-Ins"
         add = ("targets", "add", folder, "--type", "InCopy", "--version", "140")
         session.fill_disk(True)
-        for words in (("settings", "set", "logLevel", "2"), add, ("signin", "ada@example.com")):
+        signin, signout = ("signin", "ada@example.com"), ("signout",)
+        for words in (("settings", "set", "logLevel", "2"), add, signin, signout, signout, signin):
             answer = session.ctl(*words, "--json", check=False, BREVOK_PASSWORD="analytical-engine")
             self.assertEqual(answer.returncode, 1, (words, answer))
             document = json.loads(answer.stdout)

@@ -18,10 +18,10 @@
 
 using namespace brevok;
 using namespace Qt::StringLiterals;
-using testing::Table;
 using testing::contentsOf;
 using testing::LogCapture;
 using testing::modeOf;
+using testing::Table;
 using testing::writeFile;
 
 namespace {

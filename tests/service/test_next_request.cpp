@@ -70,10 +70,10 @@ private Q_SLOTS:
     void onlyWhoGotItAsksSo_data()
     {
         const Table<QString, QString, bool> row;
-        row("the same", u"ada"_s, u"/list"_s, true);
+        row("the same", u"lovelace"_s, u"/list"_s, true);
         row("signed out", QString(), u"/list"_s, false);
         row("other session", u"bob"_s, u"/list"_s, false);
-        row("other list", u"ada"_s, u"/other"_s, false);
+        row("other list", u"lovelace"_s, u"/other"_s, false);
     }
 
     void onlyWhoGotItAsksSo()
@@ -83,13 +83,13 @@ private Q_SLOTS:
         Stage stage;
         Stage otherService;
         for (Stage *each : {&stage, &otherService}) {
-            each->sessionId = u"ada"_s;
+            each->sessionId = u"lovelace"_s;
             each->server.on(u"/list"_s, response);
             each->server.on(u"/other"_s, response);
         }
         const Validator known = stage.list(u"/list"_s).validator;
         QVERIFY(!known.isEmpty());
-        QVERIFY(!known.scope.contains("ada"));
+        QVERIFY(!known.scope.contains("lovelace"));
         stage.sessionId = session;
         QCOMPARE(stage.list(path, known).validator.entityTag, R"("1")"_ba);
         QCOMPARE(!stage.server.requests().constLast().header("If-None-Match").isEmpty(), conditional);

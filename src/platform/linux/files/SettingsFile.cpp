@@ -75,9 +75,8 @@ QString Lock::take()
         }
         // Some file systems have no locks; there a lost change is better than none that is ever stored.
         const bool isFree = ::flock(file.get(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
-        if (isFree
-            && fileState(m_path).value_or(FileState()).inode
-                == facts.st_ino) { // not removed by its last holder meanwhile
+        // Its last holder may have removed it meanwhile.
+        if (isFree && fileState(m_path).value_or(FileState()).inode == facts.st_ino) {
             m_file = std::move(file);
             return {};
         }

@@ -32,7 +32,7 @@ enum Field : size_t {
     Name,
     Prefix,
     Version,
-    HostVersion,
+    Host,
     Size,
     Link,
     Published,
@@ -162,22 +162,30 @@ public:
         if (const std::string_view text = textOf(value); text != m_text) {
             m_text = text;
             m_string = stringOf(value);
+            m_json = jsonString(m_string);
         }
         return m_string;
     }
+    [[nodiscard]] const QByteArray &json() const { return m_json; } ///< the last one
 
 private:
     std::string_view m_text;
     QString m_string;
+    QByteArray m_json;
+};
+
+struct HostVersion {
+    QString text;
+    std::string utf8;
 };
 
 // The element as it is kept: word for word, so that numbers and keys stay as they are.
-PackedRecord keptRecord(std::string_view element, const Fields &fields, const QString &prefix)
+PackedRecord keptRecord(std::string_view element, const Fields &fields, const QByteArray &prefix)
 {
     const bool plain = !fields[Prefixes] && !fields[CommandQueue] && !fields[SavedVersion];
     const size_t start = element.find('{');
     const std::string_view entries = element.substr(start, element.rfind('}') - start);
-    const QByteArray rest = plain ? ",\"Prefixes\":[" + jsonString(prefix) + "]}" : QByteArray("}");
+    const QByteArray rest = plain ? ",\"Prefixes\":[" + prefix + "]}" : QByteArray("}");
     QByteArray json;
     json.reserve(static_cast<qsizetype>(entries.size()) + rest.size());
     json.append(entries.data(), static_cast<qsizetype>(entries.size())).append(rest);
@@ -198,7 +206,7 @@ bool isComplete(const Fields &fields)
 {
     return !textOf(fields[Name]).empty() && !numberOf(fields[Size]).isUndefined()
         && !textOf(fields[Prefix]).empty() && !textOf(fields[Link]).empty()
-        && !textOf(fields[Version]).empty() && !numberOf(fields[HostVersion]).isUndefined()
+        && !textOf(fields[Version]).empty() && !numberOf(fields[Host]).isUndefined()
         && !textOf(fields[Published]).empty();
 }
 
@@ -238,14 +246,14 @@ private:
             refuse(u"incomming plugin package do not containe necessary data!"_s);
             return;
         }
-        const QString host = displayText(numberOf(fields[HostVersion]));
-        const QByteArrayView key = keyOf({host.toStdString(), textOf(fields[Name]), textOf(fields[Prefix])});
+        const HostVersion &host = hostVersionOf(numberOf(fields[Host]));
+        const QByteArrayView key = keyOf({host.utf8, textOf(fields[Name]), textOf(fields[Prefix])});
         const auto known = m_positions.constFind(key);
         if (known == m_positions.cend()) {
             m_positions.insert(key, m_builds.size());
-            m_builds.append(buildOf(text, fields, host));
+            m_builds.append(buildOf(text, fields, host.text));
         } else if (!isNewer(m_builds[*known].definition->version, m_version.of(fields[Version]))) {
-            m_builds[*known] = buildOf(text, fields, host);
+            m_builds[*known] = buildOf(text, fields, host.text);
         }
     }
 
@@ -253,6 +261,17 @@ private:
     {
         logLine(line);
         m_allValid = false;
+    }
+
+    // Thousands of builds are for a handful of them.
+    const HostVersion &hostVersionOf(const QJsonValue &number)
+    {
+        HostVersion &host = m_hosts[number];
+        if (host.utf8.empty()) {
+            host.text = displayText(number);
+            host.utf8 = host.text.toStdString();
+        }
+        return host;
     }
 
     // One text of them all, which lives as long as this.
@@ -277,19 +296,36 @@ private:
                 std::make_shared<PluginDefinition>(PluginDefinition{.key = buildKeyOf(host, name, version),
                     .name = name,
                     .version = version,
-                    .hostVersion = integerValue(numberOf(fields[HostVersion])),
-                    .record = keptRecord(text, fields, prefix)})};
+                    .hostVersion = integerValue(numberOf(fields[Host])),
+                    .record = keptRecord(text, fields, m_prefix.json())})};
     }
 
     ElementTexts m_texts;
     QList<ListedBuild> m_builds;
     std::pmr::monotonic_buffer_resource m_keys;
     QHash<QByteArrayView, qsizetype> m_positions;
+    QHash<QJsonValue, HostVersion> m_hosts;
     SharedText m_name;
     SharedText m_version;
     SharedText m_prefix;
     bool m_allValid = true;
 };
+
+bool haveOnePlaceEach(const QList<ListedBuild> &builds)
+{
+    // Most lists go from host to host.
+    const auto isNotForLater = [](const ListedBuild &a, const ListedBuild &b) {
+        return a.definition->hostVersion >= b.definition->hostVersion;
+    };
+    if (std::adjacent_find(builds.cbegin(), builds.cend(), isNotForLater) == builds.cend()) {
+        return true;
+    }
+    QSet<std::pair<QStringView, qint64>> places;
+    for (const ListedBuild &build : builds) {
+        places.insert({build.definition->name, build.definition->hostVersion});
+    }
+    return places.size() == builds.size();
+}
 
 } // namespace
 
@@ -332,11 +368,7 @@ std::optional<PluginList> newestBuilds(const QByteArray &json)
         result.prefixes[group].builds.append(std::move(build));
     }
     for (ListedPrefix &group : result.prefixes) {
-        QSet<std::pair<QStringView, qint64>> places;
-        for (const ListedBuild &build : std::as_const(group.builds)) {
-            places.insert({build.definition->name, build.definition->hostVersion});
-        }
-        group.onePlaceEach = places.size() == group.builds.size();
+        group.onePlaceEach = haveOnePlaceEach(group.builds);
     }
     return result;
 }
@@ -361,18 +393,18 @@ StoredBuild StoredBuildReader::read(const QString &key, const PackedRecord &reco
         return {};
     }
     const Fields fields = fieldsOf(object);
-    const QJsonValue host = numberOf(fields[HostVersion]);
+    const QJsonValue host = numberOf(fields[Host]);
     dom::array prefixes;
     const bool listsPrefixes = fields[Prefixes] && fields[Prefixes]->get(prefixes) == simdjson::SUCCESS;
     const bool hasPrefix = listsPrefixes
         && std::any_of(prefixes.begin(), prefixes.end(),
             [&](dom::element prefix) { return textOf(prefix) == textOf(fields[Prefix]); });
-    return {.definition = {.key = key,
-                .name = stringOf(fields[Name]),
-                .version = stringOf(fields[Version]),
-                .hostVersion =
-                    host.isUndefined() ? leadingInteger(stringOf(fields[HostVersion])) : integerValue(host),
-                .record = PackedRecord::fromJson(json)},
+    return {
+        .definition = {.key = key,
+            .name = stringOf(fields[Name]),
+            .version = stringOf(fields[Version]),
+            .hostVersion = host.isUndefined() ? leadingInteger(stringOf(fields[Host])) : integerValue(host),
+            .record = PackedRecord::fromJson(json)},
         .inOrder = hasPrefix && !fields[CommandQueue] && !fields[SavedVersion]};
 }
 

@@ -23,7 +23,12 @@ QByteArray jsonString(const QString &text)
 {
     const bool plain = std::all_of(text.cbegin(), text.cend(),
         [](QChar c) { return c >= u' ' && c < u'\x7f' && c != u'"' && c != u'\\'; });
-    return plain ? '"' + text.toLatin1() + '"' : textOf(QJsonDocument(QJsonArray{text})).sliced(1).chopped(1);
+    if (!plain) {
+        return textOf(QJsonDocument(QJsonArray{text})).sliced(1).chopped(1);
+    }
+    QByteArray json(text.size() + 2, '"');
+    std::transform(text.cbegin(), text.cend(), json.begin() + 1, [](QChar c) { return c.toLatin1(); });
+    return json;
 }
 
 PackedRecord PackedRecord::fromJson(QByteArray json)

@@ -57,6 +57,8 @@ BrevokPlugins::BrevokPlugins(
     if (sharedPlugins == nullptr) {
         sharedPlugins = this;
     }
+    m_nextSlice.setSingleShot(true);
+    connect(&m_nextSlice, &QTimer::timeout, this, &BrevokPlugins::mergeOn);
     connect(m_refresh, &ListRefresh::due, this, [this] { checkForUpdates(); });
     connect(m_refresh, &ListRefresh::finished, this, &BrevokPlugins::checkFinished);
     connect(&state, &StateStore::becameReadable, this, [this] {
@@ -88,7 +90,7 @@ BrevokPlugins *BrevokPlugins::plugins()
 void BrevokPlugins::load()
 {
     m_tables = {};
-    m_prefixes.clear();
+    m_named.clear();
     const int unusable = m_tables.load(
         m_state.entries(CatalogueKeys::pluginsData), m_state.entries(CatalogueKeys::pluginPrefixes));
     const Record list = m_state.entries(CatalogueKeys::pluginList).value(QString());
@@ -153,24 +155,34 @@ QList<Record> BrevokPlugins::snapshotOf(const QString &prefix) const
     return recordsOf<Record>(m_tables.byPrefix().value(prefix));
 }
 
-QSet<QString> BrevokPlugins::prefixesWith(const QString &name) const
+// An install asks several times, and must not take longer beside a long list.
+BrevokPlugins::NamedPlugin BrevokPlugins::named(const QString &name) const
 {
-    if (m_prefixes.isEmpty()) {
+    if (m_named.isEmpty()) {
         const DefinitionIndex &index = m_tables.byPrefix();
         for (auto entry = index.cbegin(); entry != index.cend(); ++entry) {
             for (const DefinitionPtr &definition : entry.value()) {
-                m_prefixes[definition->name].insert(entry.key());
+                m_named[definition->name].prefixes.insert(entry.key());
             }
         }
+        for (const DefinitionPtr &definition : m_tables.byBuild()) {
+            m_named[definition->name].builds.append(definition);
+        }
     }
-    return m_prefixes.value(name);
+    return m_named.value(name);
+}
+
+QSet<QString> BrevokPlugins::prefixesWith(const QString &name) const
+{
+    return named(name).prefixes;
 }
 
 QStringList BrevokPlugins::buildsOf(const QString &name, qint64 hostVersion) const
 {
     QStringList keys;
-    for (const DefinitionPtr &definition : m_tables.byBuild()) {
-        if (definition->hostVersion == hostVersion && definition->name == name) {
+    const QList<DefinitionPtr> builds = named(name).builds;
+    for (const DefinitionPtr &definition : builds) {
+        if (definition->hostVersion == hostVersion) {
             keys.append(definition->key);
         }
     }
@@ -256,14 +268,12 @@ void BrevokPlugins::take(Merge merge)
 
 void BrevokPlugins::mergeOn()
 {
-    constexpr int sliceMs = 8;
+    constexpr int sliceMs = 1; // the worker stores the first ones meanwhile
     const QDeadlineTimer slice(sliceMs);
     while (m_merge && !slice.hasExpired()) {
         mergeSome(slice);
     }
-    if (m_merge) {
-        onMain(this, [this] { mergeOn(); });
-    }
+    m_merge ? m_nextSlice.start() : m_nextSlice.stop();
 }
 
 void BrevokPlugins::finishMerge()
@@ -282,7 +292,7 @@ void BrevokPlugins::mergeSome(QDeadlineTimer slice)
             const ListedPrefix &listed = prefixes[m_merge->next++];
             m_merge->announced ? m_tables.dropWhatIsNotListed(listed) : m_tables.merge(listed);
         }
-        m_prefixes.clear();
+        m_named.clear();
         save();
     } else if (!m_merge->announced) {
         // What is not listed goes after the announcement: observers see that with the next change.

@@ -10,8 +10,7 @@
 
 #include <QDeadlineTimer>
 #include <QObject>
-
-class QTimer;
+#include <QTimer>
 
 namespace brevok {
 
@@ -96,6 +95,12 @@ private:
         bool announced = false; ///< all of it is merged; what is not listed is being dropped
     };
 
+    /// What is known of the plug-ins of one name.
+    struct NamedPlugin {
+        QSet<QString> prefixes;
+        QList<DefinitionPtr> builds;
+    };
+
     [[nodiscard]] ListRefresh::Owner listOwner();
     void load();
     void take(Merge merge);
@@ -103,6 +108,7 @@ private:
     void mergeSome(QDeadlineTimer slice);
     void finishMerge();
     void storeKept(const KeptList &list);
+    [[nodiscard]] NamedPlugin named(const QString &name) const;
     [[nodiscard]] QStringList namesOf(const QStringList &keys) const;
     void askAboutUnfinishedActions(std::function<void()> answered);
     void save(QObject *context = nullptr, StateStore::Done stored = {});
@@ -113,8 +119,9 @@ private:
     ListRefresh *m_refresh;
     DefinitionTables m_tables;
     std::optional<Merge> m_merge; ///< under way
+    QTimer m_nextSlice; ///< of the merge
     KeptList m_kept; ///< the list that brought the tables to where they are
-    mutable QHash<QString, QSet<QString>> m_prefixes; ///< by the plug-in's name; empty: not looked up yet
+    mutable QHash<QString, NamedPlugin> m_named; ///< by name; empty: not looked up yet
     std::unique_ptr<BrevokAlert> m_question;
     AlertPresenter::Ending m_answerQuestion; ///< while there is one
 };

@@ -34,8 +34,10 @@ public:
 
     /// Reads what stands under @p key. A file that does not exist is empty, and is not made by this.
     [[nodiscard]] Result read(const QString &key, int patienceMs, StateEntries *entries);
-    /// Makes all changes or none; when this returns Done they outlast a power cut.
-    [[nodiscard]] Result write(const StateChanges &changes, int patienceMs);
+    /// Makes all changes or none; when this returns Done they outlast a power cut. What @p further gives goes
+    /// with them, until it gives none.
+    [[nodiscard]] Result write(
+        const StateChanges &changes, int patienceMs, const std::function<StateChanges()> &further = {});
     /// Moves the damaged file out of the way and gives what can still be read of it to @p rescued.
     /// @return its new name; empty when it could not be moved
     [[nodiscard]] QString setAside(StateChanges *rescued);

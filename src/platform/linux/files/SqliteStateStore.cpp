@@ -110,9 +110,12 @@ void SqliteStateStore::sayDamaged(const QString &keptAs)
 
 void SqliteStateStore::add(StateChanges changes, StoreWaiter waiter)
 {
-    m_waiting.isEmpty() ? m_waiting.swap(changes) : m_waiting.append(changes);
-    if (waiter.isThere()) {
-        m_waiters.append(std::move(waiter));
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_waiting.isEmpty() ? m_waiting.swap(changes) : m_waiting.append(std::move(changes));
+        if (waiter.isThere()) {
+            m_waiters.append(std::move(waiter));
+        }
     }
     if (!m_batch) {
         m_worker.dueSoon();
@@ -139,9 +142,15 @@ void SqliteStateStore::startBatch()
 // On the worker, or after it.
 void SqliteStateStore::carryOut(Batch &batch)
 {
-    batch.result = m_file.write(batch.changes, patienceAtWriteMs);
+    batch.result = m_file.write(batch.changes, patienceAtWriteMs, [&] { return further(batch); });
+    const QList<StateChanges> more = std::exchange(batch.further, {});
     if (batch.result.state == State::Done) {
-        batch.changes.clear(); // here, as freeing many takes its time
+        // Freeing many takes its time.
+        inBackground([stored = std::exchange(batch.changes, {}), more] {});
+        return;
+    }
+    for (const StateChanges &changes : more) {
+        batch.changes += changes;
     }
     if (batch.result.state != State::Damaged) {
         return;
@@ -153,6 +162,16 @@ void SqliteStateStore::carryOut(Batch &batch)
         batch.result = m_file.write(batch.changes, patienceAtWriteMs);
         batch.result.lost = true;
     }
+}
+
+// What comes while rows are written goes with them: a long list is stored while it is still being merged.
+StateChanges SqliteStateStore::further(Batch &batch)
+{
+    const std::scoped_lock lock(m_mutex);
+    StateChanges changes = std::exchange(m_waiting, {});
+    batch.further.append(changes);
+    batch.waiters += std::exchange(m_waiters, {});
+    return changes;
 }
 
 void SqliteStateStore::handleBatch()

@@ -6,6 +6,8 @@
 #include "platform/linux/files/SqliteFile.h"
 #include "platform/linux/files/StoreWorker.h"
 
+#include <mutex>
+
 namespace brevok {
 
 /// The state in one SQLite file, which only the user may read. See StateStore.
@@ -31,6 +33,7 @@ private:
     /// What the worker writes in one go, and what became of it.
     struct Batch {
         StateChanges changes;
+        QList<StateChanges> further{}; ///< came while the others were written
         QList<StoreWaiter> waiters;
         SqliteFile::Result result{.state = SqliteFile::Result::State::Shortage};
         QString keptAs{}; ///< the file was damaged and set aside
@@ -39,12 +42,14 @@ private:
     void startBatch();
     void handleBatch();
     void carryOut(Batch &batch);
+    [[nodiscard]] StateChanges further(Batch &batch);
     void rescue(const QString &reason);
     void say(const SqliteFile::Result &result);
     void sayDamaged(const QString &keptAs);
 
     QString m_path;
     SqliteFile m_file; ///< the worker's while a batch is under way
+    std::mutex m_mutex; ///< of the next two, while a batch is under way
     StateChanges m_waiting;
     QList<StoreWaiter> m_waiters;
     std::shared_ptr<Batch> m_batch; ///< under way

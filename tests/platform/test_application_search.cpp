@@ -179,6 +179,20 @@ private Q_SLOTS:
         QTRY_COMPARE(watcher.search.results(), QStringList{at(u"one/InDesign CS3.app"_s)});
     }
 
+    // Who removes an application may take its time for the plug-ins beside it.
+    void aFolderIsFollowedBeyondItsApplication()
+    {
+        QVERIFY(makeApplication(u"one/InDesign CS1.app"_s));
+        QVERIFY(QDir().mkdir(at(u"one/Plug-Ins"_s)));
+        Watcher watcher({m_root});
+        QTRY_VERIFY(watcher.gathered());
+        QVERIFY(QDir(at(u"one/InDesign CS1.app"_s)).removeRecursively());
+        QTRY_VERIFY(watcher.updated());
+        watcher.heard.clear();
+        QVERIFY(QDir(at(u"one"_s)).removeRecursively());
+        QTRY_VERIFY(watcher.updated());
+    }
+
     void folderMayComeAndGo()
     {
         const QString root = at(u"not/yet/there"_s);

@@ -51,6 +51,24 @@ bool isBelowAny(const QSet<QString> &changed, const QString &path, const QString
     return false;
 }
 
+using Items = QMap<QString, SearchItem>;
+
+/// Whether an application came, went or changed, or a folder went, with which a target may have gone.
+bool isNews(const Items &before, const Items &now)
+{
+    const auto bundleIn = [](const Items &items, const QString &path) {
+        return items.value(path).bundle;
+    };
+    const auto isOld = [&](const QString &path) {
+        return now.contains(path) && bundleIn(now, path) == bundleIn(before, path);
+    };
+    const auto isNew = [&](const QString &path) {
+        return !before.contains(path) && bundleIn(now, path);
+    };
+    return !std::all_of(before.keyBegin(), before.keyEnd(), isOld)
+        || std::any_of(now.keyBegin(), now.keyEnd(), isNew);
+}
+
 } // namespace
 
 InotifyApplicationSearch::InotifyApplicationSearch(const QStringList &folders, QObject *parent)
@@ -254,8 +272,8 @@ void InotifyApplicationSearch::take(const QList<ScanResult> &results)
         const auto scope = std::find_if(m_scopes.cbegin(), m_scopes.cend(),
             [&result](const SearchScope &candidate) { return candidate.root == result.scope.root; });
         const qsizetype root = std::distance(m_scopes.cbegin(), scope);
-        const Bundles before = removeItems(root, result.path, touched);
-        changed |= insertItems(root, result) != before;
+        changed |= isNews(removeItems(root, result.path, touched), result.items);
+        insertItems(root, result);
         watchesUsedUp |= result.watchesUsedUp;
     }
     forgetUnheld(touched);
@@ -284,20 +302,18 @@ void InotifyApplicationSearch::take(const QList<ScanResult> &results)
     }
 }
 
-InotifyApplicationSearch::Bundles InotifyApplicationSearch::removeItems(
+InotifyApplicationSearch::Items InotifyApplicationSearch::removeItems(
     qsizetype root, const QString &path, QSet<int> &touched)
 {
-    Bundles removed;
-    QMap<QString, SearchItem> &items = m_items[root];
-    const auto remove = [&](QMap<QString, SearchItem>::iterator item) {
+    Items removed;
+    Items &items = m_items[root];
+    const auto remove = [&](Items::iterator item) {
         for (const ItemWatch &watch : item->watches) {
             m_holders[watch.watch].removeIf(
                 [&](const Holder &holder) { return holder.root == root && holder.path == item.key(); });
             touched.insert(watch.watch);
         }
-        if (item->bundle) {
-            removed.insert(item.key(), *item->bundle);
-        }
+        removed.insert(item.key(), *item);
         return items.erase(item);
     };
     if (const auto item = items.find(path); item != items.end()) {
@@ -311,21 +327,15 @@ InotifyApplicationSearch::Bundles InotifyApplicationSearch::removeItems(
     return removed;
 }
 
-InotifyApplicationSearch::Bundles InotifyApplicationSearch::insertItems(
-    qsizetype root, const ScanResult &result)
+void InotifyApplicationSearch::insertItems(qsizetype root, const ScanResult &result)
 {
-    Bundles inserted;
     for (auto item = result.items.cbegin(); item != result.items.cend(); ++item) {
         for (const ItemWatch &watch : item->watches) {
             m_holders[watch.watch].append(
                 {.root = root, .path = item.key(), .folder = watch.folder, .names = watch.names});
         }
-        if (item->bundle) {
-            inserted.insert(item.key(), *item->bundle);
-        }
         m_items[root].insert(item.key(), item.value());
     }
-    return inserted;
 }
 
 void InotifyApplicationSearch::forgetUnheld(const QSet<int> &watches)
@@ -342,7 +352,7 @@ void InotifyApplicationSearch::forgetUnheld(const QSet<int> &watches)
 void InotifyApplicationSearch::listResults()
 {
     m_results.clear();
-    for (const QMap<QString, SearchItem> &items : std::as_const(m_items)) {
+    for (const Items &items : std::as_const(m_items)) {
         for (auto item = items.cbegin(); item != items.cend(); ++item) {
             if (item->bundle) {
                 m_results.append(item.key());

@@ -26,10 +26,10 @@ class MountWatch;
 /// not followed, hidden folders and Plug-Ins folders not entered. A folder that is missing or unreadable is
 /// searched as soon as that changes.
 ///
-/// An application counts as changed when its information dictionary changed, or when a Plug-Ins folder came
-/// or went beside it. A mounted or unmounted volume makes all folders worth another look; a folder whose disk
-/// does not answer is left out until it does. Without watches (the system's limit is reached) the search goes
-/// on for what is watched, and one log line says so.
+/// An application counts as changed when its information dictionary changed, when a Plug-Ins folder came or
+/// went beside it, or when a folder goes that it was in before. A mounted or unmounted volume makes all
+/// folders worth another look; a folder whose disk does not answer is left out until it does. Without watches
+/// (the system's limit is reached) the search goes on for what is watched, and one log line says so.
 class InotifyApplicationSearch final : public ApplicationSearch {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(InotifyApplicationSearch)
@@ -51,7 +51,7 @@ private:
         bool folder = false;
         QStringList names{};
     };
-    using Bundles = QMap<QString, BundleState>;
+    using Items = QMap<QString, SearchItem>; ///< by path
 
     void readEvents();
     void handleEvent(const inotify_event &event, const QString &name);
@@ -62,14 +62,14 @@ private:
     void settle();
     void scanChanges();
     void take(const QList<ScanResult> &results);
-    [[nodiscard]] Bundles removeItems(qsizetype root, const QString &path, QSet<int> &touched);
-    [[nodiscard]] Bundles insertItems(qsizetype root, const ScanResult &result);
+    [[nodiscard]] Items removeItems(qsizetype root, const QString &path, QSet<int> &touched);
+    void insertItems(qsizetype root, const ScanResult &result);
     void forgetUnheld(const QSet<int> &watches);
     void listResults();
     void logOnce(const QString &line);
 
     QList<SearchScope> m_scopes;
-    QList<QMap<QString, SearchItem>> m_items; ///< by path, one map a scope
+    QList<Items> m_items; ///< one map a scope
     QList<QSet<QString>> m_changed; ///< paths to be looked at again, one set a scope
     QHash<int, QList<Holder>> m_holders; ///< by watch
     std::shared_ptr<InotifyQueue> m_queue; ///< null before start() and after stop()

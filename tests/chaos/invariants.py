@@ -141,7 +141,8 @@ def settled(stage):
         if value not in may_be and None not in may_be:
             raise Broken(f"{key} is {value} and not one of {may_be}")
     whole_bundles(stage)
-    stage.changed_by_the_world()  # from here on it stays so
+    if not stage.goes_on:
+        stage.changed_by_the_world()  # from here on it stays so
 
 
 def lines(shown_things):

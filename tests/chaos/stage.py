@@ -41,6 +41,7 @@ class Stage(World):
         self.notes = []  # about the step
         self.looks = []  # what lay on the disk whenever the program may have looked at the bundles for the last time
         self.in_flight = False  # lists may be on their way that no call waits for
+        self.goes_on = False  # an operation may, whose call was cut
         self.network_struck = False  # which leaves a part of a file, until the next one or the next start
         self.callback(self.end_application)
 
@@ -92,6 +93,7 @@ class Stage(World):
         self.caller.asked = None
         self.hear(False)
         self.oracle.program_ended()
+        self.goes_on = False
         self.looks.clear()
 
     def unfinished(self):
@@ -150,7 +152,7 @@ class Stage(World):
         return Answer(process.returncode, out + err, document, troubled)
 
     def interrupt(self, how, process):
-        self.in_flight = True
+        self.in_flight, self.goes_on = True, how in ("give up", "bus")
         if how == "kill":
             self.do_kill()
         elif how == "quit":
@@ -290,6 +292,7 @@ class Stage(World):
         gone = any(oracles.is_valid(target) and not os.path.exists(path)  # which no search may have told
                    for state in states for path, target in state["targets"].items())
         answer = self.call(*words, meanwhile=meanwhile)
+        self.goes_on = self.goes_on and answer.status != 0
         for key, commands in pending.items():  # what is begun again carries them out, too
             build = next(state["builds"][key] for state in states if key in state["builds"])
             for command, path, *_ in commands:

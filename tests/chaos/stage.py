@@ -172,6 +172,9 @@ class Stage(World):
     def do_start(self):
         if self.is_running():
             return "runs"
+        state = self.session.state_file()
+        if self.full and state.with_name(state.name + "-journal").exists():
+            return "passed over"  # without space the state cannot be read, as a change of it is to be taken back first
         self.log_start, self.network_struck, self.in_flight = len(self.session.log()), False, True
         before = dict(self.service.asked)
         self.session.start_application()

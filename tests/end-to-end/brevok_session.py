@@ -307,6 +307,13 @@ def start_bus(test, address, **user):
     return daemon, daemon.stdout.readline().strip()
 
 
+def install(programs, prefix):
+    """Puts a copy of the programs where they can have a policy of their own; @return their new folder"""
+    for name in ("bin", "lib", "share"):
+        shutil.copytree(programs.parent / name, pathlib.Path(prefix, name))
+    return pathlib.Path(prefix, "bin")
+
+
 class Played:
     """A service of the desktop on a session bus, played by a process of its own until the test ends."""
 

@@ -31,6 +31,19 @@ class Targets(OnDesktop):
         self.wait_until_gone("Undo")
         self.assertEqual(asked.read_text(), "")
 
+    def test_pages_are_tabs(self):
+        self.open_targets()
+        self.wait_for_control("Pages", "page tab list")
+        for number, name in enumerate(("Account", "Targets", "Settings"), 1):
+            self.desktop.press(f"ctrl+{number}")
+            self.wait_for_control(name, "page tab", selected=True)
+            self.wait_for_control(name, "property page", showing=True)
+        self.assertEqual([c.name for c in self.controls() if c.role == "page tab" and "selected" in c.states],
+                         ["Settings"])
+        # The panel opens beside them; the preferences stay.
+        self.open_panel()
+        self.assertIsNotNone(self.find("Preferences"))
+
     def open_targets(self):
         self.start_with_panel(signed_in=True)
         self.open_preferences()

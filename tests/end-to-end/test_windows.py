@@ -197,6 +197,33 @@ class HostApplication(OnDesktop):
         self.assertIsNone(again.poll())
 
 
+class Item(OnDesktop):
+    def test_the_item_comes_back_with_its_tray(self):
+        self.start()
+        for _ in range(2):
+            self.desktop.stop_tray()
+            self.wait("no item", lambda: not self.desktop.tray_item())
+            self.desktop.start_tray()
+            self.open_panel()
+            self.close_panel()
+
+
+class LongCatalogue(OnDesktop):
+    def test_a_catalogue_of_two_thousand(self):
+        for number in range(2000):
+            for records in (self.session.plugins, self.session.products):
+                records.append({**records[0], "Name": f"Package {number:04}", "Prefix": f"0xP{number}"})
+        self.session.write_lists()
+        self.start(signed_in=True)
+        self.wait("all packages", lambda: len(self.session.status()["packages"]) == 2001)
+        self.open_panel()
+        self.wait_for_control("Install Alpha", "push button")
+        rows = [c for c in self.controls() if c.role == "list item"]
+        self.assertLess(len(rows), 50, "only what is near is made")
+        self.desktop.press("Down", "End")
+        self.wait_for_control("Install Package 1999", "push button", focused=True)
+
+
 class Ends(OnDesktop):
     def test_it_ends_with_the_panel_open(self):
         self.start_with_panel()

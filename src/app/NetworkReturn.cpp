@@ -38,7 +38,7 @@ NetworkReturn::NetworkReturn(
 
 NetworkReturn::~NetworkReturn() = default;
 
-// Asked is what every request asks first.
+// The same question that every request asks first.
 void NetworkReturn::look()
 {
     if (!m_connectivity.checkNetworkReachability()) {

@@ -3,6 +3,7 @@
 A fault lasts until it is taken back, so that a story does not depend on how often the program asks.
 """
 import hashlib
+import http.cookies
 import http.server
 import io
 import json
@@ -12,8 +13,6 @@ import threading
 import zipfile
 
 ACCOUNT, PASSWORD = "ada@example.com", "engine-7f3c-of-difference"
-PLACES = ("plugins", "products", "archives", "account")
-FAULTS = ("cut", "page", "short", "long", "damaged", "other", "refused", "error", "silent", "hung-up")
 
 
 def contents(name, version, host):
@@ -51,6 +50,13 @@ def damaged(body):
 def other(body):
     """Whole, and as long, but not what is listed."""
     return body[:-len(NOTE)] + NOTE[::-1] if body.startswith(b"PK") else b"{" + b" " * (len(body) - 2) + b"}"
+
+
+# In place of an answer, and what is changed in one.
+OTHER_ANSWERS = {"refused": (401, b'{"ErrorCode": 3}'), "error": (500, b"broken"),
+                 "page": (200, b"<html><body>Please log in to this network</body></html>", "text/html")}
+CHANGED = {"cut": lambda body: body[:len(body) // 2], "short": lambda body: body[:-1], "long": lambda body: body + b"x",
+           "damaged": damaged, "other": other}
 
 
 class Service(http.server.ThreadingHTTPServer):
@@ -154,11 +160,8 @@ class Handler(http.server.BaseHTTPRequestHandler):
         """Nobody reads it."""
 
     def session(self):
-        for part in self.headers.get("Cookie", "").split(";"):
-            name, _, value = part.strip().partition("=")
-            if name == "SessionId":
-                return value
-        return None
+        sent = http.cookies.SimpleCookie(self.headers.get("Cookie", "")).get("SessionId")
+        return sent and sent.value
 
     def do_GET(self):
         service = self.server
@@ -193,7 +196,7 @@ class Handler(http.server.BaseHTTPRequestHandler):
         with service.changed:
             service.asked[place] += 1
         if session is not None and session not in service.sessions:
-            self.answer(401, b'{"ErrorCode": 3}')
+            self.answer(*OTHER_ANSWERS["refused"])
             return
         fault = service.fault_of(place)
         with service.changed:
@@ -205,28 +208,13 @@ class Handler(http.server.BaseHTTPRequestHandler):
 
     def give(self, place, body, kind, fault=""):
         fault = self.server.fault_of(place) if fault == "" else fault
-        half = len(body) // 2
-        if fault == "hung-up":
+        if fault in ("hung-up", "cut"):
             self.close_connection = True
-        elif fault == "refused":
-            self.answer(401, b'{"ErrorCode": 3}')
-        elif fault == "error":
-            self.answer(500, b"broken")
-        elif fault == "page":
-            self.answer(200, b"<html><body>Please log in to this network</body></html>", "text/html")
-        elif fault == "cut":
-            self.answer(200, body[:half], kind, len(body))
-            self.close_connection = True
-        elif fault == "short":
-            self.answer(200, body[:-1], kind)
-        elif fault == "long":
-            self.answer(200, body + b"x", kind)
-        elif fault == "damaged":
-            self.answer(200, damaged(body), kind)
-        elif fault == "other":
-            self.answer(200, other(body), kind)
-        else:
-            self.answer(200, body, kind)
+        if fault in OTHER_ANSWERS:
+            self.answer(*OTHER_ANSWERS[fault])
+        elif fault != "hung-up":
+            sent = CHANGED.get(fault, bytes)(body)
+            self.answer(200, sent, kind, len(body if fault == "cut" else sent))
 
     def answer(self, status, body, kind="application/json", length=None):
         self.send_response(status)

@@ -7,11 +7,10 @@ import signal
 import sqlite3
 import subprocess
 
-
 import oracle as oracles
 from service import ACCOUNT, PASSWORD
 from story import PREFIXES
-from world import Broken, World, end_process, wait_for
+from world import Broken, PassedOver, World, end_process, wait_for
 
 PATIENCE = 100  # seconds until a call counts as hanging
 WRONG_PASSWORD = "engine-of-indifference-51"
@@ -51,9 +50,12 @@ class Stage(World):
     def play(self, step):
         """@return what a reader of the story wants to know besides"""
         self.notes = []
-        note = getattr(self, "do_" + step[0])(*step[1:])
+        try:
+            getattr(self, "do_" + step[0])(*step[1:])
+        except PassedOver:
+            self.notes.append("passed over")
         self.notice_end()
-        return "; ".join(([note] if note else []) + self.notes)
+        return "; ".join(self.notes)
 
     # what the program does by itself
 
@@ -111,6 +113,7 @@ class Stage(World):
 
     def call(self, *words, meanwhile=None, **environment):
         """One call of brevokctl, during which something may go wrong."""
+        self.pass_over_if(not self.is_running())
         meanwhile = meanwhile or {}
         troubled = bool(meanwhile) or self.full or bool(self.service.faults)
         if "strike" in meanwhile:
@@ -170,39 +173,31 @@ class Stage(World):
     # what people do
 
     def do_start(self):
-        if self.is_running():
-            return "runs"
         state = self.session.state_file()
-        if self.full and state.with_name(state.name + "-journal").exists():
-            return "passed over"  # without space the state cannot be read, as a change of it is to be taken back first
+        # Without space a change of the state that is to be taken back cannot be, and nothing can be read.
+        unreadable = self.full and state.with_name(state.name + "-journal").exists()
+        self.pass_over_if(self.is_running() or unreadable)
         self.log_start, self.network_struck, self.in_flight = len(self.session.log()), False, True
         before = dict(self.service.asked)
         self.session.start_application()
         wait_for(lambda: all(count > before[place] for place, count in self.service.asked.items()),
                  "the lists are asked for")
         self.caller.asked, self.caller.bus = self.session.application.pid, self.road.bus.pid
-        return None
 
     def do_quit(self):
-        if not self.is_running():
-            return "passed over"
+        self.pass_over_if(not self.is_running())
         self.caller.asked = None
         status = self.session.stop_application()
         self.program_ended()
         if status != 0:
             raise Broken(f"quitting ended with {status}")
-        return None
 
     def do_kill(self):
-        if not self.is_running():
-            return "passed over"
+        self.pass_over_if(not self.is_running())
         self.session.stop_application(signal.SIGKILL)
         self.program_ended()
-        return None
 
     def do_signin(self, right, meanwhile):
-        if not self.is_running():
-            return "passed over"
         before = set(self.signed_in)
         answer = self.call("signin", ACCOUNT, meanwhile=meanwhile,
                            BREVOK_PASSWORD=PASSWORD if right else WRONG_PASSWORD)
@@ -214,41 +209,26 @@ class Stage(World):
             self.must_succeed(answer, "signing in")
         elif answer.status == 0:
             raise Broken("a wrong password was taken")
-        return None
 
     def do_signout(self, meanwhile):
-        if not self.is_running():
-            return "passed over"
         answer = self.call("signout", meanwhile=meanwhile)
         self.signed_in = {False} if answer.status == 0 else self.signed_in | {False}
-        return None
 
     def do_check(self, meanwhile):
-        if not self.is_running():
-            return "passed over"
         answer = self.call("check", meanwhile=meanwhile)
         if self.signed_in == {False}:
             self.must_succeed(answer, "a check")
-        return None
 
     def do_set(self, key, value):
-        if not self.is_running():
-            return "passed over"
         answer = self.call("settings", "set", key, value)
         known = self.settings.get(key, {None})
         self.settings[key] = {value} if answer.status == 0 else known | {value}
         self.must_succeed(answer, "setting " + key)
-        return None
 
     def do_discard(self):
-        if not self.is_running():
-            return "passed over"
         self.must_succeed(self.call("discard"), "discarding")
-        return None
 
     def do_target(self, what, host):
-        if not self.is_running():
-            return "passed over"
         path, version = self.target_of(host), next((str(one[3] // 100) for one in self.hosts_on_disk()
                                                     if one[0] == self.target_of(host)), "140")
         words = [path, "--type", "InDesign", "--version", version] if what == "add" else [path]
@@ -270,7 +250,6 @@ class Stage(World):
             self.oracle.may_have_happened("targets", change)
         elif what == "add" and os.path.exists(path):
             self.must_succeed(answer, "adding a target")
-        return None
 
     # what changes bundles
 
@@ -289,8 +268,7 @@ class Stage(World):
         return self.operation(("converge",), installs, forbidden, meanwhile)
 
     def operation(self, words, installs, removals, meanwhile):
-        if not self.is_running():
-            return "passed over"
+        self.pass_over_if(not self.is_running())
         disk, states, pending = self.disk(), list(self.oracle.now), self.unfinished()
         gone = any(oracles.is_valid(target) and not os.path.exists(path)  # which no search may have told
                    for state in states for path, target in state["targets"].items())
@@ -320,7 +298,6 @@ class Stage(World):
         self.compare_with_outcome([one for key in keys for one in answer.document.get(key, [])], disk)
         if answer.status == 0 and words[0] in ("install", "update") and not gone and not pending:
             self.compare_with_plan(installs, disk, states if words[0] == "install" else [])
-        return None
 
     def compare_with_outcome(self, entries, before):
         """What a person is told has become of the bundles is what became of them."""

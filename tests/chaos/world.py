@@ -15,11 +15,16 @@ from caller import Caller
 from story import HOSTS
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "end-to-end"))
-from brevok_session import Session, end_process, start_bus, wait_for  # noqa: E402
+from brevok_session import Session, end_process, install, start_bus, wait_for  # noqa: E402
 from roads import HelperRoad, OwnRoad, rigs  # noqa: E402,F401
+
 
 class Broken(Exception):
     """Something that must hold does not."""
+
+
+class PassedOver(Exception):
+    """A step has no meaning where it stands."""
 
 
 def identity(name, files):
@@ -79,7 +84,7 @@ class World(contextlib.ExitStack):
         session = type("StorySession", (ScratchSession,), {"seed": story["seed"], "library": library})
         programs = pathlib.Path(programs).resolve()
         if story["road"] == "own":
-            programs = self.installed(programs)
+            programs = install(programs, self.enter_context(tempfile.TemporaryDirectory()))
         self.road = (HelperRoad if story["road"] == "helper" else OwnRoad)(self, programs, session)
         self.session, self.service = self.road.session, self.road.session.service
         self.folder = self.session.folder
@@ -104,19 +109,16 @@ class World(contextlib.ExitStack):
         self.callback(self.caller.close)
         self.callback(self.end_worldly)
 
-    def installed(self, programs):
-        """A copy in a prefix of its own, which can have a policy of its own."""
-        prefix = pathlib.Path(tempfile.mkdtemp(prefix="brevok-prefix-"))
-        self.callback(shutil.rmtree, prefix, True)
-        for folder in ("bin", "lib/tolvane-brevok", "share/tolvane-brevok"):
-            shutil.copytree(programs.parent / folder, prefix / folder)
-        return prefix / "bin"
-
     def end_worldly(self):
         for host in list(self.running):
             self.do_rest(host)
         for host in self.mounted:
             subprocess.run(["umount", "--lazy", self.folder_of(host)], check=False)
+
+    @staticmethod
+    def pass_over_if(has_no_meaning):
+        if has_no_meaning:
+            raise PassedOver
 
     def is_running(self):
         return self.session.application is not None
@@ -187,27 +189,22 @@ class World(contextlib.ExitStack):
         self.road.belongs_to_root(self.session.applications)
 
     def do_vanish(self, name):
-        if name in self.mounted:
-            return "passed over"
+        self.pass_over_if(name in self.mounted)
         self.do_rest(name)
         shutil.rmtree(self.folder_of(name), ignore_errors=True)
         self.changed_by_the_world(self.folder_of(name))
-        return None
 
     def do_move(self, name):
         """To another name, or back."""
         there, elsewhere = self.folder_of(name), self.folder_of(name + " moved")
-        if name in self.mounted or there.exists() == elsewhere.exists() or self.is_in_disorder(there):
-            return "passed over"
+        self.pass_over_if(name in self.mounted or there.exists() == elsewhere.exists() or self.is_in_disorder(there))
         self.do_rest(name)
         there.rename(elsewhere) if there.exists() else elsewhere.rename(there)
         self.changed_by_the_world(there, elsewhere)
-        return None
 
     def do_mount(self, name):
         """The host lies on a volume that comes now; what lay in its place is out of sight."""
-        if "BREVOK_TEST_NAMESPACE" not in os.environ or name in self.mounted or name in self.running:
-            return "passed over"
+        self.pass_over_if("BREVOK_TEST_NAMESPACE" not in os.environ or name in self.mounted or name in self.running)
         volume = self.volumes / name
         (volume / f"{name}.app").mkdir(parents=True, exist_ok=True)
         self.folder_of(name).mkdir(exist_ok=True)
@@ -215,33 +212,27 @@ class World(contextlib.ExitStack):
         self.mounted.add(name)
         self.do_host(name, HOSTS[name][1][0])
         self.changed_by_the_world(self.folder_of(name))
-        return None
 
     def do_unmount(self, name):
-        if name not in self.mounted or self.is_in_disorder(self.folder_of(name)):
-            return "passed over"
+        self.pass_over_if(name not in self.mounted or self.is_in_disorder(self.folder_of(name)))
         self.do_rest(name)
         subprocess.run(["umount", "--lazy", self.folder_of(name)], check=True)
         self.mounted.discard(name)
         self.changed_by_the_world(self.folder_of(name))
-        return None
 
     def do_run(self, name):
         contents = self.folder_of(name) / f"{name}.app" / "Contents"
-        if name in self.running or not contents.exists():
-            return "passed over"
+        self.pass_over_if(name in self.running or not contents.exists())
         (contents / "MacOS").mkdir(exist_ok=True)
         shutil.copy(shutil.which("sleep"), contents / "MacOS" / name)
         self.running[name] = subprocess.Popen([contents / "MacOS" / name, "3600"])
-        return None
 
     def do_rest(self, name):
         end_process(self.running.pop(name, None), signal.SIGKILL)
 
     def do_place(self, host, name, version, build_host):
         """Somebody else's hand puts a bundle there."""
-        if not (self.folder_of(host) / "Plug-Ins").exists():
-            return "passed over"
+        self.pass_over_if(not (self.folder_of(host) / "Plug-Ins").exists())
         path = pathlib.Path(oracles.bundle_in(self.target_of(host), name))
         shutil.rmtree(path, ignore_errors=True)
         for file, content in services.contents(name, version, build_host).items():
@@ -249,7 +240,6 @@ class World(contextlib.ExitStack):
             (path / file).write_bytes(content)
         self.road.belongs_to_root(self.session.applications)
         self.changed_by_the_world(self.folder_of(host))
-        return None
 
     def do_expire(self):
         self.service.expire()

@@ -16,9 +16,11 @@ import subprocess
 import sys
 import tempfile
 import threading
-import time
 import unittest
 import zipfile
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "demo"))
+from virtual_desktop import wait_for  # noqa: E402
 
 EMAIL, PASSWORD = "ada@example.com", "analytical-engine"  # an account that the service knows
 LISTS = ("/api/plugin/list", "/api/product/list")
@@ -29,17 +31,6 @@ def information(name, version, host):
     """The information dictionary of an installed plug-in."""
     return plistlib.dumps({"CFBundleExecutable": name, "CFBundleShortVersionString": f"{version} (build 7)",
                            "CFBundleShortVersionStringTemplate": version, "TolvaneHostAppShortVersion": host})
-
-
-def wait_for(condition, what):
-    """Waits until `condition()` is true and returns what it gave."""
-    end = time.monotonic() + PATIENCE
-    while time.monotonic() < end:
-        result = condition()
-        if result:
-            return result
-        time.sleep(0.02)
-    raise AssertionError(f"never came true: {what}")
 
 
 class Session:
@@ -305,6 +296,13 @@ def start_bus(test, address, **user):
                               stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, text=True, **user)
     test.addCleanup(end_process, daemon, signal.SIGKILL)
     return daemon, daemon.stdout.readline().strip()
+
+
+def install(programs, prefix):
+    """Puts a copy of the programs where they can have a policy of their own; @return their new folder"""
+    for name in ("bin", "lib", "share"):
+        shutil.copytree(programs.parent / name, pathlib.Path(prefix, name))
+    return pathlib.Path(prefix, "bin")
 
 
 class Played:

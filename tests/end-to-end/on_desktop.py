@@ -7,7 +7,6 @@ import sys
 import time
 import unittest
 
-sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[2] / "demo"))
 try:
     from accessible import Accessibility
     from gi.repository import GLib

@@ -1,10 +1,9 @@
 """The two roads by which the programs change targets: the application itself, or the privileged helper for it."""
 import os
 import pathlib
-import shutil
 import sys
 
-from brevok_session import Session, start_bus
+from brevok_session import Session, install, start_bus
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "helper" / "system"))
 import rig as rigs  # noqa: E402
@@ -35,12 +34,11 @@ class HelperRoad(OwnRoad):
     def __init__(self, test, programs, session=Session):  # pylint: disable=super-init-not-called
         self.rig = rigs.Rig(programs / "tolvane-brevok-helper")
         test.addCleanup(self.rig.close)
-        for name in ("bin", "lib", "share"):  # the build's own folder may be closed to other users
-            shutil.copytree(programs.parent / name, self.rig.root / "build" / name)
+        programs = install(programs, self.rig.root / "build")  # the build's own folder may be closed to other users
         folder = self.rig.root / "session"
         folder.mkdir()
         user = {"user": rigs.ALLOWED, "group": 65534, "extra_groups": []}
-        self.session = test.enterContext(session(self.rig.root / "build" / "bin", folder, **user))
+        self.session = test.enterContext(session(programs, folder, **user))
         own = {"TMPDIR": "temporary", "XDG_RUNTIME_DIR": "runtime"}
         for name in own.values():
             (folder / name).mkdir(mode=0o700)

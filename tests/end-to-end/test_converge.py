@@ -1,28 +1,11 @@
 """brevokctl converge with the real programs: what the owner of a machine wants comes true, and is told."""
 import json
-import pathlib
 import shutil
 import signal
 import subprocess
 import tempfile
 
-from brevok_session import Session, SessionTest, run_tests, wait_for
-
-
-def programs_of_their_own(test):
-    """The policy belongs to the installed copy of a program: a copy in a prefix of this test's."""
-    prefix = pathlib.Path(tempfile.mkdtemp(prefix="brevok-prefix-"))
-    test.addCleanup(shutil.rmtree, prefix, True)
-    for folder in ("bin", "lib/tolvane-brevok", "share/tolvane-brevok"):
-        shutil.copytree(test.programs.parent / folder, prefix / folder, copy_function=link_or_copy)
-    return prefix
-
-
-def link_or_copy(source, target):
-    try:
-        pathlib.Path(target).hardlink_to(source)
-    except OSError:
-        shutil.copy2(source, target)
+from brevok_session import Session, SessionTest, install, run_tests, wait_for
 
 
 def results(entries):
@@ -30,11 +13,15 @@ def results(entries):
 
 
 class Converge(SessionTest):
+    @classmethod
+    def setUpClass(cls):
+        cls.installed = install(cls.programs, cls.enterClassContext(tempfile.TemporaryDirectory()))
+
     def setUp(self):
-        self.prefix = programs_of_their_own(self)
-        self.policy = self.prefix / "etc/tolvane-brevok/policy.conf"
+        self.policy = self.installed.parent / "etc/tolvane-brevok/policy.conf"
         self.policy.parent.mkdir(parents=True)
-        self.session = self.enterContext(Session(self.prefix / "bin"))
+        self.addCleanup(shutil.rmtree, self.policy.parent)
+        self.session = self.enterContext(Session(self.installed))
         for name, prefix in (("Alpha", "0xA"), ("Beta", "0xB"), ("Gamma", "0xC"), ("Delta", "KM#xD")):
             self.session.publish(name, prefix, "1.0", 140)
 
@@ -178,18 +165,6 @@ class Converge(SessionTest):
         document = self.converge()
         self.assertEqual(results(document["changed"]), [("0xA", "installed"), ("0xB", "installed")])
         self.assertRegex(document["notes"][0], "Unfinished actions are discarded")
-
-    def test_a_full_disk_is_told(self):
-        session = self.session
-        self.policy.write_text("[Packages]\nRequired=0xA\nForbidden=0xB\n")
-        self.start()
-        session.ctl("install", "0xB")
-        session.fill_disk(True)
-        document = self.converge(status=1)
-        self.assertEqual(results(document["changed"]), [("0xB", "removed")])
-        self.assertIn("cannot be stored", " ".join(entry["reason"] for entry in document["failed"]))
-        session.fill_disk(False)
-        self.assertEqual(results(self.converge()["changed"]), [("0xA", "installed")])
 
 
 if __name__ == "__main__":

@@ -37,24 +37,17 @@ class Logout(OwnBus):
         self.start_bus()
         self.start()
 
-    def test_an_idle_application(self):
-        self.start(signed_in=True)
-        for bus_first in True, False:
-            self.session.ctl("open-panel")
-            self.log_out(bus_first)
-            self.log_in()
-            self.assertTrue(self.session.status()["session"]["signedIn"])
-
-    def test_in_the_middle_of_an_install(self):
+    def test_with_an_open_panel_in_the_middle_of_an_install(self):
         session = self.session
         session.publish("Beta", "0xB", "1.0", 140)
-        self.start()
-        session.ctl("check")
+        self.start(signed_in=True)
         for bus_first, prefix in (True, "0xA"), (False, "0xB"):
+            session.ctl("open-panel")
             with session.install_under_way(prefix) as install:
                 self.log_out(bus_first)
                 self.assertEqual(install.wait(PATIENCE), 3)
             self.log_in()
+            self.assertTrue(session.status()["session"]["signedIn"])
             self.assertEqual(session.package_status(prefix), "In Progress")
             session.ctl("discard")
             session.ctl("check")

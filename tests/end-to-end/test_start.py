@@ -1,7 +1,6 @@
 """The start with the question about unfinished actions, with the real programs."""
 import contextlib
 import json
-import os
 import signal
 import sqlite3
 
@@ -71,19 +70,6 @@ class Start(SessionTest):
         session.application = None
         self.assertEqual(len(session.requests(*LISTS)), self.seen)
         self.assert_unfinished(True)
-
-    def test_what_is_left_half_done_goes_at_the_start(self):
-        session = self.session
-        session.start_and_check()
-        session.stop_application()
-        target, archives = session.bundle("Alpha").parent, session.state_file().parent / "140"
-        names = (archives / "Alpha.zip.part-1-1", target / ".tolvane-unpack-abcdef", target / ".tolvane-removed-1")
-        for name in names:
-            name.mkdir(parents=True) if name.parent == target else archives.mkdir()
-            (name / "part" if name.parent == target else name).write_text("half")
-        os.utime(names[0], (0, 0))
-        session.start_application()
-        wait_for(lambda: not any(name.exists() for name in names), "nothing of it is left")
 
     def test_a_search_that_ends_at_the_question(self):
         session = self.session

@@ -6,10 +6,9 @@
 #include "foundation/Secrets.h"
 #include "foundation/UntrustedText.h"
 #include "support/InRow.h"
+#include "support/Spellings.h"
 
 #include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -100,65 +99,23 @@ private Q_SLOTS:
         }
     }
 
-    void spellings_data()
-    {
-        QTest::addColumn<QString>("secret");
-        const QStringList secrets{u"hunter22"_s, u"pä\"<ß>&'wörd /+%25\\"_s, u"😀\u202E!x9 \t\n"_s, u"abcd"_s,
-            u"%41%42&amp;\\u0041"_s, u"a\uFFFDbc"_s, QString(2000, u'k') + u'7'};
-        for (const QString &secret : secrets) {
-            QTest::newRow(qPrintable(secret.left(12))) << secret;
-        }
-    }
-
     void spellings()
     {
-        QFETCH(const QString, secret);
-        keepSecret(secret);
-        const auto asJson = [](const QString &text) {
-            return QString::fromUtf8(
-                QJsonDocument(QJsonArray{text}).toJson(QJsonDocument::Compact).chopped(2).sliced(2));
-        };
-        const auto each = [&secret](const QString &format, int digits, int base) {
-            QString result;
-            for (const QChar unit : secret) {
-                result += format.arg(uint(unit.unicode()), digits, base, QChar(u'0'));
+        for (const QString &secret : {u"hunter22"_s, u"pä\"<ß>&'wörd /+%25\\"_s, u"😀\u202E!x9 \t\n"_s,
+                 u"abcd"_s, u"%41%42&amp;\\u0041"_s, u"a\uFFFDbc"_s, QString(2000, u'k') + u'7'}) {
+            const QByteArray row = secret.left(12).toUtf8();
+            const InRow in(row.constData());
+            keepSecret(secret);
+            for (const auto &[name, spelling] : testing::spellingsOf(secret)) {
+                const QString text = u"The text {%1} ends."_s.arg(spelling);
+                const QString shown = withoutSecrets(text);
+                QVERIFY2(shown.startsWith(u"The text {"_s) && shown.endsWith(u"} ends."_s), name);
+                QVERIFY2(shown.contains(u"(not logged)"_s), name);
+                // What base64 leaves at the ends stands for less than a character.
+                QVERIFY2(shown.size() <= u"The text {} ends.(not logged)"_s.size() + 28,
+                    qPrintable(QLatin1String(name) + shown));
+                QVERIFY2(!shown.contains(spelling), name);
             }
-            return result;
-        };
-        QString html;
-        const QList<uint> characters = secret.toUcs4();
-        for (const uint code : characters) {
-            html += u"&#%1;"_s.arg(code, 3, 10, QChar(u'0'));
-        }
-        QString form = QString::fromLatin1(QUrl::toPercentEncoding(secret)).replace(u"%20"_s, u"+"_s);
-        const QByteArray utf8 = secret.toUtf8();
-        const QList<std::pair<const char *, QString>> spelled{
-            {"raw", secret},
-            {"JSON", asJson(secret)},
-            {"JSON with slashes", asJson(secret).replace(u'/', u"\\/"_s)},
-            {"JSON in numbers", each(u"\\u%1"_s, 4, 16)},
-            {"JSON in large numbers", each(u"\\u%1"_s, 4, 16).toUpper().replace(u"\\U"_s, u"\\u"_s)},
-            {"HTML", secret.toHtmlEscaped()},
-            {"HTML with apostrophes", secret.toHtmlEscaped().replace(u'\'', u"&#039;"_s)},
-            {"HTML in numbers", html},
-            {"address", QString::fromLatin1(QUrl::toPercentEncoding(secret))},
-            {"address in small letters",
-                QString::fromLatin1(utf8.toPercentEncoding({}, secret.toLatin1().left(256))).toLower()},
-            {"form", form},
-            {"base64", QString::fromLatin1(utf8.toBase64())},
-            {"base64 for addresses", QString::fromLatin1(utf8.toBase64(QByteArray::Base64UrlEncoding))},
-            {"base64 with a name", QString::fromLatin1(("ada@example.com:" + utf8).toBase64())},
-            {"base64 in between", QString::fromLatin1(("xy" + utf8 + "=z").toBase64())},
-        };
-        for (const auto &[name, spelling] : spelled) {
-            const QString text = u"The text {%1} ends."_s.arg(spelling);
-            const QString shown = withoutSecrets(text);
-            QVERIFY2(shown.startsWith(u"The text {"_s) && shown.endsWith(u"} ends."_s), name);
-            QVERIFY2(shown.contains(u"(not logged)"_s), name);
-            // What base64 leaves at the ends stands for less than a character.
-            QVERIFY2(shown.size() <= u"The text {} ends.(not logged)"_s.size() + 28,
-                qPrintable(QLatin1String(name) + shown));
-            QVERIFY2(!shown.contains(spelling), name);
         }
     }
 

@@ -5,10 +5,7 @@
 #include "foundation/Secrets.h"
 #include "foundation/UntrustedText.h"
 #include "fuzz/Fuzz.h"
-
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QUrl>
+#include "support/Spellings.h"
 
 #include <algorithm>
 
@@ -18,29 +15,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 const QString mark = u"(not logged)"_s;
-
-QString eachUnit(const QString &text, const QString &format, int digits, int base)
-{
-    QString result;
-    for (const QChar unit : text) {
-        result += format.arg(uint(unit.unicode()), digits, base, QChar(u'0'));
-    }
-    return result;
-}
-
-QStringList spellings(const QString &secret, const QByteArray &before, const QByteArray &after)
-{
-    const QByteArray utf8 = secret.toUtf8();
-    const auto json = QString::fromUtf8(QJsonDocument(QJsonArray{secret}).toJson(QJsonDocument::Compact));
-    QString html;
-    for (const uint code : secret.toUcs4()) {
-        html += u"&#%1;"_s.arg(code);
-    }
-    return {secret, json.chopped(2).sliced(2), eachUnit(secret, u"\\u%1"_s, 4, 16), secret.toHtmlEscaped(),
-        html, QString::fromLatin1(QUrl::toPercentEncoding(secret)), QString::fromLatin1(utf8.toBase64()),
-        QString::fromLatin1(utf8.toBase64(QByteArray::Base64UrlEncoding | QByteArray::OmitTrailingEquals)),
-        QString::fromLatin1((before + utf8 + after).toBase64())};
-}
 
 bool isClean(const QString &text, bool severalLines)
 {
@@ -80,8 +54,8 @@ void fuzz::check(const QByteArray &input)
         return;
     }
     keepSecret(secret);
-    const QStringList spelled = spellings(secret, all[1].trimmed(), all[2].trimmed());
-    const QString &spelling = spelled[all[1].size() % spelled.size()]; // one at a time: this is slow
+    const auto spelled = testing::spellingsOf(secret, all[1].trimmed(), all[2].trimmed());
+    const QString &spelling = spelled[all[1].size() % spelled.size()].second; // one at a time: this is slow
     const QStringList left = withoutSecrets(text + spelling + QString::fromUtf8(all[2])).split(mark);
     HOLDS(left.size() > 1);
     HOLDS(std::none_of(left.cbegin(), left.cend(),

@@ -6,6 +6,7 @@ import pathlib
 import re
 import shutil
 import subprocess
+import tempfile
 
 APPLICATION, HELPER, DEMO = "tolvane-brevok", "tolvane-brevok-helper", "tolvane-brevok-demo"
 POLICY = "etc/tolvane-brevok/policy.conf"
@@ -35,12 +36,13 @@ def make_packages(build, folder):
 
 def make_newer(package, folder, change):
     """The same package as version 1000.0-1, its unpacked tree changed by change(tree)."""
-    tree = folder / f"newer-{package.stem}"
+    folder = pathlib.Path(tempfile.mkdtemp(dir=folder))
+    tree = folder / package.stem
     run("dpkg-deb", "-R", package, tree)
     control = tree / "DEBIAN" / "control"
     control.write_text(re.sub(r"^Version: .*$", "Version: 1000.0-1", control.read_text(), flags=re.M))
     change(tree)
-    result = folder / f"newer-{package.name}"
+    result = folder / package.name
     run("dpkg-deb", "--root-owner-group", "-Znone", "-b", tree, result)
     return result
 
@@ -86,11 +88,3 @@ class ScratchRoot:
                 found[name] = (os.readlink(path) if path.is_symlink()
                                else path.read_bytes() if path.is_file() else None)
         return found
-
-
-def temporary_folder(case, prefix):
-    """A folder that goes with the test @case (or its class)."""
-    import tempfile
-    folder = pathlib.Path(tempfile.mkdtemp(prefix=prefix))
-    (case.addClassCleanup if isinstance(case, type) else case.addCleanup)(shutil.rmtree, folder, True)
-    return folder

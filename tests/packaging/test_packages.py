@@ -8,15 +8,15 @@ import os
 import pathlib
 import re
 import shutil
-import signal
 import sys
+import tempfile
 import unittest
 import xml.etree.ElementTree as ElementTree
 
 sys.path.insert(0, str(pathlib.Path(__file__).resolve().parent.parent / "end-to-end"))
-from brevok_session import Session, wait_for  # noqa: E402
+from brevok_session import Session, ask_bus, offer_to_the_bus, wait_for  # noqa: E402
 from scratch_root import (APPLICATION, DEMO, HELPER, POLICY, ScratchRoot, make_newer, make_packages, missing_tools,
-                          mode_and_path, run, temporary_folder)  # noqa: E402
+                          mode_and_path, run)  # noqa: E402
 
 BUILD = pathlib.Path(sys.argv.pop(1)).resolve()
 SKIPPED = 77
@@ -29,11 +29,11 @@ def needs(tool):
 class PackagesTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        cls.made = temporary_folder(cls, "brevok-packages-")
+        cls.made = pathlib.Path(cls.enterClassContext(tempfile.TemporaryDirectory()))
         cls.packages = make_packages(BUILD, cls.made)
 
     def setUp(self):
-        self.root = ScratchRoot(temporary_folder(self, "brevok-root-"))
+        self.root = ScratchRoot(pathlib.Path(self.enterContext(tempfile.TemporaryDirectory())))
 
     def install_all(self):
         self.root.dpkg("-i", *self.packages.values())
@@ -170,8 +170,9 @@ class PackagesTest(unittest.TestCase):
             self.write_policy(f"[Service]\nURL={session.service_url}\nCA={session.service_ca}\n"
                               f"ReachabilityHost=localhost\n[Applications]\nFolders={session.applications}\n"
                               "[Settings]\nautoUpdate=yes\nstartAtLogin=no\n")
-            self.offer_to_the_bus()
-            self.addCleanup(self.end_copy_of_the_bus)
+            service = (self.root / "usr/share/dbus-1/services/com.tolvane.brevok.service").read_text()
+            offer_to_the_bus(self, service.replace("Exec=", f"Exec={self.root.folder}"))
+            self.addCleanup(self.end_copy_of_the_bus, session)
             wait_for(lambda: session.ctl("status", check=False).returncode == 0, "the application answers")
             wait_for(lambda: session.status()["targets"], "the policy's folder is searched")
             self.assertIn(str(session.applications), session.status()["targets"][0]["path"])
@@ -184,28 +185,9 @@ class PackagesTest(unittest.TestCase):
                              (True, False, False))
             self.assertFalse(list(pathlib.Path(os.environ["XDG_CONFIG_HOME"]).glob("autostart/*")))
 
-    def end_copy_of_the_bus(self):
-        asked = run("dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
-                    "org.freedesktop.DBus.GetConnectionUnixProcessID", "string:com.tolvane.brevok", check=False)
-        if asked.returncode == 0:
-            os.kill(int(asked.stdout.split()[-1]), signal.SIGTERM)
-            wait_for(self.bus_owner_is_gone, "the copy ends")
-
-    def bus_owner_is_gone(self):
-        return "false" in run("dbus-send", "--session", "--print-reply=literal", "--dest=org.freedesktop.DBus", "/",
-                              "org.freedesktop.DBus.NameHasOwner", "string:com.tolvane.brevok").stdout
-
-    def offer_to_the_bus(self):
-        """The bus of this test starts what stands in this root."""
-        services = pathlib.Path(os.environ["XDG_DATA_HOME"]) / "dbus-1" / "services"
-        services.mkdir(parents=True, exist_ok=True)
-        text = (self.root / "usr/share/dbus-1/services/com.tolvane.brevok.service").read_text()
-        (services / "com.tolvane.brevok.service").write_text(text.replace("Exec=", f"Exec={self.root.folder}"))
-        reload = ["dbus-send", "--session", "--print-reply", "--dest=org.freedesktop.DBus", "/",
-                  "org.freedesktop.DBus.ReloadConfig"]
-        run(*reload)
-        self.addCleanup(run, *reload)
-        self.addCleanup((services / "com.tolvane.brevok.service").unlink)
+    def end_copy_of_the_bus(self, session):
+        session.ctl("quit", check=False)
+        wait_for(lambda: "com.tolvane.brevok" not in ask_bus("ListNames"), "the copy ends")
 
     def test_policy_that_cannot_be_used_keeps_the_program_from_starting(self):
         self.install_all()
@@ -240,7 +222,7 @@ class PackagesTest(unittest.TestCase):
         self.install_all()
         self.assertEqual(os.readlink(wanted), "/usr/lib/systemd/user/tolvane-brevok-converge.timer")
         wanted.unlink()
-        self.root.dpkg("-i", make_newer(self.packages[APPLICATION], temporary_folder(self, "brevok-newer-"), lambda tree: None))
+        self.root.dpkg("-i", make_newer(self.packages[APPLICATION], self.made, lambda tree: None))
         self.assertFalse(wanted.is_symlink())
         self.root.dpkg("-r", APPLICATION)
         self.assertEqual(os.readlink(self.root / "etc/systemd/user" / wanted.name), "/dev/null")

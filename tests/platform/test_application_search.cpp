@@ -96,14 +96,6 @@ private Q_SLOTS:
         QCOMPARE(watcher.search.results(), expected);
     }
 
-    void gathersNothingInOrder()
-    {
-        Watcher watcher({});
-        QTRY_COMPARE(
-            watcher.heard, (QList{Notification::DidStartGathering, Notification::DidFinishGathering}));
-        QVERIFY(watcher.search.results().isEmpty());
-    }
-
     void followsChanges_data()
     {
         const Table<std::function<bool(const QString &root)>, QStringList> row;

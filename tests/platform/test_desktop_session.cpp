@@ -32,14 +32,6 @@ QString notificationName()
     return u"com.tolvane.brevok"_s;
 }
 
-// The other program: says one thing and ends at once.
-int runPoster(const QString &object)
-{
-    DBusNotifications notifications(QDBusConnection::sessionBus());
-    notifications.post(notificationName(), object);
-    return 0;
-}
-
 constexpr int itsOwnStatus = 7;
 
 // The other program: is asked to end while it does, by every way of asking.
@@ -178,24 +170,6 @@ private Q_SLOTS:
         QCOMPARE(neighbour.process.state(), QProcess::Running);
     }
 
-    void notificationsReachOtherProcesses()
-    {
-        DBusNotifications notifications(QDBusConnection::sessionBus());
-        QSignalSpy heard(&notifications, &DistributedNotifications::posted);
-        notifications.observe(notificationName(), u"openPanel"_s);
-        notifications.post(notificationName(), u"openPanel"_s); // heard by others alone
-        for (int round = 1; round <= 10; ++round) {
-            for (const QString &object : {u"willTerminate"_s, u"openPanel"_s}) {
-                QProcess poster;
-                poster.start(QCoreApplication::applicationFilePath(), {u"--post"_s, object});
-                QVERIFY(poster.waitForFinished());
-                QCOMPARE(poster.exitCode(), 0);
-            }
-            QTRY_COMPARE(heard.size(), round);
-        }
-        QCOMPARE(heard.constFirst(), (QVariantList{notificationName(), u"openPanel"_s}));
-    }
-
     void withoutABusNothingIsPosted()
     {
         const LogCapture log;
@@ -283,9 +257,6 @@ int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.value(1) == u"--post"_s) {
-        return runPoster(arguments.value(2));
-    }
     if (arguments.value(1) == u"--ending"_s) {
         return runEnding();
     }

@@ -6,11 +6,9 @@
 #include "support/SampleBundles.h"
 #include "support/Table.h"
 
-#include <QRandomGenerator>
 #include <QtEndian>
 #include <QTest>
 
-#include <array>
 #include <cstdlib>
 
 #include <plist/plist.h>
@@ -145,29 +143,6 @@ private Q_SLOTS:
         for (const QString &place : {fifo, path(), path(u"absent"_s), u"/dev/zero"_s}) {
             QVERIFY2(!readPropertyList(place), qPrintable(place));
         }
-    }
-
-    void damagedListsDoNoHarm()
-    {
-        const QByteArray text =
-            xml("<dict><key>list</key><array><integer>1</integer><string>text</string>"
-                "<dict><key>x</key><real>2.5</real><key>y</key><data>AAEC</data></dict></array>"
-                "<key>name</key><string>Ünïcode</string></dict>");
-        const std::array sources = {text, binary(text)};
-        QRandomGenerator random(20260301);
-        int read = 0;
-        for (int round = 0; round < 3000; ++round) {
-            QByteArray bytes = sources[static_cast<size_t>(round % 2)];
-            for (int change = random.bounded(1, 5); change > 0; --change) {
-                bytes[random.bounded(static_cast<int>(bytes.size()))] =
-                    static_cast<char>(random.bounded(256));
-            }
-            const QString file =
-                path(u"damaged %1.plist"_s.arg(round)); // writing one again and again is slow
-            QVERIFY(writeFile(file, bytes));
-            read += readPropertyList(file) ? 1 : 0;
-        }
-        QVERIFY(read > 0 && read < 3000);
     }
 
     void theProgramKnowsItself()

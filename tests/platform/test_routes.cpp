@@ -141,15 +141,6 @@ private Q_SLOTS:
         }
         QCOMPARE(unplugged.exitCode(), 0);
     }
-
-    void theNotifierCanBeStopped()
-    {
-        RouteTableLookup lookup;
-        QVERIFY(lookup.startNotifier());
-        lookup.stopNotifier();
-        lookup.stopNotifier();
-        QVERIFY(lookup.startNotifier());
-    }
 };
 
 int main(int argc, char **argv)

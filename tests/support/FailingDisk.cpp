@@ -7,6 +7,8 @@
 
 #include <atomic>
 #include <limits>
+#include <map>
+#include <mutex>
 
 #include <sqlite3.h>
 
@@ -17,23 +19,16 @@ namespace {
 constexpr int never = std::numeric_limits<int>::max();
 
 std::atomic<int> good = never;
+std::atomic<int> tried = 0;
+std::atomic<qint64> written = 0;
+std::atomic<int> syncMs = 0;
 sqlite3_vfs *realDisk = nullptr;
 sqlite3_vfs disk = {};
-
-// The real file follows in the same memory.
-struct CountedFile {
-    sqlite3_file base;
-    sqlite3_file *real;
-};
-
-sqlite3_file *real(sqlite3_file *file)
-{
-    return reinterpret_cast<CountedFile *>(file)->real;
-}
+sqlite3_io_methods real = {}; // of what is played here, the same for every file
 
 bool refused()
 {
-    return FailingDisk::tried++ >= good;
+    return tried++ >= good;
 }
 
 int writeFile(sqlite3_file *file, const void *bytes, int count, sqlite3_int64 offset)
@@ -41,58 +36,51 @@ int writeFile(sqlite3_file *file, const void *bytes, int count, sqlite3_int64 of
     if (refused()) {
         return SQLITE_FULL;
     }
-    FailingDisk::written += count;
-    return real(file)->pMethods->xWrite(real(file), bytes, count, offset);
+    written += count;
+    return real.xWrite(file, bytes, count, offset);
 }
 
-const sqlite3_io_methods methods = {
-    .iVersion = 1,
-    .xClose = [](sqlite3_file *f) { return real(f)->pMethods->xClose(real(f)); },
-    .xRead = [](sqlite3_file *f, void *to, int count,
-                 sqlite3_int64 at) { return real(f)->pMethods->xRead(real(f), to, count, at); },
-    .xWrite = writeFile,
-    .xTruncate =
-        [](sqlite3_file *f, sqlite3_int64 size) {
-            return refused() ? SQLITE_IOERR_TRUNCATE : real(f)->pMethods->xTruncate(real(f), size);
-        },
-    .xSync =
-        [](sqlite3_file *f, int flags) {
-            for (int waited = 0; waited < FailingDisk::syncMs; ++waited) {
-                QThread::msleep(1);
-            }
-            return refused() ? SQLITE_IOERR_FSYNC : real(f)->pMethods->xSync(real(f), flags);
-        },
-    .xFileSize = [](sqlite3_file *f,
-                     sqlite3_int64 *size) { return real(f)->pMethods->xFileSize(real(f), size); },
-    .xLock = [](sqlite3_file *f, int lock) { return real(f)->pMethods->xLock(real(f), lock); },
-    .xUnlock = [](sqlite3_file *f, int lock) { return real(f)->pMethods->xUnlock(real(f), lock); },
-    .xCheckReservedLock = [](sqlite3_file *f,
-                              int *out) { return real(f)->pMethods->xCheckReservedLock(real(f), out); },
-    .xFileControl = [](sqlite3_file *f, int op,
-                        void *out) { return real(f)->pMethods->xFileControl(real(f), op, out); },
-    .xSectorSize = [](sqlite3_file *f) { return real(f)->pMethods->xSectorSize(real(f)); },
-    .xDeviceCharacteristics =
-        [](sqlite3_file *f) { return real(f)->pMethods->xDeviceCharacteristics(real(f)); },
-    .xShmMap = nullptr,
-    .xShmLock = nullptr,
-    .xShmBarrier = nullptr,
-    .xShmUnmap = nullptr,
-    .xFetch = nullptr,
-    .xUnfetch = nullptr,
-};
+int truncateFile(sqlite3_file *file, sqlite3_int64 size)
+{
+    return refused() ? SQLITE_IOERR_TRUNCATE : real.xTruncate(file, size);
+}
+
+int syncFile(sqlite3_file *file, int flags)
+{
+    for (int waited = 0; waited < syncMs; ++waited) {
+        QThread::msleep(1);
+    }
+    return refused() ? SQLITE_IOERR_FSYNC : real.xSync(file, flags);
+}
+
+// The methods of a file, with ours among them. SQLite has others for a database than for its journal.
+const sqlite3_io_methods *withOurs(const sqlite3_io_methods *methods)
+{
+    static std::mutex mutex;
+    static std::map<const sqlite3_io_methods *, sqlite3_io_methods> known;
+    const std::lock_guard lock(mutex);
+    const auto [ours, isNew] = known.try_emplace(methods, *methods);
+    if (isNew) {
+        if (known.size() == 1) {
+            real = *methods;
+        }
+        ours->second.iVersion = 1; // without the ways around these
+        ours->second.xWrite = writeFile;
+        ours->second.xTruncate = truncateFile;
+        ours->second.xSync = syncFile;
+    }
+    return &ours->second;
+}
 
 int openFile(sqlite3_vfs *, const char *name, sqlite3_file *file, int flags, int *outFlags)
 {
-    auto *counted = reinterpret_cast<CountedFile *>(file);
-    counted->base.pMethods = nullptr;
-    counted->real = reinterpret_cast<sqlite3_file *>(counted + 1);
-    counted->real->pMethods = nullptr;
+    file->pMethods = nullptr;
     if ((flags & SQLITE_OPEN_MAIN_JOURNAL) != 0 && refused()) {
         return SQLITE_CANTOPEN;
     }
-    const int result = realDisk->xOpen(realDisk, name, counted->real, flags, outFlags);
-    if (counted->real->pMethods != nullptr) {
-        counted->base.pMethods = &methods;
+    const int result = realDisk->xOpen(realDisk, name, file, flags, outFlags);
+    if (file->pMethods != nullptr) {
+        file->pMethods = withOurs(file->pMethods);
     }
     return result;
 }
@@ -109,7 +97,6 @@ FailingDisk::FailingDisk()
     realDisk = sqlite3_vfs_find(nullptr);
     disk = *realDisk;
     disk.zName = "failing-disk";
-    disk.szOsFile = static_cast<int>(sizeof(CountedFile)) + realDisk->szOsFile;
     disk.xOpen = openFile;
     disk.xDelete = removeFile;
     sqlite3_vfs_register(&disk, 1);
@@ -134,6 +121,16 @@ void FailingDisk::heal()
 {
     slowDown(0);
     failAfter(never);
+}
+
+void FailingDisk::slowDown(int milliseconds)
+{
+    syncMs = milliseconds;
+}
+
+qint64 FailingDisk::bytes()
+{
+    return written;
 }
 
 } // namespace brevok::testing

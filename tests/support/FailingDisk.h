@@ -5,8 +5,6 @@
 
 #include <QtGlobal>
 
-#include <atomic>
-
 namespace brevok::testing {
 
 /// Stands between SQLite and the disk while it lives: counts what is written, and fails as a full disk does.
@@ -21,14 +19,9 @@ public:
     static void failAfter(int writes);
     static void heal();
     /// Every wait for the disk takes that long from now on, one under way too.
-    static void slowDown(int milliseconds) { syncMs = milliseconds; }
-    /// Changes that were tried, and bytes that were written, since the last call of failAfter() or heal().
-    [[nodiscard]] static int writes() { return tried; }
-    [[nodiscard]] static qint64 bytes() { return written; }
-
-    inline static std::atomic<int> tried = 0;
-    inline static std::atomic<qint64> written = 0;
-    inline static std::atomic<int> syncMs = 0;
+    static void slowDown(int milliseconds);
+    /// That were written since the last call of failAfter() or heal().
+    [[nodiscard]] static qint64 bytes();
 };
 
 } // namespace brevok::testing

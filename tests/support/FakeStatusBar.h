@@ -25,10 +25,7 @@ public:
 
         [[nodiscard]] double length() const override { return m_bar.lengths.last(); }
         void setLength(double length) override { m_bar.lengths.append(length); }
-        [[nodiscard]] QSizeF buttonSize() const override
-        {
-            return m_bar.hasButton ? QSizeF(length(), m_bar.thickness()) : QSizeF(0, 0);
-        }
+        [[nodiscard]] QSizeF buttonSize() const override { return {length(), m_bar.thickness()}; }
         [[nodiscard]] qreal devicePixelRatio() const override { return m_bar.ratio; }
         void setFace(const StatusItemFace &face) override { m_bar.faces.append(face); }
         [[nodiscard]] std::optional<QRect> frameOnScreen() const override { return m_bar.frame; }
@@ -49,7 +46,6 @@ public:
     QList<StatusItemFace> faces;
     std::optional<QRect> frame;
     qreal ratio = 1;
-    bool hasButton = true;
 };
 
 } // namespace brevok::testing

@@ -13,7 +13,6 @@ public:
     using SettingsStore::SettingsStore;
 
     QVariantMap values;
-    QStringList keysSetAside;
 
     void setProblem(const QString &problem)
     {
@@ -29,11 +28,7 @@ public:
     [[nodiscard]] QStringList keys() const override { return values.keys(); }
     bool finish(int) override { return true; }
     [[nodiscard]] QString problem() const override { return m_problem; }
-    void setAside(const QString &key, const QString &) override
-    {
-        keysSetAside.append(key);
-        values.remove(key);
-    }
+    void setAside(const QString &key, const QString &) override { values.remove(key); }
 
 protected:
     [[nodiscard]] QVariant storedValue(const QString &key) const override { return values.value(key); }

@@ -8,7 +8,7 @@
 #include <QList>
 #include <QString>
 
-#include <array>
+#include <zlib.h>
 
 namespace brevok::testing {
 
@@ -34,16 +34,8 @@ namespace zip_detail {
 
 inline quint32 checksum(const QByteArray &data)
 {
-    static constexpr std::array<quint32, 16> halves{0x00000000, 0x1db71064, 0x3b6e20c8, 0x26d930ac,
-        0x76dc4190, 0x6b6b51f4, 0x4db26158, 0x5005713c, 0xedb88320, 0xf00f9344, 0xd6d6a3e8, 0xcb61b38c,
-        0x9b64c2b0, 0x86d3d2d4, 0xa00ae278, 0xbdbdf21c};
-    quint32 result = ~0U;
-    for (const char c : data) {
-        result ^= static_cast<quint8>(c);
-        result = halves[result & 15U] ^ (result >> 4U);
-        result = halves[result & 15U] ^ (result >> 4U);
-    }
-    return ~result;
+    const auto *bytes = reinterpret_cast<const Bytef *>(data.constData());
+    return static_cast<quint32>(::crc32_z(0, bytes, static_cast<z_size_t>(data.size())));
 }
 
 /// The bytes of numbers, the lowest first.

@@ -24,6 +24,18 @@
 
 namespace brevok {
 
+namespace {
+
+/// Has @p part go on with each new connection to the bus.
+template <typename Part> std::unique_ptr<Part> followingBus(SessionBus &bus, std::unique_ptr<Part> part)
+{
+    QObject::connect(
+        &bus, &SessionBus::returned, &bus, [&bus, part = part.get()] { part->use(bus.connection()); });
+    return part;
+}
+
+} // namespace
+
 Platform::Platform() = default;
 Platform::~Platform() = default;
 Platform::Platform(Platform &&other) noexcept = default;
@@ -38,20 +50,13 @@ Platform createPlatform(
     platform.loginItems = std::make_unique<AutostartLoginItems>(
         folders.autostart + u'/' + mainBundle.identifier() + QStringLiteral(".desktop"),
         mainBundle.displayNames().constLast());
-    auto notifications = std::make_unique<DBusNotifications>(bus.connection());
-    QObject::connect(&bus, &SessionBus::returned, notifications.get(),
-        [&bus, told = notifications.get()] { told->use(bus.connection()); });
-    platform.notifications = std::move(notifications);
-    auto notices = std::make_unique<DesktopNotifications>(
-        bus.connection(), mainBundle.identifier(), mainBundle.displayNames().constLast());
-    QObject::connect(&bus, &SessionBus::returned, notices.get(),
-        [&bus, told = notices.get()] { told->use(bus.connection()); });
-    platform.userNotifications = std::move(notices);
-    auto timerRuns =
-        std::make_unique<SystemdTimerRuns>(bus.connection(), QStringLiteral("tolvane-brevok-converge.timer"));
-    QObject::connect(
-        &bus, &SessionBus::returned, &bus, [&bus, told = timerRuns.get()] { told->use(bus.connection()); });
-    platform.timerRuns = std::move(timerRuns);
+    platform.notifications = followingBus(bus, std::make_unique<DBusNotifications>(bus.connection()));
+    platform.userNotifications = followingBus(bus,
+        std::make_unique<DesktopNotifications>(
+            bus.connection(), mainBundle.identifier(), mainBundle.displayNames().constLast()));
+    platform.timerRuns = followingBus(bus,
+        std::make_unique<SystemdTimerRuns>(
+            bus.connection(), QStringLiteral("tolvane-brevok-converge.timer")));
     platform.urlOpener = std::make_unique<XdgUrlOpener>();
     platform.routeLookup = std::make_unique<RouteTableLookup>();
     platform.applicationSearch = std::make_unique<InotifyApplicationSearch>(applicationFolders);

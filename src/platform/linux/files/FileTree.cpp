@@ -25,14 +25,9 @@ QByteArray below(const QByteArray &parent, const QByteArray &child)
     return parent + '/' + child;
 }
 
-bool failAt(QByteArray *where, const QByteArray &name)
+bool failAt(QByteArray *where, const QByteArray &name, int code = errno)
 {
     *where = name;
-    return false;
-}
-
-bool failWith(int code)
-{
     errno = code;
     return false;
 }
@@ -57,7 +52,8 @@ bool copyFile(int sourceFolder, const QByteArray &source, int targetFolder, cons
         return false;
     }
     if (!S_ISREG(facts.st_mode)) {
-        return failWith(EINVAL);
+        errno = EINVAL;
+        return false;
     }
     FileDescriptor to =
         safepath::openBeneath(targetFolder, target, O_WRONLY | O_CREAT | O_EXCL, S_IRUSR | S_IWUSR);
@@ -87,7 +83,7 @@ bool copyFolder(int sourceFolder, const QByteArray &source, int targetFolder, co
         return failAt(where, source);
     }
     if (facts.st_dev == forbidden.st_dev && facts.st_ino == forbidden.st_ino) {
-        return failAt(where, source) || failWith(EINVAL);
+        return failAt(where, source, EINVAL);
     }
     const FileDescriptor to = safepath::openBeneath(targetFolder, target, O_RDONLY | O_DIRECTORY);
     const auto names = safepath::names(from.get());
@@ -120,7 +116,7 @@ bool copyEntry(int sourceFolder, const QByteArray &source, int targetFolder, con
     case S_IFLNK:
         return copyLink(sourceFolder, source, targetFolder, target) || failAt(where, source);
     default:
-        return failAt(where, source) || failWith(EINVAL);
+        return failAt(where, source, EINVAL);
     }
 }
 
@@ -244,7 +240,7 @@ bool removeEntry(int folder, const QByteArray &name, QByteArray *where, const Em
     struct stat facts { };
     const int code = errno;
     if (!statEntry(folder, name, &facts) || !S_ISDIR(facts.st_mode)) {
-        return failAt(where, name) || failWith(code);
+        return failAt(where, name, code);
     }
     const FileDescriptor opened = safepath::openBeneath(folder, name, O_RDONLY | O_DIRECTORY);
     if (!opened) {
@@ -301,7 +297,7 @@ private:
                 return entries->isEmpty();
             }
         }
-        return failAt(where, QByteArray()) || failWith(ENOTEMPTY);
+        return failAt(where, QByteArray(), ENOTEMPTY);
     }
 
     static constexpr int levels = 64;

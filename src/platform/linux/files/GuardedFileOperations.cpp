@@ -138,9 +138,8 @@ bool GuardedFileOperations::finish()
     if (!place) {
         return true;
     }
-    struct stat facts { };
     const int folder = place.folder.get();
-    const bool stands = ::fstatat(folder, place.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+    const bool stands = safepath::exists(folder, place.name);
     if (aside && !stands) {
         return replaceditem::bringBack(folder, place.name);
     }
@@ -253,8 +252,7 @@ std::unique_ptr<QFile> GuardedFileOperations::openVerified(
 
 bool GuardedFileOperations::copySource(int folder, const QByteArray &name) const
 {
-    struct stat existing { };
-    if (::fstatat(folder, name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (safepath::exists(folder, name)) {
         errno = EEXIST;
         return false;
     }

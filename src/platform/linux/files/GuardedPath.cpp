@@ -173,9 +173,7 @@ bool isVisible(const QByteArray &path, const UserRights &user)
 {
     const safepath::SplitPath item = safepath::split(path);
     const FileDescriptor folder = Walk(Missing::Refused, Folders::Anybodys, &user).run(item.folder);
-    struct stat facts { };
-    return folder && !item.name.isEmpty()
-        && ::fstatat(folder.get(), item.name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+    return folder && !item.name.isEmpty() && safepath::exists(folder.get(), item.name);
 }
 
 FileDescriptor openOwnFile(const QByteArray &path, uid_t owner)

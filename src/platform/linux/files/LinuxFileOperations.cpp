@@ -70,11 +70,10 @@ bool copyThroughStaging(
     }
     *failedPath = pathOf(target, target.name);
     const FileDescriptor folder = safepath::openFolder(target.folder);
-    struct stat existing { };
     if (!folder) {
         return false;
     }
-    if (::fstatat(folder.get(), target.name.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (safepath::exists(folder.get(), target.name)) {
         errno = EEXIST;
         return false;
     }

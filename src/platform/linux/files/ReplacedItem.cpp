@@ -31,12 +31,6 @@ QByteArray nameAside(const QByteArray &name)
     return asidePrefix + name;
 }
 
-bool exists(int folder, const QByteArray &name)
-{
-    struct stat facts { };
-    return ::fstatat(folder, name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
-}
-
 /// Whether the item was last changed before this start of the system.
 bool isOlderThanBoot(int folder, const QByteArray &name)
 {
@@ -71,10 +65,10 @@ Removed takeOut(int folder, const QByteArray &name)
 /// Ends the work on one item, but for what may lie about beside it.
 Repair settle(int folder, const QByteArray &name, const Interrupted &what)
 {
-    const bool aside = exists(folder, nameAside(name));
+    const bool aside = safepath::exists(folder, nameAside(name));
     const bool doubtful =
         what.rebooted && !what.removal && (aside || (what.fresh && isOlderThanBoot(folder, name)));
-    const bool dropped = doubtful && exists(folder, name) && takeOut(folder, name) != Removed::No;
+    const bool dropped = doubtful && safepath::exists(folder, name) && takeOut(folder, name) != Removed::No;
     if (aside && !what.removal && bringBack(folder, name)) {
         return Repair::Restored;
     }
@@ -123,7 +117,7 @@ Repair repair(int folder, const QByteArray &name, const Interrupted &what)
     const Repair repaired = settle(folder, name, what);
     const bool staged = StagingFolder::removeStale(folder);
     const bool removed = removeRemoved(folder);
-    if (!what.removal && repaired != Repair::Restored && exists(folder, name)) {
+    if (!what.removal && repaired != Repair::Restored && safepath::exists(folder, name)) {
         (void)safepath::sync(folder);
     }
     return repaired == Repair::NothingToDo && (staged || removed) ? Repair::Cleaned : repaired;

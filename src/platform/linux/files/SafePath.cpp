@@ -128,6 +128,12 @@ std::optional<QByteArrayList> names(int folder, qsizetype most)
     return result;
 }
 
+bool exists(int folder, const QByteArray &name)
+{
+    struct stat facts { };
+    return ::fstatat(folder, name.constData(), &facts, AT_SYMLINK_NOFOLLOW) == 0;
+}
+
 bool renameExclusively(int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to)
 {
     if (::renameat2(fromFolder, from.constData(), toFolder, to.constData(), RENAME_NOREPLACE) == 0) {
@@ -137,8 +143,7 @@ bool renameExclusively(int fromFolder, const QByteArray &from, int toFolder, con
         return false;
     }
     // A file system that cannot do both in one step: look first.
-    struct stat existing { };
-    if (::fstatat(toFolder, to.constData(), &existing, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (exists(toFolder, to)) {
         errno = EEXIST;
         return false;
     }

@@ -34,6 +34,8 @@ struct SplitPath {
 /// The names in a folder, sorted, or @p most of them; nothing when it cannot be read.
 [[nodiscard]] std::optional<QByteArrayList> names(
     int folder, qsizetype most = std::numeric_limits<int>::max());
+/// Whether @p folder has an entry of that name, a link that leads nowhere, too.
+[[nodiscard]] bool exists(int folder, const QByteArray &name);
 /// Renames an entry to a name that nothing may bear yet.
 [[nodiscard]] bool renameExclusively(
     int fromFolder, const QByteArray &from, int toFolder, const QByteArray &to);

@@ -6,10 +6,10 @@
 #include "foundation/Log.h"
 #include "foundation/Tasks.h"
 #include "foundation/Texts.h"
+#include "platform/linux/BusCalls.h"
 
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QLocale>
 
 #include <limits>
@@ -96,7 +96,8 @@ void PackageKitTransaction::install(const QString &path)
     }
     const QDBusMessage create =
         QDBusMessage::createMethodCall(serviceName, servicePath, serviceInterface, u"CreateTransaction"_s);
-    whenAnswered(m_bus.asyncCall(create), [this, path](const QDBusMessage &reply) { created(reply, path); });
+    whenAnswered(
+        this, m_bus.asyncCall(create), [this, path](const QDBusMessage &reply) { created(reply, path); });
 }
 
 void PackageKitTransaction::created(const QDBusMessage &reply, const QString &path)
@@ -110,7 +111,8 @@ void PackageKitTransaction::created(const QDBusMessage &reply, const QString &pa
     QDBusMessage owner = QDBusMessage::createMethodCall(
         u"org.freedesktop.DBus"_s, u"/org/freedesktop/DBus"_s, u"org.freedesktop.DBus"_s, u"GetNameOwner"_s);
     owner << serviceName;
-    whenAnswered(m_bus.asyncCall(owner), [this, path](const QDBusMessage &answer) { begin(answer, path); });
+    whenAnswered(
+        this, m_bus.asyncCall(owner), [this, path](const QDBusMessage &answer) { begin(answer, path); });
 }
 
 void PackageKitTransaction::begin(const QDBusMessage &owner, const QString &path)
@@ -124,14 +126,14 @@ void PackageKitTransaction::begin(const QDBusMessage &owner, const QString &path
     QDBusMessage hints = call(u"SetHints"_s);
     hints << QStringList{
         u"interactive=true"_s, u"background=false"_s, u"locale=%1.UTF-8"_s.arg(QLocale().name())};
-    whenAnswered(m_bus.asyncCall(hints), [](const QDBusMessage &answer) {
+    whenAnswered(this, m_bus.asyncCall(hints), [](const QDBusMessage &answer) {
         if (answer.type() == QDBusMessage::ErrorMessage) {
             logLine(u"The software service takes no hints: %1"_s.arg(answer.errorMessage()));
         }
     });
     QDBusMessage install = call(u"InstallFiles"_s);
     install << noFlags << QStringList{path};
-    whenAnswered(m_bus.asyncCall(install, withoutEnd), [this](const QDBusMessage &answer) {
+    whenAnswered(this, m_bus.asyncCall(install, withoutEnd), [this](const QDBusMessage &answer) {
         if (answer.type() == QDBusMessage::ErrorMessage) {
             settle(refused(m_details.isEmpty() ? answer.errorMessage() : m_details));
         }
@@ -156,16 +158,6 @@ void PackageKitTransaction::listen()
 QDBusMessage PackageKitTransaction::call(const QString &method) const
 {
     return QDBusMessage::createMethodCall(m_daemon, m_transaction, transactionInterface, method);
-}
-
-void PackageKitTransaction::whenAnswered(
-    const QDBusPendingCall &call, std::function<void(const QDBusMessage &)> then)
-{
-    auto *watcher = new QDBusPendingCallWatcher(call, this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [then = std::move(then), watcher] {
-        watcher->deleteLater();
-        then(watcher->reply());
-    });
 }
 
 void PackageKitTransaction::errorCode(uint, const QString &details)

@@ -11,7 +11,6 @@
 
 QT_BEGIN_NAMESPACE
 class QDBusMessage;
-class QDBusPendingCall;
 QT_END_NAMESPACE
 
 namespace brevok {
@@ -43,7 +42,6 @@ private:
     void begin(const QDBusMessage &owner, const QString &path);
     void listen();
     [[nodiscard]] QDBusMessage call(const QString &method) const;
-    void whenAnswered(const QDBusPendingCall &call, std::function<void(const QDBusMessage &)> then);
     void settle(const std::optional<BrevokError> &error);
 
     QString m_connectionName;

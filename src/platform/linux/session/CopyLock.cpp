@@ -125,8 +125,8 @@ bool CopyLock::askHolderToLeave()
 
 bool CopyLock::awaitHolder(int signal)
 {
-    struct flock whole = range(lockByte, 1);
-    if (::fcntl(m_file, F_GETLK, &whole) == 0 && whole.l_type == F_UNLCK) {
+    struct flock held = range(lockByte, 1);
+    if (::fcntl(m_file, F_GETLK, &held) == 0 && held.l_type == F_UNLCK) {
         tellLater();
         return true;
     }

@@ -5,9 +5,9 @@
 
 #include "foundation/Log.h"
 #include "foundation/UntrustedText.h"
+#include "platform/linux/BusCalls.h"
 
 #include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 
 namespace brevok {
@@ -53,11 +53,9 @@ void DesktopNotifications::actionInvoked(uint id, const QString &action)
 // Some servers read the text as markup and some do not; a name of the service must come out right with both.
 void DesktopNotifications::present(const UserNotification &notification)
 {
-    auto *watcher =
-        new QDBusPendingCallWatcher(m_bus.asyncCall(callOf(QStringLiteral("GetCapabilities"))), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, notification] {
-        watcher->deleteLater();
-        const QDBusPendingReply<QStringList> capabilities = *watcher;
+    const QDBusMessage question = callOf(QStringLiteral("GetCapabilities"));
+    whenAnswered(this, m_bus.asyncCall(question), [this, notification](const QDBusMessage &answer) {
+        const QDBusPendingReply<QStringList> capabilities(answer);
         if (capabilities.isValid()) {
             send(notification, capabilities.value());
         } else if (detailedLog()) {
@@ -88,10 +86,8 @@ void DesktopNotifications::send(const UserNotification &notification, const QStr
     m_bus.connect(QString(), QStringLiteral("/org/freedesktop/Notifications"),
         QStringLiteral("org.freedesktop.Notifications"), QStringLiteral("ActionInvoked"), this,
         SLOT(actionInvoked(uint, QString)));
-    auto *watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call), this);
-    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-        watcher->deleteLater();
-        if (const QDBusPendingReply<uint> id = *watcher; id.isValid()) {
+    whenAnswered(this, m_bus.asyncCall(call), [this](const QDBusMessage &answer) {
+        if (const QDBusPendingReply<uint> id(answer); id.isValid()) {
             m_shown.insert(id.value());
         }
     });

@@ -3,9 +3,10 @@
 
 #include "platform/linux/session/SystemdTimerRuns.h"
 
+#include "platform/linux/BusCalls.h"
+
 #include <QDBusMessage>
 #include <QDBusObjectPath>
-#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 
@@ -38,17 +39,6 @@ std::optional<QDateTime> timeOf(const QVariant &microseconds)
     return QDateTime::fromMSecsSinceEpoch(static_cast<qint64>(since1970 / 1000));
 }
 
-// @p then gets the reply while @p context lives.
-template <typename Then>
-void ask(QObject *context, const QDBusConnection &bus, const QDBusMessage &call, Then then)
-{
-    auto *watcher = new QDBusPendingCallWatcher(bus.asyncCall(call), context);
-    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context, [watcher, then] {
-        watcher->deleteLater();
-        then(watcher->reply());
-    });
-}
-
 } // namespace
 
 SystemdTimerRuns::SystemdTimerRuns(QDBusConnection bus, QString unit)
@@ -61,7 +51,7 @@ void SystemdTimerRuns::askNext(QObject *context, Answer answered)
 {
     const QDBusMessage find =
         callOf(u"/org/freedesktop/systemd1"_s, u"org.freedesktop.systemd1.Manager"_s, u"GetUnit"_s, {m_unit});
-    ask(context, m_bus, find, [context, bus = m_bus, answered](const QDBusMessage &found) {
+    whenAnswered(context, m_bus.asyncCall(find), [context, bus = m_bus, answered](const QDBusMessage &found) {
         const QDBusPendingReply<QDBusObjectPath> unit(found);
         if (!unit.isValid()) {
             answered(std::nullopt);
@@ -69,7 +59,7 @@ void SystemdTimerRuns::askNext(QObject *context, Answer answered)
         }
         const QDBusMessage look = callOf(unit.value().path(), u"org.freedesktop.DBus.Properties"_s, u"Get"_s,
             {u"org.freedesktop.systemd1.Timer"_s, u"NextElapseUSecRealtime"_s});
-        ask(context, bus, look, [answered](const QDBusMessage &told) {
+        whenAnswered(context, bus.asyncCall(look), [answered](const QDBusMessage &told) {
             const QDBusPendingReply<QDBusVariant> next(told);
             answered(next.isValid() ? timeOf(next.value().variant()) : std::nullopt);
         });

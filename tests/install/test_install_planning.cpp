@@ -160,17 +160,6 @@ private Q_SLOTS:
         QCOMPARE(plan.installs.size(), 1);
     }
 
-    void twoTargetsShareOneDownload()
-    {
-        const InstallPlan plan = planInstall(
-            {build(160)}, {target(u"/A"_s, u"160"_s), target(u"/B"_s, u"161"_s)}, u"/data"_s, Disk().facts());
-        QCOMPARE(plan.downloads, QStringList{u"160:P_2.3.1"_s});
-        QCOMPARE(plan.installs.size(), 2);
-        QCOMPARE(plan.installs[0].pluginPath, u"/A/Tolvane/P.InDesignPlugin"_s);
-        QCOMPARE(plan.installs[1].pluginPath, u"/B/Tolvane/P.InDesignPlugin"_s);
-        QCOMPARE(plan.installs[0].archivePath, plan.installs[1].archivePath);
-    }
-
     // Current in the second target, but the first has just given the definition a pending command.
     void whatOneTargetQueuesCountsForTheNext()
     {

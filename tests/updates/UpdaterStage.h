@@ -25,12 +25,11 @@ struct UpdaterStage {
     static QString feedPath() { return QStringLiteral("/base/appcast.xml"); }
     static QString packagePath() { return QStringLiteral("/files/brevok.deb"); }
 
-    explicit UpdaterStage(
-        int timeoutMs = 30000, AutomaticChecks::Times checkTimes = {}, SoftwareInstaller *system = nullptr)
+    explicit UpdaterStage(AutomaticChecks::Times checkTimes = {}, SoftwareInstaller *system = nullptr)
         : network({.baseUrl = server.url(QStringLiteral("/base")),
             .extraAuthorities = TestCertificates::shared().authorities(),
             .reachabilityHost = {},
-            .requestTimeoutMs = timeoutMs})
+            .requestTimeoutMs = 30000})
         , times(checkTimes)
         , installs(system != nullptr ? *system : installer)
     {

@@ -112,15 +112,13 @@ class Caller:
             elif command["do"] == "disconnect":
                 self.connections[command["connection"]].close_sync(None)
                 answer(result=[])
-            elif command["do"] == "name":
-                answer(result=[self.connections[command.get("connection", 0)].get_unique_name()])
         except GLib.Error as error:
             answer(error=Gio.DBusError.get_remote_error(error) or error.domain, message=error.message)
 
 
 def main():
     caller, loop = Caller(), GLib.MainLoop()
-    say(event="ready", name=caller.connections[0].get_unique_name())
+    say(event="ready")
 
     unread = bytearray()
 

@@ -69,24 +69,17 @@ class RequestTest(HelperCase):
 
     def test_links_in_every_component(self):
         good = self.rig.archive()
-        components = ["a", "b", "Tolvane"]
-        for place in range(len(components)):
-            base = self.home / f"links{place}"
-            base.mkdir()
-            folder = base
-            for component in components[:place]:
-                folder = self.folder(folder / component)
-            goal = self.outside
-            for component in components[place + 1:-1]:
-                goal = goal / component
-            (folder / components[place]).symlink_to(self.outside / "Tolvane" if components[place] == "Tolvane" else goal)
-            self.own(folder / components[place])
-            target = base.joinpath(*components) / "A.InDesignPlugin"
+        for name, goal, below in (("Tolvane", "outside/Tolvane", ""), ("a", "outside", "Tolvane"),
+                                  ("b", "", "outside/Tolvane")):
+            link = self.home / name
+            link.symlink_to(self.rig.root / goal)
+            target = self.own(link) / below / "A.InDesignPlugin"
             self.assertFalse(self.allowed.install(good, target)["result"][0])
             self.assertEqual(self.allowed.call("FileExistsAtPath", "s", str(target))["result"], [False])
             self.allowed.call("RemoveItemAtPath", "s", str(target))
             self.allowed.call("SetUID", "uusb", ALLOWED, 0o666, str(target), True)
             self.assertNothingChanged()
+            link.unlink()
         # A link of root's, in a folder of root's, is the way the administrator wants it.
         (self.rig.root / "Applications" / "moved").symlink_to(self.target.parents[2])
         self.assertTrue(self.allowed.install(
@@ -107,10 +100,7 @@ class RequestTest(HelperCase):
             self.assertNothingChanged()
 
     def test_what_the_caller_could_not_read_is_not_given_to_him(self):
-        target = self.home / "mine" / "Tolvane" / "A.InDesignPlugin"
-        target.mkdir(parents=True)
-        for folder in (target, target.parent, target.parent.parent):
-            self.own(folder)
+        target = self.folder(self.folder(self.folder(self.home / "mine") / "Tolvane") / "A.InDesignPlugin")
         os.link(self.outside / "open", target / "second-name")
         (target / "roots").write_text("root's")
         (target / "roots").chmod(0o600)
@@ -205,14 +195,9 @@ class RequestTest(HelperCase):
             for _ in range(50):
                 connection = caller.do("connect")["result"][0]
                 calls.append((caller, caller.begin_install(source, self.target, connection=connection)))
-        outcomes = {user: [] for user in (ALLOWED, OTHER, DENIED, ASKED)}
         for caller, number in calls:
             answer = caller.wait(number, 120)
-            outcomes[caller.user].append(answer.get("error", "installed" if answer.get("result", [False])[0] else "no"))
-        for user in (DENIED, ASKED):
-            self.assertNotIn("installed", outcomes[user])
-        for user in (ALLOWED, OTHER):
-            self.assertEqual(set(outcomes[user]), {"installed"})
+            self.assertEqual(answer.get("result", [False])[0], caller.user in (ALLOWED, OTHER), answer)
         self.rig.settle()
         self.assertEqual(os.listdir(self.target.parent), ["A.InDesignPlugin"])
         self.assertIn(self.content(), (str(ALLOWED).encode(), str(OTHER).encode()))

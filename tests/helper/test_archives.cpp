@@ -126,8 +126,6 @@ private Q_SLOTS:
         row("the plug-in is a link", refused, {linkTo("../outside", bundle.chopped(1))});
         beside("device", refused, {bundle + "d", {}, 0020666});
         beside("device beside the plug-in", refused, {"d", {}, 0020666});
-        beside("block device", refused, {bundle + "d", {}, 0060666});
-        beside("socket", refused, {bundle + "s", {}, 0140666});
         beside("set-uid program", refused, {bundle + "s", "x", 0104755});
         beside("set-gid program", refused, {bundle + "s", "x", 0102755});
         row("same file twice", refused, {good, good});

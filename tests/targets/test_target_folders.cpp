@@ -96,6 +96,7 @@ private Q_SLOTS:
         house.notify();
         QCOMPARE(targets.allRecords().keys(), QStringList{house.applications + u"/link"_s});
         QCOMPARE(targets.validTargets().first().value(TargetKeys::version), QJsonValue(u"140"_s));
+        QCOMPARE(targets.recordPath(path), std::optional(house.applications + u"/link"_s)); // never looked at
     }
 
     void spellingsOfEarlierVersionsAreMerged()

@@ -70,7 +70,6 @@ private Q_SLOTS:
             {"7.5", u"7536"_s, u"75"_s},
             {"dotted", u"15.0.2"_s, u"0"_s},
             {"toward zero", u"-150"_s, u"-1"_s},
-            {"no number", u"beta"_s, u"0"_s},
         };
         for (const auto &[name, bundleVersion, version] : rows) {
             const InRow in(name);

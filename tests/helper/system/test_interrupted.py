@@ -1,5 +1,6 @@
 #!/usr/bin/python3
 """The helper is killed, or the power goes, while it works."""
+import errno
 import json
 import os
 import subprocess
@@ -122,6 +123,16 @@ class InterruptedTest(RigTest):
             (self.rig.state / "work-2").write_text('{"targ')  # begun when the power went
             self.restart()
             self.assert_only(content)
+
+    def test_full_disk(self):
+        """Nothing is begun that could not be made good; removing, which makes room, is."""
+        self.install_old()
+        subprocess.run(["mount", "-t", "tmpfs", "-o", "nr_inodes=1,mode=700", "none", self.rig.state], check=True)
+        self.addCleanup(subprocess.run, ["umount", self.rig.state], check=True)
+        self.assertEqual(self.install(b"new")["result"][::2], [False, errno.ENOSPC])
+        self.assertEqual(self.content(), b"old")
+        self.assertTrue(self.caller.call("RemoveItemAtPath", "s", str(self.target))["result"][0])
+        self.assertFalse(self.target.exists())
 
 
 if __name__ == "__main__":

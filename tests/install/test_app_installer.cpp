@@ -39,6 +39,16 @@ struct OneBuild : InstallRig {
     }
 };
 
+/// What an alert says, then its buttons.
+QStringList wordsOf(const AlertContent &alert)
+{
+    QStringList words{alert.messageText.value_or(QString()), alert.informativeText.value_or(QString())};
+    for (const AlertButton &button : alert.buttons) {
+        words.append(button.title);
+    }
+    return words;
+}
+
 } // namespace
 
 using FailuresAreJudged = Table<std::optional<BrevokError>, bool, QString, bool>;
@@ -125,29 +135,23 @@ private Q_SLOTS:
         OneBuild rig;
         rig.run(4711);
         rig.presenter.answer = alertSecondButton;
-        const auto lastTold = [&] {
-            return StateStore::dateOf(
-                rig.state.entries(u"OrlecInstallNotificationDate"_s).value(rig.application));
-        };
         const auto install = [&](int secondsLater) {
             rig.clock = rig.clock.addSecs(secondsLater);
             const CommandResult result = carryOut(rig, true, {installOf(rig.plugin, rig.archive)});
             QCoreApplication::processEvents();
             QVERIFY(failures(result).isEmpty());
-            QCOMPARE(lastTold(), rig.clock);
+            const StateEntries dates = rig.state.entries(u"OrlecInstallNotificationDate"_s);
+            QCOMPARE(StateStore::dateOf(dates.value(rig.application)), rig.clock);
         };
         install(0);
         QCOMPARE(rig.presenter.shown.size(), 1);
         const AlertContent alert = rig.presenter.shown[0];
-        QCOMPARE(alert.messageText, u"Adobe InDesign CC is running."_s);
-        QCOMPARE(alert.informativeText,
-            u"To take advantage of newly installed Plug-Ins, restart InDesign.\n\nDo you want to quit "
-            u"InDesign "
-            "now or do it yourself later?."_s);
         QCOMPARE(alert.style, AlertStyle::Informational);
-        QCOMPARE(alert.buttons.size(), 2);
-        QCOMPARE(alert.buttons[0].title, u"Continue"_s);
-        QCOMPARE(alert.buttons[1].title, u"Quit InDesign"_s);
+        QCOMPARE(wordsOf(alert),
+            (QStringList{u"Adobe InDesign CC is running."_s,
+                u"To take advantage of newly installed Plug-Ins, restart InDesign.\n\n"
+                "Do you want to quit InDesign now or do it yourself later?."_s,
+                u"Continue"_s, u"Quit InDesign"_s}));
         QCOMPARE(rig.applications.terminated, QList<qint64>{4711});
         QVERIFY(QFile::exists(rig.plugin));
 
@@ -176,13 +180,11 @@ private Q_SLOTS:
         QVERIFY(failures(result).isEmpty());
         QVERIFY(!QFile::exists(rig.plugin));
         QVERIFY(rig.record(key).value(PluginKeys::commandQueue).toArray().isEmpty());
-        const AlertContent alert = rig.presenter.shown[0];
-        QCOMPARE(alert.informativeText,
-            u"Removing Plug-Ins from running Adobe InDesign can lead to unexpected behaviour, you should "
-            u"quit "
-            "InDesign before proceeding."_s);
-        QCOMPARE(alert.buttons[0].title, u"Quit InDesign"_s);
-        QCOMPARE(alert.buttons[1].title, u"Continue"_s);
+        QCOMPARE(wordsOf(rig.presenter.shown[0]),
+            (QStringList{u"Adobe InDesign CC is running."_s,
+                u"Removing Plug-Ins from running Adobe InDesign can lead to unexpected behaviour, "
+                "you should quit InDesign before proceeding."_s,
+                u"Quit InDesign"_s, u"Continue"_s}));
         QCOMPARE(rig.applications.terminated, QList<qint64>{12});
     }
 

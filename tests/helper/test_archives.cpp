@@ -232,22 +232,19 @@ private Q_SLOTS:
         const QByteArray archive = zipArchive({{bundle + "good", noise(300'000)}});
         const QByteArray right = QCryptographicHash::hash(archive, QCryptographicHash::Sha256);
         const QByteArray wrong = QCryptographicHash::hash("x", QCryptographicHash::Sha256);
-        QStringList reasons;
         for (const Road road : roads) {
             const LogCapture log;
             Host host(road);
-            for (const QByteArray &checksum : {wrong, right.chopped(1), QByteArray("x")}) {
+            for (const QByteArray &checksum : {wrong, right.chopped(1)}) {
                 const InstallResult result = host.install(archive, checksum);
                 QVERIFY(!result.answer && result.error && result.failure);
-                reasons.append(result.failure->description);
+                QCOMPARE(result.failure->description, u"the archive does not match the catalogue"_s);
                 QVERIFY(host.isAsBefore());
             }
             QVERIFY(!LogCapture::mentions(u"removeItem"_s)); // it has not been touched
             QVERIFY(!host.install(archive, right).failure);
             QCOMPARE(host.tree().size(), size_t(1));
         }
-        QCOMPARE(QSet<QString>(reasons.cbegin(), reasons.cend()),
-            QSet<QString>{u"the archive does not match the catalogue"_s});
     }
 
     void applicationsAreNotMadeAnew()

@@ -123,7 +123,7 @@ private Q_SLOTS:
         for (const auto &[name, forbidden, asked] : rows) {
             const InRow in(name);
             OnePackage rig;
-            rig.helper.authorization = -60006;
+            rig.helper.failing = u"authorize"_s;
             rig.ownFiles.forbidden = {rig.folder.filePath(u"Apps/"_s + forbidden)};
             writeInstalledPlugin(rig.target, u"Plug"_s, u"1.0"_s, u"14.0"_s);
             Ended ended;

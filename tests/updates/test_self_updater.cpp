@@ -15,8 +15,6 @@ using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 using Phase = UpdateState::Phase;
 
-Q_DECLARE_METATYPE(brevok::testing::Response)
-
 namespace {
 
 constexpr int patient = 30000;

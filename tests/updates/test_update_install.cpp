@@ -19,9 +19,6 @@ using Phase = UpdateState::Phase;
 using Act = PackageKitPlayer::Act;
 using Fault = Response::Fault;
 
-Q_DECLARE_METATYPE(brevok::testing::Response)
-Q_DECLARE_METATYPE(brevok::testing::PackageKitPlayer::Act)
-
 namespace {
 
 constexpr int patient = 30000;
@@ -60,8 +57,7 @@ private Q_SLOTS:
         QVERIFY(system.hints.contains(u"interactive=true"_s));
         QCOMPARE(system.permissions & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
             QFile::Permissions(QFile::ReadOwner));
-        QCOMPARE(QFile::permissions(stage.folder()) & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
-            QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QCOMPARE(modeOf(stage.folder()), mode_t(0700));
         system.tellPercentage(40);
         QTRY_COMPARE_WITH_TIMEOUT(stage.updater->state().percent, 40, patient);
         system.tellPercentage(101);

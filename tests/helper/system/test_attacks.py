@@ -58,7 +58,11 @@ class AttackTest(RigTest):
 
     def test_callers_who_leave_at_once(self):
         asked = self.asked()
-        self.caller.do("visit", times=300)
+        for connection in range(1, 301):
+            self.caller.start("connect")
+            self.caller.begin("FileExistsAtPath", "s", "/Tolvane/A.InDesignPlugin", connection=connection)
+            leaving = self.caller.start("disconnect", connection=connection)
+        self.caller.wait(leaving)
         stats = self.rig.root_call("--dest=org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.Debug.Stats"
                                    ".GetConnectionStats", "string:com.tolvane.brevok.HelperTool").stdout
         self.assertLess(int(re.search(r"MatchRules\D*32 (\d+)", stats)[1]), 10)

@@ -148,13 +148,7 @@ struct InstallRig {
     }
     [[nodiscard]] Record package(const QString &prefix) const
     {
-        const QList<Record> records = packages.packageRecords();
-        for (const Record &record : records) {
-            if (record.value(PackageKeys::prefix).toString() == prefix) {
-                return record;
-            }
-        }
-        return {};
+        return packages.packagesWithPrefix(prefix).value(0);
     }
     [[nodiscard]] Record record(const QString &key) const
     {

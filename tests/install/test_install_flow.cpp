@@ -226,8 +226,7 @@ private Q_SLOTS:
             QVERIFY(QDir(pluginIn(a, u"Plug"_s)).removeRecursively());
             Ended ended;
             rig.flow.installWithPrefix(prefix, false, ended.here());
-            QTRY_COMPARE(rig.service.downloads.size(), 1);
-            rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140, version));
+            QVERIFY(answerNext(rig, InstallRig::archiveOf(u"Plug"_s, 140, version)));
             QTRY_COMPARE(ended.times, 1);
             QCOMPARE(bundleInformation(pluginIn(a, u"Plug"_s))->value(information), version);
         }
@@ -269,9 +268,8 @@ private Q_SLOTS:
         Ended ended;
         rig.flow.installWithPrefix(u"P"_s, false, ended.here());
         for (const QString &version : {u"2.0"_s, u"2.1"_s}) {
-            QTRY_COMPARE(rig.service.downloads.size(), 1);
             QCOMPARE(ended.times, 0);
-            rig.answerDownload(InstallRig::archiveOf(u"Plug"_s, 140, version));
+            QVERIFY(answerNext(rig, InstallRig::archiveOf(u"Plug"_s, 140, version)));
         }
         QTRY_COMPARE(ended.times, 1);
         QVERIFY(ended.outcome.failures().isEmpty());

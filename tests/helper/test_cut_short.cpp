@@ -17,7 +17,9 @@
 #include <cerrno>
 #include <functional>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 using namespace brevok;
 using namespace brevok::testing;

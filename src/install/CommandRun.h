@@ -76,7 +76,7 @@ private:
     CommandResult m_result;
 };
 
-/// What shares the plug-ins @p names in the catalogue. Main thread.
+/// The packages and definitions that the plug-ins @p names occur in. Main thread.
 [[nodiscard]] CatalogueSnapshot catalogueOf(
     const QSet<QString> &names, const BrevokPlugins &plugins, const BrevokPackages &packages);
 

@@ -50,7 +50,7 @@ void ConvergeOutcome::add(const QString &prefix, const QString &name, const Inst
         case End::Failed:
             addOnce(failed, entry);
             break;
-        case End::LeftAlone: // as it is current; a removal tells of it elsewhere
+        case End::LeftAlone: // because it is current; for a removal, addWaiting() tells why
             break;
         }
     }

@@ -22,10 +22,10 @@ struct ConvergeEntry {
 struct ConvergeOutcome {
     bool foreseen = false; ///< nothing was done: this is what would become of it
     QList<ConvergeEntry> changed{};
-    QList<ConvergeEntry> deferred{}; ///< until the next time, as the application runs
+    QList<ConvergeEntry> deferred{}; ///< until the next time, because the application runs
     QList<ConvergeEntry> failed{};
-    QList<ConvergeEntry> waiting{}; ///< for somebody's decision, or for something else than the next time
-    QStringList notes{}; ///< about wishes that cannot be taken as they stand
+    QList<ConvergeEntry> waiting{}; ///< for somebody's decision, or for a target: not for the next time
+    QStringList notes{}; ///< about wishes that cannot be met as they stand
 
     /// Sorts what became of the package @p name into the lists.
     void add(const QString &prefix, const QString &name, const InstallOutcome &outcome);

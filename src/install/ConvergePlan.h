@@ -26,7 +26,7 @@ struct ConvergePlan {
     QStringList installs{}; ///< and updates
     QStringList waiting{}; ///< updates that nobody wants installed
     QStringList unknown{}; ///< required, but no package has the prefix
-    QStringList notes{}; ///< sentences about wishes that cannot be taken as they stand
+    QStringList notes{}; ///< sentences about wishes that cannot be met as they stand
 };
 
 /// @p statuses holds every package that the catalogue knows. A prefix that is both required and forbidden

@@ -13,8 +13,8 @@ namespace brevok {
 [[nodiscard]] QString reasonOf(const std::optional<BrevokError> &failure);
 /// The failure's own words where reasonOf() has another; empty where it has not.
 [[nodiscard]] QString detailOf(const std::optional<BrevokError> &failure);
-/// Whether an install failed because its archive is useless, and would fail with it again. @p answer is the
-/// operation's. A place that cannot take the plug-in tells nothing against the archive.
+/// Whether an install failed because of its archive, and would fail with it again. @p answer is what the
+/// operation answered. A target that cannot take the plug-in says nothing about the archive.
 [[nodiscard]] bool blamesArchive(bool answer, const BrevokError &failure);
 
 } // namespace brevok

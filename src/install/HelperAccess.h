@@ -7,13 +7,13 @@
 
 namespace brevok {
 
-/// The way to the privileged helper, and past it. A value that any thread may have a copy of; what it reaches
-/// is asked in the background only.
+/// Who does file operations: the privileged helper, or the program itself. A value that any thread may have a
+/// copy of; the helper and the disk are asked in the background only.
 class HelperAccess final {
 public:
     HelperAccess(HelperTool &tool, FileOperations &files);
 
-    /// The same way, on which nobody is asked for rights.
+    /// The same, but nobody is asked for rights.
     [[nodiscard]] HelperAccess unattended() const;
 
     /// Finds the helper, or installs or replaces it, which may ask the user for rights.

@@ -22,7 +22,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr auto makerOfHosts = "Adobe "_L1; // said by no user
+constexpr auto makerOfHosts = "Adobe "_L1; // which people leave out
 
 } // namespace
 

@@ -16,8 +16,8 @@ struct PluginOutcome {
     enum class End {
         Installed,
         Removed,
-        Skipped, ///< as the application runs
-        LeftAlone, ///< as it is current, or as another package needs it
+        Skipped, ///< because the application runs
+        LeftAlone, ///< because it is current, or because another package needs it
         Failed,
     };
 

@@ -39,6 +39,13 @@ bool buildSuitsTarget(qint64 target, qint64 build)
     return hostMatches(HostCode(target), HostCode(build)) && HostCode(target).minor >= HostCode(build).minor;
 }
 
+bool anySuitsTarget(const QList<Record> &definitions, qint64 target)
+{
+    return std::any_of(definitions.cbegin(), definitions.cend(), [target](const Record &definition) {
+        return buildSuitsTarget(target, integerValue(definition.value(PluginKeys::hostVersion)));
+    });
+}
+
 InstallPlanner::InstallPlanner(const QList<Record> &definitions, QString dataPath, InstallFacts facts)
     : m_dataPath(std::move(dataPath))
     , m_facts(std::move(facts))
@@ -48,13 +55,6 @@ InstallPlanner::InstallPlanner(const QList<Record> &definitions, QString dataPat
         m_order.append(key);
         m_definitions.insert(key, definition);
     }
-}
-
-bool anySuitsTarget(const QList<Record> &definitions, qint64 target)
-{
-    return std::any_of(definitions.cbegin(), definitions.cend(), [target](const Record &definition) {
-        return buildSuitsTarget(target, integerValue(definition.value(PluginKeys::hostVersion)));
-    });
 }
 
 void InstallPlanner::determinePluginsAction(const QString &targetPath, qint64 targetVersion, Pulse &pulse)

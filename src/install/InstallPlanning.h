@@ -48,6 +48,8 @@ struct InstallPlan {
 /// Whether a build for host version @p build suits a target of host version @p target (major × 10 + minor):
 /// the same major, no later minor, and on majors 7 and 16 the same side of 5 and of 3.
 [[nodiscard]] bool buildSuitsTarget(qint64 target, qint64 build);
+/// Whether any of @p definitions is a build that suits a target of host version @p target.
+[[nodiscard]] bool anySuitsTarget(const QList<Record> &definitions, qint64 target);
 
 /// Decides for one package which builds must be downloaded and installed into which target. Works on copies
 /// of the definitions, so that what one target added counts for the next; any thread.
@@ -72,9 +74,6 @@ private:
     InstallFacts m_facts;
     InstallPlan m_plan;
 };
-
-/// Whether any of @p definitions is for a host of version @p target.
-[[nodiscard]] bool anySuitsTarget(const QList<Record> &definitions, qint64 target);
 
 /// The plan for every target record that has a path and a version. A target that does not answer in time is
 /// refused and keeps no other waiting. Background threads.

@@ -33,7 +33,7 @@ public:
     void note(const QString &prefix, const QString &name, const InstallOutcome &outcome);
 
 Q_SIGNALS:
-    /// Another of().
+    /// of() or all() answers something else now.
     void changed();
 
 private:

@@ -35,12 +35,12 @@ protected:
     {
         return m_with.plugins.definition(key);
     }
-    /// An entry for what is no business of a single target.
+    /// An entry for what concerns no single target.
     void addFailure(const QString &plugin, const QString &reason);
     /// Ends the operation with what would become of @p tasks.
     void foresee(const QList<CommandTask> &tasks);
-    /// The failure alert, later, so that the work does not wait for the user's answer; where nobody is, or it
-    /// is told with others, the log alone has it.
+    /// Shows the failure alert, later, so that the work does not wait for the user's answer. Where nobody is
+    /// there, or where it is told together with others, only the log is written now.
     void reportLater(const QList<BrevokError> &errors, const QString &plugin);
 
     InstallFlow &m_flow;

@@ -9,13 +9,13 @@
 
 namespace brevok {
 
-/// What shares plug-ins in the catalogue, as plain values for background work.
+/// The packages and definitions that share plug-ins, as plain values for background work.
 struct CatalogueSnapshot {
     QList<Record> packages;
     DefinitionSnapshot definitions;
 };
 
-/// Why one may not, in a few words.
+/// Why a plug-in may not be removed, in a few words.
 [[nodiscard]] QString neededByAnotherPackage();
 
 /// Whether a plug-in may be removed without breaking another package: it may not when another package uses a

@@ -15,6 +15,7 @@
 #include "targets/TargetLook.h"
 
 #include <algorithm>
+#include <iterator>
 
 namespace brevok {
 

@@ -27,7 +27,7 @@ private:
     void queueRemovals(const QList<Candidate> &candidates, const QList<bool> &answers);
     void removeNext();
 
-    QStringList m_keys; ///< build keys of what may be removed
+    QStringList m_keys; ///< build keys of all candidates
     QStringList m_removals; ///< build keys; one removable from two targets stands there twice
 };
 

@@ -26,7 +26,7 @@ namespace brevok {
     const QList<RunningApplication> &running, const QStringList &names, const QString &targetPath);
 
 /// The applications with one of the names that lie under the folder of a target's application. One that lies
-/// under the folders of two targets is there twice; callers rely on nothing but emptiness and order.
+/// under the folders of two targets is there twice.
 [[nodiscard]] QList<RunningApplication> getRunningApps(
     const QList<RunningApplication> &running, const QStringList &withNames, const QList<Record> &forTargets);
 

@@ -28,7 +28,8 @@ struct TargetFindings {
     QList<HostApplication> hosts; ///< in the order of the bundles
 };
 
-/// The place, for bounded work, of what stands at @p path: an application and the plug-ins beside it are one.
+/// The place, for bounded work, of what stands at @p path: an application and the plug-ins beside it are one
+/// place, since they are on one disk.
 [[nodiscard]] QString placeOf(const QString &path);
 
 /// The host application that stands beside the plug-in folder @p path, an InDesign before an InCopy; nothing

@@ -197,7 +197,7 @@ void BrevokSelfUpdater::offer(const AppcastItem &item, const QString &notes)
     }
 }
 
-// What a check in the background does not find is nobody's business.
+// A check in the background tells nobody that it found nothing, or why it failed.
 void BrevokSelfUpdater::endCheck(Phase phase, const std::optional<BrevokError> &error)
 {
     m_exchange.reset();

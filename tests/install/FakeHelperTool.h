@@ -51,11 +51,8 @@ private:
 class FakeHelperTool final : public HelperTool {
 public:
     Connection state;
-    int authorization = 0;
-    int externalForm = 0;
-    bool removes = true;
-    bool blesses = true;
     QStringList calls;
+    QString failing; ///< the call that fails
     bool asksForRights = false; ///< some connection was one that may
 
     [[nodiscard]] Connection connection(bool mayAsk) override
@@ -63,34 +60,30 @@ public:
         asksForRights = asksForRights || mayAsk;
         return state;
     }
-    [[nodiscard]] int createAuthorization() override
-    {
-        calls.append(QStringLiteral("authorize"));
-        return authorization;
-    }
-    [[nodiscard]] int makeExternalForm() override
-    {
-        calls.append(QStringLiteral("externalForm"));
-        return externalForm;
-    }
+    [[nodiscard]] int createAuthorization() override { return status(QStringLiteral("authorize")); }
+    [[nodiscard]] int makeExternalForm() override { return status(QStringLiteral("externalForm")); }
     [[nodiscard]] bool removeJob(std::optional<BrevokError> *error) override
     {
-        calls.append(QStringLiteral("remove"));
-        return said(removes, error);
+        return succeeds(QStringLiteral("remove"), error);
     }
     [[nodiscard]] bool bless(std::optional<BrevokError> *error) override
     {
-        calls.append(QStringLiteral("bless"));
-        return said(blesses, error);
+        return succeeds(QStringLiteral("bless"), error);
     }
 
 private:
-    static bool said(bool yes, std::optional<BrevokError> *error)
+    int status(const QString &call)
     {
-        if (!yes) {
-            *error = BrevokError{.description = QStringLiteral("not today")};
+        calls.append(call);
+        return call == failing ? -60006 : 0;
+    }
+    bool succeeds(const QString &call, std::optional<BrevokError> *error)
+    {
+        if (status(call) == 0) {
+            return true;
         }
-        return yes;
+        *error = BrevokError{.description = QStringLiteral("not today")};
+        return false;
     }
 };
 

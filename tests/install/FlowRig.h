@@ -22,6 +22,16 @@ struct Ended {
     }
 };
 
+/// Answers the download that comes next. @return whether it came, and no other
+inline bool answerNext(InstallRig &rig, const QByteArray &body)
+{
+    const bool asked = QTest::qWaitFor([&rig] { return rig.service.downloads.size() == 1; });
+    if (asked) {
+        rig.answerDownload(body);
+    }
+    return asked;
+}
+
 inline QString pluginIn(const QString &target, const QString &name)
 {
     return target + QStringLiteral("/Tolvane/%1.InDesignPlugin").arg(name);
@@ -60,11 +70,7 @@ struct OnePackage : InstallRig {
     {
         const int before = ended.times;
         flow.installWithPrefix(QStringLiteral("P"), manner, ended.here());
-        if (!QTest::qWaitFor([this] { return service.downloads.size() == 1; })) {
-            return false;
-        }
-        answerDownload(body);
-        return QTest::qWaitFor([&] { return ended.times > before; });
+        return answerNext(*this, body) && QTest::qWaitFor([&] { return ended.times > before; });
     }
     QString target = addTarget(QStringLiteral("InDesign 2019"), QStringLiteral("140"));
     QString archive = folder.filePath(QStringLiteral("data/140/Plug.zip"));

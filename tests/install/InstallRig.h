@@ -12,7 +12,6 @@
 #include "support/FakePlatform.h"
 #include "support/FakeServiceClient.h"
 #include "support/LogCapture.h"
-#include "support/RestrictedFiles.h"
 #include "support/SampleBundles.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
@@ -20,12 +19,37 @@
 #include "support/ZipWriter.h"
 #include "targets/BrevokTargetApps.h"
 
+#include <QDir>
 #include <QJsonArray>
 #include <QTemporaryDir>
+
+#include <algorithm>
 
 #include <unistd.h>
 
 namespace brevok::testing {
+
+/// The file operations of a user who may not write in some places; the tests' own user may write anywhere.
+class RestrictedFiles final : public LinuxFileOperations {
+public:
+    QStringList forbidden; ///< with what is below; set before anything is asked
+
+    [[nodiscard]] bool isWritable(const QString &path) const override
+    {
+        return allowed(path) && LinuxFileOperations::isWritable(path);
+    }
+    [[nodiscard]] bool isDeletable(const QString &path) const override
+    {
+        return allowed(path) && LinuxFileOperations::isDeletable(path);
+    }
+
+private:
+    [[nodiscard]] bool allowed(const QString &path) const
+    {
+        return std::none_of(forbidden.cbegin(), forbidden.cend(),
+            [whole = QDir::cleanPath(path)](const QString &place) { return whole.startsWith(place); });
+    }
+};
 
 /// The whole of installing over real files; the service, the helper, the user and other programs are the
 /// test's.
@@ -53,8 +77,8 @@ struct InstallRig {
     RecordingPanel panel;
     BrevokAlertQueue alerts{presenter, panel};
     FakeApplicationSearch search;
-    LinuxFileOperations files;
-    RestrictedFiles ownFiles{files}; ///< of the program itself, unlike the helper's
+    LinuxFileOperations files; ///< of the helper
+    RestrictedFiles ownFiles; ///< of the program itself
     FakeHelperTool helper;
     FakeRunningApplications applications;
     BrevokTargetApps targets{state, search};
@@ -124,13 +148,7 @@ struct InstallRig {
     }
     [[nodiscard]] Record package(const QString &prefix) const
     {
-        const QList<Record> records = packages.packageRecords();
-        for (const Record &record : records) {
-            if (record.value(PackageKeys::prefix).toString() == prefix) {
-                return record;
-            }
-        }
-        return {};
+        return packages.packagesWithPrefix(prefix).value(0);
     }
     [[nodiscard]] Record record(const QString &key) const
     {

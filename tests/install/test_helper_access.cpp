@@ -50,10 +50,7 @@ private Q_SLOTS:
         if (version > 0) {
             rig.helper.state = {true, std::make_shared<HelperProxy>(rig.files, version), true};
         }
-        rig.helper.authorization = failing == u"authorize"_s ? -60006 : 0;
-        rig.helper.externalForm = failing == u"externalForm"_s ? -60006 : 0;
-        rig.helper.removes = failing != u"remove"_s;
-        rig.helper.blesses = failing != u"bless"_s;
+        rig.helper.failing = failing;
         LogCapture::clear();
         // The first job that needs the helper checks it, once.
         int ended = 0;
@@ -73,7 +70,7 @@ private Q_SLOTS:
     void refusalsCountForThePersonAlone()
     {
         InstallRig rig;
-        rig.helper.blesses = false;
+        rig.helper.failing = u"bless"_s;
         QList<bool> answers;
         const auto answered = [&](bool valid) {
             answers.append(valid);
@@ -102,7 +99,7 @@ private Q_SLOTS:
     {
         const auto [valid, connected, proxy, installs, line] = IsUsedWhereItCanBe::current();
         InstallRig rig;
-        rig.helper.blesses = valid;
+        rig.helper.failing = valid ? QString() : u"bless"_s;
         bool ended = false;
         rig.installer.checkUpdateHelper(this, [&](bool) { ended = true; });
         QTRY_VERIFY(ended);

@@ -57,7 +57,7 @@ public:
 /// The window over the real updater and a server.
 struct Stage final : UpdaterStage {
     Stage()
-        : UpdaterStage(patient, {}, &system)
+        : UpdaterStage({}, &system)
     {
         serveGoodPackage();
         SampleItem offered = item(maker.sign(package), package.size());

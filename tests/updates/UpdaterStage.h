@@ -6,6 +6,7 @@
 #include "platform/linux/privileges/PackageKitInstaller.h"
 #include "service/HttpServiceClient.h"
 #include "service/NetworkFactory.h"
+#include "support/Folders.h"
 #include "support/LogCapture.h"
 #include "support/MemorySettingsStore.h"
 #include "support/SampleFeed.h"
@@ -14,7 +15,6 @@
 #include "support/servers/FaultServer.h"
 #include "updates/BrevokSelfUpdater.h"
 
-#include <QDir>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -25,12 +25,11 @@ struct UpdaterStage {
     static QString feedPath() { return QStringLiteral("/base/appcast.xml"); }
     static QString packagePath() { return QStringLiteral("/files/brevok.deb"); }
 
-    explicit UpdaterStage(
-        int timeoutMs = 30000, AutomaticChecks::Times checkTimes = {}, SoftwareInstaller *system = nullptr)
+    explicit UpdaterStage(AutomaticChecks::Times checkTimes = {}, SoftwareInstaller *system = nullptr)
         : network({.baseUrl = server.url(QStringLiteral("/base")),
             .extraAuthorities = TestCertificates::shared().authorities(),
             .reachabilityHost = {},
-            .requestTimeoutMs = timeoutMs})
+            .requestTimeoutMs = 30000})
         , times(checkTimes)
         , installs(system != nullptr ? *system : installer)
     {
@@ -93,10 +92,7 @@ struct UpdaterStage {
         return updater->state().error ? updater->state().error->description : QString();
     }
     [[nodiscard]] QString folder() const { return scratch.filePath(QStringLiteral("data/Updates")); }
-    [[nodiscard]] QStringList leftFiles() const
-    {
-        return QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
-    }
+    [[nodiscard]] QStringList leftFiles() const { return entries(folder()); }
 
     LogCapture log;
     QTemporaryDir scratch;

@@ -50,7 +50,7 @@ struct HelperRequest {
 };
 using HelperRequestPtr = std::shared_ptr<const HelperRequest>;
 
-/// What is wrong with a request of the user @p caller whoever agrees to it; empty when nothing is.
+/// What is wrong with a request of the user @p caller, whoever agrees to it; empty when nothing is.
 [[nodiscard]] QString objectionTo(const HelperRequest &request, quint32 caller);
 
 /// What a request came to.
@@ -60,7 +60,7 @@ struct HelperAnswer {
         Forbidden, ///< by what it asks for; nobody can allow it
         NotAuthorized,
         NeedsQuestion, ///< authorized only after a question that the caller did not allow
-        TooMuch, ///< of the helper's attention
+        TooMuch, ///< too many requests or questions are open
     };
 
     Refusal refusal = Refusal::None;

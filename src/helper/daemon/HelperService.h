@@ -23,7 +23,7 @@ public:
     [[nodiscard]] bool publish();
     /// Gives the name back: whoever calls now starts another helper.
     void withdraw();
-    /// Ends what an earlier helper left. Before the first call.
+    /// Makes good what an earlier helper left. Before the first call.
     void repair() { m_desk.repair(); }
     [[nodiscard]] bool isIdle() const { return m_desk.isIdle(); }
 

@@ -125,7 +125,7 @@ void RequestDesk::identify(const OpenPtr &open)
     });
 }
 
-/// What is wrong with a request whoever agrees to it; empty when nothing is.
+// What is wrong with a request, whoever agrees to it; empty when nothing is.
 QString RequestDesk::objection(const Open &open) const
 {
     const HelperRequest &request = *open.request;
@@ -203,8 +203,8 @@ void RequestDesk::authorized(const OpenPtr &open, PolkitAuthority::Verdict verdi
     }
 }
 
-/// The bytes are copied when everybody has agreed, and not even read for somebody who would be refused
-/// anyway.
+// The bytes are copied only when everybody has agreed, and not even read for somebody who would be refused
+// anyway.
 void RequestDesk::openSource(const OpenPtr &open, PolkitAuthority::Verdict verdict)
 {
     inTurn(open, [this, open, verdict] {
@@ -249,7 +249,7 @@ void RequestDesk::start(const OpenPtr &open)
     });
 }
 
-/// With one of the user's threads, which the work gives back at its end.
+// With one of the user's threads, which the work gives back at its end.
 void RequestDesk::inTurn(const OpenPtr &open, const Task &work)
 {
     m_users.enter(open->caller.user, [this, open, work] {
@@ -261,7 +261,7 @@ void RequestDesk::inTurn(const OpenPtr &open, const Task &work)
     });
 }
 
-/// Before the folder is claimed: a source that takes its time keeps nobody else from it.
+// Before the folder is claimed: a slow source keeps nobody else from the folder.
 void RequestDesk::takeSource(const OpenPtr &open)
 {
     inBackgroundThen(

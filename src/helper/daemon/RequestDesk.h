@@ -12,11 +12,12 @@
 
 namespace brevok {
 
-/// Takes every caller for an enemy. A request goes through here: who is it (the bus says), may anybody have
-/// this (the paths, the user id, the permissions), may he (polkit), and then it is done, as it was made. No
-/// request waits for another, but for one that works on the same folder at that moment, and for the same
-/// user's own where those have their part of the threads. A caller who leaves takes along what was not begun.
-/// Main thread; file work runs in the background.
+/// Receives the requests, and trusts no caller. For each it finds out who makes it (the bus says), whether
+/// anybody may have this (the paths, the user id, the permissions) and whether he may (polkit); then the
+/// request is carried out exactly as it was made. A request waits for another only while that one works in
+/// the same folder, or while the same user's requests have all the threads that one user gets. When a caller
+/// leaves, those of his requests that have not begun are dropped. Main thread; file work runs in the
+/// background.
 class RequestDesk final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(RequestDesk)
@@ -49,9 +50,9 @@ private:
         UserRights caller{};
         bool identified = false;
         QString question{}; ///< at polkit
-        bool asks = false; ///< somebody is asked, or will be
+        bool asks = false; ///< a person is asked, or will be
         SourcePtr source{};
-        bool running = false;
+        bool running = false; ///< files are being changed, or are next: it is brought to its end
     };
     using OpenPtr = std::shared_ptr<Open>;
 
@@ -78,7 +79,7 @@ private:
     QDBusConnection m_bus;
     WorkJournal m_journal;
     PolkitAuthority m_authority;
-    QHash<QString, UserRights> m_callers; ///< those that were asked after and are still there
+    QHash<QString, UserRights> m_callers; ///< what the bus said of callers who are still there
     QSet<OpenPtr> m_open;
     int m_unfinished = 0; ///< answered requests whose rest is being done
     /// A user has a part of the threads: what he makes hang, on a file system of his own, keeps nobody else

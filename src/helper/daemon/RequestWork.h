@@ -37,7 +37,7 @@ struct WorkDone {
 [[nodiscard]] WorkDone carryOut(const HelperRequest &request, const UserRights &caller,
     const SourcePtr &source, const WorkJournal &journal);
 
-/// Ends what a killed process left of a piece of work, and says so in the log. Blocks.
+/// Makes good what a killed process left of a piece of work, and says so in the log. Blocks.
 void repairInterruptedWork(const WorkJournal &journal, const WorkJournal::Entry &entry);
 
 } // namespace brevok

@@ -10,7 +10,7 @@
 
 namespace brevok {
 
-/// Lets so much work go on at once that has a key in common; what comes beyond that waits in line. One
+/// Of the work that has a key in common, only so many pieces go on at once; the others wait in line. One
 /// thread.
 template <typename Key> class Turns final {
 public:

@@ -99,28 +99,16 @@ class Caller:
                 answer(result=[])
             elif command["do"] == "connect":
                 answer(result=[self.connect()])
-            elif command["do"] == "visit":  # calls, and is gone before anybody can answer
-                for _ in range(command["times"]):
-                    message = Gio.DBusMessage.new_method_call(HELPER, "/" + HELPER.replace(".", "/"), HELPER,
-                                                              "FileExistsAtPath")
-                    message.set_body(GLib.Variant("(s)", ("/Tolvane/A.InDesignPlugin",)))
-                    connection = self.connections[self.connect()]
-                    connection.send_message(message, Gio.DBusSendMessageFlags.NONE)
-                    connection.close_sync(None)
-                    self.connections.pop()
-                answer(result=[])
             elif command["do"] == "disconnect":
                 self.connections[command["connection"]].close_sync(None)
                 answer(result=[])
-            elif command["do"] == "name":
-                answer(result=[self.connections[command.get("connection", 0)].get_unique_name()])
         except GLib.Error as error:
             answer(error=Gio.DBusError.get_remote_error(error) or error.domain, message=error.message)
 
 
 def main():
     caller, loop = Caller(), GLib.MainLoop()
-    say(event="ready", name=caller.connections[0].get_unique_name())
+    say(event="ready")
 
     unread = bytearray()
 

@@ -36,6 +36,9 @@ class RigTest(unittest.TestCase):
         caller.do("agent")
         return caller
 
+    def content(self, target=None):
+        return ((target or self.target) / "Contents" / "Info.plist").read_bytes()
+
     def assertRefused(self, answer, error=DENIED_ERROR):
         self.assertEqual(answer.get("error"), error, answer)
 
@@ -68,9 +71,6 @@ class HelperCase(RigTest):
     def assertNothingChanged(self):
         self.rig.settle()
         self.assertEqual((snapshot(self.outside), snapshot(self.rig.root / "Applications")), self.before)
-
-    def content(self, target=None):
-        return ((target or self.target) / "Contents" / "Info.plist").read_bytes()
 
 
 def run_tests():

@@ -112,7 +112,7 @@ class Caller:
                                         extra_groups=[], stdin=subprocess.PIPE, stdout=subprocess.PIPE, text=True,
                                         env=rig.environment)
         threading.Thread(target=self._read, daemon=True).start()
-        self.name = self.event("ready")["name"]
+        self.event("ready")
 
     def _read(self):
         for line in self.process.stdout:

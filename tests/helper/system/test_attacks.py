@@ -11,6 +11,8 @@ import sys
 from helper_case import DENIED_ERROR, RigTest, run_tests
 from rig import ALLOWED, ASKED, OTHER, wait_for
 
+LIMITED = "org.freedesktop.DBus.Error.LimitsExceeded"
+
 
 class AttackTest(RigTest):
     def setUp(self):
@@ -56,7 +58,11 @@ class AttackTest(RigTest):
 
     def test_callers_who_leave_at_once(self):
         asked = self.asked()
-        self.caller.do("visit", times=300)
+        for connection in range(1, 301):
+            self.caller.start("connect")
+            self.caller.begin("FileExistsAtPath", "s", "/Tolvane/A.InDesignPlugin", connection=connection)
+            leaving = self.caller.start("disconnect", connection=connection)
+        self.caller.wait(leaving)
         stats = self.rig.root_call("--dest=org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus.Debug.Stats"
                                    ".GetConnectionStats", "string:com.tolvane.brevok.HelperTool").stdout
         self.assertLess(int(re.search(r"MatchRules\D*32 (\d+)", stats)[1]), 10)
@@ -124,39 +130,16 @@ class AttackTest(RigTest):
         self.rig.serve_by({**self.faults, "STALL_WHILE": when})
         return when
 
-    def stalled(self, count):
-        """So many requests of OTHER's that wait for his folder, and for no answer of polkit's."""
-        folder, when = self.folder(self.rig.home(OTHER) / "Tolvane", OTHER), self.stall()
-        other, numbers, most = self.rig.caller(OTHER), [], 8  # of one connection
-        for i in range(count):
-            connection = i // most
-            if i % most == 0 and i > 0:
-                self.reached(other, connection - 1)
-                other.do("connect")
-            numbers.append(other.begin("FileExistsAtPath", "s", str(folder / "A.InDesignPlugin"), connection=connection))
+    def ask_eight(self, other, connection):
+        """As many requests as one connection may have open, which wait for OTHER's folder alone."""
+        path = str(self.rig.home(OTHER) / "Tolvane" / "A.InDesignPlugin")
+        numbers = [other.begin("FileExistsAtPath", "s", path, connection=connection) for _ in range(8)]
         self.reached(other, connection)
-        return when, other, numbers
+        return numbers
 
     def reached(self, caller, connection):
         """When this is answered, the helper has what came before it."""
         self.assertEqual(caller.call("Version", connection=connection)["result"], [15])
-
-    def test_work_that_does_not_end(self):
-        when, other, numbers = self.stalled(40)
-        self.assertTrue(self.caller.install(self.rig.archive(), self.target)["result"][0])
-        # He cannot heap up more of it by leaving.
-        for _ in range(5):
-            leaving = other.do("connect")["result"][0]
-            for _ in range(8):
-                other.begin("FileExistsAtPath", "s", "/Tolvane/A.InDesignPlugin", connection=leaving)
-            self.reached(other, leaving)
-            other.do("disconnect", connection=leaving)
-        answer = other.call("FileExistsAtPath", "s", "/Tolvane/A.InDesignPlugin",
-                            connection=other.do("connect")["result"][0])
-        self.assertEqual(answer.get("error"), "org.freedesktop.DBus.Error.LimitsExceeded")
-        when.unlink()
-        for number in numbers:
-            self.assertEqual(other.wait(number)["result"], [False])
 
     def test_repair_that_does_not_end(self):
         self.caller.call("Version")
@@ -173,18 +156,31 @@ class AttackTest(RigTest):
         self.assertEqual(os.listdir(folder), ["A.InDesignPlugin"])
 
     def test_too_many_requests(self):
-        limited, path = "org.freedesktop.DBus.Error.LimitsExceeded", "/Tolvane/A.InDesignPlugin"
-        when, other, numbers = self.stalled(64)
+        self.folder(self.rig.home(OTHER) / "Tolvane", OTHER)
+        when, other = self.stall(), self.rig.caller(OTHER)
+        connections = [0, *(other.do("connect")["result"][0] for _ in range(7))]
+        numbers = [self.ask_eight(other, connection) for connection in connections]
+
+        def ask(caller, connection):
+            return caller.call("FileExistsAtPath", "s", "/Tolvane/A.InDesignPlugin", connection=connection)
         for connection, what in ((0, "this connection"), (other.do("connect")["result"][0], "this user")):
-            answer = other.call("FileExistsAtPath", "s", path, connection=connection)
-            self.assertEqual(answer.get("error"), limited)
+            self.assertRefused(ask(other, connection), LIMITED)
             self.assertIn(f"too many requests of {what} are open", self.rig.log_text())
-        self.assertEqual(self.caller.call("FileExistsAtPath", "s", path)["result"], [False])
-        self.assertFalse(any(map(other.answered, numbers)))
+        # The others are served; and he cannot heap up more work by leaving.
+        self.assertTrue(self.caller.install(self.rig.archive(), self.target)["result"][0])
+        for connection in range(1, 5):
+            other.do("disconnect", connection=connection)
+        for _ in range(5):
+            leaving = other.do("connect")["result"][0]
+            self.ask_eight(other, leaving)
+            other.do("disconnect", connection=leaving)
+        self.assertRefused(ask(other, other.do("connect")["result"][0]), LIMITED)
+        waiting = [number for connection in (0, 5, 6, 7) for number in numbers[connection]]
+        self.assertFalse(any(map(other.answered, waiting)))
         when.unlink()
-        for number in numbers:
+        for number in waiting:
             self.assertEqual(other.wait(number)["result"], [False])
-        self.assertEqual(other.call("FileExistsAtPath", "s", path)["result"], [False])
+        self.assertEqual(ask(other, 0)["result"], [False])
 
     def test_the_same_path_twice(self):
         target = self.folder(self.rig.home(OTHER) / "Tolvane", OTHER) / "A.InDesignPlugin"

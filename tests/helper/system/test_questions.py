@@ -29,9 +29,12 @@ class QuestionTest(HelperCase):
         caller.do("answered", cookie=question["cookie"])
         self.assertEqual(caller.wait(number)["result"], [True, "", 0, ""])
         self.assertEqual(self.content(), b"asked about")
+        # A question keeps nobody else waiting.
+        self.assertTrue(self.allowed.install(self.rig.archive(content=b"meanwhile"), self.target)["result"][0])
+        self.assertFalse(caller.answered(foreign))
         caller.do("answered", cookie=second["cookie"])  # without a password
         self.assertRefused(caller.wait(foreign), NOT_AUTHORIZED)
-        self.assertEqual(self.content(), b"asked about")
+        self.assertEqual(self.content(), b"meanwhile")
 
     def test_source_written_to_during_the_question(self):
         caller = self.asked()
@@ -70,15 +73,6 @@ class QuestionTest(HelperCase):
         caller.do("answered", cookie=cookie)
         self.assertFalse(caller.wait(number)["result"][0])
         self.assertNothingChanged()
-
-    def test_one_question_keeps_nobody_else_waiting(self):
-        caller = self.asked()
-        number = caller.begin_install(self.rig.archive(ASKED), self.target)
-        cookie = caller.event("question")["cookie"]
-        self.assertTrue(self.allowed.install(self.rig.archive(), self.target)["result"][0])
-        self.assertFalse(caller.answered(number))
-        caller.do("answered", cookie=cookie)
-        self.assertRefused(caller.wait(number), NOT_AUTHORIZED)
 
     def test_too_many_questions(self):
         caller, source, questions = self.asked(), self.rig.archive(ASKED), []

@@ -8,7 +8,7 @@
 namespace brevok {
 
 /// The file manager on Linux. Tests answer for the effective user.
-class LinuxFileOperations final : public FileOperations {
+class LinuxFileOperations : public FileOperations {
 public:
     [[nodiscard]] bool fileExists(const QString &path, bool *isDirectory = nullptr) const override;
     [[nodiscard]] bool isReadable(const QString &path) const override;

@@ -25,6 +25,8 @@ namespace brevok::testing {
 
 using namespace Qt::StringLiterals;
 
+constexpr int patience = 30000; // on a busy machine
+
 /// Presses a key where the focus is.
 inline void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
@@ -116,7 +118,8 @@ struct PanelRig : private PanelKeeper {
     void open()
     {
         panel->setHasActivePanel(true);
-        QVERIFY(QTest::qWaitFor([this] { return panel->window()->geometry() == panel->place().panel; }));
+        QVERIFY(QTest::qWaitFor(
+            [this] { return panel->window()->geometry() == panel->place().panel; }, patience));
     }
 
 private:
@@ -139,9 +142,10 @@ inline void fillCatalogue(PanelRig &rig, int packages, const QString &installed 
     }
     rig.rig.plugins.updateWithArray(builds);
     rig.rig.packages.updateWithArray(list);
-    QVERIFY(
-        QTest::qWaitFor([&rig, packages] { return rig.rig.packages.packagesStatus().size() == packages; }));
-    QVERIFY(QTest::qWaitFor([&rig] { return !rig.rig.packages.updating(); }));
+    const auto isCalculated = [&rig, packages] {
+        return rig.rig.packages.packagesStatus().size() == packages && !rig.rig.packages.updating();
+    };
+    QVERIFY(QTest::qWaitFor(isCalculated, patience));
 }
 
 /// The panel open, of somebody who is signed in, over such a catalogue.

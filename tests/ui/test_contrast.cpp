@@ -9,8 +9,13 @@
 #include "ui/widgets/PanelStyle.h"
 
 #include <QApplication>
+#include <QBoxLayout>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
 #include <QStyleOptionButton>
 #include <QStyleOptionViewItem>
 #include <QTabBar>
@@ -206,6 +211,42 @@ private Q_SLOTS:
         QVERIFY2(look.faults.isEmpty(), qPrintable(look.faults.join(u'\n')));
     }
 
+    // Of controls with the focus, and of what no window above shows.
+    void outlinesAreSeen()
+    {
+        for (const bool dark : {false, true}) {
+            if (dark) {
+                QApplication::setPalette(darkened(QApplication::palette()));
+            }
+            QWidget window;
+            QVBoxLayout column(&window);
+            auto *box = new QCheckBox;
+            const QList<QWidget *> controls{
+                box, new QLineEdit, new QComboBox, new QPushButton(u"x"_s), new QTableView};
+            for (QWidget *control : controls) {
+                column.addWidget(control);
+            }
+            window.show();
+            window.activateWindow();
+            QStringList faults;
+            for (const QWidget *control : controls) {
+                const_cast<QWidget *>(control)->setFocus();
+                QTRY_VERIFY(control->hasFocus());
+                Look look(window);
+                const QRect part = control == box ? indicatorOf(*box) : control->rect();
+                look.checkControl(described(*control), look.placeOf(*control, part), true);
+                faults += look.faults;
+            }
+            QVERIFY2(faults.isEmpty(), qPrintable(faults.join(u'\n')));
+            QMenu menu;
+            menu.addAction(u"x"_s);
+            const QImage shown = menu.grab().toImage();
+            const QRgb ground = menu.palette().color(QPalette::Window).rgb();
+            QVERIFY(bestContrast(histogram(shown, ring(shown.rect(), 1)), ground, shown.height())
+                >= leastOfControls);
+        }
+    }
+
     // Behind another text of its label the pixels of these are not told apart.
     void coloursOfTexts()
     {
@@ -220,6 +261,14 @@ private Q_SLOTS:
                 }
             }
         }
+    }
+
+    void anotherStyleIsLeftAlone()
+    {
+        QApplication::setStyle(u"windows"_s);
+        const QStyle *style = QApplication::style();
+        useOutlineStyle();
+        QCOMPARE(QApplication::style(), style);
     }
 };
 

@@ -28,10 +28,10 @@ using namespace Qt::StringLiterals;
 constexpr int patience = 30000; // on a busy machine
 
 /// Presses a key where the focus is.
-inline void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+inline void press(Qt::Key key)
 {
     QWidget *focused = QApplication::focusWidget();
-    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
+    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key);
 }
 
 class PlacedItem final : public StatusItemPlace {
@@ -71,7 +71,6 @@ struct PanelRig : private PanelKeeper {
             .serviceUrl = service,
             .helpUrl = QUrl(QStringLiteral("https://help.example/")),
             .statusItem = [this] { return hasItem ? &item : nullptr; },
-            .modifiers = [this] { return modifiers; },
         });
     }
     ~PanelRig() override = default;
@@ -88,7 +87,6 @@ struct PanelRig : private PanelKeeper {
     RecordingOpener urls;
     PlacedItem item;
     bool hasItem = true;
-    Qt::KeyboardModifiers modifiers;
     std::unique_ptr<BrevokSession> session;
     std::unique_ptr<BrevokPanelController> panel;
 

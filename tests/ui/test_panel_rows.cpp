@@ -40,7 +40,7 @@ private Q_SLOTS:
         auto *remove = rig.control<SymbolButton>(0, "removeButton");
         QTest::mouseClick(remove, Qt::LeftButton); // which means it
         QTRY_COMPARE(action->text(), u"Install"_s);
-        QTRY_VERIFY(action->isEnabled());
+        QTRY_COMPARE(QApplication::focusWidget(), action); // and at its action when there is one again
 
         // Whoever comes by keyboard is asked.
         rig.rig.presenter.waits = true;
@@ -257,7 +257,7 @@ private Q_SLOTS:
         press(Qt::Key_Up);
         QVERIFY(rig.row(1998)->isAncestorOf(QApplication::focusWidget()));
         QCOMPARE(list.controllerAt(1998)->row().prefix(), u"p01998"_s);
-        QVERIFY(list.controllerCount() < 50);
+        QVERIFY(rig.child<QWidget>("packagesView")->findChildren<PackageCellView *>().size() < 50);
         press(Qt::Key_Home);
         for (int i = 0; i < 60; ++i) {
             press(Qt::Key_Tab); // makes the rows that it comes to

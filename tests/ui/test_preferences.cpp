@@ -15,7 +15,6 @@
 
 using namespace brevok;
 using namespace brevok::testing;
-using Page = BrevokPreferencesController::Page;
 
 namespace {
 
@@ -48,7 +47,8 @@ private Q_SLOTS:
         QVERIFY(!tab->state().selected && !tab->state().checkable);
         tab->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
         QVERIFY(tab->state().selected);
-        QCOMPARE(desk.window->page(), Page::Settings);
+        const auto *pages = desk.find<QStackedWidget>("tabView");
+        QCOMPARE(pages->currentWidget()->objectName(), u"settingsPage"_s);
     }
 
     void switchesTellWhenTheyTakeEffect()

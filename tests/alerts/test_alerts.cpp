@@ -316,11 +316,10 @@ private Q_SLOTS:
     void headless()
     {
         HeadlessAlertPresenter nobody;
-        BrevokAlertQueue headlessQueue(nobody, *panel);
-        QCOMPARE(headlessQueue.modalAlert(u"Title"_s, u"text"_s, {}, {u"OK"_s}), alertNotShown);
+        Alert alert(nobody, contentOf(u"Title"_s, u"text"_s));
+        QCOMPARE(queue->runModal(alert), alertNotShown);
         QCOMPARE(LogCapture::lines(), QStringList({u"Alert: Title\ntext"_s, u"Alert not shown: Title"_s}));
         int answer = -1;
-        Alert alert(nobody, contentOf(u"Sheet"_s, {}));
         alert.openSheetModalForWindow(this, [&](int given) { answer = given; });
         QCOMPARE(answer, alertNotShown);
     }

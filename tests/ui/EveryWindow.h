@@ -9,7 +9,6 @@
 #include "PreferencesDesk.h"
 #include "SmallRig.h"
 #include "ui/alerts/AlertDialog.h"
-#include "ui/panel/NoticeView.h"
 #include "ui/widgets/PanelButtons.h"
 #include "ui/widgets/PanelLabels.h"
 #include "ui/windows/BrevokBugReporterController.h"

@@ -148,28 +148,21 @@ private Q_SLOTS:
         Desk desk;
         const QString line = u"log \"line\" with an ä"_s;
         QVERIFY(writeFile(desk.rig.logs() + u"/orlec.log"_s, (line + u'\n').repeated(20000).toUtf8()));
-        QVERIFY(
-            writeFile(desk.rig.logs() + u"/DiagnosticReports/Adobe InDesign 1.crash"_s, "why it crashed"));
         desk.type({}, u"It <b>broke</b>"_s);
         desk.click("showBody");
         QVERIFY(desk.find<QPushButton>("showBody")->isEnabled()); // and so keeps the focus
         desk.click("showBody");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.window.findChild<ReportBodyView *>() != nullptr, 30000);
-        const auto *view = desk.window.findChild<ReportBodyView *>();
-        const auto *sections = view->findChild<QTabWidget *>();
-        QStringList titles;
-        QStringList texts;
+        QTRY_COMPARE_WITH_TIMEOUT(desk.window.findChildren<ReportBodyView *>().size(), 1, 30000);
+        const auto *sections = desk.window.findChild<QTabWidget *>();
+        QStringList shown;
         for (int i = 0; i < sections->count(); ++i) {
-            titles.append(sections->tabText(i));
-            texts.append(qobject_cast<QPlainTextEdit *>(sections->widget(i))->toPlainText());
+            const auto *page = qobject_cast<QPlainTextEdit *>(sections->widget(i));
+            shown.append(sections->tabText(i) + u'\n' + page->toPlainText());
         }
-        QCOMPARE(
-            titles, (QStringList{u"What you wrote"_s, u"The application"_s, u"Logs"_s, u"Crash reports"_s}));
-        QCOMPARE(texts.at(0), u"Description\nIt <b>broke</b>"_s);
-        QVERIFY(texts.at(1).startsWith(u"Application\nVersion 1.2 (7, 15)\n\nPlatform\nmacOS - "_s));
-        QVERIFY(texts.at(2).startsWith(u"orlec.log\n"_s + line + u'\n'));
-        QCOMPARE(texts.at(3), u"InDesign.crash\nwhy it crashed"_s);
-
+        QCOMPARE(shown.value(0), u"What you wrote\nDescription\nIt <b>broke</b>"_s);
+        QVERIFY(
+            shown.value(1).startsWith(u"The application\nApplication\nVersion 1.2 (7, 15)\n\nPlatform\n"_s));
+        QVERIFY(shown.value(2).startsWith(u"Logs\norlec.log\n"_s + line + u'\n'));
         // Nothing is left out.
         QByteArray body;
         desk.rig.reporter.reportBody(
@@ -177,8 +170,8 @@ private Q_SLOTS:
         QTRY_VERIFY(body.size() > 256000);
         const QJsonArray items = QJsonDocument::fromJson(body)["Data"_L1].toArray();
         for (const QJsonValue item : items) {
-            QVERIFY(texts.join(QString()).contains(
-                item["Key"_L1].toString() + u'\n' + item["Value"_L1].toString()));
+            const QString part = item["Key"_L1].toString() + u'\n' + item["Value"_L1].toString();
+            QVERIFY2(shown.join(QString()).contains(part), qPrintable(part.left(50)));
         }
         QVERIFY(desk.rig.server.requests().isEmpty());
     }

@@ -8,7 +8,6 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QSet>
 
 #include <memory>
 
@@ -51,7 +50,6 @@ public:
     [[nodiscard]] QString key() const;
 
 protected:
-    [[nodiscard]] AlertPresenter &presenter() const { return m_presenter; }
     [[nodiscard]] BrevokAlertQueue *delegate() const;
 
 private:

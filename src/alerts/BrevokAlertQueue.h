@@ -5,6 +5,8 @@
 
 #include "alerts/BrevokAlert.h"
 
+#include <QSet>
+
 namespace brevok {
 
 /// Shows application-modal alerts, each text once at a time, one after the other. Main thread; calls from

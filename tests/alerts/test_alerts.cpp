@@ -99,20 +99,25 @@ private Q_SLOTS:
     void modalAlertShowsWhatItIsGiven()
     {
         presenter->answer = alertSecondButton;
-        presenter->whileShown = [&](const AlertContent &) {
+        presenter->whileShown = [&](const AlertContent &shown) {
             QCOMPARE(panel->calls, QList<bool>({true}));
+            QCOMPARE(shown.messageText, u"Title"_s);
+            QVERIFY(!shown.informativeText);
+            QCOMPARE(shown.icon, u"image"_s);
+            QCOMPARE(shown.buttons.size(), 2);
+            QCOMPARE(shown.buttons.at(0).title, u"Continue"_s);
+            QCOMPARE(shown.accessory, QVariant(7));
         };
         QCOMPARE(
             queue->modalAlert(u"Title"_s, {}, u"image"_s, {u"Continue"_s, u"Quit"_s}, 7), alertSecondButton);
         QCOMPARE(LogCapture::lines(), QStringList{u"Alert: Title\n"_s});
         QCOMPARE(panel->calls, QList<bool>({true, false}));
-        const AlertContent &shown = presenter->shown.at(0);
-        QCOMPARE(shown.messageText, u"Title"_s);
-        QVERIFY(!shown.informativeText);
-        QCOMPARE(shown.icon, u"image"_s);
-        QCOMPARE(shown.buttons.size(), 2);
-        QCOMPARE(shown.buttons.at(0).title, u"Continue"_s);
-        QCOMPARE(shown.accessory, QVariant(7));
+        // What was told from outside is cut before it is shown.
+        presenter->whileShown = {};
+        queue->tell(u"Failed"_s, QString(1'000'000, QChar(0x05D0)), {u"O\nK"_s});
+        const AlertContent &told = presenter->shown.constLast();
+        QVERIFY(told.informativeText->size() < 5000 && told.informativeText->endsWith(u'…'));
+        QCOMPARE(told.buttons.at(0).title, u"O K"_s);
     }
 
     void sameTextIsShownOnceAtATime()
@@ -198,6 +203,17 @@ private Q_SLOTS:
         QCOMPARE(alert.runModal(), alertThirdButton);
         QCOMPARE(panel->calls, QList<bool>({true, false}));
         QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s, u"Alert: A\n-"_s}));
+        // A sheet holds the panel open only while it is being attached.
+        using Support = AlertPresenter::SheetInterface;
+        for (const Support support : {Support::WithHandler, Support::WithDelegate}) {
+            panel->calls.clear();
+            LogCapture::clear();
+            presenter->sheetSupport = support;
+            alert.openSheetModalForWindow(this, {});
+            QCOMPARE(panel->calls, QList<bool>({true, false}));
+            QVERIFY(!presenter->completions.isEmpty()); // still up
+            QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s}));
+        }
     }
 
     void sheets()
@@ -208,80 +224,45 @@ private Q_SLOTS:
             {"with delegate", Support::WithDelegate, {alertContinued}, 0},
             {"none", Support::None, {}, 1},
         };
+        Alert alert(*presenter, contentOf(u"A"_s, u"b"_s));
         for (const auto &[name, support, expected, shownModally] : rows) {
             const InRow in(name);
             LogCapture::clear();
             presenter->sheetSupport = support;
             QList<int> answers;
-            Alert alert(*presenter, contentOf(u"A"_s, u"b"_s));
             alert.openSheetModalForWindow(this, [&](int answer) { answers << answer; });
             QCOMPARE(LogCapture::lines(), QStringList{u"Alert: A\nb"_s});
-            const auto completions = std::exchange(presenter->completions, {});
-            for (const AlertPresenter::Completion &completion : completions) {
-                completion(alertSecondButton);
+            while (!presenter->completions.isEmpty()) {
+                presenter->completions.takeFirst()(alertSecondButton);
             }
             QCOMPARE(answers, expected);
             QCOMPARE(presenter->shown.size(), shownModally);
         }
-    }
-
-    void blockingSheetHoldsThePanelWhileItIsAttached()
-    {
-        for (const auto support :
-            {AlertPresenter::SheetInterface::WithHandler, AlertPresenter::SheetInterface::WithDelegate}) {
-            presenter->sheetSupport = support;
-            BrevokBlockingAlert alert(*presenter, panel.get(), contentOf(u"A"_s, {}));
-            alert.openSheetModalForWindow(this, {});
-            QCOMPARE(panel->calls, QList<bool>({true, false}));
-            QVERIFY(!presenter->completions.isEmpty()); // still up
-            QCOMPARE(LogCapture::lines(), QStringList({u"Alert: A\n-"_s, u"Alert: \nA\n-"_s}));
-            panel->calls.clear();
-            LogCapture::clear();
-        }
-    }
-
-    void sheetsAreClosedByWhoeverCan()
-    {
-        class Closer final : public AlertPresenter {
-        public:
-            bool windowCan = true;
-            QStringList calls;
-            int runModal(const AlertContent &) override { return alertNotShown; }
-            Ending beginModal(const AlertContent &, Completion) override { return {}; }
-            [[nodiscard]] SheetInterface sheetInterface() const override { return SheetInterface::None; }
-            void beginSheet(const AlertContent &, QObject *, Completion) override { }
-            [[nodiscard]] bool windowEndsSheets(QObject *) const override { return windowCan; }
-            void windowEndSheet(QObject *) override { calls << u"window"_s; }
-            void applicationEndSheet(QObject *) override { calls << u"application"_s; }
-        } closer;
-        Alert alert(closer);
         alert.closeSheet(this);
-        closer.windowCan = false;
+        presenter->windowsEndSheets = false;
         alert.closeSheet(this);
-        QCOMPARE(closer.calls, QStringList({u"window"_s, u"application"_s}));
+        QCOMPARE(presenter->endedBy, QStringList({u"window"_s, u"application"_s}));
     }
 
     void nobodyWaitsForAnAnswer()
     {
         presenter->waits = true;
         const auto alert = alertSaying(*presenter, u"Question"_s);
-        int answer = -1;
-        auto *context = new QObject(this);
-        const auto keep = [&answer](int given) {
-            answer = given;
+        QList<int> answers;
+        auto context = std::make_unique<QObject>();
+        const auto keep = [&answers](int given) {
+            answers.append(given);
         };
-        const AlertPresenter::Ending end = queue->beginModal(*alert, context, keep);
-        QCOMPARE(answer, -1);
+        const AlertPresenter::Ending end = queue->beginModal(*alert, context.get(), keep);
         QCOMPARE(panel->calls, QList<bool>{true});
-        int second = -1;
-        queue->beginModal(*alert, this, [&second](int given) { second = given; });
-        QCOMPARE(second, alertNotShown); // the same text is up
+        queue->beginModal(*alert, this, keep);
+        QCOMPARE(answers, QList{alertNotShown}); // the same text is up
         end(alertSecondButton);
-        QCOMPARE(answer, alertSecondButton);
+        QCOMPARE(answers, (QList{alertNotShown, alertSecondButton}));
         QCOMPARE(panel->calls, QList<bool>({true, false}));
-        delete context;
+        context.reset();
         end(alertFirstButton);
-        QCOMPARE(answer, alertSecondButton); // whoever asked is gone
+        QCOMPARE(answers.size(), 2); // whoever asked is gone
     }
 
     // Nine at once are nine one after the other, and none holds up whoever raised it.
@@ -301,18 +282,17 @@ private Q_SLOTS:
         for (int i = 0; i < 9; ++i) {
             QTRY_COMPARE(presenter->shown.size(), i + 1);
             QCOMPARE(presenter->shown[i].messageText, u"Alert %1"_s.arg(i));
-            QCOMPARE(presenter->up.size(), 1);
             QVERIFY(panel->calls.constLast());
-            presenter->press(i % 2 == 0 ? alertFirstButton : alertSecondButton);
+            presenter->press(alertFirstButton + i);
             QVERIFY(!panel->calls.constLast());
             QCOMPARE(answers.size(), 10 + i);
-            QCOMPARE(answers.constLast(), i % 2 == 0 ? alertFirstButton : alertSecondButton);
+            QCOMPARE(answers.constLast(), alertFirstButton + i);
         }
 
         // One that somebody waits for is shown at once, and those behind it wait for it too.
         presenter->whileShown = [&](const AlertContent &) {
             raise(u"Behind it"_s);
-            QCOMPARE(presenter->up.size(), 0);
+            QVERIFY(presenter->up.isEmpty());
         };
         queue->modalAlert(u"Awaited"_s, {}, {}, {u"OK"_s});
         presenter->whileShown = {};
@@ -320,13 +300,13 @@ private Q_SLOTS:
 
         // What waits can be answered in the user's place, and goes with whoever kept it.
         const auto kept = alertSaying(*presenter, u"Kept"_s);
-        int answer = -1;
-        const AlertPresenter::Ending end = queue->beginModal(*kept, this, [&](int given) { answer = given; });
+        const AlertPresenter::Ending end =
+            queue->beginModal(*kept, this, [&answers](int given) { answers.append(given); });
         auto gone = alertSaying(*presenter, u"Gone"_s);
         queue->beginModal(*gone, this, [&](int) { QFAIL("it was not shown"); });
         gone.reset();
         end(alertThirdButton);
-        QCOMPARE(answer, alertThirdButton);
+        QCOMPARE(answers.constLast(), alertThirdButton);
         raise(u"Last"_s);
         presenter->press(alertFirstButton);
         QTRY_COMPARE(presenter->up.size(), 1);
@@ -336,11 +316,10 @@ private Q_SLOTS:
     void headless()
     {
         HeadlessAlertPresenter nobody;
-        BrevokAlertQueue headlessQueue(nobody, *panel);
-        QCOMPARE(headlessQueue.modalAlert(u"Title"_s, u"text"_s, {}, {u"OK"_s}), alertNotShown);
+        Alert alert(nobody, contentOf(u"Title"_s, u"text"_s));
+        QCOMPARE(queue->runModal(alert), alertNotShown);
         QCOMPARE(LogCapture::lines(), QStringList({u"Alert: Title\ntext"_s, u"Alert not shown: Title"_s}));
         int answer = -1;
-        Alert alert(nobody, contentOf(u"Sheet"_s, {}));
         alert.openSheetModalForWindow(this, [&](int given) { answer = given; });
         QCOMPARE(answer, alertNotShown);
     }

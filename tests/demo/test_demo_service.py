@@ -5,12 +5,9 @@
 import contextlib
 import hashlib
 import http.client
-import io
 import json
 import pathlib
-import plistlib
 import re
-import socket
 import ssl
 import stat
 import subprocess
@@ -19,7 +16,6 @@ import tempfile
 import types
 import unittest
 import urllib.parse
-import zipfile
 
 PROGRAM = pathlib.Path(sys.argv.pop(1)).resolve() / "brevok-demo-service"
 PASSWORD = "analytical-engine"
@@ -49,27 +45,22 @@ class Service:
         self.errors.seek(0)
         return self.errors.read().decode()
 
-    @contextlib.contextmanager
-    def reply(self, method, target, body=None, **headers):
+    def ask(self, method, target, body=None, **headers):
         """@target is a path or a whole address, and sent as it is."""
         host = "127.0.0.1" if "//127.0.0.1" in target else "localhost"
         port = urllib.parse.urlsplit(self.url).port
         connection = http.client.HTTPSConnection(host, port, timeout=60, context=self.trust)
         path = re.sub("^https://[^/]*", "", target) or "/"
-        connection.request(method, path, body, {"Content-Type": "application/json",
-                                                **{name.replace("_", "-"): value for name, value in headers.items()}})
+        connection.request(method, path, body, {name.replace("_", "-"): value for name, value in headers.items()})
         with contextlib.closing(connection):
-            yield connection.getresponse()
-
-    def ask(self, method, target, body=None, **headers):
-        with self.reply(method, target, body, **headers) as reply:
+            reply = connection.getresponse()
             content = reply.read()
-            if reply.status == 302:
-                return self.ask(method, reply.headers["Location"])
-            answer = types.SimpleNamespace(status=reply.status, body=content, tag=reply.headers["ETag"], json=None)
-            with contextlib.suppress(ValueError):
-                answer.json = json.loads(content)
-            return answer
+        if reply.status == 302:
+            return self.ask(method, reply.headers["Location"])
+        answer = types.SimpleNamespace(status=reply.status, body=content, tag=reply.headers["ETag"], json=None)
+        with contextlib.suppress(ValueError):
+            answer.json = json.loads(content)
+        return answer
 
 
 class DemoServiceTest(unittest.TestCase):
@@ -106,9 +97,6 @@ class DemoServiceTest(unittest.TestCase):
     def test_faults_at_start(self):
         (self.folder / "file").write_text("kept")
         impossible = str(self.folder / "file" / "folder")
-        with socket.create_server(("127.0.0.1", 0)) as other:
-            taken = str(other.getsockname()[1])
-            self.assert_refused(["--root", "root", "--port", taken], 1, taken)
         self.assert_refused(["--root", impossible], 1, impossible)
         self.assert_refused(["--root", "root", "--tls", impossible], 1, impossible)
 
@@ -116,25 +104,21 @@ class DemoServiceTest(unittest.TestCase):
         service = self.start()
         self.assertRegex(service.first_line, r'^{"url": "https://localhost:\d+", "ca": "/.+/tls/ca\.pem"}\n$')
         self.assertEqual((service.tls / "key.pem").stat().st_mode & (stat.S_IRGRP | stat.S_IROTH), 0)
-        self.assertEqual(service.ask("GET", "/").status, 200)
-        self.assertTrue(service.ask("POST", "/").body)
         self.assertEqual(service.ask("GET", service.url.replace("localhost", "127.0.0.1")).status, 200)
-        self.assertEqual(service.stop(), 0)
         authority = service.tls / "ca.pem"
         first = authority.read_bytes()
-        self.start()
-        self.assertEqual(authority.read_bytes(), first)
-        self.assertEqual(service.stop(), 0)
-        (service.tls / "cert.pem").write_text("no certificate")
-        self.start()
-        self.assertNotEqual(authority.read_bytes(), first)
-        self.assertEqual(service.ask("GET", "/").status, 200)
+        for broken in False, True:
+            if broken:
+                (service.tls / "cert.pem").write_text("no certificate")
+            self.assertEqual(service.stop(), 0)
+            self.start()
+            self.assertEqual(authority.read_bytes() != first, broken)
+            self.assertEqual(service.ask("GET", "/").status, 200)
 
     def test_accounts(self):
         service = self.start()
-        for email, word, code in (("ada@example.com", PASSWORD, 0), ("Ada@Example.com", PASSWORD, 0),
-                                  ("ada@example.com", "x", 2), ("ada@example.com", "", 2),
-                                  ("bob@example.com", PASSWORD, 2)):
+        for email, word, code in (("Ada@Example.com", PASSWORD, 0), ("ada@example.com", "x", 2),
+                                  ("ada@example.com", "", 2), ("bob@example.com", PASSWORD, 2)):
             with self.subTest(email=email, word=word):
                 account = json.dumps({"email": email, "password": word})
                 answer = service.ask("POST", "/api/machine/signin", account).json
@@ -152,33 +136,13 @@ class DemoServiceTest(unittest.TestCase):
         service = self.start()
         products = service.ask("GET", "/api/product/list").json
         for product in products:
-            self.assertTrue(all(product[key] for key in ("Name", "Prefix", "Version", "Published")), product)
-            if product.get("Icon"):
-                self.assertTrue(service.ask("GET", product["Icon"]).body.startswith(b"\x89PNG\r\n\x1a\n"))
-            if product["Platform"] == "Mac":
-                self.assertIn(b"<h1>", service.ask("GET", product["Info"]).body)
-        prefixes = {product["Prefix"] for product in products}
-        self.assertEqual((len(prefixes), sum(product["Platform"] != "Mac" for product in products)), (12, 1))
-        builds = service.ask("GET", "/api/plugin/list").json
-        for build in builds:
-            self.assertTrue(all(build[key] for key in ("Name", "Prefix", "Version", "Published", "Link")), build)
-            self.assertIsInstance(build["HostVersion"], (int, float))
-        offered = [build for build in builds if build["Platform"] == "Mac"]
-        self.assertEqual({build["Prefix"] for build in offered}, prefixes)
+            for page in filter(None, (product.get("Icon"), product.get("Info"))):
+                self.assertEqual(service.ask("GET", page).status, 200)
+        offered = [build for build in service.ask("GET", "/api/plugin/list").json if build["Platform"] == "Mac"]
+        self.assertEqual({build["Prefix"] for build in offered}, {product["Prefix"] for product in products})
         for build in offered:
             body = service.ask("GET", build["Link"]).body
             self.assertEqual((len(body), hashlib.sha256(body).hexdigest()), (build["Size"], build["SHA256"]))
-        self.assertEqual(len({build["Link"] for build in offered if "/download/" in build["Link"]}), 1)
-
-    def test_archive_holds_a_bundle(self):
-        service = self.start()
-        with zipfile.ZipFile(service.root / "archives/163/corvell-tables-4.2.1.zip") as archive:
-            contents = "Corvell Tables.InDesignPlugin/Contents/"
-            information = plistlib.load(io.BytesIO(archive.read(contents + "Info.plist")))
-            self.assertEqual(archive.getinfo(contents + "MacOS/Corvell Tables").file_size, 220 * 1024)
-        wanted = {"CFBundleExecutable": "Corvell Tables", "CFBundleShortVersionString": "4.2.1 (build 77)",
-                  "CFBundleShortVersionStringTemplate": "4.2.1", "TolvaneHostAppShortVersion": "16.3"}
-        self.assertEqual({key: information.get(key) for key in wanted}, wanted)
 
     def test_lists_are_read_again(self):
         service = self.start()
@@ -194,9 +158,8 @@ class DemoServiceTest(unittest.TestCase):
         file.unlink()
         missing = service.ask("GET", "/api/plugin/list")
         self.assertEqual((missing.status, missing.json["ErrorCode"]), (500, 99))
-        self.assertEqual(service.ask("GET", "/api/product/list").status, 200)
-        service.stop()
         self.assertEqual(service.said().count("plugins.json"), 2)
+        service.stop()
         service.start()
         self.assertFalse(file.exists(), "a catalogue that somebody has edited is made again")
 
@@ -244,16 +207,6 @@ class DemoServiceTest(unittest.TestCase):
                           {"Installed": [{"Password": "…"}]}))
         self.assertEqual((second["path"], second["bodyLength"], "body" in second),
                          ("/api/machine/report?a=b", 18, False))
-
-    def test_a_client_that_breaks_off_harms_nobody(self):
-        service = self.start()
-        archive = b"z" * (32 * 1024 * 1024)
-        (service.root / "archives/large.zip").write_bytes(archive)
-        for _ in range(5):
-            with service.reply("GET", "/archives/large.zip") as reply:
-                self.assertEqual(reply.read(100), b"z" * 100)
-        self.assertTrue(service.ask("GET", "/archives/large.zip").body == archive)
-        self.assertEqual(service.stop(), 0)
 
 
 if __name__ == "__main__":

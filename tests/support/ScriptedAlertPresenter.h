@@ -6,6 +6,7 @@
 #include "alerts/AlertPresenter.h"
 
 #include <QList>
+#include <QStringList>
 
 namespace brevok::testing {
 
@@ -19,6 +20,8 @@ public:
     int answer = alertFirstButton;
     bool waits = false; ///< alerts that nobody waits for stay up
     SheetInterface sheetSupport = SheetInterface::WithHandler;
+    bool windowsEndSheets = true; ///< else the application does
+    QStringList endedBy; ///< who was asked to end a sheet
     /// Runs while an alert is up, before it is answered.
     std::function<void(const AlertContent &)> whileShown;
 
@@ -52,9 +55,9 @@ public:
         sheets.append(alert);
         completions.append(std::move(completion));
     }
-    [[nodiscard]] bool windowEndsSheets(QObject *) const override { return true; }
-    void windowEndSheet(QObject *) override { }
-    void applicationEndSheet(QObject *) override { }
+    [[nodiscard]] bool windowEndsSheets(QObject *) const override { return windowsEndSheets; }
+    void windowEndSheet(QObject *) override { endedBy.append(QStringLiteral("window")); }
+    void applicationEndSheet(QObject *) override { endedBy.append(QStringLiteral("application")); }
 };
 
 /// A panel that remembers what it was told.

@@ -4,23 +4,17 @@
 #pragma once
 
 #include "../reporting/ReportRig.h"
+#include "../updates/UpdaterStage.h"
 #include "PanelRig.h"
-#include "platform/SoftwareInstaller.h"
 #include "PreferencesDesk.h"
-#include "support/SampleFeed.h"
+#include "SmallRig.h"
 #include "ui/alerts/AlertDialog.h"
-#include "ui/panel/NoticeView.h"
 #include "ui/widgets/PanelButtons.h"
 #include "ui/widgets/PanelLabels.h"
-#include "ui/windows/BrevokAboutController.h"
 #include "ui/windows/BrevokBugReporterController.h"
 #include "ui/windows/BrevokSoftwareUpdateController.h"
-#include "ui/windows/BrevokUpdateProgressController.h"
-#include "ui/windows/BrevokUpdateResultController.h"
 #include "ui/windows/ReportBodyView.h"
-#include "ui/windows/SmallWindows.h"
 #include "ui/windows/WebAddressWindow.h"
-#include "updates/BrevokSelfUpdater.h"
 
 #include <QAbstractButton>
 #include <QAction>
@@ -30,6 +24,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 
+#include <algorithm>
 #include <memory>
 
 namespace brevok::testing {
@@ -54,7 +49,6 @@ template <class Rig> Scene scene(std::shared_ptr<Rig> rig, QWidget *window)
 /// What has to come before a scene is as it is meant.
 inline void await(const std::function<bool()> &come)
 {
-    constexpr int patience = 30000; // on a busy machine
     if (!QTest::qWaitFor(come, patience)) {
         qFatal("the window did not come up");
     }
@@ -120,16 +114,6 @@ inline Scene panelInTrouble()
     return scene(rig, rig->panel->window());
 }
 
-inline qsizetype rowOf(const PanelRig &rig, const QString &prefix)
-{
-    const QList<PackageRow> &rows = rig.panel->packagesTab()->list().rows();
-    qsizetype row = 0;
-    while (row < rows.size() && rows.at(row).prefix() != prefix) {
-        ++row;
-    }
-    return row;
-}
-
 /// A row in every state, the one that ranks first included, below the notice that there is no network.
 inline Scene panelWithRows()
 {
@@ -141,7 +125,7 @@ inline Scene panelWithRows()
     const QList<Package> wanted{{"unknown", false, nullptr}, {"missing", false, nullptr},
         {"outdated", false, "1.0"}, {"current", false, "2.0"}, {"mixed", true, "2.0"},
         {"mixedold", true, "1.0"}, {"loading", false, nullptr}, {"failing", false, nullptr},
-        {"0xr5700", false, "2.0"}};
+        {"0xr5700", true, "2.0"}};
     auto rig = std::make_shared<PanelRig>(true);
     const QString first = rig->rig.addTarget(u"Adobe InDesign CC 2019"_s, u"140"_s);
     rig->rig.addTarget(u"Adobe InDesign CC 2020"_s, u"150"_s);
@@ -166,15 +150,18 @@ inline Scene panelWithRows()
     await([&rig, &wanted] {
         return rig->rig.packages.packagesStatus().size() == wanted.size() && !rig->rig.packages.updating();
     });
-    await([&] { return rowOf(*rig, u"failing"_s) < wanted.size(); });
+    const QList<PackageRow> &rows = rig->panel->packagesTab()->list().rows();
+    const auto rowOf = [&rows](const QString &prefix) {
+        return std::ranges::find(rows, prefix, &PackageRow::prefix) - rows.cbegin();
+    };
+    await([&] { return rows.size() == wanted.size(); });
     for (const QString &prefix : {u"failing"_s, u"loading"_s}) {
-        rig->control<PanelButton>(rowOf(*rig, prefix), "actionButton")->click();
+        rig->control<PanelButton>(rowOf(prefix), "actionButton")->click();
         await([&rig] { return !rig->rig.service.downloads.isEmpty(); });
         if (prefix == u"failing"_s) {
             rig->rig.answerDownload("too short");
             await([&] {
-                return rig->control<QWidget>(rowOf(*rig, prefix), "note")->accessibleName()
-                    == u"wrong length"_s;
+                return rig->control<QWidget>(rowOf(prefix), "note")->accessibleName() == u"wrong length"_s;
             });
         }
     }
@@ -225,9 +212,7 @@ template <bool signedIn> Scene preferences()
 inline std::shared_ptr<Desk> deskWithTargets()
 {
     auto desk = std::make_shared<Desk>();
-    for (const QString &name : {u"/A"_s, u"/B"_s, u"/C"_s}) {
-        desk->targets->insertTarget(name + u"/Plug-Ins"_s, u"Adobe InDesign"_s, u"140"_s);
-    }
+    desk->addTargets({u"/A/Plug-Ins"_s, u"/B/Plug-Ins"_s, u"/C/Plug-Ins"_s});
     desk->targets->setTarget(u"/B/Plug-Ins"_s, false);
     desk->openTargets();
     desk->table()->selectRow(2);
@@ -277,11 +262,6 @@ inline Scene alertWith(const QString &informativeText, const QList<AlertButton> 
     return scene(dialog, window);
 }
 
-inline Scene alertShort()
-{
-    return alertWith(u"Do you want to use it anyway?"_s, {{u"OK"_s}, {u"Cancel"_s}});
-}
-
 /// Return means the second, too.
 inline Scene alertRemove()
 {
@@ -322,12 +302,6 @@ inline Scene reportBody()
 
 // the small windows
 
-struct SmallRig {
-    QTemporaryDir folder;
-    MainBundle bundle{u"/x"_s, folder.path()};
-    SmallWindows windows{bundle};
-};
-
 template <auto window> Scene small()
 {
     auto rig = std::make_shared<SmallRig>();
@@ -352,41 +326,19 @@ inline Scene webAddress()
     return scene(rig, &window);
 }
 
-class IdleInstaller final : public SoftwareInstaller {
-public:
-    void install(const QString &, QObject *, ProgressHandler, DoneHandler) override { }
-};
-
-struct UpdateRig {
-    QTemporaryDir folder;
-    FakeServiceClient service;
-    MemorySettingsStore settings;
-    ScratchStateStore state;
-    IdleInstaller installer;
-    BrevokSelfUpdater updater{BrevokSelfUpdater::Collaborators{
-        .settings = settings,
-        .state = state.store,
-        .service = service,
-        .installer = installer,
-        .source = {.feed = QUrl(u"https://localhost/appcast.xml"_s), .publicKey = QByteArray(32, 'k')},
-        .folder = folder.filePath(u"Updates"_s),
-        .version = u"100"_s,
-        .shownVersion = u"1.0.0"_s,
-        .systemVersion = u"12"_s,
-    }};
-    MainBundle bundle{u"/x"_s, folder.path()};
+struct UpdateRig final : UpdaterStage {
+    MainBundle bundle{u"/x"_s, scratch.path()};
     RecordingOpener urls;
-    BrevokSoftwareUpdateController window{{updater, bundle, urls}};
+    BrevokSoftwareUpdateController window{{*updater, bundle, urls}};
 };
 
 inline Scene softwareUpdate()
 {
     auto rig = std::make_shared<UpdateRig>();
-    rig->updater.checkForUpdates();
-    const QByteArray feed = sampleFeed(SampleItem{
-        .version = "101", .more = "<description><![CDATA[<h2>New</h2><p>Faster.</p>]]></description>"}
-                                           .xml());
-    rig->service.files.takeFirst().handler({.status = 200, .body = feed, .headers = {}, .error = {}});
+    SampleItem offered = rig->item(rig->maker.sign(rig->package), rig->package.size());
+    offered.more = "<description><![CDATA[<h2>New</h2><p>Faster.</p>]]></description>";
+    rig->serve(offered.xml());
+    await([&rig] { return rig->check() == UpdateState::Phase::Offered; });
     return scene(rig, &rig->window);
 }
 
@@ -399,7 +351,7 @@ inline const QList<SceneMaker> &everyWindow()
         {"panel, nothing found", panelNothingFound}, {"preferences, signed out", preferences<false>},
         {"preferences, signed in", preferences<true>}, {"preferences, targets", preferencesTargets},
         {"preferences, removed", preferencesRemoved}, {"preferences, sheet", preferencesSheet},
-        {"preferences, settings", preferencesSettings}, {"alert", alertShort}, {"alert, remove", alertRemove},
+        {"preferences, settings", preferencesSettings}, {"alert, remove", alertRemove},
         {"alert, long", alertLong}, {"bug report", bugReport}, {"bug report, body", reportBody},
         {"about", small<&SmallWindows::aboutController>},
         {"update, progress", small<&SmallWindows::updateProgressController>},

@@ -25,11 +25,13 @@ namespace brevok::testing {
 
 using namespace Qt::StringLiterals;
 
+constexpr int patience = 30000; // on a busy machine
+
 /// Presses a key where the focus is.
-inline void press(Qt::Key key, Qt::KeyboardModifiers modifiers = {})
+inline void press(Qt::Key key)
 {
     QWidget *focused = QApplication::focusWidget();
-    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key, modifiers);
+    QTest::keyClick(focused != nullptr ? focused : QApplication::activeWindow(), key);
 }
 
 class PlacedItem final : public StatusItemPlace {
@@ -69,7 +71,6 @@ struct PanelRig : private PanelKeeper {
             .serviceUrl = service,
             .helpUrl = QUrl(QStringLiteral("https://help.example/")),
             .statusItem = [this] { return hasItem ? &item : nullptr; },
-            .modifiers = [this] { return modifiers; },
         });
     }
     ~PanelRig() override = default;
@@ -86,7 +87,6 @@ struct PanelRig : private PanelKeeper {
     RecordingOpener urls;
     PlacedItem item;
     bool hasItem = true;
-    Qt::KeyboardModifiers modifiers;
     std::unique_ptr<BrevokSession> session;
     std::unique_ptr<BrevokPanelController> panel;
 
@@ -116,7 +116,8 @@ struct PanelRig : private PanelKeeper {
     void open()
     {
         panel->setHasActivePanel(true);
-        QVERIFY(QTest::qWaitFor([this] { return panel->window()->geometry() == panel->place().panel; }));
+        QVERIFY(QTest::qWaitFor(
+            [this] { return panel->window()->geometry() == panel->place().panel; }, patience));
     }
 
 private:
@@ -139,9 +140,10 @@ inline void fillCatalogue(PanelRig &rig, int packages, const QString &installed 
     }
     rig.rig.plugins.updateWithArray(builds);
     rig.rig.packages.updateWithArray(list);
-    QVERIFY(
-        QTest::qWaitFor([&rig, packages] { return rig.rig.packages.packagesStatus().size() == packages; }));
-    QVERIFY(QTest::qWaitFor([&rig] { return !rig.rig.packages.updating(); }));
+    const auto isCalculated = [&rig, packages] {
+        return rig.rig.packages.packagesStatus().size() == packages && !rig.rig.packages.updating();
+    };
+    QVERIFY(QTest::qWaitFor(isCalculated, patience));
 }
 
 /// The panel open, of somebody who is signed in, over such a catalogue.

@@ -13,12 +13,14 @@
 #include "support/IdleUpdater.h"
 #include "support/MemorySettingsStore.h"
 #include "support/RecordingOpener.h"
+#include "support/SampleBundles.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
 #include "support/StoredSettings.h"
 #include "targets/BrevokTargetApps.h"
 #include "ui/preferences/BrevokPreferencesController.h"
 
+#include <QDir>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -57,6 +59,11 @@ struct Desk {
         open();
         window->showTargets();
     }
+    void openSettings()
+    {
+        open();
+        window->switchTab(BrevokPreferencesController::Page::Settings);
+    }
     void openSheet()
     {
         openTargets();
@@ -82,6 +89,19 @@ struct Desk {
         return texts;
     }
     void click(const char *button) const { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
+    /// Of InDesign CC 2019.
+    void addTargets(const QStringList &paths)
+    {
+        for (const QString &path : paths) {
+            targets->insertTarget(path, u"Adobe InDesign"_s, u"140"_s);
+        }
+    }
+    /// The Plug-Ins folder of a new host application.
+    [[nodiscard]] QString makeHost(
+        const QString &name, const QString &version, const QString &signature = u"InDn"_s) const
+    {
+        return QDir::cleanPath(writeHostApplication(folder.path(), name, version, name, signature));
+    }
     /// Chooses a folder in the sheet as a user does.
     void choose(const QString &path) const
     {

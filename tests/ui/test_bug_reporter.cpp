@@ -20,8 +20,6 @@ using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
-Q_DECLARE_METATYPE(brevok::testing::Response)
-
 namespace {
 
 /// The window over a real reporter and a service of the test's.
@@ -52,13 +50,22 @@ struct Desk {
         return std::ranges::all_of(
             parts, [enabled](const QWidget *one) { return one->isEnabled() == enabled; });
     }
-    [[nodiscard]] bool formEnabled() const { return formIs(true); }
     void type(const QString &address, const QString &text) const
     {
         email()->setText(address);
         note()->setPlainText(text);
     }
     void click(const char *button) const { QTest::mouseClick(find<QPushButton>(button), Qt::LeftButton); }
+    /// Sends a report; what the user is told then.
+    [[nodiscard]] AlertContent send() const
+    {
+        type(u"ada@example.com"_s, u"It broke"_s);
+        click("send");
+        const bool waits = formIs(false);
+        const QList<AlertContent> &sheets = rig.presenter.sheets;
+        return waits && QTest::qWaitFor([&sheets] { return sheets.size() == 1; }, 30000) ? sheets.first()
+                                                                                         : AlertContent();
+    }
 };
 
 } // namespace
@@ -85,44 +92,37 @@ private Q_SLOTS:
         QCOMPARE(desk.window.focusWidget(), desk.email());
         QCOMPARE(sheet(u"ada@example.com"_s, {}), u"Missing problem description!"_s);
         QCOMPARE(desk.window.focusWidget(), desk.note());
-        QVERIFY(desk.formEnabled());
-        QVERIFY(LogCapture::contains(
-            u"Alert: Missing email address!\nPlease enter a valid email address so we can "
-            "respond to your message."_s));
-        QVERIFY(LogCapture::lines().first().startsWith(u"Connection: "_s));
+        QVERIFY(desk.formIs(true));
     }
 
     void formWaitsForTheAnswer()
     {
         const QString failed = u"Failed to send error report"_s;
-        const int informational = static_cast<int>(AlertStyle::Informational);
-        const QList<std::tuple<const char *, Response, QString, int>> rows{
-            {"taken", Response::ok("{}"), u"Thank you for reporting this issue."_s, informational},
-            {"refused", Response::of(403, "{}"), failed, informational},
-            {"no JSON", Response::ok("thanks"), failed, informational},
-            {"hung up", Response::hangUp(), failed, static_cast<int>(AlertStyle::Warning)},
+        const QList<std::tuple<const char *, Response, QString, AlertStyle>> rows{
+            {"taken", Response::ok("{}"), u"Thank you for reporting this issue."_s,
+                AlertStyle::Informational},
+            {"refused", Response::of(403, "{}"), failed, AlertStyle::Informational},
+            {"hung up", Response::hangUp(), failed, AlertStyle::Warning},
         };
         for (const auto &[name, response, message, style] : rows) {
             const InRow in(name);
             Desk desk;
             desk.rig.server.on(ReportRig::reportPath, response);
-            desk.type(u"ada@example.com"_s, u"It broke"_s);
-            desk.note()->setFocus();
-            desk.click("send");
-            QVERIFY(desk.formIs(false));
-            QVERIFY(desk.find<Spinner>("indicator")->isAnimating());
-            QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
-            QCOMPARE(desk.rig.presenter.sheets.first().messageText.value(), message);
-            QCOMPARE(static_cast<int>(desk.rig.presenter.sheets.first().style), style);
-            QVERIFY(desk.formEnabled());
+            QCOMPARE(desk.send().messageText.value(), message);
+            QCOMPARE(desk.rig.presenter.sheets.first().style, style);
+            QVERIFY(desk.formIs(true));
             QVERIFY(desk.progress().isEmpty() && !desk.find<Spinner>("indicator")->isAnimating());
             // The user can send again: what has arrived is not sent twice, what has not is still there.
-            const bool arrived = message != u"Failed to send error report"_s;
-            QCOMPARE(desk.note()->toPlainText(), arrived ? QString() : u"It broke"_s);
+            QCOMPARE(desk.note()->toPlainText(), message == failed ? u"It broke"_s : QString());
             desk.rig.presenter.completions.first()(alertFirstButton);
             desk.click("send");
             QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 2, 30000);
         }
+        Desk desk;
+        desk.rig.server.stop();
+        QCOMPARE(desk.send().messageText.value(), u"Connection Error"_s);
+        QCOMPARE(desk.rig.panel.calls, (QList{true, false})); // held open while the sheet was attached
+        QVERIFY(desk.formIs(true));
     }
 
     void windowStaysUsableMeanwhile()
@@ -131,6 +131,7 @@ private Q_SLOTS:
         desk.rig.server.on(ReportRig::reportPath, Response::silent());
         desk.type(u"ada@example.com"_s, u"It broke"_s);
         desk.click("send");
+        QVERIFY(desk.find<Spinner>("indicator")->isAnimating());
         QCOMPARE(desk.progress(), u"Checking the connection…"_s);
         QTRY_COMPARE_WITH_TIMEOUT(desk.progress(), u"Sending the report…"_s, 30000);
         QTRY_COMPARE(desk.rig.arrived(ReportRig::reportPath).size(), 1);
@@ -139,20 +140,7 @@ private Q_SLOTS:
         desk.window.showWindow();
         QVERIFY(desk.formIs(false));
         desk.rig.server.stop();
-        QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
-        QVERIFY(desk.formEnabled());
-    }
-
-    void unreachableServiceIsTold()
-    {
-        Desk desk;
-        desk.rig.server.stop();
-        desk.type(u"ada@example.com"_s, u"It broke"_s);
-        desk.click("send");
-        QTRY_COMPARE_WITH_TIMEOUT(desk.rig.presenter.sheets.size(), 1, 30000);
-        QCOMPARE(desk.rig.presenter.sheets.first().messageText.value(), u"Connection Error"_s);
-        QCOMPARE(desk.rig.panel.calls, (QList{true, false})); // held open while the sheet was attached
-        QVERIFY(desk.formEnabled());
+        QTRY_VERIFY_WITH_TIMEOUT(desk.formIs(true), 30000);
     }
 
     void bodyIsShown()
@@ -160,45 +148,32 @@ private Q_SLOTS:
         Desk desk;
         const QString line = u"log \"line\" with an ä"_s;
         QVERIFY(writeFile(desk.rig.logs() + u"/orlec.log"_s, (line + u'\n').repeated(20000).toUtf8()));
-        QVERIFY(
-            writeFile(desk.rig.logs() + u"/DiagnosticReports/Adobe InDesign 1.crash"_s, "why it crashed"));
         desk.type({}, u"It <b>broke</b>"_s);
         desk.click("showBody");
         QVERIFY(desk.find<QPushButton>("showBody")->isEnabled()); // and so keeps the focus
         desk.click("showBody");
-        QTRY_VERIFY_WITH_TIMEOUT(desk.window.findChild<ReportBodyView *>() != nullptr, 30000);
-        const auto *view = desk.window.findChild<ReportBodyView *>();
-        const auto *sections = view->findChild<QTabWidget *>();
-        QStringList titles;
-        QStringList texts;
+        QTRY_COMPARE_WITH_TIMEOUT(desk.window.findChildren<ReportBodyView *>().size(), 1, 30000);
+        const auto *sections = desk.window.findChild<QTabWidget *>();
+        QStringList shown;
         for (int i = 0; i < sections->count(); ++i) {
             const auto *page = qobject_cast<QPlainTextEdit *>(sections->widget(i));
-            QVERIFY(page->isReadOnly());
-            titles.append(sections->tabText(i));
-            texts.append(page->toPlainText());
+            shown.append(sections->tabText(i) + u'\n' + page->toPlainText());
         }
-        QCOMPARE(
-            titles, (QStringList{u"What you wrote"_s, u"The application"_s, u"Logs"_s, u"Crash reports"_s}));
-        QCOMPARE(texts.at(0), u"Description\nIt <b>broke</b>"_s);
-        QVERIFY(texts.at(1).startsWith(u"Application\nVersion 1.2 (7, 15)\n\nPlatform\nmacOS - "_s));
-        QVERIFY(texts.at(2).startsWith(u"orlec.log\n"_s + line + u'\n'));
-        QCOMPARE(texts.at(3), u"InDesign.crash\nwhy it crashed"_s);
-
+        QCOMPARE(shown.value(0), u"What you wrote\nDescription\nIt <b>broke</b>"_s);
+        QVERIFY(
+            shown.value(1).startsWith(u"The application\nApplication\nVersion 1.2 (7, 15)\n\nPlatform\n"_s));
+        QVERIFY(shown.value(2).startsWith(u"Logs\norlec.log\n"_s + line + u'\n'));
         // Nothing is left out.
         QByteArray body;
         desk.rig.reporter.reportBody(
             {}, u"It <b>broke</b>"_s, this, [&body](const QByteArray &made) { body = made; });
-        QTRY_VERIFY(!body.isEmpty());
-        QVERIFY(body.size() > 256000);
-        const QString all = texts.join(QString());
+        QTRY_VERIFY(body.size() > 256000);
         const QJsonArray items = QJsonDocument::fromJson(body)["Data"_L1].toArray();
         for (const QJsonValue item : items) {
-            QVERIFY(all.contains(item["Key"_L1].toString() + u'\n' + item["Value"_L1].toString()));
+            const QString part = item["Key"_L1].toString() + u'\n' + item["Value"_L1].toString();
+            QVERIFY2(shown.join(QString()).contains(part), qPrintable(part.left(50)));
         }
-        QVERIFY(desk.formEnabled());
         QVERIFY(desk.rig.server.requests().isEmpty());
-        QTest::mouseClick(view->findChild<QPushButton *>(u"close"_s), Qt::LeftButton);
-        QTRY_VERIFY(desk.window.findChild<ReportBodyView *>() == nullptr);
     }
 
     void addressIsTheAccounts()

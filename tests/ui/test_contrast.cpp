@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
+#include <QMenu>
 #include <QStyleOptionButton>
 #include <QStyleOptionViewItem>
 #include <QTabBar>
@@ -206,6 +207,20 @@ private Q_SLOTS:
         QVERIFY2(look.faults.isEmpty(), qPrintable(look.faults.join(u'\n')));
     }
 
+    // Which is in no window above.
+    void menusHaveAnOutline()
+    {
+        for (const QPalette &palette : {QApplication::palette(), darkened(QApplication::palette())}) {
+            QApplication::setPalette(palette);
+            QMenu menu;
+            menu.addAction(u"x"_s);
+            const QImage shown = menu.grab().toImage();
+            const QRgb ground = menu.palette().color(QPalette::Window).rgb();
+            const Histogram edge = histogram(shown, ring(shown.rect(), 1));
+            QVERIFY(bestContrast(edge, ground, shown.height()) >= leastOfControls);
+        }
+    }
+
     // Behind another text of its label the pixels of these are not told apart.
     void coloursOfTexts()
     {
@@ -220,6 +235,14 @@ private Q_SLOTS:
                 }
             }
         }
+    }
+
+    void anotherStyleIsLeftAlone()
+    {
+        QApplication::setStyle(u"windows"_s);
+        const QStyle *style = QApplication::style();
+        useOutlineStyle();
+        QCOMPARE(QApplication::style(), style);
     }
 };
 

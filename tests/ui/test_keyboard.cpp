@@ -6,9 +6,7 @@
 #include "EveryWindow.h"
 
 #include <QApplication>
-#include <QPushButton>
 #include <QSet>
-#include <QSignalSpy>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -95,31 +93,6 @@ private Q_SLOTS:
         QVERIFY2(steps.faults.isEmpty(), qPrintable(steps.faults.join(u'\n')));
         for (const QWidget *widget : std::as_const(clickable)) {
             QVERIFY2(steps.visited.contains(widget), qPrintable(described(*widget)));
-        }
-    }
-
-    void returnPresses_data() { addEveryWindow(); }
-
-    // In the panel and in dialogs, but for alerts, in which it means the same wherever the focus is.
-    void returnPresses()
-    {
-        const Scene scene = shownRow();
-        const bool isAlert = qobject_cast<const AlertDialog *>(scene.window) != nullptr;
-        const QList<QWidget *> widgets = widgetsInSight(*scene.window);
-        for (QWidget *widget : widgets) {
-            auto *button = qobject_cast<QPushButton *>(widget);
-            const bool hears = button != nullptr && button->isEnabled()
-                && (button->autoDefault() || qobject_cast<BrevokPanel *>(scene.window) != nullptr);
-            if (!hears || isAlert) {
-                continue;
-            }
-            button->disconnect(); // the window is to stay as it is
-            const QSignalSpy clicked(button, &QPushButton::clicked);
-            const QSignalSpy pressed(button, &QPushButton::pressed);
-            button->setFocus(Qt::TabFocusReason);
-            QCOMPARE(QApplication::focusWidget(), button);
-            testing::press(Qt::Key_Return);
-            QVERIFY2(!clicked.isEmpty() || !pressed.isEmpty(), qPrintable(described(*button)));
         }
     }
 

@@ -5,13 +5,12 @@
 #include "WindowTest.h"
 
 #include "support/servers/FaultServer.h"
-#include "ui/panel/AnimatedTabView.h"
 #include "ui/panel/BrevokBackgroundView.h"
 #include "ui/panel/NoticeView.h"
 #include "ui/widgets/PanelButtons.h"
 #include "ui/widgets/PanelLabels.h"
-#include "ui/widgets/Spinner.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
@@ -26,32 +25,19 @@ class TestPanel final : public WindowTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void opensUnderItsItemAndCloses()
+    void opensAndCloses()
     {
         PanelRig rig(true);
         const QSignalSpy spy(rig.panel.get(), &PanelSurface::hasActivePanelChanged);
-        QVERIFY(rig.panel->window() == nullptr); // built when first opened
-        rig.open();
-        BrevokPanel *window = rig.panel->window();
-        QCOMPARE(window->geometry(), rig.panel->place().panel);
-        QCOMPARE(rig.child<BrevokBackgroundView>("backgroundView")->arrowX(),
-            rig.item.frame->x() + 12 - window->x());
-        QVERIFY(rig.panel->hasActivePanel());
-        rig.panel->setHasActivePanel(true); // unchanged: nothing happens
-        QCOMPARE(spy.size(), 1);
-
-        press(Qt::Key_Escape);
-        QVERIFY(!rig.panel->hasActivePanel());
-        QVERIFY(window->isVisible()); // fading
-        QTRY_VERIFY(!window->isVisible());
-        QCOMPARE(spy.size(), 2);
-
+        QVERIFY(rig.panel->window() == nullptr); // made when first opened
         rig.hasItem = false;
         rig.open();
-        QCOMPARE(window->geometry(), rig.panel->place().panel);
+        rig.panel->setHasActivePanel(true); // unchanged: nothing happens
+        QCOMPARE(spy.size(), 1);
+        BrevokPanel *window = rig.panel->window();
         window->close();
-        QVERIFY(!rig.panel->hasActivePanel());
-        rig.panel->openPanel(); // another copy asks while the panel is fading away
+        QVERIFY(!rig.panel->hasActivePanel() && window->isVisible()); // fading
+        rig.panel->openPanel(); // another copy asks meanwhile
         QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
         QTest::qWait(PanelGeometry::orderOutMilliseconds); // nothing is to happen
         QVERIFY(window->isVisible() && rig.panel->hasActivePanel());
@@ -74,45 +60,34 @@ private Q_SLOTS:
         focus(other);
         QVERIFY(rig.panel->hasActivePanel() && !window->isFading());
         focus(*window);
-        other.hide();
-
-        rig.panel->setKeepOpenPanel(true);
-        focus(other);
-        QTRY_VERIFY(!rig.panel->hasActivePanel());
-        QVERIFY(window->isVisible() && !window->isFading());
-        rig.panel->setKeepOpenPanel(false);
-        QVERIFY(rig.panel->hasActivePanel()); // it is still there, so it can be closed again
-
-        focus(*window);
-        const QSignalSpy spy(rig.panel.get(), &PanelSurface::hasActivePanelChanged);
         other.activateWindow();
         QTRY_VERIFY(!rig.panel->hasActivePanel() && window->isFading());
         // The click on the item that took the focus does not open the panel again.
+        const QSignalSpy spy(rig.panel.get(), &PanelSurface::hasActivePanelChanged);
         rig.panel->setHasActivePanel(true);
         QVERIFY(!rig.panel->hasActivePanel());
         QVERIFY(!spy.last().first().toBool());
         QTRY_VERIFY(!window->isVisible());
         rig.open();
-        QVERIFY(window->isVisible());
     }
 
     // As when a screen shrinks, or goes and takes the tray along.
     void followsItsScreens()
     {
         OpenPanel rig;
-        const BrevokPanel *window = rig.panel->window();
+        BrevokPanel *window = rig.panel->window();
         QScreen *screen = QGuiApplication::primaryScreen();
         rig.item.frame = QRect(300, 0, 24, 24);
         Q_EMIT screen->availableGeometryChanged(screen->availableGeometry());
         QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
-        QVERIFY(qAbs(window->geometry().center().x() - 312) <= 1);
+        QCOMPARE(rig.child<BrevokBackgroundView>("backgroundView")->arrowX(), 312 - window->x());
         // The tray goes, and the panel stays; where it stands in no screen any more, it moves.
         const QRect before = window->geometry();
         rig.hasItem = false;
         Q_EMIT qGuiApp->screenRemoved(screen);
         QCoreApplication::processEvents();
         QCOMPARE(window->geometry(), before);
-        rig.panel->window()->move(screen->geometry().bottomRight());
+        window->move(screen->geometry().bottomRight());
         Q_EMIT qGuiApp->screenRemoved(screen);
         QTRY_COMPARE(window->geometry(), rig.panel->place().panel);
         press(Qt::Key_Escape);
@@ -122,117 +97,60 @@ private Q_SLOTS:
         QVERIFY(!window->isVisible());
     }
 
-    void logsTheSlowOpening()
-    {
-        PanelRig rig(true);
-        rig.modifiers = Qt::ShiftModifier | Qt::AltModifier;
-        rig.open();
-        QVERIFY(LogCapture::mentions(u"Icon is at {{600, 24}, {24, 24}}\n\tMenu is on screen {{0, 0}, {"_s));
-    }
-
-    void signsInByKeyboard()
-    {
-        FaultServer server(TestCertificates::shared().valid());
-        server.on(u"/api/machine/signin"_s, [](const Request &request) {
-            return Response::ok(request.body.contains("\"right\"") ? R"({"ErrorCode":0,"SessionId":"new"})"
-                                                                   : R"({"ErrorCode":2})");
-        });
-        server.on(u"/api/machine/signout"_s, Response::ok(R"({"ErrorCode":0})"));
-        PanelRig rig(false, server.url(), TestCertificates::shared().authorities());
-        rig.open();
-        QVERIFY(QTest::qWaitForWindowActive(rig.panel->window()));
-        auto *email = rig.child<QLineEdit>("orlecIdField");
-        auto *password = rig.child<QLineEdit>("passwordField");
-        QCOMPARE(QApplication::focusWidget(), email);
-        press(Qt::Key_Return); // nothing to go on with
-        QCOMPARE(QApplication::focusWidget(), email);
-        QTest::keyClicks(QApplication::focusWidget(), u"ada@example.com"_s);
-        press(Qt::Key_Return);
-        QCOMPARE(QApplication::focusWidget(), password);
-        press(Qt::Key_Escape);
-        QTRY_VERIFY(!rig.panel->window()->isVisible());
-        QWidget other;
-        focus(other);
-        rig.open();
-        QCOMPARE(email->text(), u"ada@example.com"_s); // what was typed is kept
-        QTRY_COMPARE(QApplication::focusWidget(), password);
-        QTest::keyClicks(QApplication::focusWidget(), u"wrong"_s);
-        press(Qt::Key_Return);
-        QVERIFY(password->isHidden() && !email->isEnabled());
-        QVERIFY(rig.child<Spinner>("progressIndicator")->isAnimating());
-        QTRY_COMPARE(rig.rig.presenter.shown.size(), 1);
-        QTRY_VERIFY(password->isVisible());
-        QTRY_COMPARE(QApplication::focusWidget(), password);
-        QCOMPARE(email->text(), u"ada@example.com"_s);
-
-        QTest::keyClicks(QApplication::focusWidget(), u"right"_s);
-        press(Qt::Key_Return);
-        auto *tabs = rig.child<AnimatedTabView>("tabView");
-        QTRY_COMPARE(tabs->currentWidget(), rig.child<QWidget>("packagesTab"));
-        QVERIFY(password->text().isEmpty());
-
-        // Signed out under the user's eyes: the tab changes when the panel is closed.
-        rig.session->signout();
-        QTRY_VERIFY(rig.session->sessionId().isNull());
-        QCOMPARE(tabs->currentWidget(), rig.child<QWidget>("packagesTab"));
-        QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::SignedOut);
-        rig.panel->setHasActivePanel(false);
-        QTRY_COMPARE(tabs->currentWidget(), rig.child<QWidget>("accountTab"));
-    }
-
-    // Nothing pops up about a reply that is not understood: the form says it, until the next attempt.
+    // Nothing pops up about a reply that is not understood: the form says it, until the next attempt, and
+    // stays where it is.
     void saysWhySigningInFailed()
     {
         FaultServer server(TestCertificates::shared().valid());
-        Response answer = Response::of(401, "<html>Go away</html>");
+        Response answer;
         server.on(u"/api/machine/signin"_s, [&answer](const Request &) { return answer; });
         PanelRig rig(false, server.url(), TestCertificates::shared().authorities());
         rig.open();
-        auto *failure = rig.child<FailureLabel>("signInFailure");
-        const auto attempt = [&rig] {
-            rig.child<QLineEdit>("orlecIdField")->setText(u"ada@example.com"_s);
-            rig.child<QLineEdit>("passwordField")->setText(u"analytical"_s);
-            rig.panel->signIn();
-        };
-        QVERIFY(failure->isHidden());
+        QVERIFY(QTest::qWaitForWindowActive(rig.panel->window()));
         const auto *email = rig.child<QLineEdit>("orlecIdField");
+        auto *password = rig.child<QLineEdit>("passwordField");
+        auto *failure = rig.child<FailureLabel>("signInFailure");
         const int place = email->mapTo(rig.panel->window(), QPoint()).y();
         const auto formStays = [&] {
             QCoreApplication::processEvents();
             return email->mapTo(rig.panel->window(), QPoint()).y() == place;
         };
-        attempt();
-        QVERIFY(rig.child<QWidget>("progressBox")->isVisible() && formStays());
-        QTRY_COMPARE(failure->text(), u"Wrong user name or password."_s);
-        QVERIFY(failure->isVisible() && rig.rig.presenter.shown.isEmpty());
-        QTRY_VERIFY(failure->height() >= failure->heightForWidth(failure->width()));
-        QVERIFY(formStays());
-
-        answer = Response::ok("<html>Welcome</html>");
-        attempt();
-        QTRY_COMPARE(failure->text(), u"Unexpected server response."_s);
-
-        answer = Response::ok(R"({"ErrorCode":1,"ErrorMessage":")" + QByteArray(2000, 'x') + R"("})");
-        attempt();
-        QVERIFY(failure->isHidden());
-        QTRY_VERIFY(failure->isVisible() && failure->text().size() < 400);
-        QVERIFY(failure->toolTip().size() > 1000);
+        QTest::keyClicks(QApplication::focusWidget(), u"ada@example.com"_s);
+        press(Qt::Key_Return);
+        press(Qt::Key_Escape);
+        QTRY_VERIFY(!rig.panel->window()->isVisible());
+        rig.open();
+        QTRY_COMPARE(QApplication::focusWidget(), password); // what was typed is kept
+        const QList<std::pair<Response, QString>> refusals{
+            {Response::of(401, "<html>Go away</html>"), u"Wrong user name or password."_s},
+            {Response::ok("<html>Welcome</html>"), u"Unexpected server response."_s},
+            {Response::ok(R"({"ErrorCode":1,"ErrorMessage":")" + QByteArray(2000, 'x') + R"("})"), u"x"_s}};
+        for (const auto &[refusal, told] : refusals) {
+            answer = refusal;
+            QTest::keyClicks(QApplication::focusWidget(), u"secret"_s);
+            press(Qt::Key_Return);
+            QVERIFY(password->isHidden() && !email->isEnabled() && failure->isHidden() && formStays());
+            QTRY_VERIFY(failure->isVisible() && failure->text().startsWith(told));
+            QTRY_COMPARE(QApplication::focusWidget(), password);
+            QTRY_VERIFY(failure->height() >= failure->heightForWidth(failure->width()));
+            QVERIFY(formStays() && rig.rig.presenter.shown.isEmpty());
+            QCOMPARE(email->text(), u"ada@example.com"_s);
+        }
+        QVERIFY(failure->text().size() < 400 && failure->toolTip().size() > 1000);
         const QRect inWindow(failure->mapTo(rig.panel->window(), QPoint()), failure->size());
-        QTRY_VERIFY(rig.panel->window()->rect().contains(inWindow));
+        QVERIFY(rig.panel->window()->rect().contains(inWindow));
 
         answer = Response::ok(R"({"ErrorCode":0,"SessionId":"new"})");
-        attempt();
+        press(Qt::Key_Return);
         QTRY_COMPARE(rig.session->sessionId(), u"new"_s);
-        QVERIFY(failure->isHidden());
+        QVERIFY(failure->isHidden() && password->text().isEmpty());
     }
 
     void showsHostileNamesAsText()
     {
         PanelRig rig(true);
-        rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
         const QString name = u"<img src='x'>\nשלום 🎉 "_s + QString(300, u'w');
-        rig.rig.packages.updateWithArray({PanelRig::package(name, u"a"_s, QString(300, u'9')),
-            PanelRig::package(u"z"_s, u"b"_s, u"1"_s, u"javascript:alert(1)"_s)});
+        rig.rig.packages.updateWithArray({PanelRig::package(name, u"a"_s, QString(300, u'9'))});
         rig.open();
         auto *label = rig.control<ElidedLabel>(0, "name");
         QVERIFY(label->text().startsWith(u"<img src='x'> שלום"_s));
@@ -242,8 +160,12 @@ private Q_SLOTS:
         tip.setWordWrap(true);
         QVERIFY2(tip.sizeHint().width() < 700, qPrintable(QString::number(tip.sizeHint().width())));
         QCOMPARE(rig.panel->window()->width(), PanelGeometry::width);
-        QVERIFY(rig.control<ElidedLabel>(1, "name")->toolTip().isEmpty());
-        QVERIFY(rig.control<PanelButton>(1, "actionButton")->isHidden()); // nothing is known of it
+        // A screen reader has the words alone.
+        const QList<QWidget *> views = rig.row(0)->findChildren<QWidget *>();
+        for (QWidget *view : views) {
+            const QString told = QAccessible::queryAccessibleInterface(view)->text(QAccessible::Description);
+            QVERIFY2(!told.contains(u"&lt;"_s) && !told.contains(QChar(0x200B)), qPrintable(told));
+        }
     }
 
     void saysThatNothingCanBeStored()
@@ -267,40 +189,32 @@ private Q_SLOTS:
         QTRY_VERIFY(view->isHidden());
     }
 
-    // In the panel, with the cause, until the next attempt or a good list; beside it no second word of it.
+    // In the panel, with the cause, until the next attempt or a good list.
     void saysWhyTheCheckFailed()
     {
-        for (const bool signedIn : {true, false}) {
-            PanelRig rig(signedIn);
-            fillCatalogue(rig, 1);
-            rig.open();
-            const auto *view = rig.child<NoticeView>("checkView");
-            const auto answer = [&rig](int status, const QByteArray &body) {
-                rig.rig.service.answerList({.status = status, .body = body, .headers = {}, .error = {}});
-            };
-            rig.rig.service.lists.clear();
-            QVERIFY(view->isHidden());
-            rig.panel->checkPlugInUpdates();
-            answer(200, "[]");
-            QVERIFY(view->isHidden());
-            answer(503, {});
-            QTRY_VERIFY(view->isVisible());
-            QCOMPARE(view->findChild<QLabel *>(u"noticeText"_s)->text(),
-                u"Server responded with HTTP code: 503."_s);
-            QTRY_COMPARE(
-                rig.panel->packagesTab()->notice(), signedIn ? NoticeKind::None : NoticeKind::SignedOut);
-            view->findChild<PanelButton *>(u"noticeButton"_s)->click();
-            QVERIFY(view->isHidden());
-            answer(200, "<html>");
-            answer(200, "[]");
-            QTRY_COMPARE(
-                view->findChild<QLabel *>(u"noticeText"_s)->text(), u"Unexpected server response."_s);
-            QVERIFY(view->isVisible());
-            rig.rig.packages.checkForUpdates();
-            answer(200, "[]");
-            QTRY_VERIFY(view->isHidden());
-            QVERIFY(rig.rig.service.lists.isEmpty());
-        }
+        OpenPanel rig(1);
+        const auto *view = rig.child<NoticeView>("checkView");
+        const auto *cause = view->findChild<QLabel *>(u"noticeText"_s);
+        const auto answer = [&rig](int status, const QByteArray &body) {
+            rig.rig.service.answerList({.status = status, .body = body, .headers = {}, .error = {}});
+        };
+        rig.rig.service.lists.clear();
+        rig.panel->checkPlugInUpdates();
+        answer(200, "[]");
+        QVERIFY(view->isHidden());
+        answer(503, {});
+        QTRY_COMPARE(cause->text(), u"Server responded with HTTP code: 503."_s);
+        QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::None); // no second word of it
+        view->findChild<PanelButton *>(u"noticeButton"_s)->click();
+        QVERIFY(view->isHidden());
+        answer(200, "<html>");
+        answer(200, "[]");
+        QTRY_COMPARE(cause->text(), u"Unexpected server response."_s);
+        QVERIFY(view->isVisible());
+        rig.rig.packages.checkForUpdates();
+        answer(200, "[]");
+        QTRY_VERIFY(view->isHidden());
+        QVERIFY(rig.rig.service.lists.isEmpty());
     }
 
     void saysWhatToDoNext()
@@ -313,53 +227,39 @@ private Q_SLOTS:
                 rig.rig.service.answerList({.status = status, .body = "[]", .headers = {}, .error = {}});
             }
         };
+        const PanelPackagesTab &tab = *rig.panel->packagesTab();
         auto *button = rig.child<NoticeView>("updatesView")->findChild<PanelButton *>(u"noticeButton"_s);
-        QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::NoTargets);
+        QCOMPARE(tab.notice(), NoticeKind::NoTargets);
         button->click();
         QCOMPARE(targets.size(), 1);
         rig.rig.addTarget(u"Adobe InDesign"_s, u"140"_s);
-        QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::Loading);
+        QTRY_COMPARE(tab.notice(), NoticeKind::Loading);
         QVERIFY(button->isHidden());
         answerLists(500);
-        QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::ServiceSilent);
+        QTRY_COMPARE(tab.notice(), NoticeKind::ServiceSilent);
         button->click();
         QCOMPARE(rig.rig.service.lists.size(), 2);
         answerLists(200);
-        QTRY_COMPARE(rig.panel->packagesTab()->notice(), NoticeKind::EmptyCatalogue);
+        QTRY_COMPARE(tab.notice(), NoticeKind::EmptyCatalogue);
         rig.routes.flags = 0;
         button->click();
-        QCOMPARE(rig.panel->packagesTab()->notice(), NoticeKind::Offline);
+        QCOMPARE(tab.notice(), NoticeKind::Offline);
     }
 
     void asksBeforeQuitting()
     {
         PanelRig rig(true);
         QSignalSpy ended(rig.panel.get(), &BrevokPanelController::terminateRequested);
-        rig.open();
-        rig.rig.presenter.whileShown = [&rig](const AlertContent &) {
-            QVERIFY(rig.panel->keepOpenPanel());
-        };
-        rig.rig.presenter.answer = alertSecondButton;
-        QTest::keyClick(rig.panel->window(), Qt::Key_Q, Qt::ControlModifier);
-        QCOMPARE(rig.rig.presenter.shown.size(), 1);
+        rig.panel->quit();
         const AlertContent &shown = rig.rig.presenter.shown.first();
         QCOMPARE(shown.messageText, u"Are you sure you want to quit"_s);
+        QCOMPARE(shown.informativeText, u"Tolvane Brevok needs to be running to keep the Plug-Ins active."_s);
         QCOMPARE(static_cast<int>(shown.style), 1);
-        QCOMPARE(shown.buttons.at(0).title, u"Quit"_s);
-        QCOMPARE(shown.buttons.at(0).key, AlertKey::Escape);
-        QCOMPARE(shown.buttons.at(1).title, u"Cancel"_s);
-        QCOMPARE(shown.buttons.at(1).key, AlertKey::Return);
-        rig.rig.presenter.answer = alertFirstButton;
-        const auto askedAgain = [&] { // the same text is shown again only when the first alert has gone
-            return rig.rig.presenter.shown.size() == 2
-                || (rig.panel->quit(), rig.rig.presenter.shown.size() == 2);
-        };
-        QTRY_VERIFY(askedAgain());
         QVERIFY(ended.isEmpty()); // on the next turn
         QTRY_COMPARE(ended.size(), 1);
         inBackground([panel = rig.panel.get()] { panel->quit(); });
         QTRY_COMPARE(ended.size(), 2);
-        QCOMPARE(rig.rig.presenter.shown.size(), 2);
+        QCOMPARE(rig.rig.presenter.shown.size(), 1);
         QVERIFY(LogCapture::contains(u"Quit alert called from background thread."_s));
     }
 
@@ -370,28 +270,15 @@ private Q_SLOTS:
         const auto run = [&menu](const char *name) {
             menu.findChild<QAction *>(QLatin1StringView(name))->trigger();
         };
-        using Panel = BrevokPanelController;
-        const std::array<std::pair<const char *, void (Panel::*)()>, 4> wishes{
-            {{"showSettings", &Panel::showSettingsRequested}, {"showAbout", &Panel::showAboutRequested},
-                {"showBugReporter", &Panel::showBugReporterRequested},
-                {"checkAppUpdate", &Panel::checkAppUpdateRequested}}};
-        for (const auto &[name, wish] : wishes) {
-            const QSignalSpy spy(rig.panel.get(), wish);
-            run(name);
-            QCOMPARE(spy.size(), 1);
-        }
         run("showAccount");
         run("showHelpPage");
         rig.panel->createAccount();
         QCOMPARE(rig.urls.opened,
             (QList<QUrl>{QUrl(u"https://localhost:1/base/account/signin"_s), QUrl(u"https://help.example/"_s),
                 QUrl(u"https://localhost:1/base/account/register"_s)}));
-        rig.rig.service.lists.clear();
         const QSignalSpy progress(&rig.rig.packages, &BrevokPackages::updateProgressWanted);
         run("checkPlugInUpdates");
         QCOMPARE(progress.size(), 1);
-        QCOMPARE(rig.rig.service.lists.size(), 2);
-        QCOMPARE(rig.rig.service.lists.at(0).path, u"/api/plugin/list"_s);
 
         QCOMPARE(rig.panel->optionsMenu()->menuColor(), QColor(Qt::white));
         rig.child<SymbolButton>("popUpButton")->click();
@@ -400,19 +287,6 @@ private Q_SLOTS:
         QVERIFY(rig.panel->hasActivePanel());
         menu.hide();
         QCOMPARE(rig.panel->optionsMenu()->menuColor(), QColor(Qt::white));
-    }
-
-    void followsThePalette()
-    {
-        OpenPanel rig(2);
-        const QPalette usual = QApplication::palette();
-        QPalette dark(QColor(40, 40, 40));
-        QApplication::setPalette(dark);
-        QTRY_COMPARE(
-            rig.child<BrevokBackgroundView>("backgroundView")->fillColor(), dark.color(QPalette::Window));
-        const QImage shown = rig.panel->window()->grab().toImage();
-        QCOMPARE(shown.pixelColor(shown.width() / 2, shown.height() - 40), dark.color(QPalette::Window));
-        QApplication::setPalette(usual);
     }
 
     void nothingIsDrawnAroundTheShape()

@@ -11,7 +11,6 @@
 #include <QFontMetrics>
 #include <QLabel>
 #include <QMimeData>
-#include <QScrollBar>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -58,22 +57,11 @@ private Q_SLOTS:
         // Sorted once: what comes later stands behind, though its version is higher.
         const QString path = u"/<b>"_s + QString(300, u'W') + u"\n/Plug-Ins"_s;
         desk.targets->insertTarget(path, u"InCopy"_s, u"190"_s);
-        QCOMPARE(desk.rows().size(), 3);
-        const QString label = desk.rows().last();
+        const QString label = desk.rows().value(2);
         QVERIFY(label.startsWith(u"/<b>W"_s) && !label.contains(u'\n'));
         QVERIFY(desk.table()->model()->index(2, 1).data(Qt::ToolTipRole).toString().contains(u"&lt;b&gt;"_s));
-
-        const auto state = [&desk](int row) {
-            return desk.table()->model()->index(row, 0).data(Qt::CheckStateRole).value<Qt::CheckState>();
-        };
-        desk.targets->setTarget(u"/A/Plug-Ins"_s, false);
-        QCOMPARE(state(1), Qt::Unchecked);
         desk.targets->removeTarget(u"/B/Plug-Ins"_s);
         QCOMPARE(desk.rows(), (QStringList{second, label}));
-        QVERIFY(!desk.find<QLabel>("noTargets")->isVisible());
-        desk.targets->removeTarget(u"/A/Plug-Ins"_s);
-        desk.targets->removeTarget(path);
-        QVERIFY(desk.find<QLabel>("noTargets")->isVisible());
     }
 
     void namesAreSeenAtTheFirstWidth()
@@ -86,8 +74,7 @@ private Q_SLOTS:
         desk.targets->insertTarget(rightToLeft, QString(300, u'N'), u"150"_s);
         desk.targets->insertTarget(u"/A/Plug-Ins"_s, u"Adobe InDesign"_s, u"160"_s);
         desk.openTargets();
-        QTableView *table = desk.table();
-        QVERIFY(!table->horizontalScrollBar()->isVisible());
+        const QTableView *table = desk.table();
         QCOMPARE(table->columnWidth(0) + table->columnWidth(1), table->viewport()->width());
         QVERIFY(desk.rows().at(2).endsWith(
             u"/Plug-Ins/ [Adobe InDesign CC 2019]"_s)); // as screen readers have it
@@ -95,7 +82,6 @@ private Q_SLOTS:
         const QFontMetrics metrics = table->fontMetrics();
         const int width = table->columnWidth(1);
         const QString name = u"Adobe InDesign CC 2019"_s;
-        QCOMPARE(fittedLabel(u"/A"_s, name, width, metrics), u"/A [Adobe InDesign CC 2019]"_s);
         const QString cut = fittedLabel(deep, name, width, metrics);
         QVERIFY(cut.startsWith(u"/home/ada/W"_s) && cut.contains(u'…') && cut.endsWith(u'[' + name + u']'));
         QVERIFY(cut.section(u" ["_s, 0, 0).endsWith(u"/Plug-Ins/"_s));
@@ -107,63 +93,52 @@ private Q_SLOTS:
         QVERIFY(fittedLabel(rightToLeft, QString(300, u'N'), width, metrics).endsWith(u'…'));
     }
 
-    void tableIsUsedByKeyboard()
+    void targetsAreSwitched()
     {
         Desk desk;
-        desk.targets->insertTarget(u"/A"_s, u"InDesign"_s, u"140"_s);
-        desk.targets->insertTarget(u"/B"_s, u"InDesign"_s, u"140"_s);
-        desk.targets->insertTarget(u"/C"_s, u"InDesign"_s, u"140"_s);
+        desk.addTargets({u"/A"_s, u"/B"_s});
         desk.openTargets();
-        auto *remove = desk.find<QPushButton>("removeButton");
-        QVERIFY(!remove->isEnabled());
-        desk.table()->setFocus();
+        const auto state = [&desk](int row) {
+            return desk.table()->model()->index(row, 0).data(Qt::CheckStateRole).value<Qt::CheckState>();
+        };
         desk.table()->selectRow(0);
-        QVERIFY(remove->isEnabled());
-        QTest::keyClick(desk.table(), Qt::Key_Space);
-        QVERIFY(!desk.targets->targetState(u"/C"_s));
-        QTest::keyClick(desk.table(), Qt::Key_Space);
-        QVERIFY(desk.targets->targetState(u"/C"_s));
+        for (const bool on : {false, true}) {
+            QTest::keyClick(desk.table(), Qt::Key_Space);
+            QCOMPARE(desk.targets->targetState(u"/B"_s), on);
+            QCOMPARE(state(0), on ? Qt::Checked : Qt::Unchecked);
+        }
         const QRect box = desk.table()->visualRect(desk.table()->model()->index(1, 0));
         QTest::mouseClick(
             desk.table()->viewport(), Qt::LeftButton, {}, QPoint(box.left() + 10, box.center().y()));
-        QVERIFY(!desk.targets->targetState(u"/B"_s));
-
-        desk.table()->selectAll();
-        QTest::mouseClick(remove, Qt::LeftButton);
-        QVERIFY(desk.targets->targets().isEmpty());
-        QVERIFY(!remove->isEnabled());
-        QVERIFY(desk.find<QLabel>("noTargets")->isVisible());
-        desk.find<QPushButton>("undoButton")->click();
-        QVERIFY(!desk.find<QLabel>("noTargets")->isVisible());
-        QCOMPARE(desk.targets->targets().size(), 3);
+        QVERIFY(!desk.targets->targetState(u"/A"_s));
     }
 
     void removedTargetsComeBack()
     {
         Desk desk;
-        const QStringList paths{u"/C"_s, u"/B"_s, u"/A"_s}; // as they are ordered
-        for (const QString &path : paths) {
-            desk.targets->insertTarget(path, u"Adobe InDesign"_s, u"140"_s);
-        }
+        desk.addTargets({u"/C"_s, u"/B"_s, u"/A"_s}); // as they are ordered
         desk.targets->setTarget(u"/B"_s, false);
         const TargetRecords before = desk.targets->allRecords();
         desk.openTargets();
         QVERIFY(QTest::qWaitForWindowActive(&*desk.window));
         const QStringList rows = desk.rows();
+        auto *remove = desk.find<QPushButton>("removeButton");
         auto *undo = desk.find<QPushButton>("undoButton");
         const auto *said = desk.find<QLabel>("removedText");
-        QVERIFY(!undo->isVisible());
+        const auto removeRow = [&desk](int row) {
+            desk.table()->setFocus();
+            desk.table()->clearSelection();
+            desk.table()->selectRow(row);
+            QTest::keyClick(desk.table(), Qt::Key_Delete);
+        };
+        QVERIFY(!undo->isVisible() && !remove->isEnabled());
         QTest::keyClick(desk.table(), Qt::Key_Delete); // nothing is selected
         QCOMPARE(desk.targets->allRecords(), before);
 
-        desk.table()->setFocus();
-        desk.table()->selectRow(1);
-        QTest::keyClick(desk.table(), Qt::Key_Delete);
+        removeRow(1);
         QCOMPARE(desk.rows().size(), 2);
-        QVERIFY(undo->isVisible());
         QCOMPARE(said->text(), u"Removed Adobe InDesign CC 2019."_s);
-        QVERIFY(said->toolTip().contains(u"/B"_s));
-        QCOMPARE(desk.targets->allRecords().value(u"/B"_s).value(TargetKeys::removed).toString(), u"yes"_s);
+        QVERIFY(undo->isVisible() && said->toolTip().contains(u"/B"_s));
         QTest::keyClick(desk.table(), Qt::Key_Z, Qt::ControlModifier);
         QCOMPARE(desk.targets->allRecords(), before); // disabled as it was
         QCOMPARE(desk.rows(), rows);
@@ -171,25 +146,23 @@ private Q_SLOTS:
         QVERIFY(!undo->isVisible());
 
         // Of several removals the last, by the button, which has the focus where the other can do no more.
-        desk.table()->clearSelection();
-        desk.table()->selectRow(0);
-        QTest::keyClick(desk.table(), Qt::Key_Delete);
+        removeRow(0);
         desk.table()->selectAll();
-        desk.find<QPushButton>("removeButton")->setFocus();
+        remove->setFocus();
         desk.click("removeButton");
         QCOMPARE(said->text(), u"Removed 2 targets."_s);
+        QVERIFY(desk.find<QLabel>("noTargets")->isVisible() && !remove->isEnabled());
         QCOMPARE(desk.window->focusWidget(), undo);
         QTest::keyClick(undo, Qt::Key_Space);
         QCOMPARE(desk.rows(), rows.sliced(1));
+        QVERIFY(!desk.find<QLabel>("noTargets")->isVisible());
         QCOMPARE(desk.window->focusWidget(), desk.table());
 
         // What came back otherwise, or was removed before the window closed, is not brought back again.
-        desk.table()->selectRow(0);
-        QTest::keyClick(desk.table(), Qt::Key_Delete);
+        removeRow(0);
         desk.targets->insertTarget(u"/B"_s, u"Adobe InDesign"_s, u"150"_s);
         QVERIFY(!undo->isVisible());
-        desk.table()->selectRow(0);
-        QTest::keyClick(desk.table(), Qt::Key_Delete);
+        removeRow(0);
         desk.window->close();
         desk.window->showTargets();
         QVERIFY(!undo->isVisible());
@@ -200,10 +173,8 @@ private Q_SLOTS:
     void foldersAreDropped()
     {
         Desk desk;
-        const QString first =
-            QDir::cleanPath(writeHostApplication(desk.folder.path(), u"InDesign A"_s, u"14012"_s));
-        const QString second =
-            QDir::cleanPath(writeHostApplication(desk.folder.path(), u"InDesign B"_s, u"7536"_s));
+        const QString first = desk.makeHost(u"InDesign A"_s, u"14012"_s);
+        const QString second = desk.makeHost(u"InDesign B"_s, u"7536"_s);
         const QString file = desk.folder.filePath(u"file"_s);
         QVERIFY(writeFile(file, "text"));
         desk.openTargets();
@@ -222,8 +193,7 @@ private Q_SLOTS:
     void dropOfOtherFoldersIsAskedFor()
     {
         Desk desk;
-        const QString inCopy = QDir::cleanPath(writeHostApplication(
-            desk.folder.path(), u"Adobe InCopy"_s, u"15000"_s, u"Adobe InCopy"_s, u"InCp"_s));
+        const QString inCopy = desk.makeHost(u"Adobe InCopy"_s, u"15000"_s, u"InCp"_s);
         const QString bare = desk.folder.filePath(u"Bare"_s);
         QVERIFY(QDir().mkpath(bare));
         desk.openTargets();

@@ -56,8 +56,9 @@ Qt::WindowFlags frameFor(const AlertKeys &keys)
     return keys.onClose >= 0 ? flags | Qt::WindowCloseButtonHint : flags;
 }
 
-} // namespace
-
+// Return presses the first button, Escape one named "Cancel" (or the only one there is), unless a button says
+// otherwise of itself. The frame has a close button only where there is such a button to cancel with,
+// whatever key presses that.
 AlertKeys alertKeys(const QList<AlertButton> &buttons)
 {
     AlertKeys keys;
@@ -84,6 +85,8 @@ AlertKeys alertKeys(const QList<AlertButton> &buttons)
     }
     return keys;
 }
+
+} // namespace
 
 AlertDialog::AlertDialog(AlertContent content, QWidget *parent)
     : QDialog(parent)

@@ -19,14 +19,7 @@ struct AlertKeys {
     qsizetype onReturn = -1;
     qsizetype onEscape = -1;
     qsizetype onClose = -1;
-
-    bool operator==(const AlertKeys &) const = default;
 };
-
-/// Return presses the first button, Escape one named "Cancel" (or the only one there is), unless a button
-/// says otherwise of itself. The frame has a close button only where there is such a button to cancel with,
-/// whatever key presses that.
-[[nodiscard]] AlertKeys alertKeys(const QList<AlertButton> &buttons);
 
 /// The window of one alert: an icon, the two texts as plain text, an accessory, the buttons. The first button
 /// is the outermost of the row. Return presses its button wherever the focus is; the space bar presses the

@@ -81,7 +81,6 @@ void OutlineStyle::drawPrimitive(
     };
     switch (element) {
     case PE_IndicatorCheckBox:
-    case PE_IndicatorRadioButton:
     case PE_PanelButtonCommand:
         if (const auto *button = qstyleoption_cast<const QStyleOptionButton *>(option)) {
             draw(*button);

@@ -18,7 +18,6 @@ public:
     ~AnimatedTabView() override;
 
     void setAnimated(bool animated);
-    [[nodiscard]] bool isAnimated() const { return m_animated; }
     /// Chooses @p page; at once while not animated, not seen, or where the user's system wants no animations.
     void showPage(QWidget *page);
 

@@ -25,7 +25,6 @@ public:
     [[nodiscard]] int arrowX() const { return m_arrowX; }
     /// The arrow is at the bottom, for a panel above its item.
     void setUpward(bool upward);
-    [[nodiscard]] bool isUpward() const { return m_upward; }
 
     /// Whether what lies around the shape shows what is behind the window. At first it does.
     void setTranslucent(bool translucent);

@@ -173,8 +173,7 @@ void BrevokPanelController::openPanel()
     setActive(true);
     m_closedByFocusLoss = false;
     const PanelPlace where = place();
-    const Qt::KeyboardModifiers held =
-        m_with.modifiers ? m_with.modifiers() : QGuiApplication::queryKeyboardModifiers();
+    const Qt::KeyboardModifiers held = QGuiApplication::queryKeyboardModifiers();
     if (logsOpening(held)) {
         logLine(u"Icon is at %1\n\tMenu is on screen %2\n\tWill be animated to %3"_s.arg(
             rectText(where.item), rectText(statusScreen()->geometry()), rectText(where.panel)));
@@ -348,7 +347,7 @@ void BrevokPanelController::quit()
     alert->content = {
         .messageText = Texts::tr("Are you sure you want to quit"),
         .informativeText = Texts::tr("Tolvane Brevok needs to be running to keep the Plug-Ins active."),
-        .style = AlertStyle::Informational, // which is the style 1 that is meant
+        .style = AlertStyle::Informational, // the style numbered 1
         .icon = {},
         // The other way round than usual, so that an accidental Return does not quit.
         .buttons = {{.title = Texts::tr("Quit"), .key = AlertKey::Escape},

@@ -45,8 +45,6 @@ public:
         QUrl helpUrl; ///< the maker's help page for this program
         /// Answers `statusItemViewForPanelController`: where the status item is, null while there is none.
         std::function<const StatusItemPlace *()> statusItem;
-        /// The modifier keys held down now; the system is asked where this is empty.
-        std::function<Qt::KeyboardModifiers()> modifiers{};
     };
 
     explicit BrevokPanelController(Collaborators collaborators, QObject *parent = nullptr);

@@ -56,7 +56,7 @@ void NoticeView::setNotice(const NoticeText &notice, bool wholePage)
         m_wholePage = wholePage;
         layOut();
     }
-    update();
+    refresh();
     if (appears && isVisible()) {
         QAccessibleEvent raised(this, QAccessible::Alert);
         QAccessible::updateAccessibility(&raised);
@@ -90,7 +90,7 @@ void NoticeView::layOut()
     setSizePolicy(QSizePolicy::Preferred, m_wholePage ? QSizePolicy::Expanding : QSizePolicy::Preferred);
 }
 
-void NoticeView::update()
+void NoticeView::refresh()
 {
     const int size = m_wholePage ? largeImage : smallImage;
     m_image->setPixmap(
@@ -107,13 +107,13 @@ void NoticeView::update()
     m_button->setProminent(m_wholePage);
     m_button->setAccessibleDescription(m_notice.title);
     setAccessibleName(m_notice.title);
-    QWidget::update();
+    update();
 }
 
 void NoticeView::changeEvent(QEvent *event)
 {
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
-        update();
+        refresh();
     }
     QWidget::changeEvent(event);
 }

@@ -36,7 +36,7 @@ protected:
 
 private:
     void layOut();
-    void update();
+    void refresh();
 
     NoticeText m_notice;
     bool m_wholePage = false;

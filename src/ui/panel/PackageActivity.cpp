@@ -17,8 +17,8 @@ PackageActivity::PackageActivity(Collaborators collaborators, QObject *parent)
     : QObject(parent)
     , m_with(collaborators)
 {
-    connect(&m_with.flow, &InstallFlow::progress, this, &PackageActivity::takeProgress);
-    connect(&m_with.packages, &BrevokPackages::statusesSettled, this, &PackageActivity::settle);
+    connect(&m_with.flow, &InstallFlow::progress, this, &PackageActivity::noteProgress);
+    connect(&m_with.packages, &BrevokPackages::statusesSettled, this, &PackageActivity::forgetEnded);
     connect(&m_with.updates, &UpdateRun::packageBegins, this, &PackageActivity::begin);
     connect(&m_with.updates, &UpdateRun::packageEnded, this, &PackageActivity::end);
 }
@@ -90,7 +90,7 @@ void PackageActivity::end(const QString &prefix)
     Q_EMIT activityChanged();
 }
 
-void PackageActivity::settle()
+void PackageActivity::forgetEnded()
 {
     if (!m_ending.isEmpty()) {
         m_ending.clear();
@@ -131,7 +131,7 @@ void PackageActivity::statusesChanged()
     });
 }
 
-void PackageActivity::takeProgress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected)
+void PackageActivity::noteProgress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected)
 {
     m_downloads[prefix][{plugin, std::max(expected, qint64(0))}] = done;
     Q_EMIT progressChanged(prefix);

@@ -61,8 +61,8 @@ private:
 
     void begin(const QString &prefix);
     void end(const QString &prefix);
-    void settle();
-    void takeProgress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
+    void forgetEnded();
+    void noteProgress(const QString &prefix, const QString &plugin, qint64 done, qint64 expected);
 
     Collaborators m_with;
     QHash<QString, int> m_running; ///< prefix to operations that the panel started

@@ -18,7 +18,6 @@ public:
     ~IconTile() override;
 
     void setIcon(const QPixmap &icon, const QString &name);
-    [[nodiscard]] bool hasIcon() const { return !m_icon.isNull(); }
     [[nodiscard]] QSize sizeHint() const override;
 
 protected:

@@ -55,8 +55,6 @@ public:
 
     /// The controller of a row in sight, null for another.
     [[nodiscard]] BrevokPackageCellController *controllerAt(qsizetype row) const;
-    /// How many controllers there are, those included that wait to be used again.
-    [[nodiscard]] qsizetype controllerCount() const { return m_packageControllers.size() + m_spare.size(); }
     /// Gives the focus to the first row.
     void focusFirst();
     /// Moves to a row whose name begins with what was typed lately, @p letters included.

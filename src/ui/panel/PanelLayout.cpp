@@ -33,13 +33,7 @@ int middleOf(const QRect &item)
     return rounded(item.x() + item.width() / 2.0);
 }
 
-} // namespace
-
-QRect statusRectBelow(const QRect &itemFrame)
-{
-    return itemFrame.translated(0, itemFrame.height());
-}
-
+// What stands for the place below the item while no item is known.
 QRect statusRectWithoutItem(const QRect &firstScreen, int barThickness)
 {
     const int width = PanelGeometry::fallbackItemWidth;
@@ -47,11 +41,14 @@ QRect statusRectWithoutItem(const QRect &firstScreen, int barThickness)
         width, barThickness};
 }
 
+} // namespace
+
 PanelPlace panelPlace(const std::optional<QRect> &itemFrame, const ScreenRoom &screen, int barThickness)
 {
     using namespace PanelGeometry;
     const QRect &on = screen.whole;
-    QRect item = itemFrame ? statusRectBelow(*itemFrame) : statusRectWithoutItem(on, barThickness);
+    QRect item =
+        itemFrame ? itemFrame->translated(0, itemFrame->height()) : statusRectWithoutItem(on, barThickness);
     const int below = endY(screen.free) - screenMargin - item.y();
     const int above = itemFrame ? itemFrame->y() - screen.free.y() - screenMargin : 0;
     const bool upward = below < height && above > below;

@@ -35,22 +35,16 @@ struct PanelPlace {
     bool upward = false; ///< the panel stands above the item, as for a bar at the bottom
 };
 
-/// The rectangle directly below the item.
-[[nodiscard]] QRect statusRectBelow(const QRect &itemFrame);
-/// What stands for that rectangle while no item is known: centred at the top of the first screen, below a bar
-/// of @p barThickness.
-[[nodiscard]] QRect statusRectWithoutItem(const QRect &firstScreen, int barThickness);
-
 /// A screen, and what bars leave of it.
 struct ScreenRoom {
     QRect whole;
     QRect free;
 };
 
-/// The panel's place for an item at @p itemFrame on @p screen; for an unknown one, below a bar of @p
-/// barThickness. The panel is centred below the item and moved so far that it keeps its margin to the sides
-/// of the screen. It opens upward where there is too little room below and more above, and is lower than
-/// usual only where it would come closer than its margin to the end of the screen, or to a bar there.
+/// The panel's place for an item at @p itemFrame on @p screen; for an unknown one, in the middle below a bar
+/// of @p barThickness. The panel is centred below the item and moved so far that it keeps its margin to the
+/// sides of the screen. It opens upward where there is too little room below and more above, and is lower
+/// than usual only where it would come closer than its margin to the end of the screen, or to a bar there.
 [[nodiscard]] PanelPlace panelPlace(
     const std::optional<QRect> &itemFrame, const ScreenRoom &screen, int barThickness);
 

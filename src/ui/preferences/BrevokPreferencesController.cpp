@@ -206,11 +206,6 @@ void BrevokPreferencesController::switchTab(Page page)
     m_outlets->tabView->setCurrentIndex(static_cast<int>(page));
 }
 
-BrevokPreferencesController::Page BrevokPreferencesController::page() const
-{
-    return static_cast<Page>(m_outlets->tabView->currentIndex());
-}
-
 void BrevokPreferencesController::signInOrOut()
 {
     if (m_with.session.isUpdating()) {
@@ -316,7 +311,6 @@ void BrevokPreferencesController::updateSettingsPage()
     m_outlets->settingsProblem->setText(u"%1\n%2"_s.arg(notice.title, notice.text));
 }
 
-// Login items and the settings file may have been edited by hand while the window was away.
 void BrevokPreferencesController::showSchedule(const std::optional<QDateTime> &next)
 {
     const Ui::BrevokPreferences &ui = *m_outlets;
@@ -333,6 +327,7 @@ void BrevokPreferencesController::showSchedule(const std::optional<QDateTime> &n
     }
 }
 
+// Login items and the settings file may have been edited by hand while the window was away.
 void BrevokPreferencesController::showEvent(QShowEvent *event)
 {
     updateSettingsPage();

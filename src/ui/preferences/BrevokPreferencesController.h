@@ -61,7 +61,6 @@ public:
     /// Brings the window to the front at the page of the targets.
     void showTargets();
     void switchTab(Page page);
-    [[nodiscard]] Page page() const;
 
     /// Signs in with the fields' texts, or out.
     void signInOrOut();

@@ -52,8 +52,7 @@ SplitPath split(QString path)
     return {slash <= 0 ? path.first(slash + 1) : path.first(slash), path.sliced(slash + 1)};
 }
 
-} // namespace
-
+// Negative where the first stands before the second, positive where behind it.
 int compareTargets(const OrderedTarget &a, const OrderedTarget &b, const QStringList &unsorted)
 {
     const double versionOfA = leadingNumber(a.version) / versionScale;
@@ -72,6 +71,13 @@ int compareTargets(const OrderedTarget &a, const OrderedTarget &b, const QString
     const qsizetype placeOfB = unsorted.indexOf(b.path);
     return placeOfA == placeOfB ? 0 : (placeOfA > placeOfB ? -1 : 1);
 }
+
+bool isInDesignApplication(const QString &fileName)
+{
+    return fileName.contains(inDesign) && fileName.endsWith(".app"_L1);
+}
+
+} // namespace
 
 QStringList sortedTargetPaths(QList<OrderedTarget> targets)
 {
@@ -119,11 +125,6 @@ QString targetVersionName(int index)
 bool isPlugInsPath(const QString &path)
 {
     return path.size() >= 2 && split(path).name == "Plug-Ins"_L1;
-}
-
-bool isInDesignApplication(const QString &fileName)
-{
-    return fileName.contains(inDesign) && fileName.endsWith(".app"_L1);
 }
 
 bool hasInDesignBeside(const QString &path, Pulse &pulse)

@@ -19,11 +19,8 @@ struct OrderedTarget {
     QString version; ///< the record's "Version"
 };
 
-/// Whether @p a stands before @p b (negative), behind it (positive), or is the same (0): higher versions
-/// first, then InDesign, then what is no debug build, then what stands later in @p unsorted.
-[[nodiscard]] int compareTargets(const OrderedTarget &a, const OrderedTarget &b, const QStringList &unsorted);
-
-/// The paths in the order of their rows.
+/// The paths in the order of their rows: higher versions first, then InDesign, then what is no debug build,
+/// then what stands later in @p targets.
 [[nodiscard]] QStringList sortedTargetPaths(QList<OrderedTarget> targets);
 
 /// How many versions the pop-up offers.
@@ -38,10 +35,8 @@ inline constexpr int targetVersionCount = 16;
 /// The part of the test of a chosen folder that needs no look at the disk: at least two characters, and the
 /// last component is exactly "Plug-Ins".
 [[nodiscard]] bool isPlugInsPath(const QString &path);
-/// Whether an entry's name is that of an InDesign application.
-[[nodiscard]] bool isInDesignApplication(const QString &fileName);
-/// Whether there is such an entry anywhere below the folder that holds @p path. Reads the disk, links are not
-/// followed; gives up after very many entries. Any thread.
+/// Whether there is an InDesign application anywhere below the folder that holds @p path. Reads the disk,
+/// links are not followed; gives up after very many entries. Any thread.
 [[nodiscard]] bool hasInDesignBeside(const QString &path, Pulse &pulse);
 
 } // namespace brevok

@@ -4,8 +4,10 @@
 #include "ui/statusitem/StatusItemImage.h"
 
 #include "ui/statusitem/StatusItemLayout.h"
+#include "ui/widgets/PanelStyle.h"
 #include "ui/widgets/TemplateImage.h"
 
+#include <QFont>
 #include <QFontMetricsF>
 #include <QPainter>
 #include <QPainterPath>
@@ -24,15 +26,6 @@ namespace {
 /// dark; the badge carries white digits at 4.8:1.
 constexpr QRgb neutralIcon = 0xff2f7bf0;
 constexpr QRgb neutralBadge = 0xffd92d20;
-
-double luminance(const QColor &colour)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF())
-        + 0.0722 * linear(colour.blueF());
-}
 
 struct SmallDigit {
     char character;
@@ -95,6 +88,13 @@ QPainterPath digitsIn(const QRect &pill, const QString &text, int digitHeight)
     return place.map(path);
 }
 
+QFont numberFont()
+{
+    QFont font(u"Helvetica"_s);
+    font.setPixelSize(13);
+    return font;
+}
+
 } // namespace
 
 Colours coloursFor(const std::optional<QColor> &barText)
@@ -107,15 +107,8 @@ Colours coloursFor(const std::optional<QColor> &barText)
 
 QColor textColourOn(const QColor &bar)
 {
-    // Where black and white are equally far from a colour.
-    return luminance(bar) > 0.179 ? QColor(0x23, 0x26, 0x29) : QColor(Qt::white);
-}
-
-QFont numberFont()
-{
-    QFont font(u"Helvetica"_s);
-    font.setPixelSize(13);
-    return font;
+    const bool isLight = PanelStyle::contrast(bar, Qt::black) > PanelStyle::contrast(bar, Qt::white);
+    return isLight ? QColor(0x23, 0x26, 0x29) : QColor(Qt::white);
 }
 
 double textWidth(const QString &text)

@@ -4,7 +4,6 @@
 #pragma once
 
 #include <QColor>
-#include <QFont>
 #include <QImage>
 
 #include <optional>
@@ -27,9 +26,7 @@ struct Colours {
 /// The colour of texts on a bar of the colour @p bar.
 [[nodiscard]] QColor textColourOn(const QColor &bar);
 
-/// Of the number beside the icon.
-[[nodiscard]] QFont numberFont();
-/// The measured width of @p text; 0 for no text, for which no font is looked up.
+/// The measured width of @p text as a number beside the icon; 0 for no text, for which no font is looked up.
 [[nodiscard]] double textWidth(const QString &text);
 
 /// Draws @p image, and @p text unless it is empty, on a surface of @p height points whose

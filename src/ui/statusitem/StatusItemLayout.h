@@ -16,9 +16,8 @@ inline constexpr double initialLength = 24.0;
 /// Bars above this height get a square, large enough to show a badge, in place of a small icon in a wide
 /// item.
 inline constexpr double highestWideBar = 36.0;
-/// Around the icon; the number follows at the same distance as one half of it.
-inline constexpr double padding = 8.0;
-inline constexpr double numberGap = 4.0;
+inline constexpr double padding = 8.0; ///< left and right of the icon together
+inline constexpr double numberGap = 4.0; ///< between icon and number
 /// From the lower edge to the line that the number stands on.
 inline constexpr double numberBaseline = 3.0;
 

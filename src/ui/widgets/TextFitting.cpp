@@ -34,8 +34,7 @@ void copyWhole(const QLabel &label, QClipboard::Mode mode)
     }
 }
 
-} // namespace
-
+// The text with places to break inside its overlong words.
 QString breakable(const QString &shown)
 {
     const QString text = severalLines(shown);
@@ -56,6 +55,8 @@ QString breakable(const QString &shown)
     }
     return result;
 }
+
+} // namespace
 
 void setBreakableText(QLabel &label, const QString &text)
 {

@@ -10,12 +10,8 @@ class QWidget;
 
 namespace brevok {
 
-/// @p shown, fit to show whoever wrote it, with places to break inside its overlong words, for labels that
-/// wrap.
-[[nodiscard]] QString breakable(const QString &shown);
-
-/// Shows @p text in @p label, which wraps, as breakable() has it; what is told to assistive technology and
-/// what is copied is without the places to break.
+/// Shows @p text, whoever wrote it, in @p label, which wraps: overlong words get places to break inside,
+/// which what is told to assistive technology and what is copied does not have.
 void setBreakableText(QLabel &label, const QString &text);
 
 /// A tool tip that shows @p text as it stands, whatever mark-up it looks like: broken so that it stays on the

@@ -116,19 +116,18 @@ void BrevokBugReporterController::showStage(BugReporter::Stage stage)
 
 void BrevokBugReporterController::showOutcome(const ReportOutcome &outcome)
 {
-    if (outcome.kind == ReportOutcome::Kind::Unreachable) {
+    if (outcome.kind == ReportOutcome::Kind::Invalid) { // found before the form was disabled
+        focusFault();
+    } else {
         setFormEnabled(true);
+    }
+    if (outcome.kind == ReportOutcome::Kind::Unreachable) {
         auto alert = std::make_shared<BrevokBlockingAlert>(
             m_with.alerts.presenter(), &m_with.alerts.panel(), outcome.alert);
         alert->beginSheetModalForWindow(this, [alert](int) {});
         return;
     }
-    if (outcome.kind != ReportOutcome::Kind::Invalid) {
-        setFormEnabled(true);
-    }
-    if (outcome.kind == ReportOutcome::Kind::Invalid) {
-        focusFault();
-    } else if (outcome.sent) {
+    if (outcome.sent) {
         m_outlets->note->clear();
     }
     const std::shared_ptr<BrevokAlert> alert = BrevokAlert::create(m_with.alerts.presenter());

@@ -71,18 +71,18 @@ void NotifierWatch::lookForWatcher()
     connect(new QDBusPendingCallWatcher(*m_question, this), &QDBusPendingCallWatcher::finished, this,
         [this](QDBusPendingCallWatcher *watcher) {
             watcher->deleteLater();
-            takeAnswer();
+            readAnswer();
         });
 }
 
 void NotifierWatch::catchUp()
 {
     if (m_question && m_question->isFinished()) {
-        takeAnswer();
+        readAnswer();
     }
 }
 
-void NotifierWatch::takeAnswer()
+void NotifierWatch::readAnswer()
 {
     if (!m_question) {
         return;

@@ -49,7 +49,7 @@ private Q_SLOTS:
 
 private:
     void lookForWatcher();
-    void takeAnswer();
+    void readAnswer();
     void setRunning(bool running);
     void setHost(bool host);
 

@@ -34,7 +34,6 @@ public:
 
     /// Whether the item is to be in the tray.
     void setWanted(bool wanted);
-    [[nodiscard]] bool isDocked() const { return m_docked; }
     /// What the tray gave, empty before it did.
     [[nodiscard]] QSize granted() const { return m_docked ? m_size : QSize(); }
     /// Asks the tray for at least this room.

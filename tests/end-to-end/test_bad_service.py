@@ -27,6 +27,8 @@ FAULTS = {
     "chunks of any size": lambda: whole(OK + b"Transfer-Encoding: chunked\r\n", b"7fffffffffffffff\r\n" + LIST),
     "a body cut short": lambda: whole(OK, LIST, len(LIST) + 1),
     "gzip cut short": lambda: whole(OK + b"Content-Encoding: gzip\r\n", gzip.compress(LIST)[:-1]),
+    "gzip that unpacks to anything": lambda: endless(OK + b"Content-Encoding: gzip\r\n\r\n",
+                                                     gzip.compress(bytes(1000000))),
     "no gzip": lambda: whole(OK + b"Content-Encoding: gzip\r\n", LIST),
     "no list": lambda: whole(OK, b"<html>"),
     "half a list": lambda: whole(OK, LIST[:-1]),

@@ -3,13 +3,13 @@
 
 #pragma once
 
+#include "../service/ServiceStage.h"
 #include "alerts/BrevokAlertQueue.h"
 #include "catalogue/BrevokPackages.h"
 #include "foundation/Tasks.h"
 #include "platform/PropertyLists.h"
 #include "reporting/BugReporter.h"
 #include "service/Connectivity.h"
-#include "service/NetworkFactory.h"
 #include "support/FakePlatform.h"
 #include "support/FakeRouteLookup.h"
 #include "support/FakeServiceClient.h"
@@ -17,7 +17,6 @@
 #include "support/SampleBundles.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
-#include "support/servers/FaultServer.h"
 #include "targets/BrevokTargetApps.h"
 
 #include <QJsonArray>
@@ -26,18 +25,14 @@
 namespace brevok::testing {
 
 /// What reports are made of, on real files, and the service they go to.
-struct ReportRig {
+struct ReportRig : ServiceStage {
     Q_DISABLE_COPY_MOVE(ReportRig)
 
     inline static const QString homePath = QStringLiteral("/");
     inline static const QString reportPath = QStringLiteral("/api/machine/report");
     inline static const QString usagePath = QStringLiteral("/api/stats/plugins");
 
-    explicit ReportRig(int timeoutMs = 30000)
-        : network({.baseUrl = server.url(),
-            .extraAuthorities = TestCertificates::shared().authorities(),
-            .reachabilityHost = QStringLiteral("public.example"),
-            .requestTimeoutMs = timeoutMs})
+    ReportRig()
     {
         QDir().mkpath(logs());
         server.on(QString(), Response::ok("here"));
@@ -53,7 +48,6 @@ struct ReportRig {
 
     QTemporaryDir folder;
     LogCapture log;
-    FaultServer server;
     ScratchStateStore scratch;
     StateStore &state = scratch.store;
     FakeServiceClient service;
@@ -62,13 +56,11 @@ struct ReportRig {
     BrevokAlertQueue alerts{presenter, panel};
     FakeApplicationSearch search;
     FakeRouteLookup routes;
-    NetworkFactory network;
     Connectivity connectivity{network, routes};
     BrevokTargetApps targets{state, search};
     BrevokPlugins plugins{state, service, alerts};
     BrevokPackages packages{
         {state, service, alerts, plugins, targets, folder.filePath(QStringLiteral("data")), &looksLikeImage}};
-    QString sessionId;
     MainBundle bundle = makeBundle();
     BugReporter reporter{{network, connectivity, &packages, &plugins, &targets, [this] { return sessionId; },
         bundle, {.settingsFile = {}, .applicationSupport = {}, .library = folder.path(), .autostart = {}}}};

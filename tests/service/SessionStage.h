@@ -8,13 +8,12 @@
 #include "platform/SelfUpdater.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
-#include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
+#include "ServiceStage.h"
 #include "support/FakeRouteLookup.h"
 #include "support/LogCapture.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
-#include "support/servers/FaultServer.h"
 
 namespace brevok::testing {
 
@@ -38,14 +37,10 @@ public:
 
 /// A session with all that it needs and says to the log, one at a time, against a server that the test
 /// scripts.
-struct SessionStage {
+struct SessionStage : ServiceStage {
     explicit SessionStage(int timeoutMs = 20000, const Record &stored = {},
         const TestIdentity &identity = TestCertificates::shared().valid())
-        : server(identity)
-        , network({.baseUrl = server.url(),
-              .extraAuthorities = TestCertificates::shared().authorities(),
-              .reachabilityHost = QStringLiteral("public.example"),
-              .requestTimeoutMs = timeoutMs})
+        : ServiceStage(identity, timeoutMs)
         , connectivity(network, routes)
         , queue(presenter, panel)
     {
@@ -94,13 +89,11 @@ struct SessionStage {
     }
 
     LogCapture log;
-    FaultServer server;
     ScratchStateStore scratch;
     StateStore &state = scratch.store;
     FakeRouteLookup routes;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;
-    NetworkFactory network;
     Connectivity connectivity;
     BrevokAlertQueue queue;
     CountingUpdater updater;

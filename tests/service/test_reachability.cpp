@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "service/Connectivity.h"
-#include "service/NetworkFactory.h"
 #include "service/Reachability.h"
+#include "ServiceStage.h"
 #include "support/FakeRouteLookup.h"
 #include "support/FolderTest.h"
 #include "support/LogCapture.h"
-#include "support/servers/FaultServer.h"
 #include "support/Table.h"
 
 #include <QSignalSpy>
@@ -20,14 +19,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The service, who asks whether it answers, and what the log has of it.
-struct Service {
+struct Service : ServiceStage {
     LogCapture log;
-    FaultServer server;
     FakeRouteLookup routes;
-    NetworkFactory network{{.baseUrl = server.url(),
-        .extraAuthorities = TestCertificates::shared().authorities(),
-        .reachabilityHost = u"public.example"_s,
-        .requestTimeoutMs = 5000}};
     Connectivity connectivity{network, routes};
 
     QStringList diagnose(const QUrl &url, int port)
@@ -52,7 +46,6 @@ private Q_SLOTS:
     void statusOfFlags_data()
     {
         const Table<quint32, int, int, QString> row;
-        row("nothing", 0, 0, 0, u"- -------"_s);
         row("reachable", Reachable, 1, 0, u"R -------"_s);
         row("all but reachable", 0xFFFFFFFD, 0, 0, u"- tcCiDld"_s);
         row("everything", 0xFFFFFFFF, 0, 1, u"R tcCiDld"_s);
@@ -62,7 +55,6 @@ private Q_SLOTS:
         row("on demand, with a person",
             Reachable | ConnectionRequired | ConnectionOnDemand | InterventionRequired, 0, 0, u"R -c-iD--"_s);
         row("direct", Reachable | IsDirect | TransientConnection, 1, 1, u"R t-----d"_s);
-        row("local", Reachable | IsLocalAddress, 1, 0, u"R -----l-"_s);
     }
 
     void statusOfFlags()
@@ -218,21 +210,6 @@ private Q_SLOTS:
         QCOMPARE(lines.value(5).contains(u"you have secret%3D(not logged)  [31m"_s), valid);
         QVERIFY(!lines.join(u'\n').contains(u"11111"_s));
         QCOMPARE(service.server.requests(u"/"_s).value(0).method, "POST");
-    }
-
-    void whatIsPostedStaysWithTheService()
-    {
-        Service service;
-        FaultServer other;
-        other.on(u"/"_s, Response::ok("y"));
-        service.server.on(u"/"_s, Response::redirect(other.url(u"/"_s).toEncoded(), 307));
-        const QStringList lines = service.diagnose(service.server.url(u"/"_s), service.server.port());
-        QCOMPARE(lines.count(u"Connection: GET returned valid reply"_s), 1);
-        QCOMPARE(lines.last(),
-            u"Connection: POST returned error The server redirected the request to another server."_s);
-        QCOMPARE(service.server.requests().size(), 2);
-        QCOMPARE(other.requests().size(), 1);
-        QCOMPARE(other.requests().constFirst().method, "GET");
     }
 
     void nobodyWaits()

@@ -68,9 +68,10 @@ struct Fixture : PackagesFixture {
     {
         return own ? own->definition(u"140:"_s + name + u"_1"_s) != nullptr : names().contains(name);
     }
-    [[nodiscard]] QString dataKey() const
+    [[nodiscard]] QStringList dataKeys() const
     {
-        return own ? CatalogueKeys::pluginsData : CatalogueKeys::packagesData;
+        return own ? QStringList{CatalogueKeys::pluginsData, CatalogueKeys::pluginPrefixes}
+                   : QStringList{CatalogueKeys::packagesData};
     }
     [[nodiscard]] QByteArray list(const QStringList &elements, const QJsonArray &more = {}) const
     {
@@ -154,14 +155,16 @@ private Q_SLOTS:
         QCOMPARE(f.nextTag(), R"("1")"_ba); // what is stored is still that list
 
         // A record that the disk has lost comes back.
-        const QStringList entries = f.state.entries(f.dataKey()).keys();
-        f.state.commit({{f.dataKey(), entries.constFirst(), std::nullopt}});
-        QVERIFY(f.flushed());
-        f.begin();
-        QVERIFY(f.service.lists[0].known.isEmpty());
-        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
-        QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
-        QCOMPARE(f.nextTag(), R"("1")"_ba);
+        for (const QString &key : f.dataKeys()) {
+            const QStringList entries = f.state.entries(key).keys();
+            f.state.commit({{key, entries.constFirst(), std::nullopt}});
+            QVERIFY(f.flushed());
+            f.begin();
+            QVERIFY(f.service.lists[0].known.isEmpty());
+            f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
+            QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
+            QCOMPARE(f.nextTag(), R"("1")"_ba);
+        }
         // Nor does one that somebody else gave count as the service's.
         f.own ? f.own->updateWithArray({}) : f.packages->updateWithArray({});
         QCOMPARE(f.nextTag(), QByteArray());
@@ -212,23 +215,6 @@ private Q_SLOTS:
             QCOMPARE(finished.size(), 2);
             QCOMPARE(f.nextTag(), R"("1")"_ba);
         }
-    }
-
-    void theOwnCheckEndsWithIt()
-    {
-        PackagesFixture f;
-        f.plugins.start();
-        f.service.answerList(taggedReply("[]", "1"));
-        BrevokPackages &packages = f.start();
-        f.service.answerList(taggedReply("[]", "1"));
-        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-        std::optional<OwnCheck::End> end;
-        packages.checkForUpdates(false, [&end](const OwnCheck::End &how) { end = how; });
-        f.service.answerList(notModified());
-        QVERIFY(!end);
-        f.service.answerList(notModified());
-        QVERIFY(end && !end->plugins && !end->packages);
-        QTRY_COMPARE(result.size(), 1);
     }
 
     // As after each list; they too come only when they are others. What a list left out keeps its own.

@@ -24,7 +24,6 @@ const QByteArray png("\x89PNG\r\n\x1a\nrest");
 
 using IconsThatCannotBeCached = Table<QString, QByteArray, bool, bool>;
 using IconFileNames = Table<QString, QString>;
-using ImagesAreRecognised = Table<QByteArray, bool>;
 
 class PackageIconsTest : public QObject {
     Q_OBJECT
@@ -174,32 +173,6 @@ private Q_SLOTS:
     {
         const auto [address, name] = IconFileNames::current();
         QCOMPARE(iconFileName(address), name);
-    }
-
-    void imagesAreRecognised_data()
-    {
-        const ImagesAreRecognised row;
-        row("png", png, true);
-        row("jpeg", "\xff\xd8\xff\xe0", true);
-        row("gif", "GIF89a...", true);
-        row("bmp", QByteArray("BM..........\0\0\x28\0\0\0", 18), true);
-        row("tiff, little", QByteArray("II*\0....", 8), true);
-        row("tiff, big", QByteArray("MM\0*....", 8), true);
-        row("webp", "RIFF\1\2\3\4WEBPVP8 ", true);
-        row("wave", "RIFF\1\2\3\4WAVEfmt ", false);
-        row("icns", "icns....", true);
-        row("svg", "\xef\xbb\xbf\n<svg xmlns=''/>", true);
-        row("svg in xml", "<?xml version='1.0'?><svg/>", true);
-        row("other xml", "<?xml version='1.0'?><plist/>", false);
-        row("page", "<html>Not found", false);
-        row("short", "\x89P", false);
-        row("empty", {}, false);
-    }
-
-    void imagesAreRecognised()
-    {
-        const auto [data, image] = ImagesAreRecognised::current();
-        QCOMPARE(looksLikeImage(data), image);
     }
 };
 

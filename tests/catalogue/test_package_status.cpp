@@ -51,13 +51,9 @@ private Q_SLOTS:
         const BuildsMatchHosts row;
         row("75", 75, {75, 79}, {70});
         row("74", 74, {70}, {75});
-        row("70", 70, {74}, {});
         row("162", 162, {160}, {163});
-        row("160", 160, {162}, {});
         row("163", 163, {}, {162});
-        row("165", 165, {164, 166}, {});
         row("140", 140, {140}, {142});
-        row("142", 142, {140}, {});
         row("150", 150, {}, {140});
         row("none", 0, {0}, {1});
     }
@@ -83,15 +79,10 @@ private Q_SLOTS:
         row("any minor", u"14.3"_s, u"2.1"_s, 140, "2.1", UpToDate);
         row("16.3 in 163", u"16.3"_s, u"2.1"_s, 163, "2.1", UpToDate);
         row("16.2 in 163", u"16.2"_s, u"2.1"_s, 163, "2.1", NotUpdated);
-        row("16.4 in 160", u"16.4"_s, u"2.1"_s, 160, "2.1", NotUpdated);
-        row("7.5 in 75", u"7.5"_s, u"2.1"_s, 75, "2.1", UpToDate);
         row("7.0 in 75", u"7.0"_s, u"2.1"_s, 75, "2.1", NotUpdated);
         row("host as number", 14.0, u"2.1"_s, 140, "2.1", UpToDate);
-        row("host as list", {}, u"2.1"_s, 140, "2.1", NotUpdated);
         row("huge host", QString(300, u'9'), u"2.1"_s, 140, "2.1", NotUpdated);
         row("no version", u"14.0"_s, absent, 140, "2.1", NotInstalled);
-        row("empty version", u"14.0"_s, u""_s, 140, "2.1", NotInstalled);
-        row("numeric version", u"14.0"_s, 2.1, 140, "2.1", NotInstalled);
         row("blank first", u"14.0"_s, u" 2.1"_s, 140, "2.1", MissingData);
         row("nothing offered", u"14.0"_s, u"2.1"_s, 140, "", MissingData);
     }
@@ -114,17 +105,12 @@ private Q_SLOTS:
                 result, plain, support);
         };
         row(MissingData, NotInstalled, NotInstalled, NotInstalled);
-        row(MissingData, NotUpdated, NotUpdated, NotUpdated);
-        row(UpToDate, UpToDate, UpToDate, UpToDate);
         row(UpToDate, NotInstalled, Mixed, Mixed);
         row(UpToDate, NotUpdated, MixedNotUpdated, Mixed);
         row(NotUpdated, UpToDate, MixedNotUpdated, Mixed);
-        row(NotUpdated, NotUpdated, NotUpdated, NotUpdated);
         row(Mixed, NotUpdated, MixedNotUpdated, Mixed);
-        row(Mixed, UpToDate, Mixed, Mixed);
         row(MixedNotUpdated, UpToDate, MixedNotUpdated, Mixed);
         row(InProgress, UpToDate, Mixed, Mixed);
-        row(InProgress, NotUpdated, MixedNotUpdated, Mixed);
         row(UpToDate, MissingData, Mixed, Mixed);
     }
 
@@ -146,7 +132,6 @@ private Q_SLOTS:
         const PackagesAreExaminedOnDisk row;
         row("installed everywhere", "2.0", "2.1", false, UpToDate, false);
         row("nowhere", "", "", false, NotInstalled, false);
-        row("in one", "2.0", "", false, Mixed, false);
         row("older in one", "2.0", "1.9", false, MixedNotUpdated, true);
         row("broken in both", "-", "-", false, NotUpdated, true);
         row("pending at last", "2.0", "2.0", true, InProgress, false);

@@ -176,8 +176,6 @@ private Q_SLOTS:
         row("error, not far ahead", 0, {}, 6.9, 60, QString(), failed + reset);
         row("empty list", 200, "[]", -30.0, 3600, QString(), {});
         row("dictionary", 200, "{\"a\":1}", -10.5, 3600, "-10", bad(7, u"{\"a\":1}"_s));
-        row("256 characters", 200, QByteArray(256, 'x'), 0.5, 3600, "0",
-            bad(256, QString(256, u'x')) + illegal);
         row("257 characters", 200, QByteArray("\xc3\xa4").repeated(257), 0.5, 3600, "0",
             bad(514, QString(256, QChar(0xe4))) + illegal);
         keepSecret(u"the session-7"_s);

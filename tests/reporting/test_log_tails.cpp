@@ -81,17 +81,6 @@ private Q_SLOTS:
         QCOMPARE(logTail(log), u"Can't get handle for a.log."_s);
     }
 
-    void hugeFilesAreReadAtTheirEnd()
-    {
-        QFile file(path(u"huge.log"_s));
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        const qint64 size = 2LL * 1024 * 1024 * 1024;
-        QVERIFY(file.resize(size)); // takes no room
-        QVERIFY(file.seek(size - 10) && file.write("\nlast line") == 10);
-        file.close();
-        QCOMPARE(logTail(file.fileName()), u"last line"_s);
-    }
-
     void theNewestCrashReportsAreTaken()
     {
         QList<ReportItem> items;

@@ -5,12 +5,12 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Log.h"
-#include "platform/SelfUpdater.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
 #include "service/ReplyDecoding.h"
 #include "ServiceStage.h"
 #include "support/FakeRouteLookup.h"
+#include "support/IdleUpdater.h"
 #include "support/LogCapture.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
@@ -24,14 +24,11 @@ inline const QString password = QStringLiteral(u"pass wörd\"");
 
 inline constexpr int otherAction = 7;
 
-class CountingUpdater final : public SelfUpdater {
+class CountingUpdater final : public IdleUpdater {
 public:
     int checks = 0;
     bool can = true;
     [[nodiscard]] bool canUpdate() const override { return can; }
-    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
-    void setAutomaticallyChecksForUpdates(bool) override { }
-    void checkForUpdates() override { }
     void checkForUpdatesInBackground() override { ++checks; }
 };
 

@@ -43,29 +43,41 @@ class TestReachability final : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
+    // Reachable by the network, and by the local one; how the log has the flags, and the first phrase for
+    // them.
     void statusOfFlags_data()
     {
-        const Table<quint32, int, int, QString> row;
-        row("reachable", Reachable, 1, 0, u"R -------"_s);
-        row("all but reachable", 0xFFFFFFFD, 0, 0, u"- tcCiDld"_s);
-        row("everything", 0xFFFFFFFF, 0, 1, u"R tcCiDld"_s);
-        row("dial-up", Reachable | ConnectionRequired, 0, 0, u"R -c-----"_s);
-        row("on demand", Reachable | ConnectionRequired | ConnectionOnDemand, 1, 0, u"R -c--D--"_s);
-        row("on traffic", Reachable | ConnectionRequired | ConnectionOnTraffic, 1, 0, u"R -cC----"_s);
+        const Table<quint32, int, int, QString, QString> row;
+        row("nothing", 0, 0, 0, u"- -------"_s, u"Not Reachable "_s);
+        row("reachable", Reachable, 1, 0, u"R -------"_s, u"Reachable "_s);
+        row("all but reachable", 0xFFFFFFFD, 0, 0, u"- tcCiDld"_s, u"Transient Connection "_s);
+        row("everything", 0xFFFFFFFF, 0, 1, u"R tcCiDld"_s, u"Transient Connection "_s);
+        row("dial-up", Reachable | ConnectionRequired, 0, 0, u"R -c-----"_s, u"Reachable "_s);
+        row("on demand", Reachable | ConnectionRequired | ConnectionOnDemand, 1, 0, u"R -c--D--"_s,
+            u"Reachable "_s);
+        row("on traffic", Reachable | ConnectionRequired | ConnectionOnTraffic, 1, 0, u"R -cC----"_s,
+            u"Reachable "_s);
         row("on demand, with a person",
-            Reachable | ConnectionRequired | ConnectionOnDemand | InterventionRequired, 0, 0, u"R -c-iD--"_s);
-        row("direct", Reachable | IsDirect | TransientConnection, 1, 1, u"R t-----d"_s);
+            Reachable | ConnectionRequired | ConnectionOnDemand | InterventionRequired, 0, 0, u"R -c-iD--"_s,
+            u"Reachable "_s);
+        row("direct", Reachable | IsDirect, 1, 1, u"R ------d"_s, u"Reachable "_s);
+        row("automatic", ConnectionOnTraffic | ConnectionOnDemand, 0, 0, u"- --C-D--"_s,
+            u"Connection Automatic "_s);
+        row("a person's", ConnectionOnDemand | InterventionRequired, 0, 0, u"- ---iD--"_s,
+            u"Connection On Demand "_s);
     }
 
     void statusOfFlags()
     {
         const LogCapture log;
-        const auto [flags, network, localWiFi, marks] = columns<quint32, int, int, QString>();
+        const auto [flags, network, localWiFi, marks, phrase] =
+            columns<quint32, int, int, QString, QString>();
         QCOMPARE(int(Reachability::networkStatusForFlags(flags)), network);
         QCOMPARE(int(Reachability::localWiFiStatusForFlags(flags)), localWiFi);
         QCOMPARE(LogCapture::lines(),
             QStringList({u"Reachability Flag Status: %1 networkStatusForFlags\n"_s.arg(marks),
                 u"Reachability Flag Status: %1 localWiFiStatusForFlags\n"_s.arg(marks)}));
+        QCOMPARE(reachabilityPhrase(flags), phrase);
     }
 
     void constructorsAskForTheirHost()
@@ -107,14 +119,6 @@ private Q_SLOTS:
         QVERIFY(!routes.notifying);
         Q_EMIT routes.routesChanged();
         QCOMPARE(changes.count(), 1);
-    }
-
-    void phrases()
-    {
-        QCOMPARE(reachabilityPhrase(0), u"Not Reachable "_s);
-        QCOMPARE(reachabilityPhrase(0xFFFFFFFF), u"Transient Connection "_s); // the first wins
-        QCOMPARE(reachabilityPhrase(ConnectionOnTraffic | ConnectionOnDemand), u"Connection Automatic "_s);
-        QCOMPARE(reachabilityPhrase(ConnectionOnDemand | InterventionRequired), u"Connection On Demand "_s);
     }
 
     void networkIsReachable()

@@ -20,7 +20,7 @@ using namespace Qt::StringLiterals;
 using Fixture = PackagesFixture;
 
 using ElementsAreChecked = Table<QJsonValue, bool, QString>;
-using FailedOwnCheckHasNoResult = Table<int, int, QString>;
+using FailedOwnCheckHasNoResult = Table<ServiceReply, ServiceReply, QString>;
 
 class PackagesTest : public QObject {
     Q_OBJECT
@@ -284,59 +284,44 @@ private Q_SLOTS:
         QVERIFY(failed.isEmpty());
     }
 
+    // The replies to the two requests, and the cause that is told.
     void failedOwnCheckHasNoResult_data()
     {
         const FailedOwnCheckHasNoResult row;
-        row("no list", 0, 200, "Unexpected server response.");
-        row("status", 0, 503, "Server responded with HTTP code: 503.");
-        row("transport", 1, 0, "it broke");
-        row("no network", -1, 0, "Network is unreachable. Is your internet connection down?");
+        const ServiceReply builds = good({build(u"p"_s, u"p"_s, u"2.0"_s)});
+        const ServiceReply list = good({package(u"p"_s, u"p"_s)});
+        row("no list", {.status = 200, .body = "<html></html>"}, list, "Unexpected server response.");
+        row("status", builds, {.status = 503}, "Server responded with HTTP code: 503.");
+        row("transport", builds, {.error = BrevokError{.description = u"it broke"_s}}, "it broke");
+        row("no network", {}, {}, "Network is unreachable. Is your internet connection down?");
     }
 
     void failedOwnCheckHasNoResult()
     {
-        // failing: of the two requests
-        const auto [failing, status, cause] = FailedOwnCheckHasNoResult::current();
+        const auto [builds, list, cause] = FailedOwnCheckHasNoResult::current();
         Fixture f;
         BrevokPackages &packages = f.start();
-        f.service.lists.clear();
-        f.service.reachable = failing >= 0;
+        f.target(u"p"_s, u"1.0"_s);
+        f.service.answerList(good({package(u"p"_s, u"p"_s)})); // at the start, with no build for it
         const QSignalSpy result(&packages, &BrevokPackages::updateResult);
         const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+        f.service.reachable = builds.status != 0;
         packages.checkForUpdates(false);
-        for (int i = 0; f.service.reachable && i < 2; ++i) {
-            const ServiceReply bad{.status = status,
-                .body = "<html></html>",
-                .headers = {},
-                .error =
-                    status == 0 ? std::optional(BrevokError{.description = u"it broke"_s}) : std::nullopt};
-            f.service.answerList(i == failing ? bad : good({}));
+        if (f.service.reachable) {
+            f.service.answerList(builds);
+            f.service.answerList(list);
         }
         QTRY_COMPARE(failed.size(), 1);
         QCOMPARE(failed[0][0].toString(), cause);
         QTRY_VERIFY(!packages.updating());
         packages.notifyPackageStatuses();
         QVERIFY(result.isEmpty());
-    }
+        QTRY_COMPARE(packages.updates(), list.status == 200 || !f.service.reachable ? 0 : 1);
 
-    void whatAFailedOwnCheckFoundIsToldLater()
-    {
-        Fixture f;
-        BrevokPackages &packages = f.start();
-        f.target(u"p"_s, u"1.0"_s);
-        const QJsonArray builds{build(u"p"_s, u"p"_s, u"2.0"_s)};
-        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-        const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
-        f.service.answerList(good({package(u"p"_s, u"p"_s)})); // at the start, with no build for it
-        f.service.lists.clear();
+        // What it found is told with the next one.
+        f.service.reachable = true;
         packages.checkForUpdates(false);
-        f.service.answerList(good(builds));
-        f.service.answerList({.status = 503});
-        QTRY_COMPARE(failed.size(), 1);
-        QTRY_COMPARE(packages.updates(), 1);
-        QVERIFY(result.isEmpty());
-        packages.checkForUpdates(false);
-        f.service.answerList(good(builds));
+        f.service.answerList(good({build(u"p"_s, u"p"_s, u"2.0"_s)}));
         f.service.answerList(good({package(u"p"_s, u"p"_s)}));
         QTRY_COMPARE(result.size(), 1);
         QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);

@@ -182,6 +182,8 @@ private Q_SLOTS:
         row("page that repeats the request", 200,
             "<pre>Cookie:\x1b SessionId=the session-7\n\"the+session-7\"</pre>", 0.5, 3600, "0",
             bad(59, u"<pre>Cookie:  SessionId=(not logged) \"(not logged)\"</pre>"_s) + illegal);
+        row("304", 304, "[]", -30.0, -1, QString(),
+            {u"Plugins update failed with response: 304 - not modified"_s});
         row("500", 500, "[]", -30.0, -1, QString(),
             {u"Plugins update failed with response: 500 - internal server error"_s});
         row("short code", 7, {}, -30.0, -1, QString(),

@@ -132,13 +132,6 @@ private Q_SLOTS:
         rig.server.on(ReportRig::reportPath, Response::ok("{\"ErrorCode\":0}"));
         rig.sessionId = u"s3cret-id"_s;
         rig.addTarget(u"A"_s, u"140"_s);
-        QVERIFY(writeFile(rig.logs() + u"/orlec.log"_s, "log\n"));
-        QByteArray shown;
-        rig.reporter.reportBody(
-            u"ada@example.com"_s, u"It broke"_s, this, [&shown](const QByteArray &body) { shown = body; });
-        QTRY_VERIFY(!shown.isEmpty());
-        QVERIFY(rig.server.requests().isEmpty());
-
         Asked asked;
         asked.ask(rig.reporter);
         QCOMPARE(asked.stages, (QList{Stage::Checking, Stage::Gathering, Stage::Sending}));
@@ -156,7 +149,6 @@ private Q_SLOTS:
         QCOMPARE(request.header("Accept"), "application/json");
         QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2");
         QCOMPARE(request.header("Cookie"), "SessionId=s3cret-id");
-        QCOMPARE(request.body, shown);
         const QJsonObject body = QJsonDocument::fromJson(request.body).object();
         QCOMPARE(body.keys(), (QStringList{u"Data"_s, u"Email"_s}));
         QCOMPARE(body[u"Data"_s][0],

@@ -35,8 +35,7 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     , m_state(collaborators.state)
     , m_refresh(new ListRefresh(
           wording(), collaborators.state, collaborators.service, collaborators.alerts, listOwner(), this))
-    , m_icons(new PackageIcons(
-          collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
+    , m_icons(new PackageIcons(collaborators.service, collaborators.dataFolder, this))
     , m_packages(collaborators.state)
     , m_statuses(
           new PackageStatuses(m_packages.records(), collaborators.plugins, collaborators.targets, this))

@@ -30,7 +30,6 @@ public:
         BrevokPlugins &plugins;
         BrevokTargetApps &targets;
         QString dataFolder; ///< where icons are cached
-        ImageTest formsImage; ///< looksLikeImage() when there is no better one
     };
 
     explicit BrevokPackages(Collaborators collaborators, QObject *parent = nullptr);

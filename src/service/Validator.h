@@ -12,7 +12,7 @@ namespace brevok {
 struct Validator {
     QByteArray entityTag{};
     QByteArray lastModified{}; ///< only where there is no tag
-    QByteArray scope{}; ///< digest of what was asked for, and in whose name: for nothing else it counts
+    QByteArray scope{}; ///< digest of what was asked for, and in whose name: it counts for nothing else
 
     [[nodiscard]] bool isEmpty() const { return entityTag.isEmpty() && lastModified.isEmpty(); }
     friend bool operator==(const Validator &, const Validator &) = default;

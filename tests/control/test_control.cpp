@@ -86,15 +86,16 @@ private Q_SLOTS:
 
     void settingsFromText()
     {
+        // what is set, why it is refused, and what counts then
         const QList<std::tuple<const char *, QString, QString>> rows{
-            {"startAtLogin=no", {}, u"no no 0"_s},
-            {"SUEnableAutomaticChecks= ON ", {}, u"yes yes 0"_s},
-            {"OrlecLogLevel=3", {}, u"yes no 3"_s},
-            {"startAtLogin=maybe", u"'maybe'"_s, u"yes no 0"_s},
-            {"logLevel=-1", u"'-1'"_s, u"yes no 0"_s},
-            {"OrlecSessionData=x", u"'OrlecSessionData'"_s, u"yes no 0"_s},
+            {"startAtLogin=no", {}, u"no"_s},
+            {"SUEnableAutomaticChecks= ON ", {}, u"yes"_s},
+            {"OrlecLogLevel=3", {}, u"3"_s},
+            {"startAtLogin=maybe", u"'maybe'"_s, u"yes"_s},
+            {"logLevel=-1", u"'-1'"_s, u"0"_s},
+            {"OrlecSessionData=x", u"'OrlecSessionData'"_s, u"0"_s},
         };
-        for (const auto &[given, reason, values] : rows) {
+        for (const auto &[given, reason, value] : rows) {
             const InRow in(given);
             const QString key = QString::fromLatin1(given).section(u'=', 0, 0);
             testing::MemorySettingsStore store;
@@ -104,14 +105,8 @@ private Q_SLOTS:
                 setSettingFromText(settings, key, QString::fromLatin1(given).section(u'=', 1), {});
             QCOMPARE(refused.has_value(), !reason.isEmpty());
             QVERIFY(!refused || refused->contains(reason));
-            const QJsonObject now = settingsDocument(settings);
-            const Setting *setting = findSetting(key);
-            QCOMPARE(settingValue(settings, key), // undefined where there is none
-                setting != nullptr ? now[setting->name] : QJsonValue(QJsonValue::Undefined));
-            QCOMPARE(
-                u"%1 %2 %3"_s.arg(client::settingText(now["startAtLogin"_L1]),
-                    client::settingText(now["checkForUpdates"_L1]), client::settingText(now["logLevel"_L1])),
-                values);
+            QCOMPARE(client::settingText(settingValue(settings, key)), value);
+            QCOMPARE(settingValue(settings, key).isUndefined(), findSetting(key) == nullptr);
         }
     }
 

@@ -211,7 +211,7 @@ void BrevokPackages::takeList(const QJsonArray &list, const KeptList &as)
         names.insert(name);
         enter(package, name);
     }
-    m_packages.setKept(listed.tellsAllAgain ? as : KeptList(), names);
+    m_packages.setKept(listed.mayBeKept ? as : KeptList(), names);
     Q_EMIT packagesChanged();
     save();
 }

@@ -13,7 +13,6 @@
 #include <QSet>
 #include <QString>
 
-
 namespace brevok {
 
 class ServiceClient;

@@ -24,7 +24,7 @@ enum TransportErrorCode : int {
     TransportCertificateUntrusted = -1202,
 };
 
-/// @p url as logs and errors show it: without what it may tell in confidence.
+/// @p url as logs and errors show it: without user, query and fragment, which may hold secrets.
 [[nodiscard]] QString addressText(const QUrl &url);
 
 [[nodiscard]] BrevokError transportError(int code, const QString &description, const QUrl &url);

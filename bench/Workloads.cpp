@@ -130,7 +130,7 @@ StatusWorkload::StatusWorkload(int packageCount, size_t targetCount)
 void StatusWorkload::makePackages()
 {
     m_packages.emplace(BrevokPackages::Collaborators{
-        m_scratch.store, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path(), looksLikeImage});
+        m_scratch.store, m_service, *m_alerts, *m_plugins, *m_targets, m_folder.path()});
 }
 
 qsizetype StatusWorkload::runFresh()

@@ -120,7 +120,7 @@ void Shared::compose(const Environment &with)
     session.emplace(*platform.state, *network, *connectivity, *alerts, *updater);
     plugins.emplace(*platform.state, *service, *alerts);
     packages.emplace(BrevokPackages::Collaborators{
-        *platform.state, *service, *alerts, *plugins, *targets, with.folders.dataFolder(), looksLikeImage});
+        *platform.state, *service, *alerts, *plugins, *targets, with.folders.dataFolder()});
     composeInstaller(*this, with);
     composeReporters(*this, with);
 }

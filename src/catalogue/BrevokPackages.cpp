@@ -35,8 +35,7 @@ BrevokPackages::BrevokPackages(Collaborators collaborators, QObject *parent)
     , m_state(collaborators.state)
     , m_refresh(new ListRefresh(
           wording(), collaborators.state, collaborators.service, collaborators.alerts, listOwner(), this))
-    , m_icons(new PackageIcons(
-          collaborators.service, collaborators.dataFolder, std::move(collaborators.formsImage), this))
+    , m_icons(new PackageIcons(collaborators.service, collaborators.dataFolder, this))
     , m_packages(collaborators.state)
     , m_statuses(
           new PackageStatuses(m_packages.records(), collaborators.plugins, collaborators.targets, this))
@@ -212,7 +211,7 @@ void BrevokPackages::takeList(const QJsonArray &list, const KeptList &as)
         names.insert(name);
         enter(package, name);
     }
-    m_packages.setKept(listed.tellsAllAgain ? as : KeptList(), names);
+    m_packages.setKept(listed.mayBeKept ? as : KeptList(), names);
     Q_EMIT packagesChanged();
     save();
 }

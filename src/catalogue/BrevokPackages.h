@@ -30,7 +30,6 @@ public:
         BrevokPlugins &plugins;
         BrevokTargetApps &targets;
         QString dataFolder; ///< where icons are cached
-        ImageTest formsImage; ///< looksLikeImage() when there is no better one
     };
 
     explicit BrevokPackages(Collaborators collaborators, QObject *parent = nullptr);
@@ -48,7 +47,7 @@ public:
     [[nodiscard]] const QHash<QString, PackageStatus> &packagesStatus() const;
     /// Whether an update waits for this package.
     [[nodiscard]] bool waits(const Record &package) const;
-    /// All those, in the catalogue's order.
+    /// All packages that an update waits for, in the catalogue's order.
     [[nodiscard]] QList<Record> waitingPackages() const;
     /// The packages that the last notification counted as needing an update.
     [[nodiscard]] int updates() const { return m_updates; }
@@ -65,7 +64,7 @@ public:
     /// Active between notifyPackageStatusesLazily() and the notification.
     [[nodiscard]] const QTimer *statusTimer() const { return &m_statusTimer; }
 
-    /// Fetches what is missing and requests the list; called once, when the definitions have begun to.
+    /// Loads the stored icons and requests the list. Called once, after BrevokPlugins::start().
     void start();
 
     /// Requests the list. The user's own check (@p automatically is false) requests that of the plug-ins,
@@ -120,7 +119,7 @@ private:
     PackageStatuses *m_statuses;
     OwnCheck *m_ownCheck;
     QSet<QString> m_notified; ///< names last counted as needing an update
-    QSet<QString> m_undecided; ///< names of which that may be otherwise now
+    QSet<QString> m_undecided; ///< names whose need of an update may have changed
     QTimer m_statusTimer;
     int m_updates = 0;
 };

@@ -15,7 +15,7 @@ class Pulse;
 
 /// What was read of an installed bundle.
 struct InstalledBundle {
-    /// What its information dictionary was then; nothing when it could change again without a trace of that.
+    /// The state of its information dictionary then; nothing when a change right after it would not show.
     std::optional<FileState> information{};
     BundleFacts facts{};
 };

@@ -8,8 +8,8 @@
 
 namespace brevok {
 
-/// Which list of the service the stored state is. Empty when that is not known, or when the list is to be
-/// read again each time, because what is wrong in it is told each time.
+/// Which list of the service the stored state comes from. Empty when that is not known, or when the list is
+/// to be read again each time, because what is wrong in it is told each time.
 struct KeptList {
     QByteArray mark{}; ///< digest of the list's text
     Validator validator{};

@@ -41,8 +41,8 @@ public:
     using Taking = std::function<void(const Task &taken)>;
     /// What becomes of a list is its owner's concern.
     struct Owner {
-        /// Makes a good list ready, in the background and with values only. Once it is stored, it is kept()
-        /// as the owner is told here.
+        /// Prepares a good list to be taken over, in the background and with values only. Once it is stored,
+        /// kept() is @p as.
         std::function<Taking(const QJsonArray &list, const KeptList &as)> read;
         /// The same of the text, where that costs less. Nothing when it has to be decoded to be judged.
         std::function<Taking(const QByteArray &json, const KeptList &as)> readText{};

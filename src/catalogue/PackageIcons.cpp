@@ -54,11 +54,10 @@ QString iconFileName(const QString &address)
     return harmless ? name : QString();
 }
 
-PackageIcons::PackageIcons(ServiceClient &service, QString folder, ImageTest formsImage, QObject *parent)
+PackageIcons::PackageIcons(ServiceClient &service, QString folder, QObject *parent)
     : QObject(parent)
     , m_service(service)
     , m_folder(std::move(folder))
-    , m_formsImage(formsImage ? std::move(formsImage) : ImageTest(looksLikeImage))
 {
 }
 
@@ -84,11 +83,10 @@ void PackageIcons::load(const QString &package, const QString &path, const QStri
 
 void PackageIcons::readUnread()
 {
-    m_disk.add([self = QPointer<PackageIcons>(this), icons = std::exchange(m_unread, {}),
-                   formsImage = m_formsImage]() mutable {
+    m_disk.add([self = QPointer<PackageIcons>(this), icons = std::exchange(m_unread, {})]() mutable {
         for (StoredIcon &icon : icons) {
             const QByteArray data = readStored(icon.path);
-            icon.data = formsImage(data) ? data : QByteArray();
+            icon.data = looksLikeImage(data) ? data : QByteArray();
         }
         onMain(QCoreApplication::instance(), [self, icons] {
             if (self) {
@@ -153,7 +151,7 @@ void PackageIcons::startDownloads()
 
 void PackageIcons::show(const QString &package, const PackageIcon &icon)
 {
-    if (m_formsImage(icon.data)) {
+    if (looksLikeImage(icon.data)) {
         m_icons.insert(package, icon);
         Q_EMIT iconChanged();
     }

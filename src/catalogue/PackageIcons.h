@@ -13,8 +13,6 @@
 #include <QSet>
 #include <QString>
 
-#include <functional>
-
 namespace brevok {
 
 class ServiceClient;
@@ -25,9 +23,6 @@ struct PackageIcon {
     Validator validator{}; ///< of these bytes, where they were downloaded in this run
     [[nodiscard]] bool isGeneric() const { return data.isEmpty(); }
 };
-
-/// Tells whether bytes form an image.
-using ImageTest = std::function<bool(const QByteArray &)>;
 
 /// Whether @p data begins like an image file, as the machine's table of file types knows them; no image
 /// library is loaded for it.
@@ -44,7 +39,7 @@ class PackageIcons final : public QObject {
     Q_DISABLE_COPY_MOVE(PackageIcons)
 
 public:
-    PackageIcons(ServiceClient &service, QString folder, ImageTest formsImage, QObject *parent);
+    PackageIcons(ServiceClient &service, QString folder, QObject *parent);
     ~PackageIcons() override;
 
     [[nodiscard]] const QHash<QString, PackageIcon> &icons() const { return m_icons; }
@@ -91,7 +86,6 @@ private:
     qsizetype m_reading = 0; ///< those not read yet, and those whose data are not here yet
     QHash<QString, quint64> m_turns; ///< what was asked for last, by package
     quint64 m_turn = 0;
-    ImageTest m_formsImage;
     QHash<QString, PackageIcon> m_icons;
     QQueue<QString> m_waiting;
     QSet<QString> m_queued; ///< what m_waiting holds

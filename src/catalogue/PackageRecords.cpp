@@ -19,7 +19,7 @@ ListedPackages listedPackages(const QJsonArray &list)
     ListedPackages listed;
     const auto refuse = [&listed](const QString &line) {
         logLine(line);
-        listed.tellsAllAgain = false;
+        listed.mayBeKept = false;
     };
     for (const QJsonValue element : list) {
         if (!element.isObject()) {
@@ -36,7 +36,7 @@ ListedPackages listedPackages(const QJsonArray &list)
             refuse(u"package data do not containe name!"_s);
             continue;
         }
-        listed.tellsAllAgain = listed.tellsAllAgain && !package.contains(PackageKeys::iconPath);
+        listed.mayBeKept = listed.mayBeKept && !package.contains(PackageKeys::iconPath);
         listed.packages.append({name, package});
     }
     return listed;

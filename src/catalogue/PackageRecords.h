@@ -28,8 +28,9 @@ inline constexpr QLatin1StringView info("Info");
 /// The usable elements of a list that the service sends, each with the name that it goes by.
 struct ListedPackages {
     QList<std::pair<QString, Record>> packages{};
-    /// The records hold all that the list says: nothing was left out with a line in the log, or will change.
-    bool tellsAllAgain = true;
+    /// Whether the list need not be read again when it comes once more. It has to be where an element was
+    /// refused, which the log tells each time, or names the file of its icon, which may change.
+    bool mayBeKept = true;
 };
 /// In the order of @p list. Elements for other platforms are skipped, unusable ones with a log line. Any
 /// thread.

@@ -41,9 +41,9 @@ public:
     void letNextBegin() { m_updating = false; }
 
 Q_SIGNALS:
-    /// A calculation ended, and the statuses of @p prefixes are others than before.
+    /// A calculation ended, and changed the statuses of @p prefixes.
     void calculated(const QStringList &prefixes);
-    /// The same, and none is wanted any more.
+    /// A calculation ended, and no other is wanted.
     void settled();
 
 private:

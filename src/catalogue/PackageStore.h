@@ -17,7 +17,7 @@ public:
     explicit PackageStore(StateStore &state);
 
     [[nodiscard]] const PackageRecords &records() const { return m_records; }
-    /// The list that the records are.
+    /// The list of the service that the records stand for.
     [[nodiscard]] const KeptList &kept() const { return m_kept; }
     /// The names that this list holds; the other records are from earlier ones.
     [[nodiscard]] QStringList listed() const;
@@ -25,15 +25,15 @@ public:
     /// Reads what is stored. @return how many values were unusable, and left out
     int load();
     void put(const QString &name, const Record &package);
-    /// From the next save() on the records are @p list, which holds the names @p listed; an empty one: no
-    /// list's.
+    /// From the next save() on the records stand for @p list, which holds the names @p listed; for none when
+    /// it is empty.
     void setKept(const KeptList &list, const QSet<QString> &listed);
     /// The same records, under another validator.
     void setKept(const KeptList &list);
 
-    /// Stores what changed. With @p iconsComing, a record that lost nothing but its icon waits for it.
+    /// Stores what changed. While @p iconsComing, a record that lost only its icon waits: it gets it again.
     void save(bool iconsComing);
-    /// What stores all of it.
+    /// The changes that store everything.
     [[nodiscard]] StateChanges everything();
 
 private:
@@ -41,7 +41,7 @@ private:
 
     StateStore &m_state;
     PackageRecords m_records;
-    /// What the store holds of the records that changed since they were put there; nothing: no entry.
+    /// What the store still holds of the records that changed; nothing where it has no entry.
     QHash<QString, std::optional<Record>> m_unsaved;
     KeptList m_kept;
     QSet<QString> m_unlisted; ///< names that the kept list does not hold

@@ -21,7 +21,7 @@ inline constexpr auto refusedError = "com.tolvane.brevok.Error.Refused";
 /// the same call. Main thread.
 class ControlCall final {
 public:
-    /// @p answered hears that it is.
+    /// @p answered is called when the answer is on its way.
     ControlCall(QDBusConnection bus, const QDBusMessage &message, Task answered);
 
     void answer() const;

@@ -15,7 +15,7 @@ namespace brevok {
 /// One of them, by its name or its key in the store; undefined where there is none.
 [[nodiscard]] QJsonValue settingValue(const SettingsAccess &settings, const QString &key);
 
-/// The sentence that says so.
+/// The sentence that refuses a key which is no setting's.
 [[nodiscard]] QString noSuchSetting(const QString &key);
 
 /// Sets one by its name ("startAtLogin") or its key in the store ("OrlecStartAtLogin") from a text: yes/no,

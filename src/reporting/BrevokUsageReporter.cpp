@@ -56,8 +56,7 @@ void BrevokUsageReporter::usageReport()
 void BrevokUsageReporter::reportBody(QObject *context, BodyHandler done)
 {
     if (std::optional<UsageSnapshot> taken = snapshot()) {
-        gather(
-            std::move(*taken), context, [answer = std::move(done)](const QByteArray &body) { answer(body); });
+        gather(std::move(*taken), context, std::move(done));
     } else {
         onMain(context, [answer = std::move(done)] { answer(std::nullopt); });
     }

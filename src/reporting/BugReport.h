@@ -44,7 +44,7 @@ struct ReportOutcome {
 /// The body of a report: compact JSON.
 [[nodiscard]] QByteArray bugReportBody(const QString &email, const QList<ReportItem> &items);
 
-/// Where the way to the service ends, with or without a network.
+/// The outcome when the service cannot be reached, or not even the network.
 [[nodiscard]] ReportOutcome unreachableOutcome(bool networkReachable);
 
 /// What the service's answer means; logs it, without secrets.

@@ -9,7 +9,7 @@
 
 namespace brevok {
 
-/// So much of a log is sent at most: its end, in bytes.
+/// No more bytes of a log are sent: its last ones.
 inline constexpr qint64 longestTail = 256000;
 
 /// A file and when it was changed last; what crash reports are sorted by.

@@ -26,7 +26,6 @@ void sendReport(
     request.headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"},
         {versionHeader, versionHeaderValue}};
     request.body = post.body;
-    request.redirects = RedirectRule::SameOrigin;
     request.cookies = CookieRule::Take;
     request.logsChallenges = true;
     request.limits.bodyBytes = longestAnswer;

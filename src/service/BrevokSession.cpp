@@ -185,7 +185,6 @@ void BrevokSession::connectToURL(const QUrl &url, const QString &method, int sta
     request.method = method.toLatin1();
     request.headers = {{"Content-Type", "application/json"}, {"Accept", "application/json"},
         {"Accept-Encoding", "gzip"}, {versionHeader, versionHeaderValue}};
-    request.redirects = RedirectRule::SameOrigin;
     request.cookies = CookieRule::Take;
     request.logsChallenges = true;
     request.limits.bodyBytes = longestReply;

@@ -187,7 +187,6 @@ void Connectivity::send(const QUrl &url, const QByteArray &method, ServiceClient
 {
     ExchangeRequest request = m_network.request(url);
     request.method = method;
-    request.redirects = method == "POST" ? RedirectRule::SameOrigin : RedirectRule::SecureOnly;
     request.cookies = CookieRule::Take;
     request.logsChallenges = true;
     request.limits.bodyBytes = longestBody;

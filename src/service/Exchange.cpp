@@ -18,9 +18,9 @@ namespace {
 
 constexpr int redirectLimit = 5;
 
-bool keepsMethod(int status, const QByteArray &method)
+bool keepsMethod(int status)
 {
-    return status == 307 || status == 308 || method == "GET";
+    return status == 307 || status == 308;
 }
 
 std::optional<BrevokError> redirectFault(
@@ -29,11 +29,12 @@ std::optional<BrevokError> redirectFault(
     if (count > redirectLimit) {
         return transportError(TransportTooManyRedirects, Texts::tr("Too many HTTP redirects."), request.url);
     }
-    if (request.redirects == RedirectRule::SameOrigin && !sameOrigin(request.url, target)) {
+    const bool bringsSomething = request.method != "GET";
+    if (bringsSomething && !sameOrigin(request.url, target)) {
         return transportError(TransportRedirectedAway,
             Texts::tr("The server redirected the request to another server."), request.url);
     }
-    if (request.redirects == RedirectRule::SameOrigin && !keepsMethod(status, request.method)) {
+    if (bringsSomething && !keepsMethod(status)) {
         return transportError(TransportRedirectedAway,
             Texts::tr("The server redirected the request in a way that would lose it."), request.url);
     }
@@ -45,22 +46,17 @@ std::optional<BrevokError> redirectFault(
 }
 
 // What proves who the user is stays with the host it was meant for, a condition with its address.
-ExchangeRequest redirected(ExchangeRequest request, const QUrl &target, int status)
+ExchangeRequest redirected(ExchangeRequest request, const QUrl &target)
 {
     const bool away = !sameOrigin(request.url, target);
-    const bool stays = keepsMethod(status, request.method);
     const QUrl url = target.adjusted(QUrl::RemoveUserInfo | QUrl::RemoveFragment);
     const bool elsewhere = url != request.url;
     request.url = url;
-    request.headers.removeIf([away, stays, elsewhere](const auto &field) {
+    request.headers.removeIf([away, elsewhere](const auto &field) {
         const QByteArray name = field.first.toLower();
-        return (away && (name == "cookie" || name == "authorization")) || (!stays && name == "content-type")
+        return (away && (name == "cookie" || name == "authorization"))
             || (elsewhere && isCondition(field.first));
     });
-    if (!stays) {
-        request.method = "GET"_ba;
-        request.body.clear();
-    }
     return request;
 }
 
@@ -139,7 +135,7 @@ void Exchange::follow(const HttpReply &reply)
         settle({}, fault);
         return;
     }
-    m_request = redirected(std::move(m_request), target, reply.status);
+    m_request = redirected(std::move(m_request), target);
     startHop();
 }
 

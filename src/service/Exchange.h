@@ -13,25 +13,19 @@ namespace brevok {
 
 class NetworkFactory;
 
-/// Where a reply may lead a request, five times at most.
-enum class RedirectRule {
-    SameOrigin, ///< nowhere else than it was sent to, and never as another method
-    SecureOnly, ///< anywhere by https
-};
-
 /// What a request has to do with the cookies that the service sets.
 enum class CookieRule { None, Take, TakeAndSend };
 
 /// What is to be sent, and how it travels. NetworkFactory::request() makes one.
 struct ExchangeRequest : HttpRequest {
-    RedirectRule redirects = RedirectRule::SecureOnly;
     CookieRule cookies = CookieRule::None;
     bool logsChallenges = false; ///< of the servers it goes to
 };
 
 [[nodiscard]] bool sameOrigin(const QUrl &a, const QUrl &b);
 
-/// One request with all its hops; see NetworkFactory::send(). Deletes itself at the end.
+/// One request with all its hops, five redirects at most: a GET is led anywhere by https, another method
+/// nowhere else than it was sent to. See NetworkFactory::send(). Deletes itself at the end.
 class Exchange final : public QObject {
     Q_OBJECT
     Q_DISABLE_COPY_MOVE(Exchange)

@@ -10,7 +10,7 @@ namespace brevok {
 struct ExchangeRequest;
 class NetworkFactory;
 
-/// How much and how long other rooms' requests wait for.
+/// The limits of other rooms' requests.
 struct ServiceLimits {
     qint64 listBytes = 256LL * 1024 * 1024;
     qint64 fileBytes = 8LL * 1024 * 1024;

@@ -6,6 +6,7 @@
 #include "foundation/Log.h"
 #include "foundation/Record.h"
 #include "foundation/Texts.h"
+#include "service/TransportErrors.h"
 
 #include <QHash>
 
@@ -16,11 +17,6 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr int emptyBodyCode = -1;
-
-BrevokError replyError(int code, const QString &message)
-{
-    return {.domain = QString::fromLatin1(connectionErrorDomain), .code = code, .description = message};
-}
 
 QString unexpectedResponse()
 {

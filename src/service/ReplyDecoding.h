@@ -24,7 +24,7 @@ inline constexpr auto responseCodeHeader = "X-Tolvane-Brevok-Response-Code";
 [[nodiscard]] std::optional<QJsonDocument> jsonObjectFromData(
     const QByteArray &data, int status, std::optional<BrevokError> *error);
 
-/// The error of a reply that is not what was asked for; of any status but 200 it names the status alone.
+/// The error of a reply that is not what was asked for. If its status is not 200, it names just that.
 [[nodiscard]] BrevokError unexpectedReply(int status);
 
 /// The platform's text for an HTTP status code, such as "not found".

@@ -112,10 +112,12 @@ BrevokError transportErrorFor(const HttpReply &reply, const HttpRequest &request
 
 BrevokError replyError(int code, const QString &description, const QUrl &url)
 {
-    return {.domain = QString::fromLatin1(connectionErrorDomain),
-        .code = code,
-        .description = description,
-        .details = {{u"URL"_s, addressText(url)}}};
+    BrevokError error{
+        .domain = QString::fromLatin1(connectionErrorDomain), .code = code, .description = description};
+    if (!url.isEmpty()) {
+        error.details.insert(u"URL"_s, addressText(url));
+    }
+    return error;
 }
 
 } // namespace brevok

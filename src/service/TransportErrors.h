@@ -24,7 +24,7 @@ enum TransportErrorCode : int {
     TransportCertificateUntrusted = -1202,
 };
 
-/// @p url as logs and errors show it: without what it may tell in confidence.
+/// @p url as logs and errors show it: without user, query and fragment, which may hold secrets.
 [[nodiscard]] QString addressText(const QUrl &url);
 
 [[nodiscard]] BrevokError transportError(int code, const QString &description, const QUrl &url);
@@ -32,7 +32,7 @@ enum TransportErrorCode : int {
 /// Our error for the failure of @p reply to @p request, for the user.
 [[nodiscard]] BrevokError transportErrorFor(const HttpReply &reply, const HttpRequest &request);
 
-/// An error of a reply's content, for the user, on the way to @p url.
-[[nodiscard]] BrevokError replyError(int code, const QString &description, const QUrl &url);
+/// An error of a reply's content, for the user; @p url, where it is known, goes to the log.
+[[nodiscard]] BrevokError replyError(int code, const QString &description, const QUrl &url = {});
 
 } // namespace brevok

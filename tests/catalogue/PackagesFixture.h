@@ -27,7 +27,7 @@ struct PackagesFixture : CatalogueFixture {
         packages.reset();
         service.lists.clear();
         packages = std::make_unique<BrevokPackages>(
-            BrevokPackages::Collaborators{state, service, alerts, plugins, targets, dataFolder, {}});
+            BrevokPackages::Collaborators{state, service, alerts, plugins, targets, dataFolder});
         packages->start();
         return *packages;
     }

@@ -8,7 +8,6 @@
 #include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTest>
-#include <QTimer>
 
 using namespace brevok;
 using namespace brevok::testing;
@@ -20,7 +19,7 @@ const QByteArray png("\x89PNG\r\n\x1a\nrest");
 
 Validator tagged(const QByteArray &tag)
 {
-    return {.entityTag = '"' + tag + '"', .scope = "scope"};
+    return tag.isEmpty() ? Validator() : Validator{.entityTag = '"' + tag + '"', .scope = "scope"};
 }
 
 ServiceReply notModified()
@@ -61,16 +60,15 @@ struct Fixture : PackagesFixture {
         }
     }
     void check() { own ? own->checkForUpdates() : packages->checkForUpdates(); }
-    [[nodiscard]] QTimer *timer() const { return own ? own->updateTimer() : packages->updateTimer(); }
     [[nodiscard]] QObject *owner() const { return own ? static_cast<QObject *>(own.get()) : packages.get(); }
-    [[nodiscard]] QDateTime date() const { return own ? own->lastUpdate() : packages->lastUpdate(); }
     [[nodiscard]] bool holds(const QString &name) const
     {
         return own ? own->definition(u"140:"_s + name + u"_1"_s) != nullptr : names().contains(name);
     }
-    [[nodiscard]] QString dataKey() const
+    [[nodiscard]] QStringList dataKeys() const
     {
-        return own ? CatalogueKeys::pluginsData : CatalogueKeys::packagesData;
+        return own ? QStringList{CatalogueKeys::pluginsData, CatalogueKeys::pluginPrefixes}
+                   : QStringList{CatalogueKeys::packagesData};
     }
     [[nodiscard]] QByteArray list(const QStringList &elements, const QJsonArray &more = {}) const
     {
@@ -101,42 +99,6 @@ private Q_SLOTS:
     void init() { QTest::failOnWarning(QRegularExpression(u".*"_s)); }
     void cleanup() { QVERIFY(finishBackgroundWork(10000)); }
 
-    void theKeptListCountsAsAnswered_data() { lists(); }
-    // With all that a list answered with 200 brings, also in the next run of the program.
-    void theKeptListCountsAsAnswered()
-    {
-        QFETCH(QString, which);
-        Fixture f(which);
-        f.begin();
-        QVERIFY(f.service.lists[0].known.isEmpty());
-        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
-        for (int start = 0; start < 2; ++start) {
-            QVERIFY(f.flushed());
-            f.begin();
-            QCOMPARE(f.service.lists[0].known, tagged("1"));
-            const QDateTime before = QDateTime::currentDateTimeUtc();
-            const QSignalSpy finished(f.owner(), SIGNAL(checkFinished(bool)));
-            const QSignalSpy changed(
-                f.owner(), f.own ? SIGNAL(pluginsChanged(QStringList)) : SIGNAL(packagesChanged()));
-            f.service.answerList(notModified());
-            QCOMPARE(finished.size(), 1);
-            QVERIFY(finished[0][0].toBool());
-            QCOMPARE(changed.size(), 1);
-            QCOMPARE(f.timer()->interval(), 3600000);
-            QVERIFY(f.timer()->isActive() && f.date() >= before);
-            QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
-            QVERIFY(f.presenter.shown.isEmpty());
-        }
-        // Unasked it is what it always was: the end of the cycle.
-        const LogCapture log;
-        f.check();
-        f.service.answerList({.status = 304});
-        QVERIFY(!f.timer()->isActive());
-        QCOMPARE(LogCapture::lines().size(), 1);
-        QVERIFY(LogCapture::lines().value(0).endsWith(u"update failed with response: 304 - not modified"_s));
-        QCOMPARE(f.nextTag(), R"("1")"_ba);
-    }
-
     void whatIsNotWholeIsAskedForWhole_data() { lists(); }
     void whatIsNotWholeIsAskedForWhole()
     {
@@ -152,37 +114,28 @@ private Q_SLOTS:
         QCOMPARE(f.nextTag(), R"("1")"_ba);
         f.service.answerList(taggedReply("{}", "no list"));
         QCOMPARE(f.nextTag(), R"("1")"_ba); // what is stored is still that list
-
-        // A record that the disk has lost comes back.
-        const QStringList entries = f.state.entries(f.dataKey()).keys();
-        f.state.commit({{f.dataKey(), entries.constFirst(), std::nullopt}});
+        // What the service said last of the same list counts.
+        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "2"));
         QVERIFY(f.flushed());
         f.begin();
-        QVERIFY(f.service.lists[0].known.isEmpty());
-        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
-        QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
-        QCOMPARE(f.nextTag(), R"("1")"_ba);
+        QCOMPARE(f.nextTag(), R"("2")"_ba);
+        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), {}));
+        QCOMPARE(f.nextTag(), QByteArray());
+
+        // A record that the disk has lost comes back.
+        for (const QString &key : f.dataKeys()) {
+            const QStringList entries = f.state.entries(key).keys();
+            f.state.commit({{key, entries.constFirst(), std::nullopt}});
+            QVERIFY(f.flushed());
+            f.begin();
+            QVERIFY(f.service.lists[0].known.isEmpty());
+            f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "1"));
+            QVERIFY(f.holds(u"A"_s) && f.holds(u"B"_s));
+            QCOMPARE(f.nextTag(), R"("1")"_ba);
+        }
         // Nor does one that somebody else gave count as the service's.
         f.own ? f.own->updateWithArray({}) : f.packages->updateWithArray({});
         QCOMPARE(f.nextTag(), QByteArray());
-    }
-
-    void whatTheServiceSaidLastCounts_data() { lists(); }
-    void whatTheServiceSaidLastCounts()
-    {
-        QFETCH(QString, which);
-        Fixture f(which);
-        f.begin();
-        for (const char *tag : {"1", "2", "1"}) { // the list is the same each time
-            f.service.answerList(taggedReply(f.list({u"A"_s}), tag));
-            QCOMPARE(f.nextTag(), '"' + QByteArray(tag) + '"');
-        }
-        f.service.answerList(taggedReply(f.list({u"A"_s, u"B"_s}), "3"));
-        QVERIFY(f.flushed());
-        f.begin();
-        QCOMPARE(f.nextTag(), R"("3")"_ba);
-        f.service.answerList(good(QJsonDocument::fromJson(f.list({u"A"_s, u"B"_s})).array()));
-        QCOMPARE(f.nextTag(), QByteArray()); // it does not tell any more
     }
 
     void anotherListCameMeanwhile_data() { lists(); }
@@ -214,23 +167,6 @@ private Q_SLOTS:
         }
     }
 
-    void theOwnCheckEndsWithIt()
-    {
-        PackagesFixture f;
-        f.plugins.start();
-        f.service.answerList(taggedReply("[]", "1"));
-        BrevokPackages &packages = f.start();
-        f.service.answerList(taggedReply("[]", "1"));
-        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-        std::optional<OwnCheck::End> end;
-        packages.checkForUpdates(false, [&end](const OwnCheck::End &how) { end = how; });
-        f.service.answerList(notModified());
-        QVERIFY(!end);
-        f.service.answerList(notModified());
-        QVERIFY(end && !end->plugins && !end->packages);
-        QTRY_COMPARE(result.size(), 1);
-    }
-
     // As after each list; they too come only when they are others. What a list left out keeps its own.
     void packagesGetTheirIconsAgain()
     {
@@ -244,7 +180,7 @@ private Q_SLOTS:
             return QJsonDocument(list).toJson();
         };
         const auto answer = [&f](ServiceReply reply, const QByteArray &tag = {}) {
-            reply.validator = tag.isEmpty() ? Validator() : tagged(tag);
+            reply.validator = tagged(tag);
             f.service.files.takeFirst().handler(reply);
         };
         f.service.answerList(taggedReply(listed({u"gone"_s}), "1"));

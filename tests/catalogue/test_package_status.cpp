@@ -37,8 +37,7 @@ QList<StatusBuild> builds(const QList<Record> &records)
 
 using BuildsMatchHosts = Table<int, QList<int>, QList<int>>;
 using BundlesHaveAStatus = Table<QJsonValue, QJsonValue, int, QString, PackageStatus>;
-using ResultsCombine = Table<PackageStatus, PackageStatus, PackageStatus, PackageStatus>;
-using PackagesAreExaminedOnDisk = Table<QString, QString, bool, PackageStatus, bool>;
+using PackagesAreExaminedOnDisk = Table<QString, QString, QString, bool, PackageStatus, bool>;
 
 class PackageStatusTest : public QObject {
     Q_OBJECT
@@ -51,13 +50,9 @@ private Q_SLOTS:
         const BuildsMatchHosts row;
         row("75", 75, {75, 79}, {70});
         row("74", 74, {70}, {75});
-        row("70", 70, {74}, {});
         row("162", 162, {160}, {163});
-        row("160", 160, {162}, {});
         row("163", 163, {}, {162});
-        row("165", 165, {164, 166}, {});
         row("140", 140, {140}, {142});
-        row("142", 142, {140}, {});
         row("150", 150, {}, {140});
         row("none", 0, {0}, {1});
     }
@@ -83,15 +78,10 @@ private Q_SLOTS:
         row("any minor", u"14.3"_s, u"2.1"_s, 140, "2.1", UpToDate);
         row("16.3 in 163", u"16.3"_s, u"2.1"_s, 163, "2.1", UpToDate);
         row("16.2 in 163", u"16.2"_s, u"2.1"_s, 163, "2.1", NotUpdated);
-        row("16.4 in 160", u"16.4"_s, u"2.1"_s, 160, "2.1", NotUpdated);
-        row("7.5 in 75", u"7.5"_s, u"2.1"_s, 75, "2.1", UpToDate);
         row("7.0 in 75", u"7.0"_s, u"2.1"_s, 75, "2.1", NotUpdated);
         row("host as number", 14.0, u"2.1"_s, 140, "2.1", UpToDate);
-        row("host as list", {}, u"2.1"_s, 140, "2.1", NotUpdated);
         row("huge host", QString(300, u'9'), u"2.1"_s, 140, "2.1", NotUpdated);
         row("no version", u"14.0"_s, absent, 140, "2.1", NotInstalled);
-        row("empty version", u"14.0"_s, u""_s, 140, "2.1", NotInstalled);
-        row("numeric version", u"14.0"_s, 2.1, 140, "2.1", NotInstalled);
         row("blank first", u"14.0"_s, u" 2.1"_s, 140, "2.1", MissingData);
         row("nothing offered", u"14.0"_s, u"2.1"_s, 140, "", MissingData);
     }
@@ -106,90 +96,62 @@ private Q_SLOTS:
         QCOMPARE(statusOfBundle(bundleFacts(false, {}), HostCode(target), offered), NotInstalled);
     }
 
-    void resultsCombine_data()
-    {
-        const ResultsCombine add;
-        const auto row = [&](PackageStatus before, PackageStatus result, auto plain, auto support) {
-            add(qPrintable(packageStatusName(before) + u" then "_s + packageStatusName(result)), before,
-                result, plain, support);
-        };
-        row(MissingData, NotInstalled, NotInstalled, NotInstalled);
-        row(MissingData, NotUpdated, NotUpdated, NotUpdated);
-        row(UpToDate, UpToDate, UpToDate, UpToDate);
-        row(UpToDate, NotInstalled, Mixed, Mixed);
-        row(UpToDate, NotUpdated, MixedNotUpdated, Mixed);
-        row(NotUpdated, UpToDate, MixedNotUpdated, Mixed);
-        row(NotUpdated, NotUpdated, NotUpdated, NotUpdated);
-        row(Mixed, NotUpdated, MixedNotUpdated, Mixed);
-        row(Mixed, UpToDate, Mixed, Mixed);
-        row(MixedNotUpdated, UpToDate, MixedNotUpdated, Mixed);
-        row(InProgress, UpToDate, Mixed, Mixed);
-        row(InProgress, NotUpdated, MixedNotUpdated, Mixed);
-        row(UpToDate, MissingData, Mixed, Mixed);
-    }
-
-    void resultsCombine()
-    {
-        // support: in a package of the maker's own
-        const auto [before, result, plain, support] = ResultsCombine::current();
-        QCOMPARE(combinedStatus(before, result, isSupportPlugin(u"MyPlugin"_s), u"P"_s), plain);
-        for (const QString &name : {u"Tolvane"_s, u"Vondrel Tools"_s}) {
-            for (const QString &prefix : {u"KM#xR57"_s, u"0xr5700"_s}) {
-                QCOMPARE(combinedStatus(before, result, isSupportPlugin(name), prefix), support);
-            }
-            QCOMPARE(combinedStatus(before, result, isSupportPlugin(name), u"P"_s), before);
-        }
-    }
-
     void packagesAreExaminedOnDisk_data()
     {
         const PackagesAreExaminedOnDisk row;
-        row("installed everywhere", "2.0", "2.1", false, UpToDate, false);
-        row("nowhere", "", "", false, NotInstalled, false);
-        row("in one", "2.0", "", false, Mixed, false);
-        row("older in one", "2.0", "1.9", false, MixedNotUpdated, true);
-        row("broken in both", "-", "-", false, NotUpdated, true);
-        row("pending at last", "2.0", "2.0", true, InProgress, false);
-        row("pending at last, older before", "1.0", "2.0", true, InProgress, true);
+        row("installed everywhere", "A/P", "2.0", "2.1", false, UpToDate, false);
+        row("nowhere", "A/P", "", "", false, NotInstalled, false);
+        row("in one", "A/P", "2.0", "", false, Mixed, false);
+        row("older in the first", "A/P", "1.9", "2.0", false, MixedNotUpdated, true);
+        row("older in the second", "A/P", "2.0", "1.9", false, MixedNotUpdated, true);
+        row("broken in both", "A/P", "-", "-", false, NotUpdated, true);
+        row("pending at last", "A/P", "2.0", "2.0", true, InProgress, false);
+        row("pending at last, older before", "A/P", "1.0", "2.0", true, InProgress, true);
+        row("support elsewhere", "Tolvane/P", "2.0", "", false, MissingData, false);
+        row("support, older in one", "Tolvane/KM#xR57", "1.9", "2.0", false, Mixed, true);
+        row("older support", "Vondrel Tools/0xr5700", "2.0", "1.9", false, Mixed, true);
     }
 
     void packagesAreExaminedOnDisk()
     {
+        // listed: the plug-in and the package that it belongs to
         // first: installed version in a target 140; "-" for a broken bundle
         // second: the same in a target 150
         // pending: a command for the build of the second
-        const auto [first, second, pending, status, update] = PackagesAreExaminedOnDisk::current();
+        const auto [listed, first, second, pending, status, update] = PackagesAreExaminedOnDisk::current();
+        const QString name = listed.section(u'/', 0, 0);
+        const QString prefix = listed.section(u'/', 1);
         const QTemporaryDir folder;
         const QString one = folder.path() + u"/1/Plug-Ins/"_s;
         const QString two = folder.path() + u"/2/Plug-Ins/"_s;
-        const auto install = [](const QString &target, const QString &version, const QString &host) {
+        const auto install = [&name](const QString &target, const QString &version, const QString &host) {
             if (version == u"-") {
                 QVERIFY(
-                    writeFile(installedPluginPath(target, u"A"_s) + u"/Contents/Info.plist"_s, "<plist><di"));
+                    writeFile(installedPluginPath(target, name) + u"/Contents/Info.plist"_s, "<plist><di"));
             } else if (!version.isEmpty()) {
-                writeInstalledPlugin(target, u"A"_s, version, host);
+                writeInstalledPlugin(target, name, version, host);
             }
         };
         install(one, first, u"14.0"_s);
         install(two, second, u"15.0"_s);
-        Record last = build(u"A"_s, u"P"_s, u"2.0"_s, 150);
+        Record last = build(name, prefix, u"2.0"_s, 150);
         if (pending) {
             last.insert(PluginKeys::commandQueue, QJsonArray{QJsonArray{u"removeStart"_s, u"/x"_s}});
         }
         const auto target = [](const QString &path, const QString &version) {
             return Record{{TargetKeys::path, path}, {TargetKeys::version, version}};
         };
-        StatusInput input{.prefixes = {u"P"_s, u"Q"_s},
-            .builds = {{u"P"_s, builds({build(u"A"_s, u"P"_s, u"2.0"_s), last})},
+        StatusInput input{.prefixes = {prefix, u"Q"_s},
+            .builds = {{prefix, builds({build(name, prefix, u"2.0"_s), last})},
                 {u"Q"_s, builds({build(u"A"_s, u"Q"_s, u"2.0"_s, 190)})}},
             .validTargets = {{one, target(one, u"140"_s)}, {two, target(two, u"150"_s)}}};
         const StatusResult result = calculatedStatuses(input);
-        QCOMPARE(result.statuses.value(u"P"_s), status);
-        QCOMPARE(result.updates.contains(u"P"_s), update);
+        QCOMPARE(result.statuses.value(prefix), status);
+        QCOMPARE(result.updates.contains(prefix), update);
         QCOMPARE(result.statuses.value(u"Q"_s), MissingData); // no build fits
 
         input.validTargets.clear();
-        QCOMPARE(calculatedStatuses(input).statuses.value(u"P"_s), MissingData);
+        QCOMPARE(calculatedStatuses(input).statuses.value(prefix), MissingData);
     }
 
     void detailsAreLogged()

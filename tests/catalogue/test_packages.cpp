@@ -20,8 +20,7 @@ using namespace Qt::StringLiterals;
 using Fixture = PackagesFixture;
 
 using ElementsAreChecked = Table<QJsonValue, bool, QString>;
-using UsersCheckTellsOfNewUpdates = Table<int, QString, QString>;
-using FailedOwnCheckHasNoResult = Table<int, int, QString>;
+using FailedOwnCheckHasNoResult = Table<ServiceReply, ServiceReply, QString>;
 
 class PackagesTest : public QObject {
     Q_OBJECT
@@ -45,11 +44,9 @@ private Q_SLOTS:
         row("good", QJsonValue(good), true, QString());
         row("without prefix", mutated("Prefix", QJsonValue(QJsonValue::Undefined)), true, QString());
         row("number", QJsonValue(1), false, notDictionary);
-        row("list", QJsonValue(QJsonArray{good}), false, notDictionary);
         row("other platform", mutated("Platform", u"Win"_s), false, QString());
         row("nameless, other platform", QJsonValue(QJsonObject{{u"Platform"_s, u"Win"_s}}), false, QString());
         row("no name", mutated("Name", u""_s), false, incomplete);
-        row("number for name", mutated("Name", 3), false, incomplete);
         row("no publication", mutated("Published", QJsonValue()), false, incomplete);
         row("number for version", mutated("Version", 1.5), false, incomplete);
     }
@@ -81,42 +78,27 @@ private Q_SLOTS:
         QCOMPARE(BrevokPackages::packages(), f.packages.get());
     }
 
-    void repliesAreHandled()
+    // How replies are handled is the same as for plug-ins.
+    void repliesHaveTheirOwnWords()
     {
         Fixture f;
         f.state.setDate(
             CatalogueKeys::productsUpdateDate, QDateTime::currentDateTimeUtc().addDays(9).addSecs(60));
         BrevokPackages &packages = f.start();
         QCOMPARE(f.service.lists[0].path, u"/api/product/list"_s);
-        const QSignalSpy finished(&packages, &BrevokPackages::checkFinished);
         const LogCapture log;
         f.service.answerList({.status = 0, .error = BrevokError{}});
-        QCOMPARE(packages.updateTimer()->interval(), 60000);
         QCOMPARE(f.presenter.shown.size(), 1);
         QCOMPARE(f.presenter.shown[0].messageText, u"Failed to update Products data"_s);
         QCOMPARE(f.presenter.shown[0].informativeText,
             u"Unable to contact the Tolvane Brevok server for 9 days."_s);
         QVERIFY(LogCapture::contains(u"Packages update failed with error"_s));
-
-        packages.updateTimer()->start(0);
-        QTRY_COMPARE(f.service.lists.size(), 1);
-        f.service.answerList(good({package(u"A"_s)}));
-        QCOMPARE(packages.updateTimer()->interval(), 3600000);
-        QVERIFY(f.state.date(CatalogueKeys::productsUpdateDate) < QDateTime::currentDateTimeUtc().addDays(1));
-
         packages.checkForUpdates();
         f.service.answerList({.status = 200, .body = "{}"});
         QVERIFY(LogCapture::contains(u"Packages definitions update failed!"_s));
-        QVERIFY(packages.updateTimer()->isActive());
         packages.checkForUpdates();
         f.service.answerList({.status = 500});
         QVERIFY(LogCapture::contains(u"Packages update failed with response: 500 - internal server error"_s));
-        QVERIFY(!packages.updateTimer()->isActive());
-        f.service.reachable = false;
-        packages.checkForUpdates();
-        QCOMPARE(finished.size(), 5);
-        QVERIFY(finished[1][0].toBool() && !finished[4][0].toBool());
-        QCOMPARE(packages.packageRecords().size(), 1);
     }
 
     void storedRubbishIsSurvived()
@@ -175,40 +157,16 @@ private Q_SLOTS:
         QTRY_COMPARE(f.iconPath(u"A"_s), QString());
     }
 
-    void statusesFollowEveryChange()
-    {
-        Fixture f;
-        BrevokPackages &packages = f.start();
-        const QSignalSpy settled(&packages, &BrevokPackages::statusesSettled);
-        const auto status = [&] {
-            return packages.packagesStatus().value(u"P"_s, PackageStatus::MissingData);
-        };
-        packages.updateWithArray({package(u"A"_s)});
-        QVERIFY(packages.updating());
-        QTRY_VERIFY(!settled.isEmpty());
-        QCOMPARE(status(), PackageStatus::MissingData);
-        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"2.0"_s)});
-        const QString target = f.target(u"A"_s, u"1.0"_s);
-        QTRY_COMPARE(status(), PackageStatus::NotUpdated);
-        writeInstalledPlugin(target, u"A"_s, u"2.0"_s, u"14.0"_s);
-        f.plugins.updateWithArray({});
-        QTRY_COMPARE(status(), PackageStatus::UpToDate);
-        f.targets.setTarget(target, false);
-        QTRY_COMPARE(status(), PackageStatus::MissingData);
-        QVERIFY(packages.statusTimer()->isActive());
-        QCOMPARE(packages.statusTimer()->interval(), 1000);
-    }
-
     void aChangeOfOnePluginIsCalculatedAlone()
     {
         Fixture f;
         BrevokPackages &packages = f.start();
         const QString target = f.target(u"A"_s, u"1.0"_s);
         f.target(u"C"_s, u"1.0"_s);
-        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"1.0"_s), build(u"A"_s, u"Q"_s, u"2.0"_s),
-            build(u"C"_s, u"R"_s, u"2.0"_s), build(u"A"_s, u"unpublished"_s, u"2.0"_s)});
         packages.updateWithArray(
             {package(u"a"_s), package(u"b"_s, u"Q"_s), package(u"c"_s, u"R"_s), package(u"d"_s, u"R"_s)});
+        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"1.0"_s), build(u"A"_s, u"Q"_s, u"2.0"_s),
+            build(u"C"_s, u"R"_s, u"2.0"_s), build(u"A"_s, u"unpublished"_s, u"2.0"_s)});
         const auto statuses = [&] {
             const auto &all = packages.packagesStatus();
             return QList{all.value(u"P"_s), all.value(u"Q"_s), all.value(u"R"_s)};
@@ -235,6 +193,8 @@ private Q_SLOTS:
         QTRY_COMPARE(statuses(), (QList{UpToDate, UpToDate, UpToDate}));
         QTRY_COMPARE(packages.updates(), 0);
         QVERIFY(f.state.entries(CatalogueKeys::notifiedPackages).isEmpty());
+        f.targets.setTarget(target, false);
+        QTRY_COMPARE(statuses(), (QList{MissingData, MissingData, MissingData}));
     }
 
     void callsDuringACalculationAreServedAfterIt()
@@ -257,67 +217,43 @@ private Q_SLOTS:
         f.packages.reset(); // while it runs
     }
 
-    void usersCheckTellsOfNewUpdates_data()
-    {
-        const UsersCheckTellsOfNewUpdates row;
-        row("none", 0, "You're up-to-date!", "There are no new Plug-In updates available.");
-        row("one", 1, "Plug-In update available!", "p0 Plug-In update is available.");
-        row("three", 3, "Plug-In updates available!", "You have 3 Plug-In updates available.");
-    }
-
     void usersCheckTellsOfNewUpdates()
     {
-        const auto [outdated, title, label] = UsersCheckTellsOfNewUpdates::current();
         Fixture f;
         BrevokPackages &packages = f.start();
-        QJsonArray list{package(u"current"_s, u"C"_s)};
+        f.service.lists.clear();
+        const QSignalSpy progress(&packages, &BrevokPackages::updateProgressWanted);
+        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
         QJsonArray builds{build(u"C"_s, u"C"_s, u"1.0"_s)};
+        QJsonArray list{package(u"current"_s, u"C"_s)};
         f.target(u"C"_s, u"1.0"_s);
-        for (int i = 0; i < outdated; ++i) {
-            const QString name = u"p%1"_s.arg(i);
+        const auto publish = [&](const QString &name) {
             list.append(package(name, name));
             builds.append(build(name, name, u"2.0"_s));
             f.target(name, u"1.0"_s);
-        }
-        const QSignalSpy progress(&packages, &BrevokPackages::updateProgressWanted);
-        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-        const QSignalSpy count(&packages, &BrevokPackages::updatesChanged);
-        packages.checkForUpdates(false);
-        QCOMPARE(progress.size(), 1);
-        f.service.lists.removeFirst(); // of the start
-        f.service.answerList(good(builds));
-        f.service.answerList(good(list));
-        QTRY_COMPARE(result.size(), 1); // by way of the lazy notification
-        QCOMPARE(result[0][0].toString(), title);
-        QCOMPARE(result[0][1].toString(), label);
-        QCOMPARE(count.last()[0].toInt(), outdated);
-        QCOMPARE(packages.updates(), outdated);
-        QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), outdated);
-        packages.notifyPackageStatuses();
-        QCOMPARE(result.size(), 1);
-        packages.forgetNotified(u"p0"_s);
-        QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), qMax(outdated - 1, 0));
-    }
-
-    void announcedOnceIsNotNew()
-    {
-        Fixture f;
-        BrevokPackages &packages = f.start();
-        f.plugins.updateWithArray({build(u"A"_s, u"P"_s, u"2.0"_s)});
-        f.target(u"A"_s, u"1.0"_s);
-        packages.updateWithArray({package(u"A"_s)});
-        QTRY_COMPARE(packages.packagesStatus().value(u"P"_s), PackageStatus::NotUpdated);
-        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-        f.service.lists.clear();
-        for (const QString &title : {u"Plug-In update available!"_s, u"You're up-to-date!"_s}) {
+        };
+        const auto check = [&](int updates, const QString &title, const QString &label) {
+            const qsizetype before = result.size();
             packages.checkForUpdates(false);
             packages.notifyPackageStatuses(); // is too early: nobody has answered
-            f.service.answerList(good({build(u"A"_s, u"P"_s, u"2.0"_s)}));
-            f.service.answerList(good({package(u"A"_s)}));
-            QTRY_COMPARE(result.value(result.size() - 1).value(0).toString(), title);
-            QCOMPARE(packages.updates(), 1);
-        }
-        QCOMPARE(result.size(), 2);
+            f.service.answerList(good(builds));
+            f.service.answerList(good(list));
+            QTRY_COMPARE(result.size(), before + 1); // by way of the lazy notification
+            QCOMPARE(result.last()[0].toString(), title);
+            QCOMPARE(result.last()[1].toString(), label);
+            QCOMPARE(progress.size(), result.size());
+            QCOMPARE(packages.updates(), updates);
+            QCOMPARE(f.state.entries(CatalogueKeys::notifiedPackages).size(), updates);
+        };
+        const QString none = u"There are no new Plug-In updates available."_s;
+        check(0, u"You're up-to-date!"_s, none);
+        publish(u"p0"_s);
+        check(1, u"Plug-In update available!"_s, u"p0 Plug-In update is available."_s);
+        check(1, u"You're up-to-date!"_s, none); // announced once, it is not new
+        publish(u"p1"_s);
+        publish(u"p2"_s);
+        packages.forgetNotified(u"p0"_s);
+        check(3, u"Plug-In updates available!"_s, u"You have 3 Plug-In updates available."_s);
     }
 
     void ownCheckIsNotDoneBeforeItsLists()
@@ -348,60 +284,44 @@ private Q_SLOTS:
         QVERIFY(failed.isEmpty());
     }
 
+    // The replies to the two requests, and the cause that is told.
     void failedOwnCheckHasNoResult_data()
     {
         const FailedOwnCheckHasNoResult row;
-        row("no list", 0, 200, "Unexpected server response.");
-        row("no list of packages", 1, 200, "Unexpected server response.");
-        row("status", 0, 503, "Server responded with HTTP code: 503.");
-        row("transport", 1, 0, "it broke");
-        row("no network", -1, 0, "Network is unreachable. Is your internet connection down?");
+        const ServiceReply builds = good({build(u"p"_s, u"p"_s, u"2.0"_s)});
+        const ServiceReply list = good({package(u"p"_s, u"p"_s)});
+        row("no list", {.status = 200, .body = "<html></html>"}, list, "Unexpected server response.");
+        row("status", builds, {.status = 503}, "Server responded with HTTP code: 503.");
+        row("transport", builds, {.error = BrevokError{.description = u"it broke"_s}}, "it broke");
+        row("no network", {}, {}, "Network is unreachable. Is your internet connection down?");
     }
 
     void failedOwnCheckHasNoResult()
     {
-        // failing: of the two requests
-        const auto [failing, status, cause] = FailedOwnCheckHasNoResult::current();
+        const auto [builds, list, cause] = FailedOwnCheckHasNoResult::current();
         Fixture f;
         BrevokPackages &packages = f.start();
-        f.service.lists.clear();
-        f.service.reachable = failing >= 0;
+        f.target(u"p"_s, u"1.0"_s);
+        f.service.answerList(good({package(u"p"_s, u"p"_s)})); // at the start, with no build for it
         const QSignalSpy result(&packages, &BrevokPackages::updateResult);
         const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
+        f.service.reachable = builds.status != 0;
         packages.checkForUpdates(false);
-        for (int i = 0; f.service.reachable && i < 2; ++i) {
-            const ServiceReply bad{.status = status,
-                .body = "<html></html>",
-                .headers = {},
-                .error =
-                    status == 0 ? std::optional(BrevokError{.description = u"it broke"_s}) : std::nullopt};
-            f.service.answerList(i == failing ? bad : good({}));
+        if (f.service.reachable) {
+            f.service.answerList(builds);
+            f.service.answerList(list);
         }
         QTRY_COMPARE(failed.size(), 1);
         QCOMPARE(failed[0][0].toString(), cause);
         QTRY_VERIFY(!packages.updating());
         packages.notifyPackageStatuses();
         QVERIFY(result.isEmpty());
-    }
+        QTRY_COMPARE(packages.updates(), list.status == 200 || !f.service.reachable ? 0 : 1);
 
-    void whatAFailedOwnCheckFoundIsToldLater()
-    {
-        Fixture f;
-        BrevokPackages &packages = f.start();
-        f.target(u"p"_s, u"1.0"_s);
-        const QJsonArray builds{build(u"p"_s, u"p"_s, u"2.0"_s)};
-        const QSignalSpy result(&packages, &BrevokPackages::updateResult);
-        const QSignalSpy failed(&packages, &BrevokPackages::ownCheckFailed);
-        f.service.answerList(good({package(u"p"_s, u"p"_s)})); // at the start, with no build for it
-        f.service.lists.clear();
+        // What it found is told with the next one.
+        f.service.reachable = true;
         packages.checkForUpdates(false);
-        f.service.answerList(good(builds));
-        f.service.answerList({.status = 503});
-        QTRY_COMPARE(failed.size(), 1);
-        QTRY_COMPARE(packages.updates(), 1);
-        QVERIFY(result.isEmpty());
-        packages.checkForUpdates(false);
-        f.service.answerList(good(builds));
+        f.service.answerList(good({build(u"p"_s, u"p"_s, u"2.0"_s)}));
         f.service.answerList(good({package(u"p"_s, u"p"_s)}));
         QTRY_COMPARE(result.size(), 1);
         QCOMPARE(result[0][0].toString(), u"Plug-In update available!"_s);

@@ -90,47 +90,6 @@ private Q_SLOTS:
         }
     }
 
-    void aListIsTakenAgainWhenSomethingIsMissing_data()
-    {
-        QTest::addColumn<QString>("what");
-        for (const char *what : {"a build", "a prefix", "the mark", "nothing, but an element is invalid",
-                 "nothing, but another list came between"}) {
-            QTest::addRow("%s", what) << QString::fromLatin1(what);
-        }
-    }
-
-    void aListIsTakenAgainWhenSomethingIsMissing()
-    {
-        QFETCH(QString, what);
-        Fixture f;
-        QJsonArray list{build(u"A"_s), build(u"B"_s, u"Q"_s)};
-        const bool invalid = what.contains(u"invalid"_s);
-        if (invalid) {
-            list.append(7);
-        }
-        const LogCapture log;
-        {
-            BrevokPlugins plugins(f.state, f.service, f.alerts);
-            plugins.start();
-            f.service.answerList(good(list));
-            if (what.contains(u"another"_s)) {
-                plugins.checkForUpdates();
-                f.service.answerList(good({build(u"A"_s, u"P"_s, u"1"_s, 140, u"https://x/other.zip"_s)}));
-            }
-        }
-        f.state.commit(what == u"a build"_s ? StateChanges{{CatalogueKeys::pluginsData, u"140:B_1"_s, {}}}
-                : what == u"a prefix"_s     ? StateChanges{{CatalogueKeys::pluginPrefixes, u"Q"_s, {}}}
-                : what == u"the mark"_s     ? StateChanges{{CatalogueKeys::pluginList, QString(), {}}}
-                                            : StateChanges());
-        BrevokPlugins plugins(f.state, f.service, f.alerts);
-        plugins.start();
-        f.service.answerList(good(list));
-        QCOMPARE(buildsOf(plugins, u"Q"_s), QStringList{u"140:B_1"_s});
-        QCOMPARE(plugins.definition(u"140:A_1"_s)->record.value(PluginKeys::link).toString(),
-            u"https://x/a.zip"_s);
-        QCOMPARE(LogCapture::count(u"plugin is not nsdirectory!"_s), invalid ? 2 : 0);
-    }
-
     void theListThatCameLastCounts()
     {
         PluginsFixture f;
@@ -267,24 +226,6 @@ private Q_SLOTS:
         for (const QJsonValue definition : stored) {
             QVERIFY(!definition.toObject().contains(PluginKeys::commandQueue));
         }
-    }
-
-    void changesAreHandedOverBeforeTheyAreAnnounced()
-    {
-        PluginsFixture f;
-        f.plugins.updateWithArray({build(u"A"_s)});
-        QStringList order;
-        const auto savedVersion = [&] {
-            return definitionsIn(f.state, u"P"_s)[0].toObject().value("SavedVersion"_L1).toString(u"none"_s);
-        };
-        connect(&f.plugins, &BrevokPlugins::pluginsWillChange, this,
-            [&] { order << u"will "_s + savedVersion(); });
-        connect(
-            &f.plugins, &BrevokPlugins::pluginsChanged, this, [&] { order << u"did "_s + savedVersion(); });
-        f.set(u"140:A_1"_s, PluginKeys::savedVersion, u"Downloading"_s);
-        QCOMPARE(order, (QStringList{u"will none"_s, u"did Downloading"_s}));
-        f.plugins.announceChange();
-        QCOMPARE(order.mid(2), (QStringList{u"will Downloading"_s, u"did Downloading"_s}));
     }
 };
 

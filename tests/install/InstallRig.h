@@ -83,7 +83,7 @@ struct InstallRig {
     FakeRunningApplications applications;
     BrevokTargetApps targets{state, search};
     BrevokPlugins plugins{state, service, alerts};
-    BrevokPackages packages{{state, service, alerts, plugins, targets, dataFolder(), &looksLikeImage}};
+    BrevokPackages packages{{state, service, alerts, plugins, targets, dataFolder()}};
     BrevokAppInstaller installer{
         {ownFiles, helper, applications, state, alerts, plugins, packages, workspace(), ::getuid(), [this] {
              return clock;

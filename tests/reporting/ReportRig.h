@@ -3,85 +3,47 @@
 
 #pragma once
 
-#include "alerts/BrevokAlertQueue.h"
-#include "catalogue/BrevokPackages.h"
+#include "../catalogue/PackagesFixture.h"
+#include "../service/ServiceStage.h"
 #include "foundation/Tasks.h"
 #include "platform/PropertyLists.h"
 #include "reporting/BugReporter.h"
 #include "service/Connectivity.h"
-#include "service/NetworkFactory.h"
-#include "support/FakePlatform.h"
 #include "support/FakeRouteLookup.h"
-#include "support/FakeServiceClient.h"
 #include "support/LogCapture.h"
-#include "support/SampleBundles.h"
-#include "support/ScratchStateStore.h"
-#include "support/ScriptedAlertPresenter.h"
-#include "support/servers/FaultServer.h"
-#include "targets/BrevokTargetApps.h"
 
 #include <QJsonArray>
-#include <QTemporaryDir>
 
 namespace brevok::testing {
 
 /// What reports are made of, on real files, and the service they go to.
-struct ReportRig {
+struct ReportRig : ServiceStage, PackagesFixture {
     Q_DISABLE_COPY_MOVE(ReportRig)
 
     inline static const QString homePath = QStringLiteral("/");
     inline static const QString reportPath = QStringLiteral("/api/machine/report");
     inline static const QString usagePath = QStringLiteral("/api/stats/plugins");
 
-    explicit ReportRig(int timeoutMs = 30000)
-        : network({.baseUrl = server.url(),
-            .extraAuthorities = TestCertificates::shared().authorities(),
-            .reachabilityHost = QStringLiteral("public.example"),
-            .requestTimeoutMs = timeoutMs})
+    ReportRig()
     {
         QDir().mkpath(logs());
         server.on(QString(), Response::ok("here"));
         server.on(homePath, Response::ok("here"));
-        plugins.updateWithArray({definition(QStringLiteral("Alpha"), QStringLiteral("0xA")),
-            definition(QStringLiteral("Beta"), QStringLiteral("0xB"))});
-        packages.updateWithArray({QJsonObject{{PackageKeys::name, QStringLiteral("Alpha")},
-            {PackageKeys::prefix, QStringLiteral("0xA")}, {PackageKeys::version, QStringLiteral("1")},
-            {PackageKeys::published, QStringLiteral("now")},
-            {PackageKeys::platform, QStringLiteral("Mac")}}});
+        plugins.updateWithArray({build(QStringLiteral("Alpha"), QStringLiteral("0xA")),
+            build(QStringLiteral("Beta"), QStringLiteral("0xB"))});
+        packages->updateWithArray({package(QStringLiteral("Alpha"), QStringLiteral("0xA"))});
     }
     ~ReportRig() { finishBackgroundWork(30000); }
 
-    QTemporaryDir folder;
     LogCapture log;
-    FaultServer server;
-    ScratchStateStore scratch;
-    StateStore &state = scratch.store;
-    FakeServiceClient service;
-    ScriptedAlertPresenter presenter;
-    RecordingPanel panel;
-    BrevokAlertQueue alerts{presenter, panel};
-    FakeApplicationSearch search;
     FakeRouteLookup routes;
-    NetworkFactory network;
     Connectivity connectivity{network, routes};
-    BrevokTargetApps targets{state, search};
-    BrevokPlugins plugins{state, service, alerts};
-    BrevokPackages packages{
-        {state, service, alerts, plugins, targets, folder.filePath(QStringLiteral("data")), &looksLikeImage}};
-    QString sessionId;
     MainBundle bundle = makeBundle();
-    BugReporter reporter{{network, connectivity, &packages, &plugins, &targets, [this] { return sessionId; },
+    BugReporter reporter{{network, connectivity, &start(), &plugins, &targets, [this] { return sessionId; },
         bundle, {.settingsFile = {}, .applicationSupport = {}, .library = folder.path(), .autostart = {}}}};
 
     [[nodiscard]] QString logs() const { return folder.filePath(QStringLiteral("Logs")); }
     [[nodiscard]] QList<Request> arrived(const QString &path) const { return server.requests(path); }
-    static QJsonObject definition(const QString &name, const QString &prefix)
-    {
-        return {{PluginKeys::name, name}, {PluginKeys::prefix, prefix},
-            {PluginKeys::version, QStringLiteral("2.0")}, {PluginKeys::hostVersion, 140},
-            {PluginKeys::size, 10}, {PluginKeys::link, QStringLiteral("https://x/a.zip")},
-            {PluginKeys::published, QStringLiteral("now")}, {PluginKeys::platform, QStringLiteral("Mac")}};
-    }
     /// A target folder that may hold plug-ins.
     QString addTarget(const QString &name, const QString &version)
     {

@@ -17,8 +17,6 @@ using namespace Qt::StringLiterals;
 using Kind = ReportOutcome::Kind;
 using Stage = BugReporter::Stage;
 
-Q_DECLARE_METATYPE(brevok::testing::Response)
-
 namespace {
 
 /// One report that somebody asks for.
@@ -45,23 +43,12 @@ struct Asked {
         send(reporter);
         QTRY_VERIFY_WITH_TIMEOUT(outcome, 30000);
     }
-    [[nodiscard]] QString title() const { return outcome->alert.messageText.value_or(u"-"_s); }
-    [[nodiscard]] QString text() const { return outcome->alert.informativeText.value_or(u"-"_s); }
-    [[nodiscard]] QString button() const { return outcome->alert.buttons.value(0).title; }
-};
-
-QMap<QString, QString> itemsOf(const QByteArray &body, QStringList *keys = nullptr)
-{
-    QMap<QString, QString> items;
-    const QJsonArray data = QJsonDocument::fromJson(body)[u"Data"_s].toArray();
-    for (const QJsonValue item : data) {
-        items.insert(item[u"Key"_s].toString(), item[u"Value"_s].toString());
-        if (keys != nullptr) {
-            keys->append(item[u"Key"_s].toString());
-        }
+    [[nodiscard]] QString alert() const
+    {
+        return outcome->alert.messageText.value_or(u"-"_s) + u'|'
+            + outcome->alert.informativeText.value_or(u"-"_s) + u'|' + outcome->alert.buttons.value(0).title;
     }
-    return items;
-}
+};
 
 } // namespace
 
@@ -145,20 +132,12 @@ private Q_SLOTS:
         rig.server.on(ReportRig::reportPath, Response::ok("{\"ErrorCode\":0}"));
         rig.sessionId = u"s3cret-id"_s;
         rig.addTarget(u"A"_s, u"140"_s);
-        QVERIFY(writeFile(rig.logs() + u"/orlec.log"_s, "log\n"));
-        QVERIFY(writeFile(rig.logs() + u"/DiagnosticReports/Tolvane Brevok_1.crash"_s, "crash\n"));
-        QByteArray shown;
-        rig.reporter.reportBody(
-            u"ada@example.com"_s, u"It broke"_s, this, [&shown](const QByteArray &body) { shown = body; });
-        QTRY_VERIFY(!shown.isEmpty());
-        QVERIFY(rig.server.requests().isEmpty());
-
         Asked asked;
         asked.ask(rig.reporter);
         QCOMPARE(asked.stages, (QList{Stage::Checking, Stage::Gathering, Stage::Sending}));
         QVERIFY(asked.outcome->sent);
-        QCOMPARE(asked.title(), u"Thank you for reporting this issue."_s);
-        QCOMPARE(asked.text(), u"Tolvane support team will contact you shortly."_s);
+        QVERIFY(asked.alert().startsWith(
+            u"Thank you for reporting this issue.|Tolvane support team will contact you shortly.|"_s));
         QVERIFY(LogCapture::lines().value(0).startsWith(u"Connection: https://localhost:"_s));
         QVERIFY(LogCapture::lines().value(0).endsWith(u":443"_s));
         QCOMPARE(LogCapture::lines().last(), u"{\"ErrorCode\":0}"_s);
@@ -170,18 +149,11 @@ private Q_SLOTS:
         QCOMPARE(request.header("Accept"), "application/json");
         QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2");
         QCOMPARE(request.header("Cookie"), "SessionId=s3cret-id");
-        QCOMPARE(request.body, shown);
-        QStringList keys;
-        const QMap<QString, QString> items = itemsOf(request.body, &keys);
-        QCOMPARE(keys.join(u','),
-            u"Application,Description,Platform,Packages,Plugins,Targets,orlec.log,"
-            "tolvane.log,Tolvane Brevok.crash"_s);
-        QCOMPARE(items[u"Application"_s], u"Version 1.2 (7, 15)"_s);
-        QCOMPARE(items[u"Description"_s], u"It broke"_s);
-        QVERIFY(items[u"Packages"_s].contains(u"Status=Not Installed\n"_s)); // calculated for this report
-        QCOMPARE(items[u"Tolvane Brevok.crash"_s], u"crash\n"_s);
         const QJsonObject body = QJsonDocument::fromJson(request.body).object();
         QCOMPARE(body.keys(), (QStringList{u"Data"_s, u"Email"_s}));
+        QCOMPARE(body[u"Data"_s][0],
+            (QJsonObject{{u"Key"_s, u"Application"_s}, {u"Value"_s, u"Version 1.2 (7, 15)"_s}}));
+        QVERIFY(request.body.contains("Status=Not Installed\\n")); // calculated for this report
         QCOMPARE(QJsonDocument::fromJson(bugReportBody({}, {})).object().keys(), QStringList{u"Data"_s});
     }
 
@@ -202,9 +174,7 @@ private Q_SLOTS:
             QVERIFY(asked.outcome); // at once
             QCOMPARE(asked.outcome->kind, Kind::Invalid);
             QCOMPARE(asked.outcome->alert.style, AlertStyle::Critical);
-            QCOMPARE(asked.title(), title);
-            QCOMPARE(asked.text(), text);
-            QCOMPARE(asked.button(), u"OK"_s);
+            QCOMPARE(asked.alert(), title + u'|' + text + u"|OK"_s);
             QVERIFY(asked.stages.isEmpty());
             // The connection is logged whatever was typed.
             QTRY_VERIFY(LogCapture::mentions(u"Connection: POST "_s));
@@ -227,10 +197,8 @@ private Q_SLOTS:
             Asked asked;
             asked.ask(rig.reporter);
             QCOMPARE(asked.outcome->kind, Kind::Unreachable);
-            QCOMPARE(asked.title(), u"Connection Error"_s);
             QCOMPARE(asked.outcome->alert.style, AlertStyle::Critical);
-            QCOMPARE(asked.button(), u"OK"_s);
-            QCOMPARE(asked.text(), text);
+            QCOMPARE(asked.alert(), u"Connection Error|"_s + text + u"|OK"_s);
             QCOMPARE(asked.stages, QList{Stage::Checking});
             QVERIFY(rig.arrived(ReportRig::reportPath).isEmpty());
         }
@@ -243,11 +211,8 @@ private Q_SLOTS:
         const QList<std::tuple<const char *, Response, QString, QStringList>> rows{
             {"empty", Response::ok({}), u"Received 0 bytes (-)"_s,
                 {unreadable, u"Received 0 bytes of data"_s, u"Response string: "_s}},
-            {"no JSON", Response::ok("<html>"), u"Received 6 bytes (<html>)"_s,
-                {unreadable, u"Response string: <html>"_s}},
             {"long and no JSON", Response::ok(QByteArray(1000, 'x')),
                 u"Received 1000 bytes (%1)"_s.arg(long256), {u"Response string: "_s + long256}},
-            {"500 without JSON", Response::of(500, "oops"), u"Received 4 bytes (oops)"_s, {unreadable}},
             {"500", Response::of(500, "{\"ErrorCode\":99}"),
                 u"Server response: 500 - internal server error"_s,
                 {u"{\"ErrorCode\":99}"_s,
@@ -257,39 +222,20 @@ private Q_SLOTS:
             {"cut short",
                 Response{.body = "{}"_ba, .lengthLie = 10, .fault = Response::Fault::Close, .faultAfter = 2},
                 u"The network connection was lost."_s, {u"Failed to send Bug Report"_s}},
-            {"slow", Response::silent(), u"The request timed out."_s, {u"Failed to send Bug Report"_s}},
         };
         for (const auto &[name, response, text, logged] : rows) {
             const InRow in(name);
-            ReportRig rig(response.fault == Response::Fault::Stall ? 1000 : 30000);
+            ReportRig rig;
             rig.server.on(ReportRig::reportPath, response);
             Asked asked;
             asked.ask(rig.reporter);
             QVERIFY(!asked.outcome->sent);
-            QCOMPARE(asked.title(), u"Failed to send error report"_s);
-            QCOMPARE(asked.text(), text + u"\n\nPlease contact Tolvane support."_s);
-            QCOMPARE(asked.button(), u"Close"_s);
+            QCOMPARE(asked.alert(),
+                u"Failed to send error report|"_s + text + u"\n\nPlease contact Tolvane support.|Close"_s);
             for (const QString &line : logged) {
                 QVERIFY2(LogCapture::contains(line), qPrintable(line));
             }
             QCOMPARE(rig.arrived(ReportRig::reportPath).size(), 1);
-        }
-    }
-
-    // A report may find that the service has just closed the connection it would have gone over.
-    void closedConnectionsAreOpenedAgain()
-    {
-        ReportRig rig;
-        const Response closing{.body = "here"_ba, .fault = Response::Fault::Close, .faultAfter = 4};
-        rig.server.on(QString(), closing);
-        rig.server.on(ReportRig::homePath, closing);
-        rig.server.on(
-            ReportRig::reportPath, {.body = "{}"_ba, .fault = Response::Fault::Close, .faultAfter = 2});
-        for (int report = 1; report <= 3; ++report) {
-            Asked asked;
-            asked.ask(rig.reporter);
-            QVERIFY(asked.outcome->sent);
-            QCOMPARE(rig.arrived(ReportRig::reportPath).size(), report);
         }
     }
 
@@ -321,7 +267,7 @@ private Q_SLOTS:
         Asked asked;
         asked.ask(rig.reporter);
         QCOMPARE(rig.server.requests().last().header("Cookie"), "SessionId=s3cret-id; token=s3cret-token");
-        QVERIFY(asked.text().contains(u"you are SessionId=(not logged)"_s));
+        QVERIFY(asked.alert().contains(u"you are SessionId=(not logged)"_s));
         QCOMPARE(LogCapture::lines().filter(u"s3cret"_s).join(u"; "), QString());
         QVERIFY(!rig.server.requests().last().body.contains("s3cret"));
 

@@ -35,10 +35,8 @@ private Q_SLOTS:
                 QString(255995, u'b')},
             {"no line break", QByteArray(300000, 'a'), QString(256000, u'a')},
             {"a character is cut through", "a" + "ä"_ba.repeated(128000) + "b", QString(127999, u'ä') + u'b'},
-            {"no UTF-8", "a\xff\xfe\xc3(\n"_ba, u"a\ufffd\ufffd\ufffd(\n"_s},
             {"a session id, as an earlier version logged it", "Cookie: SessionId=s3cret-id\n"_ba,
                 u"Cookie: SessionId=(not logged)\n"_s},
-            {"NUL", QByteArray("a\0b", 3), QString(u"a\0b"_s)},
         };
         for (const auto &[name, content, expected] : rows) {
             const InRow in(name);
@@ -83,17 +81,6 @@ private Q_SLOTS:
         QCOMPARE(logTail(log), u"Can't get handle for a.log."_s);
     }
 
-    void hugeFilesAreReadAtTheirEnd()
-    {
-        QFile file(path(u"huge.log"_s));
-        QVERIFY(file.open(QIODevice::ReadWrite));
-        const qint64 size = 2LL * 1024 * 1024 * 1024;
-        QVERIFY(file.resize(size)); // takes no room
-        QVERIFY(file.seek(size - 10) && file.write("\nlast line") == 10);
-        file.close();
-        QCOMPARE(logTail(file.fileName()), u"last line"_s);
-    }
-
     void theNewestCrashReportsAreTaken()
     {
         QList<ReportItem> items;
@@ -107,14 +94,14 @@ private Q_SLOTS:
             QVERIFY(file.open(QIODevice::ReadWrite));
             QVERIFY(file.setFileTime(now.addSecs(-age), QFileDevice::FileModificationTime));
         };
-        for (int i = 0; i < 3000; ++i) {
-            add(u"Adobe InDesign %1.crash"_s.arg(i), i == 1234 ? 50 : 100 + i);
+        for (int i = 0; i < 300; ++i) {
+            add(u"Adobe InDesign %1.crash"_s.arg(i), i == 123 ? 50 : 100 + i);
         }
         add(u"Adobe InDesign newer.txt"_s, 10);
         add(u"Adobe InCopy.crash"_s, 10);
         add(u"Tolvane Brevok.crash"_s, 10);
         addCrashReports(path(), items);
-        QCOMPARE(items, (QList<ReportItem>{{u"InDesign.crash"_s, u"Adobe InDesign 1234.crash"_s}}));
+        QCOMPARE(items, (QList<ReportItem>{{u"InDesign.crash"_s, u"Adobe InDesign 123.crash"_s}}));
 
         add(u"Tolvane Brevok_1.crash"_s, 30);
         add(u"Tolvane Brevok_2.crash"_s, 20);

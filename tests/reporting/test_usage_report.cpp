@@ -15,8 +15,6 @@ using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
 
-Q_DECLARE_METATYPE(brevok::testing::Response)
-
 namespace {
 
 struct Reporting final {
@@ -43,51 +41,44 @@ class UsageReportTest : public FolderTest {
 private Q_SLOTS:
     void whatIsInstalledIsSent()
     {
-        const QList<std::tuple<const char *, QString, QByteArray>> rows{
-            {"signed in", u"s3cret-id"_s, "SessionId=s3cret-id"_ba},
-            {"signed out", {}, {}},
-        };
-        for (const auto &[name, sessionId, cookie] : rows) {
-            const InRow in(name);
-            ReportRig rig;
-            rig.server.on(ReportRig::usagePath, Response::ok("{}"));
-            rig.sessionId = sessionId;
-            const QString first = rig.addTarget(u"A"_s, u"150"_s);
-            rig.addTarget(u"B"_s, u"75"_s); // without a folder of ours
-            writeInstalledPlugin(first, u"Alpha"_s, u"1.1"_s, u"15.0"_s);
-            writeInstalledPlugin(first, u"Beta"_s, u"2.0"_s, u"16.3"_s);
-            writeInstalledPlugin(first, u"Unknown"_s, u"1.0"_s, u"15.0"_s);
-            QVERIFY(QFile::rename(
-                first + u"/Tolvane/Beta.InDesignPlugin"_s, first + u"/Tolvane/B.INDESIGNPLUGIN"_s));
-            QVERIFY(writeFile(first + u"/Tolvane/Alpha.txt"_s, "no bundle"));
-            Reporting reporting(rig);
-            QVERIFY(reporting.reporter.reportTimer()->isActive());
-            QCOMPARE(reporting.reporter.reportTimer()->interval(), 60000);
-            reporting.send();
-            QCOMPARE(reporting.reporter.reportTimer()->interval(), 86400000);
+        ReportRig rig;
+        rig.server.on(ReportRig::usagePath, Response::ok("{}"));
+        rig.sessionId = u"s3cret-id"_s;
+        const QString first = rig.addTarget(u"A"_s, u"150"_s);
+        rig.addTarget(u"B"_s, u"75"_s); // without a folder of ours
+        writeInstalledPlugin(first, u"Alpha"_s, u"1.1"_s, u"15.0"_s);
+        writeInstalledPlugin(first, u"Beta"_s, u"2.0"_s, u"16.3"_s);
+        writeInstalledPlugin(first, u"Unknown"_s, u"1.0"_s, u"15.0"_s);
+        QVERIFY(
+            QFile::rename(first + u"/Tolvane/Beta.InDesignPlugin"_s, first + u"/Tolvane/B.INDESIGNPLUGIN"_s));
+        QVERIFY(writeFile(first + u"/Tolvane/Alpha.txt"_s, "no bundle"));
+        Reporting reporting(rig);
+        QVERIFY(reporting.reporter.reportTimer()->isActive());
+        QCOMPARE(reporting.reporter.reportTimer()->interval(), 60000);
+        reporting.send();
+        QCOMPARE(reporting.reporter.reportTimer()->interval(), 86400000);
 
-            const QList<Request> arrived = rig.arrived(ReportRig::usagePath);
-            QCOMPARE(arrived.size(), 1);
-            const Request &request = arrived.first();
-            QCOMPARE(request.method, "POST");
-            QCOMPARE(request.header("Content-Type"), "application/json");
-            QCOMPARE(request.header("Accept"), "application/json");
-            QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2");
-            QCOMPARE(request.header("Cookie"), cookie);
-            QJsonObject body = QJsonDocument::fromJson(request.body).object();
-            QVERIFY(body.take(u"OSVersion"_s).toString().startsWith(u"macOS - "_s));
-            const QJsonArray plugins{QJsonObject{{u"Prefix"_s, u"0xA"_s}, {u"Version"_s, u"1.1"_s},
-                                         {u"Note"_s, u"Correct host version :-)"_s}},
-                QJsonObject{{u"Prefix"_s, u"0xB"_s}, {u"Version"_s, u"2.0"_s},
-                    {u"Note"_s, u"Plug-in host version (163) is incorrect."_s}}};
-            QCOMPARE(body,
-                (QJsonObject{{u"Platform"_s, u"Mac"_s}, {u"AppVersion"_s, u"7"_s},
-                    {u"Uninstalled"_s, QJsonArray()},
-                    {u"Installed"_s,
-                        QJsonArray{QJsonObject{{u"InDesignVersion"_s, u"150"_s}, {u"Plugins"_s, plugins}},
-                            QJsonObject{{u"InDesignVersion"_s, u"75"_s}, {u"Plugins"_s, QJsonArray()}}}}}));
-            QVERIFY(LogCapture::lines().isEmpty());
-        }
+        const QList<Request> arrived = rig.arrived(ReportRig::usagePath);
+        QCOMPARE(arrived.size(), 1);
+        const Request &request = arrived.first();
+        QCOMPARE(request.method, "POST");
+        QCOMPARE(request.header("Content-Type"), "application/json");
+        QCOMPARE(request.header("Accept"), "application/json");
+        QCOMPARE(request.header("X-Tolvane-Brevok-Version"), "2");
+        QCOMPARE(request.header("Cookie"), "SessionId=s3cret-id");
+        QJsonObject body = QJsonDocument::fromJson(request.body).object();
+        QVERIFY(body.take(u"OSVersion"_s).toString().startsWith(u"macOS - "_s));
+        const QJsonArray plugins{QJsonObject{{u"Prefix"_s, u"0xA"_s}, {u"Version"_s, u"1.1"_s},
+                                     {u"Note"_s, u"Correct host version :-)"_s}},
+            QJsonObject{{u"Prefix"_s, u"0xB"_s}, {u"Version"_s, u"2.0"_s},
+                {u"Note"_s, u"Plug-in host version (163) is incorrect."_s}}};
+        QCOMPARE(body,
+            (QJsonObject{{u"Platform"_s, u"Mac"_s}, {u"AppVersion"_s, u"7"_s},
+                {u"Uninstalled"_s, QJsonArray()},
+                {u"Installed"_s,
+                    QJsonArray{QJsonObject{{u"InDesignVersion"_s, u"150"_s}, {u"Plugins"_s, plugins}},
+                        QJsonObject{{u"InDesignVersion"_s, u"75"_s}, {u"Plugins"_s, QJsonArray()}}}}}));
+        QVERIFY(LogCapture::lines().isEmpty());
     }
 
     void nothingIsSentWithoutTargets()
@@ -131,23 +122,20 @@ private Q_SLOTS:
     void answers()
     {
         const QList<std::tuple<const char *, Response, QString>> rows{
-            {"no JSON", Response::ok("thanks"), {}},
             {"long", Response{.body = QByteArray(1000000, 'x')}, {}},
             {"500", Response::of(500),
                 u"Failed to send Usage Report with response: 500 - internal server error"_s},
             {"reset", Response::reset(), u"Failed to send Usage Report"_s},
-            {"silent", Response::silent(), u"Failed to send Usage Report"_s},
         };
         for (const auto &[name, response, logged] : rows) {
             const InRow in(name);
-            const bool stalls = response.fault == Response::Fault::Stall;
-            ReportRig rig(stalls ? 1000 : 30000);
+            ReportRig rig; // of a user who is signed out
             rig.server.on(ReportRig::usagePath, response);
             rig.addTarget(u"A"_s, u"140"_s);
             Reporting reporting(rig);
             reporting.send();
-            // On a busy machine the time can be up before the request has arrived.
-            QVERIFY(stalls || rig.arrived(ReportRig::usagePath).size() == 1);
+            QCOMPARE(rig.arrived(ReportRig::usagePath).size(), 1);
+            QVERIFY(rig.arrived(ReportRig::usagePath).first().header("Cookie").isNull());
             QCOMPARE(LogCapture::lines().value(0), logged);
             if (logged == u"Failed to send Usage Report") {
                 QVERIFY(LogCapture::lines().value(1).startsWith(u"Error: "_s));

@@ -49,12 +49,13 @@ Result awaited(const std::function<void(std::function<void(const Result &)>)> &s
 }
 
 /// A service, whose list is empty unless a test says otherwise, and the program's side of it.
-struct Stage {
-    explicit Stage(const TestIdentity &identity = TestCertificates::shared().valid(), int timeoutMs = patient)
+struct ServiceStage {
+    explicit ServiceStage(
+        const TestIdentity &identity = TestCertificates::shared().valid(), int timeoutMs = patient)
         : server(identity)
         , network({.baseUrl = server.url(),
               .extraAuthorities = TestCertificates::shared().authorities(),
-              .reachabilityHost = {},
+              .reachabilityHost = QStringLiteral("public.example"),
               .requestTimeoutMs = timeoutMs})
     {
         server.on(u"/list"_s, Response::ok("[]"));

@@ -5,16 +5,15 @@
 
 #include "alerts/BrevokAlertQueue.h"
 #include "foundation/Log.h"
-#include "platform/SelfUpdater.h"
 #include "service/BrevokSession.h"
 #include "service/Connectivity.h"
-#include "service/NetworkFactory.h"
 #include "service/ReplyDecoding.h"
+#include "ServiceStage.h"
 #include "support/FakeRouteLookup.h"
+#include "support/IdleUpdater.h"
 #include "support/LogCapture.h"
 #include "support/ScratchStateStore.h"
 #include "support/ScriptedAlertPresenter.h"
-#include "support/servers/FaultServer.h"
 
 namespace brevok::testing {
 
@@ -25,27 +24,20 @@ inline const QString password = QStringLiteral(u"pass wörd\"");
 
 inline constexpr int otherAction = 7;
 
-class CountingUpdater final : public SelfUpdater {
+class CountingUpdater final : public IdleUpdater {
 public:
     int checks = 0;
     bool can = true;
     [[nodiscard]] bool canUpdate() const override { return can; }
-    [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
-    void setAutomaticallyChecksForUpdates(bool) override { }
-    void checkForUpdates() override { }
     void checkForUpdatesInBackground() override { ++checks; }
 };
 
 /// A session with all that it needs and says to the log, one at a time, against a server that the test
 /// scripts.
-struct SessionStage {
+struct SessionStage : ServiceStage {
     explicit SessionStage(int timeoutMs = 20000, const Record &stored = {},
         const TestIdentity &identity = TestCertificates::shared().valid())
-        : server(identity)
-        , network({.baseUrl = server.url(),
-              .extraAuthorities = TestCertificates::shared().authorities(),
-              .reachabilityHost = QStringLiteral("public.example"),
-              .requestTimeoutMs = timeoutMs})
+        : ServiceStage(identity, timeoutMs)
         , connectivity(network, routes)
         , queue(presenter, panel)
     {
@@ -94,13 +86,11 @@ struct SessionStage {
     }
 
     LogCapture log;
-    FaultServer server;
     ScratchStateStore scratch;
     StateStore &state = scratch.store;
     FakeRouteLookup routes;
     ScriptedAlertPresenter presenter;
     RecordingPanel panel;
-    NetworkFactory network;
     Connectivity connectivity;
     BrevokAlertQueue queue;
     CountingUpdater updater;

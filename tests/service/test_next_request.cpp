@@ -14,6 +14,7 @@
 using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
+using Stage = ServiceStage;
 
 class NextRequestTest : public FolderTest {
     Q_OBJECT
@@ -28,22 +29,16 @@ private Q_SLOTS:
         row("nothing", {}, {}, {});
         row("strong tag", {{"ETag", "\"a!#~\""}}, "\"a!#~\"", {});
         row("weak tag", {{"etag", R"(W/"1")"}}, R"(W/"1")", {});
-        row("empty tag", {{"ETag", R"("")"}}, R"("")", {});
         row("tag and date", {{"Last-Modified", noon}, {"Date", later}, {"ETag", R"("1")"}}, R"("1")", {});
         row("tag without quotes", {{"ETag", "1"}}, {}, {});
-        row("tag with a blank", {{"ETag", R"("1 2")"}}, {}, {});
         row("two tags in one", {{"ETag", R"("1", "2")"}}, {}, {});
         row("tag with a control character", {{"ETag", "\"1\x01\x1b[31m\""}}, {}, {});
-        row("tag that is no ASCII", {{"ETag", "\"\xc3\xa4\""}}, {}, {});
         row("very long tag", {{"ETag", '"' + QByteArray(100000, 'x') + '"'}}, {}, {});
         row("date", {{"Last-Modified", noon}, {"Date", later}}, {}, noon);
-        row("date in the older spelling",
-            {{"Last-Modified", "Sunday, 22-Nov-2026 12:00:00 GMT"}, {"Date", later}}, {}, noon);
         row("date with rubbish before it",
             {{"Last-Modified", "\x01 rubbish, 22 Nov 2026 12:00:00 GMT"}, {"Date", later}}, {}, noon);
         row("date of this minute", {{"Last-Modified", "Sun, 22 Nov 2026 12:00:01 GMT"}, {"Date", later}}, {},
             {});
-        row("date of tomorrow", {{"Last-Modified", later}, {"Date", noon}}, {}, {});
         row("date without the clock's time", {{"Last-Modified", noon}}, {}, {});
         row("no date", {{"Last-Modified", "soon"}, {"Date", later}}, {}, {});
     }
@@ -67,34 +62,28 @@ private Q_SLOTS:
         QCOMPARE(second.status, 304);
     }
 
-    void onlyWhoGotItAsksSo_data()
-    {
-        const Table<QString, QString, bool> row;
-        row("the same", u"lovelace"_s, u"/list"_s, true);
-        row("signed out", QString(), u"/list"_s, false);
-        row("other session", u"bob"_s, u"/list"_s, false);
-        row("other list", u"lovelace"_s, u"/other"_s, false);
-    }
-
     void onlyWhoGotItAsksSo()
     {
-        const auto [session, path, conditional] = columns<QString, QString, bool>();
-        const Response response{.headers = {{"ETag", R"("1")"}}, .body = "[]"};
         Stage stage;
         Stage otherService;
         for (Stage *each : {&stage, &otherService}) {
             each->sessionId = u"lovelace"_s;
-            each->server.on(u"/list"_s, response);
-            each->server.on(u"/other"_s, response);
+            each->server.on(u"/list"_s, {.headers = {{"ETag", R"("1")"}}, .body = "[]"});
+            each->server.on(u"/other"_s, Response::ok("[]"));
         }
         const Validator known = stage.list(u"/list"_s).validator;
         QVERIFY(!known.isEmpty());
         QVERIFY(!known.scope.contains("lovelace"));
-        stage.sessionId = session;
-        QCOMPARE(stage.list(path, known).validator.entityTag, R"("1")"_ba);
-        QCOMPARE(!stage.server.requests().constLast().header("If-None-Match").isEmpty(), conditional);
-        otherService.list(u"/list"_s, known);
-        QVERIFY(otherService.server.requests().constLast().header("If-None-Match").isEmpty());
+        const auto asksSo = [&known](Stage &asking, const QString &sessionId, const QString &path) {
+            asking.sessionId = sessionId;
+            asking.list(path, known);
+            return !asking.server.requests().constLast().header("If-None-Match").isEmpty();
+        };
+        QVERIFY(asksSo(stage, u"lovelace"_s, u"/list"_s));
+        QVERIFY(!asksSo(stage, {}, u"/list"_s)); // signed out
+        QVERIFY(!asksSo(stage, u"bob"_s, u"/list"_s));
+        QVERIFY(!asksSo(stage, u"lovelace"_s, u"/other"_s));
+        QVERIFY(!asksSo(otherService, u"lovelace"_s, u"/list"_s));
     }
 
     // Two addresses may use one tag for different things.

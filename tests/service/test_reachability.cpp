@@ -2,12 +2,11 @@
 // SPDX-License-Identifier: MIT
 
 #include "service/Connectivity.h"
-#include "service/NetworkFactory.h"
 #include "service/Reachability.h"
+#include "ServiceStage.h"
 #include "support/FakeRouteLookup.h"
 #include "support/FolderTest.h"
 #include "support/LogCapture.h"
-#include "support/servers/FaultServer.h"
 #include "support/Table.h"
 
 #include <QSignalSpy>
@@ -20,14 +19,9 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// The service, who asks whether it answers, and what the log has of it.
-struct Service {
+struct Service : ServiceStage {
     LogCapture log;
-    FaultServer server;
     FakeRouteLookup routes;
-    NetworkFactory network{{.baseUrl = server.url(),
-        .extraAuthorities = TestCertificates::shared().authorities(),
-        .reachabilityHost = u"public.example"_s,
-        .requestTimeoutMs = 5000}};
     Connectivity connectivity{network, routes};
 
     QStringList diagnose(const QUrl &url, int port)
@@ -49,31 +43,46 @@ class TestReachability final : public FolderTest {
     Q_OBJECT
 
 private Q_SLOTS:
+    // Reachable by the network, and by the local one; how the log has the flags, and the first phrase for
+    // them.
     void statusOfFlags_data()
     {
-        const Table<quint32, int, int, QString> row;
-        row("nothing", 0, 0, 0, u"- -------"_s);
-        row("reachable", Reachable, 1, 0, u"R -------"_s);
-        row("all but reachable", 0xFFFFFFFD, 0, 0, u"- tcCiDld"_s);
-        row("everything", 0xFFFFFFFF, 0, 1, u"R tcCiDld"_s);
-        row("dial-up", Reachable | ConnectionRequired, 0, 0, u"R -c-----"_s);
-        row("on demand", Reachable | ConnectionRequired | ConnectionOnDemand, 1, 0, u"R -c--D--"_s);
-        row("on traffic", Reachable | ConnectionRequired | ConnectionOnTraffic, 1, 0, u"R -cC----"_s);
+        const Table<quint32, bool, int, int, QString, QString> row;
+        row("nothing", 0, false, 0, 0, u"- -------"_s, u"Not Reachable "_s);
+        row("reachable", Reachable, true, 1, 0, u"R -------"_s, u"Reachable "_s);
+        row("all but reachable", 0xFFFFFFFD, false, 0, 0, u"- tcCiDld"_s, u"Transient Connection "_s);
+        row("everything", 0xFFFFFFFF, false, 0, 1, u"R tcCiDld"_s, u"Transient Connection "_s);
+        row("dial-up", Reachable | ConnectionRequired, false, 0, 0, u"R -c-----"_s, u"Reachable "_s);
+        row("on demand", Reachable | ConnectionRequired | ConnectionOnDemand, false, 1, 0, u"R -c--D--"_s,
+            u"Reachable "_s);
+        row("on traffic", Reachable | ConnectionRequired | ConnectionOnTraffic, false, 1, 0, u"R -cC----"_s,
+            u"Reachable "_s);
         row("on demand, with a person",
-            Reachable | ConnectionRequired | ConnectionOnDemand | InterventionRequired, 0, 0, u"R -c-iD--"_s);
-        row("direct", Reachable | IsDirect | TransientConnection, 1, 1, u"R t-----d"_s);
-        row("local", Reachable | IsLocalAddress, 1, 0, u"R -----l-"_s);
+            Reachable | ConnectionRequired | ConnectionOnDemand | InterventionRequired, false, 0, 0,
+            u"R -c-iD--"_s, u"Reachable "_s);
+        row("direct", Reachable | IsDirect, true, 1, 1, u"R ------d"_s, u"Reachable "_s);
+        row("automatic", ConnectionOnTraffic | ConnectionOnDemand, false, 0, 0, u"- --C-D--"_s,
+            u"Connection Automatic "_s);
+        row("a person's", ConnectionOnDemand | InterventionRequired, false, 0, 0, u"- ---iD--"_s,
+            u"Connection On Demand "_s);
     }
 
     void statusOfFlags()
     {
         const LogCapture log;
-        const auto [flags, network, localWiFi, marks] = columns<quint32, int, int, QString>();
+        const auto [flags, way, network, localWiFi, marks, phrase] =
+            columns<quint32, bool, int, int, QString, QString>();
         QCOMPARE(int(Reachability::networkStatusForFlags(flags)), network);
         QCOMPARE(int(Reachability::localWiFiStatusForFlags(flags)), localWiFi);
         QCOMPARE(LogCapture::lines(),
             QStringList({u"Reachability Flag Status: %1 networkStatusForFlags\n"_s.arg(marks),
                 u"Reachability Flag Status: %1 localWiFiStatusForFlags\n"_s.arg(marks)}));
+        QCOMPARE(reachabilityPhrase(flags), phrase);
+        FakeRouteLookup routes;
+        routes.flags = flags;
+        NetworkFactory factory(
+            {.baseUrl = {}, .extraAuthorities = {}, .reachabilityHost = u"public.example"_s});
+        QCOMPARE(Connectivity(factory, routes).checkNetworkReachability(), way);
     }
 
     void constructorsAskForTheirHost()
@@ -115,33 +124,6 @@ private Q_SLOTS:
         QVERIFY(!routes.notifying);
         Q_EMIT routes.routesChanged();
         QCOMPARE(changes.count(), 1);
-    }
-
-    void phrases()
-    {
-        QCOMPARE(reachabilityPhrase(0), u"Not Reachable "_s);
-        QCOMPARE(reachabilityPhrase(0xFFFFFFFF), u"Transient Connection "_s); // the first wins
-        QCOMPARE(reachabilityPhrase(ConnectionOnTraffic | ConnectionOnDemand), u"Connection Automatic "_s);
-        QCOMPARE(reachabilityPhrase(ConnectionOnDemand | InterventionRequired), u"Connection On Demand "_s);
-    }
-
-    void networkIsReachable()
-    {
-        const LogCapture log;
-        const auto check = [](const QString &host, std::optional<quint32> flags) {
-            FakeRouteLookup routes;
-            ServiceConfiguration configuration;
-            configuration.reachabilityHost = host;
-            NetworkFactory network(configuration);
-            routes.flags = flags;
-            return Connectivity(network, routes).checkNetworkReachability();
-        };
-        const QString host = u"public.example"_s;
-        QVERIFY(check(host, Reachable | IsDirect));
-        QVERIFY(!check(host, {}));
-        QVERIFY(!check(host, IsDirect));
-        QVERIFY(!check(host, Reachable | ConnectionRequired | ConnectionOnDemand));
-        QVERIFY(!check({}, Reachable));
     }
 
     void serviceAnswers_data()
@@ -218,21 +200,6 @@ private Q_SLOTS:
         QCOMPARE(lines.value(5).contains(u"you have secret%3D(not logged)  [31m"_s), valid);
         QVERIFY(!lines.join(u'\n').contains(u"11111"_s));
         QCOMPARE(service.server.requests(u"/"_s).value(0).method, "POST");
-    }
-
-    void whatIsPostedStaysWithTheService()
-    {
-        Service service;
-        FaultServer other;
-        other.on(u"/"_s, Response::ok("y"));
-        service.server.on(u"/"_s, Response::redirect(other.url(u"/"_s).toEncoded(), 307));
-        const QStringList lines = service.diagnose(service.server.url(u"/"_s), service.server.port());
-        QCOMPARE(lines.count(u"Connection: GET returned valid reply"_s), 1);
-        QCOMPARE(lines.last(),
-            u"Connection: POST returned error The server redirected the request to another server."_s);
-        QCOMPARE(service.server.requests().size(), 2);
-        QCOMPARE(other.requests().size(), 1);
-        QCOMPARE(other.requests().constFirst().method, "GET");
     }
 
     void nobodyWaits()

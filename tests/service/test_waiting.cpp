@@ -17,6 +17,7 @@
 using namespace brevok;
 using namespace brevok::testing;
 using namespace Qt::StringLiterals;
+using Stage = ServiceStage;
 using namespace std::chrono_literals;
 
 namespace {
@@ -104,6 +105,7 @@ private Q_SLOTS:
         stage.server.on(u"/hangs"_s, Response::silent());
         stage.server.on(u"/post"_s, Response::ok("[]"));
         stage.server.on(u"/icon"_s, Response::ok("[]"));
+        stage.server.on(u"/hasty"_s, Response::ok("[]"));
         ExchangeRequest hangs = stage.network.request(stage.server.url(u"/hangs"_s));
         hangs.takesTurns = takesTurns;
         hangs.destination = isFile ? path(u"a.zip"_s) : QString();
@@ -119,31 +121,20 @@ private Q_SLOTS:
         ExchangeRequest icon = stage.network.request(stage.server.url(u"/icon"_s));
         icon.takesTurns = true;
         send(stage, icon);
+        ExchangeRequest hasty = hangs; // waiting for its turn counts
+        hasty.url = stage.server.url(u"/hasty"_s);
+        hasty.limits.wholeMs = takesTurns ? shortTimeout : patient;
+        send(stage, hasty);
         ExchangeRequest post = stage.network.request(stage.server.url(u"/post"_s));
         post.method = "POST";
         send(stage, post);
         QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/post"_s, 0), patient);
         QCOMPARE(stage.list(u"/list"_s).body, "[]"_ba);
         QVERIFY(!takesTurns || isFile || stage.server.requests(u"/icon"_s).isEmpty());
+        QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/hasty"_s, takesTurns ? -2 : 0), patient);
+        QCOMPARE(stage.server.requests(u"/hasty"_s).isEmpty(), takesTurns);
         first.reset();
         QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/icon"_s, 0), patient);
-    }
-
-    void waitingForATurnCounts()
-    {
-        Stage stage;
-        stage.server.on(u"/hangs"_s, Response::silent());
-        ExchangeRequest request = stage.network.request(stage.server.url(u"/hangs"_s));
-        request.takesTurns = true;
-        for (int i = 0; i < turns; ++i) {
-            send(stage, request);
-        }
-        request.url = stage.server.url(u"/waits"_s);
-        request.limits.wholeMs = shortTimeout;
-        send(stage, request);
-        QTRY_VERIFY_WITH_TIMEOUT(m_errors.contains(u"/waits"_s, -2), patient);
-        QVERIFY(stage.server.requests(u"/waits"_s).isEmpty());
-        QCOMPARE(m_errors.size(), 1);
     }
 
     void archivesThatDripLoseTheirTurns()

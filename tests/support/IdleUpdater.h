@@ -8,7 +8,7 @@
 namespace brevok::testing {
 
 /// For tests that are about something else.
-class IdleUpdater final : public SelfUpdater {
+class IdleUpdater : public SelfUpdater {
 public:
     [[nodiscard]] bool canUpdate() const override { return true; }
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }

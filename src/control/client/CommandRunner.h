@@ -57,7 +57,7 @@ private:
     bool m_showProgress;
     bool m_progressShown = false;
     std::optional<QJsonArray> m_outcome; ///< of a call that installs or removes
-    int m_timesAsked = 0; ///< again
+    int m_timesAsked = 0; ///< for the status, after the first time
     bool m_ended = false;
     QTimer *m_timeout;
 };

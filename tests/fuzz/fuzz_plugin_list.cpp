@@ -124,7 +124,9 @@ void fuzz::check(const QByteArray &input)
             continue;
         }
         const QJsonDocument read = QJsonDocument::fromJson(json);
-        HOLDS(!read.isArray() || mayHoldHalfCharacters(json) || listed(*list) == selected(read.array()));
+        // Qt takes a mark of byte order away from the start of a text.
+        const bool readsTheSame = !mayHoldHalfCharacters(json) && !json.contains("\xEF\xBB\xBF");
+        HOLDS(!read.isArray() || !readsTheSame || listed(*list) == selected(read.array()));
         take(tables, *list);
         changes += tables.changes();
         take(tables, *list);

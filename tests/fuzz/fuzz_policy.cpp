@@ -73,6 +73,13 @@ void fuzz::check(const QByteArray &input)
     checkSettings(policy.lockedSettings);
     HOLDS(std::all_of(policy.applications.cbegin(), policy.applications.cend(), isAbsolute));
     HOLDS(!policy.serviceAuthorities || isAbsolute(policy.serviceAuthorities->value));
+    // Without quotes a blank at the end is not part of a value.
+    const auto endsInBlank = [](const QString &path) {
+        return path.back().isSpace();
+    };
+    if (std::any_of(policy.applications.cbegin(), policy.applications.cend(), endsInBlank)) {
+        return;
+    }
     put(file, written(policy));
     const auto reread = readPolicy(file);
     HOLDS(std::holds_alternative<Policy>(reread));

@@ -39,12 +39,13 @@ def archive(name, version, host):
 
 def damaged(body):
     """An archive whose content no longer has its checksum, or half a list of rubbish."""
-    at = len(body) // 2
+    at, rubbish = len(body) // 2, b"\xff\xff"  # which is in no text
     if body.startswith(b"PK"):
         with zipfile.ZipFile(io.BytesIO(body)) as made:
             last = made.infolist()[-1]
             at = last.header_offset + 30 + len(last.filename) + last.compress_size // 2
-    return body[:at] + bytes(255 - byte for byte in body[at:at + 2]) + body[at + 2:]
+            rubbish = bytes(255 - byte for byte in body[at:at + 2])
+    return body[:at] + rubbish + body[at + 2:]
 
 
 def other(body):

@@ -22,7 +22,7 @@ std::strong_ordering compared(const QString &a, const QString &b)
 // ".".
 bool isDotted(const QString &version)
 {
-    static const QRegularExpression dotted(u"^[0-9]+(?:[.][0-9]+)*(?![.])"_s);
+    static const QRegularExpression dotted(u"^[0-9]++(?:[.][0-9]++)*+(?![.])"_s);
     return dotted.match(version).hasMatch();
 }
 

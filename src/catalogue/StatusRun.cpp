@@ -62,9 +62,10 @@ public:
         for (const Target &target : std::as_const(m_targets)) {
             targets.append({target.path, namesFor(target.host), m_input.known.value(target.path)});
         }
-        const auto half = static_cast<size_t>(targets.size()) / 2;
-        auto others = std::async([&] { return lookAtEach(std::span(targets).first(half), cameBack); });
-        m_result.known = lookAtEach(std::span(targets).subspan(half), cameBack);
+        const std::span all(std::as_const(targets));
+        const size_t half = all.size() / 2;
+        auto others = std::async([&] { return lookAtEach(all.first(half), cameBack); });
+        m_result.known = lookAtEach(all.subspan(half), cameBack);
         m_result.known.insert(others.get());
     }
 

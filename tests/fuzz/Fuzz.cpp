@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <system_error>
 
 namespace {
 
@@ -34,10 +36,20 @@ void fail(const char *file, int line, const char *promise)
 
 QString scratchFolder()
 {
-    static const QTemporaryDir folder(
-        (QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm") : QDir::tempPath())
-        + QStringLiteral("/brevok-fuzz-XXXXXX"));
-    return folder.path();
+    struct Scratch {
+        QTemporaryDir folder{(QFileInfo(QStringLiteral("/dev/shm")).isWritable() ? QStringLiteral("/dev/shm")
+                                                                                 : QDir::tempPath())
+            + QStringLiteral("/brevok-fuzz-XXXXXX")};
+        ~Scratch()
+        {
+            // Qt cannot remove what has a name that is no text.
+            folder.setAutoRemove(false);
+            std::error_code ignored;
+            std::filesystem::remove_all(folder.path().toStdString(), ignored);
+        }
+    };
+    static Scratch scratch;
+    return scratch.folder.path();
 }
 
 void put(const QString &path, const QByteArray &contents)

@@ -3,6 +3,7 @@
 
 #include "catalogue/PluginList.h"
 
+#include "catalogue/ElementTexts.h"
 #include "foundation/Log.h"
 #include "foundation/StandardVersionComparator.h"
 
@@ -14,7 +15,6 @@
 #include <algorithm>
 #include <array>
 #include <compare>
-#include <cstring>
 #include <memory_resource>
 #include <string_view>
 #include <utility>
@@ -102,57 +102,6 @@ QString buildKeyOf(const QString &host, const QString &name, const QString &vers
 {
     return host % u':' % name % u'_' % version;
 }
-
-// The texts of an array's elements, one after the other. The array is known to be well formed.
-class ElementTexts final {
-public:
-    explicit ElementTexts(std::string_view array)
-        : m_at(array.data() + array.find('['))
-        , m_end(array.data() + array.size())
-    {
-    }
-
-    [[nodiscard]] std::string_view next()
-    {
-        const char *const start = m_at + 1;
-        const char *at = start;
-        for (int depth = 0; depth > 0 || (*at != ',' && *at != ']'); ++at) {
-            switch (*at) {
-            case '"':
-                at = endOfString(at);
-                break;
-            case '{':
-            case '[':
-                ++depth;
-                break;
-            case '}':
-            case ']':
-                --depth;
-                break;
-            default:
-                break;
-            }
-        }
-        m_at = at;
-        return {start, at};
-    }
-
-private:
-    // A quote after an odd number of backslashes is part of the string.
-    [[nodiscard]] const char *endOfString(const char *quote) const
-    {
-        const char *escapes = nullptr;
-        do {
-            quote = static_cast<const char *>(
-                std::memchr(quote + 1, '"', static_cast<size_t>(m_end - quote - 1)));
-            for (escapes = quote; escapes[-1] == '\\'; --escapes) { }
-        } while ((quote - escapes) % 2 == 1);
-        return quote;
-    }
-
-    const char *m_at;
-    const char *m_end;
-};
 
 // The builds of one plug-in stand together in a list, and share the texts that they have in common.
 class SharedText final {
